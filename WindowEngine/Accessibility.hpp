@@ -1,0 +1,84 @@
+// The only door to other applications' windows: enumeration, reading, and writes that are verified by
+// reading again. Everything runs on the executor's thread; waits suspend and check for cancellation.
+#pragma once
+#include <optional>
+#include <set>
+#include <span>
+#include <unordered_map>
+#include <vector>
+
+#include "WindowEngine/Workspace.hpp"
+#include "WindowEngine/services/Platform.hpp"
+
+namespace quillo {
+
+struct LiveWindow {
+    Element element;
+    ProcessID pid = 0;
+    std::optional<WindowNumber> windowID;
+    LiveWindowInfo info;
+};
+
+/// Which parts of a window write took effect.
+struct WindowMutationResult {
+    bool positionSet = false;
+    bool sizeSet = false;
+    bool minimizedSet = false;
+
+    bool operator==(const WindowMutationResult&) const = default;
+};
+
+/// A window the window server knows and the accessibility service did not list.
+struct HiddenWindowCandidate {
+    WindowNumber windowID = 0;
+    Rect frame;
+    bool isFullscreen = false;
+
+    bool operator==(const HiddenWindowCandidate&) const = default;
+};
+
+/// Element handles of each process, kept from the last enumeration, so that windows the accessibility
+/// service stops listing (on another desktop) stay reachable. One object per program, owned by main.
+class WindowHandleCache {
+  public:
+    struct WindowHandles {
+        std::optional<Instant> launchedAt;
+        std::vector<Element> elements;
+    };
+    std::unordered_map<ProcessID, WindowHandles> entries;
+};
+
+/// The platform and the one piece of state that goes with it.
+struct DesktopAccess {
+    Platform platform;
+    WindowHandleCache& handles;
+};
+
+namespace Accessibility {
+
+inline constexpr double positionTolerance = 2.0;  // points
+inline constexpr double minimumExtent = 1.0;      // a window must be wider and taller than this
+
+/// Windows of one application, indices dense from 0.
+std::vector<LiveWindow> windows(DesktopAccess& desktop, ProcessID pid, bool recoverHidden);
+/// The same for many applications, one answer per pid: all window lists in one batch, all windows in a second.
+std::vector<std::vector<LiveWindow>> windows(DesktopAccess& desktop, std::span<const ProcessID> pids, bool recoverHidden);
+std::optional<LiveWindow> readWindow(DesktopAccess& desktop, const Element& element, ProcessID pid, std::int64_t index);
+
+std::vector<HiddenWindowCandidate> hiddenWindows(DesktopAccess& desktop, ProcessID pid, const std::set<WindowNumber>& excluding);
+/// As above over a window list read before, for many applications of one capture.
+std::vector<HiddenWindowCandidate> hiddenWindows(DesktopAccess& desktop, std::span<const WindowListEntry> windowList,
+                                                 ProcessID pid, const std::set<WindowNumber>& excluding);
+
+/// One write pass without waiting.
+WindowMutationResult set(DesktopAccess& desktop, const LiveWindow& window, const Rect& frame, bool minimized);
+/// One write pass, then verified by polling for up to 3 s.
+Task<WindowMutationResult> setAndWait(DesktopAccess& desktop, LiveWindow window, Rect frame, bool minimized);
+bool setMinimized(DesktopAccess& desktop, const LiveWindow& window, bool value);
+bool setFullscreen(DesktopAccess& desktop, const LiveWindow& window, bool value);
+Task<bool> unminimizeAndWait(DesktopAccess& desktop, LiveWindow window);
+/// Drives the window into or out of full screen, verified (FullscreenTransition).
+Task<bool> transitionFullscreen(DesktopAccess& desktop, LiveWindow window, bool target);
+
+}  // namespace Accessibility
+}  // namespace quillo

@@ -1,0 +1,71 @@
+// Running and installed applications. An application is an identity, not a process: where several processes
+// carry one identifier (two terminals started apart), the layer presents one application. Called on the
+// executor's thread only.
+#pragma once
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "WindowEngine/services/AccessibilityService.hpp"
+#include "WindowEngine/support/Error.hpp"
+#include "WindowEngine/support/Instant.hpp"
+#include "WindowEngine/support/Url.hpp"
+
+namespace quillo {
+
+enum class ActivationPolicy { regular, accessory, prohibited };
+
+struct RunningApplication {
+    ProcessID pid = 0;  // the oldest living process of the identity; AXWindows of its element lists the
+                        // windows of all of them
+    std::optional<std::string> bundleIdentifier;
+    std::optional<std::string> localizedName;
+    ActivationPolicy activationPolicy = ActivationPolicy::regular;
+    std::optional<Url> bundleURL;       // where it is installed, fit for launch()
+    std::optional<Instant> launchDate;  // of `pid`
+};
+
+class Applications {
+  public:
+    virtual ~Applications() = default;
+
+    /// Every running application, in the platform's order. An application that has ended is not listed.
+    virtual std::vector<RunningApplication> running() = 0;
+    /// The running application that `pid` belongs to; absent once it has ended.
+    virtual std::optional<RunningApplication> running(ProcessID pid) = 0;
+    /// The running application with this identifier, resolved anew at each call: launchers fork.
+    virtual std::optional<RunningApplication> running(std::string_view bundleIdentifier) = 0;
+
+    /// Identifier of this program itself, and of the application it was started from (a terminal), which is
+    /// never hidden or quit; empty where unknown.
+    virtual std::vector<std::string> ownIdentifiers() = 0;
+
+    /// Where an installed application lives; absent when it is not installed.
+    virtual std::optional<Url> location(std::string_view bundleIdentifier) = 0;
+    /// Which identifier the application at `location` carries; absent when there is none.
+    virtual std::optional<std::string> identifierAt(const Url& location) = 0;
+
+    /// Launches the application at `location`, or activates it when it runs. Waits (suspended, never
+    /// blocking) until the system accepts or refuses it, not for its windows. `documents` travel with the
+    /// launch. The error's text is the system's reason without path or title.
+    virtual Task<Result<void>> launch(Url location, std::vector<Url> documents) = 0;
+    /// Opens documents with a running application.
+    virtual Task<Result<void>> open(std::string bundleIdentifier, std::vector<Url> documents) = 0;
+    /// Asks a running application without windows for one.
+    virtual Task<Result<void>> requestWindow(std::string bundleIdentifier) = 0;
+
+    /// Whether the request was accepted.
+    virtual bool hide(std::string_view bundleIdentifier) = 0;
+    /// Asks the application to quit normally; it may ask its user to save. Never forces it.
+    virtual bool terminate(std::string_view bundleIdentifier) = 0;
+
+    /// The pid of a process that is no regular application (the Dock); absent when it does not run.
+    virtual std::optional<ProcessID> serviceProcess(std::string_view bundleIdentifier) = 0;
+
+    virtual Capability hiding() = 0;
+    virtual Capability quitting() = 0;
+};
+
+}  // namespace quillo

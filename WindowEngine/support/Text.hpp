@@ -1,0 +1,35 @@
+// Text as people read it, through ICU. All input is UTF-8; invalid sequences are replaced by U+FFFD.
+#pragma once
+#include <compare>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillo::text {
+
+std::string lowercase(std::string_view s);                    // full Unicode lower-casing, root locale
+bool equalIgnoringCase(std::string_view a, std::string_view b);  // Unicode case folding
+/// White space and line breaks (Unicode) removed at both ends.
+std::string trim(std::string_view s);
+/// Blanks and tabs (Unicode space separators and U+0009) removed at both ends; line breaks stay.
+std::string trimBlanks(std::string_view s);
+bool isValidUtf8(std::string_view s);
+
+/// Case-insensitive comparison in the person's locale (ICU collation, secondary strength).
+std::weak_ordering compareLocalized(std::string_view a, std::string_view b);
+
+/// A compiled regular expression with Unicode-aware classes; compile once, use often.
+class Pattern {
+  public:
+    explicit Pattern(std::string_view expression);  // a bad expression is a programming error (throws std::logic_error)
+    ~Pattern();
+    Pattern(const Pattern&) = delete;
+    Pattern& operator=(const Pattern&) = delete;
+    std::string replaceAll(std::string_view subject, std::string_view replacement) const;
+
+  private:
+    struct Impl;
+    Impl* impl_;
+};
+
+}  // namespace quillo::text

@@ -1,0 +1,42 @@
+# Compiler policy: one set of warnings for every target, contraction of floating-point expressions
+# off (the same frames on every machine), and a refusal of compilers known to miscompile coroutines.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 14)
+  message(FATAL_ERROR
+    "g++ ${CMAKE_CXX_COMPILER_VERSION} destroys some temporaries of coroutine expressions twice. "
+    "Use clang-19: cmake -DCMAKE_CXX_COMPILER=clang++-19")
+endif()
+
+add_library(quillo_flags INTERFACE)
+target_compile_options(quillo_flags INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wconversion -Wsign-conversion
+  -Wimplicit-fallthrough -Werror -ffp-contract=off)
+target_include_directories(quillo_flags INTERFACE ${CMAKE_SOURCE_DIR})
+
+# Sanitizers are chosen by name: address (with undefined behaviour), thread, or none.
+set(QUILLO_SANITIZER "" CACHE STRING "address, thread or empty")
+if(QUILLO_SANITIZER STREQUAL "address")
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+elseif(QUILLO_SANITIZER STREQUAL "thread")
+  add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=thread)
+endif()
+if(NOT APPLE)
+  add_link_options(-fuse-ld=lld)
+endif()
+
+# A library of all sources directly in a folder; named after its folder, linked to what stands below it.
+function(quillo_library name)
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  cmake_parse_arguments(arg "" "" "FOLDER;LINK" ${ARGN})
+  if(arg_FOLDER)
+    file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${arg_FOLDER}/*.cpp)
+  endif()
+  if(NOT sources)
+    add_library(${name} INTERFACE)
+    target_link_libraries(${name} INTERFACE quillo_flags ${arg_LINK})
+    return()
+  endif()
+  add_library(${name} STATIC ${sources})
+  target_link_libraries(${name} PUBLIC quillo_flags ${arg_LINK})
+endfunction()
