@@ -12,6 +12,11 @@ target_compile_options(quillo_flags INTERFACE
   -Wimplicit-fallthrough -Werror -ffp-contract=off)
 target_include_directories(quillo_flags INTERFACE ${CMAKE_SOURCE_DIR})
 
+find_program(CCACHE ccache)
+if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+endif()
+
 # Sanitizers are chosen by name: address (with undefined behaviour), thread, or none.
 set(QUILLO_SANITIZER "" CACHE STRING "address, thread or empty")
 if(QUILLO_SANITIZER STREQUAL "address")
