@@ -1,0 +1,146 @@
+#include "WindowEngine/support/Text.hpp"
+
+#include <simdjson.h>
+#include <unicode/coll.h>
+#include <unicode/normlzr.h>
+#include <unicode/regex.h>
+#include <unicode/uchar.h>
+#include <unicode/unistr.h>
+#include <unicode/utf8.h>
+
+#include <algorithm>
+#include <memory>
+#include <stdexcept>
+
+namespace quillo::text {
+namespace {
+
+icu::UnicodeString decoded(std::string_view s) {
+    return icu::UnicodeString::fromUTF8(icu::StringPiece(s.data(), static_cast<std::int32_t>(s.size())));
+}
+
+std::string encoded(const icu::UnicodeString& s) {
+    std::string bytes;
+    return s.toUTF8String(bytes);
+}
+
+bool isAscii(std::string_view s) {
+    return std::ranges::all_of(s, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+char lowered(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool isBlank(UChar32 c) {
+    return c == '\t' || u_charType(c) == U_SPACE_SEPARATOR;
+}
+bool isWhite(UChar32 c) {
+    return u_isUWhiteSpace(c) != 0;
+}
+
+template <class Predicate>
+std::string trimmed(std::string_view s, Predicate removed) {
+    std::int32_t begin = 0, end = static_cast<std::int32_t>(s.size());
+    for (std::int32_t next = begin; next < end; begin = next) {
+        UChar32 c;
+        U8_NEXT_OR_FFFD(s.data(), next, end, c);
+        if (!removed(c)) break;
+    }
+    for (std::int32_t previous = end; previous > begin; end = previous) {
+        UChar32 c;
+        U8_PREV_OR_FFFD(s.data(), begin, previous, c);
+        if (!removed(c)) break;
+    }
+    const std::string_view kept =
+        s.substr(static_cast<std::size_t>(begin), static_cast<std::size_t>(end - begin));
+    return isValidUtf8(kept) ? std::string(kept) : encoded(decoded(kept));
+}
+
+// The POSIX locale ("C") would order by code point, capitals first; its people get the root order instead.
+icu::Locale personLocale() {
+    const icu::Locale locale = icu::Locale::getDefault();
+    return std::string_view(locale.getVariant()) == "POSIX" ? icu::Locale::getRoot() : locale;
+}
+
+// Building a collator reads its rules; one serves every comparison of the program.
+const icu::Collator* personCollator() {
+    static const std::unique_ptr<icu::Collator> collator = [] {
+        UErrorCode status = U_ZERO_ERROR;
+        std::unique_ptr<icu::Collator> made(icu::Collator::createInstance(personLocale(), status));
+        if (U_FAILURE(status)) return std::unique_ptr<icu::Collator>();
+        made->setStrength(icu::Collator::SECONDARY);
+        return made;
+    }();
+    return collator.get();
+}
+
+std::weak_ordering ordering(int comparison) {
+    return comparison < 0   ? std::weak_ordering::less
+           : comparison > 0 ? std::weak_ordering::greater
+                            : std::weak_ordering::equivalent;
+}
+
+}  // namespace
+
+std::string lowercase(std::string_view s) {
+    if (!isAscii(s)) return encoded(decoded(s).toLower(icu::Locale::getRoot()));
+    std::string result(s);
+    std::ranges::transform(result, result.begin(), lowered);
+    return result;
+}
+
+bool equalIgnoringCase(std::string_view a, std::string_view b) {
+    if (isAscii(a) && isAscii(b)) return std::ranges::equal(a, b, {}, lowered, lowered);
+    // Composed and decomposed spellings of one character count as the same: people cannot tell them apart.
+    UErrorCode status = U_ZERO_ERROR;
+    const int comparison = icu::Normalizer::compare(decoded(a), decoded(b), U_COMPARE_IGNORE_CASE, status);
+    return U_SUCCESS(status) && comparison == 0;
+}
+
+std::string trim(std::string_view s) {
+    return trimmed(s, isWhite);
+}
+
+std::string trimBlanks(std::string_view s) {
+    return trimmed(s, isBlank);
+}
+
+bool isValidUtf8(std::string_view s) {
+    return simdjson::validate_utf8(s.data(), s.size());
+}
+
+std::weak_ordering compareLocalized(std::string_view a, std::string_view b) {
+    const icu::Collator* collator = personCollator();
+    if (!collator) return ordering(decoded(a).caseCompare(decoded(b), U_FOLD_CASE_DEFAULT));
+    UErrorCode status = U_ZERO_ERROR;
+    return ordering(collator->compare(decoded(a), decoded(b), status));
+}
+
+struct Pattern::Impl {
+    std::unique_ptr<icu::RegexPattern> expression;
+};
+
+Pattern::Pattern(std::string_view expression) {
+    UErrorCode status = U_ZERO_ERROR;
+    UParseError where{};
+    std::unique_ptr<icu::RegexPattern> compiled(
+        icu::RegexPattern::compile(decoded(expression), where, status));
+    if (U_FAILURE(status)) throw std::logic_error("bad regular expression: " + std::string(expression));
+    impl_ = new Impl{std::move(compiled)};
+}
+
+Pattern::~Pattern() {
+    delete impl_;
+}
+
+std::string Pattern::replaceAll(std::string_view subject, std::string_view replacement) const {
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::UnicodeString input = decoded(subject);
+    const std::unique_ptr<icu::RegexMatcher> matcher(impl_->expression->matcher(input, status));
+    if (U_FAILURE(status)) return encoded(input);
+    const icu::UnicodeString replaced = matcher->replaceAll(decoded(replacement), status);
+    return encoded(U_SUCCESS(status) ? replaced : input);
+}
+
+}  // namespace quillo::text

@@ -1,0 +1,57 @@
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "WindowEngine/support/Text.hpp"
+
+namespace quillo::text {
+namespace {
+
+TEST(Text, LowercasesAllScriptsAndReplacesInvalidBytes) {
+    EXPECT_EQ(lowercase("Report — EDITED"), "report — edited");
+    EXPECT_EQ(lowercase("ÄÖÜ ΣΊΣΥΦΟΣ"), "äöü σίσυφος");
+    EXPECT_EQ(lowercase("I"), "i");  // root locale: never the dotless i
+    EXPECT_EQ(lowercase("A\xff"), "a\xef\xbf\xbd");
+}
+
+TEST(Text, ComparesIgnoringCaseByFolding) {
+    EXPECT_TRUE(equalIgnoringCase("Work", "wORK"));
+    EXPECT_TRUE(equalIgnoringCase("STRASSE", "straße"));
+    EXPECT_TRUE(equalIgnoringCase("Caf\xc3\xa9", "CAFE\xcc\x81"));  // composed and decomposed
+    EXPECT_FALSE(equalIgnoringCase("Cafe", "Café"));
+    EXPECT_FALSE(equalIgnoringCase("Work", "Work "));
+    EXPECT_TRUE(equalIgnoringCase("", ""));
+}
+
+TEST(Text, TrimsUnicodeWhiteSpace) {
+    EXPECT_EQ(trim("\xc2\xa0 \t\r\n a b \xe2\x80\xa8\xe3\x80\x80"), "a b");
+    EXPECT_EQ(trim(" \n "), "");
+    EXPECT_EQ(trim(" \xff "), "\xef\xbf\xbd");
+    EXPECT_EQ(trimBlanks("\t\xc2\xa0 a\n \t"), "a\n");
+    EXPECT_EQ(trimBlanks("\n a"), "\n a");
+}
+
+TEST(Text, ValidatesUtf8) {
+    EXPECT_TRUE(isValidUtf8("aé漢😀"));
+    EXPECT_TRUE(isValidUtf8(""));
+    for (const char* bad : {"\x80", "\xc0\xaf", "\xed\xa0\x80", "\xf4\x90\x80\x80", "\xe2\x82"})
+        EXPECT_FALSE(isValidUtf8(bad));
+}
+
+TEST(Text, CollatesWithoutCase) {
+    EXPECT_EQ(compareLocalized("work", "WORK"), std::weak_ordering::equivalent);
+    EXPECT_EQ(compareLocalized("apple", "Banana"), std::weak_ordering::less);
+    EXPECT_EQ(compareLocalized("Zebra", "apple"), std::weak_ordering::greater);
+    EXPECT_NE(compareLocalized("resume", "résumé"), std::weak_ordering::equivalent);
+}
+
+TEST(Pattern, ReplacesEveryMatchWithUnicodeClasses) {
+    EXPECT_EQ(Pattern("\\s+").replaceAll("a \xc2\xa0\n b\tc", " "), "a b c");
+    EXPECT_EQ(Pattern("\\s[—–-]\\s*edited$").replaceAll("notes — edited", ""), "notes");
+    EXPECT_EQ(Pattern("^•\\s*").replaceAll("• draft •", ""), "draft •");
+    EXPECT_EQ(Pattern("x").replaceAll("", "y"), "");
+    EXPECT_THROW(Pattern("("), std::logic_error);
+}
+
+}  // namespace
+}  // namespace quillo::text

@@ -1,0 +1,111 @@
+#include <gtest/gtest.h>
+
+#include "WindowEngine/support/Url.hpp"
+
+namespace quillo {
+namespace {
+
+TEST(Url, KeepsTheExactStringOfEveryAddressItAccepts) {
+    for (const char* text :
+         {"https://example.org/a|b?q=^{x}", "HTTP://Example.ORG/%7e", "about:blank", "file:///tmp/a%20b/",
+          "https://пример.рф/путь", "mailto:a@b.c", "x-app+1.0:anything"}) {
+        const auto url = Url::parse(text);
+        ASSERT_TRUE(url) << text;
+        EXPECT_EQ(url->string(), text);
+    }
+}
+
+TEST(Url, RefusesWhatIsNoAbsoluteAddress) {
+    const std::string_view nul("http://a\0b", 10);
+    for (const std::string_view text :
+         {std::string_view(""), std::string_view("example.org/a"), std::string_view("//host/a"),
+          std::string_view(":a"), std::string_view("1http://a"), std::string_view("ht_tp://a"),
+          std::string_view("http://a b"), std::string_view("http://a\n"), std::string_view("http://a\x7f"),
+          std::string_view("http://a\xc2\x85"), std::string_view("http://a\xe2\x80\xa8"),
+          std::string_view("http://a\xc2\xa0"), std::string_view("http://\xff"), nul}) {
+        EXPECT_FALSE(Url::parse(text)) << text;
+    }
+}
+
+struct HostCase {
+    const char* text;
+    const char* scheme;
+    std::optional<std::string> host;
+};
+
+TEST(Url, ReadsSchemeAndHost) {
+    const HostCase cases[] = {
+        {"HTTPS://user:pw@Example.org:8080/a?b#c", "https", "Example.org"},
+        {"http://ex%41mple.org", "http", "ex%41mple.org"},
+        {"http://a@b@c.org/", "http", "c.org"},
+        {"http://[::1]:80/", "http", "::1"},
+        {"http://[::1", "http", "::1"},
+        {"http://host?query@other", "http", "host"},
+        {"http://host#frag/x@y", "http", "host"},
+        {"http://:80/", "http", std::nullopt},
+        {"file:///tmp", "file", std::nullopt},
+        {"mailto:a@b.c", "mailto", std::nullopt},
+        {"http:", "http", std::nullopt},
+    };
+    for (const auto& c : cases) {
+        const auto url = Url::parse(c.text);
+        ASSERT_TRUE(url) << c.text;
+        EXPECT_EQ(url->scheme(), c.scheme) << c.text;
+        EXPECT_EQ(url->host(), c.host) << c.text;
+    }
+}
+
+struct PathCase {
+    const char* text;
+    std::optional<std::string> path;
+};
+
+TEST(Url, DecodesThePathOfFileAddressesOnly) {
+    const PathCase cases[] = {
+        {"file:///tmp/a%20b%25/", "/tmp/a b%"},
+        {"file://localhost/x", "/x"},
+        {"FILE://LOCALHOST/x", "/x"},
+        {"file:/x", "/x"},
+        {"file:///", "/"},
+        {"file:////", "/"},
+        {"file:///a?b#c", "/a"},
+        {"file:///%C3%A9", "/é"},
+        {"file://server/x", std::nullopt},
+        {"file:///a%2", std::nullopt},
+        {"file:///a%zz", std::nullopt},
+        {"file:///a%00", std::nullopt},
+        {"file:relative", std::nullopt},
+        {"https://a/x", std::nullopt},
+    };
+    for (const auto& c : cases) EXPECT_EQ(Url::parse(c.text).value().filePath(), c.path) << c.text;
+}
+
+TEST(Url, FileAddressesRoundTripEveryByteButNul) {
+    std::string path = "/";
+    for (int byte = 1; byte < 256; ++byte) path += static_cast<char>(byte);
+    const Url url = Url::file(path);
+    EXPECT_EQ(url.filePath(), path);
+    EXPECT_EQ(Url::parse(url.string()), url);
+    EXPECT_EQ(Url::file("/tmp/a b", true).string(), "file:///tmp/a%20b/");
+    EXPECT_EQ(Url::file("/", true).string(), "file:///");
+    EXPECT_THROW(Url::file("tmp"), std::logic_error);
+}
+
+TEST(Url, StandardizedFileAddressesHaveOneSpelling) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"file:///a/./b/../c/", "file:///a/c"},
+        {"file:///../../a", "file:///a"},
+        {"file:////a//b///", "file:///a/b"},
+        {"file://localhost/%41%2e", "file:///A."},
+        {"file:///a/%2e%2e/b", "file:///b"},
+        {"file:///", "file:///"},
+        {"file:///a/..", "file:///"},
+        {"file:///bad%zz/../x", "file:///bad%zz/../x"},
+        {"https://a/b/../c/", "https://a/b/../c/"},
+    };
+    for (const auto& [text, expected] : cases)
+        EXPECT_EQ(Url::parse(text).value().standardized().string(), expected);
+}
+
+}  // namespace
+}  // namespace quillo
