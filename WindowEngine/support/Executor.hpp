@@ -1,56 +1,152 @@
-// The executor: one thread, posts in order, timers that never fire early.
+// The executor: one thread on which all engine work runs in turns, first asked, first served.
 #pragma once
-#include "WindowEngine/support/Instant.hpp"
 #include <chrono>
-#include <compare>
 #include <cstddef>
-#include <new>
 #include <cstdint>
+#include <exception>
+#include <functional>
 #include <memory>
-#include <type_traits>
+#include <optional>
+#include <unordered_map>
 #include <utility>
+
+#include "WindowEngine/support/Fn.hpp"
+#include "WindowEngine/support/Instant.hpp"
+#include "WindowEngine/support/ReadyQueue.hpp"
+#include "WindowEngine/support/StopSource.hpp"
+#include "WindowEngine/support/TimerQueue.hpp"
+
 namespace quillo {
-using Duration = std::chrono::nanoseconds;
-using TimePoint = std::chrono::steady_clock::time_point;
 
-// Move-only void() callable with a small buffer (std::move_only_function is missing in libc++ 16).
-class Fn {
-    struct VTable { void (*call)(void*); void (*move)(void* from, void* to) noexcept; void (*destroy)(void*) noexcept; };
-    template <class F> static constexpr VTable vtFor{
-        [](void* p) { (*static_cast<F*>(p))(); },
-        [](void* from, void* to) noexcept { ::new (to) F(std::move(*static_cast<F*>(from))); static_cast<F*>(from)->~F(); },
-        [](void* p) noexcept { static_cast<F*>(p)->~F(); }};
-    alignas(std::max_align_t) std::byte buf_[48];
-    const VTable* vt_ = nullptr;
-public:
-    Fn() = default;
-    template <class F> requires(!std::is_same_v<std::decay_t<F>, Fn>)
-    Fn(F&& f) {
-        using D = std::decay_t<F>;
-        if constexpr (sizeof(D) <= sizeof buf_ && std::is_nothrow_move_constructible_v<D>) {
-            ::new (buf_) D(std::forward<F>(f)); vt_ = &vtFor<D>;
-        } else {
-            auto boxed = [p = std::make_unique<D>(std::forward<F>(f))] { (*p)(); };
-            ::new (buf_) decltype(boxed)(std::move(boxed)); vt_ = &vtFor<decltype(boxed)>;
-        }
+class Executor;
+
+/// Names a function given to postAfter.
+struct TimerId {
+    std::uint64_t sequence = 0;
+    bool operator==(const TimerId&) const = default;
+};
+
+/// Held while real work goes on outside the executor (a child process, a thread): a virtual clock stands
+/// still meanwhile, so that a limit in virtual seconds is not over before the work had its milliseconds. May
+/// be released on any thread; post the result first.
+class OutsideWork {
+  public:
+    explicit OutsideWork(Executor& executor) noexcept;
+    OutsideWork(OutsideWork&& other) noexcept : executor_(std::exchange(other.executor_, nullptr)) {}
+    OutsideWork& operator=(OutsideWork&& other) noexcept {
+        std::swap(executor_, other.executor_);
+        return *this;
     }
-    Fn(Fn&& o) noexcept : vt_(std::exchange(o.vt_, nullptr)) { if (vt_) vt_->move(o.buf_, buf_); }
-    Fn& operator=(Fn&& o) noexcept { if (this != &o) { this->~Fn(); ::new (this) Fn(std::move(o)); } return *this; }
-    ~Fn() { if (vt_) std::exchange(vt_, nullptr)->destroy(buf_); }
-    explicit operator bool() const noexcept { return vt_; }
-    void operator()() { vt_->call(buf_); }
+    ~OutsideWork();
+
+  private:
+    Executor* executor_;
 };
 
-struct TimerId { TimePoint when{}; std::uint64_t seq = 0; bool operator==(const TimerId&) const = default;   // libc++ 16: chrono has no <=>
-    friend bool operator<(const TimerId& a, const TimerId& b) noexcept { return a.when != b.when ? a.when < b.when : a.seq < b.seq; } };
+/// A job that nobody holds any more but that has yet to reach its end.
+class Orphan : public Linked<Orphan> {
+  public:
+    virtual void destroy() noexcept = 0;
 
+  protected:
+    Orphan() = default;
+    ~Orphan() = default;
+};
+
+/// Everything is for the executor's own thread, except where "any thread" is said. It must outlive whatever
+/// runs on it. One ready queue and one timer queue serve all loops; a loop only waits and calls runTurn():
+/// timers that are due join the ready queue, so neither posts nor timers can starve the other.
 class Executor {
-public:
-    virtual ~Executor() = default;
-    virtual TimePoint now() const noexcept = 0;      // monotonic
-    virtual Instant wallNow() const noexcept = 0;    // wall clock
-    virtual void post(Fn) = 0;                     // any thread; FIFO
-    virtual TimerId postAfter(Duration, Fn) = 0;   // executor thread only; never runs early
-    virtual void cancel(TimerId) noexcept = 0;     // executor thread only; unknown/fired id = no-op
+  public:
+    Executor();
+    Executor(const Executor&) = delete;
+    Executor& operator=(const Executor&) = delete;
+    virtual ~Executor();
+
+    /// The monotonic clock that all waits are measured with.
+    virtual TimePoint now() const noexcept = 0;
+    virtual Instant wallNow() const noexcept = 0;
+
+    /// Any thread; in order of asking.
+    void post(Fn function);
+    /// Never early. What is due at the same time runs in order of asking; zero or less is post().
+    TimerId postAfter(Duration delay, Fn function);
+    /// A function that has run or is unknown is left alone.
+    void cancel(TimerId timer) noexcept;
+
+    /// Nothing ready, no timer, no live job (so no suspended wait either), no outside work.
+    bool idle() const noexcept;
+    OutsideWork outsideWork() noexcept { return OutsideWork(*this); }
+
+    /// Told of an exception that ended a job and that nobody has taken from it. Without a handler it is
+    /// written to standard error. The handler must not throw.
+    using ExceptionHandler = std::function<void(std::exception_ptr)>;
+    void onUnobservedException(ExceptionHandler handler) { exceptionHandler_ = std::move(handler); }
+
+    // What tasks, jobs and completions are made of.
+
+    /// Any thread for a turn that is in no queue; else it is taken from the timers first.
+    void makeReady(Turn& turn) noexcept;
+    void makeReadyAt(Turn& turn, TimePoint due);
+    void withdraw(Turn& turn) noexcept;
+    TimePoint timeAfter(Duration delay) const noexcept;
+
+    void jobStarted() noexcept { ++liveJobs_; }
+    void jobEnded() noexcept { --liveJobs_; }
+    void adopt(Orphan& orphan) noexcept { orphans_.append(orphan); }
+    void reportUnobserved(std::exception_ptr exception) noexcept;
+    /// Parent of every job that was given none.
+    StopSource& rootStop() noexcept { return rootStop_; }
+
+    /// Marks, on the stack, that a job's coroutine is being run.
+    class RunScope {
+      public:
+        RunScope(Executor& executor, const StopSource& stop) noexcept
+            : executor_(executor), job_(stop.unshielded()), outer_(executor.innermost_) {
+            executor.innermost_ = this;
+        }
+        RunScope(const RunScope&) = delete;
+        RunScope& operator=(const RunScope&) = delete;
+        ~RunScope() { executor_.innermost_ = outer_; }
+
+      private:
+        friend class Executor;
+        Executor& executor_;
+        const StopSource& job_;
+        RunScope* outer_;
+    };
+    /// Whether the caller runs inside the job of this stop source or inside one of that job's descendants.
+    bool runsWithin(const StopSource& job) const noexcept;
+
+  protected:
+    /// Any thread: a turn became ready while none was, or a timer became the earliest. A loop that waits for
+    /// the ready queue itself needs nothing here.
+    virtual void wake() noexcept {}
+
+    /// Lets timers that are due join the ready queue and runs the next turn; false when there is none.
+    bool runTurn();
+    /// TimePoint::max() when there is no timer.
+    TimePoint nextTimer() const noexcept { return timers_.empty() ? TimePoint::max() : timers_.earliest(); }
+    ReadyQueue& ready() noexcept { return ready_; }
+    /// Discards what is queued and destroys orphans.
+    void abandonAll() noexcept;
+
+  private:
+    friend class OutsideWork;
+    struct PostedFunction;
+    struct TimedFunction;
+
+    void collectDueTimers() noexcept;
+
+    ReadyQueue ready_;
+    TimerQueue timers_;
+    std::unordered_map<std::uint64_t, std::unique_ptr<TimedFunction>> timedFunctions_;
+    std::uint64_t lastTimer_ = 0;
+    std::size_t liveJobs_ = 0;
+    LinkedList<Orphan> orphans_;
+    StopSource rootStop_;
+    RunScope* innermost_ = nullptr;
+    ExceptionHandler exceptionHandler_;
 };
-}
+
+}  // namespace quillo

@@ -1,65 +1,75 @@
-// Executors: the virtual clock of tests and the plain loop.
+// What runs an executor: the virtual clock of tests and the plain loop.
 #pragma once
+#include <functional>
+
 #include "WindowEngine/support/Executor.hpp"
-#include <condition_variable>
-#include <deque>
-#include <map>
-#include <mutex>
+
 namespace quillo {
-class TimerQueue {                       // ordered by (time, sequence): ties are FIFO, so deterministic
-    std::map<TimerId, Fn> q_; std::uint64_t seq_ = 0;
-public:
-    TimerId add(TimePoint at, Fn f) { TimerId id{at, ++seq_}; q_.emplace_hint(q_.end(), id, std::move(f)); return id; }
-    void cancel(TimerId id) noexcept { if (auto n = q_.extract(id)) { /* destroyed after unlink */ } }
-    bool empty() const noexcept { return q_.empty(); }
-    TimePoint next() const noexcept { return q_.begin()->first.when; }
-    Fn pop() { auto n = q_.extract(q_.begin()); return std::move(n.mapped()); }
+
+/// An executor that can be run by its owner. None of these functions may be called from within a turn.
+class Loop : public Executor {
+  public:
+    using Condition = std::function<bool()>;
+
+    /// Runs turn by turn until the condition holds; false when `limit` (on this executor's clock) passes
+    /// before, or when nothing can happen any more.
+    bool runUntil(const Condition& condition, Duration limit);
+    /// Cancels every live job and runs until nothing is left; whether that was reached within the limit.
+    /// Jobs started from here on are born cancelled.
+    bool shutDown(Duration limit);
+
+  protected:
+    /// Waits until a turn is ready or a timer is due; false when `deadline` comes before or nothing can come.
+    virtual bool rest(TimePoint deadline) = 0;
 };
 
-class VirtualExecutor final : public Executor {
-    static constexpr Instant wallStart_{std::chrono::seconds{1741944413}};  // 2025-03-14T09:26:53Z
-    TimePoint now_{}; std::deque<Fn> posts_; TimerQueue timers_;
-public:
+/// A clock that stands still while anything is ready and then jumps to the next timer, so that fifteen
+/// seconds cost microseconds and the order is always the same. It also stands still while outside work goes
+/// on.
+class VirtualExecutor final : public Loop {
+  public:
+    ~VirtualExecutor() override { abandonAll(); }
+
     TimePoint now() const noexcept override { return now_; }
-    Instant wallNow() const noexcept override { return wallStart_ + now_.time_since_epoch(); }
-    void burn(Duration d) noexcept { now_ += d; }  // a call that blocks the thread for d: nothing runs meanwhile
-    void post(Fn f) override { posts_.push_back(std::move(f)); }
-    TimerId postAfter(Duration d, Fn f) override { return timers_.add(now_ + std::max(d, Duration{}), std::move(f)); }
-    void cancel(TimerId id) noexcept override { timers_.cancel(id); }
-    bool idle() const noexcept { return posts_.empty() && timers_.empty(); }
-    void runUntil(TimePoint limit) {     // advances the clock only when nothing is runnable
-        for (;;) {
-            if (!posts_.empty()) { Fn f = std::move(posts_.front()); posts_.pop_front(); f(); continue; }
-            if (timers_.empty() || timers_.next() > limit) break;
-            now_ = std::max(now_, timers_.next()); Fn f = timers_.pop(); f();
-        }
-        if (limit != TimePoint::max()) now_ = std::max(now_, limit);
-    }
+    Instant wallNow() const noexcept override { return wallStart + now_.time_since_epoch(); }
+
+    /// A call that blocks the thread for `duration`, as of an application that answers only after its
+    /// messaging timeout: nothing runs meanwhile. May be called from within a turn.
+    void burn(Duration duration) noexcept { now_ = timeAfter(duration); }
+
+    using Loop::runUntil;
+    /// Runs everything up to `limit` and leaves the clock there.
+    void runUntil(TimePoint limit);
+    void runFor(Duration duration) { runUntil(timeAfter(duration)); }
+    /// Until neither a turn nor a timer nor outside work is left. Jobs that wait for something else may still
+    /// be live: see idle().
     void runUntilIdle() { runUntil(TimePoint::max()); }
+
+  private:
+    static constexpr Instant wallStart{std::chrono::seconds{1741944413}};  // 2025-03-14T09:26:53Z
+
+    bool rest(TimePoint deadline) override;
+
+    TimePoint now_{};
 };
 
-class LoopExecutor final : public Executor {
-    std::mutex m_; std::condition_variable cv_; std::deque<Fn> posts_; TimerQueue timers_; bool stop_ = false;
-public:
+/// The plain loop over the steady clock.
+class LoopExecutor final : public Loop {
+  public:
+    ~LoopExecutor() override { abandonAll(); }
+
     TimePoint now() const noexcept override { return std::chrono::steady_clock::now(); }
     Instant wallNow() const noexcept override { return std::chrono::system_clock::now(); }
-    void post(Fn f) override { { std::lock_guard l(m_); posts_.push_back(std::move(f)); } cv_.notify_one(); }
-    TimerId postAfter(Duration d, Fn f) override { return timers_.add(now() + std::max(d, Duration{}), std::move(f)); }
-    void cancel(TimerId id) noexcept override { timers_.cancel(id); }
-    void stop() { post([this] { stop_ = true; }); }
-    void run() {
-        stop_ = false;
-        while (!stop_) {
-            std::deque<Fn> batch;
-            {
-                std::unique_lock l(m_);
-                auto ready = [&] { return !posts_.empty(); };
-                if (timers_.empty()) cv_.wait(l, ready); else cv_.wait_until(l, timers_.next(), ready);
-                batch.swap(posts_);
-            }
-            for (auto& f : batch) f();
-            while (!stop_ && !timers_.empty() && timers_.next() <= now()) timers_.pop()();
-        }
-    }
+
+    /// Until stop().
+    void run();
+    /// Any thread; ends run() after what was posted before.
+    void stop();
+
+  private:
+    bool rest(TimePoint deadline) override;
+
+    bool stopped_ = false;
 };
-}
+
+}  // namespace quillo

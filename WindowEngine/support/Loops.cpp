@@ -1,0 +1,50 @@
+#include "WindowEngine/support/Loops.hpp"
+
+#include <algorithm>
+
+namespace quillo {
+
+bool Loop::runUntil(const Condition& condition, Duration limit) {
+    const TimePoint deadline = timeAfter(limit);
+    while (!condition())
+        if (!runTurn() && !rest(deadline)) return false;
+    return true;
+}
+
+bool Loop::shutDown(Duration limit) {
+    rootStop().requestStop();
+    return runUntil([this] { return idle(); }, limit);
+}
+
+void VirtualExecutor::runUntil(TimePoint limit) {
+    while (runTurn() || rest(limit)) {
+    }
+}
+
+bool VirtualExecutor::rest(TimePoint deadline) {
+    if (ready().waitWhileClockHeld()) return true;
+    const TimePoint next = nextTimer();
+    if (next <= deadline && next != TimePoint::max()) {
+        now_ = std::max(now_, next);
+        return true;
+    }
+    if (deadline != TimePoint::max()) now_ = std::max(now_, deadline);
+    return false;
+}
+
+void LoopExecutor::run() {
+    stopped_ = false;
+    while (!stopped_)
+        if (!runTurn()) rest(TimePoint::max());
+}
+
+void LoopExecutor::stop() {
+    post([this] { stopped_ = true; });
+}
+
+bool LoopExecutor::rest(TimePoint deadline) {
+    const TimePoint next = nextTimer();
+    return ready().waitUntil(std::min(next, deadline)) || next <= deadline;
+}
+
+}  // namespace quillo
