@@ -61,14 +61,19 @@ inline constexpr double minimumExtent = 1.0;      // a window must be wider and 
 
 /// Windows of one application, indices dense from 0.
 std::vector<LiveWindow> windows(DesktopAccess& desktop, ProcessID pid, bool recoverHidden);
-/// The same for many applications, one answer per pid: all window lists in one batch, all windows in a second.
-std::vector<std::vector<LiveWindow>> windows(DesktopAccess& desktop, std::span<const ProcessID> pids, bool recoverHidden);
-std::optional<LiveWindow> readWindow(DesktopAccess& desktop, const Element& element, ProcessID pid, std::int64_t index);
+/// The same for many applications, one answer per pid: all window lists in one batch, all windows in a
+/// second.
+std::vector<std::vector<LiveWindow>> windows(DesktopAccess& desktop, std::span<const ProcessID> pids,
+                                             bool recoverHidden);
+std::optional<LiveWindow> readWindow(DesktopAccess& desktop, const Element& element, ProcessID pid,
+                                     std::int64_t index);
 
-std::vector<HiddenWindowCandidate> hiddenWindows(DesktopAccess& desktop, ProcessID pid, const std::set<WindowNumber>& excluding);
+std::vector<HiddenWindowCandidate> hiddenWindows(DesktopAccess& desktop, ProcessID pid,
+                                                 const std::set<WindowNumber>& excluding);
 /// As above over a window list read before, for many applications of one capture.
-std::vector<HiddenWindowCandidate> hiddenWindows(DesktopAccess& desktop, std::span<const WindowListEntry> windowList,
-                                                 ProcessID pid, const std::set<WindowNumber>& excluding);
+std::vector<HiddenWindowCandidate> hiddenWindows(DesktopAccess& desktop,
+                                                 std::span<const WindowListEntry> windowList, ProcessID pid,
+                                                 const std::set<WindowNumber>& excluding);
 
 /// One write pass without waiting.
 WindowMutationResult set(DesktopAccess& desktop, const LiveWindow& window, const Rect& frame, bool minimized);

@@ -19,8 +19,10 @@ using DisplayList = std::span<const DisplaySnapshot>;
 
 std::optional<Placement> place(const WindowSnapshot& window, DisplayList saved, DisplayList current);
 /// Null only when `current` is empty. Pointers are into `current`.
-const DisplaySnapshot* targetDisplay(const std::optional<std::string>& id, DisplayList saved, DisplayList current);
-const DisplaySnapshot* bestTopologyMatch(const DisplaySnapshot& display, DisplayList saved, DisplayList current);
+const DisplaySnapshot* targetDisplay(const std::optional<std::string>& id, DisplayList saved,
+                                     DisplayList current);
+const DisplaySnapshot* bestTopologyMatch(const DisplaySnapshot& display, DisplayList saved,
+                                         DisplayList current);
 Rect clamp(const Rect& rect, const Rect& bounds);
 
 }  // namespace quillo::DisplayMapper

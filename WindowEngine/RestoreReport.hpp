@@ -17,14 +17,35 @@ inline constexpr std::string_view ownBundleIdentifier = "app.quillo.Quillo";
 
 struct RestoreReport {
     // Texts never hold a title, a path or an address; a window's title travels in Item.title.
-    struct createdDesktops { std::int64_t count = 0; bool operator==(const createdDesktops&) const = default; };
-    struct opened { std::int64_t count = 0; bool operator==(const opened&) const = default; };
-    struct note { std::string text; bool operator==(const note&) const = default; };
-    struct skipped { std::string reason; bool operator==(const skipped&) const = default; };
-    struct failed { std::string reason; bool operator==(const failed&) const = default; };
-    struct restored { bool operator==(const restored&) const = default; };
-    struct adjusted { bool operator==(const adjusted&) const = default; };
-    struct launched { bool operator==(const launched&) const = default; };
+    struct createdDesktops {
+        std::int64_t count = 0;
+        bool operator==(const createdDesktops&) const = default;
+    };
+    struct opened {
+        std::int64_t count = 0;
+        bool operator==(const opened&) const = default;
+    };
+    struct note {
+        std::string text;
+        bool operator==(const note&) const = default;
+    };
+    struct skipped {
+        std::string reason;
+        bool operator==(const skipped&) const = default;
+    };
+    struct failed {
+        std::string reason;
+        bool operator==(const failed&) const = default;
+    };
+    struct restored {
+        bool operator==(const restored&) const = default;
+    };
+    struct adjusted {
+        bool operator==(const adjusted&) const = default;
+    };
+    struct launched {
+        bool operator==(const launched&) const = default;
+    };
     using Status = std::variant<createdDesktops, opened, note, skipped, failed, restored, adjusted, launched>;
 
     struct Item {
@@ -42,7 +63,8 @@ struct RestoreReport {
 
     /// Totals over items. An adjusted window counts as restored; notes count nowhere.
     struct Totals {
-        std::int64_t restored = 0, adjusted = 0, launched = 0, createdDesktops = 0, opened = 0, skipped = 0, failed = 0;
+        std::int64_t restored = 0, adjusted = 0, launched = 0, createdDesktops = 0, opened = 0, skipped = 0,
+                     failed = 0;
         bool operator==(const Totals&) const = default;
     };
     Totals totals() const;

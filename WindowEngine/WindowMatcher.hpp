@@ -27,10 +27,10 @@ struct Evidence {
     double title = 0;            // 0.6 equal, 0.35 one contains the other, 0.2 both without, 0 otherwise
     bool titleConflict = false;  // both titled, nothing in common
     bool subrole = false;
-    double size = 0;             // up to 0.25
-    bool order = false;          // same place in the window list
-    std::int64_t tab = -1;       // the saved tab that scored best, -1 for the window itself
-    double score = 0;            // unbounded
+    double size = 0;        // up to 0.25
+    bool order = false;     // same place in the window list
+    std::int64_t tab = -1;  // the saved tab that scored best, -1 for the window itself
+    double score = 0;       // unbounded
 };
 
 std::string normalize(std::string_view title);

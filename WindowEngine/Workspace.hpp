@@ -18,7 +18,8 @@ namespace quillo {
 
 /// What happens to other running applications before a workspace is restored.
 enum class CleanSlateMode { keep, hide, quit };
-inline constexpr std::array allCleanSlateModes{CleanSlateMode::keep, CleanSlateMode::hide, CleanSlateMode::quit};
+inline constexpr std::array allCleanSlateModes{CleanSlateMode::keep, CleanSlateMode::hide,
+                                               CleanSlateMode::quit};
 std::string_view storedValue(CleanSlateMode mode);  // "keep", "hide", "quit"
 std::string_view label(CleanSlateMode mode);        // "Keep other apps", ...
 std::optional<CleanSlateMode> cleanSlateMode(std::string_view storedValue);
@@ -112,7 +113,7 @@ struct WorkspaceSnapshot {
 
 struct Workspace {
     static constexpr std::int64_t currentSchemaVersion = 2;
-    static constexpr std::array<std::string_view, 8> colors{"coral", "amber", "lime", "teal",
+    static constexpr std::array<std::string_view, 8> colors{"coral", "amber",  "lime", "teal",
                                                             "sky",   "violet", "rose", "slate"};
 
     std::int64_t schemaVersion = currentSchemaVersion;

@@ -1,0 +1,113 @@
+#include "WindowEngine/CaptureFilter.hpp"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "WindowEngine/support/Text.hpp"
+
+namespace quillo::CaptureFilter {
+namespace {
+
+std::vector<std::string> normalizedDomains(const std::set<std::string>& domains) {
+    std::vector<std::string> result;
+    for (const std::string& domain : domains) {
+        std::string normalized = text::trim(text::lowercase(domain));
+        if (!normalized.empty()) result.push_back(std::move(normalized));
+    }
+    return result;
+}
+
+bool isOn(std::string_view host, std::string_view domain) {
+    if (host == domain) return true;
+    return host.size() > domain.size() && host.ends_with(domain) &&
+           host[host.size() - domain.size() - 1] == '.';
+}
+
+bool isOnAny(const Url& url, const std::vector<std::string>& domains) {
+    const std::optional<std::string> host = url.host();
+    if (!host) return false;
+    const std::string lower = text::lowercase(*host);
+    return std::ranges::any_of(domains, [&](const std::string& domain) { return isOn(lower, domain); });
+}
+
+/// Context without its empty windows; absent when none is left.
+std::optional<AppContext> withoutEmptyWindows(AppContext context) {
+    std::erase_if(context.windows, [](const ContextWindow& window) { return window.urls.empty(); });
+    if (context.windows.empty()) return std::nullopt;
+    return context;
+}
+
+std::set<std::int64_t> removeWindows(ApplicationSnapshot& application,
+                                     const std::set<std::string>& excluded) {
+    std::set<std::int64_t> removed;
+    std::erase_if(application.windows, [&](const WindowSnapshot& window) {
+        if (!excluded.contains(windowKey(application.bundleIdentifier, window.index))) return false;
+        removed.insert(window.index);
+        return true;
+    });
+    return removed;
+}
+
+void removeURLs(ContextWindow& window, std::string_view bundleIdentifier, std::int64_t keyIndex,
+                const std::set<std::string>& excluded) {
+    std::vector<Url> kept;
+    for (std::size_t i = 0; i < window.urls.size(); ++i) {
+        const std::string key = contextURLKey(bundleIdentifier, keyIndex, static_cast<std::int64_t>(i));
+        if (!excluded.contains(key)) kept.push_back(std::move(window.urls[i]));
+    }
+    window.urls = std::move(kept);
+}
+
+void filterContext(ApplicationSnapshot& application, const std::set<std::int64_t>& removedWindows,
+                   const std::set<std::string>& excludedURLs) {
+    if (!application.context) return;
+    auto& windows = application.context->windows;
+    std::erase_if(windows, [&](const ContextWindow& window) {
+        return window.sourceWindowIndex && removedWindows.contains(*window.sourceWindowIndex);
+    });
+    for (std::size_t position = 0; position < windows.size(); ++position) {
+        const auto keyIndex =
+            windows[position].sourceWindowIndex.value_or(static_cast<std::int64_t>(position));
+        removeURLs(windows[position], application.bundleIdentifier, keyIndex, excludedURLs);
+    }
+    application.context = withoutEmptyWindows(std::move(*application.context));
+}
+
+}  // namespace
+
+std::string windowKey(std::string_view bundleIdentifier, std::int64_t index) {
+    return fmt::format("{}#window#{}", bundleIdentifier, index);
+}
+
+std::string contextURLKey(std::string_view bundleIdentifier, std::int64_t windowIndex,
+                          std::int64_t urlIndex) {
+    return fmt::format("{}#context#{}#{}", bundleIdentifier, windowIndex, urlIndex);
+}
+
+WorkspaceSnapshot apply(WorkspaceSnapshot snapshot, const std::set<std::string>& excludedApps,
+                        const std::set<std::string>& excludedWindows,
+                        const std::set<std::string>& excludedContextURLs) {
+    std::erase_if(snapshot.applications, [&](const ApplicationSnapshot& application) {
+        return excludedApps.contains(application.bundleIdentifier);
+    });
+    for (ApplicationSnapshot& application : snapshot.applications) {
+        const std::set<std::int64_t> removed = removeWindows(application, excludedWindows);
+        filterContext(application, removed, excludedContextURLs);
+    }
+    return snapshot;
+}
+
+std::optional<AppContext> removingDomains(const std::set<std::string>& domains,
+                                          std::optional<AppContext> context) {
+    if (!context || context->adapter == "finder") return context;
+    const std::vector<std::string> normalized = normalizedDomains(domains);
+    if (normalized.empty()) return context;
+    for (ContextWindow& window : context->windows)
+        std::erase_if(window.urls, [&](const Url& url) { return isOnAny(url, normalized); });
+    return withoutEmptyWindows(std::move(*context));
+}
+
+}  // namespace quillo::CaptureFilter
