@@ -54,7 +54,7 @@ std::string trimmed(std::string_view s, Predicate removed) {
     }
     const std::string_view kept =
         s.substr(static_cast<std::size_t>(begin), static_cast<std::size_t>(end - begin));
-    return isValidUtf8(kept) ? std::string(kept) : encoded(decoded(kept));
+    return repaired(kept);
 }
 
 // The POSIX locale ("C") would order by code point, capitals first; its people get the root order instead.
@@ -109,6 +109,8 @@ std::string trimBlanks(std::string_view s) {
 bool isValidUtf8(std::string_view s) {
     return simdjson::validate_utf8(s.data(), s.size());
 }
+
+std::string repaired(std::string_view s) { return isValidUtf8(s) ? std::string(s) : encoded(decoded(s)); }
 
 std::weak_ordering compareLocalized(std::string_view a, std::string_view b) {
     const icu::Collator* collator = personCollator();

@@ -14,6 +14,8 @@ std::string trim(std::string_view s);
 /// Blanks and tabs (Unicode space separators and U+0009) removed at both ends; line breaks stay.
 std::string trimBlanks(std::string_view s);
 bool isValidUtf8(std::string_view s);
+/// Invalid sequences replaced by U+FFFD.
+std::string repaired(std::string_view s);
 
 /// Case-insensitive comparison in the person's locale (ICU collation, secondary strength).
 std::weak_ordering compareLocalized(std::string_view a, std::string_view b);

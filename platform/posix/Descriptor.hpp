@@ -1,0 +1,45 @@
+// An owned file descriptor, and errno as our error value.
+#pragma once
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <string_view>
+#include <utility>
+
+#include "WindowEngine/support/Error.hpp"
+
+namespace quillo {
+
+class Descriptor {
+  public:
+    Descriptor() = default;
+    explicit Descriptor(int number) : number_(number) {}
+    Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+    Descriptor& operator=(Descriptor&& other) noexcept {
+        std::swap(number_, other.number_);
+        return *this;
+    }
+    ~Descriptor() {
+        if (number_ >= 0) ::close(number_);
+    }
+
+    explicit operator bool() const { return number_ >= 0; }
+    int get() const { return number_; }
+
+  private:
+    int number_ = -1;
+};
+
+/// Repeats a system call that a signal interrupted.
+auto retried(auto call) {
+    auto result = call();
+    while (result < 0 && errno == EINTR) result = call();
+    return result;
+}
+
+/// "Could not read /a/b: Permission denied", its kind chosen by `code`.
+std::unexpected<Error> fileError(std::string_view verb, const std::filesystem::path& file, int code = errno);
+
+}  // namespace quillo

@@ -1,0 +1,189 @@
+#include "platform/posix/PosixFileSystem.hpp"
+
+#include <dirent.h>
+#include <sys/stat.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <system_error>
+
+#include "platform/posix/Descriptor.hpp"
+
+namespace quillo {
+namespace {
+
+using Path = FileSystem::Path;
+
+constexpr std::int64_t largestFile = std::int64_t{256} << 20;
+
+ErrorKind kindOf(int code) {
+    switch (code) {
+        case ENOENT:
+            return ErrorKind::notFound;
+        case EACCES:
+        case EPERM:
+        case EROFS:
+            return ErrorKind::permission;
+        case ENOSPC:
+        case EDQUOT:
+            return ErrorKind::noSpace;
+        default:
+            return ErrorKind::io;
+    }
+}
+
+std::string reasonOf(int code) {
+    if (code == ELOOP || code == EMLINK) return "it is a symbolic link, which is not followed";
+    return std::generic_category().message(code);
+}
+
+// O_NONBLOCK keeps a named pipe from holding us up; regular files ignore it.
+Descriptor openForReading(const Path& file, int flags = 0) {
+    return Descriptor(retried(
+        [&] { return ::open(file.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | flags); }));
+}
+
+Result<void> writeAll(int descriptor, std::string_view bytes, const Path& file) {
+    while (!bytes.empty()) {
+        const auto written = retried([&] { return ::write(descriptor, bytes.data(), bytes.size()); });
+        if (written < 0) return fileError("write", file);
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return {};
+}
+
+// Down to the medium: on macOS fsync alone stops at the drive's cache.
+int sync(int descriptor) {
+#ifdef F_FULLFSYNC
+    if (retried([&] { return ::fcntl(descriptor, F_FULLFSYNC); }) == 0) return 0;
+#endif
+    return retried([&] { return ::fsync(descriptor); });
+}
+
+Result<std::string> readAll(int descriptor, std::size_t expected, const Path& file) {
+    std::string bytes;
+    int code = 0;
+    std::size_t length = 0;
+    // One byte more than expected shows the end of the file in the same call as its contents.
+    for (std::size_t room = expected + 1;; room *= 2) {
+        bytes.resize_and_overwrite(room, [&](char* buffer, std::size_t size) {
+            while (length < size) {
+                const auto count =
+                    retried([&] { return ::read(descriptor, buffer + length, size - length); });
+                if (count < 0) code = errno;
+                if (count <= 0) break;
+                length += static_cast<std::size_t>(count);
+            }
+            return length;
+        });
+        if (code != 0) return fileError("read", file, code);
+        if (length < room) return bytes;
+        if (length > static_cast<std::size_t>(largestFile)) return fileError("read", file, EFBIG);
+    }
+}
+
+// Makes the names in a directory durable. Some file systems cannot do this and say EINVAL; nothing is lost
+// by going on, for they order names by themselves.
+Result<void> syncNames(const Path& directory) {
+    const Descriptor opened(
+        retried([&] { return ::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    if (!opened) return fileError("open", directory);
+    if (sync(opened.get()) < 0 && errno != EINVAL && errno != ENOTSUP) return fileError("sync", directory);
+    return {};
+}
+
+Result<void> createDirectory(const Path& directory) {
+    if (::mkdir(directory.c_str(), 0700) == 0) {
+        (void)syncNames(directory.has_parent_path() ? directory.parent_path() : Path("."));
+        return {};
+    }
+    struct stat status{};
+    const int code = errno;
+    if (code == EEXIST && ::stat(directory.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) return {};
+    return fileError("create the directory", directory, code);
+}
+
+}  // namespace
+
+std::unexpected<Error> fileError(std::string_view verb, const Path& file, int code) {
+    return fail(kindOf(code), "Could not " + std::string(verb) + " " + file.string() + ": " + reasonOf(code),
+                code);
+}
+
+Result<std::string> PosixFileSystem::read(const Path& file) {
+    const Descriptor opened = openForReading(file);
+    if (!opened) return fileError("read", file);
+    struct stat status{};
+    if (::fstat(opened.get(), &status) < 0) return fileError("read", file);
+    if (!S_ISREG(status.st_mode)) {
+        return fail(ErrorKind::io, "Could not read " + file.string() + ": it is not a regular file");
+    }
+    if (status.st_size > largestFile) return fileError("read", file, EFBIG);
+    return readAll(opened.get(), static_cast<std::size_t>(status.st_size), file);
+}
+
+Result<void> PosixFileSystem::createDirectories(const Path& directory) {
+    Path built;
+    for (const Path& part : directory) {
+        built /= part;
+        if (part.empty() || built == built.root_path()) continue;
+        if (auto created = createDirectory(built); !created) return created;
+    }
+    return {};
+}
+
+Result<void> PosixFileSystem::createFile(const Path& file, std::string_view bytes) {
+    const Descriptor opened(retried(
+        [&] { return ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600); }));
+    if (!opened) return fileError("create", file);
+    auto result = writeAll(opened.get(), bytes, file);
+    if (result && sync(opened.get()) < 0) result = fileError("write", file);
+    if (!result) ::unlink(file.c_str());
+    return result;
+}
+
+Result<void> PosixFileSystem::copy(const Path& from, const Path& to) {
+    const auto bytes = read(from);
+    if (!bytes) return std::unexpected(bytes.error());
+    return createFile(to, *bytes);
+}
+
+Result<void> PosixFileSystem::rename(const Path& from, const Path& to) {
+    if (::rename(from.c_str(), to.c_str()) < 0) return fileError("replace", to);
+    return {};
+}
+
+Result<void> PosixFileSystem::remove(const Path& file) {
+    if (::unlink(file.c_str()) < 0) return fileError("remove", file);
+    return {};
+}
+
+Result<void> PosixFileSystem::removeTree(const Path& directory) {
+    std::error_code error;
+    std::filesystem::remove_all(directory, error);
+    if (error) return fileError("remove", directory, error.value());
+    return {};
+}
+
+Result<std::vector<std::string>> PosixFileSystem::list(const Path& directory) {
+    const std::unique_ptr<DIR, int (*)(DIR*)> opened(::opendir(directory.c_str()), &::closedir);
+    if (!opened) return fileError("list", directory);
+    std::vector<std::string> names;
+    for (errno = 0; const dirent* entry = ::readdir(opened.get()); errno = 0) {
+        const std::string_view name = entry->d_name;
+        if (name != "." && name != "..") names.emplace_back(name);
+    }
+    if (errno != 0) return fileError("list", directory);
+    return names;
+}
+
+bool PosixFileSystem::exists(const Path& file) {
+    struct stat status{};
+    return ::lstat(file.c_str(), &status) == 0;
+}
+
+Result<void> PosixFileSystem::syncDirectory(const Path& directory) {
+    return syncNames(directory);
+}
+
+}  // namespace quillo
