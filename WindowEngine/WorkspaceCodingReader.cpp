@@ -237,6 +237,7 @@ Result<Workspace> readDocument(Element root) {
 }
 
 Result<Workspace> parse(simdjson::dom::parser& parser, std::string_view bytes) {
+    if (bytes.empty()) return fail(ErrorKind::invalidData, describeJsonDamage(bytes));
     if (parser.capacity() == 0 && parser.allocate(bytes.size(), maximumJsonDepth) != simdjson::SUCCESS) {
         return fail(ErrorKind::invalidData, "the document: too large to read");
     }

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "WindowEngine/NativeTabs.hpp"
+
 namespace quillo::WorkspaceCoding {
 
 Result<void> checkSchemaVersion(std::int64_t version) {
@@ -16,6 +18,9 @@ Workspace migrated(Workspace workspace) {
         auto& desktops = workspace.snapshot.desktops;
         if (!desktops) desktops.emplace();
         workspace.schemaVersion = Workspace::currentSchemaVersion;
+    }
+    for (ApplicationSnapshot& application : workspace.snapshot.applications) {
+        application = NativeTabs::collapse(std::move(application));
     }
     // The addresses of Chromium-family context windows are decoded anew here, after the native tabs, by the
     // integration that recorded them.
