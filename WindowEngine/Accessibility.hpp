@@ -54,31 +54,44 @@ struct DesktopAccess {
     WindowHandleCache& handles;
 };
 
+/// The window server's window list with the facts about its ordinary windows, read together.
+struct WindowServerReading {
+    std::vector<WindowListEntry> windows;
+    std::unordered_map<WindowNumber, WindowFacts> facts;
+};
+
 namespace Accessibility {
 
 inline constexpr double positionTolerance = 2.0;  // points
 inline constexpr double minimumExtent = 1.0;      // a window must be wider and taller than this
 
+struct Enumeration {
+    std::vector<LiveWindow> windows;  // indices dense from 0
+    bool timedOut = false;            // the application did not answer within its messaging timeout
+};
+
+/// Windows of many applications, one answer per pid: all window lists are read in one batch, all windows in
+/// a second. An application that hangs costs its messaging timeout once and keeps its cached handles.
+std::vector<Enumeration> enumerate(DesktopAccess& desktop, std::span<const ProcessID> pids,
+                                   bool recoverHidden);
 /// Windows of one application, indices dense from 0.
 std::vector<LiveWindow> windows(DesktopAccess& desktop, ProcessID pid, bool recoverHidden);
-/// The same for many applications, one answer per pid: all window lists in one batch, all windows in a
-/// second.
-std::vector<std::vector<LiveWindow>> windows(DesktopAccess& desktop, std::span<const ProcessID> pids,
-                                             bool recoverHidden);
 std::optional<LiveWindow> readWindow(DesktopAccess& desktop, const Element& element, ProcessID pid,
                                      std::int64_t index);
 
+WindowServerReading readWindowServer(DesktopAccess& desktop);
+std::vector<HiddenWindowCandidate> hiddenWindows(const WindowServerReading& reading, ProcessID pid,
+                                                 const std::set<WindowNumber>& excluding);
 std::vector<HiddenWindowCandidate> hiddenWindows(DesktopAccess& desktop, ProcessID pid,
                                                  const std::set<WindowNumber>& excluding);
-/// As above over a window list read before, for many applications of one capture.
-std::vector<HiddenWindowCandidate> hiddenWindows(DesktopAccess& desktop,
-                                                 std::span<const WindowListEntry> windowList, ProcessID pid,
-                                                 const std::set<WindowNumber>& excluding);
+std::set<WindowNumber> windowNumbers(std::span<const LiveWindow> windows);
 
-/// One write pass without waiting.
+/// One write pass without waiting. A minimized window is restored first (it cannot be moved) and minimized
+/// again where that is asked for.
 WindowMutationResult set(DesktopAccess& desktop, const LiveWindow& window, const Rect& frame, bool minimized);
 /// One write pass, then verified by polling for up to 3 s.
 Task<WindowMutationResult> setAndWait(DesktopAccess& desktop, LiveWindow window, Rect frame, bool minimized);
+/// Writes only where the state differs; whether the window was in that state or the write was accepted.
 bool setMinimized(DesktopAccess& desktop, const LiveWindow& window, bool value);
 bool setFullscreen(DesktopAccess& desktop, const LiveWindow& window, bool value);
 Task<bool> unminimizeAndWait(DesktopAccess& desktop, LiveWindow window);

@@ -15,7 +15,7 @@ namespace quillo {
 using SpaceID = std::uint64_t;
 
 struct WindowListEntry {
-    ProcessID ownerPid = 0;
+    ProcessID ownerPid = 0;  // the pid under which Applications presents its owner
     std::int32_t layer = 0;  // 0 is the layer of ordinary windows
     WindowNumber number = 0;
     Rect bounds;  // global points, top left

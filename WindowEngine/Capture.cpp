@@ -1,0 +1,148 @@
+#include "WindowEngine/Capture.hpp"
+
+#include <algorithm>
+#include <utility>
+
+#include "WindowEngine/DesktopSpaces.hpp"
+#include "WindowEngine/Displays.hpp"
+#include "WindowEngine/FullscreenCaptureMerge.hpp"
+#include "WindowEngine/Log.hpp"
+#include "WindowEngine/NativeTabs.hpp"
+#include "WindowEngine/RestoreReport.hpp"
+#include "WindowEngine/support/Text.hpp"
+
+namespace quillo::Capture {
+namespace {
+
+/// Everything that is read of the desktop before the first suspension: nothing of it is read twice, and
+/// nothing of it is used after one.
+struct Reading {
+    std::vector<DisplaySnapshot> displays;
+    std::vector<NativeDesktop> desktops;
+    std::vector<RunningApplication> applications;
+    std::vector<Accessibility::Enumeration> windows;  // one for each application
+    WindowServerReading server;
+};
+
+std::vector<RunningApplication> eligibleApplications(DesktopAccess& desktop, const Options& options) {
+    std::vector<RunningApplication> eligible = desktop.platform.applications.running();
+    std::erase_if(eligible, [&](const RunningApplication& application) {
+        if (application.activationPolicy != ActivationPolicy::regular || !application.bundleIdentifier)
+            return true;
+        const std::string& identifier = *application.bundleIdentifier;
+        return options.excludedBundleIdentifiers.contains(identifier) ||
+               alwaysExcluded().contains(identifier) || identifier == ownBundleIdentifier;
+    });
+    return eligible;
+}
+
+Reading readDesktop(DesktopAccess& desktop, const Options& options) {
+    Reading reading;
+    reading.displays = Displays::current(desktop.platform.screens);
+    reading.desktops = DesktopSpaces::current(desktop);
+    reading.applications = eligibleApplications(desktop, options);
+    std::vector<ProcessID> pids;
+    for (const RunningApplication& application : reading.applications) pids.push_back(application.pid);
+    reading.windows = Accessibility::enumerate(desktop, pids, options.recoverHidden);
+    reading.server = Accessibility::readWindowServer(desktop);
+    return reading;
+}
+
+std::optional<DesktopSnapshot> desktopOf(const Reading& reading, WindowNumber number,
+                                         const std::optional<std::string>& displayID) {
+    const auto facts = reading.server.facts.find(number);
+    if (facts == reading.server.facts.end()) return std::nullopt;
+    return DesktopSpaces::desktopOf(facts->second, reading.desktops, displayID);
+}
+
+Rect normalizedFrame(const Rect& frame, const DisplaySnapshot* display,
+                     const std::vector<DisplaySnapshot>& all) {
+    if (!display && all.empty()) return {};
+    return Displays::normalize(frame, (display ? *display : all.front()).frame);
+}
+
+WindowSnapshot windowSnapshot(const Reading& reading, const LiveWindow& window) {
+    const LiveWindowInfo& info = window.info;
+    const DisplaySnapshot* display = Displays::display(info.frame, reading.displays);
+    WindowSnapshot result;
+    result.title = info.title;
+    result.subrole = info.subrole;
+    result.documentURL = info.documentURL;
+    result.frame = info.frame;
+    if (display) result.displayID = display->id;
+    // A full-screen window owns its own desktop.
+    if (!info.isFullscreen && window.windowID)
+        result.desktop = desktopOf(reading, *window.windowID, result.displayID);
+    result.normalizedFrame = normalizedFrame(info.frame, display, reading.displays);
+    result.isMinimized = info.isMinimized;
+    result.isFullscreen = info.isFullscreen;
+    result.fullscreenConfirmed = true;
+    result.index = info.index;
+    return result;
+}
+
+std::vector<WindowSnapshot> windowSnapshots(const Reading& reading, std::size_t application) {
+    const std::vector<LiveWindow>& live = reading.windows[application].windows;
+    std::vector<WindowSnapshot> windows;
+    for (const LiveWindow& window : live) windows.push_back(windowSnapshot(reading, window));
+    const auto hidden = Accessibility::hiddenWindows(reading.server, reading.applications[application].pid,
+                                                     Accessibility::windowNumbers(live));
+    return FullscreenCaptureMerge::apply(
+        std::move(windows), hidden, reading.displays,
+        [&](WindowNumber number, const std::optional<std::string>& displayID) {
+            return desktopOf(reading, number, displayID);
+        });
+}
+
+ApplicationSnapshot applicationSnapshot(const Reading& reading, std::size_t index) {
+    const RunningApplication& application = reading.applications[index];
+    ApplicationSnapshot result;
+    result.bundleIdentifier = *application.bundleIdentifier;
+    result.name = application.localizedName.value_or(result.bundleIdentifier);
+    result.applicationURL = application.bundleURL;
+    result.windows = windowSnapshots(reading, index);
+    // The browser's privacy gate stands before these lines, and context adapters after them.
+    return NativeTabs::collapse(std::move(result));
+}
+
+void sortByName(std::vector<ApplicationSnapshot>& applications) {
+    // Equal names keep the order in which they were found.
+    std::vector<std::size_t> order(applications.size());
+    for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
+    std::ranges::sort(order, [&](std::size_t a, std::size_t b) {
+        const auto names = text::compareLocalized(applications[a].name, applications[b].name);
+        return names == 0 ? a < b : names < 0;
+    });
+    std::vector<ApplicationSnapshot> sorted;
+    for (const std::size_t index : order) sorted.push_back(std::move(applications[index]));
+    applications = std::move(sorted);
+}
+
+}  // namespace
+
+const std::set<std::string>& alwaysExcluded() {
+    static const std::set<std::string> identifiers{
+        "com.1password.1password",  "com.agilebits.onepassword7", "com.bitwarden.desktop",
+        "com.apple.keychainaccess", "com.apple.SecurityAgent",    "com.apple.Passwords",
+    };
+    return identifiers;
+}
+
+Task<WorkspaceSnapshot> snapshot(DesktopAccess& desktop, Options options) {
+    const Reading reading = readDesktop(desktop, options);
+
+    WorkspaceSnapshot result;
+    result.displays = reading.displays;
+    result.desktops.emplace();
+    for (const NativeDesktop& native : reading.desktops)
+        result.desktops->push_back(DesktopSpaces::snapshot(native));
+    for (std::size_t i = 0; i < reading.applications.size(); ++i)
+        result.applications.push_back(applicationSnapshot(reading, i));
+    sortByName(result.applications);
+    Log::captured(desktop.platform.log, result.applications.size(),
+                  static_cast<std::size_t>(result.windowCount()));
+    result.capturedAt = desktop.platform.executor.wallNow();
+    co_return result;
+}
+
+}  // namespace quillo::Capture

@@ -1,0 +1,32 @@
+#include "WindowEngine/Log.hpp"
+
+#include <fmt/format.h>
+
+namespace quillo::Log {
+namespace {
+
+constexpr std::string_view captureCategory = "capture";
+constexpr std::string_view restoreCategory = "restore";
+
+}  // namespace
+
+void captured(SystemLog& log, std::size_t applications, std::size_t windows) {
+    log.write(captureCategory, LogLevel::info,
+              fmt::format("captured {} apps, {} windows", applications, windows));
+}
+
+void ready(SystemLog& log, std::string_view bundleIdentifier, double seconds) {
+    log.write(restoreCategory, LogLevel::info, fmt::format("{} ready at {:.6f}s", bundleIdentifier, seconds));
+}
+
+void requestedWindow(SystemLog& log, std::string_view bundleIdentifier) {
+    log.write(restoreCategory, LogLevel::info,
+              fmt::format("requested a new window for windowless {}", bundleIdentifier));
+}
+
+void restoreFinished(SystemLog& log, std::size_t items, double seconds) {
+    log.write(restoreCategory, LogLevel::info,
+              fmt::format("restore finished: {} items in {:.6f}s", items, seconds));
+}
+
+}  // namespace quillo::Log

@@ -1,0 +1,16 @@
+// The engine's log lines, in one place so that what reaches a log can be seen at a glance: counts, seconds,
+// identifiers of applications and integrations; never a title, a path or an address.
+#pragma once
+#include <cstddef>
+#include <string_view>
+
+#include "WindowEngine/services/SystemLog.hpp"
+
+namespace quillo::Log {
+
+void captured(SystemLog& log, std::size_t applications, std::size_t windows);
+void ready(SystemLog& log, std::string_view bundleIdentifier, double seconds);
+void requestedWindow(SystemLog& log, std::string_view bundleIdentifier);
+void restoreFinished(SystemLog& log, std::size_t items, double seconds);
+
+}  // namespace quillo::Log

@@ -1,0 +1,211 @@
+#include "WindowEngine/Restore.hpp"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+#include <vector>
+
+#include "WindowEngine/Displays.hpp"
+#include "WindowEngine/Log.hpp"
+#include "WindowEngine/WindowPlacement.hpp"
+
+namespace quillo::Restore {
+namespace {
+
+using namespace std::chrono_literals;
+
+Duration toDuration(double seconds) {
+    return std::chrono::duration_cast<Duration>(std::chrono::duration<double>(seconds));
+}
+
+/// What all tasks of one run share; it outlives them, since the run joins them before it ends.
+struct Run {
+    DesktopAccess& desktop;
+    const Workspace& workspace;
+    const Options& options;
+    const ItemSink& sink;
+    TimePoint started;
+    std::vector<DisplaySnapshot> displays;
+
+    TimePoint now() const { return desktop.platform.executor.now(); }
+    double secondsSinceStart() const { return std::chrono::duration<double>(now() - started).count(); }
+};
+
+/// When an application's window count last changed.
+struct WindowSettleState {
+    std::size_t count;
+    TimePoint changedAt;
+};
+
+/// Counts one application's windows. Its identity is resolved at each look, because launchers fork. One that
+/// hangs is looked at less and less often: each look costs everybody its messaging timeout.
+class WindowCounter {
+  public:
+    WindowCounter(DesktopAccess& desktop, std::string_view bundleIdentifier)
+        : desktop_(desktop), bundleIdentifier_(bundleIdentifier) {}
+
+    std::size_t count() {
+        if (desktop_.platform.executor.now() < nextLook_) return count_;
+        const auto application = desktop_.platform.applications.running(bundleIdentifier_);
+        if (!application) return count_ = 0;
+        const auto seen =
+            std::move(Accessibility::enumerate(desktop_, {&application->pid, 1}, false).front());
+        if (seen.timedOut) {
+            nextLook_ = desktop_.platform.executor.now() + patience_;
+            patience_ *= 2;
+            return count_;
+        }
+        patience_ = firstPatience;
+        return count_ = seen.windows.size();
+    }
+
+  private:
+    static constexpr Duration firstPatience = 2s;
+
+    DesktopAccess& desktop_;
+    std::string_view bundleIdentifier_;
+    std::size_t count_ = 0;
+    TimePoint nextLook_ = TimePoint::min();
+    Duration patience_ = firstPatience;
+};
+
+Task<void> waitUntilSettled(Run& run, WindowCounter& counter, std::size_t count, TimePoint deadline) {
+    const Duration settleDelay = toDuration(run.options.settleDelay);
+    WindowSettleState state{count, run.now()};
+    while (run.now() < deadline) {
+        co_await sleepFor(250ms);
+        const std::size_t now = counter.count();
+        if (now != state.count) {
+            state = {now, run.now()};
+        } else if (run.now() - state.changedAt >= settleDelay) {
+            co_return;
+        }
+    }
+}
+
+/// Waits until the application has windows and opens no more, or the launch time-out is over.
+Task<void> waitForWindowPresence(Run& run, const ApplicationSnapshot& application) {
+    const TimePoint deadline = run.now() + toDuration(run.options.launchTimeout);
+    WindowCounter counter(run.desktop, application.bundleIdentifier);
+    std::size_t count = counter.count();
+    while (count == 0 && run.now() < deadline) {
+        co_await sleepFor(150ms);
+        count = counter.count();
+    }
+    if (count > 0 && run.options.settleDelay > 0) co_await waitUntilSettled(run, counter, count, deadline);
+}
+
+/// The saved location is used only when what stands there is that application; a workspace file may come
+/// from somebody else.
+std::optional<Url> locationOf(Run& run, const ApplicationSnapshot& application) {
+    Applications& applications = run.desktop.platform.applications;
+    if (application.applicationURL &&
+        applications.identifierAt(*application.applicationURL) == application.bundleIdentifier)
+        return application.applicationURL;
+    return applications.location(application.bundleIdentifier);
+}
+
+Task<bool> launch(Run& run, const ApplicationSnapshot& application) {
+    const std::optional<Url> location = locationOf(run, application);
+    if (!location) {
+        run.sink.add(application, RestoreReport::skipped{"not installed"});
+        co_return false;
+    }
+    const auto launched = co_await run.desktop.platform.applications.launch(*location, {});
+    if (!launched) {
+        run.sink.add(application, RestoreReport::failed{"couldn't launch: " + launched.error().text});
+        co_return false;
+    }
+    run.sink.add(application, RestoreReport::launched{});
+    co_return true;
+}
+
+bool hasWindows(Run& run, const RunningApplication& application) {
+    const auto seen = std::move(Accessibility::enumerate(run.desktop, {&application.pid, 1}, false).front());
+    // One that hangs may well have windows: asking it for another would only add one.
+    if (seen.timedOut || !seen.windows.empty()) return true;
+    return !Accessibility::hiddenWindows(run.desktop, application.pid, {}).empty();
+}
+
+Task<void> requestWindow(Run& run, const ApplicationSnapshot& application) {
+    Log::requestedWindow(run.desktop.platform.log, application.bundleIdentifier);
+    const auto requested =
+        co_await run.desktop.platform.applications.requestWindow(application.bundleIdentifier);
+    if (!requested)
+        run.sink.add(application,
+                     RestoreReport::failed{"couldn't reopen a window: " + requested.error().text});
+}
+
+/// Launches the application or takes the running one; false when there is none to go on with.
+Task<bool> start(Run& run, const ApplicationSnapshot& application) {
+    const auto running = run.desktop.platform.applications.running(application.bundleIdentifier);
+    if (!running) co_return co_await launch(run, application);
+    // With no saved window there is nothing that a new one could stand for.
+    if (!application.windows.empty() && !hasWindows(run, *running)) co_await requestWindow(run, application);
+    co_return true;
+}
+
+std::vector<LiveWindow> liveWindows(Run& run, const ApplicationSnapshot& application) {
+    const auto running = run.desktop.platform.applications.running(application.bundleIdentifier);
+    return running ? Accessibility::windows(run.desktop, running->pid, true) : std::vector<LiveWindow>{};
+}
+
+Task<void> restoreApplication(Run& run, const ApplicationSnapshot& application) {
+    if (!co_await start(run, application)) co_return;
+    Log::ready(run.desktop.platform.log, application.bundleIdentifier, run.secondsSinceStart());
+    // Context and documents are reopened here.
+    if (application.windows.empty()) co_return;
+    co_await waitForWindowPresence(run, application);
+    co_await placeWindows(run.desktop, application, liveWindows(run, application),
+                          {run.workspace.snapshot.displays, run.displays}, run.sink);
+}
+
+std::string description(const std::exception_ptr& exception) {
+    try {
+        std::rethrow_exception(exception);
+    } catch (const std::exception& known) {
+        return known.what();
+    } catch (...) {
+        return "unknown error";
+    }
+}
+
+Task<void> restoreApplications(Run& run) {
+    const Context context = co_await quillo::context();
+    std::vector<Job<void>> jobs;
+    for (const ApplicationSnapshot& application : run.workspace.snapshot.applications)
+        jobs.push_back(spawn(context, restoreApplication(run, application)));
+    for (const auto& outcome : co_await joinAll(jobs)) {
+        if (const auto exception = outcome.exception())
+            run.sink.add(RestoreReport::failed{"Restore stopped unexpectedly: " + description(exception)});
+    }
+    co_await checkpoint();
+}
+
+Task<void> restoreWorkspace(Run& run) {
+    if (!run.desktop.platform.accessibility.trusted()) {
+        run.sink.add(RestoreReport::failed{"Accessibility permission not granted"});
+        co_return;
+    }
+    run.displays = Displays::current(run.desktop.platform.screens);
+    // Desktops are prepared and the clean slate is made here, before any application is launched.
+    co_await restoreApplications(run);
+}
+
+}  // namespace
+
+Task<RestoreReport> run(DesktopAccess& desktop, Workspace workspace, Options options, OnItem onItem) {
+    RestoreReport report;
+    const ItemSink sink(report, std::move(onItem));
+    Run run{desktop, workspace, options, sink, desktop.platform.executor.now(), {}};
+    try {
+        co_await restoreWorkspace(run);
+    } catch (const Cancelled&) {
+        report.cancelled = true;
+    }
+    report.duration = run.secondsSinceStart();
+    Log::restoreFinished(desktop.platform.log, report.items.size(), report.duration);
+    co_return report;
+}
+
+}  // namespace quillo::Restore
