@@ -1,0 +1,25 @@
+// The arguments of one call, as parsed.
+#pragma once
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace quillo::ctl {
+
+struct Arguments {
+    // of every command
+    std::string desktop;        // "x11" or "simulated:FILE"; empty for the system's own
+    std::string dataDirectory;  // empty for the default
+    bool json = false;
+    bool keepScene = false;  // write the changed scene of a simulated desktop back to its file
+
+    // of single commands
+    std::string workspace;              // W
+    std::optional<std::string> name;    // NAME
+    std::string file;                   // FILE
+    std::optional<std::string> update;  // save --update W
+    std::vector<std::string> only;      // restore --only APP
+    bool force = false;                 // export --force
+};
+
+}  // namespace quillo::ctl

@@ -1,0 +1,106 @@
+#include "ctl/CommandLine.hpp"
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+namespace quillo::ctl {
+namespace {
+
+constexpr const char* version = "quilloctl " QUILLO_VERSION;
+
+constexpr const char* about =
+    "Saves what is open on this desktop as a named workspace and brings it back.\n"
+    "A workspace W is given by its name, ignoring case, or by its identifier.";
+
+constexpr const char* closing =
+    "Exit status: 0 done, 1 failed, 2 usage, 3 done in part (something was skipped or failed),\n"
+    "4 the windows of other applications may not be read, 130 cancelled. See quilloctl(1).";
+
+/// Adds commands that share one Invocation.
+class CommandSet {
+  public:
+    CommandSet(CLI::App& app, Invocation& invocation) : app_(app), invocation_(invocation) {}
+
+    CLI::App* add(const std::string& name, const std::string& help, Command command) {
+        CLI::App* sub = app_.add_subcommand(name, help)->group(group);
+        Invocation* invocation = &invocation_;
+        sub->callback([invocation, command] { invocation->command = command; });
+        return sub;
+    }
+    /// A command about one workspace.
+    CLI::App* addForWorkspace(const std::string& name, const std::string& help, Command command) {
+        CLI::App* sub = add(name, help, command);
+        sub->add_option("W", arguments().workspace, "the workspace, by name or identifier")->required();
+        return sub;
+    }
+    Arguments& arguments() { return invocation_.arguments; }
+
+    std::string group;
+
+  private:
+    CLI::App& app_;
+    Invocation& invocation_;
+};
+
+void addGlobalOptions(CLI::App& app, Arguments& arguments) {
+    app.add_option("--desktop", arguments.desktop, "the desktop to use: x11, or simulated:FILE for a scene")
+        ->envname("QUILLO_DESKTOP");
+    app.add_option("--data-dir", arguments.dataDirectory, "where workspaces are kept")
+        ->envname("QUILLO_DATA_DIR");
+    app.add_flag("--json", arguments.json, "print one JSON value a line");
+    app.add_flag("--keep-scene", arguments.keepScene,
+                 "write what a command changed on a simulated desktop back to its scene FILE");
+    app.set_help_flag("-h,--help", "print this help");
+    app.set_version_flag("--version", version, "print the version");
+}
+
+void addLibraryCommands(CommandSet& commands) {
+    Arguments& arguments = commands.arguments();
+    commands.group = "The saved workspaces";
+    commands.add("list", "all workspaces, last saved first", listWorkspaces);
+    commands.addForWorkspace("show", "one workspace; with --json its whole document", showWorkspace);
+    commands.addForWorkspace("rename", "give a workspace another name", renameWorkspace)
+        ->add_option("NAME", arguments.name, "the new name; numbered when taken")
+        ->required();
+    commands.addForWorkspace("duplicate", "copy a workspace under a name of its own", duplicateWorkspace);
+    commands.addForWorkspace("delete", "delete a workspace and its backup", deleteWorkspace);
+
+    commands.group = "Workspace files";
+    const auto addFile = [&arguments](CLI::App* command, const std::string& help) {
+        command->add_option("FILE", arguments.file, help)->required();
+        return command;
+    };
+    addFile(commands.addForWorkspace("export", "write a workspace to a file of its own", exportWorkspace),
+            "the file to write")
+        ->add_flag("--force", arguments.force, "replace an existing file");
+    addFile(commands.add("import", "add the workspace of a file to the library", importWorkspace),
+            "the file to read");
+    addFile(commands.add("validate", "check a workspace file; changes nothing", validateFile),
+            "the file to read");
+}
+
+}  // namespace
+
+std::expected<Invocation, Exit> parseCommandLine(int argumentCount, const char* const* arguments) {
+    Invocation invocation;
+    CLI::App app(about, "quilloctl");
+    app.require_subcommand(1, 1);
+    app.fallthrough();
+    app.footer(closing);
+    addGlobalOptions(app, invocation.arguments);
+    CommandSet commands(app, invocation);
+    addLibraryCommands(commands);
+    try {
+        app.parse(argumentCount, arguments);
+    } catch (const CLI::ParseError& error) {
+        if (error.get_exit_code() == 0) {
+            app.exit(error, std::cout, std::cerr);
+            return std::unexpected(Exit::done);
+        }
+        std::cerr << "quilloctl: " << error.what() << "\nSee quilloctl --help or quilloctl COMMAND --help.\n";
+        return std::unexpected(Exit::usage);
+    }
+    return invocation;
+}
+
+}  // namespace quillo::ctl

@@ -1,0 +1,75 @@
+// export, import, validate: workspaces as files outside the store.
+#include <fmt/format.h>
+
+#include "WindowEngine/ImportedWorkspace.hpp"
+#include "WindowEngine/WorkspaceCoding.hpp"
+#include "ctl/Commands.hpp"
+#include "ctl/HumanText.hpp"
+
+namespace quillo::ctl {
+namespace {
+
+using Path = std::filesystem::path;
+
+/// A failed read or decode with the file's name in front, unless the text has it already.
+std::unexpected<Failure> badFile(const std::string& file, const Error& error) {
+    const bool named = error.text.find(file) != std::string::npos;
+    return failure(printable(named ? error.text : file + ": " + error.text));
+}
+
+/// Under a name of its own first, then renamed: nobody ever sees half a file under the name asked for. The
+/// file holds titles and addresses, so it stays readable by its owner only until they decide otherwise.
+Result<void> writeAtomically(FileSystem& files, const Path& file, std::string_view bytes) {
+    const Path temporary =
+        file.parent_path() / ("." + file.filename().string() + "." + Uuid::random().upper() + ".next");
+    if (const Result<void> created = files.createFile(temporary, bytes); !created) return created;
+    Result<void> renamed = files.rename(temporary, file);
+    if (!renamed) {
+        [[maybe_unused]] const Result<void> removed = files.remove(temporary);
+        return renamed;
+    }
+    return files.syncDirectory(file.parent_path());
+}
+
+}  // namespace
+
+CommandResult exportWorkspace(Session& session, const Arguments& arguments) {
+    if (arguments.file.empty()) return failure("FILE: the name is empty", Exit::usage);
+    const Expected<Workspace> workspace = find(session, arguments.workspace);
+    if (!workspace) return std::unexpected(workspace.error());
+    const Path file = std::filesystem::absolute(arguments.file);
+    if (!arguments.force && session.files.exists(file)) {
+        return failure(printable(arguments.file) + ": a file of this name exists; --force replaces it");
+    }
+    const Result<std::string> document = WorkspaceCoding::encode(*workspace);
+    if (!document) return couldNot("export " + printable(workspace->name), document.error());
+    if (const Result<void> written = writeAtomically(session.files, file, *document); !written) {
+        return couldNot("export " + printable(workspace->name), written.error());
+    }
+    return reportSaved(session, "Exported", *workspace);
+}
+
+CommandResult importWorkspace(Session& session, const Arguments& arguments) {
+    const Result<std::string> bytes = session.files.read(std::filesystem::absolute(arguments.file));
+    if (!bytes) return badFile(arguments.file, bytes.error());
+    const Result<ImportedWorkspace> imported = ImportedWorkspace::read(*bytes, scan(session), now());
+    if (!imported) return badFile(arguments.file, imported.error());
+    if (const Result<void> saved = session.store.save(imported->workspace); !saved) {
+        return couldNot("import " + printable(imported->workspace.name), saved.error());
+    }
+    if (imported->droppedAddresses > 0) {
+        session.output.complain(counted(imported->droppedAddresses, "address", "addresses") +
+                                " left out: only folders of this machine and web addresses are taken over");
+    }
+    return reportSaved(session, "Imported", imported->workspace);
+}
+
+CommandResult validateFile(Session& session, const Arguments& arguments) {
+    const Result<std::string> bytes = session.files.read(std::filesystem::absolute(arguments.file));
+    if (!bytes) return badFile(arguments.file, bytes.error());
+    const Result<Workspace> workspace = WorkspaceCoding::decode(*bytes);
+    if (!workspace) return badFile(arguments.file, workspace.error());
+    return reportSaved(session, printable(arguments.file) + ": a sound workspace file,", *workspace);
+}
+
+}  // namespace quillo::ctl

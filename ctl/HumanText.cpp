@@ -1,0 +1,129 @@
+#include "ctl/HumanText.hpp"
+
+#include <fmt/format.h>
+#include <unicode/bytestream.h>
+#include <unicode/datefmt.h>
+#include <unicode/uchar.h>
+#include <unicode/unistr.h>
+#include <unicode/utf8.h>
+
+#include <array>
+#include <cmath>
+#include <cstdlib>
+#include <memory>
+
+namespace quillo::ctl {
+namespace {
+
+constexpr UChar32 replacement = 0xfffd;
+
+/// Calls `visit(code point, its bytes)`; bytes that are not UTF-8 come as U+FFFD.
+template <class Visit>
+void forEachCharacter(std::string_view text, Visit visit) {
+    const auto length = static_cast<std::int32_t>(text.size());
+    for (std::int32_t next = 0; next < length;) {
+        const std::int32_t start = next;
+        UChar32 character = 0;
+        U8_NEXT(text.data(), next, length, character);
+        visit(character < 0 ? replacement : character,
+              text.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(next - start)));
+    }
+}
+
+bool turnsDirection(UChar32 character) {
+    return (character >= 0x202a && character <= 0x202e) || (character >= 0x2066 && character <= 0x2069) ||
+           character == 0x200e || character == 0x200f || character == 0x061c;
+}
+
+std::size_t columnsOf(UChar32 character) {
+    const int category = u_charType(character);
+    if (category == U_NON_SPACING_MARK || category == U_ENCLOSING_MARK || category == U_FORMAT_CHAR) return 0;
+    const int width = u_getIntPropertyValue(character, UCHAR_EAST_ASIAN_WIDTH);
+    return width == U_EA_WIDE || width == U_EA_FULLWIDTH ? 2 : 1;
+}
+
+std::string spelledOut(UChar32 character) {
+    if (character == '\n') return "\\n";
+    if (character == '\t') return "\\t";
+    const auto code = static_cast<std::uint32_t>(character);
+    return code < 0x100 ? fmt::format("\\x{:02x}", code) : fmt::format("\\u{:04x}", code);
+}
+
+/// ICU's own default follows LC_MESSAGES; dates have a variable of their own.
+icu::Locale dateLocale() {
+    for (const char* variable : {"LC_ALL", "LC_TIME", "LANG"}) {
+        const char* value = std::getenv(variable);
+        if (value != nullptr && *value != '\0') return icu::Locale::createFromName(value);
+    }
+    return icu::Locale::getRoot();
+}
+
+}  // namespace
+
+std::string printable(std::string_view text) {
+    std::string result;
+    forEachCharacter(text, [&](UChar32 character, std::string_view bytes) {
+        if (character == replacement) {
+            result += "\xef\xbf\xbd";
+        } else if (u_iscntrl(character) || turnsDirection(character) || character == 0x2028 ||
+                   character == 0x2029) {
+            result += spelledOut(character);
+        } else {
+            result += bytes;
+        }
+    });
+    return result;
+}
+
+std::size_t columns(std::string_view text) {
+    std::size_t total = 0;
+    forEachCharacter(text, [&](UChar32 character, std::string_view) { total += columnsOf(character); });
+    return total;
+}
+
+std::string fitted(std::string_view text, std::size_t width) {
+    if (width == 0 || columns(text) <= width) return std::string(text);
+    std::string result;
+    std::size_t used = 1;  // the ellipsis
+    bool full = false;
+    forEachCharacter(text, [&](UChar32 character, std::string_view bytes) {
+        used += columnsOf(character);
+        full = full || used > width;
+        if (!full) result += bytes;
+    });
+    return result + "…";
+}
+
+std::string padded(std::string_view text, std::size_t width) {
+    const std::size_t used = columns(text);
+    return std::string(text) + std::string(used < width ? width - used : 0, ' ');
+}
+
+std::string counted(std::int64_t count, std::string_view noun, std::string_view plural) {
+    if (count == 1) return fmt::format("1 {}", noun);
+    return plural.empty() ? fmt::format("{} {}s", count, noun) : fmt::format("{} {}", count, plural);
+}
+
+std::string dateText(Instant instant) {
+    static const std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createDateTimeInstance(
+        icu::DateFormat::kMediumRelative, icu::DateFormat::kShort, dateLocale()));
+    if (!format) return formatInstant(instant);
+    icu::UnicodeString text;
+    format->format(std::chrono::duration<double, std::milli>(instant.time_since_epoch()).count(), text);
+    std::string result;
+    text.toUTF8String(result);
+    return result;
+}
+
+std::string frameText(const Rect& frame) {
+    return fmt::format("{:.0f} × {:.0f} at {:.0f}, {:.0f}", frame.width, frame.height,
+                       std::round(frame.x) + 0.0, std::round(frame.y) + 0.0);
+}
+
+std::string windowLabel(const WindowSnapshot& window) {
+    std::string label = window.title.value_or(window.isFullscreen ? "Full screen" : "Untitled");
+    if (window.tabs) label += " · " + counted(static_cast<std::int64_t>(window.tabs->size()), "tab");
+    return printable(label);
+}
+
+}  // namespace quillo::ctl

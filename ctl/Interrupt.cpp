@@ -1,0 +1,69 @@
+#include "ctl/Interrupt.hpp"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <system_error>
+
+namespace quillo::ctl {
+namespace {
+
+constexpr std::array signals{SIGINT, SIGTERM, SIGHUP};
+
+// A handler may do little more than write to a pipe; a thread of ours reads from it.
+std::array<int, 2> channel{-1, -1};
+
+enum Message : char { interrupted = 'i', over = 'o' };
+
+void send(Message message) {
+    const int before = errno;
+    [[maybe_unused]] const ssize_t sent = write(channel[1], &message, 1);
+    errno = before;
+}
+
+void handle(int) {
+    send(interrupted);
+}
+
+void setHandlers(void (*handler)(int)) {
+    struct sigaction action{};
+    action.sa_handler = handler;
+    sigemptyset(&action.sa_mask);
+    // The second one finds the system's own way: a program that hangs can still be ended.
+    action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND);
+    for (const int signal : signals) sigaction(signal, &action, nullptr);
+}
+
+/// What arrives: interruptions, then one `over`.
+char receive() {
+    char message = over;
+    while (read(channel[0], &message, 1) < 0 && errno == EINTR) {
+    }
+    return message;
+}
+
+}  // namespace
+
+Interrupt::Interrupt(Executor& executor, std::function<void()> cancel) {
+    if (pipe(channel.data()) != 0) throw std::system_error(errno, std::generic_category(), "pipe");
+    for (const int end : channel) fcntl(end, F_SETFD, FD_CLOEXEC);
+    reader_ = std::thread([&executor, cancel = std::move(cancel)] {
+        while (receive() == interrupted) executor.post(cancel);
+    });
+    setHandlers(handle);
+}
+
+Interrupt::~Interrupt() {
+    setHandlers(SIG_DFL);
+    send(over);
+    reader_.join();
+    for (int& end : channel) {
+        close(end);
+        end = -1;
+    }
+}
+
+}  // namespace quillo::ctl

@@ -1,0 +1,24 @@
+// Ctrl-C during a long command: turned into a call on the executor's thread, so that the command can end in
+// good order and say what it did until then.
+#pragma once
+#include <functional>
+#include <thread>
+
+#include "WindowEngine/support/Executor.hpp"
+
+namespace quillo::ctl {
+
+/// While it lives, the first SIGINT, SIGTERM or SIGHUP posts `cancel`; the second ends the program at once.
+/// One at a time. It must die before `executor` and before what `cancel` refers to.
+class Interrupt {
+  public:
+    Interrupt(Executor& executor, std::function<void()> cancel);
+    ~Interrupt();
+    Interrupt(const Interrupt&) = delete;
+    Interrupt& operator=(const Interrupt&) = delete;
+
+  private:
+    std::thread reader_;
+};
+
+}  // namespace quillo::ctl

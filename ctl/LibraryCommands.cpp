@@ -1,0 +1,157 @@
+// list, show, rename, duplicate, delete: the saved workspaces. None of these needs a desktop.
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "WindowEngine/ImportedWorkspace.hpp"
+#include "WindowEngine/WorkspaceCoding.hpp"
+#include "ctl/Commands.hpp"
+#include "ctl/HumanText.hpp"
+#include "ctl/SnapshotText.hpp"
+#include "ctl/Table.hpp"
+
+namespace quillo::ctl {
+namespace {
+
+std::int64_t applicationCount(const Workspace& workspace) {
+    return static_cast<std::int64_t>(workspace.snapshot.applications.size());
+}
+
+JsonLine summary(const Workspace& workspace) {
+    JsonLine line;
+    line.add("id", workspace.id.upper())
+        .add("name", workspace.name)
+        .add("icon", workspace.icon)
+        .add("color", workspace.color)
+        .add("createdAt", workspace.createdAt)
+        .add("updatedAt", workspace.updatedAt)
+        .add("lastRestoredAt", workspace.lastRestoredAt)
+        .add("applications", applicationCount(workspace))
+        .add("windows", workspace.snapshot.windowCount())
+        .add("desktops", workspace.snapshot.desktopCount())
+        .add("displays", static_cast<std::int64_t>(workspace.snapshot.displays.size()))
+        .add("folders", workspace.snapshot.folderCount())
+        .add("tabs", workspace.snapshot.tabCount());
+    return line;
+}
+
+void printTable(Output& output, std::span<const Workspace> workspaces) {
+    Table table({"NAME", "WINDOWS", "APPLICATIONS", "SAVED", "RESTORED"});
+    for (const Workspace& workspace : workspaces) {
+        const std::string restored = workspace.lastRestoredAt ? dateText(*workspace.lastRestoredAt) : "never";
+        table.row({{printable(workspace.name), Style::bold},
+                   {std::to_string(workspace.snapshot.windowCount())},
+                   {std::to_string(applicationCount(workspace))},
+                   {dateText(workspace.updatedAt)},
+                   {restored, workspace.lastRestoredAt ? Style::plain : Style::dim}});
+    }
+    table.print(output);
+}
+
+std::string contents(const WorkspaceSnapshot& snapshot) {
+    std::string text = counted(static_cast<std::int64_t>(snapshot.applications.size()), "application") +
+                       ", " + counted(snapshot.windowCount(), "window") + ", " +
+                       counted(static_cast<std::int64_t>(snapshot.displays.size()), "display");
+    if (const auto count = snapshot.desktopCount()) text += ", " + counted(count, "desktop");
+    if (const auto count = snapshot.folderCount()) text += ", " + counted(count, "folder");
+    if (const auto count = snapshot.tabCount()) text += ", " + counted(count, "tab");
+    return text;
+}
+
+void printWorkspace(Output& output, const Workspace& workspace) {
+    const auto field = [&output](std::string_view label, std::string_view value) {
+        output.line(output.painted(Style::dim, padded(label, 12)) + std::string(value));
+    };
+    output.line(output.painted(Style::bold, printable(workspace.name)));
+    field("identifier", workspace.id.lower());
+    field("look", printable(workspace.color + ", " + workspace.icon));
+    field("created", dateText(workspace.createdAt));
+    field("saved", dateText(workspace.updatedAt));
+    field("restored", workspace.lastRestoredAt ? dateText(*workspace.lastRestoredAt) : "never");
+    if (workspace.cleanSlate) field("resuming", label(*workspace.cleanSlate));
+    field("holds", contents(workspace.snapshot));
+    for (const std::string& note : workspace.snapshot.notes.value_or(std::vector<std::string>{})) {
+        field("note", printable(note));
+    }
+    if (workspace.snapshot.windowCount() > 0) {
+        output.line("");
+        printWindows(output, workspace.snapshot);
+    }
+}
+
+}  // namespace
+
+CommandResult listWorkspaces(Session& session, const Arguments&) {
+    const std::vector<Workspace> workspaces = scan(session);
+    if (session.output.json()) {
+        for (const Workspace& workspace : workspaces) session.output.value(summary(workspace));
+    } else if (workspaces.empty()) {
+        session.output.line("No workspaces yet. Save what is open now with: quilloctl save NAME");
+    } else {
+        printTable(session.output, workspaces);
+    }
+    return Exit::done;
+}
+
+CommandResult showWorkspace(Session& session, const Arguments& arguments) {
+    const Expected<Workspace> workspace = find(session, arguments.workspace);
+    if (!workspace) return std::unexpected(workspace.error());
+    if (!session.output.json()) {
+        printWorkspace(session.output, *workspace);
+        return Exit::done;
+    }
+    const Result<std::string> document = WorkspaceCoding::encode(*workspace);
+    if (!document) return couldNot("show " + printable(workspace->name), document.error());
+    session.output.line(onOneLine(*document));
+    return Exit::done;
+}
+
+CommandResult renameWorkspace(Session& session, const Arguments& arguments) {
+    const Expected<std::string> name = workspaceName("NAME", *arguments.name);
+    if (!name) return std::unexpected(name.error());
+    const std::vector<Workspace> workspaces = scan(session);
+    const Expected<Workspace> found = find(workspaces, arguments.workspace);
+    if (!found) return std::unexpected(found.error());
+    if (*name == found->name) return reportSaved(session, "Unchanged:", *found);
+
+    Result<Workspace> workspace = session.store.load(found->id);
+    if (!workspace) return couldNot("rename " + printable(found->name), workspace.error());
+    // The workspace itself counts among the names taken, as everywhere else in the program.
+    workspace->name = uniqueName(*name, workspaces);
+    workspace->updatedAt = now();
+    if (const Result<void> saved = session.store.save(*workspace); !saved) {
+        return couldNot("rename " + printable(found->name), saved.error());
+    }
+    return reportSaved(session, "Renamed " + printable(found->name) + " to", *workspace);
+}
+
+CommandResult duplicateWorkspace(Session& session, const Arguments& arguments) {
+    const std::vector<Workspace> workspaces = scan(session);
+    const Expected<Workspace> source = find(workspaces, arguments.workspace);
+    if (!source) return std::unexpected(source.error());
+    const Workspace copy = source->importedCopy(uniqueName(source->name + " copy", workspaces), now());
+    if (const Result<void> saved = session.store.save(copy); !saved) {
+        return couldNot("duplicate " + printable(source->name), saved.error());
+    }
+    return reportSaved(session, "Duplicated " + printable(source->name) + " as", copy);
+}
+
+CommandResult deleteWorkspace(Session& session, const Arguments& arguments) {
+    const Expected<Workspace> workspace = find(session, arguments.workspace);
+    if (!workspace) return std::unexpected(workspace.error());
+    if (const Result<void> removed = session.store.remove(workspace->id); !removed) {
+        return couldNot("delete " + printable(workspace->name), removed.error());
+    }
+    return reportSaved(session, "Deleted", *workspace);
+}
+
+CommandResult reportSaved(Session& session, std::string_view whatHappened, const Workspace& workspace) {
+    if (session.output.json()) {
+        session.output.value(summary(workspace));
+    } else {
+        session.output.line(fmt::format("{} {}", whatHappened, printable(workspace.name)));
+    }
+    return Exit::done;
+}
+
+}  // namespace quillo::ctl

@@ -1,0 +1,106 @@
+#include "ctl/Output.hpp"
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "ctl/HumanText.hpp"
+
+namespace quillo::ctl {
+namespace {
+
+constexpr std::size_t usualWidth = 80;
+
+std::size_t terminalWidth() {
+    if (isatty(STDOUT_FILENO) == 0) return 0;
+    winsize size{};
+    if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) return size.ws_col;
+    return usualWidth;
+}
+
+bool isSet(const char* variable) {
+    const char* value = std::getenv(variable);
+    return value != nullptr && *value != '\0';
+}
+
+bool dumbTerminal() {
+    const char* terminal = std::getenv("TERM");
+    return terminal == nullptr || std::string_view(terminal) == "dumb";
+}
+
+std::string_view escape(Style style) {
+    switch (style) {
+        case Style::plain:
+            return "";
+        case Style::bold:
+            return "\x1b[1m";
+        case Style::dim:
+            return "\x1b[2m";
+        case Style::good:
+            return "\x1b[32m";
+        case Style::warning:
+            return "\x1b[33m";
+        case Style::bad:
+            return "\x1b[31m";
+    }
+    return "";
+}
+
+bool put(std::FILE* stream, std::string_view text) {
+    return std::fwrite(text.data(), 1, text.size(), stream) == text.size();
+}
+
+}  // namespace
+
+Output::Output(bool json) : json_(json), width_(terminalWidth()) {
+    colours_ = width_ > 0 && !isSet("NO_COLOR") && !dumbTerminal();
+}
+
+void Output::line(std::string_view text) {
+    clearProgress();
+    const bool put = ctl::put(stdout, text) && ctl::put(stdout, "\n") && std::fflush(stdout) == 0;
+    written_ = written_ && put;
+}
+
+void Output::value(JsonLine value) {
+    if (const Result<std::string> text = std::move(value).finish()) {
+        line(*text);
+    } else {
+        complain(text.error().text);
+        written_ = false;
+    }
+}
+
+void Output::complain(std::string_view text) {
+    clearProgress();
+    put(stderr, "quilloctl: ");
+    put(stderr, text);
+    put(stderr, "\n");
+}
+
+void Output::progress(std::string_view text) {
+    if (width_ == 0 || json_ || dumbTerminal()) return;
+    clearProgress();
+    put(stdout, fitted(text, width_ - 1));
+    std::fflush(stdout);
+    progressShown_ = true;
+}
+
+void Output::clearProgress() {
+    if (progressShown_) put(stdout, "\r\x1b[K");
+    progressShown_ = false;
+}
+
+std::string Output::painted(Style style, std::string_view text) const {
+    if (!colours_ || style == Style::plain) return std::string(text);
+    return std::string(escape(style)) + std::string(text) + "\x1b[0m";
+}
+
+bool Output::finish() {
+    clearProgress();
+    return std::fflush(stdout) == 0 && written_;
+}
+
+}  // namespace quillo::ctl

@@ -1,0 +1,46 @@
+// Where results, complaints and progress go. Results are text for a person or, with --json, one JSON value a
+// line; both on standard output. Complaints go to standard error.
+#pragma once
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "ctl/JsonLine.hpp"
+
+namespace quillo::ctl {
+
+enum class Style { plain, bold, dim, good, warning, bad };
+
+class Output {
+  public:
+    explicit Output(bool json);
+
+    bool json() const { return json_; }
+    /// Columns of the terminal that standard output is; 0 when it is none.
+    std::size_t width() const { return width_; }
+
+    /// One line; every line is handed on at once, so that a pipe sees a long run as it happens.
+    void line(std::string_view text);
+    void value(JsonLine value);
+    /// "quilloctl: text" on standard error.
+    void complain(std::string_view text);
+    /// A line that the next output replaces; only a terminal gets it.
+    void progress(std::string_view text);
+
+    /// Colours only on a terminal, and not where NO_COLOR is set.
+    std::string painted(Style style, std::string_view text) const;
+
+    /// False when not everything could be written (a full disk, a closed pipe).
+    bool finish();
+
+  private:
+    void clearProgress();
+
+    bool json_ = false;
+    bool colours_ = false;
+    bool progressShown_ = false;
+    bool written_ = true;
+    std::size_t width_ = 0;
+};
+
+}  // namespace quillo::ctl

@@ -1,0 +1,84 @@
+#include "ctl/Session.hpp"
+
+#include <fmt/format.h>
+
+#include <chrono>
+
+#include "WindowEngine/support/Text.hpp"
+#include "ctl/HumanText.hpp"
+
+namespace quillo::ctl {
+namespace {
+
+std::string issueText(const WorkspaceLoadIssue& issue) {
+    const bool namesFile = issue.message.find(issue.fileName) != std::string::npos;
+    std::string text = namesFile ? issue.message : issue.fileName + ": " + issue.message;
+    if (!issue.detail.empty()) text += " (" + issue.detail + ")";
+    return printable(text);
+}
+
+Failure ambiguous(std::string_view which, std::span<const Workspace* const> named) {
+    std::string text = fmt::format(
+        "{} workspaces are named {}; give one of these identifiers instead:", named.size(), printable(which));
+    for (const Workspace* workspace : named) {
+        text += fmt::format("\n  {}  {}, saved {}", workspace->id.lower(), printable(workspace->name),
+                            dateText(workspace->updatedAt));
+    }
+    return {Exit::failed, std::move(text)};
+}
+
+}  // namespace
+
+std::vector<Workspace> scan(Session& session) {
+    WorkspaceScanResult result = session.store.scan();
+    for (const WorkspaceLoadIssue& issue : result.issues) session.output.complain(issueText(issue));
+    return std::move(result.workspaces);
+}
+
+Expected<Workspace> find(std::span<const Workspace> workspaces, std::string_view which) {
+    const std::optional<Uuid> id = Uuid::parse(which);
+    std::vector<const Workspace*> named;
+    for (const Workspace& workspace : workspaces) {
+        if (id && workspace.id == *id) return workspace;
+        if (text::equalIgnoringCase(workspace.name, which)) named.push_back(&workspace);
+    }
+    if (named.empty()) return failure("there is no workspace " + printable(which));
+    if (named.size() > 1) return std::unexpected(ambiguous(which, named));
+    return *named.front();
+}
+
+Expected<Workspace> find(Session& session, std::string_view which) {
+    return find(scan(session), which);
+}
+
+Expected<std::string> workspaceName(std::string_view argument, std::string_view text) {
+    if (!text::isValidUtf8(text)) return failure(fmt::format("{}: not valid UTF-8", argument), Exit::usage);
+    std::string name = text::trim(text);
+    if (name.empty()) return failure(fmt::format("{}: the name is empty", argument), Exit::usage);
+    return name;
+}
+
+Expected<std::unique_ptr<Desktop>> openDesktop(Session& session) {
+    Result<std::unique_ptr<Desktop>> desktop = session.openDesktop();
+    if (desktop) return *std::move(desktop);
+    const ErrorKind kind = desktop.error().kind;
+    const bool unreachable = kind == ErrorKind::unavailable || kind == ErrorKind::permission;
+    return failure(printable(desktop.error().text), unreachable ? Exit::permission : Exit::failed);
+}
+
+Expected<std::unique_ptr<Desktop>> openTrustedDesktop(Session& session) {
+    Expected<std::unique_ptr<Desktop>> desktop = openDesktop(session);
+    if (!desktop) return desktop;
+    AccessibilityService& accessibility = (*desktop)->access().platform.accessibility;
+    if (!accessibility.trusted()) {
+        return failure("Accessibility permission not granted: " + accessibility.access().reason(),
+                       Exit::permission);
+    }
+    return desktop;
+}
+
+Instant now() {
+    return std::chrono::time_point_cast<Instant::duration>(std::chrono::system_clock::now());
+}
+
+}  // namespace quillo::ctl

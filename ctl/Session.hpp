@@ -1,0 +1,47 @@
+// What a command works with. main() wires it; nothing here is global.
+#pragma once
+#include <filesystem>
+#include <functional>
+#include <memory>
+
+#include "WindowEngine/WorkspaceStore.hpp"
+#include "WindowEngine/services/FileSystem.hpp"
+#include "ctl/Arguments.hpp"
+#include "ctl/CommandResult.hpp"
+#include "ctl/Desktop.hpp"
+#include "ctl/Output.hpp"
+
+namespace quillo::ctl {
+
+struct Session {
+    Output& output;
+    FileSystem& files;
+    WorkspaceStore& store;
+    std::filesystem::path dataDirectory;
+    std::filesystem::path logFile;
+    /// Connects to the desktop. Only the commands that need one call it: the others stay fast and work
+    /// without any.
+    std::function<Result<std::unique_ptr<Desktop>>()> openDesktop;
+};
+
+/// The workspaces of the store. What is wrong there goes to standard error.
+std::vector<Workspace> scan(Session& session);
+
+/// The one workspace that `which` names: its identifier, or its name ignoring case. Several of one name are
+/// listed with their identifiers and none is taken.
+Expected<Workspace> find(Session& session, std::string_view which);
+Expected<Workspace> find(std::span<const Workspace> workspaces, std::string_view which);
+
+/// A name as it is stored: trimmed. An empty one, or bytes that are not UTF-8, are a usage error that names
+/// the argument.
+Expected<std::string> workspaceName(std::string_view argument, std::string_view text);
+
+/// The desktop, or why there is none: no permission where nothing answers, else a failure (a bad scene).
+Expected<std::unique_ptr<Desktop>> openDesktop(Session& session);
+/// The same for a command that reads or changes other applications' windows.
+Expected<std::unique_ptr<Desktop>> openTrustedDesktop(Session& session);
+
+/// The clock of records.
+Instant now();
+
+}  // namespace quillo::ctl

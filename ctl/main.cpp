@@ -1,0 +1,72 @@
+// Wiring only: the arguments, the store, the desktop they ask for, and the command.
+#include <fmt/format.h>
+
+#include <csignal>
+
+#include "ctl/CommandLine.hpp"
+#include "platform/posix/PosixFileSystem.hpp"
+#include "platform/posix/StandardDirectories.hpp"
+
+namespace quillo::ctl {
+namespace {
+
+constexpr std::string_view simulatedPrefix = "simulated:";
+
+/// What --desktop may say, before anything is opened.
+std::optional<Failure> wrongDesktop(const Arguments& arguments) {
+    const std::string& choice = arguments.desktop;
+    const bool simulated = choice.starts_with(simulatedPrefix) && choice.size() > simulatedPrefix.size();
+    if (!simulated && !choice.empty() && choice != "x11") {
+        return Failure{Exit::usage, fmt::format("--desktop: {} is neither x11 nor simulated:FILE", choice)};
+    }
+    if (arguments.keepScene && !simulated) {
+        return Failure{Exit::usage, "--keep-scene: only a simulated desktop has a scene to keep"};
+    }
+    return std::nullopt;
+}
+
+CommandResult runCommand(const Invocation& invocation, Output& output) {
+    const Arguments& arguments = invocation.arguments;
+    if (std::optional<Failure> wrong = wrongDesktop(arguments)) return std::unexpected(*std::move(wrong));
+    const Result<StandardDirectories> directories = StandardDirectories::find();
+    if (!directories) return failure(directories.error().text);
+
+    PosixFileSystem files;
+    const std::filesystem::path data = arguments.dataDirectory.empty()
+                                           ? directories->data
+                                           : std::filesystem::absolute(arguments.dataDirectory);
+    WorkspaceStore store(files, data / "workspaces");
+    Session session{.output = output,
+                    .files = files,
+                    .store = store,
+                    .dataDirectory = data,
+                    .logFile = directories->state / "quillo.log",
+                    .openDesktop = {}};
+    return invocation.command(session, arguments);
+}
+
+/// A reader that went away must not end us in the middle of moving windows: writing then fails instead. A
+/// handler, unlike ignoring the signal, is not inherited by the applications we launch.
+void outliveClosedPipes() {
+    std::signal(SIGPIPE, [](int) {});
+}
+
+int finish(const CommandResult& result, Output& output) {
+    if (!result) output.complain(result.error().text);
+    const Exit exit = result ? *result : result.error().exit;
+    if (output.finish()) return static_cast<int>(exit);
+    output.complain("could not write everything to standard output");
+    return static_cast<int>(exit == Exit::done ? Exit::failed : exit);
+}
+
+}  // namespace
+}  // namespace quillo::ctl
+
+int main(int argumentCount, char** arguments) {
+    using namespace quillo::ctl;
+    const std::expected<Invocation, Exit> invocation = parseCommandLine(argumentCount, arguments);
+    if (!invocation) return static_cast<int>(invocation.error());
+    outliveClosedPipes();
+    Output output(invocation->arguments.json);
+    return finish(runCommand(*invocation, output), output);
+}
