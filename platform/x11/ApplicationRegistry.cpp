@@ -1,0 +1,161 @@
+#include "platform/x11/ApplicationRegistry.hpp"
+
+#include <algorithm>
+#include <filesystem>
+#include <unordered_map>
+
+#include "WindowEngine/support/Text.hpp"
+
+namespace quillo::x11 {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Some toolkits write a path, some a name with its ending.
+std::string entryId(std::string_view desktopFile) {
+    auto id = std::string(desktopFile.substr(desktopFile.rfind('/') + 1));
+    if (id.ends_with(".desktop")) id.resize(id.size() - 8);
+    return id;
+}
+
+/// For an application without a .desktop file: what its windows call it.
+std::string identifierFromClass(const WindowReading& window) {
+    return text::lowercase(window.className.empty() ? window.instanceName : window.className);
+}
+
+struct Member {
+    ProcessID pid = 0;
+    std::optional<ProcessInfo> process;
+};
+
+bool older(const Member& a, const Member& b) {
+    const auto start = [](const Member& member) { return member.process ? member.process->startTicks : 0; };
+    return std::pair(start(a), a.pid) < std::pair(start(b), b.pid);
+}
+
+}  // namespace
+
+ApplicationRegistry::Verdict ApplicationRegistry::judge(const WindowReading& window) const {
+    const auto verdict = [](int rank, const DesktopEntry* entry) { return Verdict{rank, entry->id}; };
+    if (!window.desktopFile.empty()) {
+        if (const auto* entry = entries_.withId(entryId(window.desktopFile))) return verdict(0, entry);
+    }
+    if (!window.gtkApplicationID.empty()) {
+        if (const auto* entry = entries_.withId(window.gtkApplicationID)) return verdict(1, entry);
+    }
+    if (const auto* identifier = launchedAs(window.pid)) return {2, *identifier};
+    for (const auto* name : {&window.className, &window.instanceName}) {
+        if (name->empty()) continue;
+        if (const auto* entry = entries_.withWindowClass(*name)) return verdict(3, entry);
+        if (const auto* entry = entries_.withIdIgnoringCase(*name)) return verdict(4, entry);
+    }
+    if (const auto program = programOf(window.pid)) {
+        if (const auto* entry = entries_.withProgram(*program)) return verdict(5, entry);
+        if (identifierFromClass(window).empty())
+            return {7, text::lowercase(fs::path(*program).filename().string())};
+    }
+    return {6, identifierFromClass(window)};
+}
+
+const std::string* ApplicationRegistry::launchedAs(ProcessID pid) const {
+    const auto launch = launches_.find(pid);
+    if (launch == launches_.end()) return nullptr;
+    const auto process = processInfo(pid);
+    const bool same = process && process->startTicks == launch->second.startTicks;
+    return same ? &launch->second.identifier : nullptr;
+}
+
+void ApplicationRegistry::recordLaunch(ProcessID pid, std::string identifier) {
+    if (const auto process = processInfo(pid)) launches_[pid] = {process->startTicks, std::move(identifier)};
+}
+
+void ApplicationRegistry::dropEndedLaunches() {
+    std::erase_if(launches_, [this](const auto& launch) { return !launchedAs(launch.first); });
+}
+
+std::vector<KnownApplication> ApplicationRegistry::applications(std::span<const WindowReading> windows) {
+    entries_.refresh();
+    dropEndedLaunches();
+    std::unordered_map<ProcessID, Verdict> verdicts;
+    std::vector<ProcessID> order;
+    for (const auto& window : windows) {
+        if (window.pid == 0) continue;
+        auto verdict = judge(window);
+        const auto [known, isNew] = verdicts.try_emplace(window.pid, verdict);
+        if (isNew) order.push_back(window.pid);
+        if (verdict.rank < known->second.rank) known->second = std::move(verdict);
+    }
+    for (const auto& [pid, launch] : launches_) {
+        if (verdicts.try_emplace(pid, Verdict{2, launch.identifier}).second) order.push_back(pid);
+    }
+
+    std::vector<KnownApplication> applications;
+    std::unordered_map<std::string, std::size_t> byIdentifier;
+    std::unordered_map<ProcessID, std::size_t> byProcess;
+    for (const auto pid : order) {
+        const auto& identifier = verdicts[pid].identifier;
+        const auto key = identifier.empty() ? "#" + std::to_string(pid) : identifier;
+        const auto [place, isNew] = byIdentifier.try_emplace(key, applications.size());
+        if (isNew) {
+            applications.emplace_back();
+            if (!identifier.empty()) applications.back().running.bundleIdentifier = identifier;
+        }
+        applications[place->second].processes.push_back(pid);
+        byProcess[pid] = place->second;
+    }
+    for (std::size_t i = 0; i < windows.size(); ++i) {
+        if (windows[i].pid != 0) applications[byProcess[windows[i].pid]].windows.push_back(i);
+    }
+    for (auto& application : applications) describe(application, windows);
+    return applications;
+}
+
+void ApplicationRegistry::describe(KnownApplication& application,
+                                   std::span<const WindowReading> windows) const {
+    std::vector<Member> members;
+    for (const auto pid : application.processes) members.push_back({pid, processInfo(pid)});
+    std::ranges::sort(members, older);
+    std::ranges::transform(members, application.processes.begin(), &Member::pid);
+
+    auto& running = application.running;
+    running.pid = members.front().pid;
+    if (members.front().process) running.launchDate = startInstant(*members.front().process);
+    const auto* entry = running.bundleIdentifier ? entries_.withId(*running.bundleIdentifier) : nullptr;
+    if (entry) {
+        running.localizedName = entry->name;
+        running.bundleURL = Url::file(entry->file);
+    } else {
+        if (!application.windows.empty()) {
+            const auto& window = windows[application.windows.front()];
+            running.localizedName = window.className.empty() ? window.instanceName : window.className;
+        }
+        if (const auto file = launchableFile(running.pid)) running.bundleURL = Url::file(*file);
+    }
+    if (running.localizedName && running.localizedName->empty())
+        running.localizedName = running.bundleIdentifier;
+    // A panel or a desktop background is no application that a person opens and closes.
+    const bool onlyFurniture =
+        !application.windows.empty() &&
+        std::ranges::none_of(application.windows, [&](std::size_t i) { return windows[i].isListed(); });
+    running.activationPolicy = onlyFurniture ? ActivationPolicy::accessory : ActivationPolicy::regular;
+}
+
+std::optional<Url> ApplicationRegistry::location(std::string_view identifier) {
+    entries_.refresh();
+    const auto* entry = entries_.withId(identifier);
+    return entry ? std::optional(Url::file(entry->file)) : std::nullopt;
+}
+
+std::optional<std::string> ApplicationRegistry::identifierAt(const Url& location) {
+    entries_.refresh();
+    const auto path = location.filePath();
+    std::error_code error;
+    if (!path || !fs::is_regular_file(*path, error)) return std::nullopt;
+    if (const auto* entry = entries_.withFile(*path)) return entry->id;
+    if (path->ends_with(".desktop")) return entryId(*path);
+    const auto real = fs::canonical(*path, error).string();
+    if (const auto* entry = error ? nullptr : entries_.withProgram(real)) return entry->id;
+    return text::lowercase(fs::path(*path).filename().string());
+}
+
+}  // namespace quillo::x11

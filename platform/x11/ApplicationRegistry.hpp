@@ -1,0 +1,56 @@
+// Which application a window belongs to. An application is an identity, not a process: two terminals started
+// apart are one, a process belongs to exactly one.
+#pragma once
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "WindowEngine/services/Applications.hpp"
+#include "platform/x11/DesktopEntries.hpp"
+#include "platform/x11/ProcessInfo.hpp"
+#include "platform/x11/WindowReading.hpp"
+
+namespace quillo::x11 {
+
+struct KnownApplication {
+    RunningApplication running;
+    std::vector<ProcessID> processes;  // living ones, the oldest first
+    std::vector<std::size_t> windows;  // positions in the reading, in its order
+};
+
+class ApplicationRegistry {
+  public:
+    /// The applications of these windows and those launched from here that still live, in the order of
+    /// their first window.
+    std::vector<KnownApplication> applications(std::span<const WindowReading> windows);
+
+    /// Remembers what this process was launched as, the best evidence for windows that say nothing.
+    void recordLaunch(ProcessID pid, std::string identifier);
+
+    std::optional<Url> location(std::string_view identifier);
+    std::optional<std::string> identifierAt(const Url& location);
+
+  private:
+    struct Launch {
+        std::uint64_t startTicks = 0;
+        std::string identifier;
+    };
+    /// What a process is taken for; a smaller rank is better evidence.
+    struct Verdict {
+        int rank = 0;
+        std::string identifier;
+    };
+
+    Verdict judge(const WindowReading& window) const;
+    const std::string* launchedAs(ProcessID pid) const;
+    void dropEndedLaunches();
+    void describe(KnownApplication& application, std::span<const WindowReading> windows) const;
+
+    DesktopEntries entries_;
+    std::map<ProcessID, Launch> launches_;
+};
+
+}  // namespace quillo::x11

@@ -1,0 +1,134 @@
+#include "platform/x11/DesktopEntries.hpp"
+
+#include <gio/gdesktopappinfo.h>
+
+#include <algorithm>
+#include <array>
+
+#include "WindowEngine/support/Text.hpp"
+#include "platform/x11/GObjectPtr.hpp"
+
+namespace quillo::x11 {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string orEmpty(const char* text) {
+    return text ? text : "";
+}
+
+/// Where the program of an Exec line lies. Programs that only start others say nothing about windows.
+std::string resolvedProgram(const char* executable) {
+    static constexpr std::array<std::string_view, 4> starters{"env", "sh", "bash", "flatpak"};
+    if (!executable) return {};
+    const GText found(g_find_program_in_path(executable));
+    if (!found) return {};
+    const fs::path path(found.get());
+    if (std::ranges::find(starters, path.filename().string()) != starters.end()) return {};
+    std::error_code error;
+    const auto real = fs::canonical(path, error);
+    return error ? path.string() : real.string();
+}
+
+std::vector<fs::path> searchOrder() {
+    std::vector<fs::path> roots{fs::path(g_get_user_data_dir()) / "applications"};
+    for (const auto* directory = g_get_system_data_dirs(); *directory; ++directory) {
+        roots.push_back(fs::path(*directory) / "applications");
+    }
+    return roots;
+}
+
+fs::file_time_type changeTime(const fs::path& path) {
+    std::error_code error;
+    const auto time = fs::last_write_time(path, error);
+    return error ? fs::file_time_type::min() : time;
+}
+
+}  // namespace
+
+bool DesktopEntries::isCurrent() const {
+    return !directories_.empty() && std::ranges::all_of(directories_, [](const Directory& directory) {
+        return changeTime(directory.path) == directory.changed;
+    });
+}
+
+void DesktopEntries::refresh() {
+    if (isCurrent()) return;
+    *this = {};
+    for (const auto& root : searchOrder()) readDirectory(root, root);
+}
+
+void DesktopEntries::readDirectory(const fs::path& root, const fs::path& directory) {
+    directories_.push_back({directory, changeTime(directory)});
+    std::error_code error;
+    std::vector<fs::path> files, below;
+    for (fs::directory_iterator entry(directory, error), end; !error && entry != end;
+         entry.increment(error)) {
+        std::error_code ignored;
+        if (entry->is_directory(ignored)) {
+            below.push_back(entry->path());
+        } else if (entry->path().extension() == ".desktop") {
+            files.push_back(entry->path());
+        }
+    }
+    std::ranges::sort(files);
+    for (const auto& file : files) add(root, file);
+    for (const auto& folder : below) readDirectory(root, folder);
+}
+
+void DesktopEntries::add(const fs::path& root, const fs::path& file) {
+    auto id = file.lexically_relative(root).string();
+    id.resize(id.size() - std::string_view(".desktop").size());
+    std::ranges::replace(id, '/', '-');  // as the standard names files in sub-folders
+    if (byId_.contains(id)) return;
+    const GObjectPtr<GDesktopAppInfo> info(g_desktop_app_info_new_from_filename(file.c_str()));
+    if (!info || g_desktop_app_info_get_is_hidden(info.get())) return;
+    GAppInfo* app = G_APP_INFO(info.get());
+    DesktopEntry entry{.id = id,
+                       .name = orEmpty(g_app_info_get_name(app)),
+                       .file = file.string(),
+                       .windowClass = orEmpty(g_desktop_app_info_get_startup_wm_class(info.get())),
+                       .program = resolvedProgram(g_app_info_get_executable(app)),
+                       .shown = !g_desktop_app_info_get_nodisplay(info.get())};
+    const auto index = entries_.size();
+    byId_[id].push_back(index);
+    byLowerId_[text::lowercase(id)].push_back(index);
+    if (!entry.windowClass.empty()) byWindowClass_[text::lowercase(entry.windowClass)].push_back(index);
+    if (!entry.program.empty()) byProgram_[entry.program].push_back(index);
+    entries_.push_back(std::move(entry));
+}
+
+const DesktopEntry* DesktopEntries::best(const Index& index, const std::string& key) const {
+    const auto found = index.find(key);
+    if (found == index.end()) return nullptr;
+    const auto shown = std::ranges::find_if(found->second, [&](std::size_t i) { return entries_[i].shown; });
+    return &entries_[shown != found->second.end() ? *shown : found->second.front()];
+}
+
+const DesktopEntry* DesktopEntries::withId(std::string_view id) const {
+    return best(byId_, std::string(id));
+}
+
+const DesktopEntry* DesktopEntries::withIdIgnoringCase(std::string_view id) const {
+    return best(byLowerId_, text::lowercase(id));
+}
+
+const DesktopEntry* DesktopEntries::withWindowClass(std::string_view windowClass) const {
+    return best(byWindowClass_, text::lowercase(windowClass));
+}
+
+const DesktopEntry* DesktopEntries::withProgram(const std::string& program) const {
+    const auto found = byProgram_.find(program);
+    if (found == byProgram_.end()) return nullptr;
+    if (found->second.size() == 1) return &entries_[found->second.front()];
+    const auto base = fs::path(program).filename().string();
+    const auto* named = withIdIgnoringCase(base);
+    return named && named->program == program ? named : nullptr;
+}
+
+const DesktopEntry* DesktopEntries::withFile(const std::string& file) const {
+    const auto found = std::ranges::find(entries_, file, &DesktopEntry::file);
+    return found == entries_.end() ? nullptr : &*found;
+}
+
+}  // namespace quillo::x11

@@ -1,0 +1,14 @@
+// What a display says about itself.
+#pragma once
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string>
+
+namespace quillo::x11 {
+
+/// "VENDOR-PRODUCT-SERIAL" (three letters, four hexadecimal digits, and the serial text or number) of an EDID
+/// block; absent when the block is damaged or names no vendor. Identical displays without a serial share it.
+std::optional<std::string> edidIdentity(std::span<const std::byte> edid);
+
+}  // namespace quillo::x11

@@ -1,0 +1,89 @@
+#include "platform/x11/ProcessInfo.hpp"
+
+#include <unistd.h>
+
+#include <array>
+#include <charconv>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <string_view>
+
+namespace quillo::x11 {
+namespace {
+
+std::string procFile(ProcessID pid, std::string_view name) {
+    return "/proc/" + std::to_string(pid) + "/" + std::string(name);
+}
+
+std::string contents(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::chrono::nanoseconds bootTime() {
+    std::istringstream lines(contents("/proc/stat"));
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with("btime ")) return std::chrono::seconds(std::stoll(line.substr(6)));
+    }
+    return {};
+}
+
+bool isInterpreter(std::string_view program) {
+    static constexpr std::array names{"python", "perl", "ruby", "bash", "dash", "sh", "gjs", "node", "java"};
+    const auto base = program.substr(program.rfind('/') + 1);
+    for (const std::string_view name : names) {
+        const auto rest = base.starts_with(name) ? base.substr(name.size()) : std::string_view("x");
+        if (rest.find_first_not_of("0123456789.") == std::string_view::npos) return true;
+    }
+    return false;
+}
+
+std::optional<std::string> scriptOf(ProcessID pid) {
+    const auto arguments = contents(procFile(pid, "cmdline"));
+    const auto second = arguments.find('\0');
+    if (second == std::string::npos) return std::nullopt;
+    const std::string script = arguments.c_str() + second + 1;
+    const bool usable = script.starts_with('/') && access(script.c_str(), X_OK) == 0;
+    return usable ? std::optional(script) : std::nullopt;
+}
+
+}  // namespace
+
+std::optional<ProcessInfo> processInfo(ProcessID pid) {
+    if (pid <= 0) return std::nullopt;
+    const auto line = contents(procFile(pid, "stat"));
+    const auto nameEnd = line.rfind(')');  // the name before it may hold anything
+    if (nameEnd == std::string::npos) return std::nullopt;
+    std::istringstream fields(line.substr(nameEnd + 1));
+    char state = 0;
+    ProcessInfo info;
+    fields >> state >> info.parent;
+    std::string skipped;
+    for (int field = 5; field < 22; ++field) fields >> skipped;
+    if (!(fields >> info.startTicks) || state == 'Z' || state == 'X') return std::nullopt;
+    return info;
+}
+
+Instant startInstant(const ProcessInfo& process) {
+    static const auto boot = bootTime();  // read once: it may shift by a second when the clock is set
+    static const auto ticksPerSecond = static_cast<std::uint64_t>(sysconf(_SC_CLK_TCK));
+    const auto seconds = process.startTicks / ticksPerSecond;
+    const auto rest = process.startTicks % ticksPerSecond * 1'000'000'000 / ticksPerSecond;
+    return Instant(boot + std::chrono::seconds(seconds) + std::chrono::nanoseconds(rest));
+}
+
+std::optional<std::string> programOf(ProcessID pid) {
+    std::error_code error;
+    const auto program = std::filesystem::read_symlink(procFile(pid, "exe"), error).string();
+    if (error || program.empty() || program.ends_with(" (deleted)")) return std::nullopt;
+    return program;
+}
+
+std::optional<std::string> launchableFile(ProcessID pid) {
+    auto program = programOf(pid);
+    return program && isInterpreter(*program) ? scriptOf(pid) : program;
+}
+
+}  // namespace quillo::x11

@@ -1,0 +1,31 @@
+// What /proc tells of a process.
+#pragma once
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "WindowEngine/services/AccessibilityService.hpp"
+#include "WindowEngine/support/Instant.hpp"
+
+namespace quillo::x11 {
+
+struct ProcessInfo {
+    ProcessID parent = 0;
+    std::uint64_t startTicks =
+        0;  // clock ticks since the machine started; names a process together with its pid
+};
+
+/// Absent when there is no such process, or only its remains are left.
+std::optional<ProcessInfo> processInfo(ProcessID pid);
+
+/// The same for as long as the process lives.
+Instant startInstant(const ProcessInfo& process);
+
+/// The file of an application that has no .desktop file, fit to be launched: the program, or for an
+/// interpreter the script it runs. Absent when it cannot be told or was deleted.
+std::optional<std::string> launchableFile(ProcessID pid);
+
+/// Absolute path of the program; absent when it cannot be read or was deleted.
+std::optional<std::string> programOf(ProcessID pid);
+
+}  // namespace quillo::x11

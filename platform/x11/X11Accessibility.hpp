@@ -1,0 +1,40 @@
+// The windows of an EWMH desktop as elements with attributes.
+#pragma once
+#include <map>
+
+#include "WindowEngine/services/AccessibilityService.hpp"
+#include "platform/x11/DesktopView.hpp"
+#include "platform/x11/WindowMover.hpp"
+
+namespace quillo::x11 {
+
+class X11Accessibility final : public AccessibilityService {
+  public:
+    explicit X11Accessibility(DesktopView& view) : view_(view), mover_(view) {}
+
+    bool trusted() override;
+    Capability access() override { return view_.access(); }
+    void prompt() override {}  // there is no permission to ask for
+    Element application(ProcessID pid) override;
+    void setMessagingTimeout(const Element&, double) override {}  // only the X server is ever waited for
+    std::vector<std::vector<Attribute>> read(std::span<const AttributeRequest> requests) override;
+    /// AXMinimized, AXFullScreen, AXPosition and AXSize of a window.
+    AccessibilityCode write(const Element& element, std::string_view name,
+                            const AttributeValue& value) override;
+    FrameWrite writeFrame(const Element& window, const Rect& frame) override;
+    /// AXRaise of a window.
+    AccessibilityCode perform(const Element& element, std::string_view action) override;
+    std::optional<WindowNumber> windowNumber(const Element& window) override;
+    std::optional<Element> elementFromToken(std::span<const std::byte, 20>) override { return std::nullopt; }
+    Task<bool> makeMovable(Element window) override;
+    Task<void> settleInPlace(Element window) override;
+
+  private:
+    Attribute applicationAttribute(ProcessID pid, std::string_view name);
+    std::optional<WindowReading> readingOf(const Element& window);
+
+    DesktopView& view_;
+    WindowMover mover_;
+};
+
+}  // namespace quillo::x11

@@ -1,0 +1,161 @@
+#include "platform/x11/X11Applications.hpp"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cstdlib>
+
+#include "platform/x11/WindowRequests.hpp"
+
+namespace quillo::x11 {
+namespace {
+
+constexpr std::string_view ownIdentifier = "app.quillo.Quillo";
+
+std::optional<RunningApplication> runningOf(const KnownApplication* application) {
+    return application ? std::optional(application->running) : std::nullopt;
+}
+
+/// The window of the terminal this runs in, as terminals tell their children.
+xcb_window_t terminalWindow() {
+    const char* text = std::getenv("WINDOWID");
+    xcb_window_t window = XCB_WINDOW_NONE;
+    if (text) std::from_chars(text, text + std::char_traits<char>::length(text), window);
+    return window;
+}
+
+}  // namespace
+
+std::vector<RunningApplication> X11Applications::running() {
+    std::vector<RunningApplication> all;
+    std::ranges::transform(view_.applications(), std::back_inserter(all), &KnownApplication::running);
+    return all;
+}
+
+std::optional<RunningApplication> X11Applications::running(ProcessID pid) {
+    return runningOf(view_.applicationOf(pid));
+}
+
+std::optional<RunningApplication> X11Applications::running(std::string_view bundleIdentifier) {
+    return runningOf(view_.applicationNamed(bundleIdentifier));
+}
+
+std::vector<std::string> X11Applications::ownIdentifiers() {
+    std::vector<std::string> identifiers{std::string(ownIdentifier)};
+    const auto add = [&](const KnownApplication* application) {
+        if (!application || !application->running.bundleIdentifier) return;
+        const auto& identifier = *application->running.bundleIdentifier;
+        if (std::ranges::find(identifiers, identifier) == identifiers.end())
+            identifiers.push_back(identifier);
+    };
+    for (ProcessID pid = getpid(); pid > 1;) {
+        add(view_.applicationOf(pid));
+        const auto process = processInfo(pid);
+        pid = process ? process->parent : 0;
+    }
+    // Under a terminal multiplexer the terminal is no ancestor, but its window is still named.
+    if (const auto* window = view_.reading().find(terminalWindow())) add(view_.applicationOf(window->pid));
+    return identifiers;
+}
+
+std::optional<Url> X11Applications::whereItIs(std::string_view bundleIdentifier) {
+    const auto* application = view_.applicationNamed(bundleIdentifier);
+    if (application && application->running.bundleURL) return application->running.bundleURL;
+    return view_.registry().location(bundleIdentifier);
+}
+
+std::optional<Url> X11Applications::location(std::string_view bundleIdentifier) {
+    return whereItIs(bundleIdentifier);
+}
+
+std::optional<std::string> X11Applications::identifierAt(const Url& location) {
+    return view_.registry().identifierAt(location);
+}
+
+Task<Result<void>> X11Applications::start(Url location, std::vector<Url> documents) {
+    const auto file = location.filePath();
+    if (!file) co_return fail(ErrorKind::invalidArgument, "the application's location is no file");
+    const auto identifier = view_.registry().identifierAt(location);
+    const auto pid = co_await launcher_.launch(*file, std::move(documents));
+    view_.invalidate();
+    if (!pid) co_return std::unexpected(pid.error());
+    if (*pid && identifier && file->ends_with(".desktop")) view_.registry().recordLaunch(**pid, *identifier);
+    co_return Result<void>();
+}
+
+Task<Result<void>> X11Applications::launch(Url location, std::vector<Url> documents) {
+    const auto identifier = view_.registry().identifierAt(location);
+    const auto* application = identifier ? view_.applicationNamed(*identifier) : nullptr;
+    const auto windows = application ? listedWindows(*application) : std::vector<WindowReading>();
+    if (documents.empty() && !windows.empty()) {
+        WindowRequests(view_).activate(windows.back().window);
+        co_return Result<void>();
+    }
+    co_return co_await start(std::move(location), std::move(documents));
+}
+
+Task<Result<void>> X11Applications::open(std::string bundleIdentifier, std::vector<Url> documents) {
+    const auto where = whereItIs(bundleIdentifier);
+    if (!where) co_return fail(ErrorKind::notFound, "the application is not installed");
+    co_return co_await start(*where, std::move(documents));
+}
+
+Task<Result<void>> X11Applications::requestWindow(std::string bundleIdentifier) {
+    return open(std::move(bundleIdentifier), {});
+}
+
+std::vector<WindowReading> X11Applications::listedWindows(const KnownApplication& application) {
+    std::vector<WindowReading> windows;
+    for (const auto index : application.windows) {
+        const auto& window = view_.reading().windows[index];
+        if (window.isListed()) windows.push_back(window);
+    }
+    return windows;
+}
+
+bool X11Applications::hide(std::string_view bundleIdentifier) {
+    const auto* application = view_.applicationNamed(bundleIdentifier);
+    if (!application) return false;
+    bool accepted = false;
+    for (const auto& window : listedWindows(*application)) {
+        accepted |= WindowRequests(view_).minimize(window.window) == codeDone;
+    }
+    return accepted;
+}
+
+std::vector<xcb_window_t> X11Applications::closable(std::span<const WindowReading> windows) {
+    auto& connection = view_.connection();
+    std::vector<xcb_get_property_cookie_t> cookies;
+    for (const auto& window : windows) {
+        cookies.push_back(connection.ask(window.window, connection.atoms().WM_PROTOCOLS, 32));
+    }
+    std::vector<xcb_window_t> dialogs, others;
+    for (std::size_t i = 0; i < windows.size(); ++i) {
+        const auto protocols = connection.take(cookies[i]);
+        if (std::ranges::find(protocols.words(), connection.extra().deleteWindow) == protocols.words().end())
+            continue;
+        (windows[i].type == WindowType::dialog ? dialogs : others).push_back(windows[i].window);
+    }
+    // A dialog first: closing it cancels its question, whereas one that a closing window asks must stay.
+    dialogs.insert(dialogs.end(), others.begin(), others.end());
+    return dialogs;
+}
+
+bool X11Applications::terminate(std::string_view bundleIdentifier) {
+    const auto* application = view_.applicationNamed(bundleIdentifier);
+    if (!application) return false;
+    bool accepted = false;
+    for (const auto window : closable(listedWindows(*application))) {
+        accepted |= WindowRequests(view_).close(window) == codeDone;
+    }
+    return accepted;
+}
+
+std::optional<ProcessID> X11Applications::serviceProcess(std::string_view bundleIdentifier) {
+    const auto* application = view_.applicationNamed(bundleIdentifier);
+    const bool isService = application && application->running.activationPolicy != ActivationPolicy::regular;
+    return isService ? std::optional(application->running.pid) : std::nullopt;
+}
+
+}  // namespace quillo::x11

@@ -1,0 +1,43 @@
+// Applications of an EWMH desktop: found from their windows and .desktop files, launched through GIO.
+#pragma once
+#include "WindowEngine/services/Applications.hpp"
+#include "platform/x11/ApplicationLauncher.hpp"
+#include "platform/x11/DesktopView.hpp"
+
+namespace quillo::x11 {
+
+class X11Applications final : public Applications {
+  public:
+    explicit X11Applications(DesktopView& view)
+        : view_(view), launcher_(view.executor(), view.connection().displayName()) {}
+
+    std::vector<RunningApplication> running() override;
+    std::optional<RunningApplication> running(ProcessID pid) override;
+    std::optional<RunningApplication> running(std::string_view bundleIdentifier) override;
+    std::vector<std::string> ownIdentifiers() override;
+    /// Also the program of a running application that has no .desktop file.
+    std::optional<Url> location(std::string_view bundleIdentifier) override;
+    std::optional<std::string> identifierAt(const Url& location) override;
+    Task<Result<void>> launch(Url location, std::vector<Url> documents) override;
+    Task<Result<void>> open(std::string bundleIdentifier, std::vector<Url> documents) override;
+    Task<Result<void>> requestWindow(std::string bundleIdentifier) override;
+    /// Minimizes every window.
+    bool hide(std::string_view bundleIdentifier) override;
+    /// Closes every window that can be asked to close, dialogs first. A window that does not take part in
+    /// that is left alone: closing it would mean to break its application's connection.
+    bool terminate(std::string_view bundleIdentifier) override;
+    std::optional<ProcessID> serviceProcess(std::string_view bundleIdentifier) override;
+    Capability hiding() override { return Capability::available(); }
+    Capability quitting() override { return Capability::available(); }
+
+  private:
+    Task<Result<void>> start(Url location, std::vector<Url> documents);
+    std::optional<Url> whereItIs(std::string_view bundleIdentifier);
+    std::vector<WindowReading> listedWindows(const KnownApplication& application);
+    std::vector<xcb_window_t> closable(std::span<const WindowReading> windows);
+
+    DesktopView& view_;
+    ApplicationLauncher launcher_;
+};
+
+}  // namespace quillo::x11

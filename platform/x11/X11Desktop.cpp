@@ -1,0 +1,52 @@
+#include "platform/x11/X11Desktop.hpp"
+
+#include "platform/x11/DesktopView.hpp"
+#include "platform/x11/NoScripts.hpp"
+#include "platform/x11/X11Accessibility.hpp"
+#include "platform/x11/X11Applications.hpp"
+#include "platform/x11/X11Connection.hpp"
+#include "platform/x11/X11Screens.hpp"
+#include "platform/x11/X11WindowServer.hpp"
+
+namespace quillo {
+
+struct X11Desktop::Services {
+    Services(Executor& executor, std::unique_ptr<x11::X11Connection> given)
+        : connection(std::move(given)), view(executor, *connection) {}
+
+    std::unique_ptr<x11::X11Connection> connection;
+    x11::DesktopView view;
+    x11::X11Screens screens{view};
+    x11::X11WindowServer windowServer{view, screens};
+    x11::X11Accessibility accessibility{view};
+    x11::X11Applications applications{view};
+    x11::NoScripts scripts;
+};
+
+X11Desktop::X11Desktop(std::unique_ptr<Services> services) : services_(std::move(services)) {}
+X11Desktop::~X11Desktop() = default;
+
+Result<std::unique_ptr<X11Desktop>> X11Desktop::create(Executor& executor, X11Options options) {
+    auto connection = x11::X11Connection::open(options.display);
+    if (!connection) return std::unexpected(connection.error());
+    auto services = std::make_unique<Services>(executor, std::move(*connection));
+    if (const auto access = services->view.access(); !access)
+        return fail(ErrorKind::unavailable, access.reason());
+    return std::unique_ptr<X11Desktop>(new X11Desktop(std::move(services)));
+}
+
+Platform X11Desktop::platform(SystemLog& log) {
+    return {services_->view.executor(),
+            services_->accessibility,
+            services_->windowServer,
+            services_->applications,
+            services_->screens,
+            services_->scripts,
+            log};
+}
+
+std::size_t X11Desktop::strayErrors() {
+    return services_->connection->strayErrors();
+}
+
+}  // namespace quillo

@@ -1,0 +1,122 @@
+#include "platform/x11/X11WindowServer.hpp"
+
+#include <algorithm>
+#include <unordered_map>
+
+#include "WindowEngine/Displays.hpp"
+#include "platform/x11/WindowRequests.hpp"
+
+namespace quillo::x11 {
+namespace {
+
+constexpr std::int32_t ordinaryLayer = 0;
+constexpr std::int32_t furnitureLayer = 20;
+
+SpaceID spaceOf(std::uint32_t desktop) {
+    return SpaceID{desktop} + 1;
+}
+
+std::vector<SpaceID> spacesOf(const WindowReading& window, std::uint32_t desktopCount) {
+    if (!window.desktop) return {};
+    if (*window.desktop != everyDesktop) return {spaceOf(*window.desktop)};
+    std::vector<SpaceID> all;
+    for (std::uint32_t desktop = 0; desktop < desktopCount; ++desktop) all.push_back(spaceOf(desktop));
+    return all;
+}
+
+Result<void> resultOf(std::int32_t code) {
+    switch (code) {
+        case codeDone:
+            return {};
+        case codeGone:
+            return fail(ErrorKind::notFound, "the window is gone", code);
+        case codeNoConnection:
+            return fail(ErrorKind::unavailable, "the X server has gone away", code);
+        default:
+            return fail(ErrorKind::refused, "the X server refused the request", code);
+    }
+}
+
+}  // namespace
+
+std::vector<WindowListEntry> X11WindowServer::windowList() {
+    const auto& reading = view_.reading();
+    std::unordered_map<xcb_window_t, ProcessID> owners;
+    for (const auto& application : view_.applications()) {
+        for (const auto index : application.windows) {
+            owners[reading.windows[index].window] = application.running.pid;
+        }
+    }
+    std::unordered_map<xcb_window_t, const WindowReading*> known;
+    for (const auto& window : reading.windows) known[window.window] = &window;
+    std::vector<WindowListEntry> list;
+    for (const auto number : reading.frontToBack) {
+        const auto window = known.find(number);
+        if (window == known.end() || window->second->type == WindowType::desktop) continue;
+        const auto owner = owners.find(number);
+        list.push_back({.ownerPid = owner == owners.end() ? 0 : owner->second,
+                        .layer = window->second->isListed() ? ordinaryLayer : furnitureLayer,
+                        .number = number,
+                        .bounds = window->second->frame()});
+    }
+    return list;
+}
+
+std::vector<DisplaySpaces> X11WindowServer::displaySpaces() {
+    std::vector<Space> spaces;
+    for (std::uint32_t desktop = 0; desktop < view_.reading().desktopCount; ++desktop) {
+        spaces.push_back({.id = spaceOf(desktop), .kind = SpaceKind::standard, .uuid = std::nullopt});
+    }
+    std::vector<DisplaySpaces> displays;
+    if (spaces.empty()) return displays;
+    for (const auto& screen : screens_.screens()) displays.push_back({Displays::identifier(screen), spaces});
+    return displays;
+}
+
+std::vector<WindowFacts> X11WindowServer::facts(std::span<const WindowNumber> numbers) {
+    const auto& reading = view_.reading();
+    std::unordered_map<WindowNumber, const WindowReading*> known;
+    for (const auto& window : reading.windows) known[window.window] = &window;
+    std::vector<WindowFacts> all;
+    all.reserve(numbers.size());
+    for (const auto number : numbers) {
+        const auto window = known.find(number);
+        if (window == known.end()) {
+            all.emplace_back();
+            continue;
+        }
+        const auto& read = *window->second;
+        all.push_back({.spaces = spacesOf(read, reading.desktopCount),
+                       .isStandard = read.type == WindowType::normal,
+                       .isFullscreen = read.fullscreen});
+    }
+    return all;
+}
+
+Capability X11WindowServer::spaces() {
+    if (view_.reading().desktopCount > 0) return Capability::available();
+    return Capability::unavailable("The window manager does not tell of any desktops.");
+}
+
+Capability X11WindowServer::desktopCreation() {
+    return spaces();
+}
+
+bool X11WindowServer::isAnimating(std::string_view) {
+    return false;
+}
+
+Result<void> X11WindowServer::moveWindow(WindowNumber number, SpaceID space) {
+    if (space < 1 || space > view_.reading().desktopCount) {
+        return fail(ErrorKind::invalidArgument, "there is no desktop " + std::to_string(space));
+    }
+    return resultOf(WindowRequests(view_).moveToDesktop(number, static_cast<std::uint32_t>(space - 1)));
+}
+
+Result<void> X11WindowServer::createDesktop(std::string_view) {
+    const auto count = view_.reading().desktopCount;
+    if (count == 0) return fail(ErrorKind::unavailable, spaces().reason());
+    return resultOf(WindowRequests(view_).setDesktopCount(count + 1));
+}
+
+}  // namespace quillo::x11

@@ -1,0 +1,31 @@
+// Windows and desktops as the window manager tells of them. EWMH has one list of desktops for all displays; a
+// desktop's space is its number plus one.
+#pragma once
+#include "WindowEngine/services/Screens.hpp"
+#include "WindowEngine/services/WindowServer.hpp"
+#include "platform/x11/DesktopView.hpp"
+
+namespace quillo::x11 {
+
+class X11WindowServer final : public WindowServer {
+  public:
+    X11WindowServer(DesktopView& view, Screens& screens) : view_(view), screens_(screens) {}
+
+    std::vector<WindowListEntry> windowList() override;
+    std::vector<DisplaySpaces> displaySpaces() override;
+    std::vector<WindowFacts> facts(std::span<const WindowNumber> numbers) override;
+    Capability spaces() override;
+    Capability desktopCreation() override;
+    bool isAnimating(std::string_view displayID) override;
+    Result<void> moveWindow(WindowNumber number, SpaceID space) override;
+    bool createsDesktopsDirectly() override { return true; }
+    Result<void> createDesktop(std::string_view displayID) override;
+    bool openOverview() override { return false; }  // desktops are created directly
+    void closeOverview() override {}
+
+  private:
+    DesktopView& view_;
+    Screens& screens_;
+};
+
+}  // namespace quillo::x11
