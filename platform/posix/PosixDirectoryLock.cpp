@@ -15,8 +15,6 @@ namespace {
 using Path = FileSystem::Path;
 using namespace std::chrono_literals;
 
-constexpr auto patience = 5s;
-
 class HeldLock final : public DirectoryLock {
   public:
     explicit HeldLock(Descriptor descriptor) : descriptor_(std::move(descriptor)) {}
@@ -29,7 +27,7 @@ enum class Attempt { held, unsupported, failed };
 
 // Holders keep the lock for some milliseconds, so asking again is cheaper than a thread that could be
 // woken; flock itself has no time limit.
-Attempt acquire(int descriptor) {
+Attempt acquire(int descriptor, std::chrono::milliseconds patience) {
     const auto deadline = std::chrono::steady_clock::now() + patience;
     for (auto pause = 1ms;; pause = std::min(pause * 2, 20ms)) {
         if (retried([&] { return ::flock(descriptor, LOCK_EX | LOCK_NB); }) == 0) return Attempt::held;
@@ -54,11 +52,11 @@ Descriptor openLockFile(const Path& directory) {
 Result<std::unique_ptr<DirectoryLock>> PosixFileSystem::lock(const Path& directory) {
     Descriptor opened(retried([&] { return ::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
     if (!opened) return fileError("lock", directory);
-    Attempt attempt = acquire(opened.get());
+    Attempt attempt = acquire(opened.get(), lockPatience_);
     if (attempt == Attempt::unsupported) {
         opened = openLockFile(directory);
         if (!opened) return fileError("lock", directory);
-        attempt = acquire(opened.get());
+        attempt = acquire(opened.get(), lockPatience_);
     }
     if (attempt == Attempt::held) return std::make_unique<HeldLock>(std::move(opened));
     if (errno != EWOULDBLOCK) return fileError("lock", directory);

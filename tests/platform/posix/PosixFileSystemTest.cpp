@@ -1,0 +1,165 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+#include "platform/posix/PosixFileSystem.hpp"
+#include "tests/TemporaryDirectory.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace std::chrono_literals;
+using Names = std::set<std::string>;
+
+class PosixFileSystemTest : public ::testing::Test {
+  protected:
+    ErrorKind kindOf(const auto& result) {
+        EXPECT_FALSE(result.has_value());
+        return result ? ErrorKind::invalidArgument : result.error().kind;
+    }
+    mode_t modeOf(const std::string& name) {
+        struct stat status{};
+        EXPECT_EQ(::lstat((directory / name).c_str(), &status), 0);
+        return status.st_mode & 07777;
+    }
+
+    TemporaryDirectory directory;
+    PosixFileSystem files;
+};
+
+TEST_F(PosixFileSystemTest, WritesReadsAndCopiesForTheOwnerOnly) {
+    const ::mode_t before = ::umask(0);
+    std::string bytes("a\0b\xff", 4);
+    bytes.append(200'000, 'x');
+    ASSERT_TRUE(files.createDirectories(directory / "one/two"));
+    ASSERT_TRUE(files.createDirectories(directory / "one/two/"));  // there already
+    ASSERT_TRUE(files.createFile(directory / "one/two/a", bytes));
+    ASSERT_TRUE(files.copy(directory / "one/two/a", directory / "b"));
+    ::umask(before);
+    EXPECT_EQ(files.read(directory / "b"), bytes);
+    EXPECT_EQ(modeOf("one"), 0700u);
+    EXPECT_EQ(modeOf("one/two"), 0700u);
+    EXPECT_EQ(modeOf("one/two/a"), 0600u);
+    EXPECT_EQ(modeOf("b"), 0600u);
+    EXPECT_TRUE(files.syncDirectory(directory.path()));
+    EXPECT_EQ(files.read("/proc/self/cmdline").has_value(), true);  // says it is empty and is not
+    EXPECT_FALSE(files.read("/proc/self/cmdline")->empty());
+}
+
+TEST_F(PosixFileSystemTest, CreatingNeverReplacesAndRenamingDoes) {
+    directory.write("a", "old");
+    EXPECT_FALSE(files.createFile(directory / "a", "new"));
+    EXPECT_FALSE(files.copy(directory / "a", directory / "a"));
+    EXPECT_EQ(directory.read("a"), "old");
+    ASSERT_TRUE(files.createFile(directory / "b", "new"));
+    ASSERT_TRUE(files.rename(directory / "b", directory / "a"));
+    EXPECT_EQ(directory.read("a"), "new");
+    EXPECT_EQ(directory.names(), Names{"a"});
+    EXPECT_EQ(kindOf(files.rename(directory / "b", directory / "a")), ErrorKind::notFound);
+}
+
+TEST_F(PosixFileSystemTest, FollowsNoLinkAndReadsNothingButRegularFiles) {
+    directory.write("target", "secret");
+    ASSERT_EQ(::symlink("target", (directory / "link").c_str()), 0);
+    ASSERT_EQ(::symlink("nowhere", (directory / "dangling").c_str()), 0);
+    ASSERT_EQ(::mkfifo((directory / "pipe").c_str(), 0600), 0);
+    for (const char* name : {"link", "dangling", "pipe", "."}) {
+        const auto read = files.read(directory / name);
+        ASSERT_FALSE(read) << name;
+        EXPECT_NE(read.error().text.find((directory / name).string()), std::string::npos);
+        EXPECT_FALSE(files.copy(directory / name, directory / "copy")) << name;
+        EXPECT_FALSE(files.createFile(directory / name, "x")) << name;
+    }
+    EXPECT_NE(files.read(directory / "link").error().text.find("symbolic link"), std::string::npos);
+    EXPECT_FALSE(files.exists(directory / "nowhere"));
+    EXPECT_FALSE(files.exists(directory / "copy"));
+    EXPECT_TRUE(files.exists(directory / "dangling"));
+    EXPECT_TRUE(files.remove(directory / "link"));  // the link itself
+    EXPECT_EQ(directory.read("target"), "secret");
+}
+
+TEST_F(PosixFileSystemTest, RemovesTreesWithoutLeavingThem) {
+    TemporaryDirectory outside;
+    outside.write("kept", "x");
+    ASSERT_TRUE(files.createDirectories(directory / "tree/deep"));
+    directory.write("tree/deep/file", "x");
+    ASSERT_EQ(::symlink(outside.path().c_str(), (directory / "tree/link").c_str()), 0);
+    EXPECT_TRUE(files.removeTree(directory / "tree"));
+    EXPECT_TRUE(files.removeTree(directory / "tree"));
+    EXPECT_EQ(directory.names(), Names{});
+    EXPECT_EQ(outside.names(), Names{"kept"});
+}
+
+TEST_F(PosixFileSystemTest, ListsEveryEntry) {
+    directory.write(".hidden", "");
+    directory.write("shown", "");
+    const auto names = files.list(directory.path()).value();
+    EXPECT_EQ(Names(names.begin(), names.end()), (Names{".hidden", "shown"}));
+    EXPECT_EQ(kindOf(files.list(directory / "missing")), ErrorKind::notFound);
+}
+
+TEST_F(PosixFileSystemTest, SaysWhatWentWrong) {
+    EXPECT_EQ(kindOf(files.read(directory / "missing")), ErrorKind::notFound);
+    EXPECT_EQ(kindOf(files.remove(directory / "missing")), ErrorKind::notFound);
+    EXPECT_EQ(kindOf(files.createFile(directory / "missing/a", "")), ErrorKind::notFound);
+    EXPECT_EQ(kindOf(files.createFile("/dev/full", "x")), ErrorKind::io);  // exists: never written to
+    EXPECT_EQ(files.read(directory / "missing").error().code, ENOENT);
+    directory.write("file", "");
+    EXPECT_EQ(kindOf(files.createDirectories(directory / "file/below")), ErrorKind::io);
+    ASSERT_EQ(::truncate((directory / "file").c_str(), (std::int64_t{256} << 20) + 1), 0);
+    EXPECT_EQ(files.read(directory / "file").error().code, EFBIG);
+    EXPECT_EQ(kindOf(files.createDirectories("/proc/quillo")), ErrorKind::notFound);
+}
+
+TEST_F(PosixFileSystemTest, TheLockExcludesOtherHoldersUntilItIsReleased) {
+    std::atomic<bool> released = false;
+    bool wasReleased = false;
+    auto held = files.lock(directory.path());
+    ASSERT_TRUE(held);
+    EXPECT_EQ(kindOf(PosixFileSystem(20ms).lock(directory.path())), ErrorKind::locked);
+    std::thread second([&] {
+        const auto lock = files.lock(directory.path());
+        wasReleased = lock.has_value() && released;
+    });
+    released = true;
+    held->reset();
+    second.join();
+    EXPECT_TRUE(wasReleased);
+    EXPECT_EQ(directory.names(), Names{});  // no lock file
+    EXPECT_EQ(kindOf(files.lock(directory / "missing")), ErrorKind::notFound);
+}
+
+TEST_F(PosixFileSystemTest, TheWatchReportsChangesUntilItIsDropped) {
+    std::mutex mutex;
+    std::condition_variable changed;
+    int changes = 0;
+    auto watch = files.watch(directory.path(), [&] {
+        const std::lock_guard lock(mutex);
+        ++changes;
+        changed.notify_all();
+    });
+    ASSERT_TRUE(watch);
+    const auto happens = [&](auto act) {
+        std::unique_lock lock(mutex);
+        const int before = changes;
+        act();
+        return changed.wait_for(lock, 5s, [&] { return changes > before; });
+    };
+    EXPECT_TRUE(happens([&] { ASSERT_TRUE(files.createFile(directory / "a", "x")); }));
+    EXPECT_TRUE(happens([&] { ASSERT_TRUE(files.rename(directory / "a", directory / "b")); }));
+    EXPECT_TRUE(happens([&] { ASSERT_TRUE(files.remove(directory / "b")); }));
+    watch->reset();  // joins its thread: `changes` is ours now
+    const int before = changes;
+    directory.write("c", "x");
+    EXPECT_EQ(changes, before);
+    EXPECT_EQ(kindOf(files.watch(directory / "missing", [] {})), ErrorKind::notFound);
+}
+
+}  // namespace
+}  // namespace quillo
