@@ -1,0 +1,142 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "WindowEngine/NativeTabs.hpp"
+#include "tests/WindowEngine/DesktopSamples.hpp"
+
+namespace quillo {
+namespace {
+
+using samples::window;
+using Windows = std::vector<WindowSnapshot>;
+
+constexpr const char* terminal = "com.apple.Terminal";
+constexpr Rect frame{10, 20, 300, 200};
+
+TEST(NativeTabs, FoldsAStackIntoItsFirstWindow) {
+    Windows windows{window(frame, "a"), window({0, 0, 300, 200}, "elsewhere"), window(frame, "b"),
+                    window(frame, "c")};
+    windows[2].documentURL = Url::parse("file:///tmp/b");
+    for (std::size_t i = 0; i < windows.size(); ++i) windows[i].index = static_cast<std::int64_t>(i);
+    for (const char* identifier : {"com.mitchellh.ghostty", terminal, "com.apple.finder"}) {
+        Windows expected{windows[0], windows[1]};
+        expected[0].tabs = {{{"a", {}}, {"b", windows[2].documentURL}, {"c", {}}}};
+        EXPECT_EQ(NativeTabs::collapse(windows, identifier), expected) << identifier;
+    }
+    const ApplicationSnapshot browser{"org.browser", "Browser", {}, windows, {}};
+    EXPECT_EQ(NativeTabs::collapse(browser), browser);
+}
+
+TEST(NativeTabs, KeepsApartWhatDiffersInAnyRespect) {
+    const std::vector<void (*)(WindowSnapshot&)> changes{
+        [](WindowSnapshot& w) { w.frame.x += 1; },
+        [](WindowSnapshot& w) { w.frame.height += 1; },
+        [](WindowSnapshot& w) { w.displayID = "D"; },
+        [](WindowSnapshot& w) { w.isMinimized = true; },
+        [](WindowSnapshot& w) { w.isFullscreen = true; },
+        [](WindowSnapshot& w) { w.subrole = "AXDialog"; },
+        [](WindowSnapshot& w) { w.desktop->uuid = "other"; },
+        [](WindowSnapshot& w) { w.desktop->index = 5; },
+    };
+    for (std::size_t i = 0; i < changes.size(); ++i) {
+        Windows windows{window(frame), window(frame)};
+        for (WindowSnapshot& w : windows) w.desktop = DesktopSnapshot{"D", 0, "uuid"};
+        changes[i](windows[1]);
+        EXPECT_EQ(NativeTabs::collapse(windows, terminal), windows) << "change " << i;
+    }
+}
+
+TEST(NativeTabs, KeepsTheTabsThatWindowsAlreadyCarry) {
+    Windows windows{window(frame, "one"), window(frame, "two"), window(frame, "three")};
+    windows[0].tabs = {{{"one", {}}, {"inner", {}}}};
+    windows[2].tabs = {{{"x", {}}, {"y", {}}}};
+    const Windows folded = NativeTabs::collapse(windows, "com.apple.finder");
+    ASSERT_EQ(folded.size(), 1u);
+    EXPECT_EQ(folded[0].tabs,
+              (std::vector<TabSnapshot>{{"one", {}}, {"inner", {}}, {"two", {}}, {"x", {}}, {"y", {}}}));
+}
+
+TEST(NativeTabs, AWindowTakesTheDesktopThatTheOthersInItsPlaceAgreeOn) {
+    const DesktopSnapshot first{"D", 0, {}}, second{"D", 1, {}};
+    Windows windows(3, window(frame));
+    windows[1].desktop = first;
+    windows[0].isMinimized = true;  // agreement is about the place alone
+    auto folded = NativeTabs::collapse(windows, terminal);
+    ASSERT_EQ(folded.size(), 2u);
+    EXPECT_EQ(folded[0].desktop, first);
+    EXPECT_EQ(folded[1].tabs->size(), 2u);
+
+    windows.push_back(window(frame));
+    windows[3].desktop = second;
+    folded = NativeTabs::collapse(windows, terminal);
+    ASSERT_EQ(folded.size(), 4u);
+    EXPECT_FALSE(folded[0].desktop || folded[2].desktop);
+}
+
+TEST(NativeTabs, ListsTheDocumentsOfTabs) {
+    const Url a = *Url::parse("file:///a"), b = *Url::parse("file:///b");
+    Windows windows(3);
+    windows[0].documentURL = a;
+    windows[1].tabs = {{{{}, b}, {"untitled", {}}, {{}, a}}};
+    windows[2].tabs = {{{{}, b}}};
+    EXPECT_EQ(NativeTabs::documents(windows), (std::vector{b, a, b}));
+}
+
+bool isStack(const WindowSnapshot& a, const WindowSnapshot& b) {
+    return a.frame == b.frame && a.displayID == b.displayID && a.isMinimized == b.isMinimized &&
+           a.isFullscreen == b.isFullscreen && a.subrole == b.subrole && a.desktop == b.desktop;
+}
+
+std::optional<DesktopSnapshot> plainInheritance(const Windows& windows, const WindowSnapshot& window) {
+    std::vector<DesktopSnapshot> desktops;
+    for (const WindowSnapshot& other : windows) {
+        if (other.frame == window.frame && other.desktop &&
+            std::ranges::find(desktops, *other.desktop) == desktops.end())
+            desktops.push_back(*other.desktop);
+    }
+    return desktops.size() == 1 ? std::optional(desktops[0]) : std::nullopt;
+}
+
+// Every window against every other one.
+Windows plainCollapse(const Windows& windows) {
+    Windows result;
+    for (WindowSnapshot w : windows) {
+        if (!w.desktop) w.desktop = plainInheritance(windows, w);
+        const auto first = std::ranges::find_if(result, [&](const auto& e) { return isStack(e, w); });
+        if (first == result.end()) {
+            result.push_back(w);
+            continue;
+        }
+        if (!first->tabs) first->tabs = {{first->title, first->documentURL}};
+        const auto tabs = w.tabs.value_or(std::vector<TabSnapshot>{{w.title, w.documentURL}});
+        first->tabs->insert(first->tabs->end(), tabs.begin(), tabs.end());
+    }
+    return result;
+}
+
+WindowSnapshot someWindow(samples::Random& random) {
+    WindowSnapshot w = window({0.0, random.flip() ? 0.0 : -0.0, 100.0 + random.below(2), 50},
+                              random.maybe<std::string>("title"));
+    w.displayID = random.maybe<std::string>("D");
+    if (random.below(3) == 0)
+        w.desktop = DesktopSnapshot{"D", random.below(2), random.maybe<std::string>("u")};
+    w.isMinimized = random.below(5) == 0;
+    w.subrole = random.maybe<std::string>("AXStandardWindow");
+    if (random.below(4) == 0) w.tabs.emplace(static_cast<std::size_t>(random.below(3)));
+    return w;
+}
+
+TEST(NativeTabs, FoldsLikeThePlainRulesAndOnlyOnce) {
+    for (unsigned seed = 0; seed < 500; ++seed) {
+        samples::Random random(seed);
+        Windows windows;
+        for (int count = random.below(20); count > 0; --count) windows.push_back(someWindow(random));
+        const Windows folded = NativeTabs::collapse(windows, terminal);
+        EXPECT_EQ(folded, plainCollapse(windows)) << "seed " << seed;
+        EXPECT_EQ(NativeTabs::collapse(folded, terminal), folded) << "seed " << seed;
+    }
+}
+
+}  // namespace
+}  // namespace quillo
