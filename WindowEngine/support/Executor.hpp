@@ -125,6 +125,7 @@ class Executor {
 
     /// Lets timers that are due join the ready queue and runs the next turn; false when there is none.
     bool runTurn();
+    void collectDueTimers() noexcept;
     /// TimePoint::max() when there is no timer.
     TimePoint nextTimer() const noexcept { return timers_.empty() ? TimePoint::max() : timers_.earliest(); }
     ReadyQueue& ready() noexcept { return ready_; }
@@ -135,8 +136,6 @@ class Executor {
     friend class OutsideWork;
     struct PostedFunction;
     struct TimedFunction;
-
-    void collectDueTimers() noexcept;
 
     ReadyQueue ready_;
     TimerQueue timers_;

@@ -7,7 +7,7 @@ namespace quillo {
 bool Loop::runUntil(const Condition& condition, Duration limit) {
     const TimePoint deadline = timeAfter(limit);
     while (!condition())
-        if (!runTurn() && !rest(deadline)) return false;
+        if (!advance(deadline)) return false;
     return true;
 }
 
@@ -34,8 +34,7 @@ bool VirtualExecutor::rest(TimePoint deadline) {
 
 void LoopExecutor::run() {
     stopped_ = false;
-    while (!stopped_)
-        if (!runTurn()) rest(TimePoint::max());
+    while (!stopped_) advance(TimePoint::max());
 }
 
 void LoopExecutor::stop() {

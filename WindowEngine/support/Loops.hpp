@@ -19,8 +19,9 @@ class Loop : public Executor {
     bool shutDown(Duration limit);
 
   protected:
-    /// Waits until a turn is ready or a timer is due; false when `deadline` comes before or nothing can come.
-    virtual bool rest(TimePoint deadline) = 0;
+    /// Runs one turn, or waits until one is ready or a timer is due; false when `deadline` comes before that
+    /// or nothing can come.
+    virtual bool advance(TimePoint deadline) = 0;
 };
 
 /// A clock that stands still while anything is ready and then jumps to the next timer, so that fifteen
@@ -48,7 +49,8 @@ class VirtualExecutor final : public Loop {
   private:
     static constexpr Instant wallStart{std::chrono::seconds{1741944413}};  // 2025-03-14T09:26:53Z
 
-    bool rest(TimePoint deadline) override;
+    bool advance(TimePoint deadline) override { return runTurn() || rest(deadline); }
+    bool rest(TimePoint deadline);
 
     TimePoint now_{};
 };
@@ -67,7 +69,8 @@ class LoopExecutor final : public Loop {
     void stop();
 
   private:
-    bool rest(TimePoint deadline) override;
+    bool advance(TimePoint deadline) override { return runTurn() || rest(deadline); }
+    bool rest(TimePoint deadline);
 
     bool stopped_ = false;
 };

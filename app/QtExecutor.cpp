@@ -1,0 +1,69 @@
+#include "app/QtExecutor.hpp"
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <algorithm>
+
+namespace quillo {
+namespace {
+
+QEvent::Type wakeType() {
+    static const auto type = static_cast<QEvent::Type>(QEvent::registerEventType());
+    return type;
+}
+
+int millisecondsUntil(TimePoint time, TimePoint now) {
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(time - now).count();
+    return static_cast<int>(std::clamp<decltype(left)>(left, 0, 24 * 60 * 60 * 1000));
+}
+
+}  // namespace
+
+void QtExecutor::wake() noexcept {
+    if (!woken_.exchange(true)) QCoreApplication::postEvent(this, new QEvent(wakeType()));
+}
+
+bool QtExecutor::event(QEvent* event) {
+    if (event->type() == wakeType()) {
+        woken_ = false;
+    } else if (event->type() == QEvent::Timer) {
+        timer_.stop();  // Qt's timers repeat, and may have fired early: armTimer() asks again
+        armedFor_ = TimePoint::max();
+    } else {
+        return QObject::event(event);
+    }
+    dispatch();
+    return true;
+}
+
+void QtExecutor::dispatch() {
+    collectDueTimers();
+    armTimer();
+    // Before the turns run: one of them may open a nested loop, which must find an event to go on with.
+    if (!ready().empty()) wake();
+    for (int turns = 0; turns < turnsAtOnce_ && runTurn(); ++turns) {
+    }
+}
+
+void QtExecutor::armTimer() {
+    const TimePoint next = nextTimer();
+    if (next == armedFor_) return;
+    armedFor_ = next;
+    if (next == TimePoint::max()) {
+        timer_.stop();
+    } else {
+        timer_.start(millisecondsUntil(next, now()), Qt::PreciseTimer, this);
+    }
+}
+
+bool QtExecutor::advance(TimePoint deadline) {
+    if (now() >= deadline) return false;
+    QBasicTimer limit;
+    if (deadline != TimePoint::max()) limit.start(millisecondsUntil(deadline, now()), Qt::PreciseTimer, this);
+    const int turnsAtOnce = std::exchange(turnsAtOnce_, 1);
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    turnsAtOnce_ = turnsAtOnce;
+    return true;
+}
+
+}  // namespace quillo
