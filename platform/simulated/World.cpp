@@ -21,7 +21,7 @@ World::World(VirtualExecutor& executor, Scene scene, std::uint64_t seed)
     : executor_(executor), started_(executor.now()), trusted_(scene.trusted), random_(seed) {
     for (SceneDisplay& display : scene.displays) plug(std::move(display));
     for (SceneApplication& application : scene.applications)
-        applications_.push_back({.scene = std::move(application)});
+        applications_.emplace_back().scene = std::move(application);
     for (Fault& fault : scene.faults) add(std::move(fault));
     for (Application& application : applications_) {
         if (!application.scene.running) continue;
