@@ -3,6 +3,8 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 
+#include "ctl/HumanText.hpp"
+
 namespace quillo::ctl {
 namespace {
 
@@ -54,6 +56,32 @@ void addGlobalOptions(CLI::App& app, Arguments& arguments) {
     app.set_version_flag("--version", version, "print the version");
 }
 
+void addDesktopCommands(CommandSet& commands) {
+    Arguments& arguments = commands.arguments();
+    commands.group = "The desktop as it is";
+    commands.add("doctor", "what works on this machine and, where something does not, why", doctor);
+    commands.add("windows", "the windows that a save would record", showWindows);
+    commands.add("displays", "the attached displays", showDisplays);
+
+    commands.group = "Saving and restoring";
+    CLI::App* save =
+        commands.add("save", "save what is open as a new workspace, or renew one", saveWorkspace);
+    CLI::Option* name =
+        save->add_option("NAME", arguments.name, "the new workspace's name; numbered when taken");
+    save->add_option("--update", arguments.update, "renew the workspace W, which keeps its name and look")
+        ->type_name("W")
+        ->excludes(name);
+    commands.addForWorkspace("plan", "what a restore would do, window by window, and why; changes nothing",
+                             planRestore);
+    CLI::App* restore = commands.addForWorkspace(
+        "restore", "bring a workspace back; one line for each thing done", restoreWorkspace);
+    restore
+        ->add_option("--only", arguments.only,
+                     "only this application, by name or identifier; may be repeated")
+        ->type_name("APP")
+        ->allow_extra_args(false);
+}
+
 void addLibraryCommands(CommandSet& commands) {
     Arguments& arguments = commands.arguments();
     commands.group = "The saved workspaces";
@@ -79,6 +107,14 @@ void addLibraryCommands(CommandSet& commands) {
             "the file to read");
 }
 
+/// What is wrong with the line, in our words where the library's would not name the culprit.
+std::string complaint(const CLI::App& app, const CLI::ParseError& error) {
+    const std::vector<std::string> unknown = app.remaining();
+    if (!app.get_subcommands().empty()) return error.what();
+    if (unknown.empty()) return "a command is required";
+    return "there is no command or option " + printable(unknown.front());
+}
+
 }  // namespace
 
 std::expected<Invocation, Exit> parseCommandLine(int argumentCount, const char* const* arguments) {
@@ -89,6 +125,7 @@ std::expected<Invocation, Exit> parseCommandLine(int argumentCount, const char* 
     app.footer(closing);
     addGlobalOptions(app, invocation.arguments);
     CommandSet commands(app, invocation);
+    addDesktopCommands(commands);
     addLibraryCommands(commands);
     try {
         app.parse(argumentCount, arguments);
@@ -97,7 +134,7 @@ std::expected<Invocation, Exit> parseCommandLine(int argumentCount, const char* 
             app.exit(error, std::cout, std::cerr);
             return std::unexpected(Exit::done);
         }
-        std::cerr << "quilloctl: " << error.what() << "\nSee quilloctl --help or quilloctl COMMAND --help.\n";
+        std::cerr << "quilloctl: " << complaint(app, error) << "\nSee quilloctl --help.\n";
         return std::unexpected(Exit::usage);
     }
     return invocation;

@@ -4,6 +4,8 @@
 #include <csignal>
 
 #include "ctl/CommandLine.hpp"
+#include "ctl/DesktopLayers.hpp"
+#include "platform/posix/FileLog.hpp"
 #include "platform/posix/PosixFileSystem.hpp"
 #include "platform/posix/StandardDirectories.hpp"
 
@@ -11,6 +13,14 @@ namespace quillo::ctl {
 namespace {
 
 constexpr std::string_view simulatedPrefix = "simulated:";
+
+Result<std::unique_ptr<Desktop>> openDesktop(const Arguments& arguments, SystemLog& log) {
+    const std::string& choice = arguments.desktop;
+    if (choice.starts_with(simulatedPrefix)) {
+        return fail(ErrorKind::unavailable, "this build has no simulated desktop");
+    }
+    return openX11Desktop(log);
+}
 
 /// What --desktop may say, before anything is opened.
 std::optional<Failure> wrongDesktop(const Arguments& arguments) {
@@ -32,6 +42,7 @@ CommandResult runCommand(const Invocation& invocation, Output& output) {
     if (!directories) return failure(directories.error().text);
 
     PosixFileSystem files;
+    FileLog log(directories->state / "quillo.log");
     const std::filesystem::path data = arguments.dataDirectory.empty()
                                            ? directories->data
                                            : std::filesystem::absolute(arguments.dataDirectory);
@@ -41,7 +52,7 @@ CommandResult runCommand(const Invocation& invocation, Output& output) {
                     .store = store,
                     .dataDirectory = data,
                     .logFile = directories->state / "quillo.log",
-                    .openDesktop = {}};
+                    .openDesktop = [&] { return openDesktop(arguments, log); }};
     return invocation.command(session, arguments);
 }
 

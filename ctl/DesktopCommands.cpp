@@ -1,0 +1,164 @@
+// doctor, windows, displays, save: the desktop as it is now.
+#include <fmt/format.h>
+
+#include <random>
+
+#include "WindowEngine/Capture.hpp"
+#include "WindowEngine/Displays.hpp"
+#include "WindowEngine/ImportedWorkspace.hpp"
+#include "ctl/Commands.hpp"
+#include "ctl/HumanText.hpp"
+#include "ctl/SnapshotText.hpp"
+
+namespace quillo::ctl {
+namespace {
+
+constexpr std::string_view defaultIcon = "square.stack.3d.up";
+
+/// What a save leaves out. The person's own exclusions and integrations join here once there are settings.
+Capture::Options captureOptions() {
+    return {};
+}
+
+std::string randomColor() {
+    std::random_device source;
+    std::uniform_int_distribution<std::size_t> position(0, Workspace::colors.size() - 1);
+    return std::string(Workspace::colors[position(source)]);
+}
+
+Expected<WorkspaceSnapshot> captureDesktop(Session& session) {
+    Expected<std::unique_ptr<Desktop>> desktop = openTrustedDesktop(session);
+    if (!desktop) return std::unexpected(desktop.error());
+    std::optional<WorkspaceSnapshot> snapshot =
+        run(**desktop, Capture::snapshot((*desktop)->access(), captureOptions()));
+    if (!snapshot) return failure("cancelled", Exit::cancelled);
+    return *std::move(snapshot);
+}
+
+CommandResult store(Session& session, std::string_view verb, const Workspace& workspace) {
+    if (const Result<void> saved = session.store.save(workspace); !saved) {
+        return couldNot("save " + printable(workspace.name), saved.error());
+    }
+    for (const std::string& note : workspace.snapshot.notes.value_or(std::vector<std::string>{})) {
+        session.output.complain(printable(note));
+    }
+    return reportSaved(
+        session,
+        fmt::format(
+            "{} {} of {} as", verb, counted(workspace.snapshot.windowCount(), "window"),
+            counted(static_cast<std::int64_t>(workspace.snapshot.applications.size()), "application")),
+        workspace);
+}
+
+CommandResult saveNew(Session& session, std::string_view nameArgument) {
+    const Expected<std::string> name = workspaceName("NAME", nameArgument);
+    if (!name) return std::unexpected(name.error());
+    Expected<WorkspaceSnapshot> snapshot = captureDesktop(session);
+    if (!snapshot) return std::unexpected(snapshot.error());
+    return store(session, "Saved",
+                 Workspace::create(Uuid::random(), uniqueName(*name, scan(session)), std::string(defaultIcon),
+                                   randomColor(), *std::move(snapshot), now()));
+}
+
+CommandResult renew(Session& session, std::string_view which) {
+    Expected<Workspace> workspace = find(session, which);
+    if (!workspace) return std::unexpected(workspace.error());
+    Expected<WorkspaceSnapshot> snapshot = captureDesktop(session);
+    if (!snapshot) return std::unexpected(snapshot.error());
+    workspace->snapshot = *std::move(snapshot);
+    workspace->updatedAt = now();
+    return store(session, "Renewed with", *workspace);
+}
+
+/// One line of the doctor's report.
+class Examination {
+  public:
+    explicit Examination(Output& output) : output_(output) {}
+
+    void can(std::string_view what, const Capability& capability) {
+        if (output_.json()) {
+            JsonLine line;
+            line.add("check", what).add("available", static_cast<bool>(capability));
+            if (!capability) line.add("reason", capability.reason());
+            output_.value(std::move(line));
+            return;
+        }
+        print(what, capability ? output_.painted(Style::good, "yes")
+                               : output_.painted(Style::bad, "no") + "  " + printable(capability.reason()));
+    }
+    void tell(std::string_view what, const std::string& value) {
+        if (output_.json()) {
+            JsonLine line;
+            line.add("check", what).add("value", value);
+            output_.value(std::move(line));
+        } else {
+            print(what, printable(value));
+        }
+    }
+
+  private:
+    void print(std::string_view what, std::string_view value) {
+        output_.line(padded(what, 22) + std::string(value));
+    }
+    Output& output_;
+};
+
+void examineDesktop(Examination& examination, Desktop& desktop) {
+    const Platform& platform = desktop.access().platform;
+    examination.tell("desktop", desktop.description());
+    examination.can("window access", platform.accessibility.access());
+    examination.can("reading desktops", platform.windowServer.spaces());
+    examination.can("creating desktops", platform.windowServer.desktopCreation());
+    examination.can("hiding applications", platform.applications.hiding());
+    examination.can("quitting applications", platform.applications.quitting());
+    examination.can("scripting", platform.scripts.scripting());
+    examination.tell("displays", std::to_string(Displays::current(platform.screens).size()));
+}
+
+void examineStore(Examination& examination, Session& session) {
+    const WorkspaceScanResult library = session.store.scan();
+    examination.tell("data directory", session.dataDirectory.string());
+    examination.tell("workspaces", std::to_string(library.workspaces.size()));
+    examination.tell("damaged files", std::to_string(library.issues.size()));
+    examination.tell("log", session.logFile.string());
+}
+
+}  // namespace
+
+CommandResult doctor(Session& session, const Arguments&) {
+    Examination examination(session.output);
+    const Expected<std::unique_ptr<Desktop>> desktop = openDesktop(session);
+    if (desktop) {
+        examineDesktop(examination, **desktop);
+    } else {
+        examination.can("window access", Capability::unavailable(desktop.error().text));
+    }
+    examineStore(examination, session);
+    const bool trusted = desktop && (*desktop)->access().platform.accessibility.trusted();
+    return trusted ? Exit::done : Exit::permission;
+}
+
+CommandResult showWindows(Session& session, const Arguments&) {
+    const Expected<WorkspaceSnapshot> snapshot = captureDesktop(session);
+    if (!snapshot) return std::unexpected(snapshot.error());
+    if (snapshot->windowCount() == 0 && !session.output.json()) session.output.line("No windows.");
+    printWindows(session.output, *snapshot);
+    return Exit::done;
+}
+
+CommandResult showDisplays(Session& session, const Arguments&) {
+    const Expected<std::unique_ptr<Desktop>> desktop = openDesktop(session);
+    if (!desktop) return std::unexpected(desktop.error());
+    const auto displays = Displays::current((*desktop)->access().platform.screens);
+    if (displays.empty() && !session.output.json()) session.output.line("No display is attached.");
+    printDisplays(session.output, displays);
+    return Exit::done;
+}
+
+CommandResult saveWorkspace(Session& session, const Arguments& arguments) {
+    if (arguments.update) return renew(session, *arguments.update);
+    if (arguments.name) return saveNew(session, *arguments.name);
+    return failure("save: give the new workspace's NAME, or --update W to renew one", Exit::usage);
+}
+
+}  // namespace quillo::ctl

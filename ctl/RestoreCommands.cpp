@@ -1,0 +1,89 @@
+// plan, restore: bringing a workspace back.
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "WindowEngine/Restore.hpp"
+#include "WindowEngine/support/Text.hpp"
+#include "ctl/Commands.hpp"
+#include "ctl/HumanText.hpp"
+#include "ctl/PlanText.hpp"
+#include "ctl/RestorePrinter.hpp"
+
+namespace quillo::ctl {
+namespace {
+
+bool isNamed(const ApplicationSnapshot& application, std::string_view which) {
+    return text::equalIgnoringCase(application.name, which) ||
+           text::equalIgnoringCase(application.bundleIdentifier, which);
+}
+
+/// Leaves only the applications that --only names.
+Expected<void> keepOnly(Workspace& workspace, const std::vector<std::string>& only) {
+    if (only.empty()) return {};
+    std::vector<ApplicationSnapshot>& applications = workspace.snapshot.applications;
+    for (const std::string& which : only) {
+        const auto named = [&which](const ApplicationSnapshot& application) {
+            return isNamed(application, which);
+        };
+        if (std::ranges::none_of(applications, named)) {
+            return failure(fmt::format("--only: {} holds no application {}", printable(workspace.name),
+                                       printable(which)));
+        }
+    }
+    std::erase_if(applications, [&only](const ApplicationSnapshot& application) {
+        return std::ranges::none_of(only,
+                                    [&](const std::string& which) { return isNamed(application, which); });
+    });
+    return {};
+}
+
+Exit exitFor(const RestoreReport& report) {
+    if (report.cancelled) return Exit::cancelled;
+    const RestoreReport::Totals totals = report.totals();
+    return totals.failed == 0 && totals.skipped == 0 ? Exit::done : Exit::partly;
+}
+
+/// A workspace of which only some applications were asked for has not been restored: its time stays.
+bool noteRestored(Session& session, const Uuid& id) {
+    const Result<bool> updated = session.store.updateLastRestored(id, now());
+    if (updated && *updated) return true;
+    session.output.complain("Restored, but couldn't update last-used time");
+    return false;
+}
+
+}  // namespace
+
+CommandResult planRestore(Session& session, const Arguments& arguments) {
+    const Expected<Workspace> workspace = find(session, arguments.workspace);
+    if (!workspace) return std::unexpected(workspace.error());
+    const Expected<std::unique_ptr<Desktop>> desktop = openTrustedDesktop(session);
+    if (!desktop) return std::unexpected(desktop.error());
+    printPlan(session.output, (*desktop)->access(), workspace->snapshot);
+    return Exit::done;
+}
+
+CommandResult restoreWorkspace(Session& session, const Arguments& arguments) {
+    Expected<Workspace> workspace = find(session, arguments.workspace);
+    if (!workspace) return std::unexpected(workspace.error());
+    if (const Expected<void> kept = keepOnly(*workspace, arguments.only); !kept) {
+        return std::unexpected(kept.error());
+    }
+    const Expected<std::unique_ptr<Desktop>> desktop = openTrustedDesktop(session);
+    if (!desktop) return std::unexpected(desktop.error());
+
+    RestorePrinter printer(session.output, *workspace);
+    printer.begin();
+    const std::optional<RestoreReport> report =
+        run(**desktop, Restore::run((*desktop)->access(), *workspace, Restore::Options{},
+                                    [&printer](const RestoreReport::Item& item) { printer.item(item); }));
+    const Result<void> kept = (*desktop)->keepChanges();
+    if (!report) return failure("cancelled", Exit::cancelled);
+    printer.end(*report);
+    if (!kept) return failure(printable(kept.error().text));
+    const Exit exit = exitFor(*report);
+    if (report->cancelled || !arguments.only.empty()) return exit;
+    return noteRestored(session, workspace->id) ? exit : Exit::partly;
+}
+
+}  // namespace quillo::ctl
