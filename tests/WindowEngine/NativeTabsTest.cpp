@@ -28,52 +28,6 @@ TEST(NativeTabs, FoldsAStackIntoItsFirstWindow) {
     EXPECT_EQ(NativeTabs::collapse(browser), browser);
 }
 
-TEST(NativeTabs, KeepsApartWhatDiffersInAnyRespect) {
-    const std::vector<void (*)(WindowSnapshot&)> changes{
-        [](WindowSnapshot& w) { w.frame.x += 1; },
-        [](WindowSnapshot& w) { w.frame.height += 1; },
-        [](WindowSnapshot& w) { w.displayID = "D"; },
-        [](WindowSnapshot& w) { w.isMinimized = true; },
-        [](WindowSnapshot& w) { w.isFullscreen = true; },
-        [](WindowSnapshot& w) { w.subrole = "AXDialog"; },
-        [](WindowSnapshot& w) { w.desktop->uuid = "other"; },
-        [](WindowSnapshot& w) { w.desktop->index = 5; },
-    };
-    for (std::size_t i = 0; i < changes.size(); ++i) {
-        Windows windows{window(frame), window(frame)};
-        for (WindowSnapshot& w : windows) w.desktop = DesktopSnapshot{"D", 0, "uuid"};
-        changes[i](windows[1]);
-        EXPECT_EQ(NativeTabs::collapse(windows, terminal), windows) << "change " << i;
-    }
-}
-
-TEST(NativeTabs, KeepsTheTabsThatWindowsAlreadyCarry) {
-    Windows windows{window(frame, "one"), window(frame, "two"), window(frame, "three")};
-    windows[0].tabs = {{{"one", {}}, {"inner", {}}}};
-    windows[2].tabs = {{{"x", {}}, {"y", {}}}};
-    const Windows folded = NativeTabs::collapse(windows, "com.apple.finder");
-    ASSERT_EQ(folded.size(), 1u);
-    EXPECT_EQ(folded[0].tabs,
-              (std::vector<TabSnapshot>{{"one", {}}, {"inner", {}}, {"two", {}}, {"x", {}}, {"y", {}}}));
-}
-
-TEST(NativeTabs, AWindowTakesTheDesktopThatTheOthersInItsPlaceAgreeOn) {
-    const DesktopSnapshot first{"D", 0, {}}, second{"D", 1, {}};
-    Windows windows(3, window(frame));
-    windows[1].desktop = first;
-    windows[0].isMinimized = true;  // agreement is about the place alone
-    auto folded = NativeTabs::collapse(windows, terminal);
-    ASSERT_EQ(folded.size(), 2u);
-    EXPECT_EQ(folded[0].desktop, first);
-    EXPECT_EQ(folded[1].tabs->size(), 2u);
-
-    windows.push_back(window(frame));
-    windows[3].desktop = second;
-    folded = NativeTabs::collapse(windows, terminal);
-    ASSERT_EQ(folded.size(), 4u);
-    EXPECT_FALSE(folded[0].desktop || folded[2].desktop);
-}
-
 TEST(NativeTabs, ListsTheDocumentsOfTabs) {
     const Url a = *Url::parse("file:///a"), b = *Url::parse("file:///b");
     Windows windows(3);
@@ -122,6 +76,7 @@ WindowSnapshot someWindow(samples::Random& random) {
     if (random.below(3) == 0)
         w.desktop = DesktopSnapshot{"D", random.below(2), random.maybe<std::string>("u")};
     w.isMinimized = random.below(5) == 0;
+    w.isFullscreen = random.below(5) == 0;
     w.subrole = random.maybe<std::string>("AXStandardWindow");
     if (random.below(4) == 0) w.tabs.emplace(static_cast<std::size_t>(random.below(3)));
     return w;

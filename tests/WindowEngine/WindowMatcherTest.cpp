@@ -106,12 +106,15 @@ TEST(WindowMatcher, EvidenceSaysWhatMadeTheScore) {
 }
 
 TEST(WindowMatcher, TrustsALoneWindowMoreUnlessItsTitleSaysOtherwise) {
+    using enum WindowMatcher::Confidence;
     Pair pair;
     pair.saved.title.reset(), pair.live.title.reset();
     auto matches = WindowMatcher::match({{pair.saved}}, {{pair.live}});
     ASSERT_EQ(matches.size(), 1u);
     EXPECT_DOUBLE_EQ(matches[0].score, 0.8);
-    EXPECT_EQ(matches[0].confidence(), WindowMatcher::Confidence::high);
+    EXPECT_EQ(matches[0].confidence(), high);
+    EXPECT_EQ((Match{0, 0, 0.69}).confidence(), medium);
+    EXPECT_EQ((Match{0, 0, 0.39}).confidence(), low);
 
     pair.saved.title = "Mail", pair.live.title = "Notes";
     EXPECT_EQ(WindowMatcher::match({{pair.saved}}, {{pair.live}}), (std::vector{Match{0, 0, 0.39}}));
@@ -121,14 +124,6 @@ TEST(WindowMatcher, TrustsALoneWindowMoreUnlessItsTitleSaysOtherwise) {
     EXPECT_EQ(WindowMatcher::match({{pair.saved}}, {{pair.live}}), (std::vector{Match{0, 0, 1.0}}));
     pair.live.documentURL = documentB;
     EXPECT_TRUE(WindowMatcher::match({{pair.saved}}, {{pair.live}}).empty());
-}
-
-TEST(WindowMatcher, GradesScores) {
-    using enum WindowMatcher::Confidence;
-    EXPECT_EQ((Match{0, 0, 0.7}).confidence(), high);
-    EXPECT_EQ((Match{0, 0, 0.69}).confidence(), medium);
-    EXPECT_EQ((Match{0, 0, 0.4}).confidence(), medium);
-    EXPECT_EQ((Match{0, 0, 0.39}).confidence(), low);
 }
 
 TEST(WindowMatcher, TakesTheBestPairFirstAndTheEarlierOnATie) {
@@ -147,49 +142,13 @@ TEST(WindowMatcher, TakesTheBestPairFirstAndTheEarlierOnATie) {
     EXPECT_TRUE(WindowMatcher::match({{plain}}, {}).empty());
 }
 
-// The rules once more, pair by pair and without any shortcut.
-double plainScore(const WindowSnapshot& saved, const LiveWindowInfo& live) {
-    if (saved.tabs && !saved.tabs->empty()) {
-        WindowSnapshot copy = saved;
-        copy.tabs.reset();
-        double best = plainScore(copy, live);
-        for (const TabSnapshot& tab : *saved.tabs) {
-            copy.title = tab.title, copy.documentURL = tab.documentURL;
-            best = std::max(best, plainScore(copy, live));
-        }
-        return best;
-    }
-    const bool documents = saved.documentURL && live.documentURL;
-    if (documents && saved.documentURL->standardized() != live.documentURL->standardized()) return 0;
-    double score = documents ? 0.6 : 0;
-    bool conflict = false;
-    if (!saved.title && !live.title) score += 0.2;
-    if (saved.title && live.title) {
-        const std::string a = WindowMatcher::normalize(*saved.title);
-        const std::string b = WindowMatcher::normalize(*live.title);
-        if (!a.empty() && a == b) {
-            score += 0.6;
-        } else if (!a.empty() && !b.empty()) {
-            conflict = !a.contains(b) && !b.contains(a);
-            if (!conflict) score += 0.35;
-        }
-    }
-    if (saved.subrole == live.subrole) score += 0.1;
-    const double total = saved.frame.width + saved.frame.height;
-    const double difference =
-        std::abs(saved.frame.width - live.frame.width) + std::abs(saved.frame.height - live.frame.height);
-    if (total > 0) score += 0.25 * (1 - std::min(difference / total, 1.0));
-    if (saved.index == live.index) score += 0.05;
-    if (documents) return score + 1.0;
-    return conflict ? std::min(score, 0.39) : score;
-}
-
+// Every pair scored by itself, the best of those that are left taken again and again.
 std::vector<Match> plainMatch(const std::vector<WindowSnapshot>& saved,
                               const std::vector<LiveWindowInfo>& live) {
     std::vector<Match> pairs;
     for (std::size_t i = 0; i < saved.size(); ++i) {
         for (std::size_t j = 0; j < live.size(); ++j) {
-            double score = plainScore(saved[i], live[j]);
+            double score = WindowMatcher::score(saved[i], live[j]);
             if (saved.size() == 1 && live.size() == 1 && score > 0.39) score += 0.2;
             pairs.push_back({static_cast<std::int64_t>(i), static_cast<std::int64_t>(j), score});
         }

@@ -1,0 +1,103 @@
+// A simulated desktop as data: what a scene file says and what it becomes. docs/scenes.md describes the file.
+#pragma once
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "WindowEngine/services/Applications.hpp"
+#include "WindowEngine/support/Error.hpp"
+#include "WindowEngine/support/Rect.hpp"
+
+namespace quillo::simulated {
+
+struct SceneDisplay {
+    std::string id;
+    Rect frame;         // global points, top left; the first display is the primary one
+    Rect visibleFrame;  // less the menu bar; the frame itself unless given
+    double scale = 2;
+    std::int64_t desktops = 1;
+    std::int64_t shownDesktop = 0;  // index of the desktop in front
+};
+
+struct SceneWindow {
+    std::optional<std::string> title;
+    std::string subrole = "AXStandardWindow";
+    std::optional<std::string> document;
+    Rect frame;
+    bool minimized = false;
+    bool fullscreen = false;
+    std::string display;       // empty: the one that holds the frame
+    std::int64_t desktop = 0;  // index on its display
+    bool listed = true;        // false: accessibility never lists it, as some full-screen windows
+    Size minimumSize;
+    std::optional<Size> maximumSize;
+    Size cell{1, 1};        // sizes are rounded down to multiples, as terminals do
+    double opensAfter = 0;  // seconds after the launch of its application
+};
+
+struct SceneApplication {
+    std::string identifier;
+    std::string name;
+    ActivationPolicy policy = ActivationPolicy::regular;
+    bool installed = true;
+    bool running = true;
+    double launchSeconds = 0.5;        // from the launch to the running process
+    std::vector<SceneWindow> windows;  // there now when it runs; otherwise opened at launch
+    std::vector<SceneWindow> reopens;  // opened at a later launch; the windows themselves unless given
+};
+
+enum class FaultKind {
+    launchRefused,
+    slowLaunch,   // `seconds` more until the process runs
+    lateWindows,  // `seconds` more until its windows open
+    requestWindowRefused,
+    moveRefused,      // the write answers with an error
+    moveIgnored,      // the write answers yes and nothing moves
+    positionClamped,  // held inside the visible frame
+    sizeClamped,      // never larger than half the display
+    minimizeRefused,
+    unminimizeRefused,
+    minimizeIgnored,
+    fullscreenRefused,
+    fullscreenIgnored,
+    fullscreenSlow,      // `seconds` more until the state holds
+    fullscreenFlickers,  // readings flip back and forth meanwhile
+    titleChanges,        // to `value`
+    windowVanishes,
+    desktopMoveRefused,
+    applicationHangs,  // for `seconds`, for ever when 0
+    applicationCrashes,
+    quitRefused,
+    hideRefused,
+    displayUnplugged,  // `value` names the display
+    permissionRevoked,
+};
+
+/// Something that goes wrong. It begins `after` seconds of virtual time and applies to the application and
+/// window named; empty names mean every one.
+struct Fault {
+    FaultKind kind{};
+    std::string application;
+    std::string title;
+    std::string value;
+    double after = 0;
+    double seconds = 0;
+    bool onWrite = false;  // windowVanishes, applicationCrashes, applicationHangs: at the first write instead
+
+    bool operator==(const Fault&) const = default;
+};
+
+struct Scene {
+    bool trusted = true;
+    std::vector<SceneDisplay> displays;
+    std::vector<SceneApplication> applications;
+    std::vector<Fault> faults;
+};
+
+/// `name` is the file's name, for errors: "scene.json: applications[0].windows[1].frame: expected ...".
+Result<Scene> readScene(std::string_view json, std::string_view name);
+std::string writeScene(const Scene& scene);
+
+}  // namespace quillo::simulated

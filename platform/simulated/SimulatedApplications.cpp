@@ -1,0 +1,117 @@
+#include <fmt/format.h>
+
+#include <chrono>
+
+#include "platform/simulated/SimulatedServices.hpp"
+
+namespace quillo::simulated {
+namespace {
+
+using namespace std::chrono_literals;
+
+Url bundleURL(const Application& application) {
+    return Url::file("/Applications/" + application.scene.identifier + ".app", true);
+}
+
+RunningApplication described(const Application& application) {
+    return {.pid = application.pid,
+            .bundleIdentifier = application.scene.identifier,
+            .localizedName = application.scene.name,
+            .activationPolicy = application.scene.policy,
+            .bundleURL = bundleURL(application),
+            .launchDate = application.launchDate};
+}
+
+std::optional<RunningApplication> describedIfRunning(const Application* application) {
+    return application && application->running ? std::optional(described(*application)) : std::nullopt;
+}
+
+Rect untitledFrame(const World& world) {
+    const Rect bounds =
+        world.displays().empty() ? Rect{0, 0, 800, 600} : world.displays().front().scene.visibleFrame;
+    return {bounds.x + 40, bounds.y + 40, bounds.width / 2, bounds.height / 2};
+}
+
+}  // namespace
+
+std::vector<RunningApplication> ApplicationList::running() {
+    world_.advance();
+    std::vector<RunningApplication> result;
+    for (const Application& application : world_.applications()) {
+        if (application.running) result.push_back(described(application));
+    }
+    return result;
+}
+
+std::optional<RunningApplication> ApplicationList::running(ProcessID pid) {
+    world_.advance();
+    return describedIfRunning(world_.application(pid));
+}
+
+std::optional<RunningApplication> ApplicationList::running(std::string_view bundleIdentifier) {
+    world_.advance();
+    return describedIfRunning(world_.application(bundleIdentifier));
+}
+
+std::optional<Url> ApplicationList::location(std::string_view bundleIdentifier) {
+    const Application* application = world_.application(bundleIdentifier);
+    return application && application->scene.installed ? std::optional(bundleURL(*application))
+                                                       : std::nullopt;
+}
+
+std::optional<std::string> ApplicationList::identifierAt(const Url& location) {
+    for (const Application& application : world_.applications()) {
+        if (application.scene.installed && bundleURL(application).standardized() == location.standardized())
+            return application.scene.identifier;
+    }
+    return std::nullopt;
+}
+
+Task<Result<void>> ApplicationList::launch(Url location, std::vector<Url>) {
+    co_await sleepFor(50ms);
+    world_.advance();
+    const std::optional<std::string> identifier = identifierAt(location);
+    if (!identifier) co_return fail(ErrorKind::notFound, "the application is not there");
+    if (world_.fault(FaultKind::launchRefused, *identifier))
+        co_return fail(ErrorKind::refused, "the system refused to open the application");
+    world_.start(*world_.application(*identifier));
+    co_return Result<void>{};
+}
+
+Task<Result<void>> ApplicationList::open(std::string, std::vector<Url>) {
+    co_return fail(ErrorKind::unavailable, "the simulated applications do not open documents");
+}
+
+Task<Result<void>> ApplicationList::requestWindow(std::string bundleIdentifier) {
+    co_await sleepFor(50ms);
+    world_.advance();
+    Application* application = world_.application(bundleIdentifier);
+    if (!application || !application->running)
+        co_return fail(ErrorKind::notFound, "the application has ended");
+    if (world_.fault(FaultKind::requestWindowRefused, bundleIdentifier))
+        co_return fail(ErrorKind::refused, "the application did not open a window");
+    SceneWindow window;
+    window.title = "Untitled";
+    window.frame = untitledFrame(world_);
+    world_.openWindow(*application, window);
+    co_return Result<void>{};
+}
+
+bool ApplicationList::hide(std::string_view bundleIdentifier) {
+    world_.advance();
+    Application* application = world_.application(bundleIdentifier);
+    if (!application || !application->running || world_.fault(FaultKind::hideRefused, bundleIdentifier))
+        return false;
+    application->hidden = true;
+    return true;
+}
+
+bool ApplicationList::terminate(std::string_view bundleIdentifier) {
+    world_.advance();
+    Application* application = world_.application(bundleIdentifier);
+    if (!application || !application->running) return false;
+    if (!world_.fault(FaultKind::quitRefused, bundleIdentifier)) world_.end(*application);
+    return true;  // asking is always accepted; whether it ends is another matter
+}
+
+}  // namespace quillo::simulated

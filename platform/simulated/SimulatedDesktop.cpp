@@ -1,0 +1,88 @@
+#include "platform/simulated/SimulatedDesktop.hpp"
+
+#include <fmt/format.h>
+
+#include <utility>
+
+#include "platform/simulated/SimulatedServices.hpp"
+
+namespace quillo {
+
+struct SimulatedDesktop::Services {
+    Services(simulated::World& world, VirtualExecutor& executor)
+        : accessibility(world, executor), server(world), applications(world), screens(world) {}
+
+    simulated::Accessibility accessibility;
+    simulated::Server server;
+    simulated::ApplicationList applications;
+    simulated::ScreenList screens;
+    simulated::NoScripts scripts;
+    simulated::MemoryLog log;
+};
+
+Result<std::unique_ptr<SimulatedDesktop>> SimulatedDesktop::create(std::string_view sceneJson,
+                                                                   std::string_view sceneName,
+                                                                   SimulatedOptions options) {
+    Result<simulated::Scene> scene = simulated::readScene(sceneJson, sceneName);
+    if (!scene) return std::unexpected(scene.error());
+    for (simulated::Fault& fault : options.faults) scene->faults.push_back(std::move(fault));
+    return std::unique_ptr<SimulatedDesktop>(new SimulatedDesktop(*std::move(scene), options.seed));
+}
+
+SimulatedDesktop::SimulatedDesktop(simulated::Scene scene, std::uint64_t seed)
+    : world_(executor_, std::move(scene), seed), services_(std::make_unique<Services>(world_, executor_)) {}
+
+SimulatedDesktop::~SimulatedDesktop() = default;
+
+Platform SimulatedDesktop::platform() {
+    return platform(services_->log);
+}
+
+Platform SimulatedDesktop::platform(SystemLog& log) {
+    return {executor_,
+            services_->accessibility,
+            services_->server,
+            services_->applications,
+            services_->screens,
+            services_->scripts,
+            log};
+}
+
+const std::vector<std::string>& SimulatedDesktop::logLines() const {
+    return services_->log.lines;
+}
+
+simulated::World& SimulatedDesktop::world() {
+    world_.advance();
+    return world_;
+}
+
+std::string SimulatedDesktop::sceneJson() {
+    return simulated::writeScene(world().scene());
+}
+
+namespace simulated {
+
+std::vector<Screen> ScreenList::screens() {
+    world_.advance();
+    std::vector<Screen> result;
+    for (const Display& display : world_.displays())
+        result.push_back(
+            {display.scene.id, display.scene.frame, display.scene.visibleFrame, display.scene.scale});
+    return result;
+}
+
+Capability NoScripts::scripting() {
+    return Capability::unavailable("The simulated applications do not answer scripts.");
+}
+
+Task<Result<ScriptOutcome>> NoScripts::execute(std::string, Duration) {
+    co_return fail(ErrorKind::unavailable, scripting().reason());
+}
+
+void MemoryLog::write(std::string_view category, LogLevel level, std::string_view message) {
+    lines.push_back(fmt::format("{} {}: {}", category, level == LogLevel::info ? "info" : "error", message));
+}
+
+}  // namespace simulated
+}  // namespace quillo

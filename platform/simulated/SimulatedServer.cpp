@@ -1,0 +1,67 @@
+#include <algorithm>
+
+#include "platform/simulated/SimulatedServices.hpp"
+
+namespace quillo::simulated {
+
+std::vector<WindowListEntry> Server::windowList() {
+    world_.advance();
+    std::vector<WindowListEntry> list;
+    for (const Window& window : world_.windows())
+        list.push_back({world_.application(window.application)->pid, 0, window.number, window.state.frame});
+    return list;
+}
+
+std::vector<DisplaySpaces> Server::displaySpaces() {
+    world_.advance();
+    std::vector<DisplaySpaces> result;
+    for (const Display& display : world_.displays()) {
+        DisplaySpaces& spaces = result.emplace_back(DisplaySpaces{display.scene.id, {}});
+        for (const SpaceID id : display.desktops)
+            spaces.spaces.push_back({id, SpaceKind::standard, "space-" + std::to_string(id)});
+        for (const Window& window : world_.windows()) {
+            if (window.fullscreenSpace != 0 && display.scene.frame.contains(window.state.frame.center()))
+                spaces.spaces.push_back({window.fullscreenSpace, SpaceKind::fullScreen, std::nullopt});
+        }
+    }
+    return result;
+}
+
+std::vector<WindowFacts> Server::facts(std::span<const WindowNumber> numbers) {
+    world_.advance();
+    std::vector<WindowFacts> result;
+    for (const WindowNumber number : numbers) {
+        WindowFacts& facts = result.emplace_back();
+        const Window* window = world_.window(number);
+        if (!window) continue;
+        facts.spaces = {window->state.fullscreen ? window->fullscreenSpace : window->space};
+        facts.isStandard = window->state.subrole == ax::standardWindow;
+        facts.isFullscreen = window->state.fullscreen;
+    }
+    return result;
+}
+
+Capability Server::desktopCreation() {
+    return Capability::unavailable("The simulated desktop does not create desktops.");
+}
+
+bool Server::isAnimating(std::string_view displayID) {
+    world_.advance();
+    const Display* display = world_.display(displayID);
+    return display && std::ranges::any_of(world_.windows(), [&](const Window& window) {
+               return window.transition && display->scene.frame.contains(window.state.frame.center());
+           });
+}
+
+Result<void> Server::moveWindow(WindowNumber number, SpaceID space) {
+    world_.advance();
+    if (!world_.requestSpace(number, space))
+        return fail(ErrorKind::refused, "the window server refused the move");
+    return {};
+}
+
+Result<void> Server::createDesktop(std::string_view) {
+    return fail(ErrorKind::unavailable, desktopCreation().reason());
+}
+
+}  // namespace quillo::simulated

@@ -1,0 +1,148 @@
+// The state of a simulated desktop and how it changes: by requests, by the passing of virtual time, and by
+// the faults laid over it. The services of SimulatedDesktop are thin views of it; tests reach in directly.
+#pragma once
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <map>
+#include <optional>
+#include <random>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "WindowEngine/services/WindowServer.hpp"
+#include "WindowEngine/support/Loops.hpp"
+#include "platform/simulated/Scene.hpp"
+
+namespace quillo::simulated {
+
+/// Result codes of the accessibility interface, as its public documentation numbers them.
+namespace code {
+inline constexpr std::int32_t success = 0;
+inline constexpr std::int32_t failure = -25200;
+inline constexpr std::int32_t invalidElement = -25202;
+inline constexpr std::int32_t cannotComplete = -25204;
+inline constexpr std::int32_t attributeUnsupported = -25205;
+inline constexpr std::int32_t actionUnsupported = -25206;
+inline constexpr std::int32_t apiDisabled = -25211;
+inline constexpr std::int32_t noValue = -25212;
+}  // namespace code
+
+struct Window {
+    WindowNumber number = 0;
+    std::string application;  // identifier
+    SceneWindow state;        // as it is now; `frame` is what is on screen
+    SpaceID space = 0;        // its ordinary desktop; it returns there from full screen
+    SpaceID fullscreenSpace = 0;
+    Rect plainFrame;  // before full screen
+
+    struct Transition {
+        bool target = false;
+        TimePoint until;
+        bool flickers = false;
+    };
+    std::optional<Transition> transition;
+};
+
+struct Application {
+    SceneApplication scene;
+    bool running = false;
+    bool starting = false;
+    bool hidden = false;
+    ProcessID pid = 0;
+    Instant launchDate{};
+    std::optional<TimePoint> hangsSince;  // a hang that a write brought about
+};
+
+struct Display {
+    SceneDisplay scene;
+    std::vector<SpaceID> desktops;
+};
+
+class World {
+  public:
+    World(VirtualExecutor& executor, Scene scene, std::uint64_t seed);
+
+    /// Lets everything happen that is due by now. Each service call begins with it.
+    void advance();
+
+    bool trusted() const;
+    void setTrusted(bool trusted) { trusted_ = trusted; }
+
+    const std::vector<Display>& displays() const { return displays_; }
+    const Display* display(std::string_view id) const;
+    void plug(SceneDisplay display);
+    /// Its windows go to the primary display, as window servers do it.
+    void unplug(std::string_view id);
+    /// A new frame for a display; its visible frame keeps its insets.
+    void resize(std::string_view id, const Rect& frame);
+
+    std::vector<Application>& applications() { return applications_; }
+    Application* application(std::string_view identifier);
+    Application* application(ProcessID pid);
+    /// Starts the process after its launch time; nothing when it runs or starts already.
+    void start(Application& application);
+    void end(Application& application);
+    Window& openWindow(Application& application, const SceneWindow& window);
+
+    const std::deque<Window>& windows() const { return windows_; }
+    Window* window(WindowNumber number);
+    /// By application and exact title; null when there is none.
+    Window* window(std::string_view application, std::string_view title);
+    std::vector<Window*> windowsOf(std::string_view application);
+    void close(WindowNumber number);
+    void move(Window& window, const Rect& frame);
+
+    // Requests that applications answer; the code is success or what the service would say.
+    std::int32_t requestPosition(WindowNumber number, Point position);
+    std::int32_t requestSize(WindowNumber number, Size size);
+    std::int32_t requestMinimized(WindowNumber number, bool value);
+    std::int32_t requestFullscreen(WindowNumber number, bool value);
+    bool requestSpace(WindowNumber number, SpaceID space);
+
+    /// The full-screen attribute as a reader sees it, in mid-transition too.
+    bool shownFullscreen(const Window& window);
+    /// Whether accessibility lists it: it stands on a desktop in front, or is minimized or full screen.
+    bool listed(const Window& window) const;
+    bool hangs(const Application& application) const;
+
+    /// The fault of this kind that applies now, or null.
+    const Fault* fault(FaultKind kind, std::string_view application = {}, std::string_view title = {}) const;
+    void add(Fault fault);
+
+    /// The world as it is now, as a scene to start from.
+    Scene scene() const;
+
+  private:
+    void at(TimePoint time, std::function<void()> happen);
+    TimePoint afterStart(double seconds) const;
+    void schedule(const Fault& fault);
+    void openLaunchWindows(Application& application, const std::vector<SceneWindow>& windows, double late);
+    void run(Application& application);
+    void finish(Window& window);
+    void enterFullscreen(Window& window);
+    void leaveFullscreen(Window& window);
+    /// What the first write to a window brings about; false when the window is gone after it.
+    bool suffer(Window& window);
+    /// Null only when no display is attached.
+    const Display* displayOf(const Rect& frame) const;
+    SpaceID spaceFor(const SceneWindow& window) const;
+    const Fault* fault(FaultKind kind, const Window& window) const;
+    std::vector<SceneWindow> sceneWindows(const Application& application) const;
+
+    VirtualExecutor& executor_;
+    TimePoint started_;
+    bool trusted_;
+    std::mt19937_64 random_;
+    std::vector<Display> displays_;
+    std::vector<Application> applications_;
+    std::deque<Window> windows_;  // addresses stay while windows open
+    std::deque<Fault> faults_;
+    std::multimap<TimePoint, std::function<void()>> events_;
+    SpaceID nextSpace_ = 1;
+    WindowNumber nextNumber_ = 101;
+    ProcessID nextPid_ = 500;
+};
+
+}  // namespace quillo::simulated
