@@ -29,7 +29,9 @@ std::optional<Uuid> ownerOfTemporary(std::string_view name) {
 void removeStaleTemporaries(FileSystem& files, const Path& directory, const Uuid& id) {
     const auto names = files.list(directory);
     if (!names) return;
-    const auto stands = [&](const std::string& name) { return std::ranges::find(*names, name) != names->end(); };
+    const auto stands = [&](const std::string& name) {
+        return std::ranges::find(*names, name) != names->end();
+    };
     for (const std::string& name : *names) {
         const auto owner = ownerOfTemporary(name);
         if (!owner) continue;

@@ -44,18 +44,18 @@ class Element {
 
 /// Attribute names, as the accessibility service spells them.
 namespace ax {
-inline constexpr std::string_view windows = "AXWindows";        // list of elements
-inline constexpr std::string_view subrole = "AXSubrole";        // text
-inline constexpr std::string_view role = "AXRole";              // text
-inline constexpr std::string_view position = "AXPosition";      // point, global, top left
-inline constexpr std::string_view size = "AXSize";              // size
-inline constexpr std::string_view title = "AXTitle";            // text
-inline constexpr std::string_view document = "AXDocument";      // text holding a URL
-inline constexpr std::string_view minimized = "AXMinimized";    // boolean
-inline constexpr std::string_view fullScreen = "AXFullScreen";  // boolean
-inline constexpr std::string_view children = "AXChildren";      // list of elements
-inline constexpr std::string_view identifier = "AXIdentifier";  // text
-inline constexpr std::string_view description = "AXDescription";  // text
+inline constexpr std::string_view windows = "AXWindows";                // list of elements
+inline constexpr std::string_view subrole = "AXSubrole";                // text
+inline constexpr std::string_view role = "AXRole";                      // text
+inline constexpr std::string_view position = "AXPosition";              // point, global, top left
+inline constexpr std::string_view size = "AXSize";                      // size
+inline constexpr std::string_view title = "AXTitle";                    // text
+inline constexpr std::string_view document = "AXDocument";              // text holding a URL
+inline constexpr std::string_view minimized = "AXMinimized";            // boolean
+inline constexpr std::string_view fullScreen = "AXFullScreen";          // boolean
+inline constexpr std::string_view children = "AXChildren";              // list of elements
+inline constexpr std::string_view identifier = "AXIdentifier";          // text
+inline constexpr std::string_view description = "AXDescription";        // text
 inline constexpr std::string_view standardWindow = "AXStandardWindow";  // a subrole
 inline constexpr std::string_view dialog = "AXDialog";                  // a subrole
 inline constexpr std::string_view raise = "AXRaise";                    // an action
@@ -118,7 +118,8 @@ class AccessibilityService {
     /// batch to that process answer `timedOut` unasked.
     virtual std::vector<std::vector<Attribute>> read(std::span<const AttributeRequest> requests) = 0;
 
-    virtual AccessibilityCode write(const Element& element, std::string_view name, const AttributeValue& value) = 0;
+    virtual AccessibilityCode write(const Element& element, std::string_view name,
+                                    const AttributeValue& value) = 0;
 
     /// Position, size, position again: the second write corrects what resizing shifted. `positionSet` when
     /// either position write was accepted. Acceptance is no proof: callers read back.

@@ -54,7 +54,8 @@ class FileSystem {
     /// at most, then `locked`.
     virtual Result<std::unique_ptr<DirectoryLock>> lock(const Path& directory) = 0;
     /// Calls `changed` (on any thread) after entries of the directory change.
-    virtual Result<std::unique_ptr<FileWatch>> watch(const Path& directory, std::function<void()> changed) = 0;
+    virtual Result<std::unique_ptr<FileWatch>> watch(const Path& directory,
+                                                     std::function<void()> changed) = 0;
 };
 
 }  // namespace quillo

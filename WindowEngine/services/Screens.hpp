@@ -9,8 +9,8 @@
 namespace quillo {
 
 struct Screen {
-    std::optional<std::string> stableID;  // what the display itself is (display UUID, EDID), never its number;
-                                          // unique among the screens of one reading
+    std::optional<std::string> stableID;  // what the display itself is (display UUID, EDID), never its
+                                          // number; unique among the screens of one reading
     Rect frame;                           // global points, top left of the primary screen is 0, 0
     Rect visibleFrame;                    // less menu bar, dock and panels
     double scale = 1;                     // backing pixels to a point

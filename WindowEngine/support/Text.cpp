@@ -110,7 +110,9 @@ bool isValidUtf8(std::string_view s) {
     return simdjson::validate_utf8(s.data(), s.size());
 }
 
-std::string repaired(std::string_view s) { return isValidUtf8(s) ? std::string(s) : encoded(decoded(s)); }
+std::string repaired(std::string_view s) {
+    return isValidUtf8(s) ? std::string(s) : encoded(decoded(s));
+}
 
 std::weak_ordering compareLocalized(std::string_view a, std::string_view b) {
     const icu::Collator* collator = personCollator();

@@ -7,7 +7,7 @@
 
 namespace quillo::text {
 
-std::string lowercase(std::string_view s);                    // full Unicode lower-casing, root locale
+std::string lowercase(std::string_view s);                       // full Unicode lower-casing, root locale
 bool equalIgnoringCase(std::string_view a, std::string_view b);  // Unicode case folding
 /// White space and line breaks (Unicode) removed at both ends.
 std::string trim(std::string_view s);
@@ -23,7 +23,8 @@ std::weak_ordering compareLocalized(std::string_view a, std::string_view b);
 /// A compiled regular expression with Unicode-aware classes; compile once, use often.
 class Pattern {
   public:
-    explicit Pattern(std::string_view expression);  // a bad expression is a programming error (throws std::logic_error)
+    explicit Pattern(
+        std::string_view expression);  // a bad expression is a programming error (throws std::logic_error)
     ~Pattern();
     Pattern(const Pattern&) = delete;
     Pattern& operator=(const Pattern&) = delete;
