@@ -9,6 +9,7 @@
 #include "WindowEngine/Log.hpp"
 #include "WindowEngine/NativeTabs.hpp"
 #include "WindowEngine/RestoreReport.hpp"
+#include "WindowEngine/SafariPrivacy.hpp"
 #include "WindowEngine/support/Text.hpp"
 
 namespace quillo::Capture {
@@ -22,6 +23,7 @@ struct Reading {
     std::vector<RunningApplication> applications;
     std::vector<Accessibility::Enumeration> windows;  // one for each application
     WindowServerReading server;
+    std::vector<std::string> notes;
 };
 
 std::vector<RunningApplication> eligibleApplications(DesktopAccess& desktop, const Options& options) {
@@ -36,6 +38,16 @@ std::vector<RunningApplication> eligibleApplications(DesktopAccess& desktop, con
     return eligible;
 }
 
+/// Directly after the enumeration, so that a window is verified as it was read.
+void applyPrivacyGate(DesktopAccess& desktop, Reading& reading) {
+    for (std::size_t i = 0; i < reading.applications.size(); ++i) {
+        const RunningApplication& application = reading.applications[i];
+        if (SafariPrivacy::removeUnverified(desktop, *application.bundleIdentifier, application.pid,
+                                            reading.windows[i].windows))
+            reading.notes.push_back("Safari: skipped windows whose browsing privacy could not be verified.");
+    }
+}
+
 Reading readDesktop(DesktopAccess& desktop, const Options& options) {
     Reading reading;
     reading.displays = Displays::current(desktop.platform.screens);
@@ -44,6 +56,7 @@ Reading readDesktop(DesktopAccess& desktop, const Options& options) {
     std::vector<ProcessID> pids;
     for (const RunningApplication& application : reading.applications) pids.push_back(application.pid);
     reading.windows = Accessibility::enumerate(desktop, pids, options.recoverHidden);
+    applyPrivacyGate(desktop, reading);
     reading.server = Accessibility::readWindowServer(desktop);
     return reading;
 }
@@ -85,8 +98,11 @@ std::vector<WindowSnapshot> windowSnapshots(const Reading& reading, std::size_t 
     const std::vector<LiveWindow>& live = reading.windows[application].windows;
     std::vector<WindowSnapshot> windows;
     for (const LiveWindow& window : live) windows.push_back(windowSnapshot(reading, window));
-    const auto hidden = Accessibility::hiddenWindows(reading.server, reading.applications[application].pid,
-                                                     Accessibility::windowNumbers(live));
+    const RunningApplication& owner = reading.applications[application];
+    // The window server knows of private windows too, and there is nothing to verify them by.
+    if (owner.bundleIdentifier == SafariPrivacy::safari) return windows;
+    const auto hidden =
+        Accessibility::hiddenWindows(reading.server, owner.pid, Accessibility::windowNumbers(live));
     return FullscreenCaptureMerge::apply(
         std::move(windows), hidden, reading.displays,
         [&](WindowNumber number, const std::optional<std::string>& displayID) {
@@ -101,7 +117,7 @@ ApplicationSnapshot applicationSnapshot(const Reading& reading, std::size_t inde
     result.name = application.localizedName.value_or(result.bundleIdentifier);
     result.applicationURL = application.bundleURL;
     result.windows = windowSnapshots(reading, index);
-    // The browser's privacy gate stands before these lines, and context adapters after them.
+    // Context adapters stand here.
     return NativeTabs::collapse(std::move(result));
 }
 
@@ -136,6 +152,7 @@ Task<WorkspaceSnapshot> snapshot(DesktopAccess& desktop, Options options) {
     result.desktops.emplace();
     for (const NativeDesktop& native : reading.desktops)
         result.desktops->push_back(DesktopSpaces::snapshot(native));
+    if (!reading.notes.empty()) result.notes = reading.notes;
     for (std::size_t i = 0; i < reading.applications.size(); ++i)
         result.applications.push_back(applicationSnapshot(reading, i));
     sortByName(result.applications);

@@ -7,6 +7,7 @@
 
 #include "WindowEngine/Displays.hpp"
 #include "WindowEngine/Log.hpp"
+#include "WindowEngine/SafariPrivacy.hpp"
 #include "WindowEngine/WindowPlacement.hpp"
 
 namespace quillo::Restore {
@@ -140,14 +141,17 @@ Task<void> requestWindow(Run& run, const ApplicationSnapshot& application) {
 Task<bool> start(Run& run, const ApplicationSnapshot& application) {
     const auto running = run.desktop.platform.applications.running(application.bundleIdentifier);
     if (!running) co_return co_await launch(run, application);
-    // With no saved window there is nothing that a new one could stand for.
-    if (!application.windows.empty() && !hasWindows(run, *running)) co_await requestWindow(run, application);
+    if (!hasWindows(run, *running)) co_await requestWindow(run, application);
     co_return true;
 }
 
 std::vector<LiveWindow> liveWindows(Run& run, const ApplicationSnapshot& application) {
     const auto running = run.desktop.platform.applications.running(application.bundleIdentifier);
-    return running ? Accessibility::windows(run.desktop, running->pid, true) : std::vector<LiveWindow>{};
+    if (!running) return {};
+    auto windows = Accessibility::windows(run.desktop, running->pid, true);
+    // A private window is neither moved nor reported.
+    SafariPrivacy::removeUnverified(run.desktop, application.bundleIdentifier, running->pid, windows);
+    return windows;
 }
 
 Task<void> restoreApplication(Run& run, const ApplicationSnapshot& application) {

@@ -12,9 +12,6 @@ namespace {
 using Status = RestoreReport::Status;
 using failed = RestoreReport::failed;
 
-Status refusedFrame() {
-    return failed{"window refused position or minimized state"};
-}
 Status disappeared() {
     return failed{"window disappeared after leaving full screen"};
 }
@@ -48,23 +45,22 @@ Task<Trouble> leaveFullscreen(Pair& pair, std::string_view refusal) {
 
 /// What a frame write came to.
 struct Written {
-    Trouble trouble;
+    Trouble trouble;              // of what had to come before
+    WindowMutationResult result;  // nothing set: the window could not be brought to a movable state either
     bool adjusted = false;
 };
 
 /// The write itself, to a window that was made movable.
 Task<Written> writeMovable(Pair& pair, std::string_view unminimizeRefusal) {
-    const Written refused{refusedFrame(), false};
-    if (!co_await pair.desktop.platform.accessibility.makeMovable(pair.window.element)) co_return refused;
-    if (!pair.refresh()) co_return refused;
+    if (!co_await pair.desktop.platform.accessibility.makeMovable(pair.window.element)) co_return Written{};
+    if (!pair.refresh()) co_return Written{};
     const WindowPlan plan = pair.plan();
-    if (!plan.placement) co_return refused;
+    if (!plan.placement) co_return Written{};
     if (plan.unminimize && !co_await Accessibility::unminimizeAndWait(pair.desktop, pair.window))
-        co_return Written{failed{std::string(unminimizeRefusal)}, false};
+        co_return Written{failed{std::string(unminimizeRefusal)}, {}, false};
     const auto result =
         co_await Accessibility::setAndWait(pair.desktop, pair.window, plan.placement->frame, plan.minimized);
-    if (!result.positionSet || !result.minimizedSet) co_return refused;
-    co_return Written{std::nullopt, plan.placement->adjusted || !result.sizeSet};
+    co_return Written{std::nullopt, result, plan.placement->adjusted || !result.sizeSet};
 }
 
 /// Whatever becomes of the write, the window goes back to the desktop it came from: a cancelled restore
@@ -88,6 +84,8 @@ Task<Status> restorePlain(Pair& pair) {
     }
     const Written written = co_await write(pair, "couldn't unminimize the window before moving it");
     if (written.trouble) co_return *written.trouble;
+    if (!written.result.positionSet || !written.result.minimizedSet)
+        co_return failed{"window refused position or minimized state"};
     // The move to the window's desktop stands here.
     if (written.adjusted) co_return RestoreReport::adjusted{};
     co_return RestoreReport::restored{};
@@ -100,7 +98,7 @@ Task<Trouble> bringToTargetDisplay(Pair& pair) {
     }
     const Written written =
         co_await write(pair, "couldn't unminimize the window before entering full screen");
-    if (written.trouble == refusedFrame())
+    if (!written.trouble && !written.result.positionSet)
         co_return failed{"couldn't place the window on its target display before entering full screen"};
     co_return written.trouble;
 }
