@@ -236,26 +236,26 @@ Result<Workspace> readDocument(Element root) {
     return migrated(std::move(workspace));
 }
 
-Result<Workspace> parse(simdjson::dom::parser& parser, std::string_view bytes) {
+Result<Workspace> parse(simdjson::dom::parser& parser, std::string_view bytes, std::size_t readableBeyond) {
     if (bytes.empty()) return fail(ErrorKind::invalidData, describeJsonDamage(bytes));
     if (parser.capacity() == 0 && parser.allocate(bytes.size(), maximumJsonDepth) != simdjson::SUCCESS) {
         return fail(ErrorKind::invalidData, "the document: too large to read");
     }
-    const auto root = parser.parse(bytes.data(), bytes.size());
+    const auto root = parser.parse(bytes.data(), bytes.size(), readableBeyond < simdjson::SIMDJSON_PADDING);
     if (root.error() != simdjson::SUCCESS) return fail(ErrorKind::invalidData, describeJsonDamage(bytes));
     return readDocument(root.value_unsafe());
 }
 
 }  // namespace
 
-Result<Workspace> decode(std::string_view bytes) {
+Result<Workspace> decode(std::string_view bytes, std::size_t readableBeyond) {
     constexpr std::size_t usualSize = 1 << 20;
     if (bytes.size() > usualSize) {  // its buffers are not kept
         simdjson::dom::parser parser;
-        return parse(parser, bytes);
+        return parse(parser, bytes, readableBeyond);
     }
     thread_local simdjson::dom::parser parser;
-    return parse(parser, bytes);
+    return parse(parser, bytes, readableBeyond);
 }
 
 }  // namespace quillo::WorkspaceCoding

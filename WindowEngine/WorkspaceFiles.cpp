@@ -95,7 +95,7 @@ bool hasExtension(std::string_view name, std::string_view extension) {
 Result<Workspace> read(FileSystem& files, const Path& file) {
     const auto bytes = files.read(file);
     if (!bytes) return std::unexpected(bytes.error());
-    return WorkspaceCoding::decode(*bytes);
+    return WorkspaceCoding::decode(*bytes, bytes->capacity() - bytes->size());
 }
 
 Result<void> replace(FileSystem& files, const Path& file, const Uuid& id, std::string_view bytes) {

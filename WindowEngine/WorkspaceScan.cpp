@@ -58,6 +58,7 @@ void sortNewestFirst(std::vector<Workspace>& workspaces) {
 WorkspaceScanResult WorkspaceScan::run() {
     const std::vector<std::string> names = candidates();
     std::vector<Result<Workspace>> read = readAll(names);
+    result_.workspaces.reserve(names.size());
     for (std::size_t i = 0; i < names.size(); ++i) settle(names[i], std::move(read[i]));
     sortNewestFirst(result_.workspaces);
     return std::move(result_);

@@ -24,8 +24,11 @@ std::string encoded(const icu::UnicodeString& s) {
     return s.toUTF8String(bytes);
 }
 
+// Without a way out of the loop, so that compilers take many bytes at once.
 bool isAscii(std::string_view s) {
-    return std::ranges::all_of(s, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    unsigned char all = 0;
+    for (const char c : s) all |= static_cast<unsigned char>(c);
+    return all < 0x80;
 }
 
 char lowered(char c) {
@@ -107,7 +110,7 @@ std::string trimBlanks(std::string_view s) {
 }
 
 bool isValidUtf8(std::string_view s) {
-    return simdjson::validate_utf8(s.data(), s.size());
+    return isAscii(s) || simdjson::validate_utf8(s.data(), s.size());
 }
 
 std::string repaired(std::string_view s) {

@@ -45,14 +45,16 @@ bool hasForbiddenUnicode(std::string_view text) {
     return false;
 }
 
+// Without a way out of the loop, so that compilers take many bytes at once.
 bool hasForbiddenCharacters(std::string_view text) {
-    bool plain = true;
+    bool forbidden = false;
+    unsigned char all = 0;
     for (const char c : text) {
         const auto byte = static_cast<unsigned char>(c);
-        if (byte <= 0x20 || byte == 0x7f) return true;
-        plain = plain && byte < 0x80;
+        forbidden |= byte <= 0x20 || byte == 0x7f;
+        all |= byte;
     }
-    return !plain && hasForbiddenUnicode(text);
+    return forbidden || (all >= 0x80 && hasForbiddenUnicode(text));
 }
 
 // The parts of an address that follow the scheme.

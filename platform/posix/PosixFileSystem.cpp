@@ -64,8 +64,8 @@ Result<std::string> readAll(int descriptor, std::size_t expected, const Path& fi
     std::string bytes;
     int code = 0;
     std::size_t length = 0;
-    // One byte more than expected shows the end of the file in the same call as its contents.
-    for (std::size_t room = expected + 1;; room *= 2) {
+    // More room than expected shows the end of the file without growing, and lets parsers read ahead.
+    for (std::size_t room = expected + 128;; room *= 2) {
         bytes.resize_and_overwrite(room, [&](char* buffer, std::size_t size) {
             while (length < size) {
                 const auto count =
