@@ -62,7 +62,7 @@ Task<bool> WindowMover::makeMovable(xcb_window_t window) {
     if (!co_await bringHere(window)) co_return false;
     auto reading = view_.windowNow(window);
     if (reading && reading->hidden) {
-        WindowRequests(view_).restore(window, true);
+        WindowRequests(view_).restore(*reading, true);
         reading = co_await waitUntil(
             window, [](const WindowReading& now, std::uint32_t) { return !now.hidden; }, 0);
     }

@@ -48,12 +48,17 @@ std::int32_t WindowRequests::minimize(xcb_window_t window) {
     return changeStates(window, stateAdd, view_.connection().atoms()._NET_WM_STATE_HIDDEN, 0);
 }
 
-std::int32_t WindowRequests::restore(xcb_window_t window, bool isHere) {
-    view_.invalidate();
+std::int32_t WindowRequests::restore(const WindowReading& now, bool isHere) {
     auto& connection = view_.connection();
-    const auto code = connection.check(xcb_map_window_checked(connection.xcb(), window));
-    // mutter does not listen to that. Elsewhere activation would pull the window here or switch desktops.
-    return code == codeDone && isHere ? activate(window) : code;
+    const auto window = now.window;
+    // openbox brings a window that is mapped to the current desktop, unless it is not iconic any more.
+    const auto shown = changeStates(window, stateRemove, connection.atoms()._NET_WM_STATE_HIDDEN, 0);
+    if (shown != codeDone) return shown;
+    const auto mapped = connection.check(xcb_map_window_checked(connection.xcb(), window));
+    if (mapped != codeDone) return mapped;
+    // mutter does not listen to that. Elsewhere activation would pull the window here or switch desktops, and
+    // metacity pulls it here anyway.
+    return isHere ? activate(window) : moveToDesktop(window, *now.desktop);
 }
 
 std::int32_t WindowRequests::setFullscreen(xcb_window_t window, bool value) {

@@ -18,8 +18,8 @@ class WindowRequests {
     /// `frame` is what a person is to see; `now` tells what lies between that and the client's own area.
     std::int32_t moveResize(const WindowReading& now, const Rect& frame, FrameParts parts);
     std::int32_t minimize(xcb_window_t window);
-    /// Ends being minimized. `isHere`: on the current desktop, where the window may also be activated.
-    std::int32_t restore(xcb_window_t window, bool isHere);
+    /// Ends being minimized, on the desktop where the window is. `isHere`: that is the current one, or all.
+    std::int32_t restore(const WindowReading& now, bool isHere);
     std::int32_t setFullscreen(xcb_window_t window, bool value);
     std::int32_t unmaximize(xcb_window_t window);
     std::int32_t activate(xcb_window_t window);

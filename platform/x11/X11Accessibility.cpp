@@ -132,6 +132,10 @@ std::optional<WindowReading> X11Accessibility::readingOf(const Element& window) 
     return reading && namesSame(handle, *reading) ? reading : std::nullopt;
 }
 
+bool X11Accessibility::isHere(const WindowReading& window) {
+    return !window.desktop || window.desktop == everyDesktop || window.desktop == view_.currentDesktopNow();
+}
+
 AccessibilityCode X11Accessibility::write(const Element& element, std::string_view name,
                                           const AttributeValue& value) {
     const auto reading = readingOf(element);
@@ -141,9 +145,7 @@ AccessibilityCode X11Accessibility::write(const Element& element, std::string_vi
     if (const auto* on = std::get_if<bool>(&value)) {
         if (name == ax::minimized && *on) return {requests.minimize(reading->window)};
         if (name == ax::minimized) {
-            const bool isHere =
-                reading->desktop == everyDesktop || reading->desktop == view_.currentDesktopNow();
-            return {requests.restore(reading->window, isHere)};
+            return {requests.restore(*reading, isHere(*reading))};
         }
         if (name == ax::fullScreen) return {requests.setFullscreen(reading->window, *on)};
     }
@@ -174,9 +176,8 @@ AccessibilityCode X11Accessibility::perform(const Element& element, std::string_
     WindowRequests requests(view_);
     // Activating would restore a minimized window and bring one here, or the person there, from another
     // desktop.
-    const bool isHere = reading->desktop == everyDesktop || reading->desktop == view_.currentDesktopNow();
-    return {isHere && !reading->hidden ? requests.activate(reading->window)
-                                       : requests.restack(reading->window)};
+    return {!reading->hidden && isHere(*reading) ? requests.activate(reading->window)
+                                                 : requests.restack(reading->window)};
 }
 
 std::optional<WindowNumber> X11Accessibility::windowNumber(const Element& window) {

@@ -31,6 +31,7 @@ class X11Accessibility final : public AccessibilityService {
 
   private:
     Attribute applicationAttribute(ProcessID pid, std::string_view name);
+    bool isHere(const WindowReading& window);  // on the current desktop
     std::optional<WindowReading> readingOf(const Element& window);
 
     DesktopView& view_;

@@ -1,0 +1,195 @@
+// Which application a window belongs to, and what can be asked of it.
+#include <signal.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <fstream>
+
+#include "platform/x11/ProcessInfo.hpp"
+#include "tests/platform/x11/X11Test.hpp"
+
+namespace quillo::x11test {
+namespace {
+
+class ApplicationsTest : public X11Test {
+  protected:
+    Applications& applications() { return desktop->applications; }
+
+    std::optional<RunningApplication> running(std::string_view identifier) {
+        nextTurn();
+        return applications().running(identifier);
+    }
+
+    /// Launched applications are not this test's children: they are asked to quit.
+    void TearDown() override {
+        for (const auto* identifier : {"launched", "picky", "quillo_test_client"}) {
+            if (running(identifier)) applications().terminate(identifier);
+            EXPECT_TRUE(eventually([&] { return !running(identifier); }));
+        }
+        X11Test::TearDown();
+    }
+
+    static Url entry(const std::string& id) {
+        return Url::file((PrivateDesktop::home() / "data/applications" / (id + ".desktop")).string());
+    }
+};
+
+TEST_F(ApplicationsTest, TheBestEvidenceNamesTheApplication) {
+    install("by-hint", "", "");
+    install("org.example.ByGtk", "", "");
+    install("by-startup-class", "StartupWMClass=Odd Class\n", "");
+    install("ByBaseName", "", "");
+    struct Case {
+        std::string identifier;
+        std::vector<std::string> options;
+    };
+    const std::vector<Case> cases{
+        {"by-hint", {"--desktop-file", "/usr/share/applications/by-hint.desktop", "--class", "ByBaseName"}},
+        {"org.example.ByGtk", {"--gtk-application-id", "org.example.ByGtk", "--class", "ByBaseName"}},
+        {"by-startup-class", {"--class", "ODD class"}},
+        {"ByBaseName", {"--class", "BYBASENAME"}},
+    };
+    for (const auto& [identifier, options] : cases) {
+        openWindow(identifier, options);
+        const auto found = running(identifier);
+        ASSERT_TRUE(found) << identifier;
+        EXPECT_EQ(found->localizedName, identifier + " name");
+        EXPECT_EQ(found->bundleURL, entry(identifier));
+        EXPECT_EQ(applications().location(identifier), entry(identifier));
+        EXPECT_EQ(applications().identifierAt(entry(identifier)), identifier);
+        clients.clear();
+        EXPECT_TRUE(eventually([&] { return !running(identifier); }))
+            << "an application that ended is not listed";
+    }
+}
+
+TEST_F(ApplicationsTest, WithoutADesktopFileItsClassAndProgramStandFor) {
+    openWindow("nameless", {"--class", "Unheard-Of", "--no-pid"});
+    const auto found = running("unheard-of");
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->pid, clients.back().pid())
+        << "the X server knows the process where the window does not say";
+    EXPECT_EQ(found->localizedName, "Unheard-Of");
+    EXPECT_EQ(found->bundleURL, Url::file(QUILLO_TEST_CLIENT));
+    EXPECT_EQ(applications().location("unheard-of"), Url::file(QUILLO_TEST_CLIENT));
+    EXPECT_FALSE(applications().location("never-installed"));
+    EXPECT_FALSE(applications().identifierAt(Url::file("/nonexistent/program")));
+}
+
+TEST_F(ApplicationsTest, TwoProcessesOfOneIdentityAreOneApplication) {
+    openWindow("first", {"--class", "Twins"});
+    openWindow("second", {"--class", "Twins"});
+    nextTurn();
+    const auto oldest = clients.front().pid(), youngest = clients.back().pid();
+    const auto all = applications().running();
+    EXPECT_EQ(
+        std::ranges::count(all, std::optional<std::string>("twins"), &RunningApplication::bundleIdentifier),
+        1);
+    EXPECT_EQ(applications().running("twins")->pid, oldest);
+    EXPECT_EQ(applications().running(youngest)->pid, oldest);
+    for (const auto pid : {oldest, youngest}) {
+        EXPECT_EQ(std::get<std::vector<Element>>(*attribute(ax().application(pid), ax::windows)).size(), 2u);
+    }
+    clients.front().kill();
+    EXPECT_TRUE(eventually([&] { return running("twins") && running("twins")->pid == youngest; }));
+    clients.back().kill();
+    EXPECT_TRUE(eventually([&] { return !running("twins"); }));
+}
+
+TEST_F(ApplicationsTest, LaunchesAreDetachedAndRememberTheirIdentity) {
+    install("launched", "", "--class=Misleading --title=started %F");
+    const auto before = executor.wallNow();
+    ASSERT_TRUE(run(applications().launch(entry("launched"), {Url::file("/tmp/a b"), Url::file("/tmp/c")})));
+    ASSERT_TRUE(running("launched")) << "known before its first window";
+    ASSERT_TRUE(eventually([&] { return windowTitled("started|/tmp/a b|/tmp/c").has_value(); }));
+    const auto found = running("launched");
+    ASSERT_TRUE(found) << "its windows name another class";
+    EXPECT_EQ(getsid(found->pid), found->pid) << "a session of its own: no terminal's hang-up reaches it";
+    EXPECT_NE(x11::processInfo(found->pid)->parent, getpid());
+    EXPECT_LT(std::chrono::abs(*found->launchDate - before), std::chrono::seconds(5));
+
+    // Running already: launch shows it, a window is asked for by starting it again.
+    ASSERT_TRUE(run(applications().launch(entry("launched"), {})));
+    nextTurn();
+    EXPECT_EQ(windows().size(), 1u);
+    ASSERT_TRUE(run(applications().requestWindow("launched")));
+    EXPECT_TRUE(eventually([&] { return windowTitled("started").has_value(); }));
+    ASSERT_TRUE(run(applications().open("launched", {Url::file("/tmp/d")})));
+    EXPECT_TRUE(eventually([&] { return windowTitled("started|/tmp/d").has_value(); }));
+}
+
+TEST_F(ApplicationsTest, AProgramWithoutADesktopFileIsLaunchedToo) {
+    // A path that a shell or a .desktop file would read otherwise.
+    const auto program = PrivateDesktop::home() / "100% odd $name" / "quillo_test_client";
+    std::filesystem::create_directories(program.parent_path());
+    std::filesystem::create_symlink(QUILLO_TEST_CLIENT, program);
+    ASSERT_TRUE(run(applications().launch(Url::file(program.string()), {})));
+    EXPECT_TRUE(eventually([&] { return windowTitled("window").has_value(); }));
+    applications().terminate("testclient");
+    EXPECT_TRUE(eventually([&] { return windows().empty(); }));
+}
+
+TEST_F(ApplicationsTest, ARefusedLaunchSaysWhyWithoutAPath) {
+    install("picky", "", "--title=picky");
+    installed.push_back(PrivateDesktop::home() / "data/applications/broken.desktop");
+    std::ofstream(installed.back())
+        << "[Desktop Entry]\nType=Application\nName=broken\nExec=/nonexistent/secret-program\n";
+    const auto check = [&](const Result<void>& result, ErrorKind kind) {
+        ASSERT_FALSE(result);
+        EXPECT_EQ(result.error().kind, kind);
+        EXPECT_EQ(result.error().text.find('/'), std::string::npos) << result.error().text;
+        EXPECT_FALSE(result.error().text.empty());
+    };
+    check(run(applications().launch(Url::file("/nonexistent/program"), {})), ErrorKind::notFound);
+    check(run(applications().launch(entry("broken"), {})), ErrorKind::notFound);
+    check(run(applications().launch(*Url::parse("https://example.org/app"), {})), ErrorKind::invalidArgument);
+    check(run(applications().launch(entry("picky"), {Url::file("/tmp/a")})), ErrorKind::refused);
+    check(run(applications().open("never-installed", {})), ErrorKind::notFound);
+}
+
+TEST_F(ApplicationsTest, HidingMinimizesEveryWindow) {
+    open({"--class", "Hideable", "--count", "3"});
+    ASSERT_TRUE(eventually([&] { return windows().size() == 3; }));
+    EXPECT_TRUE(applications().hide("hideable"));
+    EXPECT_TRUE(eventually(
+        [&] { return std::ranges::all_of(windows(), [](auto& w) { return w.info.isMinimized; }); }));
+    EXPECT_FALSE(applications().hide("nobody"));
+}
+
+TEST_F(ApplicationsTest, QuittingAsksAndNeverForces) {
+    auto& polite = open({"--class", "Polite", "--dialog"});
+    auto& stubborn = open({"--class", "Stubborn", "--refuse-close"});
+    auto& deaf = open({"--class", "Deaf", "--no-protocols"});
+    ASSERT_TRUE(eventually([&] { return windows().size() == 4; }));
+    EXPECT_TRUE(applications().terminate("stubborn"));
+    EXPECT_FALSE(applications().terminate("deaf")) << "closing it would break its connection";
+    EXPECT_TRUE(applications().terminate("polite"));
+    EXPECT_TRUE(eventually([&] { return !running("polite"); }));
+    EXPECT_TRUE(eventually([&] { return !polite.lives(); }));
+    EXPECT_TRUE(stubborn.lives());
+    EXPECT_TRUE(deaf.lives());
+    EXPECT_FALSE(applications().terminate("nobody"));
+}
+
+TEST_F(ApplicationsTest, TheTerminalThisRunsInIsOneOfUs) {
+    EXPECT_EQ(applications().ownIdentifiers(), std::vector<std::string>{"app.quillo.Quillo"});
+    const auto terminal = openWindow("terminal", {"--class", "My-Terminal"});
+    setenv("WINDOWID", std::to_string(*terminal.windowID).c_str(), 1);
+    nextTurn();
+    EXPECT_EQ(applications().ownIdentifiers(),
+              (std::vector<std::string>{"app.quillo.Quillo", "my-terminal"}));
+    unsetenv("WINDOWID");
+}
+
+TEST_F(ApplicationsTest, RealApplications) {
+    clients.emplace_back(std::vector<std::string>{"xterm", "-T", "shell"});
+    clients.emplace_back(std::vector<std::string>{"dbus-run-session", "--", "mousepad"});
+    ASSERT_TRUE(eventually([&] { return running("debian-xterm") && running("org.xfce.mousepad"); }));
+    EXPECT_EQ(running("org.xfce.mousepad")->bundleURL->filePath(),
+              "/usr/share/applications/org.xfce.mousepad.desktop");
+    EXPECT_TRUE(applications().terminate("debian-xterm"));
+    EXPECT_TRUE(eventually([&] { return !running("debian-xterm"); }));
+}
+
+}  // namespace
+}  // namespace quillo::x11test

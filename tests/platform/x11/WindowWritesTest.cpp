@@ -1,0 +1,187 @@
+// Moving and changing real windows under a real window manager, from every state they may be in.
+#include <cmath>
+
+#include "tests/platform/x11/X11Test.hpp"
+
+namespace quillo::x11test {
+namespace {
+
+class WindowWritesTest : public X11Test {
+  protected:
+    /// What placement does with one window.
+    LiveWindow place(const LiveWindow& window, const Rect& frame) {
+        EXPECT_TRUE(run(ax().makeMovable(window.element)));
+        const auto written = ax().writeFrame(window.element, frame);
+        EXPECT_TRUE(written.positionSet && written.sizeSet);
+        run(ax().settleInPlace(window.element));
+        return reread(window);
+    }
+
+    void expectNear(const Rect& actual, const Rect& wanted, const std::string& what) {
+        const Rect off{actual.x - wanted.x, actual.y - wanted.y, actual.width - wanted.width,
+                       actual.height - wanted.height};
+        EXPECT_TRUE(std::abs(off.x) <= 2 && std::abs(off.y) <= 2 && std::abs(off.width) <= 2 &&
+                    std::abs(off.height) <= 2)
+            << what << " is off by " << off.x << "," << off.y << " " << off.width << "x" << off.height;
+    }
+
+    bool minimize(const LiveWindow& window, bool value) {
+        return bool(ax().write(window.element, ax::minimized, value)) &&
+               eventually([&] { return reread(window).info.isMinimized == value; }, std::chrono::seconds(3));
+    }
+
+    bool sendTo(const LiveWindow& window, SpaceID space) {
+        return desktop->windowServer.moveWindow(*window.windowID, space).has_value() &&
+               eventually([&] { return desktopsOf(window) == std::set{space}; }, std::chrono::seconds(3));
+    }
+
+    void maximize(const LiveWindow& window) {
+        const auto before = window.info.frame;
+        sharedDesktop().run({"wmctrl", "-i", "-r", std::to_string(*window.windowID), "-b",
+                             "add,maximized_vert,maximized_horz"});
+        EXPECT_TRUE(eventually([&] { return reread(window).info.frame.width > before.width; }));
+    }
+};
+
+constexpr Rect target{310, 220, 500, 400};
+
+TEST_F(WindowWritesTest, AWindowIsMovedFromEveryState) {
+    struct Case {
+        std::string name;
+        bool maximized, minimized, elsewhere;
+    };
+    for (const auto& [name, maximized, minimized, elsewhere] :
+         {Case{"plain", false, false, false}, Case{"maximized", true, false, false},
+          Case{"minimized", false, true, false}, Case{"maximized, minimized", true, true, false},
+          Case{"elsewhere", false, false, true}, Case{"maximized elsewhere", true, false, true},
+          Case{"minimized elsewhere", false, true, true}, Case{"all at once", true, true, true}}) {
+        const auto window = openWindow(name);
+        if (maximized) maximize(window);
+        if (minimized) EXPECT_TRUE(minimize(window, true)) << name;
+        if (elsewhere) EXPECT_TRUE(sendTo(window, 3)) << name;
+        const auto after = place(window, target);
+        expectNear(after.info.frame, target, name);
+        EXPECT_FALSE(after.info.isMinimized) << name;
+        EXPECT_EQ(desktopsOf(after), (std::set<SpaceID>{elsewhere ? 3u : 1u})) << name;
+        clients.clear();
+        EXPECT_TRUE(eventually([&] { return windows().empty(); }));
+    }
+}
+
+TEST_F(WindowWritesTest, AMinimizedTargetKeepsItsFrame) {
+    const auto window = openWindow("to be minimized");
+    ASSERT_TRUE(run(ax().makeMovable(window.element)));
+    ax().writeFrame(window.element, target);
+    EXPECT_TRUE(minimize(window, true));
+    run(ax().settleInPlace(window.element));
+    EXPECT_TRUE(reread(window).info.isMinimized);
+    EXPECT_TRUE(minimize(window, false));
+    run(ax().settleInPlace(window.element));
+    expectNear(reread(window).info.frame, target, "restored");
+}
+
+TEST_F(WindowWritesTest, SizeHintsAdjustTheSizeAndNotThePosition) {
+    const auto cells = openWindow("cells", {"--increments", "20,70"});
+    const auto plainFrame = openWindow("plain").info.frame;
+    const double barHeight = plainFrame.height - 200, barWidth = plainFrame.width - 300;
+    auto after = place(cells, target).info.frame;
+    EXPECT_EQ(after.origin(), target.origin());
+    EXPECT_LE(after.width, target.width);
+    EXPECT_GT(after.width, target.width - 70);
+    if (!windowManagerIs("xfwm4")) EXPECT_EQ(std::fmod(after.width - barWidth - 20, 70), 0);
+
+    const auto large = openWindow("large", {"--minimum", "600,500", "--geometry", "0,0,700,600"});
+    after = place(large, target).info.frame;
+    EXPECT_EQ(after.origin(), target.origin());
+    EXPECT_EQ(after.size(), (Size{600 + barWidth, 500 + barHeight}));
+}
+
+TEST_F(WindowWritesTest, AShadowLiesOutsideTheFrame) {
+    const auto window = openWindow("shadowed", {"--shadow", "16,16,10,32"});
+    expectNear(place(window, target).info.frame, target, "a window with a shadow");
+}
+
+TEST_F(WindowWritesTest, PositionAndSizeAlone) {
+    const auto window = openWindow("halves");
+    const auto size = window.info.frame.size();
+    EXPECT_TRUE(ax().write(window.element, ax::position, Point{400, 300}));
+    EXPECT_TRUE(
+        eventually([&] { return reread(window).info.frame == Rect{400, 300, size.width, size.height}; }));
+    EXPECT_TRUE(ax().write(window.element, ax::size, Size{450, 350}));
+    EXPECT_TRUE(eventually([&] { return reread(window).info.frame == Rect{400, 300, 450, 350}; }));
+    EXPECT_FALSE(ax().write(window.element, ax::title, std::string("renamed")));
+    EXPECT_FALSE(ax().write(window.element, ax::minimized, 1.0));
+    EXPECT_FALSE(ax().perform(window.element, ax::press));
+}
+
+TEST_F(WindowWritesTest, MinimizingOnAnotherDesktopLeavesThePersonWhereTheyAre) {
+    const auto window = openWindow("away");
+    openWindow("here");
+    ASSERT_TRUE(sendTo(window, 2));
+    EXPECT_FALSE(reread(window).info.isMinimized) << "another desktop is not the dock";
+    EXPECT_TRUE(minimize(window, true));
+    EXPECT_EQ(desktopsOf(window), std::set<SpaceID>{2});
+    EXPECT_TRUE(minimize(window, false));
+    EXPECT_EQ(desktopsOf(window), std::set<SpaceID>{2});
+}
+
+TEST_F(WindowWritesTest, FullScreenAndBack) {
+    const auto window = openWindow("cinema");
+    const auto before = reread(window).info.frame;
+    const auto screens = desktop->screens.screens();
+    ASSERT_TRUE(ax().write(window.element, ax::fullScreen, true));
+    EXPECT_TRUE(eventually([&] {
+        const auto now = reread(window);
+        return now.info.isFullscreen && now.info.frame == screens.front().frame;
+    }));
+    nextTurn();
+    EXPECT_TRUE(desktop->windowServer.facts({&*window.windowID, 1}).front().isFullscreen);
+    ASSERT_TRUE(ax().write(window.element, ax::fullScreen, false));
+    EXPECT_TRUE(
+        eventually([&] { return !reread(window).info.isFullscreen && reread(window).info.frame == before; }));
+}
+
+TEST_F(WindowWritesTest, RaisingBringsToTheFront) {
+    const auto below = openWindow("below");
+    const auto above = openWindow("above");
+    const auto front = [&] {
+        nextTurn();
+        return desktop->windowServer.windowList().front().number;
+    };
+    ASSERT_TRUE(eventually([&] { return front() == above.windowID; }));
+    EXPECT_TRUE(ax().perform(below.element, ax::raise));
+    EXPECT_TRUE(eventually([&] { return front() == below.windowID; }));
+    const auto entry = desktop->windowServer.windowList().front();
+    EXPECT_EQ(entry.ownerPid, below.pid);
+    EXPECT_EQ(entry.layer, 0);
+    EXPECT_EQ(entry.bounds, reread(below).info.frame);
+}
+
+TEST_F(WindowWritesTest, DesktopsAreCreatedAndShared) {
+    openWindow("any");
+    nextTurn();
+    auto& server = desktop->windowServer;
+    const auto before = server.displaySpaces().front().spaces.size();
+    ASSERT_TRUE(server.createsDesktopsDirectly());
+    ASSERT_TRUE(server.createDesktop("").has_value());
+    const auto count = [&] {
+        nextTurn();
+        return server.displaySpaces().front().spaces.size();
+    };
+    EXPECT_TRUE(eventually([&] { return count() == before + 1; }));
+    EXPECT_FALSE(server.moveWindow(*windows().front().windowID, before + 2).has_value());
+    sharedDesktop().run({"wmctrl", "-n", std::to_string(before)});
+    EXPECT_TRUE(eventually([&] { return count() == before; }));
+}
+
+TEST_F(WindowWritesTest, AStickyWindowIsOnEveryDesktop) {
+    const auto window = openWindow("sticky");
+    const auto count = desktop->windowServer.displaySpaces().front().spaces.size();
+    sharedDesktop().run(
+        {"xdotool", "set_desktop_for_window", std::to_string(*window.windowID), "4294967295"});
+    EXPECT_TRUE(eventually([&] { return desktopsOf(window).size() == count; }));
+    expectNear(place(window, target).info.frame, target, "a sticky window");
+}
+
+}  // namespace
+}  // namespace quillo::x11test
