@@ -1,0 +1,312 @@
+#include "tests/platform/contract/ContractSuite.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+
+namespace quillo {
+namespace {
+
+using namespace std::chrono_literals;
+
+bool near(const Rect& a, const Rect& b) {
+    return std::abs(a.x - b.x) <= 2 && std::abs(a.y - b.y) <= 2 && std::abs(a.width - b.width) <= 2 &&
+           std::abs(a.height - b.height) <= 2;
+}
+
+bool inside(const Rect& inner, const Rect& outer) {
+    return inner.minX() >= outer.minX() && inner.minY() >= outer.minY() && inner.maxX() <= outer.maxX() &&
+           inner.maxY() <= outer.maxY();
+}
+
+constexpr std::array windowAttributes{ax::subrole, ax::position,  ax::size,
+                                      ax::title,   ax::minimized, ax::fullScreen};
+constexpr WindowNumber unknownNumber = 0xfffffff0;
+constexpr ProcessID unknownPid = 0x7ffffff0;
+
+}  // namespace
+
+void PlatformContract::SetUp() {
+    desktop_ = GetParam()();
+    ASSERT_NE(desktop_, nullptr);
+    waitUntil(
+        [&] { return platform().applications.running(desktop_->editor()) && editorWindows().size() == 3; },
+        "three windows");
+}
+
+void PlatformContract::waitUntil(const std::function<bool()>& condition, std::string_view what) {
+    const auto poll = [](const std::function<bool()>& holds) -> Task<bool> {
+        const Context context = co_await quillo::context();
+        const TimePoint deadline = context.now() + 10s;
+        while (!holds()) {
+            if (context.now() > deadline) co_return false;
+            co_await sleepFor(20ms);
+        }
+        co_return true;
+    };
+    ASSERT_TRUE(run(poll(condition))) << "waited in vain for " << what;
+}
+
+RunningApplication PlatformContract::editor() {
+    const auto running = platform().applications.running(desktop_->editor());
+    if (!running) throw std::runtime_error("the editor does not run");
+    return *running;
+}
+
+std::vector<Element> PlatformContract::editorWindows() {
+    const Attribute list = read(editorElement(), ax::windows);
+    const auto* elements = list ? std::get_if<std::vector<Element>>(&*list) : nullptr;
+    return elements ? *elements : std::vector<Element>{};
+}
+
+Element PlatformContract::window(std::string_view title) {
+    for (const Element& element : editorWindows()) {
+        if (read(element, ax::title) == Attribute(std::string(title))) return element;
+    }
+    throw std::runtime_error("no window titled " + std::string(title));
+}
+
+Attribute PlatformContract::read(const Element& element, std::string_view name) {
+    const AttributeRequest request{element, {&name, 1}};
+    return platform().accessibility.read({&request, 1}).at(0).at(0);
+}
+
+bool PlatformContract::flag(const Element& element, std::string_view name) {
+    const Attribute value = read(element, name);
+    return value && std::get<bool>(*value);
+}
+
+Rect PlatformContract::frame(const Element& element) {
+    const Attribute position = read(element, ax::position), size = read(element, ax::size);
+    if (!position || !size) return {};
+    const Point origin = std::get<Point>(*position);
+    const Size extent = std::get<Size>(*size);
+    return {origin.x, origin.y, extent.width, extent.height};
+}
+
+WindowFacts PlatformContract::facts(const Element& window) {
+    const WindowNumber number = platform().accessibility.windowNumber(window).value();
+    return platform().windowServer.facts({&number, 1}).at(0);
+}
+
+TEST_P(PlatformContract, IsTrustedWithoutAReasonAgainstIt) {
+    EXPECT_TRUE(platform().accessibility.trusted());
+    EXPECT_TRUE(platform().accessibility.access()) << platform().accessibility.access().reason();
+}
+
+TEST_P(PlatformContract, ListsWindowsWithIdentityAndKind) {
+    const std::vector<Element> first = editorWindows(), second = editorWindows();
+    ASSERT_EQ(first.size(), 3U);
+    for (std::size_t i = 0; i < 3; ++i) {
+        for (std::size_t j = 0; j < 3; ++j) EXPECT_EQ(first[i] == second[j], i == j) << i << " " << j;
+    }
+    EXPECT_EQ(read(window(desktop_->alpha), ax::subrole), Attribute(std::string(ax::standardWindow)));
+    EXPECT_EQ(read(window(desktop_->gamma), ax::subrole), Attribute(std::string(ax::dialog)));
+}
+
+TEST_P(PlatformContract, ABatchMeansReadingOneByOne) {
+    std::vector<AttributeRequest> requests;
+    for (const Element& element : editorWindows()) requests.push_back({element, windowAttributes});
+    const auto answers = platform().accessibility.read(requests);
+    ASSERT_EQ(answers.size(), requests.size());
+    for (std::size_t i = 0; i < answers.size(); ++i) {
+        ASSERT_EQ(answers[i].size(), windowAttributes.size());
+        for (std::size_t n = 0; n < windowAttributes.size(); ++n)
+            EXPECT_EQ(answers[i][n], read(requests[i].element, windowAttributes[n])) << windowAttributes[n];
+    }
+}
+
+TEST_P(PlatformContract, WhatIsNotThereIsAbsentOrGone) {
+    const Attribute nothing = read(window(desktop_->alpha), "AXNoSuchAttribute");
+    ASSERT_FALSE(nothing);
+    EXPECT_EQ(nothing.error().reason, AttributeMiss::Reason::absent);
+
+    const Attribute nobody = read(platform().accessibility.application(unknownPid), ax::windows);
+    ASSERT_FALSE(nobody);
+    EXPECT_EQ(nobody.error().reason, AttributeMiss::Reason::gone);
+}
+
+TEST_P(PlatformContract, AVanishedWindowIsGoneForReadsAndWrites) {
+    const Element beta = window(desktop_->beta);
+    desktop_->vanish(desktop_->beta);
+    waitUntil([&] { return editorWindows().size() == 2; }, "the window to vanish");
+    const Attribute title = read(beta, ax::title);
+    ASSERT_FALSE(title);
+    EXPECT_EQ(title.error().reason, AttributeMiss::Reason::gone);
+    EXPECT_FALSE(platform().accessibility.write(beta, ax::minimized, true));
+    EXPECT_FALSE(platform().accessibility.writeFrame(beta, {10, 10, 100, 100}).positionSet);
+    EXPECT_FALSE(platform().accessibility.perform(beta, ax::raise));
+    EXPECT_FALSE(run(platform().accessibility.makeMovable(beta)) && read(beta, ax::position).has_value());
+    run(platform().accessibility.settleInPlace(beta));
+}
+
+TEST_P(PlatformContract, AFrameThatWasWrittenIsReadBack) {
+    const Element alpha = window(desktop_->alpha);
+    for (const Rect& target : {Rect{120, 130, 420, 330}, Rect{300, 200, 360, 280}}) {
+        ASSERT_TRUE(run(platform().accessibility.makeMovable(alpha)));
+        const FrameWrite written = platform().accessibility.writeFrame(alpha, target);
+        EXPECT_TRUE(written.positionSet && written.sizeSet);
+        waitUntil([&] { return near(frame(alpha), target); }, "the frame");
+        run(platform().accessibility.settleInPlace(alpha));
+        EXPECT_TRUE(near(frame(alpha), target));
+    }
+}
+
+TEST_P(PlatformContract, ARefusedWriteChangesNothing) {
+    const Element alpha = window(desktop_->alpha);
+    const Rect before = frame(alpha);
+    EXPECT_FALSE(platform().accessibility.write(alpha, "AXNoSuchAttribute", true));
+    EXPECT_FALSE(platform().accessibility.write(alpha, ax::minimized, std::string("yes")));
+    EXPECT_FALSE(platform().accessibility.perform(alpha, "AXNoSuchAction"));
+    EXPECT_EQ(frame(alpha), before);
+    EXPECT_FALSE(flag(alpha, ax::minimized));
+}
+
+TEST_P(PlatformContract, MinimizesAndRestores) {
+    const Element alpha = window(desktop_->alpha);
+    const Rect before = frame(alpha);
+    ASSERT_TRUE(platform().accessibility.write(alpha, ax::minimized, true));
+    waitUntil([&] { return flag(alpha, ax::minimized); }, "the minimized state");
+    EXPECT_EQ(editorWindows().size(), 3U) << "a minimized window stays listed";
+    ASSERT_TRUE(platform().accessibility.write(alpha, ax::minimized, false));
+    waitUntil([&] { return !flag(alpha, ax::minimized); }, "the plain state");
+    waitUntil([&] { return near(frame(alpha), before); }, "the frame it had");
+}
+
+TEST_P(PlatformContract, EntersAndLeavesFullScreen) {
+    const Element alpha = window(desktop_->alpha);
+    const Rect before = frame(alpha);
+    const Rect screen = platform().screens.screens().at(0).frame;
+    ASSERT_TRUE(platform().accessibility.write(alpha, ax::fullScreen, true));
+    waitUntil([&] { return flag(alpha, ax::fullScreen) && near(frame(alpha), screen); }, "full screen");
+    EXPECT_TRUE(facts(alpha).isFullscreen);
+    ASSERT_TRUE(platform().accessibility.write(alpha, ax::fullScreen, false));
+    waitUntil([&] { return !flag(alpha, ax::fullScreen) && near(frame(alpha), before); }, "the frame it had");
+    EXPECT_FALSE(facts(alpha).isFullscreen);
+}
+
+TEST_P(PlatformContract, MakesAWindowMovableWhateverItsState) {
+    const Element beta = window(desktop_->beta);
+    ASSERT_TRUE(platform().accessibility.write(beta, ax::minimized, true));
+    waitUntil([&] { return flag(beta, ax::minimized); }, "the minimized state");
+    ASSERT_TRUE(run(platform().accessibility.makeMovable(beta)));
+    platform().accessibility.write(beta, ax::minimized, false);
+    waitUntil([&] { return !flag(beta, ax::minimized); }, "the plain state");
+    const Rect target{150, 160, 380, 300};
+    platform().accessibility.writeFrame(beta, target);
+    waitUntil([&] { return near(frame(beta), target); }, "the frame");
+    run(platform().accessibility.settleInPlace(beta));
+    EXPECT_TRUE(near(frame(beta), target));
+}
+
+TEST_P(PlatformContract, TheWindowServerSeesTheSameWindows) {
+    const auto list = platform().windowServer.windowList();
+    for (const Element& element : editorWindows()) {
+        const auto number = platform().accessibility.windowNumber(element);
+        ASSERT_TRUE(number);
+        const auto entry = std::ranges::find(list, *number, &WindowListEntry::number);
+        ASSERT_NE(entry, list.end());
+        EXPECT_EQ(entry->ownerPid, editor().pid);
+        EXPECT_EQ(entry->layer, 0);
+        EXPECT_TRUE(near(entry->bounds, frame(element)));
+    }
+    EXPECT_FALSE(platform().accessibility.windowNumber(platform().accessibility.application(unknownPid)));
+}
+
+TEST_P(PlatformContract, FactsKnowSpacesAndKindsAndNothingOfStrangers) {
+    EXPECT_TRUE(facts(window(desktop_->alpha)).isStandard);
+    std::set<SpaceID> known;
+    for (const DisplaySpaces& display : platform().windowServer.displaySpaces()) {
+        for (const Space& space : display.spaces) known.insert(space.id);
+    }
+    for (const Element& element : editorWindows()) {
+        const WindowFacts seen = facts(element);
+        EXPECT_FALSE(seen.spaces.empty());
+        for (const SpaceID space : seen.spaces) EXPECT_TRUE(known.contains(space));
+    }
+    const auto stranger = platform().windowServer.facts({&unknownNumber, 1}).at(0);
+    EXPECT_TRUE(stranger.spaces.empty() && !stranger.isStandard && !stranger.isFullscreen);
+}
+
+TEST_P(PlatformContract, MovesAWindowToAnotherDesktop) {
+    const auto spaces = platform().windowServer.displaySpaces().at(0).spaces;
+    ASSERT_GE(spaces.size(), 2U);
+    const Element alpha = window(desktop_->alpha);
+    const WindowNumber number = platform().accessibility.windowNumber(alpha).value();
+    for (const SpaceID target : {spaces[1].id, spaces[0].id}) {
+        ASSERT_TRUE(platform().windowServer.moveWindow(number, target));
+        waitUntil([&] { return facts(alpha).spaces == std::vector{target}; }, "the desktop");
+    }
+    EXPECT_FALSE(platform().windowServer.moveWindow(unknownNumber, spaces[0].id));
+}
+
+TEST_P(PlatformContract, ScreensAreUniqueWithThePrimaryFirst) {
+    const auto screens = platform().screens.screens();
+    ASSERT_FALSE(screens.empty());
+    EXPECT_EQ(screens[0].frame.origin(), Point{});
+    std::set<std::string> ids;
+    const auto spaces = platform().windowServer.displaySpaces();
+    ASSERT_EQ(spaces.size(), screens.size());
+    for (std::size_t i = 0; i < screens.size(); ++i) {
+        EXPECT_TRUE(inside(screens[i].visibleFrame, screens[i].frame));
+        EXPECT_GT(screens[i].scale, 0);
+        ASSERT_TRUE(screens[i].stableID);
+        EXPECT_TRUE(ids.insert(*screens[i].stableID).second);
+        EXPECT_EQ(spaces[i].displayID, *screens[i].stableID);
+    }
+}
+
+TEST_P(PlatformContract, AnApplicationIsFoundByIdentityAndPid) {
+    const RunningApplication known = editor();
+    EXPECT_EQ(known.activationPolicy, ActivationPolicy::regular);
+    const auto byPid = platform().applications.running(known.pid);
+    ASSERT_TRUE(byPid);
+    EXPECT_EQ(byPid->bundleIdentifier, known.bundleIdentifier);
+    EXPECT_EQ(byPid->launchDate, known.launchDate);
+    const auto all = platform().applications.running();
+    EXPECT_EQ(std::ranges::count(all, known.bundleIdentifier, &RunningApplication::bundleIdentifier), 1);
+
+    EXPECT_FALSE(platform().applications.running(unknownPid));
+    EXPECT_FALSE(platform().applications.running("org.example.nobody"));
+    EXPECT_FALSE(platform().applications.location("org.example.nobody"));
+    EXPECT_FALSE(platform().applications.identifierAt(Url::file("/nowhere/nobody.app")));
+}
+
+TEST_P(PlatformContract, LaunchesWhatIsInstalledAndQuitsIt) {
+    Applications& applications = platform().applications;
+    const auto location = applications.location(desktop_->launcher());
+    ASSERT_TRUE(location);
+    EXPECT_EQ(applications.identifierAt(*location), desktop_->launcher());
+    ASSERT_FALSE(applications.running(desktop_->launcher()));
+    ASSERT_TRUE(run(applications.launch(*location, {})));
+    const auto windowCount = [&] {
+        const auto running = applications.running(desktop_->launcher());
+        if (!running) return std::size_t{0};
+        const Attribute list = read(platform().accessibility.application(running->pid), ax::windows);
+        return list ? std::get<std::vector<Element>>(*list).size() : std::size_t{0};
+    };
+    waitUntil([&] { return windowCount() == 1; }, "the launched application's window");
+
+    EXPECT_TRUE(applications.terminate(desktop_->launcher()));
+    waitUntil([&] { return !applications.running(desktop_->launcher()); }, "the application to end");
+    EXPECT_FALSE(applications.terminate(desktop_->launcher()));
+    EXPECT_FALSE(run(applications.requestWindow(desktop_->launcher())));
+    EXPECT_FALSE(run(applications.launch(Url::file("/nowhere/nobody.app"), {})));
+}
+
+TEST_P(PlatformContract, HidesWhatRunsAndRefusesWhatDoesNot) {
+    EXPECT_TRUE(platform().applications.hide(desktop_->editor()));
+    EXPECT_FALSE(platform().applications.hide("org.example.nobody"));
+}
+
+TEST_P(PlatformContract, SaysWhatItCannotDoAndDoesNotPretend) {
+    if (!platform().scripts.scripting()) {
+        const auto outcome = run(platform().scripts.execute("return 1", 1s));
+        ASSERT_FALSE(outcome);
+        EXPECT_EQ(outcome.error().kind, ErrorKind::unavailable);
+    }
+    if (!platform().windowServer.desktopCreation())
+        EXPECT_FALSE(platform().windowServer.createDesktop(*platform().screens.screens().at(0).stableID));
+}
+
+}  // namespace quillo
