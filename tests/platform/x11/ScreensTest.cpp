@@ -1,4 +1,6 @@
 // Monitors: their identity, what panels leave of them, and what plugging changes.
+#include <xcb/randr.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -71,6 +73,73 @@ TEST(VisiblePartTest, PanelsCountWhereTheyStand) {
     EXPECT_EQ(both(absurd).first, left) << "a visible frame is never empty";
 }
 
+/// Two monitors side by side: real ones that are plugged where the server has them, else two halves of one.
+class Monitors {
+  public:
+    const std::string left = PrivateDesktop::isDummy() ? "DUMMY0" : "LEFT";
+    const std::string right = PrivateDesktop::isDummy() ? "DUMMY1" : "RIGHT";
+
+    void plugBoth() {
+        if (PrivateDesktop::isDummy()) {
+            xrandr({"--output", left, "--mode", "1280x1024", "--pos", "0x0", "--primary"});
+        } else {
+            xrandr({"--setmonitor", "*" + left, "1280/300x1024/340+0+0", "screen"});
+        }
+        plugRight(1024, 768);
+    }
+    void plugRight(int width, int height) {
+        const auto w = std::to_string(width), h = std::to_string(height);
+        if (PrivateDesktop::isDummy()) {
+            xrandr({"--addmode", right, w + "x" + h});
+            xrandr({"--output", right, "--mode", w + "x" + h, "--right-of", left});
+            xrandr({});  // the driver takes notice with this only
+        } else {
+            xrandr({"--delmonitor", right});
+            xrandr({"--setmonitor", right, w + "/300x" + h + "/340+1280+0", "none"});
+        }
+    }
+    void unplugRight() {
+        if (PrivateDesktop::isDummy())
+            xrandr({"--output", right, "--off"});
+        else
+            xrandr({"--delmonitor", right});
+    }
+    void reset() {
+        unplugRight();
+        if (!PrivateDesktop::isDummy()) xrandr({"--delmonitor", left});
+    }
+    /// Its exit status is of no use: for monitors it complains and works.
+    static void xrandr(std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), "xrandr");
+        sharedDesktop().run(arguments);
+    }
+};
+
+/// What a monitor says of itself, put into the server; an empty block removes it.
+void setEdid(const std::string& output, std::span<const std::uint8_t> block) {
+    auto* xcb = xcb_connect(nullptr, nullptr);
+    const auto root = xcb_setup_roots_iterator(xcb_get_setup(xcb)).data->root;
+    auto* name = xcb_intern_atom_reply(xcb, xcb_intern_atom(xcb, 0, 4, "EDID"), nullptr);
+    auto* resources = xcb_randr_get_screen_resources_current_reply(
+        xcb, xcb_randr_get_screen_resources_current(xcb, root), nullptr);
+    for (int i = 0; i < resources->num_outputs; ++i) {
+        const auto id = xcb_randr_get_screen_resources_current_outputs(resources)[i];
+        auto* info = xcb_randr_get_output_info_reply(xcb, xcb_randr_get_output_info(xcb, id, 0), nullptr);
+        const std::string_view found(reinterpret_cast<const char*>(xcb_randr_get_output_info_name(info)),
+                                     info->name_len);
+        if (found == output && block.empty()) xcb_randr_delete_output_property(xcb, id, name->atom);
+        if (found == output && !block.empty()) {
+            xcb_randr_change_output_property(xcb, id, name->atom, XCB_ATOM_INTEGER, 8, XCB_PROP_MODE_REPLACE,
+                                             static_cast<std::uint32_t>(block.size()), block.data());
+        }
+        free(info);
+    }
+    free(resources);
+    free(name);
+    free(xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));
+    xcb_disconnect(xcb);
+}
+
 class ScreensTest : public X11Test {
   protected:
     using Named = std::vector<std::pair<std::string, Rect>>;
@@ -81,54 +150,62 @@ class ScreensTest : public X11Test {
             named.emplace_back(*screen.stableID, screen.frame);
         return named;
     }
-    int xrandr(std::vector<std::string> arguments) {
-        arguments.insert(arguments.begin(), "xrandr");
-        return sharedDesktop().run(arguments);
+    void TearDown() override {
+        monitors.reset();
+        EXPECT_TRUE(eventually([&] { return frames().size() == 1; }));
+        X11Test::TearDown();
     }
+    Monitors monitors;
 };
 
-TEST_F(ScreensTest, TwoMonitorsAndAPanelOnOne) {
-    if (PrivateDesktop::isDummy()) GTEST_SKIP() << "for Xvfb; see Plugging";
-    // Its exit status is of no use: it complains and works.
-    xrandr({"--setmonitor", "LEFT", "1280/300x1000/340+0+0", "screen"});
-    xrandr({"--setmonitor", "RIGHT", "1280/300x1024/340+1280+0", "none"});
-    const Named two{{"LEFT", {0, 0, 1280, 1000}}, {"RIGHT", {1280, 0, 1280, 1024}}};
-    EXPECT_TRUE(eventually([&] { return frames() == two; }));
-    open({"--class", "Panel", "--type", "dock", "--geometry", "1280,0,1280,40", "--strut",
-          "0,0,40,0,0,0,0,0,1280,2559,0,0"});
+TEST_F(ScreensTest, MonitorsComeGoAndChange) {
+    monitors.plugBoth();
+    const Named two{{monitors.left, {0, 0, 1280, 1024}}, {monitors.right, {1280, 0, 1024, 768}}};
+    EXPECT_TRUE(eventually([&] { return frames() == two; })) << testing::PrintToString(frames().size());
+    monitors.plugRight(800, 600);
+    EXPECT_TRUE(eventually([&] { return frames().back().second == Rect{1280, 0, 800, 600}; }));
+    monitors.unplugRight();
+    EXPECT_TRUE(eventually([&] { return frames() == Named{two.front()}; }));
+    if (!PrivateDesktop::isDummy()) return;
+    monitors.plugRight(1024, 768);
+    Monitors::xrandr({"--output", monitors.right, "--primary"});
+    EXPECT_TRUE(eventually([&] { return frames() == Named(two.rbegin(), two.rend()); })) << "primary first";
+    Monitors::xrandr({"--output", monitors.left, "--primary"});
+}
+
+TEST_F(ScreensTest, APanelTakesFromItsOwnMonitor) {
+    monitors.plugBoth();
+    ASSERT_TRUE(eventually([&] { return frames().size() == 2; }));
+    open({"--class", "Panel", "--type", "dock", "--geometry", "1280,0,1024,40", "--strut",
+          "0,0,40,0,0,0,0,0,1280,2303,0,0"});
     ASSERT_TRUE(eventually([&] {
         nextTurn();
         return desktop->applications.running("panel").has_value();
     }));
     const auto screens = desktop->screens.screens();
     EXPECT_EQ(screens[0].visibleFrame, screens[0].frame);
-    EXPECT_EQ(screens[1].visibleFrame, Rect(1280, 40, 1280, 984));
+    EXPECT_EQ(screens[1].visibleFrame, Rect(1280, 40, 1024, 728));
     const auto spaces = desktop->windowServer.displaySpaces();
     ASSERT_EQ(spaces.size(), 2u);
-    EXPECT_EQ(spaces[0].displayID, "LEFT");
+    EXPECT_EQ(spaces[0].displayID, monitors.left);
     EXPECT_EQ(spaces[0].spaces.size(), spaces[1].spaces.size());
-    xrandr({"--delmonitor", "LEFT"});
-    xrandr({"--delmonitor", "RIGHT"});
-    EXPECT_TRUE(eventually([&] { return frames().size() == 1; }));
 }
 
-TEST_F(ScreensTest, Plugging) {
-    if (!PrivateDesktop::isDummy()) GTEST_SKIP() << "needs QUILLO_TEST_SERVER=dummy";
-    xrandr({"--output", "DUMMY0", "--mode", "1280x1024", "--primary"});
-    xrandr({"--addmode", "DUMMY1", "1024x768"});
-    xrandr({"--output", "DUMMY1", "--mode", "1024x768", "--right-of", "DUMMY0"});
-    xrandr({});
-    const Named two{{"DUMMY0", {0, 0, 1280, 1024}}, {"DUMMY1", {1280, 0, 1024, 768}}};
-    EXPECT_TRUE(eventually([&] { return frames() == two; }));
-    xrandr({"--output", "DUMMY1", "--primary"});
-    EXPECT_TRUE(eventually([&] { return frames() == Named(two.rbegin(), two.rend()); }))
-        << "the primary one first";
-    xrandr({"--output", "DUMMY0", "--primary"});
-    xrandr({"--addmode", "DUMMY1", "800x600"});
-    xrandr({"--output", "DUMMY1", "--mode", "800x600"});
-    EXPECT_TRUE(eventually([&] { return frames().back().second == Rect(1280, 0, 800, 600); }));
-    xrandr({"--output", "DUMMY1", "--off"});
-    EXPECT_TRUE(eventually([&] { return frames() == Named{two.front()}; }));
+TEST_F(ScreensTest, AMonitorIsKnownByItsEdidWhereThatIsUnique) {
+    const auto output = PrivateDesktop::isDummy() ? "DUMMY0" : "screen";
+    const auto block = edidBlock(4711);
+    setEdid(output, block);
+    EXPECT_EQ(frames().front().first, "QLO-1234-4711");
+    if (PrivateDesktop::isDummy()) {
+        monitors.plugBoth();
+        EXPECT_TRUE(eventually([&] { return frames().size() == 2; }));
+        setEdid("DUMMY1", block);
+        EXPECT_EQ(frames()[0].first, "DUMMY0");
+        EXPECT_EQ(frames()[1].first, "DUMMY1");
+        setEdid("DUMMY1", {});
+    }
+    setEdid(output, {});
+    EXPECT_EQ(frames().front().first, output);
 }
 
 }  // namespace
