@@ -35,7 +35,7 @@ Expected<WorkspaceSnapshot> captureDesktop(Session& session) {
     return *std::move(snapshot);
 }
 
-CommandResult store(Session& session, std::string_view verb, const Workspace& workspace) {
+CommandResult store(Session& session, std::string_view preposition, const Workspace& workspace) {
     if (const Result<void> saved = session.store.save(workspace); !saved) {
         return couldNot("save " + printable(workspace.name), saved.error());
     }
@@ -44,9 +44,9 @@ CommandResult store(Session& session, std::string_view verb, const Workspace& wo
     }
     return reportSaved(
         session,
-        fmt::format(
-            "{} {} of {} as", verb, counted(workspace.snapshot.windowCount(), "window"),
-            counted(static_cast<std::int64_t>(workspace.snapshot.applications.size()), "application")),
+        fmt::format("Saved {} of {} {}", counted(workspace.snapshot.windowCount(), "window"),
+                    counted(static_cast<std::int64_t>(workspace.snapshot.applications.size()), "application"),
+                    preposition),
         workspace);
 }
 
@@ -55,7 +55,7 @@ CommandResult saveNew(Session& session, std::string_view nameArgument) {
     if (!name) return std::unexpected(name.error());
     Expected<WorkspaceSnapshot> snapshot = captureDesktop(session);
     if (!snapshot) return std::unexpected(snapshot.error());
-    return store(session, "Saved",
+    return store(session, "as",
                  Workspace::create(Uuid::random(), uniqueName(*name, scan(session)), std::string(defaultIcon),
                                    randomColor(), *std::move(snapshot), now()));
 }
@@ -67,7 +67,7 @@ CommandResult renew(Session& session, std::string_view which) {
     if (!snapshot) return std::unexpected(snapshot.error());
     workspace->snapshot = *std::move(snapshot);
     workspace->updatedAt = now();
-    return store(session, "Renewed with", *workspace);
+    return store(session, "in", *workspace);
 }
 
 /// One line of the doctor's report.

@@ -12,9 +12,14 @@ namespace quillo::ctl {
 /// The real desktop. Fails where no X server answers; the text says what to do.
 Result<std::unique_ptr<Desktop>> openX11Desktop(SystemLog& log);
 
-/// The desktop that the scene in `file` describes, on a clock of its own that never waits. With `keepScene`,
-/// keepChanges() writes the changed scene back in one step.
-Result<std::unique_ptr<Desktop>> openSimulatedDesktop(const std::filesystem::path& file, bool keepScene,
-                                                      FileSystem& files, SystemLog& log);
+struct SceneFile {
+    std::filesystem::path path;  // absolute
+    bool keep = false;           // keepChanges() writes the changed scene back, in one step
+    FileSystem& files;
+};
+
+/// The desktop that a scene describes, on a clock of its own that never waits. A bad scene is an error that
+/// names file and field.
+Result<std::unique_ptr<Desktop>> openSimulatedDesktop(const SceneFile& scene, SystemLog& log);
 
 }  // namespace quillo::ctl

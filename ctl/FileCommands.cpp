@@ -3,32 +3,17 @@
 
 #include "WindowEngine/ImportedWorkspace.hpp"
 #include "WindowEngine/WorkspaceCoding.hpp"
+#include "ctl/AtomicFile.hpp"
 #include "ctl/Commands.hpp"
 #include "ctl/HumanText.hpp"
 
 namespace quillo::ctl {
 namespace {
 
-using Path = std::filesystem::path;
-
 /// A failed read or decode with the file's name in front, unless the text has it already.
 std::unexpected<Failure> badFile(const std::string& file, const Error& error) {
     const bool named = error.text.find(file) != std::string::npos;
     return failure(printable(named ? error.text : file + ": " + error.text));
-}
-
-/// Under a name of its own first, then renamed: nobody ever sees half a file under the name asked for. The
-/// file holds titles and addresses, so it stays readable by its owner only until they decide otherwise.
-Result<void> writeAtomically(FileSystem& files, const Path& file, std::string_view bytes) {
-    const Path temporary =
-        file.parent_path() / ("." + file.filename().string() + "." + Uuid::random().upper() + ".next");
-    if (const Result<void> created = files.createFile(temporary, bytes); !created) return created;
-    Result<void> renamed = files.rename(temporary, file);
-    if (!renamed) {
-        [[maybe_unused]] const Result<void> removed = files.remove(temporary);
-        return renamed;
-    }
-    return files.syncDirectory(file.parent_path());
 }
 
 }  // namespace
@@ -37,7 +22,7 @@ CommandResult exportWorkspace(Session& session, const Arguments& arguments) {
     if (arguments.file.empty()) return failure("FILE: the name is empty", Exit::usage);
     const Expected<Workspace> workspace = find(session, arguments.workspace);
     if (!workspace) return std::unexpected(workspace.error());
-    const Path file = std::filesystem::absolute(arguments.file);
+    const std::filesystem::path file = std::filesystem::absolute(arguments.file);
     if (!arguments.force && session.files.exists(file)) {
         return failure(printable(arguments.file) + ": a file of this name exists; --force replaces it");
     }

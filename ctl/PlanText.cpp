@@ -63,6 +63,19 @@ void readLive(DesktopAccess& desktop, std::vector<PlannedApplication>& planned) 
     }
 }
 
+/// Where windows that are yet to open will be put.
+void placeUnopened(PlannedApplication& application, DisplayMapper::DisplayList saved,
+                   DisplayMapper::DisplayList current) {
+    for (WindowPlan& plan : application.windows) {
+        if (plan.liveIndex) continue;
+        const WindowSnapshot& window = application.saved->windows[static_cast<std::size_t>(plan.savedIndex)];
+        plan.placement = DisplayMapper::place(window, saved, current);
+        if (const auto* display = DisplayMapper::targetDisplay(window.displayID, saved, current)) {
+            plan.displayID = display->id;
+        }
+    }
+}
+
 std::vector<PlannedApplication> plan(DesktopAccess& desktop, const WorkspaceSnapshot& snapshot) {
     std::vector<PlannedApplication> planned;
     for (const ApplicationSnapshot& saved : snapshot.applications) {
@@ -73,6 +86,9 @@ std::vector<PlannedApplication> plan(DesktopAccess& desktop, const WorkspaceSnap
     for (PlannedApplication& application : planned) {
         application.windows =
             planWindows(application.saved->windows, application.live, snapshot.displays, displays);
+        if (application.live.empty() && application.presence != Presence::missing) {
+            placeUnopened(application, snapshot.displays, displays);
+        }
     }
     return planned;
 }
@@ -145,7 +161,6 @@ void printWindow(Output& output, const PlannedApplication& application, const Wi
                            fmt::join(reasons(plan.evidence), ", "), plan.score, confidence(plan)));
     } else {
         detail(output.painted(Style::warning, openQuestion(application, plan)));
-        if (application.presence == Presence::missing) return;
     }
     if (plan.placement) {
         detail(fmt::format("where   {}{}, display {}", frameText(plan.placement->frame),
@@ -182,7 +197,7 @@ void printJson(Output& output, const PlannedApplication& application, const Wind
             .add("evidence", reasons(plan.evidence))
             .add("steps", steps(plan));
     } else {
-        line.add("skipReason", openQuestion(application, plan));
+        line.add("reason", openQuestion(application, plan));
     }
     line.add("displayID", plan.displayID);
     if (plan.placement) line.add("frame", plan.placement->frame).add("adjusted", plan.placement->adjusted);

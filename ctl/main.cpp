@@ -14,10 +14,11 @@ namespace {
 
 constexpr std::string_view simulatedPrefix = "simulated:";
 
-Result<std::unique_ptr<Desktop>> openDesktop(const Arguments& arguments, SystemLog& log) {
+Result<std::unique_ptr<Desktop>> openDesktop(const Arguments& arguments, FileSystem& files, SystemLog& log) {
     const std::string& choice = arguments.desktop;
     if (choice.starts_with(simulatedPrefix)) {
-        return fail(ErrorKind::unavailable, "this build has no simulated desktop");
+        const auto scene = std::filesystem::absolute(choice.substr(simulatedPrefix.size()));
+        return openSimulatedDesktop({.path = scene, .keep = arguments.keepScene, .files = files}, log);
     }
     return openX11Desktop(log);
 }
@@ -52,7 +53,7 @@ CommandResult runCommand(const Invocation& invocation, Output& output) {
                     .store = store,
                     .dataDirectory = data,
                     .logFile = directories->state / "quillo.log",
-                    .openDesktop = [&] { return openDesktop(arguments, log); }};
+                    .openDesktop = [&] { return openDesktop(arguments, files, log); }};
     return invocation.command(session, arguments);
 }
 
