@@ -5,6 +5,7 @@
 
 #include "WindowEngine/Displays.hpp"
 #include "WindowEngine/RestorePlan.hpp"
+#include "WindowEngine/SafariPrivacy.hpp"
 #include "ctl/HumanText.hpp"
 #include "ctl/SnapshotText.hpp"
 
@@ -54,10 +55,13 @@ void readLive(DesktopAccess& desktop, std::vector<PlannedApplication>& planned) 
     for (const PlannedApplication& application : planned) {
         if (application.presence == Presence::running) pids.push_back(application.pid);
     }
-    const std::vector<Accessibility::Enumeration> lists = Accessibility::enumerate(desktop, pids, true);
+    std::vector<Accessibility::Enumeration> lists = Accessibility::enumerate(desktop, pids, true);
     auto list = lists.begin();
     for (PlannedApplication& application : planned) {
         if (application.presence != Presence::running) continue;
+        // As a restore sees them: private windows stand for nothing.
+        SafariPrivacy::removeUnverified(desktop, application.saved->bundleIdentifier, application.pid,
+                                        list->windows);
         for (const LiveWindow& window : list->windows) application.live.push_back(window.info);
         application.hangs = list++->timedOut;
     }
