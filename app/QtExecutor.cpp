@@ -14,13 +14,15 @@ QEvent::Type wakeType() {
 
 int millisecondsUntil(TimePoint time, TimePoint now) {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(time - now).count();
-    return static_cast<int>(std::clamp<decltype(left)>(left, 0, 24 * 60 * 60 * 1000));
+    return static_cast<int>(std::clamp<decltype(left)>(left, 0, 86'400'000));
 }
 
 }  // namespace
 
 void QtExecutor::wake() noexcept {
-    if (!woken_.exchange(true)) QCoreApplication::postEvent(this, new QEvent(wakeType()));
+    if (woken_.exchange(true)) return;
+    // NOLINTNEXTLINE(bugprone-unhandled-exception-at-new): without memory for an event Qt cannot go on either
+    QCoreApplication::postEvent(this, new QEvent(wakeType()));
 }
 
 bool QtExecutor::event(QEvent* event) {

@@ -35,7 +35,7 @@ OutsideWork::OutsideWork(Executor& executor) noexcept : executor_(&executor) {
 }
 
 OutsideWork::~OutsideWork() {
-    if (executor_) executor_->ready_.releaseClock();
+    if (executor_ && executor_->ready_.releaseClock(executor_->outsideWorkEnded_)) executor_->wake();
 }
 
 Executor::Executor() = default;

@@ -134,6 +134,10 @@ class Executor {
 
   private:
     friend class OutsideWork;
+    /// Lets a loop look up when the last outside work ends: it may be idle by that.
+    struct OutsideWorkEnded final : Turn {
+        void run() override {}
+    };
     struct PostedFunction;
     struct TimedFunction;
 
@@ -141,6 +145,7 @@ class Executor {
     TimerQueue timers_;
     std::unordered_map<std::uint64_t, std::unique_ptr<TimedFunction>> timedFunctions_;
     std::uint64_t lastTimer_ = 0;
+    OutsideWorkEnded outsideWorkEnded_;
     std::size_t liveJobs_ = 0;
     LinkedList<Orphan> orphans_;
     StopSource rootStop_;

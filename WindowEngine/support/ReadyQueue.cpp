@@ -4,6 +4,10 @@ namespace quillo {
 
 bool ReadyQueue::push(Turn& turn) noexcept {
     std::lock_guard lock(mutex_);
+    return append(turn);
+}
+
+bool ReadyQueue::append(Turn& turn) noexcept {
     const bool wasEmpty = turns_.empty();
     turns_.append(turn);
     turn.place_ = Turn::Place::ready;
@@ -44,9 +48,10 @@ void ReadyQueue::holdClock() noexcept {
     ++clockHolders_;
 }
 
-void ReadyQueue::releaseClock() noexcept {
+bool ReadyQueue::releaseClock(Turn& notice) noexcept {
     std::lock_guard lock(mutex_);
-    if (--clockHolders_ == 0) changed_.notify_one();
+    if (--clockHolders_ > 0 || notice.place_ == Turn::Place::ready) return false;
+    return append(notice);
 }
 
 bool ReadyQueue::clockHeld() const noexcept {

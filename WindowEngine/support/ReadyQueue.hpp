@@ -49,14 +49,17 @@ class ReadyQueue {
     /// Blocks until a turn is there; false when it is `deadline` first. TimePoint::max() waits for ever.
     bool waitUntil(TimePoint deadline) noexcept;
 
-    /// Counts work done outside the executor, see OutsideWork.
+    /// Counts work done outside the executor, see OutsideWork. The last release pushes `notice`, unless it
+    /// still stands in the queue; whether the queue was empty before.
     void holdClock() noexcept;
-    void releaseClock() noexcept;
+    bool releaseClock(Turn& notice) noexcept;
     bool clockHeld() const noexcept;
     /// Blocks while the clock is held and nothing is ready; whether a turn is there.
     bool waitWhileClockHeld() noexcept;
 
   private:
+    bool append(Turn& turn) noexcept;
+
     mutable std::mutex mutex_;
     std::condition_variable changed_;
     LinkedList<Turn> turns_;

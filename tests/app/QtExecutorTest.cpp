@@ -21,8 +21,9 @@ TEST(QtExecutor, RunsUnderQtsOwnLoopBetweenItsEvents) {
     };
     busy();
     QMetaObject::invokeMethod(&loop, [&] { qtServed = true; }, Qt::QueuedConnection);
-    const Job<> job(executor, note(log, 3ms, 'a'));
-    executor.postAfter(5ms, [&] { loop.quit(); });
+    Job<> job(executor, note(log, 3ms, 'a'));
+    job.onDone([&] { loop.quit(); });
+
     loop.exec();
     EXPECT_EQ(log, "a");
     EXPECT_TRUE(qtServed);

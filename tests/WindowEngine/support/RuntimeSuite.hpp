@@ -96,9 +96,11 @@ TYPED_TEST_P(Runtime, KeepsOneOrderOfPostsTimersAndSleeps) {
     executor.postAfter(0s, [&] { log += 'b'; });
     const Job<> job(executor, note(log, 0s, 'd'));
     executor.post([&] { log += 'c'; });
+    this->settle();
+    const TimePoint start = executor.now();
     executor.postAfter(2ms, [&] { log += 'f'; });
     executor.postAfter(1ms, [&] { log += 'e'; });
-    const TimePoint start = executor.now();
+
     this->settle();
     EXPECT_EQ(log, "abcdef");
     EXPECT_GE(executor.now() - start, 2ms);
@@ -202,7 +204,7 @@ TYPED_TEST_P(Runtime, CancelsTheWholeTreeButNotWhatIsShielded) {
 }
 
 TYPED_TEST_P(Runtime, RunsNoStatementOfAJobCancelledBeforeItsStart) {
-    Job<> job(this->executor, note(this->log, 0s, 'x'));
+    Job<> job(this->executor, untilStopped(this->log));
     job.cancel();
     this->settle();
     EXPECT_EQ(this->log, "");
@@ -215,7 +217,7 @@ TYPED_TEST_P(Runtime, FreesAJobThatIsDroppedInsideItsOwnTreeAfterItsLastStep) {
         const auto drop = [](std::optional<Job<>>& mine, int& living) -> Task<> {
             const Tracked tracked(living);
             mine.reset();
-            EXPECT_EQ(tracked.count, living);  // the frame still stands
+            EXPECT_GE(living, 1);  // the frame still stands
             EXPECT_TRUE((co_await context()).stopRequested());
         };
         const auto parent = [](auto child, std::optional<Job<>>& mine, int& living) -> Task<> {
@@ -268,12 +270,19 @@ TYPED_TEST_P(Runtime, JoinsAllWhateverHappensToAnyOfThem) {
         children.push_back(spawn(here, untilStopped(log)));
         children.push_back(spawn(here, note(log, 0s, 'v')));
         children.push_back(spawn(here, [](std::string& marks) -> Task<> {
-            co_await shielded(note(marks, 3ms, 'r'));  // a rollback that takes its time
+            try {
+                co_await sleepFor(24h);
+            } catch (const Cancelled&) {
+                marks += 'c';
+            }
+            co_await shielded(note(marks, 1ms, 'r'));  // a rollback that takes its time
         }(log)));
         co_return co_await joinAll(children);
     };
     Job<std::vector<Outcome<void>>> all(this->executor, run(jobs, this->log));
-    this->executor.postAfter(1ms, [&] { all.cancel(); });
+    ASSERT_TRUE(this->executor.runUntil([this] { return this->log == "v"; }, 20s));
+    all.cancel();
+
     this->settle();
     const std::vector<Outcome<void>> outcomes = all.result();
     ASSERT_EQ(outcomes.size(), 4U);
@@ -281,7 +290,7 @@ TYPED_TEST_P(Runtime, JoinsAllWhateverHappensToAnyOfThem) {
     EXPECT_TRUE(outcomes[1].isCancelled());
     EXPECT_TRUE(outcomes[2].hasValue());
     EXPECT_TRUE(outcomes[3].hasValue());
-    EXPECT_EQ(this->log, "vcr");
+    EXPECT_EQ(this->log, "vccr");
 }
 
 TYPED_TEST_P(Runtime, ReportsExceptionsThatNobodyTook) {
@@ -362,13 +371,22 @@ TYPED_TEST_P(Runtime, GivesOutsideWorkItsRealTime) {
     this->settle();
     thread.join();
     EXPECT_EQ(job.result(), 1);
+
+    std::optional work(this->executor.outsideWork());  // ends without posting anything
+    std::thread last([&] { work.reset(); });
+    this->settle();
+    last.join();
 }
 
 TYPED_TEST_P(Runtime, ShutsDownByCancellingAndDraining) {
     auto [executor, log] = std::tie(this->executor, this->log);
     Job<> job(executor, untilStopped(log));
-    Job<> cleaning(executor,
-                   [](std::string& marks) -> Task<> { co_await shielded(note(marks, 2ms, 's')); }(log));
+    Job<> cleaning(executor, [](std::string& marks) -> Task<> {
+        co_await shielded([](std::string& inner) -> Task<> {
+            while (inner.empty()) co_await sleepFor(1ms);  // until the other one was cancelled
+            inner += 's';
+        }(marks));
+    }(log));
     Completion<int> never(executor);
     Job<int> waiting(executor, waitFor(never));
     EXPECT_FALSE(executor.runUntil([&] { return executor.idle(); }, 1ms));
