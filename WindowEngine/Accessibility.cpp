@@ -1,10 +1,10 @@
-#include "WindowEngine/Accessibility.hpp"
-
 #include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstddef>
 #include <utility>
+
+#include "WindowEngine/AccessibilityReading.hpp"
 
 namespace quillo::Accessibility {
 namespace {
@@ -19,10 +19,6 @@ constexpr std::array windowNames{ax::subrole,  ax::position,  ax::size,      ax:
 template <class T>
 const T* valueOf(const Attribute& attribute) {
     return attribute ? std::get_if<T>(&*attribute) : nullptr;
-}
-
-bool isTimeout(const Attribute& attribute) {
-    return !attribute && attribute.error().reason == AttributeMiss::Reason::timedOut;
 }
 
 bool isTrue(const Attribute& attribute) {
@@ -91,15 +87,15 @@ void collectCandidates(DesktopAccess& desktop, Reading& reading, const Attribute
 std::vector<Reading> readWindowLists(DesktopAccess& desktop, std::span<const ProcessID> pids) {
     AccessibilityService& service = desktop.platform.accessibility;
     std::vector<Reading> readings;
-    std::vector<AttributeRequest> requests;
+    std::vector<OwnedRequest> requests;
     for (const ProcessID pid : pids) {
         const auto application = desktop.platform.applications.running(pid);
         readings.push_back({pid, application ? application->launchDate : std::nullopt, {}, {}});
         Element element = service.application(pid);
         service.setMessagingTimeout(element, messagingTimeout);
-        requests.push_back({std::move(element), windowListNames});
+        requests.push_back({pid, {std::move(element), windowListNames}});
     }
-    const auto answers = service.read(requests);
+    const auto answers = read(desktop, requests);
     for (std::size_t i = 0; i < readings.size(); ++i) collectCandidates(desktop, readings[i], answers[i][0]);
     return readings;
 }
@@ -123,11 +119,15 @@ void acceptWindows(DesktopAccess& desktop, Reading& reading,
 }
 
 void readAllWindows(DesktopAccess& desktop, std::vector<Reading>& readings) {
-    std::vector<AttributeRequest> requests;
+    AccessibilityService& service = desktop.platform.accessibility;
+    std::vector<OwnedRequest> requests;
     for (const Reading& reading : readings) {
-        for (const Element& element : reading.candidates) requests.push_back({element, windowNames});
+        for (const Element& element : reading.candidates) {
+            service.setMessagingTimeout(element, messagingTimeout);
+            requests.push_back({reading.pid, {element, windowNames}});
+        }
     }
-    const auto answers = desktop.platform.accessibility.read(requests);
+    const auto answers = read(desktop, requests);
     std::span<const std::vector<Attribute>> rest(answers);
     for (Reading& reading : readings) {
         acceptWindows(desktop, reading, rest.first(reading.candidates.size()));
@@ -158,7 +158,7 @@ std::vector<Element> recoverWindowElements(DesktopAccess& desktop, ProcessID pid
     constexpr double probeTimeout = 0.05;  // seconds
     AccessibilityService& service = desktop.platform.accessibility;
     std::vector<Element> found;
-    if (wanted.empty() || !service.trusted()) return found;
+    if (wanted.empty() || !service.remoteTokens() || !service.trusted()) return found;
     const TimePoint deadline = desktop.platform.executor.now() + 250ms;
     for (std::uint64_t counter = 0; counter < endOfWalk && !wanted.empty(); ++counter) {
         if (desktop.platform.executor.now() >= deadline) break;
@@ -195,17 +195,13 @@ void remember(DesktopAccess& desktop, const std::vector<Reading>& readings) {
     }
 }
 
-}  // namespace
-
-std::vector<Enumeration> enumerate(DesktopAccess& desktop, std::span<const ProcessID> pids,
-                                   bool recoverHidden) {
+/// `server`: null where hidden windows are not looked for.
+std::vector<Enumeration> enumerateWith(DesktopAccess& desktop, std::span<const ProcessID> pids,
+                                       const WindowServerReading* server) {
     std::vector<Reading> readings = readWindowLists(desktop, pids);
     readAllWindows(desktop, readings);
-    if (recoverHidden) {
-        const WindowServerReading server = readWindowServer(desktop);
-        for (Reading& reading : readings) {
-            if (!reading.result.timedOut) appendHiddenWindows(desktop, reading, server);
-        }
+    for (Reading& reading : readings) {
+        if (server && !reading.result.timedOut) appendHiddenWindows(desktop, reading, *server);
     }
     remember(desktop, readings);
     std::vector<Enumeration> result;
@@ -213,15 +209,26 @@ std::vector<Enumeration> enumerate(DesktopAccess& desktop, std::span<const Proce
     return result;
 }
 
+}  // namespace
+
+std::vector<Enumeration> enumerate(DesktopAccess& desktop, std::span<const ProcessID> pids,
+                                   bool recoverHidden) {
+    if (!recoverHidden) return enumerateWith(desktop, pids, nullptr);
+    return enumerateRecovering(desktop, pids, readWindowServer(desktop));
+}
+
+std::vector<Enumeration> enumerateRecovering(DesktopAccess& desktop, std::span<const ProcessID> pids,
+                                             const WindowServerReading& server) {
+    return enumerateWith(desktop, pids, &server);
+}
+
 std::vector<LiveWindow> windows(DesktopAccess& desktop, ProcessID pid, bool recoverHidden) {
-    return std::move(enumerate(desktop, std::span(&pid, 1), recoverHidden).front().windows);
+    return std::move(enumerate(desktop, {&pid, 1}, recoverHidden).front().windows);
 }
 
 std::optional<LiveWindow> readWindow(DesktopAccess& desktop, const Element& element, ProcessID pid,
                                      std::int64_t index) {
-    const AttributeRequest request{element, windowNames};
-    return liveWindow(desktop, element, pid, index,
-                      desktop.platform.accessibility.read({&request, 1}).front());
+    return liveWindow(desktop, element, pid, index, read(desktop, pid, {element, windowNames}));
 }
 
 WindowServerReading readWindowServer(DesktopAccess& desktop) {

@@ -37,6 +37,24 @@ struct HiddenWindowCandidate {
     bool operator==(const HiddenWindowCandidate&) const = default;
 };
 
+/// Applications that let a request time out. For a while nothing more is asked of them, so that one that
+/// hangs costs everybody its messaging timeout once and not at each look; the rests grow while it stays
+/// silent.
+class UnresponsiveApplications {
+  public:
+    bool resting(ProcessID pid, TimePoint now) const;
+    void timedOut(ProcessID pid, TimePoint now);
+    void answered(ProcessID pid) { rests_.erase(pid); }
+    void clear() { rests_.clear(); }
+
+  private:
+    struct Rest {
+        TimePoint until;
+        Duration length;
+    };
+    std::unordered_map<ProcessID, Rest> rests_;
+};
+
 /// Element handles of each process, kept from the last enumeration, so that windows the accessibility
 /// service stops listing (on another desktop) stay reachable. One object per program, owned by main.
 class WindowHandleCache {
@@ -46,6 +64,8 @@ class WindowHandleCache {
         std::vector<Element> elements;
     };
     std::unordered_map<ProcessID, WindowHandles> entries;
+    /// A capture and a restore begin with none: what hung before may answer now.
+    UnresponsiveApplications unresponsive;
 };
 
 /// The platform and the one piece of state that goes with it.
@@ -71,9 +91,13 @@ struct Enumeration {
 };
 
 /// Windows of many applications, one answer per pid: all window lists are read in one batch, all windows in
-/// a second. An application that hangs costs its messaging timeout once and keeps its cached handles.
+/// a second. An application that hangs costs its messaging timeout once and keeps its cached handles; while
+/// it rests (UnresponsiveApplications) it answers `timedOut` unasked.
 std::vector<Enumeration> enumerate(DesktopAccess& desktop, std::span<const ProcessID> pids,
                                    bool recoverHidden);
+/// The same, bringing windows back that only this reading of the window server knows.
+std::vector<Enumeration> enumerateRecovering(DesktopAccess& desktop, std::span<const ProcessID> pids,
+                                             const WindowServerReading& server);
 /// Windows of one application, indices dense from 0.
 std::vector<LiveWindow> windows(DesktopAccess& desktop, ProcessID pid, bool recoverHidden);
 std::optional<LiveWindow> readWindow(DesktopAccess& desktop, const Element& element, ProcessID pid,
@@ -85,6 +109,9 @@ std::vector<HiddenWindowCandidate> hiddenWindows(const WindowServerReading& read
 std::vector<HiddenWindowCandidate> hiddenWindows(DesktopAccess& desktop, ProcessID pid,
                                                  const std::set<WindowNumber>& excluding);
 std::set<WindowNumber> windowNumbers(std::span<const LiveWindow> windows);
+
+// Every write begins with a reading of its window; where the application does not answer that, nothing is
+// written.
 
 /// One write pass without waiting. A minimized window is restored first (it cannot be moved) and minimized
 /// again where that is asked for.

@@ -2,7 +2,7 @@
 #include <chrono>
 #include <cmath>
 
-#include "WindowEngine/Accessibility.hpp"
+#include "WindowEngine/AccessibilityReading.hpp"
 #include "WindowEngine/FullscreenTransition.hpp"
 
 namespace quillo::Accessibility {
@@ -14,8 +14,7 @@ constexpr Duration verificationTime = 3s;
 constexpr Duration pollingInterval = 100ms;
 
 std::optional<bool> readFlag(DesktopAccess& desktop, const LiveWindow& window, std::string_view name) {
-    const AttributeRequest request{window.element, {&name, 1}};
-    const Attribute attribute = desktop.platform.accessibility.read({&request, 1}).front().front();
+    const Attribute attribute = read(desktop, window.pid, {window.element, {&name, 1}}).front();
     const bool* value = attribute ? std::get_if<bool>(&*attribute) : nullptr;
     return value ? std::optional(*value) : std::nullopt;
 }
@@ -46,17 +45,19 @@ Task<void> pauseBetweenReadings() {
 
 bool setMinimized(DesktopAccess& desktop, const LiveWindow& window, bool value) {
     if (readFlag(desktop, window, ax::minimized) == value) return true;
+    if (unresponsive(desktop, window.pid)) return false;
     return bool(desktop.platform.accessibility.write(window.element, ax::minimized, value));
 }
 
 bool setFullscreen(DesktopAccess& desktop, const LiveWindow& window, bool value) {
+    if (unresponsive(desktop, window.pid)) return false;
     return bool(desktop.platform.accessibility.write(window.element, ax::fullScreen, value));
 }
 
 WindowMutationResult set(DesktopAccess& desktop, const LiveWindow& window, const Rect& frame,
                          bool minimized) {
     const bool restored = setMinimized(desktop, window, false);
-    if (!isFinite(frame)) return {};
+    if (!isFinite(frame) || unresponsive(desktop, window.pid)) return {};
     const FrameWrite written = desktop.platform.accessibility.writeFrame(window.element, frame);
     const bool set = setMinimized(desktop, window, minimized);
     return {.positionSet = written.positionSet, .sizeSet = written.sizeSet, .minimizedSet = restored && set};
@@ -80,7 +81,8 @@ Task<WindowMutationResult> setAndWait(DesktopAccess& desktop, LiveWindow window,
 
 Task<bool> unminimizeAndWait(DesktopAccess& desktop, LiveWindow window) {
     const Context context = co_await quillo::context();
-    desktop.platform.accessibility.write(window.element, ax::minimized, false);
+    if (!unresponsive(desktop, window.pid))
+        desktop.platform.accessibility.write(window.element, ax::minimized, false);
     const TimePoint deadline = context.now() + verificationTime;
     // Three readings in a row: while the window animates the attribute flips back and forth.
     for (int agreeing = 0; context.now() < deadline;) {
@@ -98,7 +100,8 @@ Task<bool> transitionFullscreen(DesktopAccess& desktop, LiveWindow window, bool 
         .read = [&] { return readFlag(desktop, window, ax::fullScreen); },
         .request =
             [&] {
-                desktop.platform.accessibility.perform(window.element, ax::raise);
+                if (!unresponsive(desktop, window.pid))
+                    desktop.platform.accessibility.perform(window.element, ax::raise);
                 return setFullscreen(desktop, window, target);
             },
         .pause = pauseBetweenReadings,

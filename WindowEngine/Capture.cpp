@@ -55,9 +55,11 @@ Reading readDesktop(DesktopAccess& desktop, const Options& options) {
     reading.applications = eligibleApplications(desktop, options);
     std::vector<ProcessID> pids;
     for (const RunningApplication& application : reading.applications) pids.push_back(application.pid);
-    reading.windows = Accessibility::enumerate(desktop, pids, options.recoverHidden);
-    applyPrivacyGate(desktop, reading);
     reading.server = Accessibility::readWindowServer(desktop);
+    reading.windows = options.recoverHidden
+                          ? Accessibility::enumerateRecovering(desktop, pids, reading.server)
+                          : Accessibility::enumerate(desktop, pids, false);
+    applyPrivacyGate(desktop, reading);
     return reading;
 }
 
@@ -145,6 +147,7 @@ const std::set<std::string>& alwaysExcluded() {
 }
 
 Task<WorkspaceSnapshot> snapshot(DesktopAccess& desktop, Options options) {
+    desktop.handles.unresponsive.clear();
     const Reading reading = readDesktop(desktop, options);
 
     WorkspaceSnapshot result;

@@ -7,11 +7,11 @@
 
 namespace quillo::Capture {
 
+/// Excluded domains and enabled adapters join these together with the adapters: no option is taken and
+/// ignored.
 struct Options {
     std::set<std::string> excludedBundleIdentifiers;
-    std::set<std::string> excludedDomains;
-    std::set<std::string> enabledAdapters;
-    bool recoverHidden = false;
+    bool recoverHidden = false;  // look by remote tokens for windows that accessibility does not list
 };
 
 /// Password and security applications that are never looked at.

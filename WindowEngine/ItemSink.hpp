@@ -10,9 +10,16 @@ class ItemSink {
   public:
     ItemSink(RestoreReport& report, OnItem onItem) : report_(report), onItem_(std::move(onItem)) {}
 
+    /// A listener that throws is not told again; the report is complete without it.
     void add(RestoreReport::Item item) const {
         report_.items.push_back(std::move(item));
-        if (onItem_) onItem_(report_.items.back());
+        if (!onItem_) return;
+        try {
+            onItem_(report_.items.back());
+        } catch (...) {
+            onItem_ = nullptr;
+            throw;
+        }
     }
 
     /// About an application as a whole.
@@ -43,7 +50,7 @@ class ItemSink {
 
   private:
     RestoreReport& report_;
-    OnItem onItem_;
+    mutable OnItem onItem_;
 };
 
 }  // namespace quillo::Restore

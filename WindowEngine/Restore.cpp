@@ -9,6 +9,7 @@
 #include "WindowEngine/Log.hpp"
 #include "WindowEngine/SafariPrivacy.hpp"
 #include "WindowEngine/WindowPlacement.hpp"
+#include "WindowEngine/WindowPresence.hpp"
 
 namespace quillo::Restore {
 namespace {
@@ -26,75 +27,12 @@ struct Run {
     const Options& options;
     const ItemSink& sink;
     TimePoint started;
-    std::vector<DisplaySnapshot> displays;
+    WindowPresence presence{desktop};
+    std::vector<DisplaySnapshot> displays{};
 
     TimePoint now() const { return desktop.platform.executor.now(); }
     double secondsSinceStart() const { return std::chrono::duration<double>(now() - started).count(); }
 };
-
-/// When an application's window count last changed.
-struct WindowSettleState {
-    std::size_t count;
-    TimePoint changedAt;
-};
-
-/// Counts one application's windows. Its identity is resolved at each look, because launchers fork. One that
-/// hangs is looked at less and less often: each look costs everybody its messaging timeout.
-class WindowCounter {
-  public:
-    WindowCounter(DesktopAccess& desktop, std::string_view bundleIdentifier)
-        : desktop_(desktop), bundleIdentifier_(bundleIdentifier) {}
-
-    std::size_t count() {
-        if (desktop_.platform.executor.now() < nextLook_) return count_;
-        const auto application = desktop_.platform.applications.running(bundleIdentifier_);
-        if (!application) return count_ = 0;
-        const auto seen =
-            std::move(Accessibility::enumerate(desktop_, {&application->pid, 1}, false).front());
-        if (seen.timedOut) {
-            nextLook_ = desktop_.platform.executor.now() + patience_;
-            patience_ *= 2;
-            return count_;
-        }
-        patience_ = firstPatience;
-        return count_ = seen.windows.size();
-    }
-
-  private:
-    static constexpr Duration firstPatience = 2s;
-
-    DesktopAccess& desktop_;
-    std::string_view bundleIdentifier_;
-    std::size_t count_ = 0;
-    TimePoint nextLook_ = TimePoint::min();
-    Duration patience_ = firstPatience;
-};
-
-Task<void> waitUntilSettled(Run& run, WindowCounter& counter, std::size_t count, TimePoint deadline) {
-    const Duration settleDelay = toDuration(run.options.settleDelay);
-    WindowSettleState state{count, run.now()};
-    while (run.now() < deadline) {
-        co_await sleepFor(250ms);
-        const std::size_t now = counter.count();
-        if (now != state.count) {
-            state = {now, run.now()};
-        } else if (run.now() - state.changedAt >= settleDelay) {
-            co_return;
-        }
-    }
-}
-
-/// Waits until the application has windows and opens no more, or the launch time-out is over.
-Task<void> waitForWindowPresence(Run& run, const ApplicationSnapshot& application) {
-    const TimePoint deadline = run.now() + toDuration(run.options.launchTimeout);
-    WindowCounter counter(run.desktop, application.bundleIdentifier);
-    std::size_t count = counter.count();
-    while (count == 0 && run.now() < deadline) {
-        co_await sleepFor(150ms);
-        count = counter.count();
-    }
-    if (count > 0 && run.options.settleDelay > 0) co_await waitUntilSettled(run, counter, count, deadline);
-}
 
 /// The saved location is used only when what stands there is that application; a workspace file may come
 /// from somebody else.
@@ -158,8 +96,9 @@ Task<void> restoreApplication(Run& run, const ApplicationSnapshot& application) 
     if (!co_await start(run, application)) co_return;
     Log::ready(run.desktop.platform.log, application.bundleIdentifier, run.secondsSinceStart());
     // Context and documents are reopened here.
-    if (application.windows.empty()) co_return;
-    co_await waitForWindowPresence(run, application);
+    if (application.windows.empty()) co_return;  // nothing to wait for
+    co_await run.presence.wait(application.bundleIdentifier,
+                               {toDuration(run.options.launchTimeout), toDuration(run.options.settleDelay)});
     co_await placeWindows(run.desktop, application, liveWindows(run, application),
                           {run.workspace.snapshot.displays, run.displays}, run.sink);
 }
@@ -174,14 +113,17 @@ std::string description(const std::exception_ptr& exception) {
     }
 }
 
+void stoppedUnexpectedly(const Run& run, const std::exception_ptr& exception) {
+    run.sink.add(RestoreReport::failed{"Restore stopped unexpectedly: " + description(exception)});
+}
+
 Task<void> restoreApplications(Run& run) {
     const Context context = co_await quillo::context();
     std::vector<Job<void>> jobs;
     for (const ApplicationSnapshot& application : run.workspace.snapshot.applications)
         jobs.push_back(spawn(context, restoreApplication(run, application)));
     for (const auto& outcome : co_await joinAll(jobs)) {
-        if (const auto exception = outcome.exception())
-            run.sink.add(RestoreReport::failed{"Restore stopped unexpectedly: " + description(exception)});
+        if (const auto exception = outcome.exception()) stoppedUnexpectedly(run, exception);
     }
     co_await checkpoint();
 }
@@ -199,13 +141,16 @@ Task<void> restoreWorkspace(Run& run) {
 }  // namespace
 
 Task<RestoreReport> run(DesktopAccess& desktop, Workspace workspace, Options options, OnItem onItem) {
+    desktop.handles.unresponsive.clear();
     RestoreReport report;
     const ItemSink sink(report, std::move(onItem));
-    Run run{desktop, workspace, options, sink, desktop.platform.executor.now(), {}};
+    Run run{desktop, workspace, options, sink, desktop.platform.executor.now()};
     try {
         co_await restoreWorkspace(run);
     } catch (const Cancelled&) {
         report.cancelled = true;
+    } catch (...) {
+        stoppedUnexpectedly(run, std::current_exception());
     }
     report.duration = run.secondsSinceStart();
     Log::restoreFinished(desktop.platform.log, report.items.size(), report.duration);

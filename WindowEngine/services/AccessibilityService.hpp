@@ -130,7 +130,9 @@ class AccessibilityService {
     /// The window server's number of a window element; absent where there is none.
     virtual std::optional<WindowNumber> windowNumber(const Element& window) = 0;
 
-    /// An element from a remote token (layout: Accessibility.cpp); absent when the layer has no such thing.
+    /// Whether elements can be made from remote tokens; where not, none is tried.
+    virtual Capability remoteTokens() { return Capability::available(); }
+    /// An element from a remote token (layout: Accessibility.cpp); absent when none has that token.
     virtual std::optional<Element> elementFromToken(std::span<const std::byte, 20> token) = 0;
 
     /// Brings a window into a state in which a frame write takes effect. Most layers return at once; on X11

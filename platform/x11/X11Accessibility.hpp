@@ -25,6 +25,9 @@ class X11Accessibility final : public AccessibilityService {
     /// AXRaise of a window.
     AccessibilityCode perform(const Element& element, std::string_view action) override;
     std::optional<WindowNumber> windowNumber(const Element& window) override;
+    Capability remoteTokens() override {
+        return Capability::unavailable("X11 lists every window: there is nothing to find by tokens.");
+    }
     std::optional<Element> elementFromToken(std::span<const std::byte, 20>) override { return std::nullopt; }
     Task<bool> makeMovable(Element window) override;
     Task<void> settleInPlace(Element window) override;
