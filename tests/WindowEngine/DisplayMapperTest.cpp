@@ -84,6 +84,11 @@ TEST(DisplayMapper, FindsIdenticalMonitorsAgainBySide) {
     EXPECT_EQ(DisplayMapper::targetDisplay("left", saved, withoutPrimary)->id, "p")
         << "the first of its kind";
     EXPECT_EQ(DisplayMapper::bestTopologyMatch(saved[1], {}, current)->id, "p");
+    // Places are in units of the primary display: beside a laptop that is three times as wide, the right
+    // monitor's place is three times as far.
+    const Displays wide{display("near", {3000, 0, 2000, 1000}), display("far", {5000, 0, 2000, 1000}),
+                        display("laptop", {0, 0, 3000, 800}, true, 2)};
+    EXPECT_EQ(DisplayMapper::targetDisplay("right", saved, wide)->id, "far");
     // Equally far: the earlier one.
     const Displays mirrored{display("first", {-2000, 0, 2000, 1000}),
                             display("second", {1000, 0, 2000, 1000}),

@@ -28,7 +28,7 @@ struct Ending {
     std::chrono::milliseconds after{};
 };
 
-Ending transition(Script& script, std::optional<Duration> cancelAfter = {}) {
+Ending transition(Script& script, std::optional<Duration> cancelAfter = {}, double retryDelay = 1.0) {
     VirtualExecutor executor;
     const auto elapsed = [&] {
         return std::chrono::duration_cast<std::chrono::milliseconds>(executor.now().time_since_epoch());
@@ -44,7 +44,7 @@ Ending transition(Script& script, std::optional<Duration> cancelAfter = {}) {
                 return std::ssize(script.requests) != script.refusedRequest;
             },
         .pause = pauseOnce};
-    Job<bool> job(executor, FullscreenTransition::apply(true, 6.0, 1.0, steps));
+    Job<bool> job(executor, FullscreenTransition::apply(true, 6.0, retryDelay, steps));
     if (cancelAfter) executor.postAfter(*cancelAfter, [&] { job.cancel(); });
     executor.runUntil([&] { return job.done(); }, 1h);
     const Outcome<bool> outcome = job.outcome();
@@ -87,6 +87,12 @@ TEST(FullscreenTransition, AsksAndWaitsForThreeAgreeingReadings) {
         EXPECT_EQ(ending.after, c.after);
         EXPECT_EQ(script.requests, c.requests);
     }
+}
+
+TEST(FullscreenTransition, EachRequestIsGivenThreeReadings) {
+    Script script{.readings = "f", .requests = {}};
+    EXPECT_EQ(transition(script, {}, 0.0).result, false);
+    EXPECT_EQ(script.requests, (std::vector<std::chrono::milliseconds>{0ms, 200ms, 500ms}));
 }
 
 TEST(FullscreenTransition, EndsWhenCancelled) {
