@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <fstream>
+#include <iterator>
 #include <limits>
 
 #include "WindowEngine/WorkspaceCoding.hpp"
@@ -116,6 +118,15 @@ TEST(WorkspaceCoding, WritesTheDocumentAsAgreed) {
 
 TEST(WorkspaceCoding, ReadsBackEveryField) {
     EXPECT_EQ(decode(fullDocument()), samples::full());
+}
+
+TEST(WorkspaceCoding, TheManualShowsADocumentAsItIsWritten) {
+    std::ifstream file(QUILLO_SOURCE_DIR "/docs/file-format.md");
+    const std::string manual(std::istreambuf_iterator<char>(file), {});
+    const std::size_t begin = manual.find("```json\n") + 8, end = manual.find("```", begin);
+    ASSERT_NE(end, std::string::npos);
+    const std::string example = manual.substr(begin, end - begin);
+    EXPECT_EQ(encode(decode(example).value()), example);
 }
 
 // Random texts never make an identifier of an application whose windows are folded, so nothing may change.

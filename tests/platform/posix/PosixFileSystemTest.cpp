@@ -1,10 +1,12 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <condition_variable>
+#include <csignal>
 #include <mutex>
 #include <thread>
 
@@ -62,6 +64,19 @@ TEST_F(PosixFileSystemTest, CreatingNeverReplacesAndRenamingDoes) {
     EXPECT_EQ(directory.read("a"), "new");
     EXPECT_EQ(directory.names(), Names{"a"});
     EXPECT_EQ(kindOf(files.rename(directory / "b", directory / "a")), ErrorKind::notFound);
+}
+
+TEST_F(PosixFileSystemTest, AFileThatCannotBeWrittenWholeDoesNotStay) {
+    rlimit before{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+    const auto ignoredBefore = std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit small{.rlim_cur = 1000, .rlim_max = before.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    const auto created = files.createFile(directory / "a", std::string(5000, 'x'));
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &before), 0);
+    std::signal(SIGXFSZ, ignoredBefore);
+    EXPECT_EQ(created.error().code, EFBIG);
+    EXPECT_EQ(directory.names(), Names{});
 }
 
 TEST_F(PosixFileSystemTest, FollowsNoLinkAndReadsNothingButRegularFiles) {
