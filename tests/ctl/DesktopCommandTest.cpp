@@ -171,6 +171,17 @@ TEST_F(DesktopCommandTest, JsonStreamsOneObjectAnItemAndATotal) {
         << ran.out;
 }
 
+TEST_F(DesktopCommandTest, AReaderThatGoesAwayStopsNothing) {
+    save("Work");
+    const Ran ran =
+        runWith({}, {"bash", "-c",
+                     fmt::format("{} --desktop simulated:{} restore work --keep-scene | true; exit "
+                                 "${{PIPESTATUS[0]}}",
+                                 QUILLOCTL, (home_ / "disturbed.json").string())});
+    EXPECT_TRUE(ran.status == 0 || ran.status == 1) << ran.status;  // as early as the reader went
+    EXPECT_EQ(windows("disturbed.json"), windows("arranged.json"));
+}
+
 TEST_F(DesktopCommandTest, OnlyPartOfAWorkspaceIsNoUseOfIt) {
     save("Work");
     EXPECT_EQ(on("disturbed.json", {"restore", "work", "--only", "editor"}).status, 0);
