@@ -1,0 +1,125 @@
+#include "tests/journeys/RandomDesktop.hpp"
+
+#include <fmt/format.h>
+
+namespace quillo {
+
+using namespace simulated;
+
+Rect RandomDesktop::frameOn(const Rect& bounds) {
+    const auto width = static_cast<double>(number(120, static_cast<std::int64_t>(bounds.width * 0.8)));
+    const auto height = static_cast<double>(number(100, static_cast<std::int64_t>(bounds.height * 0.8)));
+    const auto x = static_cast<double>(number(0, static_cast<std::int64_t>(bounds.width - width)));
+    const auto y = static_cast<double>(number(0, static_cast<std::int64_t>(bounds.height - height)));
+    return {bounds.x + x, bounds.y + y, width, height};
+}
+
+SceneWindow RandomDesktop::window(const Scene& scene, std::string title) {
+    const SceneDisplay& display = scene.displays[static_cast<std::size_t>(
+        number(0, static_cast<std::int64_t>(scene.displays.size()) - 1))];
+    SceneWindow window;
+    if (!chance(15)) window.title = std::move(title);
+    if (chance(10)) window.subrole = "AXDialog";
+    window.frame = frameOn(display.visibleFrame);
+    window.minimized = chance(15);
+    window.fullscreen = !window.minimized && chance(10);
+    window.desktop = number(0, display.desktops - 1);
+    if (chance(15)) window.cell = {6, 13};
+    if (chance(30)) window.opensAfter = static_cast<double>(number(0, 8)) / 10;
+    return window;
+}
+
+SceneApplication RandomDesktop::application(const Scene& scene, std::int64_t index) {
+    SceneApplication application;
+    application.identifier = fmt::format("org.example.app{}", index);
+    application.name = fmt::format("App {}", index);
+    application.launchSeconds = static_cast<double>(number(0, 20)) / 10;
+    for (std::int64_t i = number(0, 8); i > 0; --i)
+        application.windows.push_back(window(scene, fmt::format("Window {} of {}", i, index)));
+    return application;
+}
+
+Scene RandomDesktop::scene() {
+    Scene scene;
+    double x = 0;
+    for (std::int64_t i = 0, count = number(1, 3); i < count; ++i) {
+        SceneDisplay display;
+        display.id = fmt::format("DISPLAY-{}", i);
+        display.frame = {x, 0, static_cast<double>(number(10, 25) * 100),
+                         static_cast<double>(number(8, 14) * 100)};
+        display.visibleFrame = display.frame;
+        display.visibleFrame.y += 25;
+        display.visibleFrame.height -= 25;
+        display.desktops = number(1, 3);
+        x += display.frame.width;
+        scene.displays.push_back(display);
+    }
+    for (std::int64_t i = 0, count = number(1, 6); i < count; ++i)
+        scene.applications.push_back(application(scene, i));
+    return scene;
+}
+
+void RandomDesktop::disturb(World& world, WindowNumber windowNumber) {
+    Window& window = *world.window(windowNumber);
+    const Rect bounds = world.displays().front().scene.visibleFrame;
+    switch (number(0, 6)) {
+        case 0:
+            if (!window.state.fullscreen) world.move(window, frameOn(bounds));
+            break;
+        case 1:
+            world.requestMinimized(windowNumber, !window.state.minimized);
+            break;
+        case 2:
+            world.requestFullscreen(windowNumber, !window.state.fullscreen);
+            break;
+        case 3:
+            world.requestSpace(windowNumber, world.displays().front().desktops.back());
+            break;
+        case 4:
+            world.close(windowNumber);
+            break;
+        default:
+            break;
+    }
+}
+
+void RandomDesktop::disturb(World& world, bool displays) {
+    std::vector<WindowNumber> numbers;
+    for (const Window& window : world.windows()) numbers.push_back(window.number);
+    for (const WindowNumber windowNumber : numbers) disturb(world, windowNumber);
+    for (Application& application : world.applications()) {
+        if (chance(25)) world.end(application);
+    }
+    if (!displays) return;
+    const SceneDisplay last = world.displays().back().scene;
+    if (world.displays().size() > 1 && chance(50)) {
+        world.unplug(last.id);
+    } else {
+        Rect frame = last.frame;
+        frame.width += 300;
+        world.resize(last.id, frame);
+    }
+}
+
+std::vector<Fault> RandomDesktop::faults(const Scene& scene) {
+    std::vector<Fault> faults;
+    for (std::int64_t i = number(0, 4); i > 0; --i) {
+        Fault& fault = faults.emplace_back();
+        fault.kind =
+            static_cast<FaultKind>(number(0, static_cast<std::int64_t>(FaultKind::permissionRevoked)));
+        const auto& application = scene.applications[static_cast<std::size_t>(
+            number(0, static_cast<std::int64_t>(scene.applications.size()) - 1))];
+        fault.application = application.identifier;
+        if (!application.windows.empty() && chance(50))
+            fault.title = application.windows.front().title.value_or("");
+        if (fault.kind == FaultKind::displayUnplugged && scene.displays.size() > 1)
+            fault.value =
+                scene.displays.back().id;  // the last display stays: otherwise nothing is left to see
+        fault.after = static_cast<double>(number(0, 40)) / 10;
+        fault.seconds = static_cast<double>(number(1, 80)) / 10;
+        fault.onWrite = chance(30);
+    }
+    return faults;
+}
+
+}  // namespace quillo

@@ -1,0 +1,34 @@
+// Desktops, disturbances and faults drawn from a seed. The same seed draws the same.
+#pragma once
+#include <cstdint>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "platform/simulated/World.hpp"
+
+namespace quillo {
+
+class RandomDesktop {
+  public:
+    explicit RandomDesktop(std::uint64_t seed) : random_(seed) {}
+
+    simulated::Scene scene();
+    /// Moves, resizes, minimizes, closes, quits; with `displays` also unplugs or resizes a display.
+    void disturb(simulated::World& world, bool displays);
+    std::vector<simulated::Fault> faults(const simulated::Scene& scene);
+
+  private:
+    std::int64_t number(std::int64_t from, std::int64_t to) {
+        return std::uniform_int_distribution(from, to)(random_);
+    }
+    bool chance(int percent) { return number(1, 100) <= percent; }
+    Rect frameOn(const Rect& bounds);
+    simulated::SceneWindow window(const simulated::Scene& scene, std::string title);
+    simulated::SceneApplication application(const simulated::Scene& scene, std::int64_t index);
+    void disturb(simulated::World& world, WindowNumber number);
+
+    std::mt19937_64 random_;
+};
+
+}  // namespace quillo

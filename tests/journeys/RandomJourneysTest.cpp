@@ -1,0 +1,203 @@
+// Random desktops: captured, disturbed, restored, with and without faults. A failure prints its seed, and the
+// same seed replays it (QUILLO_SEED=n); QUILLO_SEEDS=n asks for more of them.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <map>
+
+#include "WindowEngine/Capture.hpp"
+#include "WindowEngine/Restore.hpp"
+#include "WindowEngine/RestorePlan.hpp"
+#include "WindowEngine/WorkspaceCoding.hpp"
+#include "platform/simulated/SimulatedDesktop.hpp"
+#include "tests/journeys/RandomDesktop.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace std::chrono_literals;
+using Report = RestoreReport;
+
+class Journey {
+  public:
+    explicit Journey(std::uint64_t seed)
+        : random_(seed),
+          scene_(random_.scene()),
+          desktop_(SimulatedDesktop::create(simulated::writeScene(scene_), "scene", {seed, {}}).value()) {
+        desktop_->executor().runFor(2s);  // late windows are there
+    }
+
+    WorkspaceSnapshot capture() {
+        Capture::Options options;
+        options.recoverHidden = true;
+        return run(Capture::snapshot(access_, options)).value();
+    }
+
+    void save() { saved_ = Workspace::create(Uuid{}, "Journey", "", "teal", capture(), Instant{}); }
+
+    Report restore() { return run(Restore::run(access_, saved_, {}, {})).value(); }
+
+    /// Empty when the task did not end within ten minutes of the desktop's time.
+    template <class T>
+    std::optional<T> run(Task<T> task) {
+        Job<T> job(desktop_->executor(), std::move(task));
+        const bool ended = desktop_->executor().runUntil([&] { return job.done(); }, 600s);
+        return ended ? std::optional(job.result()) : std::nullopt;
+    }
+
+    void disturb(bool displays) {
+        random_.disturb(world(), displays);
+        desktop_->executor().runFor(2s);
+    }
+    void layFaults() {
+        for (simulated::Fault& fault : random_.faults(scene_)) {
+            const std::chrono::duration<double> now = desktop_->executor().now().time_since_epoch();
+            fault.after += now.count();
+            world().add(std::move(fault));
+        }
+    }
+
+    simulated::World& world() { return desktop_->world(); }
+    const Workspace& saved() const { return saved_; }
+    std::string state() { return desktop_->sceneJson(); }
+
+  private:
+    RandomDesktop random_;
+    simulated::Scene scene_;
+    std::unique_ptr<SimulatedDesktop> desktop_;
+    WindowHandleCache handles_;
+    DesktopAccess access_{desktop_->platform(), handles_};
+    Workspace saved_;
+};
+
+bool is(const Report::Item& item, std::string_view reason) {
+    if (const auto* failed = std::get_if<Report::failed>(&item.status))
+        return failed->reason.starts_with(reason);
+    const auto* skipped = std::get_if<Report::skipped>(&item.status);
+    return skipped && skipped->reason.starts_with(reason);
+}
+
+/// Each saved window of an application that reached placement ends in exactly one item.
+void expectOneItemForEachWindow(const Report& report, const Workspace& saved) {
+    std::map<std::pair<std::string, std::int64_t>, int> counts;
+    std::map<std::string, bool> ended;
+    for (const Report::Item& item : report.items) {
+        if (item.savedIndex) ++counts[{item.bundleIdentifier, *item.savedIndex}];
+        if (is(item, "not installed") || is(item, "couldn't launch")) ended[item.bundleIdentifier] = true;
+        if (is(item, "Accessibility permission")) return;
+        EXPECT_FALSE(is(item, "Restore stopped unexpectedly"));
+    }
+    for (const ApplicationSnapshot& application : saved.snapshot.applications) {
+        for (std::int64_t i = 0; i < static_cast<std::int64_t>(application.windows.size()); ++i)
+            EXPECT_EQ((counts[{application.bundleIdentifier, i}]),
+                      ended[application.bundleIdentifier] ? 0 : 1)
+                << application.bundleIdentifier << " window " << i;
+    }
+}
+
+/// A window reported as back is in its saved place and state.
+void expectWindowsWhereReported(Journey& journey, const Report& report, bool sameDisplays) {
+    for (const ApplicationSnapshot& application : journey.saved().snapshot.applications) {
+        for (const Report::Item& item : report.items) {
+            if (item.bundleIdentifier != application.bundleIdentifier || !item.savedIndex || !item.title)
+                continue;
+            const WindowSnapshot& saved = application.windows[static_cast<std::size_t>(*item.savedIndex)];
+            const bool back = std::holds_alternative<Report::restored>(item.status);
+            const bool adjusted = std::holds_alternative<Report::adjusted>(item.status);
+            if (!back && !adjusted) continue;
+            const simulated::Window* live = journey.world().window(application.bundleIdentifier, *item.title);
+            if (!live) continue;  // another window stood in for it
+            EXPECT_EQ(live->state.minimized, saved.isMinimized) << *item.title;
+            EXPECT_EQ(live->state.fullscreen, saved.isFullscreen) << *item.title;
+            if (!sameDisplays || saved.isFullscreen) continue;
+            const Rect& now = live->state.frame;
+            EXPECT_LE(std::max(std::abs(now.x - saved.frame.x), std::abs(now.y - saved.frame.y)), 2)
+                << *item.title;
+            if (back)
+                EXPECT_LE(std::max(std::abs(now.width - saved.frame.width),
+                                   std::abs(now.height - saved.frame.height)),
+                          2)
+                    << *item.title;
+        }
+    }
+}
+
+class RandomJourneys : public testing::Test {
+  protected:
+    static void eachSeed(void (*check)(std::uint64_t seed)) {
+        const char* one = std::getenv("QUILLO_SEED");
+        const char* count = std::getenv("QUILLO_SEEDS");
+        const std::uint64_t first = one ? std::strtoull(one, nullptr, 10) : 1;
+        const std::uint64_t last = one ? first : count ? std::strtoull(count, nullptr, 10) : 100;
+        for (std::uint64_t seed = first; seed <= last; ++seed) {
+            SCOPED_TRACE("QUILLO_SEED=" + std::to_string(seed));
+            check(seed);
+            if (HasFailure()) return;
+        }
+    }
+};
+
+TEST_F(RandomJourneys, ADisturbedDesktopComesBackAndStaysBack) {
+    eachSeed([](std::uint64_t seed) {
+        Journey journey(seed);
+        journey.save();
+        const bool displays = seed % 3 == 0;
+        journey.disturb(displays);
+        const Report first = journey.restore();
+        expectOneItemForEachWindow(first, journey.saved());
+        expectWindowsWhereReported(journey, first, !displays);
+        for (const Report::Item& item : first.items)
+            EXPECT_FALSE(std::holds_alternative<Report::failed>(item.status));
+
+        const std::string before = journey.state();
+        const Report second = journey.restore();
+        expectOneItemForEachWindow(second, journey.saved());
+        EXPECT_EQ(journey.state(), before) << "a second restore changed something";
+        for (const Report::Item& item : second.items)
+            EXPECT_FALSE(std::holds_alternative<Report::launched>(item.status));
+    });
+}
+
+TEST_F(RandomJourneys, WhateverGoesWrongEveryWindowHasItsLine) {
+    eachSeed([](std::uint64_t seed) {
+        Journey journey(seed);
+        journey.save();
+        journey.disturb(false);
+        journey.layFaults();
+        const Report report = journey.restore();
+        EXPECT_FALSE(report.cancelled);
+        expectOneItemForEachWindow(report, journey.saved());
+    });
+}
+
+TEST_F(RandomJourneys, TheSameSeedTellsTheSameStory) {
+    const auto story = [](std::uint64_t seed) {
+        Journey journey(seed);
+        journey.save();
+        journey.disturb(true);
+        journey.layFaults();
+        std::string text;
+        for (const Report::Item& item : journey.restore().items)
+            text += item.app + item.title.value_or("") + std::to_string(item.status.index()) + "\n";
+        return text + journey.state();
+    };
+    for (std::uint64_t seed = 1; seed <= 10; ++seed) EXPECT_EQ(story(seed), story(seed)) << "seed " << seed;
+}
+
+TEST_F(RandomJourneys, AnUndisturbedDesktopIsLeftAsItIs) {
+    eachSeed([](std::uint64_t seed) {
+        Journey journey(seed);
+        journey.save();
+        const std::string before = journey.state();
+        journey.restore();
+        EXPECT_EQ(journey.state(), before);
+        EXPECT_EQ(journey.capture().applications, journey.saved().snapshot.applications);
+        const auto document = WorkspaceCoding::encode(journey.saved());
+        ASSERT_TRUE(document);
+        EXPECT_EQ(WorkspaceCoding::encode(WorkspaceCoding::decode(*document).value()), document);
+    });
+}
+
+}  // namespace
+}  // namespace quillo
