@@ -75,6 +75,11 @@ Task<Result<void>> ApplicationList::launch(Url location, std::vector<Url>) {
     if (world_.fault(FaultKind::launchRefused, *identifier))
         co_return fail(ErrorKind::refused, "the system refused to open the application");
     world_.start(*world_.application(*identifier));
+    // The system reports success once the process runs, not when it was asked.
+    while (world_.application(*identifier)->starting) {
+        co_await sleepFor(50ms);
+        world_.advance();
+    }
     co_return Result<void>{};
 }
 

@@ -11,6 +11,19 @@ Duration toDuration(double seconds) {
     return std::chrono::duration_cast<Duration>(std::chrono::duration<double>(seconds));
 }
 
+double roundedDown(double length, double cell) {
+    return cell > 1 ? static_cast<double>(static_cast<std::int64_t>(length / cell)) * cell : length;
+}
+
+/// The size a window takes when it is asked for one: within its limits, in whole cells.
+Size allowed(const SceneWindow& window, Size size) {
+    size = {std::max(size.width, window.minimumSize.width), std::max(size.height, window.minimumSize.height)};
+    if (window.maximumSize)
+        size = {std::min(size.width, window.maximumSize->width),
+                std::min(size.height, window.maximumSize->height)};
+    return {roundedDown(size.width, window.cell.width), roundedDown(size.height, window.cell.height)};
+}
+
 bool concerns(const std::string& name, std::string_view value) {
     return name.empty() || name == value;
 }
@@ -129,7 +142,9 @@ Window& World::openWindow(Application& application, const SceneWindow& scene) {
     window.application = application.scene.identifier;
     window.state = scene;
     window.space = spaceFor(scene);
-    window.plainFrame = scene.frame;
+    const Size size = allowed(scene, scene.frame.size());
+    window.state.frame = {scene.frame.x, scene.frame.y, size.width, size.height};
+    window.plainFrame = window.state.frame;
     if (std::exchange(window.state.fullscreen, false)) enterFullscreen(window);
     return window;
 }
@@ -285,19 +300,11 @@ std::int32_t World::requestSize(WindowNumber number, Size size) {
     if (!window || !suffer(*window)) return code::invalidElement;
     const SceneWindow& state = window->state;
     if (state.fullscreen || window->transition || state.minimized) return code::success;
-    size = {std::max(size.width, state.minimumSize.width), std::max(size.height, state.minimumSize.height)};
-    if (state.maximumSize)
-        size = {std::min(size.width, state.maximumSize->width),
-                std::min(size.height, state.maximumSize->height)};
+    size = allowed(state, size);
     if (const Display* display = displayOf(state.frame); display && fault(FaultKind::sizeClamped, *window)) {
         const Rect& bounds = display->scene.frame;
         size = {std::min(size.width, bounds.width / 2), std::min(size.height, bounds.height / 2)};
     }
-    const auto rounded = [](double length, double cell) {
-        return static_cast<double>(static_cast<std::int64_t>(length / cell)) * cell;
-    };
-    if (state.cell.width > 1) size.width = rounded(size.width, state.cell.width);
-    if (state.cell.height > 1) size.height = rounded(size.height, state.cell.height);
     move(*window, {state.frame.x, state.frame.y, size.width, size.height});
     return code::success;
 }
