@@ -19,11 +19,13 @@ SceneWindow RandomDesktop::window(const Scene& scene, std::string title) {
         number(0, static_cast<std::int64_t>(scene.displays.size()) - 1))];
     SceneWindow window;
     window.title = std::move(title);
-    if (chance(10)) window.subrole = "AXDialog";
     window.frame = frameOn(display.visibleFrame);
     window.minimized = chance(15);
     window.fullscreen = !window.minimized && chance(10);
     window.desktop = number(0, display.desktops - 1);
+    // A dialog on a desktop that is not shown is not seen at all, and may later be taken for a window that
+    // went.
+    if (window.desktop == 0 && chance(10)) window.subrole = "AXDialog";
     if (chance(15)) window.cell = {6, 13};
     if (chance(30)) window.opensAfter = static_cast<double>(number(0, 8)) / 10;
     return window;
