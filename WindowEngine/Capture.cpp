@@ -18,6 +18,7 @@ namespace {
 /// Everything that is read of the desktop before the first suspension: nothing of it is read twice, and
 /// nothing of it is used after one.
 struct Reading {
+    bool trusted = false;
     std::vector<DisplaySnapshot> displays;
     std::vector<NativeDesktop> desktops;
     std::vector<RunningApplication> applications;
@@ -50,6 +51,7 @@ void applyPrivacyGate(DesktopAccess& desktop, Reading& reading) {
 
 Reading readDesktop(DesktopAccess& desktop, const Options& options) {
     Reading reading;
+    reading.trusted = desktop.platform.accessibility.trusted();
     reading.displays = Displays::current(desktop.platform.screens);
     reading.desktops = DesktopSpaces::current(desktop);
     reading.applications = eligibleApplications(desktop, options);
@@ -101,8 +103,9 @@ std::vector<WindowSnapshot> windowSnapshots(const Reading& reading, std::size_t 
     std::vector<WindowSnapshot> windows;
     for (const LiveWindow& window : live) windows.push_back(windowSnapshot(reading, window));
     const RunningApplication& owner = reading.applications[application];
-    // The window server knows of private windows too, and there is nothing to verify them by.
-    if (owner.bundleIdentifier == SafariPrivacy::safari) return windows;
+    // Without the permission every window is a hidden one; and the window server knows of private windows
+    // too, and there is nothing to verify them by.
+    if (!reading.trusted || owner.bundleIdentifier == SafariPrivacy::safari) return windows;
     const auto hidden =
         Accessibility::hiddenWindows(reading.server, owner.pid, Accessibility::windowNumbers(live));
     return FullscreenCaptureMerge::apply(

@@ -31,6 +31,7 @@ class ForwardingAccessibilityService : public AccessibilityService {
     std::optional<WindowNumber> windowNumber(const Element& window) override {
         return target_.windowNumber(window);
     }
+    Capability remoteTokens() override { return target_.remoteTokens(); }
     std::optional<Element> elementFromToken(std::span<const std::byte, 20> token) override {
         return target_.elementFromToken(token);
     }
