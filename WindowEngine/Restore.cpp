@@ -79,9 +79,7 @@ Task<void> requestWindow(Run& run, const ApplicationSnapshot& application) {
 Task<bool> start(Run& run, const ApplicationSnapshot& application) {
     const auto running = run.desktop.platform.applications.running(application.bundleIdentifier);
     if (!running) co_return co_await launch(run, application);
-    // Saved without windows it is back as it was: a new one would stand for nothing, and the desktop would not
-    // be the saved one.
-    if (!application.windows.empty() && !hasWindows(run, *running)) co_await requestWindow(run, application);
+    if (!hasWindows(run, *running)) co_await requestWindow(run, application);
     co_return true;
 }
 

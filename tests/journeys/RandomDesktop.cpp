@@ -36,7 +36,8 @@ SceneApplication RandomDesktop::application(const Scene& scene, std::int64_t ind
     application.identifier = fmt::format("org.example.app{}", index);
     application.name = fmt::format("App {}", index);
     application.launchSeconds = static_cast<double>(number(0, 20)) / 10;
-    for (std::int64_t i = number(0, 8); i > 0; --i)
+    // Never none: a running application without windows is asked for one, whatever was saved of it.
+    for (std::int64_t i = number(1, 8); i > 0; --i)
         application.windows.push_back(window(scene, fmt::format("Window {} of {}", i, index)));
     // Without a title only where nothing else could be taken for it: pairing goes by the order in which
     // accessibility lists windows then, and that changes when one is minimized or leaves the desktop in
