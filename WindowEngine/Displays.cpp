@@ -9,7 +9,8 @@ namespace quillo::Displays {
 namespace {
 
 std::int64_t wholePoints(double length) {
-    if (!(std::abs(length) < 0x1p63)) throw std::logic_error("a screen has a size that is no number of points");
+    if (!(std::abs(length) < 0x1p63))
+        throw std::logic_error("a screen has a size that is no number of points");
     return static_cast<std::int64_t>(length);
 }
 
