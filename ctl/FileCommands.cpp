@@ -16,27 +16,40 @@ std::unexpected<Failure> badFile(const std::string& file, const Error& error) {
     return failure(printable(named ? error.text : file + ": " + error.text));
 }
 
+Expected<std::filesystem::path> fileArgument(const Arguments& arguments) {
+    if (arguments.file.empty()) return failure("FILE: the name is empty", Exit::usage);
+    return absolutePath(arguments.file);
+}
+
+Expected<std::string> readFile(Session& session, const Arguments& arguments) {
+    const Expected<std::filesystem::path> file = fileArgument(arguments);
+    if (!file) return std::unexpected(file.error());
+    Result<std::string> bytes = session.files.read(*file);
+    if (!bytes) return badFile(arguments.file, bytes.error());
+    return *std::move(bytes);
+}
+
 }  // namespace
 
 CommandResult exportWorkspace(Session& session, const Arguments& arguments) {
-    if (arguments.file.empty()) return failure("FILE: the name is empty", Exit::usage);
+    const Expected<std::filesystem::path> file = fileArgument(arguments);
+    if (!file) return std::unexpected(file.error());
     const Expected<Workspace> workspace = find(session, arguments.workspace);
     if (!workspace) return std::unexpected(workspace.error());
-    const std::filesystem::path file = std::filesystem::absolute(arguments.file);
-    if (!arguments.force && session.files.exists(file)) {
+    if (!arguments.force && session.files.exists(*file)) {
         return failure(printable(arguments.file) + ": a file of this name exists; --force replaces it");
     }
     const Result<std::string> document = WorkspaceCoding::encode(*workspace);
     if (!document) return couldNot("export " + printable(workspace->name), document.error());
-    if (const Result<void> written = writeAtomically(session.files, file, *document); !written) {
+    if (const Result<void> written = writeAtomically(session.files, *file, *document); !written) {
         return couldNot("export " + printable(workspace->name), written.error());
     }
     return reportSaved(session, "Exported", *workspace);
 }
 
 CommandResult importWorkspace(Session& session, const Arguments& arguments) {
-    const Result<std::string> bytes = session.files.read(std::filesystem::absolute(arguments.file));
-    if (!bytes) return badFile(arguments.file, bytes.error());
+    const Expected<std::string> bytes = readFile(session, arguments);
+    if (!bytes) return std::unexpected(bytes.error());
     const Result<ImportedWorkspace> imported = ImportedWorkspace::read(*bytes, scan(session), now());
     if (!imported) return badFile(arguments.file, imported.error());
     if (const Result<void> saved = session.store.save(imported->workspace); !saved) {
@@ -50,8 +63,8 @@ CommandResult importWorkspace(Session& session, const Arguments& arguments) {
 }
 
 CommandResult validateFile(Session& session, const Arguments& arguments) {
-    const Result<std::string> bytes = session.files.read(std::filesystem::absolute(arguments.file));
-    if (!bytes) return badFile(arguments.file, bytes.error());
+    const Expected<std::string> bytes = readFile(session, arguments);
+    if (!bytes) return std::unexpected(bytes.error());
     const Result<Workspace> workspace = WorkspaceCoding::decode(*bytes);
     if (!workspace) return badFile(arguments.file, workspace.error());
     return reportSaved(session, printable(arguments.file) + ": a sound workspace file,", *workspace);

@@ -40,10 +40,9 @@ PlannedApplication presenceOf(Applications& applications, const ApplicationSnaps
     if (const auto running = applications.running(saved.bundleIdentifier)) {
         planned.presence = Presence::running;
         planned.pid = running->pid;
-    } else if (saved.applicationURL &&
-               applications.identifierAt(*saved.applicationURL) == saved.bundleIdentifier) {
-        planned.presence = Presence::installed;
-    } else if (applications.location(saved.bundleIdentifier)) {
+    } else if ((saved.applicationURL &&
+                applications.identifierAt(*saved.applicationURL) == saved.bundleIdentifier) ||
+               applications.location(saved.bundleIdentifier)) {
         planned.presence = Presence::installed;
     }
     return planned;

@@ -77,6 +77,12 @@ Expected<std::unique_ptr<Desktop>> openTrustedDesktop(Session& session) {
     return desktop;
 }
 
+std::filesystem::path absolutePath(const std::filesystem::path& path) {
+    std::error_code trouble;
+    std::filesystem::path absolute = std::filesystem::absolute(path, trouble);
+    return trouble ? path : absolute;
+}
+
 Instant now() {
     return std::chrono::time_point_cast<Instant::duration>(std::chrono::system_clock::now());
 }

@@ -41,6 +41,9 @@ Expected<std::unique_ptr<Desktop>> openDesktop(Session& session);
 /// The same for a command that reads or changes other applications' windows.
 Expected<std::unique_ptr<Desktop>> openTrustedDesktop(Session& session);
 
+/// `path` seen from the working directory; as it is where there is none any more.
+std::filesystem::path absolutePath(const std::filesystem::path& path);
+
 /// The clock of records.
 Instant now();
 

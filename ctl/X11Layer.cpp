@@ -1,4 +1,6 @@
 // The real desktop of an X server, on the plain loop.
+#include <cstdlib>
+
 #include "ctl/DesktopLayers.hpp"
 #include "platform/x11/X11Desktop.hpp"
 
@@ -16,7 +18,10 @@ class X11Layer final : public Desktop {
         return layer;
     }
 
-    std::string description() const override { return "X11"; }
+    std::string description() const override {
+        const char* display = std::getenv("DISPLAY");
+        return std::string("X11, display ") + (display != nullptr ? display : "");
+    }
     DesktopAccess& access() override { return *access_; }
     Loop& loop() override { return loop_; }
     Result<void> keepChanges() override { return {}; }

@@ -17,7 +17,7 @@ constexpr std::string_view simulatedPrefix = "simulated:";
 Result<std::unique_ptr<Desktop>> openDesktop(const Arguments& arguments, FileSystem& files, SystemLog& log) {
     const std::string& choice = arguments.desktop;
     if (choice.starts_with(simulatedPrefix)) {
-        const auto scene = std::filesystem::absolute(choice.substr(simulatedPrefix.size()));
+        const auto scene = absolutePath(choice.substr(simulatedPrefix.size()));
         return openSimulatedDesktop({.path = scene, .keep = arguments.keepScene, .files = files}, log);
     }
     return openX11Desktop(log);
@@ -44,9 +44,8 @@ CommandResult runCommand(const Invocation& invocation, Output& output) {
 
     PosixFileSystem files;
     FileLog log(directories->state / "quillo.log");
-    const std::filesystem::path data = arguments.dataDirectory.empty()
-                                           ? directories->data
-                                           : std::filesystem::absolute(arguments.dataDirectory);
+    const std::filesystem::path data =
+        arguments.dataDirectory.empty() ? directories->data : absolutePath(arguments.dataDirectory);
     WorkspaceStore store(files, data / "workspaces");
     Session session{.output = output,
                     .files = files,
@@ -71,14 +70,17 @@ int finish(const CommandResult& result, Output& output) {
     return static_cast<int>(exit == Exit::done ? Exit::failed : exit);
 }
 
-}  // namespace
-}  // namespace quillo::ctl
-
-int main(int argumentCount, char** arguments) {
-    using namespace quillo::ctl;
+int runProgram(int argumentCount, const char* const* arguments) {
     const std::expected<Invocation, Exit> invocation = parseCommandLine(argumentCount, arguments);
     if (!invocation) return static_cast<int>(invocation.error());
     outliveClosedPipes();
     Output output(invocation->arguments.json);
     return finish(runCommand(*invocation, output), output);
+}
+
+}  // namespace
+}  // namespace quillo::ctl
+
+int main(int argumentCount, char** arguments) {
+    return quillo::ctl::runProgram(argumentCount, arguments);
 }

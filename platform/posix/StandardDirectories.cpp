@@ -24,8 +24,8 @@ Path home() {
 }
 
 #ifndef __APPLE__
-Path orElse(Path preferred, const Path& other) {
-    return preferred.empty() ? other : std::move(preferred);
+Path orElse(const Path& preferred, const Path& other) {
+    return preferred.empty() ? other : preferred;
 }
 #endif
 

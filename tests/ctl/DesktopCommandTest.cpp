@@ -98,8 +98,8 @@ TEST_F(DesktopCommandTest, AKeptSceneIsRestoredOverSeveralCalls) {
           "why     same title, same kind, similar size, same place in the list (score ",
           "where   600 × 400 at 100, 100, display left\n", "steps   unminimize, then move and resize\n",
           "move and resize, then minimize\n",
-          "Terminal: would be launched\n  shell\n      placed once the application is launched\n"
-          "      where   640 × 300 at 50, 600, display left\n"}) {
+          "Terminal: would be launched\n  shell\n      placed once the application is launched\n",
+          "where   640 × 300 at 50, 600, display left\n"}) {
         EXPECT_NE(plan.out.find(part), std::string::npos) << part << "\n" << plan.out;
     }
     EXPECT_EQ(on("disturbed.json", {"restore", "work"}).status, 0);

@@ -60,6 +60,8 @@ TEST_F(LibraryCommandTest, UsageErrorsNameTheArgument) {
         {{"save"}, "NAME"},
         {{"save", "A", "--update", "Work"}, "excludes"},
         {{"export", "Work", ""}, "FILE: the name is empty"},
+        {{"validate", ""}, "FILE: the name is empty"},
+        {{"import", ""}, "FILE: the name is empty"},
         {{"--desktop", "wayland", "list"}, "--desktop: wayland"},
         {{"--desktop", "simulated:", "list"}, "--desktop: simulated:"},
         {{"--keep-scene", "list"}, "--keep-scene"},
