@@ -102,7 +102,9 @@ Task<Result<void>> X11Applications::open(std::string bundleIdentifier, std::vect
 }
 
 Task<Result<void>> X11Applications::requestWindow(std::string bundleIdentifier) {
-    return open(std::move(bundleIdentifier), {});
+    if (!view_.applicationNamed(bundleIdentifier))
+        co_return fail(ErrorKind::notFound, "the application is not running");
+    co_return co_await open(std::move(bundleIdentifier), {});
 }
 
 std::vector<WindowReading> X11Applications::listedWindows(const KnownApplication& application) {

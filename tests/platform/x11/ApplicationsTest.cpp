@@ -148,7 +148,7 @@ TEST_F(ApplicationsTest, ARefusedLaunchSaysWhyWithoutAPath) {
 }
 
 TEST_F(ApplicationsTest, HidingMinimizesEveryWindow) {
-    open({"--class", "Hideable", "--count", "3"});
+    open({"--class", "Hideable", "--title", "a", "--title", "b", "--title", "c"});
     ASSERT_TRUE(eventually([&] { return windows().size() == 3; }));
     EXPECT_TRUE(applications().hide("hideable"));
     EXPECT_TRUE(eventually(
@@ -157,7 +157,7 @@ TEST_F(ApplicationsTest, HidingMinimizesEveryWindow) {
 }
 
 TEST_F(ApplicationsTest, QuittingAsksAndNeverForces) {
-    auto& polite = open({"--class", "Polite", "--dialog"});
+    auto& polite = open({"--class", "Polite", "--dialog", "question"});
     auto& stubborn = open({"--class", "Stubborn", "--refuse-close"});
     auto& deaf = open({"--class", "Deaf", "--no-protocols"});
     ASSERT_TRUE(eventually([&] { return windows().size() == 4; }));

@@ -14,7 +14,7 @@ class WindowReadingTest : public X11Test {};
 TEST_F(WindowReadingTest, KindsOfWindows) {
     openWindow("plain");
     openWindow("typed", {"--type", "normal"});
-    open({"--title", "parent", "--dialog"});
+    open({"--title", "parent", "--dialog", "parent dialog"});
     open({"--title", "palette", "--type", "utility"});
     open({"--title", "panel", "--type", "dock"});
     open({"--title", "background", "--type", "desktop", "--class", "Background"});

@@ -14,14 +14,13 @@
 namespace {
 
 struct Options {
-    std::string windowClass = "TestClient", title = "window", latin1Title, type, gtkApplicationID,
-                desktopFile;
+    std::string windowClass = "TestClient", latin1Title, type, gtkApplicationID, desktopFile;
     std::vector<int> geometry{50, 60, 300, 200};  // x, y, width, height
     std::vector<int> increments, minimum, shadow;
     std::vector<std::uint32_t> strut;
-    std::vector<std::string> documents;
-    int count = 1;
-    bool dialog = false, refuseClose = false, noProtocols = false, noPid = false;
+    std::vector<std::string> titles{"window"}, documents;
+    std::string dialog;  // title of a dialog that belongs to the first window
+    bool refuseClose = false, noProtocols = false, noPid = false;
 };
 
 class Client {
@@ -36,11 +35,8 @@ class Client {
     }
 
     void openAll() {
-        for (int i = 0; i < options_.count; ++i) {
-            const auto number = options_.count > 1 ? " " + std::to_string(i + 1) : "";
-            open(options_.title + number, options_.type, XCB_WINDOW_NONE);
-        }
-        if (options_.dialog) open(options_.title + " dialog", "dialog", *windows_.begin());
+        for (const auto& title : options_.titles) open(title, options_.type, XCB_WINDOW_NONE);
+        if (!options_.dialog.empty()) open(options_.dialog, "dialog", *windows_.begin());
         xcb_flush(xcb_);
     }
 
@@ -158,7 +154,7 @@ int main(int count, char** arguments) {
     Options options;
     CLI::App app;
     app.add_option("--class", options.windowClass);
-    app.add_option("--title", options.title);
+    app.add_option("--title", options.titles)->allow_extra_args(false);
     app.add_option("--latin1-title", options.latin1Title);
     app.add_option("--type", options.type);
     app.add_option("--gtk-application-id", options.gtkApplicationID);
@@ -168,8 +164,7 @@ int main(int count, char** arguments) {
     app.add_option("--minimum", options.minimum)->expected(2)->delimiter(',');
     app.add_option("--shadow", options.shadow)->expected(4)->delimiter(',');
     app.add_option("--strut", options.strut)->expected(12)->delimiter(',');
-    app.add_option("--count", options.count);
-    app.add_flag("--dialog", options.dialog);
+    app.add_option("--dialog", options.dialog);
     app.add_flag("--refuse-close", options.refuseClose);
     app.add_flag("--no-protocols", options.noProtocols);
     app.add_flag("--no-pid", options.noPid);
