@@ -25,114 +25,31 @@ std::string edited(std::string text, std::string_view from, std::string_view to)
     return text.replace(at, from.size(), to);
 }
 
-TEST(WorkspaceCoding, WritesTheDocumentAsAgreed) {
-    Workspace workspace = samples::full();
-    workspace.snapshot.applications[0].windows.resize(1);
-    EXPECT_EQ(encode(workspace).value(), R"({
-  "cleanSlate": "hide",
-  "color": "teal",
-  "createdAt": "2025-03-14T09:26:53Z",
-  "icon": "clock",
-  "id": "6F1C2A9E-0B7D-4E51-9C3A-2D4B8E7F1A60",
-  "lastRestoredAt": "2025-03-15T08:02:11Z",
-  "name": "Work",
-  "schemaVersion": 2,
-  "snapshot": {
-    "applications": [
-      {
-        "applicationURL": "file:\/\/\/Applications\/Safari.app\/",
-        "bundleIdentifier": "com.apple.Safari",
-        "context": {
-          "adapter": "safari",
-          "windows": [
-            {
-              "sourceWindowID": 4711,
-              "sourceWindowIndex": 0,
-              "urls": [
-                "https:\/\/a.example\/x|y^z"
-              ]
-            },
-            {
-              "urls": []
-            }
-          ]
-        },
-        "name": "Safari",
-        "windows": [
-          {
-            "desktop": {
-              "displayID": "D1",
-              "index": 1,
-              "uuid": "S\/1"
-            },
-            "displayID": "D1",
-            "documentURL": "file:\/\/\/tmp\/a",
-            "frame": [[120, 60.5], [1100, 800]],
-            "fullscreenConfirmed": false,
-            "index": -3,
-            "isFullscreen": false,
-            "isMinimized": true,
-            "normalizedFrame": [[0.1, 0], [0.3333333333333333, 1e-09]],
-            "subrole": "AXStandardWindow",
-            "tabs": [
-              {
-                "documentURL": "file:\/\/\/tmp\/a%20b.txt",
-                "title": "a \"tab\""
-              },
-              {}
-            ],
-            "title": "Süd \\ Nord\n\u0001"
-          }
-        ]
-      }
-    ],
-    "capturedAt": "2025-03-14T09:26:50Z",
-    "desktops": [
-      {
-        "displayID": "D1",
-        "index": 1,
-        "uuid": "S\/1"
-      },
-      {
-        "displayID": "D1",
-        "index": 2
-      }
-    ],
-    "displays": [
-      {
-        "frame": [[0, 0], [1512, 982]],
-        "id": "D1",
-        "isPrimary": true,
-        "scale": 2,
-        "visibleFrame": [[0, 33], [1512, 949]]
-      }
-    ],
-    "notes": [
-      "a note"
-    ]
-  },
-  "updatedAt": "2025-03-14T09:26:53Z"
-}
-)");
-}
-
 TEST(WorkspaceCoding, ReadsBackEveryField) {
     EXPECT_EQ(decode(fullDocument()), samples::full());
 }
 
+// The manual's example has every key but `notes`, and is what the writer writes to the byte.
 TEST(WorkspaceCoding, TheManualShowsADocumentAsItIsWritten) {
     std::ifstream file(QUILLO_SOURCE_DIR "/docs/file-format.md");
     const std::string manual(std::istreambuf_iterator<char>(file), {});
     const std::size_t begin = manual.find("```json\n") + 8, end = manual.find("```", begin);
     ASSERT_NE(end, std::string::npos);
     const std::string example = manual.substr(begin, end - begin);
-    EXPECT_EQ(encode(decode(example).value()), example);
+    const auto decoded = decode(example);
+    ASSERT_TRUE(decoded) << decoded.error().text;
+    EXPECT_EQ(encode(*decoded), example);
+    const WindowSnapshot& window = decoded->snapshot.applications.at(0).windows.at(0);
+    EXPECT_EQ(window.frame, (Rect{120, 60.5, 1100, 800}));
+    EXPECT_EQ(window.tabs->at(1).title, "Chapter 2/3 \"Süd\"");
+    EXPECT_TRUE(window.isMinimized);
+    EXPECT_FALSE(window.isFullscreen);
 }
 
 // Random texts never make an identifier of an application whose windows are folded, so nothing may change.
 TEST(WorkspaceCoding, EncodingIsStableUnderDecoding) {
     for (std::uint64_t seed = 1; seed <= 300; ++seed) {
-        const Workspace workspace = samples::Random(seed).workspace();
+        const Workspace workspace = samples::RandomRecords(seed).workspace();
         const std::string document = encode(workspace).value();
         const auto decoded = decode(document);
         ASSERT_TRUE(decoded) << "seed " << seed << ": " << decoded.error().text;
@@ -363,7 +280,7 @@ TEST(WorkspaceCoding, EveryTruncationIsAnErrorThatNamesALine) {
 }
 
 TEST(WorkspaceCoding, DamagedBytesNeverCrashAndWhatIsReadIsStable) {
-    samples::Random random(7);
+    samples::RandomRecords random(7);
     for (int round = 0; round < 3000; ++round) {
         std::string document = fullDocument();
         for (std::size_t i = 0; i <= random.below(3); ++i) {

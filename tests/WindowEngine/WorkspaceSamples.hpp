@@ -51,9 +51,9 @@ inline Workspace named(Uuid id, std::string name, std::string content = {},
     return workspace;
 }
 
-class Random {
+class RandomRecords {
   public:
-    explicit Random(std::uint64_t seed) : engine_(seed) {}
+    explicit RandomRecords(std::uint64_t seed) : engine_(seed) {}
 
     bool coin() { return engine_() % 2 == 0; }
     std::size_t below(std::size_t limit) { return engine_() % limit; }
