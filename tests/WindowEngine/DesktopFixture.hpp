@@ -14,6 +14,7 @@
 #include "WindowEngine/Restore.hpp"
 #include "WindowEngine/services/ForwardingAccessibilityService.hpp"
 #include "platform/simulated/SimulatedDesktop.hpp"
+#include "tests/WindowEngine/DesktopSamples.hpp"
 
 namespace quillo::samples {
 
@@ -156,6 +157,16 @@ class Desktop {
                           plain.scripts, plain.log},
                          handles};
 };
+
+/// A window as it would have been saved on this desktop.
+inline WindowSnapshot savedWindow(Desktop& desktop, Rect frame, std::string title) {
+    const auto displays = Displays::current(desktop.plain.screens);
+    const DisplaySnapshot* display = Displays::display(frame, displays);
+    WindowSnapshot saved = window(frame, std::move(title));
+    saved.displayID = display->id;
+    saved.normalizedFrame = Displays::normalize(frame, display->frame);
+    return saved;
+}
 
 /// How an item reads: "org.a/Title: restored".
 inline std::string text(const RestoreReport::Status& status) {
