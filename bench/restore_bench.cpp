@@ -1,0 +1,89 @@
+// The engine's own cost of a restore: 20 applications with 100 windows, scattered and brought back on the
+// simulated desktop, whose waits cost no time. What remains is the work between them.
+#include <benchmark/benchmark.h>
+#include <fmt/format.h>
+
+#include <chrono>
+
+#include "WindowEngine/Capture.hpp"
+#include "WindowEngine/Restore.hpp"
+#include "platform/simulated/SimulatedDesktop.hpp"
+
+namespace quillo {
+namespace {
+
+constexpr int windowsPerApplication = 5;
+
+std::string sceneOf(int applications) {
+    simulated::Scene scene;
+    scene.displays.push_back({.id = "main",
+                              .frame = {0, 0, 2560, 1440},
+                              .visibleFrame = {0, 25, 2560, 1415},
+                              .scale = 1,
+                              .desktops = 1,
+                              .shownDesktop = 0});
+    for (int i = 0; i < applications; ++i) {
+        auto& application = scene.applications.emplace_back();
+        application.identifier = application.name = fmt::format("org.example.{}", i);
+        for (int j = 0; j < windowsPerApplication; ++j) {
+            auto& window = application.windows.emplace_back();
+            window.title = fmt::format("Window {} of {}", j, i);
+            window.frame = {40.0 * j, 30.0 * i + 30, 800, 600};
+        }
+    }
+    return simulated::writeScene(scene);
+}
+
+template <class T>
+T run(SimulatedDesktop& desktop, Task<T> task) {
+    Job<T> job(desktop.executor(), std::move(task));
+    desktop.executor().runUntil([&] { return job.done(); }, std::chrono::hours(1));
+    return job.result();
+}
+
+/// A desktop that was saved and whose windows were moved since.
+class Scattered {
+  public:
+    explicit Scattered(int applications)
+        : desktop_(SimulatedDesktop::create(sceneOf(applications), "scene").value()) {
+        workspace_.snapshot = run(*desktop_, Capture::snapshot(access_, {}));
+        for (const auto& application : workspace_.snapshot.applications) {
+            for (simulated::Window* window : desktop_->world().windowsOf(application.bundleIdentifier))
+                desktop_->world().move(*window, {1000, 700, 640, 480});
+        }
+    }
+
+    WorkspaceSnapshot capture() { return run(*desktop_, Capture::snapshot(access_, {})); }
+    RestoreReport restore() { return run(*desktop_, Restore::run(access_, workspace_, {}, {})); }
+
+  private:
+    std::unique_ptr<SimulatedDesktop> desktop_;
+    WindowHandleCache handles_;
+    DesktopAccess access_{desktop_->platform(), handles_};
+    Workspace workspace_;
+};
+
+void restoring(benchmark::State& state) {
+    const auto applications = static_cast<int>(state.range(0));
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto scattered = std::make_unique<Scattered>(applications);
+        state.ResumeTiming();
+        const RestoreReport report = scattered->restore();
+        if (report.totals().restored != applications * windowsPerApplication)
+            state.SkipWithError("not every window came back");
+        state.PauseTiming();
+        scattered.reset();
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(restoring)->Arg(1)->Arg(5)->Arg(20)->Unit(benchmark::kMillisecond);
+
+void capturing(benchmark::State& state) {
+    Scattered scattered(static_cast<int>(state.range(0)));
+    for (auto _ : state) benchmark::DoNotOptimize(scattered.capture());
+}
+BENCHMARK(capturing)->Arg(5)->Arg(40)->Unit(benchmark::kMicrosecond);
+
+}  // namespace
+}  // namespace quillo
