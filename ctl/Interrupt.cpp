@@ -47,11 +47,16 @@ char receive() {
 
 }  // namespace
 
-Interrupt::Interrupt(Executor& executor, std::function<void()> cancel) {
+Interrupt::Interrupt(Executor& executor, std::function<void()> cancel)
+    : cancel_(std::make_shared<std::function<void()>>(std::move(cancel))) {
     if (pipe(channel.data()) != 0) throw std::system_error(errno, std::generic_category(), "pipe");
     for (const int end : channel) fcntl(end, F_SETFD, FD_CLOEXEC);
-    reader_ = std::thread([&executor, cancel = std::move(cancel)] {
-        while (receive() == interrupted) executor.post(cancel);
+    reader_ = std::thread([&executor, cancel = std::weak_ptr(cancel_)] {
+        while (receive() == interrupted) {
+            executor.post([cancel] {
+                if (const auto call = cancel.lock()) (*call)();  // what it refers to may be gone by its turn
+            });
+        }
     });
     setHandlers(handle);
 }

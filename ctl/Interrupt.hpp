@@ -2,6 +2,7 @@
 // good order and say what it did until then.
 #pragma once
 #include <functional>
+#include <memory>
 #include <thread>
 
 #include "WindowEngine/support/Executor.hpp"
@@ -9,7 +10,8 @@
 namespace quillo::ctl {
 
 /// While it lives, the first SIGINT, SIGTERM or SIGHUP posts `cancel`; the second ends the program at once.
-/// One at a time. It must die before `executor` and before what `cancel` refers to.
+/// One at a time. It must die before `executor` and before what `cancel` refers to; `cancel` is not called
+/// after it.
 class Interrupt {
   public:
     Interrupt(Executor& executor, std::function<void()> cancel);
@@ -18,6 +20,7 @@ class Interrupt {
     Interrupt& operator=(const Interrupt&) = delete;
 
   private:
+    std::shared_ptr<std::function<void()>> cancel_;
     std::thread reader_;
 };
 
