@@ -3,6 +3,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 
@@ -61,7 +62,7 @@ Output::Output(bool json) : json_(json), width_(terminalWidth()) {
 void Output::line(std::string_view text) {
     clearProgress();
     const bool put = ctl::put(stdout, text) && ctl::put(stdout, "\n") && std::fflush(stdout) == 0;
-    written_ = written_ && put;
+    written_ = written_ && (put || errno == EPIPE);  // a reader that has had enough is no fault
 }
 
 void Output::value(JsonLine value) {
@@ -100,7 +101,7 @@ std::string Output::painted(Style style, std::string_view text) const {
 
 bool Output::finish() {
     clearProgress();
-    return std::fflush(stdout) == 0 && written_;
+    return written_;
 }
 
 }  // namespace quillo::ctl

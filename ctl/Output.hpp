@@ -30,7 +30,7 @@ class Output {
     /// Colours only on a terminal, and not where NO_COLOR is set.
     std::string painted(Style style, std::string_view text) const;
 
-    /// False when not everything could be written (a full disk, a closed pipe).
+    /// False when not everything could be written (a full disk).
     bool finish();
 
   private:

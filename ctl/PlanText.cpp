@@ -169,6 +169,8 @@ void printWindow(Output& output, const PlannedApplication& application, const Wi
         detail(fmt::format("where   {}{}, display {}", frameText(plan.placement->frame),
                            plan.placement->adjusted ? " (adjusted)" : "",
                            printable(plan.displayID.value_or("none"))));
+    } else if (plan.liveIndex) {
+        detail("where   nowhere: no display is attached");
     }
     if (plan.liveIndex) detail(fmt::format("steps   {}", fmt::join(steps(plan), ", then ")));
 }
@@ -176,6 +178,7 @@ void printWindow(Output& output, const PlannedApplication& application, const Wi
 std::string headline(const PlannedApplication& application) {
     switch (application.presence) {
         case Presence::running:
+            if (application.hangs) return "runs, does not answer";
             return "runs, " + counted(static_cast<std::int64_t>(application.live.size()), "window");
         case Presence::installed:
             return "would be launched";
