@@ -116,6 +116,8 @@ std::set<WindowNumber> windowNumbers(std::span<const LiveWindow> windows);
 /// One write pass without waiting. A minimized window is restored first (it cannot be moved) and minimized
 /// again where that is asked for.
 WindowMutationResult set(DesktopAccess& desktop, const LiveWindow& window, const Rect& frame, bool minimized);
+/// How far a reading agrees with what was asked for; an absent one in nothing.
+WindowMutationResult compare(const std::optional<LiveWindow>& now, const Rect& frame, bool minimized);
 /// One write pass, then verified by polling for up to 3 s.
 Task<WindowMutationResult> setAndWait(DesktopAccess& desktop, LiveWindow window, Rect frame, bool minimized);
 /// Writes only where the state differs; whether the window was in that state or the write was accepted.

@@ -28,7 +28,12 @@ bool isFinite(const Rect& frame) {
            std::isfinite(frame.height);
 }
 
-/// How far a reading agrees with what was asked for.
+Task<void> pauseBetweenReadings() {
+    co_await sleepFor(pollingInterval);
+}
+
+}  // namespace
+
 WindowMutationResult compare(const std::optional<LiveWindow>& now, const Rect& frame, bool minimized) {
     if (!now) return {};
     const Rect& actual = now->info.frame;
@@ -36,12 +41,6 @@ WindowMutationResult compare(const std::optional<LiveWindow>& now, const Rect& f
             .sizeSet = near(actual.width, frame.width) && near(actual.height, frame.height),
             .minimizedSet = now->info.isMinimized == minimized};
 }
-
-Task<void> pauseBetweenReadings() {
-    co_await sleepFor(pollingInterval);
-}
-
-}  // namespace
 
 bool setMinimized(DesktopAccess& desktop, const LiveWindow& window, bool value) {
     if (readFlag(desktop, window, ax::minimized) == value) return true;

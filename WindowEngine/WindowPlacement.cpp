@@ -47,7 +47,11 @@ Task<Trouble> leaveFullscreen(Pair& pair, std::string_view refusal) {
 struct Written {
     Trouble trouble;              // of what had to come before
     WindowMutationResult result;  // nothing set: the window could not be brought to a movable state either
-    bool adjusted = false;
+    DisplayMapper::Placement placement;
+    bool minimized = false;
+
+    bool took() const { return !trouble && result.positionSet && result.minimizedSet; }
+    bool adjusted() const { return placement.adjusted || !result.sizeSet; }
 };
 
 /// The write itself, to a window that was made movable.
@@ -57,10 +61,10 @@ Task<Written> writeMovable(Pair& pair, std::string_view unminimizeRefusal) {
     const WindowPlan plan = pair.plan();
     if (!plan.placement) co_return Written{};
     if (plan.unminimize && !co_await Accessibility::unminimizeAndWait(pair.desktop, pair.window))
-        co_return Written{failed{std::string(unminimizeRefusal)}, {}, false};
+        co_return Written{failed{std::string(unminimizeRefusal)}, {}, {}};
     const auto result =
         co_await Accessibility::setAndWait(pair.desktop, pair.window, plan.placement->frame, plan.minimized);
-    co_return Written{std::nullopt, result, plan.placement->adjusted || !result.sizeSet};
+    co_return Written{std::nullopt, result, *plan.placement, plan.minimized};
 }
 
 /// Whatever becomes of the write, the window goes back to the desktop it came from: a cancelled restore
@@ -75,6 +79,13 @@ Task<Written> write(Pair& pair, std::string_view unminimizeRefusal) {
     }
     co_await shielded(pair.desktop.platform.accessibility.settleInPlace(pair.window.element));
     if (interruption) std::rethrow_exception(interruption);
+    // What counts is what is there once everything came to rest: a window manager may take a new size a
+    // moment after the position, or think again.
+    if (written.took()) {
+        const bool there = pair.refresh();
+        written.result = Accessibility::compare(there ? std::optional(pair.window) : std::nullopt,
+                                                written.placement.frame, written.minimized);
+    }
     co_return written;
 }
 
@@ -84,10 +95,9 @@ Task<Status> restorePlain(Pair& pair) {
     }
     const Written written = co_await write(pair, "couldn't unminimize the window before moving it");
     if (written.trouble) co_return *written.trouble;
-    if (!written.result.positionSet || !written.result.minimizedSet)
-        co_return failed{"window refused position or minimized state"};
+    if (!written.took()) co_return failed{"window refused position or minimized state"};
     // The move to the window's desktop stands here.
-    if (written.adjusted) co_return RestoreReport::adjusted{};
+    if (written.adjusted()) co_return RestoreReport::adjusted{};
     co_return RestoreReport::restored{};
 }
 
