@@ -5,6 +5,7 @@
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <xcb/xcb_ewmh.h>
 
 #include <cstdlib>
 #include <fstream>
@@ -164,7 +165,32 @@ Process PrivateDesktop::startServer() {
 }
 
 PrivateDesktop::PrivateDesktop(const std::string& windowManager)
-    : server_(startServer()), windowManager_(windowManagerCommand(windowManager)) {}
+    : server_(startServer()), windowManager_(windowManagerCommand(windowManager)) {
+    waitForWindowManager();
+}
+
+void PrivateDesktop::waitForWindowManager() {
+    auto* xcb = xcb_connect(display_.c_str(), nullptr);
+    xcb_ewmh_connection_t ewmh{};
+    if (!xcb_ewmh_init_atoms_replies(&ewmh, xcb_ewmh_init_atoms(xcb, &ewmh), nullptr)) {
+        throw std::runtime_error("the X server does not answer");
+    }
+    bool ready = true;
+    for (const std::uint32_t desktops : {5u, 4u}) {
+        ready = ready && waitFor(
+                             [&] {
+                                 std::uint32_t now = 0;
+                                 run({"wmctrl", "-n", std::to_string(desktops)});
+                                 xcb_ewmh_get_number_of_desktops_reply(
+                                     &ewmh, xcb_ewmh_get_number_of_desktops(&ewmh, 0), &now, nullptr);
+                                 return now == desktops;
+                             },
+                             20s);
+    }
+    xcb_ewmh_connection_wipe(&ewmh);
+    xcb_disconnect(xcb);
+    if (!ready) throw std::runtime_error("the window manager does not answer");
+}
 
 PrivateDesktop::~PrivateDesktop() {
     windowManager_.end();

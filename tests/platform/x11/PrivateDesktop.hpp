@@ -36,7 +36,7 @@ class Process {
 
 class PrivateDesktop {
   public:
-    /// Sets DISPLAY, HOME and the XDG variables of this process.
+    /// Sets DISPLAY, HOME and the XDG variables of this process. The window manager is ready when it returns.
     explicit PrivateDesktop(const std::string& windowManager = chosenWindowManager());
     ~PrivateDesktop();
 
@@ -56,6 +56,8 @@ class PrivateDesktop {
 
   private:
     Process startServer();
+    /// Window managers announce themselves some time before they listen; a window mapped meanwhile is lost.
+    void waitForWindowManager();
 
     std::string display_;
     Process server_;
