@@ -93,6 +93,7 @@ TEST(Accessibility, FindsHiddenWindowsByTokens) {
         desktop.meddler.tokenCost = c.tokenCost;
         EXPECT_EQ(titles(desktop.windows("org.a", c.recover)), c.found);
         EXPECT_EQ(desktop.meddler.tokensTried > 0, c.tried);
+        EXPECT_LT(desktop.meddler.tokensTried, 1000) << "the walk ends with the last window found";
         EXPECT_LT(desktop.seconds(), 0.3) << "the walk has a deadline";
     }
 }
@@ -137,6 +138,18 @@ TEST(Accessibility, AnApplicationThatHangsCostsItsTimeoutOnce) {
     EXPECT_TRUE(look(0).timedOut) << "the next rest is longer";
     desktop.executor().runFor(1s);
     EXPECT_EQ(titles(look(0).windows), (Titles{"1", "2"})) << "it answers again";
+}
+
+TEST(Accessibility, RestsGrowWithEachTimeoutAndNotWithEachRequest) {
+    UnresponsiveApplications applications;
+    TimePoint now{};
+    for (const Duration rest : {2s, 4s, 4s}) {
+        for (int request = 0; request < 3; ++request) applications.timedOut(7, now);
+        EXPECT_TRUE(applications.resting(7, now + rest - 1ms));
+        EXPECT_FALSE(applications.resting(7, now + rest));
+        EXPECT_FALSE(applications.resting(8, now));
+        now += rest;
+    }
 }
 
 TEST(Accessibility, AWriteThatMeetsAHangWaitsNoFurther) {

@@ -103,6 +103,16 @@ TEST(Capture, RecordsWhereWindowsStand) {
               std::vector<std::string>{"capture info: captured 1 apps, 6 windows"});
 }
 
+TEST(Capture, AFullScreenWindowHasNoDesktopWhereverItStands) {
+    Desktop desktop(scene({sceneApplication("org.a", {sceneWindow("1", frame)})}));
+    desktop.meddler.afterRead = [](std::span<const AttributeRequest> requests, Meddler::Answers& answers) {
+        if (requests[0].names.back() == ax::fullScreen) answers[0].back() = true;
+    };
+    const WindowSnapshot window = desktop.capture().applications[0].windows.at(0);
+    EXPECT_TRUE(window.isFullscreen);
+    EXPECT_EQ(window.desktop, std::nullopt);
+}
+
 TEST(Capture, TokensBringHiddenWindowsBackWithTheirTitles) {
     SceneApplication application = sceneApplication("org.a", {sceneWindow("hidden", frame)});
     application.windows[0].listed = false;

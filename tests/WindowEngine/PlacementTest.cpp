@@ -225,6 +225,20 @@ TEST(Placement, AWindowInFullScreenInPlaceIsOnlyConfirmed) {
               std::vector<std::string>{"org.a/Notes: restored"});
 }
 
+TEST(Placement, WhatAWindowIsWhenItsTurnComesDecides) {
+    Desktop desktop(
+        scene({sceneApplication("org.a", {sceneWindow("1", elsewhere), sceneWindow("2", elsewhere)})}));
+    WorkspaceSnapshot snapshot = savedSnapshot(desktop, {onMain});
+    snapshot.applications[0].windows = {savedWindow(desktop, onMain, "1"), savedWindow(desktop, onMain, "2")};
+    simulated::World& world = desktop.world();
+    const RestoreReport report = desktop.restore(snapshot, {}, [&](const RestoreReport::Item& item) {
+        simulated::Window& second = *world.window("org.a", "2");
+        if (item.title == "1") world.requestFullscreen(second.number, true);
+        if (item.title == "1") second.transition->until = desktop.executor().now();
+    });
+    EXPECT_EQ(report.totals().restored, 2) << "full screen since, it leaves that first";
+}
+
 TEST(Placement, AHangCostsAllWindowsOfAnApplicationOneTimeout) {
     std::vector<SceneWindow> windows;
     WorkspaceSnapshot snapshot;

@@ -47,51 +47,51 @@ TEST(Restore, WithoutPermissionThereIsOneItemAndNothingElse) {
 TEST(Restore, StartsApplicationsOrSaysWhyNot) {
     struct Case {
         const char* what;
-        bool running, installed, windows;
+        bool running, installed, windows, listed;
         std::optional<FaultKind> fault;
         Texts items;
         const char* log;
     };
     const std::string restored = "org.a/1: restored";
+    const char* requested = "requested a new window for windowless org.a";
     const std::string none =
         "org.a/1: skipped no accessible windows appeared; windows in other Spaces may be unavailable";
     const Case cases[] = {
-        {"running", true, true, true, {}, {restored}, "org.a ready at 0.000000s"},
-        {"not running", false, true, true, {}, {"org.a: launched", restored}, "org.a ready at 0.550000s"},
-        {"not installed", false, false, true, {}, {"org.a: skipped not installed"}, "finished: 1 items"},
+        {"running", true, true, true, true, {}, {restored}, "org.a ready at 0.000000s"},
+        {"out of sight", true, true, true, false, {}, {restored}, "org.a ready at 0.000000s"},
+        {"not running", false, true, true, true, {}, {"org.a: launched", restored}, "ready at 0.550000s"},
+        {"not installed", false, false, true, true, {}, {"org.a: skipped not installed"}, "1 items"},
         {"launch refused",
          false,
          true,
          true,
+         true,
          FaultKind::launchRefused,
          {"org.a: failed couldn't launch: the system refused to open the application"},
-         "finished: 1 items"},
-        {"running without windows",
-         true,
-         true,
-         false,
-         {},
-         {restored},
-         "requested a new window for windowless org.a"},
+         "1 items"},
+        {"running without windows", true, true, false, true, {}, {restored}, requested},
         {"no window to be had",
          true,
          true,
          false,
+         true,
          FaultKind::requestWindowRefused,
          {"org.a: failed couldn't reopen a window: the application did not open a window", none},
-         "requested a new window for windowless org.a"},
-        {"windows that come too late",
+         requested},
+        {"windows too late",
          false,
+         true,
          true,
          true,
          FaultKind::lateWindows,
          {"org.a: launched", none},
-         "finished: 2 items"},
+         "2 items"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
         SceneApplication application = sceneApplication("org.a");
         if (c.windows) application.windows.push_back(sceneWindow("1", away));
+        for (SceneWindow& window : application.windows) window.listed = c.listed;
         application.running = c.running;
         application.installed = c.installed;
         Desktop desktop(scene({application}));
@@ -123,6 +123,7 @@ TEST(Restore, WaitsForWindowsUntilNoMoreOpen) {
         double launchTimeout, settleDelay;
         std::size_t restored;
         double seconds;
+        bool hangs = false;  // from 0.2 seconds after its launch, for 2 seconds
     };
     const Case cases[] = {
         {"at once", {0}, 15, 1, 1, 1.6},
@@ -131,6 +132,7 @@ TEST(Restore, WaitsForWindowsUntilNoMoreOpen) {
         {"without a delay", {0, 0.8}, 15, 0, 1, 0.8},
         {"opening for ever", {0, 0.9, 1.8, 2.7, 3.6, 4.5, 5.4}, 3, 1, 4, 3.6},
         {"never", {9}, 2, 1, 0, 2.6},
+        {"hanging while it opens them", {0, 1.5}, 15, 1, 2, 5.1, true},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
@@ -145,6 +147,7 @@ TEST(Restore, WaitsForWindowsUntilNoMoreOpen) {
         snapshot.applications = {{"org.a", "A", {}, {}, {}}};
         for (const double after : c.opensAfter)
             snapshot.applications[0].windows.push_back(savedWindow(desktop, home, std::to_string(after)));
+        if (c.hangs) desktop.world().add(fault(FaultKind::applicationHangs, "org.a", 0.75, 2));
         const RestoreReport report = desktop.restore(snapshot, {c.launchTimeout, c.settleDelay});
         EXPECT_EQ(report.totals().restored, static_cast<std::int64_t>(c.restored));
         const double placing = 0.16 * static_cast<double>(c.restored);
@@ -170,7 +173,17 @@ TEST(Restore, ASlowApplicationHoldsUpNoOther) {
         EXPECT_LT(fastDone, 4) << "a second to settle, and at most each look at the one that hangs";
         EXPECT_EQ(report.totals().restored, 2) << "the slow one came too";
         EXPECT_LT(report.duration, 15);
+        EXPECT_TRUE(logLines(desktop, "requested").empty()) << "one that hangs may well have windows";
     }
+}
+
+TEST(Restore, WhatHungBeforeIsAskedAgain) {
+    Desktop desktop(scene({sceneApplication("org.a", {sceneWindow("1", home)})}));
+    const WorkspaceSnapshot snapshot = saveAndScatter(desktop);
+    desktop.world().add(fault(FaultKind::applicationHangs, "", 0, 1));
+    EXPECT_TRUE(desktop.windows("org.a").empty());
+    const RestoreReport report = desktop.restore(snapshot, {.launchTimeout = 1, .settleDelay = 0});
+    EXPECT_EQ(texts(report), Texts{"org.a/1: restored"});
 }
 
 TEST(Restore, TwentyApplicationsThatWaitAreCountedTogether) {
