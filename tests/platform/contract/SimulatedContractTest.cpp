@@ -1,3 +1,11 @@
+// The contract over the simulated desktop, bare and behind the forwarding wrappers: a wrapper that dropped or
+// mixed up a call would break the promise here.
+#include "WindowEngine/services/ForwardingAccessibilityService.hpp"
+#include "WindowEngine/services/ForwardingApplications.hpp"
+#include "WindowEngine/services/ForwardingScreens.hpp"
+#include "WindowEngine/services/ForwardingScriptInterpreter.hpp"
+#include "WindowEngine/services/ForwardingSystemLog.hpp"
+#include "WindowEngine/services/ForwardingWindowServer.hpp"
 #include "platform/simulated/SimulatedDesktop.hpp"
 #include "tests/platform/contract/ContractSuite.hpp"
 
@@ -15,7 +23,7 @@ constexpr std::string_view scene = R"({
     {"identifier": "org.example.launcher", "running": false, "windows": [{"title": "New", "frame": [90, 90, 300, 200]}]}
   ]})";
 
-class SimulatedContractDesktop final : public ContractDesktop {
+class SimulatedContractDesktop : public ContractDesktop {
   public:
     Platform platform() override { return desktop_->platform(); }
     Loop& loop() override { return desktop_->executor(); }
@@ -30,11 +38,30 @@ class SimulatedContractDesktop final : public ContractDesktop {
     std::unique_ptr<SimulatedDesktop> desktop_ = SimulatedDesktop::create(scene, "scene").value();
 };
 
+class ForwardedContractDesktop final : public SimulatedContractDesktop {
+  public:
+    Platform platform() override {
+        return {plain_.executor, accessibility_, server_, applications_, screens_, scripts_, log_};
+    }
+
+  private:
+    Platform plain_ = SimulatedContractDesktop::platform();
+    ForwardingAccessibilityService accessibility_{plain_.accessibility};
+    ForwardingWindowServer server_{plain_.windowServer};
+    ForwardingApplications applications_{plain_.applications};
+    ForwardingScreens screens_{plain_.screens};
+    ForwardingScriptInterpreter scripts_{plain_.scripts};
+    ForwardingSystemLog log_{plain_.log};
+};
+
+template <class Desktop>
 std::unique_ptr<ContractDesktop> makeDesktop() {
-    return std::make_unique<SimulatedContractDesktop>();
+    return std::make_unique<Desktop>();
 }
 
-INSTANTIATE_TEST_SUITE_P(Simulated, PlatformContract, testing::Values(&makeDesktop),
+INSTANTIATE_TEST_SUITE_P(Simulated, PlatformContract, testing::Values(&makeDesktop<SimulatedContractDesktop>),
+                         [](const auto&) { return "desktop"; });
+INSTANTIATE_TEST_SUITE_P(Forwarded, PlatformContract, testing::Values(&makeDesktop<ForwardedContractDesktop>),
                          [](const auto&) { return "desktop"; });
 
 }  // namespace

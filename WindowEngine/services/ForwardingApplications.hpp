@@ -1,0 +1,46 @@
+// Hands every call on to another service: a fault test overrides the one it needs.
+#pragma once
+#include <utility>
+
+#include "WindowEngine/services/Applications.hpp"
+
+namespace quillo {
+
+class ForwardingApplications : public Applications {
+  public:
+    explicit ForwardingApplications(Applications& target) : target_(target) {}
+
+    std::vector<RunningApplication> running() override { return target_.running(); }
+    std::optional<RunningApplication> running(ProcessID pid) override { return target_.running(pid); }
+    std::optional<RunningApplication> running(std::string_view bundleIdentifier) override {
+        return target_.running(bundleIdentifier);
+    }
+    std::vector<std::string> ownIdentifiers() override { return target_.ownIdentifiers(); }
+    std::optional<Url> location(std::string_view bundleIdentifier) override {
+        return target_.location(bundleIdentifier);
+    }
+    std::optional<std::string> identifierAt(const Url& location) override {
+        return target_.identifierAt(location);
+    }
+    Task<Result<void>> launch(Url location, std::vector<Url> documents) override {
+        return target_.launch(std::move(location), std::move(documents));
+    }
+    Task<Result<void>> open(std::string bundleIdentifier, std::vector<Url> documents) override {
+        return target_.open(std::move(bundleIdentifier), std::move(documents));
+    }
+    Task<Result<void>> requestWindow(std::string bundleIdentifier) override {
+        return target_.requestWindow(std::move(bundleIdentifier));
+    }
+    bool hide(std::string_view bundleIdentifier) override { return target_.hide(bundleIdentifier); }
+    bool terminate(std::string_view bundleIdentifier) override { return target_.terminate(bundleIdentifier); }
+    std::optional<ProcessID> serviceProcess(std::string_view bundleIdentifier) override {
+        return target_.serviceProcess(bundleIdentifier);
+    }
+    Capability hiding() override { return target_.hiding(); }
+    Capability quitting() override { return target_.quitting(); }
+
+  private:
+    Applications& target_;
+};
+
+}  // namespace quillo

@@ -1,0 +1,33 @@
+// Hands every call on to another service: a fault test overrides the one it needs.
+#pragma once
+#include "WindowEngine/services/WindowServer.hpp"
+
+namespace quillo {
+
+class ForwardingWindowServer : public WindowServer {
+  public:
+    explicit ForwardingWindowServer(WindowServer& target) : target_(target) {}
+
+    std::vector<WindowListEntry> windowList() override { return target_.windowList(); }
+    std::vector<DisplaySpaces> displaySpaces() override { return target_.displaySpaces(); }
+    std::vector<WindowFacts> facts(std::span<const WindowNumber> numbers) override {
+        return target_.facts(numbers);
+    }
+    Capability spaces() override { return target_.spaces(); }
+    Capability desktopCreation() override { return target_.desktopCreation(); }
+    bool isAnimating(std::string_view displayID) override { return target_.isAnimating(displayID); }
+    Result<void> moveWindow(WindowNumber number, SpaceID space) override {
+        return target_.moveWindow(number, space);
+    }
+    bool createsDesktopsDirectly() override { return target_.createsDesktopsDirectly(); }
+    Result<void> createDesktop(std::string_view displayID) override {
+        return target_.createDesktop(displayID);
+    }
+    bool openOverview() override { return target_.openOverview(); }
+    void closeOverview() override { target_.closeOverview(); }
+
+  private:
+    WindowServer& target_;
+};
+
+}  // namespace quillo
