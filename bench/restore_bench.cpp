@@ -12,9 +12,9 @@
 namespace quillo {
 namespace {
 
-constexpr int windowsPerApplication = 5;
+constexpr std::int64_t windowsPerApplication = 5;
 
-std::string sceneOf(int applications) {
+std::string sceneOf(std::int64_t applications) {
     simulated::Scene scene;
     scene.displays.push_back({.id = "main",
                               .frame = {0, 0, 2560, 1440},
@@ -22,13 +22,13 @@ std::string sceneOf(int applications) {
                               .scale = 1,
                               .desktops = 1,
                               .shownDesktop = 0});
-    for (int i = 0; i < applications; ++i) {
+    for (std::int64_t i = 0; i < applications; ++i) {
         auto& application = scene.applications.emplace_back();
         application.identifier = application.name = fmt::format("org.example.{}", i);
-        for (int j = 0; j < windowsPerApplication; ++j) {
+        for (std::int64_t j = 0; j < windowsPerApplication; ++j) {
             auto& window = application.windows.emplace_back();
             window.title = fmt::format("Window {} of {}", j, i);
-            window.frame = {40.0 * j, 30.0 * i + 30, 800, 600};
+            window.frame = {40 * static_cast<double>(j), 30 * static_cast<double>(i) + 30, 800, 600};
         }
     }
     return simulated::writeScene(scene);
@@ -44,7 +44,7 @@ T run(SimulatedDesktop& desktop, Task<T> task) {
 /// A desktop that was saved and whose windows were moved since.
 class Scattered {
   public:
-    explicit Scattered(int applications)
+    explicit Scattered(std::int64_t applications)
         : desktop_(SimulatedDesktop::create(sceneOf(applications), "scene").value()) {
         workspace_.snapshot = run(*desktop_, Capture::snapshot(access_, {}));
         for (const auto& application : workspace_.snapshot.applications) {
@@ -64,7 +64,7 @@ class Scattered {
 };
 
 void restoring(benchmark::State& state) {
-    const auto applications = static_cast<int>(state.range(0));
+    const std::int64_t applications = state.range(0);
     for (auto _ : state) {
         state.PauseTiming();
         auto scattered = std::make_unique<Scattered>(applications);
@@ -80,7 +80,7 @@ void restoring(benchmark::State& state) {
 BENCHMARK(restoring)->Arg(1)->Arg(5)->Arg(20)->Unit(benchmark::kMillisecond);
 
 void capturing(benchmark::State& state) {
-    Scattered scattered(static_cast<int>(state.range(0)));
+    Scattered scattered(state.range(0));
     for (auto _ : state) benchmark::DoNotOptimize(scattered.capture());
 }
 BENCHMARK(capturing)->Arg(5)->Arg(40)->Unit(benchmark::kMicrosecond);

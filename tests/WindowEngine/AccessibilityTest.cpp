@@ -2,10 +2,8 @@
 
 #include "tests/WindowEngine/DesktopFixture.hpp"
 
-namespace quillo {
+namespace quillo::samples {
 namespace {
-
-using namespace samples;
 
 constexpr Rect frame{100, 100, 400, 300};
 
@@ -269,4 +267,4 @@ TEST(Accessibility, WaitsEndWhenCancelled) {
 }
 
 }  // namespace
-}  // namespace quillo
+}  // namespace quillo::samples

@@ -2,10 +2,8 @@
 
 #include "tests/WindowEngine/DesktopFixture.hpp"
 
-namespace quillo {
+namespace quillo::samples {
 namespace {
-
-using namespace samples;
 
 constexpr Rect frame{140, 90, 700, 450};
 
@@ -184,4 +182,4 @@ TEST(DesktopSpaces, AWindowsDesktopIsTheOneThatHoldsIt) {
 }
 
 }  // namespace
-}  // namespace quillo
+}  // namespace quillo::samples

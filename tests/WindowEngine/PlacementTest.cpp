@@ -4,10 +4,8 @@
 #include "WindowEngine/RestorePlan.hpp"
 #include "tests/WindowEngine/DesktopFixture.hpp"
 
-namespace quillo {
+namespace quillo::samples {
 namespace {
-
-using namespace samples;
 
 constexpr Rect onMain{200, 100, 600, 400}, elsewhere{500, 300, 300, 200}, onSide{1500, 100, 600, 400};
 
@@ -260,4 +258,4 @@ TEST(Placement, AHangCostsAllWindowsOfAnApplicationOneTimeout) {
 }
 
 }  // namespace
-}  // namespace quillo
+}  // namespace quillo::samples

@@ -4,10 +4,8 @@
 
 #include "tests/WindowEngine/DesktopFixture.hpp"
 
-namespace quillo {
+namespace quillo::samples {
 namespace {
-
-using namespace samples;
 
 constexpr Rect home{100, 100, 600, 400}, away{500, 300, 300, 200}, onSide{1500, 100, 600, 400};
 
@@ -35,7 +33,7 @@ TEST(Restore, WithoutPermissionThereIsOneItemAndNothingElse) {
     Desktop desktop(scene({notRunning(sceneApplication("org.a", {sceneWindow("1", home)}))}));
     desktop.world().setTrusted(false);
     WorkspaceSnapshot snapshot;
-    snapshot.applications = {{"org.a", "A", {}, {samples::window(home, "1")}, {}}};
+    snapshot.applications = {{"org.a", "A", {}, {window(home, "1")}, {}}};
     const RestoreReport report = desktop.restore(snapshot);
     EXPECT_EQ(texts(report), Texts{"app.quillo.Quillo: failed Accessibility permission not granted"});
     EXPECT_EQ(report.items[0].app, "Quillo");
@@ -110,7 +108,7 @@ TEST(Restore, ASavedLocationCountsOnlyWhileThatApplicationStandsThere) {
     Desktop desktop(scene({notRunning(installed), notRunning(sceneApplication("org.other"))}));
     WorkspaceSnapshot snapshot;
     const auto other = desktop.plain.applications.location("org.other");
-    snapshot.applications = {{"org.a", "A", other, {samples::window(home, "1")}, {}}};
+    snapshot.applications = {{"org.a", "A", other, {window(home, "1")}, {}}};
     desktop.restore(snapshot);
     EXPECT_TRUE(desktop.world().application("org.a")->running);
     EXPECT_FALSE(desktop.world().application("org.other")->running);
@@ -340,4 +338,4 @@ TEST(Restore, WhateverGoesAtAnyMomentEachWindowHasItsLine) {
 }
 
 }  // namespace
-}  // namespace quillo
+}  // namespace quillo::samples
