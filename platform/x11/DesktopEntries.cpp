@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 
 #include "WindowEngine/support/Text.hpp"
 #include "platform/x11/GObjectPtr.hpp"
@@ -46,9 +47,15 @@ fs::file_time_type changeTime(const fs::path& path) {
 
 }  // namespace
 
+DesktopEntries::Directory DesktopEntries::lookedAt(const fs::path& path) {
+    constexpr std::chrono::milliseconds clockStep(50);  // file systems stamp with the kernel's tick
+    const auto changed = changeTime(path);
+    return {path, changed, changed < fs::file_time_type::clock::now() - clockStep};
+}
+
 bool DesktopEntries::isCurrent() const {
     return !directories_.empty() && std::ranges::all_of(directories_, [](const Directory& directory) {
-        return changeTime(directory.path) == directory.changed;
+        return directory.settled && changeTime(directory.path) == directory.changed;
     });
 }
 
@@ -59,7 +66,7 @@ void DesktopEntries::refresh() {
 }
 
 void DesktopEntries::readDirectory(const fs::path& root, const fs::path& directory) {
-    directories_.push_back({directory, changeTime(directory)});
+    directories_.push_back(lookedAt(directory));
     std::error_code error;
     std::vector<fs::path> files, below;
     for (fs::directory_iterator entry(directory, error), end; !error && entry != end;

@@ -37,9 +37,11 @@ class DesktopEntries {
     struct Directory {
         std::filesystem::path path;
         std::filesystem::file_time_type changed;
+        bool settled = false;  // long enough unchanged that another change shows in its time
     };
     using Index = std::unordered_map<std::string, std::vector<std::size_t>>;
 
+    static Directory lookedAt(const std::filesystem::path& path);
     bool isCurrent() const;
     void readDirectory(const std::filesystem::path& root, const std::filesystem::path& directory);
     void add(const std::filesystem::path& root, const std::filesystem::path& file);

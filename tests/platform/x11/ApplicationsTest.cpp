@@ -29,6 +29,13 @@ class ApplicationsTest : public X11Test {
         X11Test::TearDown();
     }
 
+    std::vector<std::string> identifiers() {
+        nextTurn();
+        std::vector<std::string> all;
+        for (const auto& one : applications().running()) all.push_back(one.bundleIdentifier.value_or("-"));
+        return all;
+    }
+
     static Url entry(const std::string& id) {
         return Url::file((PrivateDesktop::home() / "data/applications" / (id + ".desktop")).string());
     }
@@ -122,6 +129,7 @@ TEST_F(ApplicationsTest, AProgramWithoutADesktopFileIsLaunchedToo) {
     // A path that a shell or a .desktop file would read otherwise.
     const auto program = PrivateDesktop::home() / "100% odd $name" / "quillo_test_client";
     std::filesystem::create_directories(program.parent_path());
+    installed.push_back(program);
     std::filesystem::create_symlink(QUILLO_TEST_CLIENT, program);
     ASSERT_TRUE(run(applications().launch(Url::file(program.string()), {})));
     EXPECT_TRUE(eventually([&] { return windowTitled("window").has_value(); }));
@@ -145,6 +153,15 @@ TEST_F(ApplicationsTest, ARefusedLaunchSaysWhyWithoutAPath) {
     check(run(applications().launch(*Url::parse("https://example.org/app"), {})), ErrorKind::invalidArgument);
     check(run(applications().launch(entry("picky"), {Url::file("/tmp/a")})), ErrorKind::refused);
     check(run(applications().open("never-installed", {})), ErrorKind::notFound);
+}
+
+TEST_F(ApplicationsTest, AnApplicationIsKnownAsSoonAsItIsInstalled) {
+    // Several within one tick of the clock that the file system stamps folders with.
+    for (int i = 0; i < 40; ++i) {
+        const auto id = "quick-" + std::to_string(i);
+        install(id, "", "");
+        EXPECT_EQ(applications().location(id), entry(id));
+    }
 }
 
 TEST_F(ApplicationsTest, HidingMinimizesEveryWindow) {
@@ -184,7 +201,8 @@ TEST_F(ApplicationsTest, TheTerminalThisRunsInIsOneOfUs) {
 TEST_F(ApplicationsTest, RealApplications) {
     clients.emplace_back(std::vector<std::string>{"xterm", "-T", "shell"});
     clients.emplace_back(std::vector<std::string>{"dbus-run-session", "--", "mousepad"});
-    ASSERT_TRUE(eventually([&] { return running("debian-xterm") && running("org.xfce.mousepad"); }));
+    ASSERT_TRUE(eventually([&] { return running("debian-xterm") && running("org.xfce.mousepad"); }))
+        << "seen: " << testing::PrintToString(identifiers());
     EXPECT_EQ(running("org.xfce.mousepad")->bundleURL->filePath(),
               "/usr/share/applications/org.xfce.mousepad.desktop");
     EXPECT_TRUE(applications().terminate("debian-xterm"));
