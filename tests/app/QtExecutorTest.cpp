@@ -7,7 +7,7 @@
 
 namespace quillo {
 
-INSTANTIATE_TYPED_TEST_SUITE_P(OnQt, Runtime, testing::Types<QtExecutor>);
+INSTANTIATE_TEST_SUITE_P(Qt, Runtime, testing::Values(&make<QtExecutor>));
 
 namespace {
 
