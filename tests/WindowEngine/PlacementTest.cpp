@@ -42,139 +42,93 @@ Scene liveScene(const Window& window) {
     return scene({application});
 }
 
-/// After this many readings of the full-screen attribute alone that say `value`, the window is gone.
-std::function<void(Desktop&)> goneAfterReadings(int count, bool value) {
+/// After three readings of the full-screen attribute alone that say `value`, the window is gone.
+std::function<void(Desktop&)> goneAfter(bool value) {
     return [=](Desktop& desktop) {
-        desktop.meddler.afterRead = [&desktop, count, value](std::span<const AttributeRequest> requests,
-                                                             const Meddler::Answers& answers) mutable {
-            if (requests.size() != 1 || requests[0].names.size() != 1 ||
-                requests[0].names[0] != ax::fullScreen || answers[0][0] != AttributeValue(value))
-                return;
-            if (--count == 0) desktop.world().close(desktop.world().windows().front().number);
+        desktop.meddler.afterRead = [&desktop, value, left = 3](std::span<const AttributeRequest> requests,
+                                                                const Meddler::Answers& answers) mutable {
+            if (requests[0].names.size() == 1 && requests[0].names[0] == ax::fullScreen &&
+                answers[0][0] == AttributeValue(value) && --left == 0)
+                desktop.world().close(desktop.world().windows().front().number);
         };
     };
 }
 
-void unplugAll(Desktop& desktop) {
+constexpr auto refused = "failed window refused position or minimized state";
+constexpr auto minimizedStill = "failed couldn't unminimize the window before moving it";
+constexpr auto fullscreenStill = "failed couldn't leave full screen";
+constexpr auto goneOutOfFullscreen = "failed window disappeared after leaving full screen";
+constexpr auto wrongDisplayStill = "failed couldn't leave full screen to change display";
+constexpr auto minimizedBeforeFullscreen =
+    "failed couldn't unminimize the window before entering full screen";
+constexpr auto notOnTarget =
+    "failed couldn't place the window on its target display before entering full screen";
+constexpr auto notEntered = "failed full-screen transition did not complete";
+constexpr auto notVerified = "failed full-screen state could not be verified";
+constexpr auto wrongDisplay = "failed entered full screen, but the target display could not be verified";
+
+void unplugSide(Desktop& desktop) {
     desktop.world().unplug("side");
+}
+void unplugAll(Desktop& desktop) {
+    unplugSide(desktop);
     desktop.world().unplug("main");
 }
+void entersOnMain(Desktop& desktop) {
+    desktop.world().window("org.a", "Notes")->state.display = "main";
+}
 
-constexpr auto refused = "failed window refused position or minimized state";
-constexpr auto beforeEntering =
-    "failed couldn't place the window on its target display before entering full screen";
+using enum FaultKind;
+constexpr Rect large{100, 100, 1000, 700}, low{200, 700, 600, 400};
+constexpr std::nullopt_t none = std::nullopt;
 
 const Case cases[] = {
-    {"in place", {onMain}, {onMain}, {}, "restored"},
-    {"moved", {onMain}, {elsewhere}, {}, "restored"},
-    {"to another display", {onSide}, {elsewhere}, {}, "restored"},
-    {"minimized again", {onMain, minimized}, {elsewhere, minimized}, {}, "restored"},
-    {"to be minimized", {onMain, minimized}, {elsewhere}, {}, "restored"},
-    {"to be unminimized", {onMain}, {elsewhere, minimized}, {}, "restored"},
-    {"out of full screen", {onMain}, {elsewhere, fullscreen}, {}, "restored"},
-    {"out of full screen and minimized", {onMain, minimized}, {onSide, fullscreen}, {}, "restored"},
-    {"into full screen", {onMain, fullscreen}, {elsewhere}, {}, "restored"},
-    {"into full screen from the dock", {onSide, fullscreen}, {elsewhere, minimized}, {}, "restored"},
-    {"in full screen already", {onMain, fullscreen}, {elsewhere, fullscreen}, {}, "restored"},
-    {"in full screen elsewhere", {onSide, fullscreen}, {elsewhere, fullscreen}, {}, "restored"},
-    {"through flickering", {onMain, fullscreen}, {elsewhere}, FaultKind::fullscreenFlickers, "restored"},
-    {"slowly", {onMain, fullscreen}, {elsewhere}, FaultKind::fullscreenSlow, "restored", {}, 3},
-    {"kept smaller", {{100, 100, 1000, 700}}, {elsewhere}, FaultKind::sizeClamped, "adjusted"},
-    {"kept on its display", {{200, 700, 600, 400}}, {elsewhere}, FaultKind::positionClamped, "adjusted"},
-    {"display gone",
-     {onSide},
-     {elsewhere},
-     {},
-     "adjusted",
-     [](Desktop& desktop) { desktop.world().unplug("side"); }},
-
-    {"move refused", {onMain}, {elsewhere}, FaultKind::moveRefused, refused},
-    {"move not done", {onMain}, {elsewhere}, FaultKind::moveIgnored, refused},
-    {"minimizing refused", {onMain, minimized}, {elsewhere}, FaultKind::minimizeRefused, refused},
-    {"minimizing not done", {onMain, minimized}, {elsewhere}, FaultKind::minimizeIgnored, refused},
-    {"no display left", {onMain}, {elsewhere}, {}, refused, unplugAll},
-    {"unminimizing refused",
-     {onMain},
-     {elsewhere, minimized},
-     FaultKind::unminimizeRefused,
-     "failed couldn't unminimize the window before moving it"},
-    {"unminimizing not done",
-     {onMain},
-     {elsewhere, minimized},
-     FaultKind::minimizeIgnored,
-     "failed couldn't unminimize the window before moving it"},
-    {"stays in full screen",
-     {onMain},
-     {elsewhere, fullscreen},
-     FaultKind::fullscreenIgnored,
-     "failed couldn't leave full screen"},
-    {"refuses to leave full screen",
-     {onMain},
-     {elsewhere, fullscreen},
-     FaultKind::fullscreenRefused,
-     "failed couldn't leave full screen"},
-    {"gone once out of full screen",
-     {onMain},
-     {elsewhere, fullscreen},
-     {},
-     "failed window disappeared after leaving full screen",
-     goneAfterReadings(3, false)},
-    {"no display to be full screen on",
-     {onMain, fullscreen},
-     {elsewhere},
-     {},
-     "failed no display",
-     unplugAll},
-    {"stays in full screen on the wrong display",
-     {onSide, fullscreen},
-     {elsewhere, fullscreen},
-     FaultKind::fullscreenIgnored,
-     "failed couldn't leave full screen to change display"},
-    {"stays minimized before full screen",
+    {"in place", {onMain}, {onMain}, none, "restored"},
+    {"moved", {onMain}, {elsewhere}, none, "restored"},
+    {"to another display", {onSide}, {elsewhere}, none, "restored"},
+    {"minimized again", {onMain, minimized}, {elsewhere, minimized}, none, "restored"},
+    {"to be minimized", {onMain, minimized}, {elsewhere}, none, "restored"},
+    {"to be unminimized", {onMain}, {elsewhere, minimized}, none, "restored"},
+    {"out of full screen", {onMain}, {elsewhere, fullscreen}, none, "restored"},
+    {"out of full screen, minimized", {onMain, minimized}, {onSide, fullscreen}, none, "restored"},
+    {"into full screen", {onMain, fullscreen}, {elsewhere}, none, "restored"},
+    {"minimized into full screen", {onSide, fullscreen}, {elsewhere, minimized}, none, "restored"},
+    {"in full screen already", {onMain, fullscreen}, {elsewhere, fullscreen}, none, "restored"},
+    {"in full screen elsewhere", {onSide, fullscreen}, {elsewhere, fullscreen}, none, "restored"},
+    {"through flickering", {onMain, fullscreen}, {elsewhere}, fullscreenFlickers, "restored"},
+    {"slowly", {onMain, fullscreen}, {elsewhere}, fullscreenSlow, "restored", {}, 3},
+    {"kept smaller", {large}, {elsewhere}, sizeClamped, "adjusted"},
+    {"kept on its display", {low}, {elsewhere}, positionClamped, "adjusted"},
+    {"display gone", {onSide}, {elsewhere}, none, "adjusted", unplugSide},
+    {"move refused", {onMain}, {elsewhere}, moveRefused, refused},
+    {"move not done", {onMain}, {elsewhere}, moveIgnored, refused},
+    {"minimizing refused", {onMain, minimized}, {elsewhere}, minimizeRefused, refused},
+    {"minimizing not done", {onMain, minimized}, {elsewhere}, minimizeIgnored, refused},
+    {"no display left", {onMain}, {elsewhere}, none, refused, unplugAll},
+    {"gone at the first write", {onMain}, {elsewhere}, windowVanishes, refused},
+    {"hanging from the first write", {onMain}, {elsewhere}, applicationHangs, refused},
+    {"unminimizing refused", {onMain}, {elsewhere, minimized}, unminimizeRefused, minimizedStill},
+    {"unminimizing not done", {onMain}, {elsewhere, minimized}, minimizeIgnored, minimizedStill},
+    {"stays full screen", {onMain}, {elsewhere, fullscreen}, fullscreenIgnored, fullscreenStill},
+    {"refuses to leave it", {onMain}, {elsewhere, fullscreen}, fullscreenRefused, fullscreenStill},
+    {"gone out of it", {onMain}, {elsewhere, fullscreen}, none, goneOutOfFullscreen, goneAfter(false)},
+    {"no display to fill", {onMain, fullscreen}, {elsewhere}, none, "failed no display", unplugAll},
+    {"stays there", {onSide, fullscreen}, {elsewhere, fullscreen}, fullscreenIgnored, wrongDisplayStill},
+    {"stays minimized",
      {onMain, fullscreen},
      {elsewhere, minimized},
-     FaultKind::unminimizeRefused,
-     "failed couldn't unminimize the window before entering full screen"},
-    {"cannot be brought to its display",
-     {onSide, fullscreen},
-     {elsewhere},
-     FaultKind::moveIgnored,
-     beforeEntering},
-    {"will not be full screen",
-     {onMain, fullscreen},
-     {elsewhere},
-     FaultKind::fullscreenIgnored,
-     "failed full-screen transition did not complete"},
-    {"refuses to be full screen",
-     {onMain, fullscreen},
-     {elsewhere},
-     FaultKind::fullscreenRefused,
-     "failed full-screen transition did not complete"},
-    {"gone once full screen",
-     {onMain, fullscreen},
-     {elsewhere},
-     {},
-     "failed full-screen state could not be verified",
-     goneAfterReadings(3, true)},
-    {"full screen on the wrong display",
-     {onSide, fullscreen},
-     {elsewhere},
-     {},
-     "failed entered full screen, but the target display could not be verified",
-     [](Desktop& desktop) { desktop.world().window("org.a", "Notes")->state.display = "main"; }},
-
-    {"gone at the first write", {onMain}, {elsewhere}, FaultKind::windowVanishes, refused},
-    {"hanging from the first write", {onMain}, {elsewhere}, FaultKind::applicationHangs, refused},
-    {"crashing at the first write",
-     {onSide, fullscreen},
-     {elsewhere},
-     FaultKind::applicationCrashes,
-     beforeEntering},
+     unminimizeRefused,
+     minimizedBeforeFullscreen},
+    {"cannot get there", {onSide, fullscreen}, {elsewhere}, moveIgnored, notOnTarget},
+    {"crashing at the first write", {onSide, fullscreen}, {elsewhere}, applicationCrashes, notOnTarget},
+    {"never full screen", {onMain, fullscreen}, {elsewhere}, fullscreenIgnored, notEntered},
+    {"refuses full screen", {onMain, fullscreen}, {elsewhere}, fullscreenRefused, notEntered},
+    {"gone in full screen", {onMain, fullscreen}, {elsewhere}, none, notVerified, goneAfter(true)},
+    {"on the wrong display", {onSide, fullscreen}, {elsewhere}, none, wrongDisplay, entersOnMain},
 };
 
 bool comesWithAWrite(FaultKind kind) {
-    return kind == FaultKind::windowVanishes || kind == FaultKind::applicationHangs ||
-           kind == FaultKind::applicationCrashes;
+    return kind == windowVanishes || kind == applicationHangs || kind == applicationCrashes;
 }
 
 /// What the plan promised is what stands there.

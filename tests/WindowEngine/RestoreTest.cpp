@@ -43,55 +43,40 @@ TEST(Restore, WithoutPermissionThereIsOneItemAndNothingElse) {
 }
 
 TEST(Restore, StartsApplicationsOrSaysWhyNot) {
+    enum State : unsigned { running = 1, installed = 2, windows = 4, listed = 8, ready = 15 };
     struct Case {
         const char* what;
-        bool running, installed, windows, listed;
+        unsigned state;
         std::optional<FaultKind> fault;
         Texts items;
         const char* log;
     };
-    const std::string restored = "org.a/1: restored";
+    using enum FaultKind;
     const char* requested = "requested a new window for windowless org.a";
+    const std::string restored = "org.a/1: restored", launched = "org.a: launched";
+    const std::string notLaunched =
+        "org.a: failed couldn't launch: the system refused to open the application";
+    const std::string notReopened =
+        "org.a: failed couldn't reopen a window: the application did not open a window";
     const std::string none =
         "org.a/1: skipped no accessible windows appeared; windows in other Spaces may be unavailable";
     const Case cases[] = {
-        {"running", true, true, true, true, {}, {restored}, "org.a ready at 0.000000s"},
-        {"out of sight", true, true, true, false, {}, {restored}, "org.a ready at 0.000000s"},
-        {"not running", false, true, true, true, {}, {"org.a: launched", restored}, "ready at 0.550000s"},
-        {"not installed", false, false, true, true, {}, {"org.a: skipped not installed"}, "1 items"},
-        {"launch refused",
-         false,
-         true,
-         true,
-         true,
-         FaultKind::launchRefused,
-         {"org.a: failed couldn't launch: the system refused to open the application"},
-         "1 items"},
-        {"running without windows", true, true, false, true, {}, {restored}, requested},
-        {"no window to be had",
-         true,
-         true,
-         false,
-         true,
-         FaultKind::requestWindowRefused,
-         {"org.a: failed couldn't reopen a window: the application did not open a window", none},
-         requested},
-        {"windows too late",
-         false,
-         true,
-         true,
-         true,
-         FaultKind::lateWindows,
-         {"org.a: launched", none},
-         "2 items"},
+        {"running", ready, {}, {restored}, "org.a ready at 0.000000s"},
+        {"out of sight", ready & ~listed, {}, {restored}, "org.a ready at 0.000000s"},
+        {"not running", ready & ~running, {}, {launched, restored}, "ready at 0.550000s"},
+        {"not installed", windows | listed, {}, {"org.a: skipped not installed"}, "1 items"},
+        {"launch refused", ready & ~running, launchRefused, {notLaunched}, "1 items"},
+        {"windowless", ready & ~windows, {}, {restored}, requested},
+        {"no window to be had", ready & ~windows, requestWindowRefused, {notReopened, none}, requested},
+        {"windows too late", ready & ~running, lateWindows, {launched, none}, "2 items"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
         SceneApplication application = sceneApplication("org.a");
-        if (c.windows) application.windows.push_back(sceneWindow("1", away));
-        for (SceneWindow& window : application.windows) window.listed = c.listed;
-        application.running = c.running;
-        application.installed = c.installed;
+        if (c.state & windows) application.windows.push_back(sceneWindow("1", away));
+        for (SceneWindow& window : application.windows) window.listed = c.state & listed;
+        application.running = c.state & running;
+        application.installed = c.state & installed;
         Desktop desktop(scene({application}));
         if (c.fault) desktop.world().add(fault(*c.fault, "org.a", 0, 60));
         WorkspaceSnapshot snapshot;
