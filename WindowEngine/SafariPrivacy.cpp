@@ -5,6 +5,8 @@
 #include <string>
 #include <variant>
 
+#include "WindowEngine/AccessibilityReading.hpp"
+
 namespace quillo::SafariPrivacy {
 namespace {
 
@@ -13,9 +15,13 @@ constexpr int deepest = 7;                // levels below a toolbar
 
 using Attributes = std::vector<Attribute>;
 
-Attributes read(DesktopAccess& desktop, const Element& element, std::span<const std::string_view> names) {
-    const AttributeRequest request{element, names};
-    return std::move(desktop.platform.accessibility.read({&request, 1}).front());
+struct Browser {
+    DesktopAccess& desktop;
+    ProcessID pid;
+};
+
+Attributes read(Browser browser, const Element& element, std::span<const std::string_view> names) {
+    return Accessibility::read(browser.desktop, browser.pid, {element, names});
 }
 
 bool isText(const Attribute& attribute, std::string_view text) {
@@ -28,26 +34,26 @@ std::vector<Element> elements(const Attribute& attribute) {
     return value ? *value : std::vector<Element>{};
 }
 
-std::vector<Element> elements(DesktopAccess& desktop, const Element& element, std::string_view name) {
-    return elements(read(desktop, element, {&name, 1}).front());
+std::vector<Element> elements(Browser browser, const Element& element, std::string_view name) {
+    return elements(read(browser, element, {&name, 1}).front());
 }
 
-bool holdsAddressField(DesktopAccess& desktop, const Element& element, int depth) {
+bool holdsAddressField(Browser browser, const Element& element, int depth) {
     static constexpr std::array names{ax::identifier, ax::description, ax::children};
     if (depth > deepest) return false;
-    const Attributes attributes = read(desktop, element, names);
+    const Attributes attributes = read(browser, element, names);
     if (isText(attributes[0], "WEB_BROWSER_ADDRESS_AND_SEARCH_FIELD") &&
         isText(attributes[1], "smart search field"))
         return true;
     return std::ranges::any_of(elements(attributes[2]), [&](const Element& child) {
-        return holdsAddressField(desktop, child, depth + 1);
+        return holdsAddressField(browser, child, depth + 1);
     });
 }
 
-bool isNormal(DesktopAccess& desktop, const Element& window) {
-    return std::ranges::any_of(elements(desktop, window, ax::children), [&](const Element& child) {
-        return isText(read(desktop, child, {&ax::role, 1}).front(), "AXToolbar") &&
-               holdsAddressField(desktop, child, 0);
+bool isNormal(Browser browser, const Element& window) {
+    return std::ranges::any_of(elements(browser, window, ax::children), [&](const Element& child) {
+        return isText(read(browser, child, {&ax::role, 1}).front(), "AXToolbar") &&
+               holdsAddressField(browser, child, 0);
     });
 }
 
@@ -57,9 +63,10 @@ std::set<WindowNumber> normalWindowIDs(DesktopAccess& desktop, ProcessID pid) {
     AccessibilityService& service = desktop.platform.accessibility;
     const Element application = service.application(pid);
     service.setMessagingTimeout(application, messagingTimeout);
+    const Browser browser{desktop, pid};
     std::set<WindowNumber> numbers;
-    for (const Element& window : elements(desktop, application, ax::windows)) {
-        if (!isNormal(desktop, window)) continue;
+    for (const Element& window : elements(browser, application, ax::windows)) {
+        if (!isNormal(browser, window)) continue;
         if (const auto number = service.windowNumber(window)) numbers.insert(*number);
     }
     return numbers;

@@ -148,6 +148,15 @@ TEST(Capture, AnApplicationThatHangsCostsItsTimeoutOnceAndOnlyItsOwnTitles) {
     EXPECT_EQ(desktop.capture().applications[1].windows.at(0).title, "1");
 }
 
+TEST(Capture, ABrowserThatHangsWhileItIsVerifiedCostsItsTimeoutOnce) {
+    Desktop desktop(scene({sceneApplication("com.apple.Safari", std::vector(9, sceneWindow("1", frame)))}));
+    desktop.meddler.afterRead = [&](auto, auto&) {
+        if (desktop.meddler.reads == 3) desktop.world().add(fault(FaultKind::applicationHangs));
+    };
+    EXPECT_TRUE(desktop.capture().applications[0].windows.empty());
+    EXPECT_NEAR(desktop.seconds(), 0.5, 0.001);
+}
+
 TEST(Capture, WithoutPermissionApplicationsHaveNoWindows) {
     Desktop desktop(scene({sceneApplication("org.a", {sceneWindow("1", frame)})}));
     desktop.world().setTrusted(false);
