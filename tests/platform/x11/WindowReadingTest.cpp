@@ -87,32 +87,5 @@ TEST_F(WindowReadingTest, TheFrameIsWhatAPersonSees) {
     EXPECT_EQ(shadowed.info.frame.height, window.info.frame.height - 20);
 }
 
-TEST_F(WindowReadingTest, AVanishedWindowIsGoneAndItsNumberUnknown) {
-    const auto window = openWindow("vanishing");
-    clients.back().kill();
-    ASSERT_TRUE(eventually([&] { return windows().empty(); }));
-    nextTurn();
-    const auto answer = attribute(window.element, ax::title);
-    ASSERT_FALSE(answer);
-    EXPECT_EQ(answer.error().reason, AttributeMiss::Reason::gone);
-    EXPECT_EQ(attribute(ax().application(window.pid), ax::windows).error().reason,
-              AttributeMiss::Reason::gone);
-    EXPECT_FALSE(ax().write(window.element, ax::minimized, true));
-    EXPECT_FALSE(ax().perform(window.element, ax::raise));
-    EXPECT_FALSE(ax().writeFrame(window.element, {1, 2, 300, 200}).positionSet);
-    EXPECT_FALSE(run(ax().makeMovable(window.element)));
-    run(ax().settleInPlace(window.element));
-    EXPECT_TRUE(desktopsOf(window).empty());
-    EXPECT_FALSE(desktop->windowServer.moveWindow(*window.windowID, 2));
-}
-
-TEST_F(WindowReadingTest, NothingIsAnsweredFromAnEarlierTurn) {
-    const auto window = openWindow("fading");
-    const auto before = attribute(window.element, ax::minimized);
-    sharedDesktop().run({"xdotool", "windowminimize", "--sync", std::to_string(*window.windowID)});
-    EXPECT_TRUE(eventually([&] { return reread(window).info.isMinimized; }));
-    EXPECT_FALSE(std::get<bool>(*before));
-}
-
 }  // namespace
 }  // namespace quillo::x11test

@@ -125,22 +125,6 @@ TEST_F(WindowWritesTest, MinimizingOnAnotherDesktopLeavesThePersonWhereTheyAre) 
     EXPECT_EQ(desktopsOf(window), std::set<SpaceID>{2});
 }
 
-TEST_F(WindowWritesTest, FullScreenAndBack) {
-    const auto window = openWindow("cinema");
-    const auto before = reread(window).info.frame;
-    const auto screens = desktop->screens.screens();
-    ASSERT_TRUE(ax().write(window.element, ax::fullScreen, true));
-    EXPECT_TRUE(eventually([&] {
-        const auto now = reread(window);
-        return now.info.isFullscreen && now.info.frame == screens.front().frame;
-    }));
-    nextTurn();
-    EXPECT_TRUE(desktop->windowServer.facts({&*window.windowID, 1}).front().isFullscreen);
-    ASSERT_TRUE(ax().write(window.element, ax::fullScreen, false));
-    EXPECT_TRUE(
-        eventually([&] { return !reread(window).info.isFullscreen && reread(window).info.frame == before; }));
-}
-
 TEST_F(WindowWritesTest, RaisingBringsToTheFront) {
     const auto below = openWindow("below");
     const auto above = openWindow("above");
