@@ -14,7 +14,7 @@ namespace quillo {
 class TemporaryDirectory {
   public:
     TemporaryDirectory() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "quillo-test-XXXXXX").string();
+        std::string pattern = std::filesystem::temp_directory_path() / "quillo-test-XXXXXX";
         if (!::mkdtemp(pattern.data())) throw std::runtime_error("no temporary directory");
         path_ = pattern;
     }
@@ -28,12 +28,15 @@ class TemporaryDirectory {
     const std::filesystem::path& path() const { return path_; }
     std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
 
-    void write(const std::string& name, const std::string& bytes) const {
+    void write(const std::string& name, std::string_view bytes) const {
         std::ofstream(path_ / name, std::ios::binary) << bytes;
     }
     std::string read(const std::string& name) const {
         std::ifstream file(path_ / name, std::ios::binary);
         return {std::istreambuf_iterator<char>(file), {}};
+    }
+    unsigned mode(const std::string& name) const {
+        return static_cast<unsigned>(std::filesystem::status(path_ / name).permissions());
     }
     std::set<std::string> names() const {
         std::set<std::string> names;
