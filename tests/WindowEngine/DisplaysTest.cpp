@@ -11,28 +11,18 @@ namespace {
 
 using samples::display;
 
-class FixedScreens : public Screens {
-  public:
-    explicit FixedScreens(std::vector<Screen> screens) : screens_(std::move(screens)) {}
-    std::vector<Screen> screens() override { return screens_; }
-
-  private:
-    std::vector<Screen> screens_;
+struct FixedScreens : Screens {
+    std::vector<Screen> fixed;
+    std::vector<Screen> screens() override { return fixed; }
 };
 
-TEST(Displays, DescribesScreensPrimaryFirst) {
-    FixedScreens screens({{"A", {0, 0, 1512, 982}, {0, 33, 1512, 949}, 2},
-                          {std::nullopt, {-200, -1080, 1920.9, 1080}, {-200, -1080, 1920, 1080}, 1.5}});
+TEST(Displays, DescribesScreensPrimaryFirstAndNamesThoseWithoutIdentifier) {
+    constexpr Rect a{0, 0, 1512, 982}, below{0, 33, 1512, 949}, b{-200, -1080, 1920.9, 1080};
+    FixedScreens screens;
+    screens.fixed = {{"A", a, below, 2}, {{}, b, b, 1.5}, {{}, b, b, 2}};
     const std::vector<DisplaySnapshot> expected{
-        {"A", {0, 0, 1512, 982}, {0, 33, 1512, 949}, 2, true},
-        {"1920x1080@1.5", {-200, -1080, 1920.9, 1080}, {-200, -1080, 1920, 1080}, 1.5, false}};
+        {"A", a, below, 2, true}, {"1920x1080@1.5", b, b, 1.5, false}, {"1920x1080@2.0", b, b, 2, false}};
     EXPECT_EQ(Displays::current(screens), expected);
-    FixedScreens none({});
-    EXPECT_TRUE(Displays::current(none).empty());
-}
-
-TEST(Displays, NamesAScreenWithoutIdentifierByItsSizeAndScale) {
-    EXPECT_EQ(Displays::identifier({{}, {0, 0, 1512, 982}, {}, 2}), "1512x982@2.0");
     for (const double width : {std::nan(""), std::numeric_limits<double>::infinity(), 1e300})
         EXPECT_THROW(Displays::identifier({{}, {0, 0, width, 982}, {}, 2}), std::logic_error);
 }
@@ -41,11 +31,7 @@ TEST(Displays, AWindowBelongsToTheDisplayOfItsCentreElseOfItsLargestPart) {
     // B is lower than A, C starts where A ends below B's foot: a gap lies under B.
     const std::vector displays{display("A", {0, 0, 1000, 1000}, true), display("B", {1000, 0, 500, 400}),
                                display("C", {1500, 0, 1000, 1000})};
-    struct Case {
-        Rect rect;
-        const char* id;
-    };
-    const Case cases[] = {
+    const std::pair<Rect, const char*> cases[] = {
         {{900, 100, 300, 300}, "B"},   // centre on B
         {{-5000, 0, 12002, 20}, "B"},  // centre on B, more of it on A
         {{500, 100, 1000, 100}, "B"},  // centre on the border of A and B
@@ -55,9 +41,9 @@ TEST(Displays, AWindowBelongsToTheDisplayOfItsCentreElseOfItsLargestPart) {
         {{1000, 400, 500, 600}, ""},   // fills the gap and only touches the three
         {{5000, 5000, 10, 10}, ""},
     };
-    for (const Case& c : cases) {
-        const DisplaySnapshot* found = Displays::display(c.rect, displays);
-        EXPECT_EQ(found ? found->id : "", c.id) << c.rect.x << ' ' << c.rect.y << ' ' << c.rect.width;
+    for (const auto& [rect, id] : cases) {
+        const DisplaySnapshot* found = Displays::display(rect, displays);
+        EXPECT_EQ(found ? found->id : "", id) << rect.x << ' ' << rect.y << ' ' << rect.width;
     }
     EXPECT_EQ(Displays::display({0, 0, 10, 10}, {}), nullptr);
 }

@@ -12,94 +12,70 @@ namespace {
 
 using namespace std::chrono_literals;
 
-struct Script {
-    std::string_view readings;  // t, f or - (unreadable), the last one for ever
-    int refusedRequest = 0;     // the how-manieth request is refused
-    std::size_t reads = 0;
-    std::vector<std::chrono::milliseconds> requests;  // when
-};
+using Times = std::vector<std::chrono::milliseconds>;
 
 Task<void> pauseOnce() {
     co_await sleepFor(100ms);
 }
 
-struct Ending {
+struct Transition {
+    const char* what;
+    std::string readings;        // t, f or - (unreadable), the last one for ever
     std::optional<bool> result;  // none: cancelled
-    std::chrono::milliseconds after{};
+    std::chrono::milliseconds after;
+    Times requests;          // when
+    int refusedRequest = 0;  // the how-manieth request is refused
+    double retryDelay = 1;
+    Duration cancelAfter = 1h;
 };
 
-Ending transition(Script& script, std::optional<Duration> cancelAfter = {}, double retryDelay = 1.0) {
+void expectTransition(const Transition& expected) {
+    SCOPED_TRACE(expected.what);
     VirtualExecutor executor;
+    std::size_t reads = 0;
+    Times requests;
     const auto elapsed = [&] {
         return std::chrono::duration_cast<std::chrono::milliseconds>(executor.now().time_since_epoch());
     };
-    const FullscreenTransition::Steps steps{
-        .read = [&]() -> std::optional<bool> {
-            const char reading = script.readings[std::min(script.reads++, script.readings.size() - 1)];
-            return reading == '-' ? std::nullopt : std::optional(reading == 't');
-        },
-        .request =
-            [&] {
-                script.requests.push_back(elapsed());
-                return std::ssize(script.requests) != script.refusedRequest;
-            },
-        .pause = pauseOnce};
-    Job<bool> job(executor, FullscreenTransition::apply(true, 6.0, retryDelay, steps));
-    if (cancelAfter) executor.postAfter(*cancelAfter, [&] { job.cancel(); });
-    executor.runUntil([&] { return job.done(); }, 1h);
+    const auto read = [&]() -> std::optional<bool> {
+        const char reading = expected.readings[std::min(reads++, expected.readings.size() - 1)];
+        return reading == '-' ? std::nullopt : std::optional(reading == 't');
+    };
+    const auto request = [&] {
+        requests.push_back(elapsed());
+        return std::ssize(requests) != expected.refusedRequest;
+    };
+    Job<bool> job(executor,
+                  FullscreenTransition::apply(true, 6.0, expected.retryDelay, {read, request, pauseOnce}));
+    executor.postAfter(expected.cancelAfter, [&] { job.cancel(); });
+    executor.runUntil([&] { return job.done(); }, 2h);
     const Outcome<bool> outcome = job.outcome();
-    return {outcome.hasValue() ? std::optional(outcome.value()) : std::nullopt, elapsed()};
+    EXPECT_EQ(outcome.hasValue() ? std::optional(outcome.value()) : std::nullopt, expected.result);
+    EXPECT_EQ(elapsed(), expected.after);
+    EXPECT_EQ(requests, expected.requests);
 }
 
 TEST(FullscreenTransition, AsksAndWaitsForThreeAgreeingReadings) {
-    using Times = std::vector<std::chrono::milliseconds>;
-    struct Case {
-        const char* what;
-        std::string_view readings;
-        int refusedRequest;
-        bool result;
-        std::chrono::milliseconds after;
-        Times requests;
-    };
     std::string alternating;
     while (alternating.size() < 200) alternating += "ft";
-    const Case cases[] = {
-        {"there already: nothing is asked", "t", 0, true, 200ms, {}},
-        {"one request suffices", "fttt", 0, true, 200ms, {0ms}},
-        {"an unreadable state asks", "-ttt", 0, true, 200ms, {0ms}},
-        {"flickers at first", "fttfttt", 0, true, 500ms, {0ms}},
-        {"unreadable in between starts over", "ftt-ttt", 0, true, 500ms, {0ms}},
-        {"never agrees with itself", alternating, 0, false, 6000ms, {0ms}},
-        {"flickers once", "ftf", 0, false, 6000ms, {0ms, 1000ms, 2000ms}},
-        {"never readable", "-", 0, false, 6000ms, {0ms}},
-        {"never comes", "f", 0, false, 6000ms, {0ms, 1000ms, 2000ms}},
-        {"refused at once", "f", 1, false, 0ms, {0ms}},
-        {"refused when asked again", "f", 2, false, 1000ms, {0ms, 1000ms}},
-        {"comes after the second request", "ffffffffffffttt", 0, true, 1300ms, {0ms, 1000ms}},
-        {"falls out at once: asked without delay", "tfffttt", 0, true, 500ms, {200ms}},
-        {"two matches do not count", "tttfffttt", 0, true, 700ms, {400ms}},
+    const Transition cases[] = {
+        {"there already: nothing is asked", "t", true, 200ms, {}},
+        {"one request suffices", "fttt", true, 200ms, {0ms}},
+        {"an unreadable state asks", "-ttt", true, 200ms, {0ms}},
+        {"flickers at first", "fttfttt", true, 500ms, {0ms}},
+        {"unreadable in between starts over", "ftt-ttt", true, 500ms, {0ms}},
+        {"never agrees with itself", alternating, false, 6000ms, {0ms}},
+        {"never readable", "-", false, 6000ms, {0ms}},
+        {"never comes", "f", false, 6000ms, {0ms, 1000ms, 2000ms}},
+        {"refused at once", "f", false, 0ms, {0ms}, 1},
+        {"refused when asked again", "f", false, 1000ms, {0ms, 1000ms}, 2},
+        {"comes after the second request", "ffffffffffffttt", true, 1300ms, {0ms, 1000ms}},
+        {"falls out at once: asked without delay", "tfffttt", true, 500ms, {200ms}},
+        {"two matches do not count", "tttfffttt", true, 700ms, {400ms}},
+        {"each request is given three readings", "f", false, 6000ms, {0ms, 200ms, 500ms}, 0, 0},
+        {"cancelled", "f", {}, 250ms, {0ms}, 0, 1, 250ms},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
-        Script script{.readings = c.readings, .refusedRequest = c.refusedRequest, .requests = {}};
-        const Ending ending = transition(script);
-        EXPECT_EQ(ending.result, c.result);
-        EXPECT_EQ(ending.after, c.after);
-        EXPECT_EQ(script.requests, c.requests);
-    }
-}
-
-TEST(FullscreenTransition, EachRequestIsGivenThreeReadings) {
-    Script script{.readings = "f", .requests = {}};
-    EXPECT_EQ(transition(script, {}, 0.0).result, false);
-    EXPECT_EQ(script.requests, (std::vector<std::chrono::milliseconds>{0ms, 200ms, 500ms}));
-}
-
-TEST(FullscreenTransition, EndsWhenCancelled) {
-    Script script{.readings = "f", .requests = {}};
-    const Ending ending = transition(script, 250ms);
-    EXPECT_EQ(ending.result, std::nullopt);
-    EXPECT_EQ(ending.after, 250ms);
+    for (const Transition& expected : cases) expectTransition(expected);
 }
 
 TEST(FullscreenCaptureMerge, AddsWhatOnlyTheWindowServerKnows) {

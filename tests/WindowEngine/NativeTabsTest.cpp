@@ -12,13 +12,12 @@ using samples::window;
 using Windows = std::vector<WindowSnapshot>;
 
 constexpr const char* terminal = "com.apple.Terminal";
-constexpr Rect frame{10, 20, 300, 200};
 
 TEST(NativeTabs, FoldsAStackIntoItsFirstWindow) {
+    constexpr Rect frame{10, 20, 300, 200};
     Windows windows{window(frame, "a"), window({0, 0, 300, 200}, "elsewhere"), window(frame, "b"),
                     window(frame, "c")};
     windows[2].documentURL = Url::parse("file:///tmp/b");
-    for (std::size_t i = 0; i < windows.size(); ++i) windows[i].index = static_cast<std::int64_t>(i);
     for (const char* identifier : {"com.mitchellh.ghostty", terminal, "com.apple.finder"}) {
         Windows expected{windows[0], windows[1]};
         expected[0].tabs = {{{"a", {}}, {"b", windows[2].documentURL}, {"c", {}}}};
@@ -43,13 +42,13 @@ bool isStack(const WindowSnapshot& a, const WindowSnapshot& b) {
 }
 
 std::optional<DesktopSnapshot> plainInheritance(const Windows& windows, const WindowSnapshot& window) {
-    std::vector<DesktopSnapshot> desktops;
+    std::optional<DesktopSnapshot> only;
     for (const WindowSnapshot& other : windows) {
-        if (other.frame == window.frame && other.desktop &&
-            std::ranges::find(desktops, *other.desktop) == desktops.end())
-            desktops.push_back(*other.desktop);
+        if (other.frame != window.frame || !other.desktop) continue;
+        if (only && only != other.desktop) return std::nullopt;
+        only = other.desktop;
     }
-    return desktops.size() == 1 ? std::optional(desktops[0]) : std::nullopt;
+    return only;
 }
 
 // Every window against every other one.
@@ -85,8 +84,8 @@ WindowSnapshot someWindow(samples::Random& random) {
 TEST(NativeTabs, FoldsLikeThePlainRulesAndOnlyOnce) {
     for (unsigned seed = 0; seed < 500; ++seed) {
         samples::Random random(seed);
-        Windows windows;
-        for (int count = random.below(20); count > 0; --count) windows.push_back(someWindow(random));
+        Windows windows(static_cast<std::size_t>(random.below(20)));
+        for (WindowSnapshot& each : windows) each = someWindow(random);
         const Windows folded = NativeTabs::collapse(windows, terminal);
         EXPECT_EQ(folded, plainCollapse(windows)) << "seed " << seed;
         EXPECT_EQ(NativeTabs::collapse(folded, terminal), folded) << "seed " << seed;

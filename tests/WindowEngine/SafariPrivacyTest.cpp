@@ -2,58 +2,46 @@
 
 #include <map>
 
-#include "WindowEngine/Capture.hpp"
-#include "WindowEngine/Restore.hpp"
 #include "WindowEngine/SafariPrivacy.hpp"
-#include "WindowEngine/services/ForwardingAccessibilityService.hpp"
-#include "platform/simulated/SimulatedDesktop.hpp"
+#include "tests/WindowEngine/DesktopFixture.hpp"
 
 namespace quillo {
 namespace {
 
-constexpr std::string_view normalWords = "smart search field";
-constexpr std::string_view privateWords = "smart search field, private";
-
 /// A part of a window, made of its attributes.
-class Part final : public ElementHandle {
-  public:
-    explicit Part(std::map<std::string_view, AttributeValue> values) : attributes(std::move(values)) {}
+struct Part final : ElementHandle {
+    using Attributes = std::map<std::string_view, AttributeValue>;
+    explicit Part(Attributes values) : attributes(std::move(values)) {}
     bool same(const ElementHandle& other) const override { return this == &other; }
-
-    const std::map<std::string_view, AttributeValue> attributes;
+    const Attributes attributes;
 };
 
-Element part(std::map<std::string_view, AttributeValue> attributes) {
+Element part(Part::Attributes attributes) {
     return Element(std::make_shared<Part>(std::move(attributes)));
 }
-
-Element holder(std::string_view role, std::vector<Element> children) {
-    return part({{ax::role, std::string(role)}, {ax::children, std::move(children)}});
+Element holder(std::string role, std::vector<Element> children) {
+    return part({{ax::role, std::move(role)}, {ax::children, std::move(children)}});
 }
-
-Element addressField(std::string_view words) {
-    return part(
-        {{ax::identifier, "WEB_BROWSER_ADDRESS_AND_SEARCH_FIELD"}, {ax::description, std::string(words)}});
-}
-
 /// An address field that many levels below its toolbar.
-Element toolbar(int levels, std::string_view words) {
-    Element inner = addressField(words);
-    for (int level = 1; level < levels; ++level) inner = holder("AXGroup", {inner});
-    return holder("AXToolbar", {inner});
+Element toolbar(int levels, std::string words, std::string role = "AXToolbar") {
+    Element inner = part({{ax::identifier, std::string("WEB_BROWSER_ADDRESS_AND_SEARCH_FIELD")},
+                          {ax::description, std::move(words)}});
+    for (; levels > 1; --levels) inner = holder("AXGroup", {inner});
+    return holder(std::move(role), {inner});
 }
 
-/// Gives the windows of a simulated browser the insides that belong to their titles.
+const std::string normal = "smart search field";
+/// What the windows of the browser hold, by their titles.
+const std::map<std::string, std::vector<Element>> insides{
+    {"private", {toolbar(1, normal + ", private")}},
+    {"normal", {holder("AXGroup", {}), holder("AXToolbar", {}), toolbar(1, normal)}},
+    {"deep", {toolbar(7, normal)}},
+    {"too deep", {toolbar(8, normal)}},
+    {"elsewhere", {toolbar(1, normal, "AXGroup")}}};
+
 class BrowserInsides final : public ForwardingAccessibilityService {
   public:
-    explicit BrowserInsides(AccessibilityService& target) : ForwardingAccessibilityService(target) {
-        insides_["normal"] = {holder("AXGroup", {}), holder("AXToolbar", {}), toolbar(1, normalWords)};
-        insides_["deep"] = {toolbar(7, normalWords)};
-        insides_["too deep"] = {toolbar(8, normalWords)};
-        insides_["private"] = {toolbar(1, privateWords)};
-        insides_["elsewhere"] = {holder("AXGroup", {addressField(normalWords)})};
-    }
-
+    using ForwardingAccessibilityService::ForwardingAccessibilityService;
     std::vector<std::vector<Attribute>> read(std::span<const AttributeRequest> requests) override {
         std::vector<std::vector<Attribute>> answers;
         for (const AttributeRequest& request : requests) {
@@ -73,93 +61,73 @@ class BrowserInsides final : public ForwardingAccessibilityService {
         }
         if (name != ax::children) return target(element, name);
         const Attribute title = target(element, ax::title);
-        return title ? insides_[std::get<std::string>(*title)] : std::vector<Element>{};
+        const auto found = insides.find(title ? std::get<std::string>(*title) : "");
+        return found == insides.end() ? std::vector<Element>{} : found->second;
     }
     Attribute target(const Element& element, std::string_view name) {
         const AttributeRequest request{element, {&name, 1}};
         return ForwardingAccessibilityService::read({&request, 1}).front().front();
     }
-
-    std::map<std::string, std::vector<Element>> insides_;
 };
 
-constexpr std::string_view scene = R"({
-    "displays": [{"id": "A", "frame": [0, 0, 1000, 800], "desktops": 2}],
-    "applications": [
-        {"identifier": "com.apple.Safari", "name": "Safari", "windows": [
-            {"title": "private", "frame": [10, 10, 300, 200]},
-            {"title": "normal", "frame": [20, 20, 310, 210]},
-            {"title": "deep", "frame": [30, 30, 320, 220]},
-            {"title": "too deep", "frame": [40, 40, 330, 230]},
-            {"title": "elsewhere", "frame": [50, 50, 340, 240]},
-            {"title": "on another desktop", "frame": [60, 60, 350, 250], "desktop": 1}]},
-        {"identifier": "org.editor", "windows": [{"title": "private", "frame": [70, 70, 360, 260]}]}]
-})";
-
-class OnTheDesktop : public testing::Test {
-  protected:
-    std::unique_ptr<SimulatedDesktop> simulated = SimulatedDesktop::create(scene, "scene").value();
-    Platform plain = simulated->platform();
-    BrowserInsides insides{plain.accessibility};
-    WindowHandleCache handles;
-    DesktopAccess desktop{{plain.executor, insides, plain.windowServer, plain.applications, plain.screens,
-                           plain.scripts, plain.log},
-                          handles};
-
-    template <class T>
-    T run(Task<T> task) {
-        Job<T> job(simulated->executor(), std::move(task));
-        simulated->executor().runUntil([&] { return job.done(); }, std::chrono::hours(1));
-        return job.result();
+samples::SceneApplication browser() {
+    std::vector<samples::SceneWindow> windows;
+    for (const char* title : {"private", "normal", "deep", "too deep", "elsewhere", "on another desktop"}) {
+        const double at = 20.0 * static_cast<double>(windows.size() + 2);
+        windows.push_back(samples::sceneWindow(title, {at, at, 300 + at, 200 + at}));
     }
-};
+    windows.back().desktop = 1;
+    return samples::sceneApplication("com.apple.Safari", windows);
+}
 
-using Safari = OnTheDesktop;
+class Safari : public testing::Test {
+  protected:
+    samples::Desktop desktop{
+        samples::scene({browser(), samples::sceneApplication(
+                                       "org.editor", {samples::sceneWindow("private", {9, 30, 99, 99})})})};
+    const Platform& plain = desktop.plain;
+    BrowserInsides service{plain.accessibility};
+    DesktopAccess access{{plain.executor, service, plain.windowServer, plain.applications, plain.screens,
+                          plain.scripts, plain.log},
+                         desktop.handles};
+};
 
 TEST_F(Safari, OnlyWindowsVerifiedAsNormalAreCaptured) {
-    const WorkspaceSnapshot snapshot = run(Capture::snapshot(desktop, {}));
-    ASSERT_EQ(snapshot.applications.size(), 2u);
-    EXPECT_EQ(snapshot.applications[0].windows.size(), 1u) << "another application's windows are not judged";
+    const WorkspaceSnapshot snapshot = desktop.run(Capture::snapshot(access, {}));
     std::vector<std::string> titles;
-    for (const WindowSnapshot& window : snapshot.applications[1].windows)
-        titles.push_back(window.title.value_or("from the window server"));
-    EXPECT_EQ(titles, (std::vector<std::string>{"normal", "deep"}));
+    for (const ApplicationSnapshot& application : snapshot.applications)
+        for (const WindowSnapshot& window : application.windows)
+            titles.push_back(application.bundleIdentifier + " " +
+                             window.title.value_or("from the window server"));
+    EXPECT_EQ(titles, (std::vector<std::string>{"com.apple.Safari normal", "com.apple.Safari deep",
+                                                "org.editor private"}));
     EXPECT_EQ(
         snapshot.notes,
         (std::vector<std::string>{"Safari: skipped windows whose browsing privacy could not be verified."}));
+
+    const WorkspaceSnapshot blind = desktop.capture();  // no toolbar can be read
+    ASSERT_EQ(blind.applications.size(), 2u);
+    EXPECT_TRUE(blind.applications[0].windows.empty());
+    EXPECT_TRUE(blind.notes);
 }
 
 TEST_F(Safari, PrivateWindowsAreNeitherMovedNorReported) {
-    WindowSnapshot saved;
-    saved.title = "private";
-    saved.frame = {500, 500, 300, 200};
+    const Rect before = desktop.world().window("com.apple.Safari", "private")->state.frame;
+    const std::vector saved(3, samples::savedWindow(desktop, {500, 500, 300, 200}, "private"));
     Workspace workspace;
-    workspace.snapshot.applications = {
-        {"com.apple.Safari", "Safari", {}, std::vector<WindowSnapshot>(3, saved), {}}};
-    const RestoreReport report = run(Restore::run(desktop, workspace, {}, {}));
+    workspace.snapshot.applications = {{"com.apple.Safari", "Safari", {}, saved, {}}};
+    const RestoreReport report = desktop.run(Restore::run(access, workspace, {}, {}));
     EXPECT_EQ(report.items.size(), 3u);
     EXPECT_EQ(report.totals().skipped, 1) << "two normal windows for three saved ones";
-    EXPECT_EQ(simulated->world().window("com.apple.Safari", "private")->state.frame,
-              (Rect{10, 10, 300, 200}));
+    EXPECT_EQ(desktop.world().window("com.apple.Safari", "private")->state.frame, before);
 }
 
-TEST_F(Safari, WithoutToolbarsToReadNothingIsVerified) {
-    DesktopAccess blind{plain, handles};
-    const WorkspaceSnapshot snapshot = run(Capture::snapshot(blind, {}));
-    EXPECT_TRUE(snapshot.applications[1].windows.empty());
-    EXPECT_TRUE(snapshot.notes);
-}
-
-using WindowlessApplication = OnTheDesktop;
-
-TEST_F(WindowlessApplication, IsAskedForAWindowWhateverWasSavedOfIt) {
-    simulated->world().close(simulated->world().window("org.editor", "private")->number);
-    Workspace workspace;
-    workspace.snapshot.applications = {{"org.editor", "Editor", {}, {}, {}}};
-    EXPECT_TRUE(run(Restore::run(desktop, workspace, {}, {})).items.empty());
-    EXPECT_FALSE(simulated->world().windowsOf("org.editor").empty());
-    EXPECT_EQ(simulated->logLines().front(),
-              "restore info: requested a new window for windowless org.editor");
+TEST(WindowlessApplication, IsAskedForAWindowWhateverWasSavedOfIt) {
+    samples::Desktop desktop(samples::scene({samples::sceneApplication("org.editor")}));
+    WorkspaceSnapshot snapshot;
+    snapshot.applications = {{"org.editor", "Editor", {}, {}, {}}};
+    EXPECT_TRUE(desktop.restore(snapshot).items.empty());
+    EXPECT_FALSE(desktop.world().windowsOf("org.editor").empty());
 }
 
 }  // namespace
