@@ -72,6 +72,13 @@ GObjectPtr<GDesktopAppInfo> applicationAt(const std::string& file, bool withDocu
         G_DESKTOP_APP_INFO(g_app_info_create_from_commandline(quoted.get(), nullptr, flags, nullptr)));
 }
 
+/// GIO's connection to the session bus would end this program when the bus goes away.
+GObjectPtr<GDBusConnection> sessionBus() {
+    GObjectPtr<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+    if (bus) g_dbus_connection_set_exit_on_close(bus.get(), false);
+    return bus;
+}
+
 Launched launchNow(const std::string& file, const std::vector<Url>& documents, const std::string& display) {
     const auto application = applicationAt(file, !documents.empty());
     if (!application) return fail(ErrorKind::notFound, "the application is not installed or cannot be run");
@@ -86,12 +93,15 @@ Launched launchNow(const std::string& file, const std::vector<Url>& documents, c
     const GObjectPtr<GAppLaunchContext> context(g_app_launch_context_new());
     if (!display.empty()) g_app_launch_context_setenv(context.get(), "DISPLAY", display.c_str());
     const DevNull nowhere;
+    const auto bus = sessionBus();
     std::optional<ProcessID> pid;
     GError* error = nullptr;
     const bool started = g_desktop_app_info_launch_uris_as_manager_with_fds(
         application.get(), addresses.get(), context.get(), G_SPAWN_SEARCH_PATH, detach, nullptr, notePid,
         &pid, nowhere.get(), nowhere.get(), nowhere.get(), &error);
     const GErrorPtr reason(error);
+    // Started over the bus: the request must have left before this program may end.
+    if (started && !pid && bus) g_dbus_connection_flush_sync(bus.get(), nullptr, nullptr);
     if (started) return pid;
     return fail(ErrorKind::refused, reason ? withoutQuotes(reason->message) : "the system gave no reason",
                 reason ? reason->code : 0);

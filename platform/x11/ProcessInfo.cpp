@@ -76,7 +76,7 @@ Instant startInstant(const ProcessInfo& process) {
 
 std::optional<std::string> programOf(ProcessID pid) {
     std::error_code error;
-    const auto program = std::filesystem::read_symlink(procFile(pid, "exe"), error).string();
+    auto program = std::filesystem::read_symlink(procFile(pid, "exe"), error).string();
     if (error || program.empty() || program.ends_with(" (deleted)")) return std::nullopt;
     return program;
 }

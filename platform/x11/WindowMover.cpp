@@ -13,7 +13,8 @@ constexpr Duration stableInterval = 50ms;
 
 bool looksSame(const WindowReading& a, const WindowReading& b) {
     return a.client == b.client && a.decoration == b.decoration && a.invisibleBorder == b.invisibleBorder &&
-           a.hidden == b.hidden && a.maximized == b.maximized && a.fullscreen == b.fullscreen;
+           a.hidden == b.hidden && a.shaded == b.shaded && a.maximized == b.maximized &&
+           a.fullscreen == b.fullscreen;
 }
 
 }  // namespace
@@ -61,6 +62,11 @@ Task<bool> WindowMover::makeMovable(xcb_window_t window) {
     moves_[window].frame.reset();
     if (!co_await bringHere(window)) co_return false;
     auto reading = view_.windowNow(window);
+    if (reading && reading->shaded) {
+        WindowRequests(view_).unshade(window);
+        reading = co_await waitUntil(
+            window, [](const WindowReading& now, std::uint32_t) { return !now.shaded; }, 0);
+    }
     if (reading && reading->hidden) {
         WindowRequests(view_).restore(*reading, true);
         reading = co_await waitUntil(

@@ -142,10 +142,13 @@ void readClass(WindowReading& reading, const Property& property) {
 void readStates(WindowReading& reading, const xcb_ewmh_connection_t& ewmh, const Property& property) {
     for (const auto state : property.words()) {
         reading.hidden |= state == ewmh._NET_WM_STATE_HIDDEN;
+        reading.shaded |= state == ewmh._NET_WM_STATE_SHADED;
         reading.fullscreen |= state == ewmh._NET_WM_STATE_FULLSCREEN;
         reading.maximized |=
             state == ewmh._NET_WM_STATE_MAXIMIZED_HORZ || state == ewmh._NET_WM_STATE_MAXIMIZED_VERT;
     }
+    // metacity calls a window hidden that is rolled up to its title bar.
+    reading.hidden &= !reading.shaded;
 }
 
 Extents extentsOf(const Property& property) {

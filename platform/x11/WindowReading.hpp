@@ -39,7 +39,8 @@ struct WindowReading {
     std::string title;  // UTF-8
     std::string desktopFile, gtkApplicationID;
     std::optional<std::uint32_t> desktop;  // number, or everyDesktop
-    bool hidden = false, fullscreen = false, maximized = false;
+    bool hidden = false;                   // minimized
+    bool fullscreen = false, maximized = false, shaded = false;
     Rect client;              // content, in root coordinates
     Extents decoration;       // what the window manager draws around it
     Extents invisibleBorder;  // shadow that the application draws inside it

@@ -72,6 +72,10 @@ std::int32_t WindowRequests::unmaximize(xcb_window_t window) {
                         ewmh._NET_WM_STATE_MAXIMIZED_VERT);
 }
 
+std::int32_t WindowRequests::unshade(xcb_window_t window) {
+    return changeStates(window, stateRemove, view_.connection().atoms()._NET_WM_STATE_SHADED, 0);
+}
+
 std::int32_t WindowRequests::activate(xcb_window_t window) {
     return ask(window, view_.connection().atoms()._NET_ACTIVE_WINDOW, {fromPager, XCB_CURRENT_TIME, 0, 0, 0});
 }

@@ -22,6 +22,8 @@ class WindowRequests {
     std::int32_t restore(const WindowReading& now, bool isHere);
     std::int32_t setFullscreen(xcb_window_t window, bool value);
     std::int32_t unmaximize(xcb_window_t window);
+    /// Ends being rolled up to the title bar.
+    std::int32_t unshade(xcb_window_t window);
     std::int32_t activate(xcb_window_t window);
     /// In front of all others, without activating it or switching desktops.
     std::int32_t restack(xcb_window_t window);

@@ -62,7 +62,6 @@ class X11Connection {
 
     xcb_connection_t* xcb() const { return xcb_; }
     xcb_window_t root() const { return screen_->root; }
-    const xcb_screen_t& screen() const { return *screen_; }
     const xcb_ewmh_connection_t& atoms() const { return ewmh_; }
     const ExtraAtoms& extra() const { return extra_; }
     const std::string& displayName() const { return displayName_; }

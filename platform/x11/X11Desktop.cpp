@@ -26,7 +26,7 @@ struct X11Desktop::Services {
 X11Desktop::X11Desktop(std::unique_ptr<Services> services) : services_(std::move(services)) {}
 X11Desktop::~X11Desktop() = default;
 
-Result<std::unique_ptr<X11Desktop>> X11Desktop::create(Executor& executor, X11Options options) {
+Result<std::unique_ptr<X11Desktop>> X11Desktop::create(Executor& executor, const X11Options& options) {
     auto connection = x11::X11Connection::open(options.display);
     if (!connection) return std::unexpected(connection.error());
     auto services = std::make_unique<Services>(executor, std::move(*connection));

@@ -17,7 +17,7 @@ class X11Desktop {
   public:
     /// `unavailable` where no X server answers or no window manager that speaks EWMH runs; the text says what
     /// to do. The executor must outlive it.
-    static Result<std::unique_ptr<X11Desktop>> create(Executor& executor, X11Options options);
+    static Result<std::unique_ptr<X11Desktop>> create(Executor& executor, const X11Options& options);
     X11Desktop(const X11Desktop&) = delete;
     X11Desktop& operator=(const X11Desktop&) = delete;
     ~X11Desktop();

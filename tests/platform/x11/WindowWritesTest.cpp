@@ -35,10 +35,13 @@ class WindowWritesTest : public X11Test {
                eventually([&] { return desktopsOf(window) == std::set{space}; }, std::chrono::seconds(3));
     }
 
+    void setState(const LiveWindow& window, const std::string& change) {
+        sharedDesktop().run({"wmctrl", "-i", "-r", std::to_string(*window.windowID), "-b", change});
+    }
+
     void maximize(const LiveWindow& window) {
         const auto before = window.info.frame;
-        sharedDesktop().run({"wmctrl", "-i", "-r", std::to_string(*window.windowID), "-b",
-                             "add,maximized_vert,maximized_horz"});
+        setState(window, "add,maximized_vert,maximized_horz");
         EXPECT_TRUE(eventually([&] { return reread(window).info.frame.width > before.width; }));
     }
 };
@@ -48,15 +51,20 @@ constexpr Rect target{310, 220, 500, 400};
 TEST_F(WindowWritesTest, AWindowIsMovedFromEveryState) {
     struct Case {
         std::string name;
-        bool maximized, minimized, elsewhere;
+        bool maximized, minimized, elsewhere, shaded = false;
     };
-    for (const auto& [name, maximized, minimized, elsewhere] :
+    for (const auto& [name, maximized, minimized, elsewhere, shaded] :
          {Case{"plain", false, false, false}, Case{"maximized", true, false, false},
           Case{"minimized", false, true, false}, Case{"maximized, minimized", true, true, false},
           Case{"elsewhere", false, false, true}, Case{"maximized elsewhere", true, false, true},
-          Case{"minimized elsewhere", false, true, true}, Case{"all at once", true, true, true}}) {
+          Case{"minimized elsewhere", false, true, true}, Case{"all at once", true, true, true},
+          Case{"shaded", false, false, false, true}}) {
         const auto window = openWindow(name);
         if (maximized) maximize(window);
+        if (shaded) {
+            setState(window, "add,shaded");
+            EXPECT_FALSE(reread(window).info.isMinimized) << "rolled up is not minimized";
+        }
         if (minimized) EXPECT_TRUE(minimize(window, true)) << name;
         if (elsewhere) EXPECT_TRUE(sendTo(window, 3)) << name;
         const auto after = place(window, target);
