@@ -95,60 +95,51 @@ class Faults : public ::testing::TestWithParam<Fault> {
         }
         EXPECT_GT(at, 4);
     }
-    static bool saveNew(const WorkspaceStore& store) { return store.save(version("new")).has_value(); }
-    /// A damaged primary with a good backup.
-    static void damage(const WorkspaceStore& store, const TemporaryDirectory& directory) {
-        ASSERT_TRUE(store.save(version("good")) && store.save(version("damaged")));
-        directory.write(primary, "{\"damaged");
-    }
 
     PosixFileSystem disk;
 };
 
-TEST_P(Faults, ASaveLeavesTheOldOrTheNewVersionComplete) {
-    atEveryCall(
-        [](const WorkspaceStore& store, const TemporaryDirectory&) {
-            ASSERT_TRUE(store.save(version("oldest")) && store.save(version("old")));
-        },
-        saveNew,
-        [](const WorkspaceStore& store, const TemporaryDirectory& directory, bool done) {
-            const auto loaded = store.load(id), before = WorkspaceCoding::decode(directory.read(backup));
-            EXPECT_TRUE(loaded == version("new") || (!done && loaded == version("old")));
-            EXPECT_TRUE(before == version("oldest") || before == version("old"));
-            EXPECT_EQ(store.scan().issues.size(), 0u);
-            if (GetParam() == Fault::error) EXPECT_EQ(directory.names(), (std::set{primary, backup}));
-        });
+/// Two versions, of which the second may be damaged in the primary.
+void saveTwo(const WorkspaceStore& store, const TemporaryDirectory& directory, bool damaged) {
+    ASSERT_TRUE(store.save(version("first")) && store.save(version("second")));
+    if (damaged) directory.write(primary, "{\"damaged");
 }
 
-TEST_P(Faults, AFirstSaveLeavesNothingOrTheWholeWorkspace) {
-    atEveryCall(
-        [](const WorkspaceStore&, const TemporaryDirectory&) {}, saveNew,
-        [](const WorkspaceStore& store, const TemporaryDirectory&, bool done) {
-            const WorkspaceScanResult result = store.scan();
-            EXPECT_EQ(result.issues.size(), 0u);
-            EXPECT_TRUE(result.workspaces == Found{version("new")} || (!done && result.workspaces.empty()));
-        });
-}
-
-TEST_P(Faults, ASaveOverADamagedPrimaryNeverLosesTheGoodBackup) {
-    atEveryCall(damage, saveNew, [](const WorkspaceStore& store, const TemporaryDirectory&, bool done) {
-        const Found found = store.scan().workspaces;
-        EXPECT_TRUE(found == Found{version("new")} || (!done && found == Found{version("good")}));
-    });
+TEST_P(Faults, ASaveLeavesWhatWasThereOrTheNewVersionComplete) {
+    enum World { nothing, twoVersions, damagedPrimary };
+    const std::pair<World, Found> worlds[] = {
+        {nothing, {}}, {twoVersions, {version("second")}}, {damagedPrimary, {version("first")}}};
+    for (const auto& [world, before] : worlds) {
+        SCOPED_TRACE(world);
+        atEveryCall(
+            [&](const WorkspaceStore& store, const TemporaryDirectory& directory) {
+                if (world != nothing) saveTwo(store, directory, world == damagedPrimary);
+            },
+            [](const WorkspaceStore& store) { return store.save(version("new")).has_value(); },
+            [&](const WorkspaceStore& store, const TemporaryDirectory& directory, bool done) {
+                const auto [found, issues] = store.scan();
+                EXPECT_TRUE(found == Found{version("new")} || (!done && found == before));
+                EXPECT_TRUE(issues.empty() || world == damagedPrimary);
+                if (world != twoVersions) return;
+                const auto backedUp = WorkspaceCoding::decode(directory.read(backup));
+                EXPECT_TRUE(backedUp == version("first") || backedUp == version("second"));
+                if (GetParam() == Fault::error) EXPECT_EQ(directory.names(), (std::set{primary, backup}));
+            });
+    }
 }
 
 TEST_P(Faults, ScansLoseNothingWhileTheyRepairAndMove) {
     const Workspace legacy = samples::named(Uuid::random(), "Legacy", "x", 2000);
     atEveryCall(
         [&](const WorkspaceStore& store, const TemporaryDirectory& directory) {
-            damage(store, directory);
+            saveTwo(store, directory, true);
             directory.write("legacy.json", WorkspaceCoding::encode(legacy).value());
             directory.write("legacy.json.bak", "{");
         },
         [](const WorkspaceStore& store) { return (void)store.scan(), true; },
         [&](const WorkspaceStore& store, const TemporaryDirectory& directory, bool) {
-            EXPECT_EQ(store.scan().workspaces, (Found{legacy, version("good")}));
-            EXPECT_EQ(store.load(id), version("good"));
+            EXPECT_EQ(store.scan().workspaces, (Found{legacy, version("first")}));
+            EXPECT_EQ(store.load(id), version("first"));
             EXPECT_EQ(store.load(legacy.id), legacy);
             // Interrupted after the copy and before the removal, the old file stays: whole, and reported.
             if (!directory.names().contains("legacy.json")) return;
@@ -159,20 +150,6 @@ TEST_P(Faults, ScansLoseNothingWhileTheyRepairAndMove) {
 
 INSTANTIATE_TEST_SUITE_P(Store, Faults,
                          ::testing::Values(Fault::error, Fault::killedBefore, Fault::killedWithin));
-
-class WorkspaceStoreFaults : public ::testing::Test {
-  protected:
-    PosixFileSystem disk;
-    TemporaryDirectory directory;
-};
-
-TEST_F(WorkspaceStoreFaults, TheFailureOfASaveReachesTheCaller) {
-    for (int at = 0; at < 3; ++at) {  // directory, lock, list (which may fail), then the file itself
-        FaultyFileSystem faulty(disk, Fault::killedBefore, at);
-        EXPECT_EQ(WorkspaceStore(faulty, directory.path()).save(version("new")).error().kind,
-                  ErrorKind::noSpace);
-    }
-}
 
 /// Lists a file that another program has just deleted; nothing can be written.
 class Stale final : public ForwardingFileSystem {
@@ -186,7 +163,9 @@ class Stale final : public ForwardingFileSystem {
     }
 };
 
-TEST_F(WorkspaceStoreFaults, ADeletedFileIsNoDamageAndAMoveThatCannotBeMadeIsReported) {
+TEST(WorkspaceStoreFaults, ADeletedFileIsNoDamageAndAMoveThatCannotBeMadeIsReported) {
+    PosixFileSystem disk;
+    TemporaryDirectory directory;
     Stale stale(disk);
     EXPECT_EQ(WorkspaceStore(stale, directory.path()).scan(), WorkspaceScanResult());
     directory.write("old name.json", WorkspaceCoding::encode(version("x")).value());
@@ -197,12 +176,13 @@ TEST_F(WorkspaceStoreFaults, ADeletedFileIsNoDamageAndAMoveThatCannotBeMadeIsRep
     EXPECT_EQ(directory.names(), std::set<std::string>{"old name.json"});
 }
 
-TEST_F(WorkspaceStoreFaults, TwoProgramsSaveAtOnceAndAThirdAlwaysReads) {
+TEST(WorkspaceStoreFaults, TwoProgramsSaveAtOnceAndAThirdAlwaysReads) {
+    PosixFileSystem disk;
+    TemporaryDirectory directory;
     std::atomic<int> failures = 0, running = 2;
     const auto writer = [&](const std::string& who) {
-        PosixFileSystem own;
         for (int i = 0; i < 40; ++i)
-            failures += !WorkspaceStore(own, directory.path()).save(version(who + std::to_string(i)));
+            failures += !WorkspaceStore(disk, directory.path()).save(version(who + std::to_string(i)));
         --running;
     };
     const WorkspaceStore store(disk, directory.path());

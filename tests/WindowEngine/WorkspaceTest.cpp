@@ -42,30 +42,12 @@ TEST(WorkspaceDeathTest, ACountThatOverflowsEndsTheProgram) {
     EXPECT_DEATH(checkedSum(most, 1), "exceeds 64 bits");
 }
 
-TEST(Workspace, AnImportedCopyIsTheSameDesktopUnderANewIdentity) {
-    const Instant now{std::chrono::seconds{9}};
-    Workspace source = Workspace::create(Uuid::random(), "Work", "square", "teal", {}, {});
-    source.snapshot.notes = {"a note"};
-    source.schemaVersion = 1;
-    source.lastRestoredAt = Instant{std::chrono::seconds{6}};
-    source.cleanSlate = CleanSlateMode::quit;
-    const Workspace copy = source.importedCopy("Work 2", now);
-    EXPECT_NE(copy.id, source.id);
-    EXPECT_EQ(copy.schemaVersion, 2);
-    EXPECT_EQ(copy, Workspace::create(copy.id, "Work 2", "square", "teal", source.snapshot, now));
-}
-
 TEST(Workspace, DesktopsWithOtherUuidsDifferAndShareTheirId) {
     const DesktopSnapshot a{.displayID = "D", .index = 2, .uuid = "x"},
         b{.displayID = "D", .index = 2, .uuid = {}};
     EXPECT_EQ(a.id(), "D#desktop2");
     EXPECT_EQ(b.id(), a.id());
     EXPECT_EQ((std::unordered_set<DesktopSnapshot>{a, b, a}.size()), 2u);
-}
-
-TEST(CleanSlateMode, HasThreeStoredValuesAndNoOther) {
-    for (const CleanSlateMode mode : allCleanSlateModes) EXPECT_EQ(cleanSlateMode(storedValue(mode)), mode);
-    for (const char* other : {"", "Keep", "keep ", "close"}) EXPECT_FALSE(cleanSlateMode(other));
 }
 
 }  // namespace
