@@ -15,7 +15,7 @@ using Json = simdjson::dom::element;
 /// Reads fields of one object; the first trouble is kept and everything after it is skipped.
 class Reader {
   public:
-    Reader(std::string_view sceneName) : sceneName_(sceneName) {}
+    explicit Reader(std::string_view sceneName) : sceneName_(sceneName) {}
 
     const std::optional<Error>& trouble() const { return trouble_; }
 

@@ -7,7 +7,7 @@ namespace {
 
 using Keys = std::set<std::string>;
 
-ContextWindow contextWindow(std::optional<std::int64_t> source, std::vector<const char*> addresses) {
+ContextWindow contextWindow(std::optional<std::int64_t> source, const std::vector<const char*>& addresses) {
     ContextWindow window{.sourceWindowIndex = source, .urls = {}, .sourceWindowID = {}};
     for (const char* address : addresses) window.urls.push_back(*Url::parse(address));
     return window;

@@ -161,7 +161,7 @@ TEST_P(ChildProcessTest, EndsTheWholeGroupWhateverEndsTheWait) {
         Running cancelled = startLasting(stubborn);
         awaitStart();
         cancelled.cancel();
-        EXPECT_THROW(finish(cancelled), Cancelled);
+        EXPECT_THROW((void)finish(cancelled), Cancelled);
         expectGroupGone();
 
         std::optional destroyed = startLasting(stubborn);
