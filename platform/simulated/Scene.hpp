@@ -33,8 +33,10 @@ struct SceneWindow {
     bool listed = true;        // false: accessibility never lists it, as some full-screen windows
     Size minimumSize;
     std::optional<Size> maximumSize;
-    Size cell{1, 1};        // sizes are rounded down to multiples, as terminals do
-    double opensAfter = 0;  // seconds after the launch of its application
+    Size cell{1, 1};         // sizes are rounded down to multiples, as terminals do
+    double opensAfter = 0;   // seconds after the launch of its application
+    double closesAfter = 0;  // seconds after it opened, as a splash window does; 0: it stays
+    std::string tabGroup;    // windows of one application and group are native tabs of one window
 };
 
 struct SceneApplication {
@@ -43,6 +45,7 @@ struct SceneApplication {
     ActivationPolicy policy = ActivationPolicy::regular;
     bool installed = true;
     bool running = true;
+    bool hidden = false;
     double launchSeconds = 0.5;        // from the launch to the running process
     std::vector<SceneWindow> windows;  // there now when it runs; otherwise opened at launch
     std::vector<SceneWindow> reopens;  // opened at a later launch; the windows themselves unless given
@@ -67,6 +70,11 @@ enum class FaultKind {
     titleChanges,        // to `value`
     windowVanishes,
     desktopMoveRefused,
+    desktopMoveIgnored,  // the window server answers yes and nothing moves
+    overviewRefused,
+    addDesktopMissing,  // the overview shows no such button
+    addDesktopRefused,
+    addDesktopIgnored,
     applicationHangs,  // for `seconds`, for ever when 0
     applicationCrashes,
     quitRefused,

@@ -19,7 +19,7 @@ inline constexpr std::array<std::pair<std::string_view, ActivationPolicy>, 3> po
     {"prohibited", ActivationPolicy::prohibited},
 }};
 
-inline constexpr std::array<std::pair<std::string_view, FaultKind>, 24> faultNames{{
+inline constexpr std::array<std::pair<std::string_view, FaultKind>, 29> faultNames{{
     {"launchRefused", FaultKind::launchRefused},
     {"slowLaunch", FaultKind::slowLaunch},
     {"lateWindows", FaultKind::lateWindows},
@@ -38,6 +38,11 @@ inline constexpr std::array<std::pair<std::string_view, FaultKind>, 24> faultNam
     {"titleChanges", FaultKind::titleChanges},
     {"windowVanishes", FaultKind::windowVanishes},
     {"desktopMoveRefused", FaultKind::desktopMoveRefused},
+    {"desktopMoveIgnored", FaultKind::desktopMoveIgnored},
+    {"overviewRefused", FaultKind::overviewRefused},
+    {"addDesktopMissing", FaultKind::addDesktopMissing},
+    {"addDesktopRefused", FaultKind::addDesktopRefused},
+    {"addDesktopIgnored", FaultKind::addDesktopIgnored},
     {"applicationHangs", FaultKind::applicationHangs},
     {"applicationCrashes", FaultKind::applicationCrashes},
     {"quitRefused", FaultKind::quitRefused},

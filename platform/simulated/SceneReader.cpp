@@ -153,9 +153,9 @@ void readDisplay(Reader& reader, Json json, const std::string& path, SceneDispla
 }
 
 void readWindow(Reader& reader, Json json, const std::string& path, SceneWindow& window) {
-    static constexpr std::array<std::string_view, 13> known{
-        "title",   "subrole", "document",    "frame",       "minimized", "fullscreen", "display",
-        "desktop", "listed",  "minimumSize", "maximumSize", "cell",      "opensAfter"};
+    static constexpr std::array<std::string_view, 15> known{
+        "title",  "subrole",     "document",    "frame", "minimized",  "fullscreen",  "display", "desktop",
+        "listed", "minimumSize", "maximumSize", "cell",  "opensAfter", "closesAfter", "tabGroup"};
     if (!reader.object(json, path, known)) return;
     reader.field(json, path, "title", window.title);
     reader.field(json, path, "subrole", window.subrole);
@@ -170,13 +170,16 @@ void readWindow(Reader& reader, Json json, const std::string& path, SceneWindow&
     reader.field(json, path, "maximumSize", window.maximumSize);
     reader.field(json, path, "cell", window.cell);
     reader.field(json, path, "opensAfter", window.opensAfter);
+    reader.field(json, path, "closesAfter", window.closesAfter);
+    reader.field(json, path, "tabGroup", window.tabGroup);
     if (!(window.cell.width >= 1 && window.cell.height >= 1))
         reader.refuse(Reader::member(path, "cell"), "expected sizes of 1 or more");
 }
 
 void readApplication(Reader& reader, Json json, const std::string& path, SceneApplication& application) {
-    static constexpr std::array<std::string_view, 8> known{
-        "identifier", "name", "policy", "installed", "running", "launchSeconds", "windows", "reopens"};
+    static constexpr std::array<std::string_view, 9> known{"identifier",    "name",    "policy",
+                                                           "installed",     "running", "hidden",
+                                                           "launchSeconds", "windows", "reopens"};
     if (!reader.object(json, path, known)) return;
     reader.field(json, path, "identifier", application.identifier);
     application.name = application.identifier;
@@ -184,6 +187,7 @@ void readApplication(Reader& reader, Json json, const std::string& path, SceneAp
     reader.field(json, path, "policy", application.policy, NameTable<ActivationPolicy>(policyNames));
     reader.field(json, path, "installed", application.installed);
     reader.field(json, path, "running", application.running);
+    reader.field(json, path, "hidden", application.hidden);
     reader.field(json, path, "launchSeconds", application.launchSeconds);
     reader.list(json, path, "windows", application.windows, readWindow);
     reader.list(json, path, "reopens", application.reopens, readWindow);
@@ -205,6 +209,24 @@ void readFault(Reader& reader, Json json, const std::string& path, Fault& fault)
     reader.field(json, path, "onWrite", fault.onWrite);
 }
 
+/// Names that others refer to must say which one they mean.
+template <class T>
+void refuseTwins(Reader& reader, std::string_view list, std::string_view key, const std::vector<T>& values,
+                 std::string T::* name) {
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const auto first = std::ranges::find(values, values[i].*name, name);
+        if (first != values.begin() + static_cast<std::ptrdiff_t>(i))
+            reader.refuse(fmt::format("{}[{}].{}", list, i, key), "used twice");
+    }
+}
+
+void check(Reader& reader, const Scene& scene) {
+    refuseTwins(reader, "displays", "id", scene.displays, &SceneDisplay::id);
+    refuseTwins(reader, "applications", "identifier", scene.applications, &SceneApplication::identifier);
+    if (!scene.displays.empty() && scene.displays.front().frame.origin() != Point{})
+        reader.refuse("displays[0].frame", "the first display is the primary one and starts at 0, 0");
+}
+
 }  // namespace
 
 Result<Scene> readScene(std::string_view json, std::string_view name) {
@@ -220,6 +242,7 @@ Result<Scene> readScene(std::string_view json, std::string_view name) {
         reader.list(root, "", "displays", scene.displays, readDisplay);
         reader.list(root, "", "applications", scene.applications, readApplication);
         reader.list(root, "", "faults", scene.faults, readFault);
+        check(reader, scene);
     }
     if (reader.trouble()) return std::unexpected(*reader.trouble());
     return scene;

@@ -64,6 +64,8 @@ void write(JsonWriter& writer, const SceneWindow& window) {
     if (window.maximumSize) writeSize(writer, "maximumSize", *window.maximumSize);
     if (window.cell != usual.cell) writeSize(writer, "cell", window.cell);
     writeNumber(writer, "opensAfter", window.opensAfter, 0);
+    writeNumber(writer, "closesAfter", window.closesAfter, 0);
+    writeText(writer, "tabGroup", window.tabGroup);
     writer.endObject();
 }
 
@@ -86,6 +88,7 @@ void write(JsonWriter& writer, const SceneApplication& application) {
     writeText(writer, "policy", nameOf(application.policy, NameTable<ActivationPolicy>(policyNames)));
     writeFlag(writer, "installed", application.installed, true);
     writeFlag(writer, "running", application.running, true);
+    writeFlag(writer, "hidden", application.hidden, false);
     writeNumber(writer, "launchSeconds", application.launchSeconds, SceneApplication{}.launchSeconds);
     writeList(writer, "windows", application.windows);
     writeList(writer, "reopens", application.reopens);

@@ -3,27 +3,11 @@
 #include <cstring>
 #include <set>
 
+#include "platform/simulated/Handle.hpp"
 #include "platform/simulated/SimulatedServices.hpp"
 
 namespace quillo::simulated {
 namespace {
-
-/// Names an application (number 0) or a window of it.
-class Handle final : public ElementHandle {
-  public:
-    Handle(ProcessID owner, WindowNumber window) : pid(owner), number(window) {}
-    bool same(const ElementHandle& other) const override {
-        const auto& handle = static_cast<const Handle&>(other);
-        return pid == handle.pid && number == handle.number;
-    }
-
-    ProcessID pid;
-    WindowNumber number;
-};
-
-const Handle& handleOf(const Element& element) {
-    return static_cast<const Handle&>(element.handle());
-}
 
 AttributeMiss miss(std::int32_t resultCode) {
     using Reason = AttributeMiss::Reason;
@@ -77,6 +61,7 @@ Window* Accessibility::windowOf(const Element& element) {
 std::int32_t Accessibility::obstacle(const Element& element) {
     world_.advance();
     if (!world_.trusted()) return code::apiDisabled;
+    if (handleOf(element).pid == Dock::pid) return code::success;
     const Application* owner = ownerOf(element);
     if (!owner) return code::invalidElement;
     if (!world_.hangs(*owner)) return code::success;
@@ -102,6 +87,10 @@ std::vector<std::vector<Attribute>> Accessibility::read(std::span<const Attribut
 }
 
 Attribute Accessibility::readOne(const Element& element, std::string_view name) {
+    if (handleOf(element).pid == Dock::pid) {
+        const auto value = dock_.read(element, name);
+        return value ? Attribute(*value) : missing(value.error());
+    }
     if (handleOf(element).number == 0) return readApplication(handleOf(element).pid, name);
     const Window* window = windowOf(element);
     return window ? readWindow(*window, name) : missing(code::invalidElement);
@@ -158,6 +147,7 @@ FrameWrite Accessibility::writeFrame(const Element& window, const Rect& frame) {
 
 AccessibilityCode Accessibility::perform(const Element& element, std::string_view action) {
     if (const std::int32_t trouble = obstacle(element); trouble != code::success) return {trouble};
+    if (handleOf(element).pid == Dock::pid) return {dock_.perform(element, action)};
     if (!windowOf(element)) return {code::invalidElement};
     return {action == ax::raise ? code::success : code::actionUnsupported};
 }

@@ -119,4 +119,12 @@ bool ApplicationList::terminate(std::string_view bundleIdentifier) {
     return true;  // asking is always accepted; whether it ends is another matter
 }
 
+std::optional<ProcessID> ApplicationList::serviceProcess(std::string_view bundleIdentifier) {
+    if (bundleIdentifier == Dock::identifier) return Dock::pid;
+    const Application* application = world_.application(bundleIdentifier);
+    const bool service =
+        application && application->running && application->scene.policy != ActivationPolicy::regular;
+    return service ? std::optional(application->pid) : std::nullopt;
+}
+
 }  // namespace quillo::simulated

@@ -20,7 +20,8 @@ std::vector<DisplaySpaces> Server::displaySpaces() {
         for (const SpaceID id : display.desktops)
             spaces.spaces.push_back({id, SpaceKind::standard, "space-" + std::to_string(id)});
         for (const Window& window : world_.windows()) {
-            if (window.fullscreenSpace != 0 && display.scene.frame.contains(window.state.frame.center()))
+            const bool owns = window.fullscreenSpace != 0 && &world_.frontTab(window) == &window;
+            if (owns && display.scene.frame.contains(window.state.frame.center()))
                 spaces.spaces.push_back({window.fullscreenSpace, SpaceKind::fullScreen, std::nullopt});
         }
     }
@@ -34,15 +35,13 @@ std::vector<WindowFacts> Server::facts(std::span<const WindowNumber> numbers) {
         WindowFacts& facts = result.emplace_back();
         const Window* window = world_.window(number);
         if (!window) continue;
-        facts.spaces = {window->state.fullscreen ? window->fullscreenSpace : window->space};
+        // A tab behind another stands on no desktop of its own.
+        if (&world_.frontTab(*window) == window)
+            facts.spaces = {window->state.fullscreen ? window->fullscreenSpace : window->space};
         facts.isStandard = window->state.subrole == ax::standardWindow;
         facts.isFullscreen = window->state.fullscreen;
     }
     return result;
-}
-
-Capability Server::desktopCreation() {
-    return Capability::unavailable("The simulated desktop does not create desktops.");
 }
 
 bool Server::isAnimating(std::string_view displayID) {
@@ -61,7 +60,12 @@ Result<void> Server::moveWindow(WindowNumber number, SpaceID space) {
 }
 
 Result<void> Server::createDesktop(std::string_view) {
-    return fail(ErrorKind::unavailable, desktopCreation().reason());
+    return fail(ErrorKind::unavailable, "the overview creates desktops, not the window server");
+}
+
+bool Server::openOverview() {
+    world_.advance();
+    return world_.openOverview();
 }
 
 }  // namespace quillo::simulated

@@ -5,13 +5,15 @@
 #include <vector>
 
 #include "WindowEngine/services/Platform.hpp"
+#include "platform/simulated/SimulatedDock.hpp"
 #include "platform/simulated/World.hpp"
 
 namespace quillo::simulated {
 
 class Accessibility final : public AccessibilityService {
   public:
-    Accessibility(World& world, VirtualExecutor& executor) : world_(world), executor_(executor) {}
+    Accessibility(World& world, VirtualExecutor& executor)
+        : world_(world), executor_(executor), dock_(world) {}
 
     bool trusted() override;
     Capability access() override;
@@ -40,6 +42,7 @@ class Accessibility final : public AccessibilityService {
 
     World& world_;
     VirtualExecutor& executor_;
+    Dock dock_;
     std::map<ProcessID, double> timeouts_;  // seconds
 };
 
@@ -51,13 +54,13 @@ class Server final : public WindowServer {
     std::vector<DisplaySpaces> displaySpaces() override;
     std::vector<WindowFacts> facts(std::span<const WindowNumber> numbers) override;
     Capability spaces() override { return Capability::available(); }
-    Capability desktopCreation() override;
+    Capability desktopCreation() override { return Capability::available(); }
     bool isAnimating(std::string_view displayID) override;
     Result<void> moveWindow(WindowNumber number, SpaceID space) override;
     bool createsDesktopsDirectly() override { return false; }
     Result<void> createDesktop(std::string_view displayID) override;
-    bool openOverview() override { return false; }
-    void closeOverview() override {}
+    bool openOverview() override;
+    void closeOverview() override { world_.closeOverview(); }
 
   private:
     World& world_;
@@ -78,7 +81,7 @@ class ApplicationList final : public Applications {
     Task<Result<void>> requestWindow(std::string bundleIdentifier) override;
     bool hide(std::string_view bundleIdentifier) override;
     bool terminate(std::string_view bundleIdentifier) override;
-    std::optional<ProcessID> serviceProcess(std::string_view) override { return std::nullopt; }
+    std::optional<ProcessID> serviceProcess(std::string_view bundleIdentifier) override;
     Capability hiding() override { return Capability::available(); }
     Capability quitting() override { return Capability::available(); }
 

@@ -58,6 +58,8 @@ struct Application {
 struct Display {
     SceneDisplay scene;
     std::vector<SpaceID> desktops;
+
+    SpaceID shown() const { return desktops[static_cast<std::size_t>(scene.shownDesktop)]; }
 };
 
 class World {
@@ -73,10 +75,14 @@ class World {
     const std::vector<Display>& displays() const { return displays_; }
     const Display* display(std::string_view id) const;
     void plug(SceneDisplay display);
-    /// Its windows go to the primary display, as window servers do it.
+    /// Its windows go to the primary display, as window servers do it. Where it was the primary one itself,
+    /// the next one becomes so and all coordinates count from its corner.
     void unplug(std::string_view id);
-    /// A new frame for a display; its visible frame keeps its insets.
-    void resize(std::string_view id, const Rect& frame);
+    /// New frames for displays, by identifier; visible frames keep their insets, windows go with their
+    /// display and stay inside. The display at 0, 0 becomes the primary one.
+    void arrange(const std::map<std::string, Rect, std::less<>>& frames);
+    /// Two displays of one size take each other's place, as when their cables are exchanged.
+    void swap(std::string_view one, std::string_view other);
 
     std::vector<Application>& applications() { return applications_; }
     Application* application(std::string_view identifier);
@@ -101,11 +107,21 @@ class World {
     std::int32_t requestFullscreen(WindowNumber number, bool value);
     bool requestSpace(WindowNumber number, SpaceID space);
 
+    // The overview of all desktops, which the Dock's process shows.
+    /// False when the system does not accept the request; it shows a moment later.
+    bool openOverview();
+    void closeOverview() { overviewShownAt_.reset(); }
+    bool overviewShown() const;
+    /// One more desktop, a moment later; accepted and without effect at the limit of a display.
+    std::int32_t pressAddDesktop(std::string_view displayID);
+
     /// The full-screen attribute as a reader sees it, in mid-transition too.
     bool shownFullscreen(const Window& window);
     /// Whether accessibility lists it: it stands on a desktop in front, or is minimized or full screen.
     bool listed(const Window& window) const;
     bool hangs(const Application& application) const;
+    /// The window of the same native tab group that is in front; the window itself when it has no tabs.
+    const Window& frontTab(const Window& window) const;
 
     /// The fault of this kind that applies now, or null.
     const Fault* fault(FaultKind kind, std::string_view application = {}, std::string_view title = {}) const;
@@ -121,6 +137,11 @@ class World {
     void openLaunchWindows(Application& application, const std::vector<SceneWindow>& windows, double late);
     void run(Application& application);
     void finish(Window& window);
+    /// A display came from `from` to where `home` stands, and the window with it.
+    static void follow(Window& window, const Rect& from, const SceneDisplay& home);
+    static void copyPlace(const Window& from, Window& to);
+    /// Native tabs are one window to a person: what is done to one is done to all.
+    void shareWithTabs(const Window& window);
     void enterFullscreen(Window& window);
     void leaveFullscreen(Window& window);
     /// What the first write to a window brings about; false when the window is gone after it.
@@ -140,6 +161,7 @@ class World {
     std::deque<Window> windows_;  // addresses stay while windows open
     std::deque<Fault> faults_;
     std::multimap<TimePoint, std::function<void()>> events_;
+    std::optional<TimePoint> overviewShownAt_;  // empty while it is closed
     SpaceID nextSpace_ = 1;
     WindowNumber nextNumber_ = 101;
     ProcessID nextPid_ = 500;

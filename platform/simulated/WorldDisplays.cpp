@@ -3,20 +3,9 @@
 #include <utility>
 
 #include "platform/simulated/World.hpp"
+#include "platform/simulated/WorldRules.hpp"
 
 namespace quillo::simulated {
-namespace {
-
-/// Where a window of a display that went comes to stand on another: at the same offset, pulled inside.
-Rect moved(const Rect& frame, const Rect& from, const Rect& to) {
-    const double width = std::min(frame.width, to.width), height = std::min(frame.height, to.height);
-    const double x = to.minX() + frame.minX() - from.minX(), y = to.minY() + frame.minY() - from.minY();
-    return {std::clamp(x, to.minX(), to.maxX() - width), std::clamp(y, to.minY(), to.maxY() - height), width,
-            height};
-}
-
-}  // namespace
-
 const Display* World::display(std::string_view id) const {
     for (const Display& display : displays_) {
         if (display.scene.id == id) return &display;
@@ -39,21 +28,56 @@ void World::unplug(std::string_view id) {
     const Display& refuge = displays_.front();
     for (Window& window : windows_) {
         if (!from.contains(window.state.frame.center())) continue;
-        window.space = refuge.desktops[static_cast<std::size_t>(refuge.scene.shownDesktop)];
-        window.plainFrame = moved(window.plainFrame, from, refuge.scene.visibleFrame);
+        window.space = refuge.shown();
+        window.plainFrame = movedBetween(window.plainFrame, from, refuge.scene.visibleFrame);
         window.state.frame = window.state.fullscreen ? refuge.scene.frame : window.plainFrame;
+    }
+    const Point corner = refuge.scene.frame.origin();
+    std::map<std::string, Rect, std::less<>> frames;
+    for (const Display& display : displays_)
+        frames[display.scene.id] = movedBy(display.scene.frame, -corner.x, -corner.y);
+    arrange(frames);
+}
+
+void World::arrange(const std::map<std::string, Rect, std::less<>>& frames) {
+    std::map<WindowNumber, std::string> homes;
+    for (const Window& window : windows_) {
+        if (const Display* display = displayOf(window.state.frame)) homes[window.number] = display->scene.id;
+    }
+    std::map<std::string, Rect, std::less<>> before;
+    for (Display& display : displays_) {
+        const Rect old = display.scene.frame, visible = display.scene.visibleFrame;
+        before[display.scene.id] = old;
+        const auto given = frames.find(display.scene.id);
+        if (given == frames.end()) continue;
+        const Rect& frame = given->second;
+        display.scene.frame = frame;
+        display.scene.visibleFrame = {frame.x + visible.x - old.x, frame.y + visible.y - old.y,
+                                      frame.width - (old.width - visible.width),
+                                      frame.height - (old.height - visible.height)};
+    }
+    const auto primary = std::ranges::find(
+        displays_, Point{}, [](const Display& display) { return display.scene.frame.origin(); });
+    if (primary != displays_.end()) std::rotate(displays_.begin(), primary, primary + 1);
+    for (Window& window : windows_) {
+        if (const auto home = homes.find(window.number); home != homes.end())
+            follow(window, before.at(home->second), display(home->second)->scene);
     }
 }
 
-void World::resize(std::string_view id, const Rect& frame) {
-    for (Display& display : displays_) {
-        if (display.scene.id != id) continue;
-        const Rect before = display.scene.frame, visible = display.scene.visibleFrame;
-        display.scene.frame = frame;
-        display.scene.visibleFrame = {frame.x + visible.x - before.x, frame.y + visible.y - before.y,
-                                      frame.width - (before.width - visible.width),
-                                      frame.height - (before.height - visible.height)};
-    }
+void World::follow(Window& window, const Rect& from, const SceneDisplay& home) {
+    if (home.frame == from) return;
+    const Rect carried = movedBy(window.plainFrame, home.frame.x - from.x, home.frame.y - from.y);
+    window.plainFrame = home.frame.contains(carried.center())
+                            ? carried
+                            : movedBetween(window.plainFrame, from, home.visibleFrame);
+    window.state.frame = window.state.fullscreen ? home.frame : window.plainFrame;
+}
+
+void World::swap(std::string_view one, std::string_view other) {
+    const Display *first = display(one), *second = display(other);
+    if (!first || !second) return;
+    arrange({{first->scene.id, second->scene.frame}, {second->scene.id, first->scene.frame}});
 }
 
 std::vector<SceneWindow> World::sceneWindows(const Application& application) const {
@@ -83,6 +107,7 @@ Scene World::scene() const {
     for (const Application& application : applications_) {
         SceneApplication& written = scene.applications.emplace_back(application.scene);
         written.running = application.running;
+        written.hidden = application.hidden;
         if (!application.running) continue;
         if (written.reopens.empty()) written.reopens = application.scene.windows;
         written.windows = sceneWindows(application);

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <utility>
+
 namespace quillo {
 
 using namespace simulated;
@@ -39,11 +41,26 @@ SceneApplication RandomDesktop::application(const Scene& scene, std::int64_t ind
     // Never none: a running application without windows is asked for one, whatever was saved of it.
     for (std::int64_t i = number(1, 8); i > 0; --i)
         application.windows.push_back(window(scene, fmt::format("Window {} of {}", i, index)));
+    if (chance(20)) addTabs(application);
     // Without a title only where nothing else could be taken for it: pairing goes by the order in which
     // accessibility lists windows then, and that changes when one is minimized or leaves the desktop in
     // front.
     if (application.windows.size() == 1 && chance(50)) application.windows.front().title.reset();
     return application;
+}
+
+/// A terminal with one window of several tabs: capture folds them into one. No other window beside it: one
+/// that was closed could be paired with a tab behind, and moving that moves the whole window.
+void RandomDesktop::addTabs(SceneApplication& application) {
+    application.identifier = "com.apple.Terminal";
+    application.name = "Terminal";
+    application.windows.resize(1);
+    SceneWindow tab = application.windows.front();
+    application.windows.front().tabGroup = tab.tabGroup = "tabs";
+    for (std::int64_t i = number(1, 3); i > 0; --i) {
+        tab.title = fmt::format("Tab {}", i);
+        application.windows.push_back(tab);
+    }
 }
 
 Scene RandomDesktop::scene() {
@@ -54,6 +71,9 @@ Scene RandomDesktop::scene() {
         display.id = fmt::format("DISPLAY-{}", i);
         display.frame = {x, 0, static_cast<double>(number(10, 25) * 100),
                          static_cast<double>(number(8, 14) * 100)};
+        // Two of one model, so that they can be exchanged.
+        if (i > 0 && chance(30))
+            display.frame = {x, 0, scene.displays[0].frame.width, scene.displays[0].frame.height};
         display.visibleFrame = display.frame;
         display.visibleFrame.y += 25;
         display.visibleFrame.height -= 25;
@@ -63,6 +83,11 @@ Scene RandomDesktop::scene() {
     }
     for (std::int64_t i = 0, count = number(1, 6); i < count; ++i)
         scene.applications.push_back(application(scene, i));
+    // At most one terminal: an identifier names one application.
+    bool terminal = false;
+    std::erase_if(scene.applications, [&](const SceneApplication& application) {
+        return application.identifier == "com.apple.Terminal" && std::exchange(terminal, true);
+    });
     return scene;
 }
 
@@ -98,13 +123,19 @@ void RandomDesktop::disturb(World& world, bool displays) {
         if (chance(25)) world.end(application);
     }
     if (!displays) return;
-    const SceneDisplay last = world.displays().back().scene;
-    if (world.displays().size() > 1 && chance(50)) {
-        world.unplug(last.id);
+    disturbDisplays(world);
+}
+
+void RandomDesktop::disturbDisplays(World& world) {
+    const SceneDisplay first = world.displays().front().scene, last = world.displays().back().scene;
+    if (world.displays().size() > 1 && chance(60)) {
+        world.unplug(chance(50) ? last.id : first.id);
+    } else if (world.displays().size() > 1 && first.frame.size() == last.frame.size()) {
+        world.swap(first.id, last.id);
     } else {
         Rect frame = last.frame;
-        frame.width += 300;
-        world.resize(last.id, frame);
+        frame.width += static_cast<double>(number(-3, 3) * 100);
+        world.arrange({{last.id, frame}});
     }
 }
 
@@ -120,8 +151,7 @@ std::vector<Fault> RandomDesktop::faults(const Scene& scene) {
         if (!application.windows.empty() && chance(50))
             fault.title = application.windows.front().title.value_or("");
         if (fault.kind == FaultKind::displayUnplugged && scene.displays.size() > 1)
-            fault.value =
-                scene.displays.back().id;  // the last display stays: otherwise nothing is left to see
+            fault.value = (chance(50) ? scene.displays.back() : scene.displays.front()).id;
         fault.after = static_cast<double>(number(0, 40)) / 10;
         fault.seconds = static_cast<double>(number(1, 80)) / 10;
         fault.onWrite = chance(30);

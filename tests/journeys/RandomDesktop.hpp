@@ -14,7 +14,7 @@ class RandomDesktop {
     explicit RandomDesktop(std::uint64_t seed) : random_(seed) {}
 
     simulated::Scene scene();
-    /// Moves, resizes, minimizes, closes, quits; with `displays` also unplugs or resizes a display.
+    /// Moves, resizes, minimizes, closes, quits; with `displays` also unplugs, exchanges or resizes displays.
     void disturb(simulated::World& world, bool displays);
     std::vector<simulated::Fault> faults(const simulated::Scene& scene);
 
@@ -26,7 +26,9 @@ class RandomDesktop {
     Rect frameOn(const Rect& bounds);
     simulated::SceneWindow window(const simulated::Scene& scene, std::string title);
     simulated::SceneApplication application(const simulated::Scene& scene, std::int64_t index);
+    void addTabs(simulated::SceneApplication& application);
     void disturb(simulated::World& world, WindowNumber number);
+    void disturbDisplays(simulated::World& world);
 
     std::mt19937_64 random_;
 };

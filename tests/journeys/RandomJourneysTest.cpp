@@ -7,6 +7,7 @@
 #include <map>
 
 #include "WindowEngine/Capture.hpp"
+#include "WindowEngine/Displays.hpp"
 #include "WindowEngine/Restore.hpp"
 #include "WindowEngine/RestorePlan.hpp"
 #include "WindowEngine/WorkspaceCoding.hpp"
@@ -59,6 +60,22 @@ class Journey {
         const std::chrono::duration<double> now = desktop_->executor().now().time_since_epoch();
         fault.after += now.count();
         world().add(std::move(fault));
+    }
+
+    /// What the windows of an application look like to a restore, and what one would do with them.
+    struct Plan {
+        std::vector<LiveWindow> live;
+        std::vector<WindowPlan> windows;
+    };
+    Plan plan(const ApplicationSnapshot& application) {
+        const auto running = access_.platform.applications.running(application.bundleIdentifier);
+        if (!running) return {};
+        Plan plan{Accessibility::windows(access_, running->pid, true), {}};
+        std::vector<LiveWindowInfo> infos;
+        for (const LiveWindow& window : plan.live) infos.push_back(window.info);
+        const auto displays = Displays::current(access_.platform.screens);
+        plan.windows = planWindows(application.windows, infos, saved_.snapshot.displays, displays);
+        return plan;
     }
 
     simulated::World& world() { return desktop_->world(); }
@@ -126,6 +143,25 @@ void expectWindowsWhereReported(Journey& journey, const Report& report, bool sam
     }
 }
 
+/// The item that a plan announced, and the window as the plan meant it to become.
+void expectAsPlanned(Journey& journey, const Journey::Plan& plan, const Report::Item& item) {
+    const WindowPlan& planned = plan.windows[static_cast<std::size_t>(*item.savedIndex)];
+    if (!planned.liveIndex) {
+        EXPECT_TRUE(is(item, planned.skipReason));
+        return;
+    }
+    const auto number = plan.live[static_cast<std::size_t>(*planned.liveIndex)].windowID;
+    const simulated::Window* live = journey.world().window(number.value());
+    ASSERT_TRUE(live);
+    EXPECT_EQ(live->state.minimized, planned.minimized);
+    EXPECT_EQ(live->state.fullscreen, planned.enterFullscreen);
+    if (planned.enterFullscreen) return;
+    const Rect &now = live->state.frame, &meant = planned.placement.value().frame;
+    EXPECT_LE(std::max(std::abs(now.x - meant.x), std::abs(now.y - meant.y)), 2);
+    const bool size = std::max(std::abs(now.width - meant.width), std::abs(now.height - meant.height)) <= 2;
+    EXPECT_EQ(std::holds_alternative<Report::adjusted>(item.status), planned.placement->adjusted || !size);
+}
+
 class RandomJourneys : public testing::Test {
   protected:
     static void eachSeed(void (*check)(std::uint64_t seed)) {
@@ -151,7 +187,9 @@ TEST_F(RandomJourneys, ADisturbedDesktopComesBackAndStaysBack) {
         expectOneItemForEachWindow(first, journey.saved());
         expectWindowsWhereReported(journey, first, !displays);
         for (const Report::Item& item : first.items)
-            EXPECT_FALSE(std::holds_alternative<Report::failed>(item.status));
+            EXPECT_FALSE(std::holds_alternative<Report::failed>(item.status))
+                << item.bundleIdentifier << " " << item.title.value_or("") << ": "
+                << std::get<Report::failed>(item.status).reason;
 
         const std::string before = journey.state();
         const Report second = journey.restore();
@@ -159,6 +197,24 @@ TEST_F(RandomJourneys, ADisturbedDesktopComesBackAndStaysBack) {
         EXPECT_EQ(journey.state(), before) << "a second restore changed something";
         for (const Report::Item& item : second.items)
             EXPECT_FALSE(std::holds_alternative<Report::launched>(item.status));
+    });
+}
+
+TEST_F(RandomJourneys, APlanSaysWhatTheRestoreThenDoes) {
+    eachSeed([](std::uint64_t seed) {
+        Journey journey(seed);
+        journey.save();
+        journey.disturb(seed % 2 == 0);
+        std::map<std::string, Journey::Plan> plans;
+        for (const ApplicationSnapshot& application : journey.saved().snapshot.applications)
+            plans[application.bundleIdentifier] = journey.plan(application);
+        for (const Report::Item& item : journey.restore().items) {
+            const Journey::Plan& plan = plans[item.bundleIdentifier];
+            // Without windows one is asked for, of which a plan knows nothing.
+            if (plan.live.empty() || !item.savedIndex) continue;
+            SCOPED_TRACE(item.bundleIdentifier + " " + item.title.value_or(""));
+            expectAsPlanned(journey, plan, item);
+        }
     });
 }
 

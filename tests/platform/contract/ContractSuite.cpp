@@ -22,6 +22,7 @@ bool inside(const Rect& inner, const Rect& outer) {
 constexpr std::array windowAttributes{ax::subrole, ax::position,  ax::size,
                                       ax::title,   ax::minimized, ax::fullScreen};
 constexpr WindowNumber unknownNumber = 0xfffffff0;
+constexpr SpaceID unknownSpace = 0xfffffff0;
 constexpr ProcessID unknownPid = 0x7ffffff0;
 
 }  // namespace
@@ -87,6 +88,22 @@ Rect PlatformContract::frame(const Element& element) {
 WindowFacts PlatformContract::facts(const Element& window) {
     const WindowNumber number = platform().accessibility.windowNumber(window).value();
     return platform().windowServer.facts({&number, 1}).at(0);
+}
+
+std::vector<Element> PlatformContract::addDesktopButtons() {
+    const auto dock = platform().applications.serviceProcess("com.apple.dock");
+    if (!dock) return {};
+    std::vector<Element> found, open{platform().accessibility.application(*dock)};
+    while (!open.empty()) {
+        const Element element = open.front();
+        open.erase(open.begin());
+        if (read(element, ax::identifier) == Attribute(std::string("mc.spaces.add")))
+            found.push_back(element);
+        const Attribute children = read(element, ax::children);
+        if (!children) continue;
+        for (const Element& child : std::get<std::vector<Element>>(*children)) open.push_back(child);
+    }
+    return found;
 }
 
 TEST_P(PlatformContract, IsTrustedWithoutAReasonAgainstIt) {
@@ -238,6 +255,31 @@ TEST_P(PlatformContract, MovesAWindowToAnotherDesktop) {
         waitUntil([&] { return facts(alpha).spaces == std::vector{target}; }, "the desktop");
     }
     EXPECT_FALSE(platform().windowServer.moveWindow(unknownNumber, spaces[0].id));
+    EXPECT_FALSE(platform().windowServer.moveWindow(number, unknownSpace));
+    EXPECT_EQ(facts(alpha).spaces, std::vector{spaces[0].id});
+}
+
+TEST_P(PlatformContract, CreatesADesktopDirectlyOrThroughTheOverview) {
+    WindowServer& server = platform().windowServer;
+    if (!server.desktopCreation()) GTEST_SKIP() << server.desktopCreation().reason();
+    const std::string display = *platform().screens.screens().at(0).stableID;
+    const auto count = [&] { return server.displaySpaces().at(0).spaces.size(); };
+    const std::size_t before = count();
+    if (server.createsDesktopsDirectly()) {
+        ASSERT_TRUE(server.createDesktop(display));
+    } else {
+        EXPECT_FALSE(server.createDesktop(display));
+        EXPECT_TRUE(addDesktopButtons().empty()) << "the overview is closed";
+        ASSERT_TRUE(server.openOverview());
+        waitUntil([&] { return addDesktopButtons().size() == platform().screens.screens().size(); },
+                  "a button for each display");
+        const Element button = addDesktopButtons().at(0);
+        EXPECT_TRUE(inside(frame(button), platform().screens.screens().at(0).frame));
+        ASSERT_TRUE(platform().accessibility.perform(button, ax::press));
+        server.closeOverview();
+        EXPECT_FALSE(platform().accessibility.perform(button, ax::press)) << "it went with the overview";
+    }
+    waitUntil([&] { return count() == before + 1; }, "one more desktop");
 }
 
 TEST_P(PlatformContract, ScreensAreUniqueWithThePrimaryFirst) {

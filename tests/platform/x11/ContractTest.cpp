@@ -20,11 +20,14 @@ class X11ContractDesktop final : public ContractDesktop {
             return created.has_value();
         });
         if (!layer_) throw std::runtime_error("no desktop");
+        const auto displays = platform().windowServer.displaySpaces();
+        desktopsBefore_ = displays.empty() ? 1 : displays.front().spaces.size();
         editor_ = std::make_unique<Process>(
             std::vector<std::string>{QUILLO_TEST_CLIENT, "--class", "Editor", "--title", std::string(alpha),
                                      "--title", std::string(beta), "--dialog", std::string(gamma)});
     }
     ~X11ContractDesktop() override {
+        desktop_.run({"wmctrl", "-n", std::to_string(desktopsBefore_)});
         editor_.reset();
         EXPECT_TRUE(waitFor([&] { return platform().applications.running().empty() || !turn(); }));
         EXPECT_EQ(layer_->strayErrors(), 0u);
@@ -55,6 +58,7 @@ class X11ContractDesktop final : public ContractDesktop {
     LoopExecutor loop_;
     std::unique_ptr<X11Desktop> layer_;
     std::unique_ptr<Process> editor_;
+    std::size_t desktopsBefore_ = 1;  // the server is shared by all cases
 };
 
 std::unique_ptr<ContractDesktop> makeDesktop() {

@@ -1,0 +1,41 @@
+// The overview of all desktops and its Add Desktop buttons. That it takes a moment to show, that a desktop
+// takes a moment to appear and that a press at the limit is accepted without effect is what automation of it
+// has to expect by public accounts; it was not measured here.
+#include <algorithm>
+#include <chrono>
+
+#include "platform/simulated/World.hpp"
+
+namespace quillo::simulated {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr Duration overviewOpens = 300ms, desktopAppears = 250ms;
+constexpr std::size_t desktopLimit = 16;  // of one display
+
+}  // namespace
+
+bool World::openOverview() {
+    if (fault(FaultKind::overviewRefused)) return false;
+    if (!overviewShownAt_) overviewShownAt_ = executor_.now() + overviewOpens;
+    return true;
+}
+
+bool World::overviewShown() const {
+    return overviewShownAt_ && *overviewShownAt_ <= executor_.now();
+}
+
+std::int32_t World::pressAddDesktop(std::string_view displayID) {
+    if (!overviewShown() || !display(displayID)) return code::invalidElement;
+    if (fault(FaultKind::addDesktopRefused)) return code::failure;
+    if (fault(FaultKind::addDesktopIgnored)) return code::success;
+    at(executor_.now() + desktopAppears, [this, id = std::string(displayID)] {
+        const auto grown = std::ranges::find(displays_, id, [](const Display& one) { return one.scene.id; });
+        if (grown != displays_.end() && grown->desktops.size() < desktopLimit)
+            grown->desktops.push_back(nextSpace_++);
+    });
+    return code::success;
+}
+
+}  // namespace quillo::simulated
