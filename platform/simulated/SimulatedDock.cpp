@@ -19,7 +19,7 @@ bool Dock::exists(const Element& element) const {
     const Handle& handle = handleOf(element);
     if (handle.part.empty()) return true;
     if (!world_.overviewShown()) return false;
-    if (handle.part == addButton && world_.fault(FaultKind::addDesktopMissing)) return false;
+    if (handle.part == addButton) return world_.showsAddDesktop(handle.displayID);
     return handle.displayID.empty() || world_.display(handle.displayID);
 }
 

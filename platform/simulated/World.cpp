@@ -250,8 +250,9 @@ void World::finish(Window& window) {
 }
 
 bool World::shownFullscreen(const Window& window) {
-    if (window.transition && window.transition->flickers) return random_() % 2 == 0;
-    return window.state.fullscreen;
+    if (!window.transition || !window.transition->flickers) return window.state.fullscreen;
+    bool& shown = this->window(window.number)->transition->shown;
+    return shown = !shown;
 }
 
 }  // namespace quillo::simulated

@@ -41,6 +41,7 @@ struct Window {
         bool target = false;
         TimePoint until;
         bool flickers = false;
+        bool shown = false;  // at the last reading, while it flickers
     };
     std::optional<Transition> transition;
 };
@@ -112,6 +113,7 @@ class World {
     bool openOverview();
     void closeOverview() { overviewShownAt_.reset(); }
     bool overviewShown() const;
+    bool showsAddDesktop(std::string_view displayID) const;
     /// One more desktop, a moment later; accepted and without effect at the limit of a display.
     std::int32_t pressAddDesktop(std::string_view displayID);
 

@@ -26,8 +26,12 @@ bool World::overviewShown() const {
     return overviewShownAt_ && *overviewShownAt_ <= executor_.now();
 }
 
+bool World::showsAddDesktop(std::string_view displayID) const {
+    return overviewShown() && display(displayID) && !fault(FaultKind::addDesktopMissing);
+}
+
 std::int32_t World::pressAddDesktop(std::string_view displayID) {
-    if (!overviewShown() || !display(displayID)) return code::invalidElement;
+    if (!showsAddDesktop(displayID)) return code::invalidElement;
     if (fault(FaultKind::addDesktopRefused)) return code::failure;
     if (fault(FaultKind::addDesktopIgnored)) return code::success;
     at(executor_.now() + desktopAppears, [this, id = std::string(displayID)] {

@@ -68,7 +68,8 @@ std::int32_t World::requestFullscreen(WindowNumber number, bool value) {
     window->transition =
         Window::Transition{.target = value,
                            .until = executor_.now() + 350ms + toDuration(slow ? slow->seconds : 0),
-                           .flickers = fault(FaultKind::fullscreenFlickers, *window) != nullptr};
+                           .flickers = fault(FaultKind::fullscreenFlickers, *window) != nullptr,
+                           .shown = random_() % 2 == 0};
     shareWithTabs(*window);
     return code::success;
 }

@@ -6,89 +6,34 @@
 #include <cstdlib>
 #include <map>
 
-#include "WindowEngine/Capture.hpp"
-#include "WindowEngine/Displays.hpp"
-#include "WindowEngine/Restore.hpp"
-#include "WindowEngine/RestorePlan.hpp"
 #include "WindowEngine/WorkspaceCoding.hpp"
 #include "platform/simulated/SceneNames.hpp"
-#include "platform/simulated/SimulatedDesktop.hpp"
+#include "tests/journeys/Journey.hpp"
 #include "tests/journeys/RandomDesktop.hpp"
 
 namespace quillo {
 namespace {
 
-using namespace std::chrono_literals;
 using Report = RestoreReport;
 
-class Journey {
+/// A journey drawn from a seed.
+class RandomJourney : public Journey {
   public:
-    explicit Journey(std::uint64_t seed)
-        : random_(seed),
-          scene_(random_.scene()),
-          desktop_(SimulatedDesktop::create(simulated::writeScene(scene_), "scene", {seed, {}}).value()) {
-        desktop_->executor().runFor(2s);  // late windows are there
-    }
-
-    WorkspaceSnapshot capture() {
-        Capture::Options options;
-        options.recoverHidden = true;
-        return run(Capture::snapshot(access_, options)).value();
-    }
-
-    void save() { saved_ = Workspace::create(Uuid{}, "Journey", "", "teal", capture(), Instant{}); }
-
-    Report restore() { return run(Restore::run(access_, saved_, {}, {})).value(); }
-
-    /// Empty when the task did not end within ten minutes of the desktop's time.
-    template <class T>
-    std::optional<T> run(Task<T> task) {
-        Job<T> job(desktop_->executor(), std::move(task));
-        const bool ended = desktop_->executor().runUntil([&] { return job.done(); }, 600s);
-        return ended ? std::optional(job.result()) : std::nullopt;
-    }
+    explicit RandomJourney(std::uint64_t seed) : RandomJourney(seed, RandomDesktop(seed)) {}
 
     void disturb(bool displays) {
         random_.disturb(world(), displays);
-        desktop_->executor().runFor(2s);
+        settle();
     }
     void layFaults() {
-        for (simulated::Fault& fault : random_.faults(scene_)) lay(std::move(fault));
+        for (const simulated::Fault& fault : random_.faults(scene())) lay(fault);
     }
-    /// `after` counts from now.
-    void lay(simulated::Fault fault) {
-        const std::chrono::duration<double> now = desktop_->executor().now().time_since_epoch();
-        fault.after += now.count();
-        world().add(std::move(fault));
-    }
-
-    /// What the windows of an application look like to a restore, and what one would do with them.
-    struct Plan {
-        std::vector<LiveWindow> live;
-        std::vector<WindowPlan> windows;
-    };
-    Plan plan(const ApplicationSnapshot& application) {
-        const auto running = access_.platform.applications.running(application.bundleIdentifier);
-        if (!running) return {};
-        Plan plan{Accessibility::windows(access_, running->pid, true), {}};
-        std::vector<LiveWindowInfo> infos;
-        for (const LiveWindow& window : plan.live) infos.push_back(window.info);
-        const auto displays = Displays::current(access_.platform.screens);
-        plan.windows = planWindows(application.windows, infos, saved_.snapshot.displays, displays);
-        return plan;
-    }
-
-    simulated::World& world() { return desktop_->world(); }
-    const Workspace& saved() const { return saved_; }
-    std::string state() { return desktop_->sceneJson(); }
 
   private:
+    RandomJourney(std::uint64_t seed, RandomDesktop random)
+        : Journey(random.scene(), seed), random_(random) {}  // as it is after it drew the scene
+
     RandomDesktop random_;
-    simulated::Scene scene_;
-    std::unique_ptr<SimulatedDesktop> desktop_;
-    WindowHandleCache handles_;
-    DesktopAccess access_{desktop_->platform(), handles_};
-    Workspace saved_;
 };
 
 bool is(const Report::Item& item, std::string_view reason) {
@@ -179,7 +124,7 @@ class RandomJourneys : public testing::Test {
 
 TEST_F(RandomJourneys, ADisturbedDesktopComesBackAndStaysBack) {
     eachSeed([](std::uint64_t seed) {
-        Journey journey(seed);
+        RandomJourney journey(seed);
         journey.save();
         const bool displays = seed % 3 == 0;
         journey.disturb(displays);
@@ -202,7 +147,7 @@ TEST_F(RandomJourneys, ADisturbedDesktopComesBackAndStaysBack) {
 
 TEST_F(RandomJourneys, APlanSaysWhatTheRestoreThenDoes) {
     eachSeed([](std::uint64_t seed) {
-        Journey journey(seed);
+        RandomJourney journey(seed);
         journey.save();
         journey.disturb(seed % 2 == 0);
         std::map<std::string, Journey::Plan> plans;
@@ -220,7 +165,7 @@ TEST_F(RandomJourneys, APlanSaysWhatTheRestoreThenDoes) {
 
 TEST_F(RandomJourneys, WhateverGoesWrongEveryWindowHasItsLine) {
     eachSeed([](std::uint64_t seed) {
-        Journey journey(seed);
+        RandomJourney journey(seed);
         journey.save();
         journey.disturb(false);
         journey.layFaults();
@@ -230,7 +175,7 @@ TEST_F(RandomJourneys, WhateverGoesWrongEveryWindowHasItsLine) {
     });
 }
 
-std::string story(Journey& journey) {
+std::string story(RandomJourney& journey) {
     const Report report = journey.restore();
     expectOneItemForEachWindow(report, journey.saved());
     std::string text;
@@ -241,7 +186,7 @@ std::string story(Journey& journey) {
 
 TEST_F(RandomJourneys, EachFaultAloneHasItsLinesAndTheSameSeedTellsTheSameStory) {
     const auto withFault = [](simulated::FaultKind kind, bool onWrite) {
-        Journey journey(4);  // three displays, five applications
+        RandomJourney journey(4);
         journey.save();
         journey.disturb(false);
         journey.lay({.kind = kind,
@@ -262,7 +207,7 @@ TEST_F(RandomJourneys, EachFaultAloneHasItsLinesAndTheSameSeedTellsTheSameStory)
 
 TEST_F(RandomJourneys, AnUndisturbedDesktopIsLeftAsItIs) {
     eachSeed([](std::uint64_t seed) {
-        Journey journey(seed);
+        RandomJourney journey(seed);
         journey.save();
         const std::string before = journey.state();
         journey.restore();

@@ -23,6 +23,10 @@ TEST(Scene, SaysWhichFieldIsWrong) {
          "scene.json: applications[0].windows[0].minimized: expected true or false"},
         {R"({"applications": [{"identifier": "a", "policy": "odd"}]})",
          "scene.json: applications[0].policy: unknown value"},
+        {R"({"displays": [{"id": "A", "frame": [1, 0, 9, 9]}]})",
+         "scene.json: displays[0].frame: the first display is the primary one"},
+        {R"({"applications": [{"identifier": "a"}, {"identifier": "a"}]})",
+         "scene.json: applications[1].identifier: used twice"},
         {R"({"faults": [{"kind": "moveRefused"}, {"after": 1}]})", "scene.json: faults[1].kind: missing"},
     };
     for (const auto& one : cases) {
@@ -37,7 +41,9 @@ constexpr std::string_view scene = R"({
                {"id": "RIGHT", "frame": [1440, 0, 1280, 1024]}],
   "applications": [{"identifier": "editor", "windows": [
     {"title": "A", "frame": [1500, 40, 400, 300], "cell": [10, 20], "minimumSize": [200, 100]},
-    {"title": "B", "frame": [20, 40, 400, 300], "desktop": 1, "fullscreen": true}]}]})";
+    {"title": "B", "frame": [20, 40, 400, 300], "desktop": 1, "fullscreen": true, "closesAfter": 99},
+    {"title": "Tab", "frame": [20, 40, 400, 300], "tabGroup": "t"}]},
+    {"identifier": "mail", "hidden": true}]})";
 
 TEST(SimulatedDesktop, WritesTheSceneItWouldStartFrom) {
     const auto first = SimulatedDesktop::create(scene, "scene").value();
@@ -50,6 +56,112 @@ TEST(SimulatedDesktop, AnUnpluggedDisplayGivesItsWindowsToThePrimaryOne) {
     desktop->world().unplug("RIGHT");
     EXPECT_EQ(desktop->world().window("editor", "A")->state.frame, (Rect{60, 65, 400, 300}));
     EXPECT_EQ(desktop->platform().screens.screens().size(), 1U);
+}
+
+// The primary display's corner is where all coordinates start, whichever display that is.
+TEST(SimulatedDesktop, WithoutThePrimaryDisplayTheNextOneBecomesIt) {
+    const auto desktop = SimulatedDesktop::create(scene, "scene").value();
+    desktop->world().unplug("LEFT");
+    const auto screens = desktop->platform().screens.screens();
+    ASSERT_EQ(screens.size(), 1U);
+    EXPECT_EQ(screens[0].frame, (Rect{0, 0, 1280, 1024}));
+    EXPECT_EQ(desktop->world().window("editor", "A")->state.frame, (Rect{60, 40, 400, 300}));
+    EXPECT_EQ(desktop->world().window("editor", "B")->state.frame, screens[0].frame) << "full screen";
+}
+
+TEST(SimulatedDesktop, WindowsGoWithADisplayThatIsExchangedOrShrinks) {
+    const auto desktop = SimulatedDesktop::create(R"({
+      "displays": [{"id": "ONE", "frame": [0, 0, 1000, 800]}, {"id": "TWO", "frame": [1000, 0, 1000, 800]}],
+      "applications": [{"identifier": "editor", "windows": [{"title": "A", "frame": [1500, 40, 400, 300]}]}]})",
+                                                  "scene")
+                             .value();
+    simulated::World& world = desktop->world();
+    const auto frame = [&] { return world.window("editor", "A")->state.frame; };
+    world.swap("ONE", "TWO");
+    EXPECT_EQ(world.displays().front().scene.id, "TWO");
+    EXPECT_EQ(frame(), (Rect{500, 40, 400, 300}));
+    world.arrange({{"TWO", {0, 0, 600, 800}}});
+    EXPECT_EQ(frame(), (Rect{200, 40, 400, 300})) << "its middle would be outside";
+}
+
+TEST(SimulatedDesktop, NativeTabsMoveAsOneAndOnlyTheFrontOneHasADesktop) {
+    const auto desktop = SimulatedDesktop::create(R"({
+      "displays": [{"id": "ONE", "frame": [0, 0, 1000, 800], "desktops": 2}],
+      "applications": [{"identifier": "shell", "windows": [
+        {"title": "A", "frame": [10, 40, 400, 300], "tabGroup": "t"},
+        {"title": "B", "frame": [0, 0, 9, 9], "tabGroup": "t"},
+        {"title": "other", "frame": [10, 40, 400, 300]}]}]})",
+                                                  "scene")
+                             .value();
+    simulated::World& world = desktop->world();
+    const WindowNumber a = world.window("shell", "A")->number, b = world.window("shell", "B")->number;
+    const auto spaces = [&](WindowNumber number) {
+        return desktop->platform().windowServer.facts({&number, 1}).front().spaces.size();
+    };
+    EXPECT_EQ(world.window(b)->state.frame, (Rect{10, 40, 400, 300}));
+    EXPECT_EQ(world.requestPosition(b, {100, 90}), simulated::code::success);
+    EXPECT_EQ(world.requestMinimized(a, true), simulated::code::success);
+    for (const WindowNumber tab : {a, b}) {
+        EXPECT_EQ(world.window(tab)->state.frame, (Rect{100, 90, 400, 300}));
+        EXPECT_TRUE(world.window(tab)->state.minimized);
+    }
+    EXPECT_EQ(world.window("shell", "other")->state.frame, (Rect{10, 40, 400, 300}));
+    EXPECT_EQ(std::pair(spaces(a), spaces(b)), (std::pair<std::size_t, std::size_t>(1, 0)));
+    world.close(a);
+    EXPECT_EQ(spaces(b), 1U);
+}
+
+TEST(SimulatedDesktop, ASplashWindowComesAndGoesBeforeTheOthers) {
+    const auto desktop = SimulatedDesktop::create(R"({
+      "displays": [{"id": "ONE", "frame": [0, 0, 1000, 800]}],
+      "applications": [{"identifier": "slow", "running": false, "windows": [
+        {"title": "Splash", "frame": [300, 300, 400, 200], "closesAfter": 2},
+        {"title": "Main", "frame": [0, 0, 900, 700], "opensAfter": 3}]}]})",
+                                                  "scene")
+                             .value();
+    desktop->world().start(*desktop->world().application("slow"));
+    std::string seen;
+    for (int i = 0; i < 4; ++i) {
+        desktop->executor().runFor(1s);
+        seen += desktop->world().window("slow", "Splash") ? "S" : "-";
+        seen += desktop->world().window("slow", "Main") ? "M" : "-";
+    }
+    EXPECT_EQ(seen, "S-S----M");
+}
+
+TEST(SimulatedDesktop, AddingADesktopCanFailAtEachStep) {
+    using simulated::FaultKind;
+    const struct {
+        std::optional<FaultKind> fault;
+        bool opens;
+        std::int32_t pressed;
+        std::size_t desktops;
+    } cases[] = {{{}, true, simulated::code::success, 3},
+                 {FaultKind::overviewRefused, false, simulated::code::invalidElement, 2},
+                 {FaultKind::addDesktopMissing, true, simulated::code::invalidElement, 2},
+                 {FaultKind::addDesktopRefused, true, simulated::code::failure, 2},
+                 {FaultKind::addDesktopIgnored, true, simulated::code::success, 2}};
+    for (const auto& one : cases) {
+        const auto desktop = SimulatedDesktop::create(scene, "scene").value();
+        simulated::World& world = desktop->world();
+        if (one.fault) world.add({*one.fault, {}, {}, {}, 0, 0, false});
+        EXPECT_EQ(world.openOverview(), one.opens);
+        EXPECT_FALSE(world.overviewShown()) << "it takes a moment";
+        desktop->executor().runFor(1s);
+        EXPECT_EQ(world.pressAddDesktop("LEFT"), one.pressed);
+        EXPECT_EQ(world.pressAddDesktop("NONE"), simulated::code::invalidElement);
+        desktop->executor().runFor(1s);
+        EXPECT_EQ(desktop->world().display("LEFT")->desktops.size(), one.desktops);
+    }
+}
+
+TEST(SimulatedDesktop, ADisplayHasNoMoreThanSixteenDesktops) {
+    const auto desktop = SimulatedDesktop::create(scene, "scene").value();
+    EXPECT_TRUE(desktop->world().openOverview());
+    desktop->executor().runFor(1s);
+    for (int i = 0; i < 20; ++i) EXPECT_EQ(desktop->world().pressAddDesktop("LEFT"), 0);
+    desktop->executor().runFor(1s);
+    EXPECT_EQ(desktop->world().display("LEFT")->desktops.size(), 16U);
 }
 
 TEST(SimulatedDesktop, SizesKeepToCellsAndLimits) {

@@ -1,0 +1,114 @@
+// The same journey over one desk with each kind of fault: what the report says of it, twice the same.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+
+#include "platform/simulated/SceneNames.hpp"
+#include "tests/journeys/Journey.hpp"
+
+namespace quillo {
+namespace {
+
+using simulated::FaultKind;
+
+std::string statusText(const RestoreReport::Status& status) {
+    if (const auto* failed = std::get_if<RestoreReport::failed>(&status)) return "failed " + failed->reason;
+    if (const auto* skipped = std::get_if<RestoreReport::skipped>(&status))
+        return "skipped " + skipped->reason;
+    if (std::holds_alternative<RestoreReport::restored>(status)) return "restored";
+    if (std::holds_alternative<RestoreReport::adjusted>(status)) return "adjusted";
+    return std::holds_alternative<RestoreReport::launched>(status) ? "launched" : "other";
+}
+
+simulated::Scene desk() {
+    std::ifstream file(QUILLO_SOURCE_DIR "/tests/scenes/desk.json");
+    const std::string json{std::istreambuf_iterator<char>(file), {}};
+    return simulated::readScene(json, "desk.json").value();
+}
+
+/// Every window elsewhere and in another state, one application ended, one without windows.
+void disturb(Journey& journey) {
+    simulated::World& world = journey.world();
+    const auto number = [&](const char* title) { return world.window("org.example.editor", title)->number; };
+    world.move(*world.window(number("Letter")), {900, 200, 300, 200});
+    world.move(*world.window(number("Drawing")), {10, 30, 500, 300});
+    EXPECT_EQ(world.requestMinimized(number("Notes"), false), simulated::code::success);
+    EXPECT_EQ(world.requestFullscreen(number("Slides"), false), simulated::code::success);
+    EXPECT_EQ(world.requestMinimized(number("Letter"), true), simulated::code::success);
+    world.move(*world.window("com.apple.Terminal", "logs"), {700, 30, 400, 300});
+    world.end(*world.application("org.example.mail"));
+    world.close(world.window("org.example.reader", "Untitled")->number);
+    journey.settle();
+}
+
+std::vector<std::string> story(std::optional<simulated::Fault> fault) {
+    Journey journey(desk(), 7);
+    journey.save();
+    disturb(journey);
+    if (fault) journey.lay(*std::move(fault));
+    std::vector<std::string> lines;
+    for (const RestoreReport::Item& item : journey.restore().items)
+        lines.push_back(item.app + "/" + item.title.value_or("") + ": " + statusText(item.status));
+    std::ranges::sort(lines);
+    return lines;
+}
+
+const std::vector<std::string> wellDone{
+    "Editor/Drawing: restored",  "Editor/Letter: restored",  "Editor/Notes: restored",
+    "Editor/Slides: restored",   "Mail/: launched",          "Mail/Inbox: restored",
+    "Reader/Untitled: restored", "Terminal/build: restored",
+};
+
+struct Case {
+    FaultKind kind;
+    std::string line;  // one that the fault brings; empty: it must not show in the report
+    double seconds = 1;
+    bool onWrite = false;
+    std::string value{};
+};
+
+const Case cases[] = {
+    {FaultKind::launchRefused, "Mail/: failed couldn't launch: the system refused to open the application"},
+    {FaultKind::slowLaunch, "", 8},
+    {FaultKind::lateWindows,
+     "Mail/Inbox: skipped no accessible windows appeared; windows in other Spaces may be unavailable", 60},
+    {FaultKind::requestWindowRefused,
+     "Reader/: failed couldn't reopen a window: the application did not open a window"},
+    {FaultKind::moveRefused, "Editor/Drawing: failed window refused position or minimized state"},
+    {FaultKind::moveIgnored, "Editor/Drawing: failed window refused position or minimized state"},
+    {FaultKind::positionClamped, ""},
+    {FaultKind::sizeClamped, "Editor/Drawing: adjusted"},
+    {FaultKind::minimizeRefused, "Editor/Notes: failed window refused position or minimized state"},
+    {FaultKind::unminimizeRefused, "Editor/Letter: failed couldn't unminimize the window before moving it"},
+    {FaultKind::minimizeIgnored, "Editor/Notes: failed window refused position or minimized state"},
+    {FaultKind::fullscreenRefused, "Editor/Slides: failed full-screen transition did not complete"},
+    {FaultKind::fullscreenIgnored, "Editor/Slides: failed full-screen transition did not complete"},
+    {FaultKind::fullscreenSlow, "", 2},
+    {FaultKind::fullscreenFlickers, ""},
+    {FaultKind::windowVanishes, "Editor/Drawing: failed window refused position or minimized state", 1, true},
+    {FaultKind::applicationHangs,
+     "Editor/Letter: skipped no accessible windows appeared; windows in other Spaces may be unavailable", 0},
+    {FaultKind::applicationCrashes, "Editor/Drawing: failed window refused position or minimized state", 1,
+     true},
+    {FaultKind::displayUnplugged, "Editor/Drawing: adjusted", 0, false, "MONITOR"},
+    {FaultKind::permissionRevoked, "Quillo/: failed Accessibility permission not granted"},
+};
+
+TEST(EachFault, ShowsInTheReportOrIsOvercome) {
+    EXPECT_EQ(story({}), wellDone);
+    for (const Case& one : cases) {
+        SCOPED_TRACE(simulated::nameOf(one.kind, simulated::NameTable<FaultKind>(simulated::faultNames)));
+        const simulated::Fault fault{one.kind, {}, {}, one.value, 0, one.seconds, one.onWrite};
+        const auto lines = story(fault);
+        if (one.line.empty())
+            EXPECT_EQ(lines, wellDone);
+        else
+            EXPECT_EQ(std::ranges::count(lines, one.line), 1) << testing::PrintToString(lines);
+        EXPECT_EQ(story(fault), lines) << "another run tells another story";
+    }
+}
+
+}  // namespace
+}  // namespace quillo

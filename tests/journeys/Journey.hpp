@@ -1,0 +1,83 @@
+// A simulated desktop, what was saved of it, and restores of that.
+#pragma once
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "WindowEngine/Capture.hpp"
+#include "WindowEngine/Displays.hpp"
+#include "WindowEngine/Restore.hpp"
+#include "WindowEngine/RestorePlan.hpp"
+#include "platform/simulated/SimulatedDesktop.hpp"
+
+namespace quillo {
+
+class Journey {
+  public:
+    Journey(simulated::Scene scene, std::uint64_t seed)
+        : scene_(std::move(scene)),
+          desktop_(SimulatedDesktop::create(simulated::writeScene(scene_), "scene", {seed, {}}).value()) {
+        settle();  // late windows are there
+    }
+
+    WorkspaceSnapshot capture() {
+        Capture::Options options;
+        options.recoverHidden = true;
+        return run(Capture::snapshot(access_, options)).value();
+    }
+
+    void save() { saved_ = Workspace::create(Uuid{}, "Journey", "", "teal", capture(), Instant{}); }
+
+    RestoreReport restore() { return run(Restore::run(access_, saved_, {}, {})).value(); }
+
+    /// Empty when the task did not end within ten minutes of the desktop's time.
+    template <class T>
+    std::optional<T> run(Task<T> task) {
+        Job<T> job(desktop_->executor(), std::move(task));
+        const bool ended =
+            desktop_->executor().runUntil([&] { return job.done(); }, std::chrono::minutes(10));
+        return ended ? std::optional(job.result()) : std::nullopt;
+    }
+
+    /// Its time counts from now on.
+    void lay(simulated::Fault fault) {
+        const std::chrono::duration<double> now = desktop_->executor().now().time_since_epoch();
+        fault.after += now.count();
+        world().add(std::move(fault));
+    }
+    void settle() { desktop_->executor().runFor(std::chrono::seconds(2)); }
+
+    /// What the windows of an application look like to a restore, and what one would do with them.
+    struct Plan {
+        std::vector<LiveWindow> live;
+        std::vector<WindowPlan> windows;
+    };
+    Plan plan(const ApplicationSnapshot& application) {
+        const auto running = access_.platform.applications.running(application.bundleIdentifier);
+        if (!running) return {};
+        Plan plan{Accessibility::windows(access_, running->pid, true), {}};
+        std::vector<LiveWindowInfo> infos;
+        for (const LiveWindow& window : plan.live) infos.push_back(window.info);
+        const auto displays = Displays::current(access_.platform.screens);
+        plan.windows = planWindows(application.windows, infos, saved_.snapshot.displays, displays);
+        return plan;
+    }
+
+    simulated::World& world() { return desktop_->world(); }
+    const simulated::Scene& scene() const { return scene_; }
+    const Workspace& saved() const { return saved_; }
+    std::string state() { return desktop_->sceneJson(); }
+
+  private:
+    simulated::Scene scene_;
+    std::unique_ptr<SimulatedDesktop> desktop_;
+    WindowHandleCache handles_;
+    DesktopAccess access_{desktop_->platform(), handles_};
+    Workspace saved_;
+};
+
+}  // namespace quillo
