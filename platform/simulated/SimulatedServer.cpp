@@ -20,7 +20,7 @@ std::vector<DisplaySpaces> Server::displaySpaces() {
         for (const SpaceID id : display.desktops)
             spaces.spaces.push_back({id, SpaceKind::standard, "space-" + std::to_string(id)});
         for (const Window& window : world_.windows()) {
-            const bool owns = window.fullscreenSpace != 0 && &world_.frontTab(window) == &window;
+            const bool owns = window.fullscreenSpace != 0 && world_.frontTab(window) == &window;
             if (owns && display.scene.frame.contains(window.state.frame.center()))
                 spaces.spaces.push_back({window.fullscreenSpace, SpaceKind::fullScreen, std::nullopt});
         }
@@ -36,7 +36,7 @@ std::vector<WindowFacts> Server::facts(std::span<const WindowNumber> numbers) {
         const Window* window = world_.window(number);
         if (!window) continue;
         // A tab behind another stands on no desktop of its own.
-        if (&world_.frontTab(*window) == window)
+        if (world_.frontTab(*window) == window)
             facts.spaces = {window->state.fullscreen ? window->fullscreenSpace : window->space};
         facts.isStandard = window->state.subrole == ax::standardWindow;
         facts.isFullscreen = window->state.fullscreen;

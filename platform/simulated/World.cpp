@@ -124,7 +124,7 @@ Window& World::openWindow(Application& application, const SceneWindow& scene) {
     window.state.frame = {scene.frame.x, scene.frame.y, size.width, size.height};
     window.plainFrame = window.state.frame;
     if (std::exchange(window.state.fullscreen, false)) enterFullscreen(window);
-    if (const Window& front = frontTab(window); &front != &window) copyPlace(front, window);
+    if (const Window* front = frontTab(window); front != &window) copyPlace(*front, window);
     if (scene.closesAfter > 0)
         at(executor_.now() + toDuration(scene.closesAfter),
            [this, number = window.number] { close(number); });
@@ -164,9 +164,9 @@ void World::move(Window& window, const Rect& frame) {
     shareWithTabs(window);
 }
 
-const Window& World::frontTab(const Window& window) const {
-    if (window.state.tabGroup.empty()) return window;
-    return *std::ranges::find_if(windows_, [&](const Window& other) {
+const Window* World::frontTab(const Window& window) const {
+    if (window.state.tabGroup.empty()) return &window;
+    return &*std::ranges::find_if(windows_, [&](const Window& other) {
         return other.application == window.application && other.state.tabGroup == window.state.tabGroup;
     });
 }

@@ -123,7 +123,7 @@ class World {
     bool listed(const Window& window) const;
     bool hangs(const Application& application) const;
     /// The window of the same native tab group that is in front; the window itself when it has no tabs.
-    const Window& frontTab(const Window& window) const;
+    const Window* frontTab(const Window& window) const;
 
     /// The fault of this kind that applies now, or null.
     const Fault* fault(FaultKind kind, std::string_view application = {}, std::string_view title = {}) const;
