@@ -106,6 +106,13 @@ std::vector<Element> PlatformContract::addDesktopButtons() {
     return found;
 }
 
+std::size_t PlatformContract::launcherWindowCount() {
+    const auto running = platform().applications.running(desktop_->launcher());
+    if (!running) return 0;
+    const Attribute list = read(platform().accessibility.application(running->pid), ax::windows);
+    return list ? std::get<std::vector<Element>>(*list).size() : 0;
+}
+
 TEST_P(PlatformContract, IsTrustedWithoutAReasonAgainstIt) {
     EXPECT_TRUE(platform().accessibility.trusted());
     EXPECT_TRUE(platform().accessibility.access()) << platform().accessibility.access().reason();
@@ -321,19 +328,35 @@ TEST_P(PlatformContract, LaunchesWhatIsInstalledAndQuitsIt) {
     EXPECT_EQ(applications.identifierAt(*location), desktop_->launcher());
     ASSERT_FALSE(applications.running(desktop_->launcher()));
     ASSERT_TRUE(run(applications.launch(*location, {})));
-    const auto windowCount = [&] {
-        const auto running = applications.running(desktop_->launcher());
-        if (!running) return std::size_t{0};
-        const Attribute list = read(platform().accessibility.application(running->pid), ax::windows);
-        return list ? std::get<std::vector<Element>>(*list).size() : std::size_t{0};
-    };
-    waitUntil([&] { return windowCount() == 1; }, "the launched application's window");
+    waitUntil([&] { return launcherWindowCount() == 1; }, "the launched application's window");
 
     EXPECT_TRUE(applications.terminate(desktop_->launcher()));
     waitUntil([&] { return !applications.running(desktop_->launcher()); }, "the application to end");
     EXPECT_FALSE(applications.terminate(desktop_->launcher()));
     EXPECT_FALSE(run(applications.requestWindow(desktop_->launcher())));
     EXPECT_FALSE(run(applications.launch(Url::file("/nowhere/nobody.app"), {})));
+}
+
+TEST_P(PlatformContract, ARunningApplicationOpensAWindowWhenAskedForOneNotWhenLaunchedAgain) {
+    Applications& applications = platform().applications;
+    const Url location = applications.location(desktop_->launcher()).value();
+    ASSERT_TRUE(run(applications.launch(location, {})));
+    waitUntil([&] { return launcherWindowCount() == 1; }, "the launched application's window");
+    const auto first = applications.running(desktop_->launcher());
+    ASSERT_TRUE(first);
+
+    ASSERT_TRUE(run(applications.launch(location, {})));
+    EXPECT_EQ(launcherWindowCount(), 1U);
+    ASSERT_TRUE(run(applications.requestWindow(desktop_->launcher())));
+    waitUntil([&] { return launcherWindowCount() == 2; }, "another window");
+    const auto all = applications.running();
+    EXPECT_EQ(std::ranges::count(all, desktop_->launcher(), &RunningApplication::bundleIdentifier), 1)
+        << "one application, however many processes";
+    EXPECT_EQ(applications.running(desktop_->launcher())->pid, first->pid)
+        << "the oldest process stands for it";
+
+    EXPECT_TRUE(applications.terminate(desktop_->launcher()));
+    waitUntil([&] { return !applications.running(desktop_->launcher()); }, "the application to end");
 }
 
 TEST_P(PlatformContract, HidesWhatRunsAndRefusesWhatDoesNot) {

@@ -61,6 +61,8 @@ class PlatformContract : public testing::TestWithParam<ContractDesktopFactory> {
     bool flag(const Element& element, std::string_view name);
     Rect frame(const Element& element);
     WindowFacts facts(const Element& window);
+    /// 0 while it does not run.
+    std::size_t launcherWindowCount();
     /// Those that the overview shows now, in the order of the displays.
     std::vector<Element> addDesktopButtons();
 
