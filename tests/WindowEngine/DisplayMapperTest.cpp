@@ -57,7 +57,7 @@ TEST(DisplayMapper, PlacesWindowsOnWhatIsThereNow) {
 }
 
 TEST(DisplayMapper, FindsTheDisplayOfAWindowAgain) {
-    const DisplaySnapshot laptop = laptopAndMonitor[0];
+    const DisplaySnapshot& laptop = laptopAndMonitor[0];
     const auto monitor = [](std::string id, double x) { return display(std::move(id), {x, 0, 2000, 1000}); };
     const Displays saved{laptop, monitor("left", -2000), monitor("right", 1000),
                          display("above", {-500, -1000, 1500, 700})};
