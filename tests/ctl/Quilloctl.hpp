@@ -5,6 +5,7 @@
 #include <simdjson.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <sstream>
 #include <vector>
 
@@ -29,9 +30,12 @@ struct Step {
 
 class QuilloctlTest : public testing::Test {
   protected:
-    /// With nothing of the caller's environment but PATH; `environment` holds NAME=value.
+    /// With nothing of the caller's environment but a sanitizer's options; `environment` holds NAME=value.
     Ran runWith(const Texts& environment, const Texts& arguments) {
         Texts all{"-i", "PATH=/usr/bin:/bin", "HOME=" + home_.path().string(), "TZ=UTC", "LC_ALL=en_US"};
+        if (const char* sanitizer = std::getenv("TSAN_OPTIONS")) {
+            all.push_back("TSAN_OPTIONS=" + std::string(sanitizer));
+        }
         all.insert(all.end(), environment.begin(), environment.end());
         all.insert(all.end(), arguments.begin(), arguments.end());
         LoopExecutor loop;
