@@ -44,7 +44,9 @@ class Applications {
 
     /// Where an installed application lives; absent when it is not installed.
     virtual std::optional<Url> location(std::string_view bundleIdentifier) = 0;
-    /// Which identifier the application at `location` carries; absent when there is none.
+    /// Which identifier the application at `location` carries; absent when there is none, and for a bare
+    /// program or whatever else the system does not hold for an installed application: the location may come
+    /// from a stranger's file, and what carries the saved identifier is launched.
     virtual std::optional<std::string> identifierAt(const Url& location) = 0;
 
     /// Launches the application at `location`, or activates it when it runs. Waits (suspended, never

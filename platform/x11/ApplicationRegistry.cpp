@@ -152,10 +152,11 @@ std::optional<std::string> ApplicationRegistry::identifierAt(const Url& location
     std::error_code error;
     if (!path || !fs::is_regular_file(*path, error)) return std::nullopt;
     if (const auto* entry = entries_.withFile(*path)) return entry->id;
-    if (path->ends_with(".desktop")) return entryId(*path);
     const auto real = fs::canonical(*path, error).string();
     if (const auto* entry = error ? nullptr : entries_.withProgram(real)) return entry->id;
-    return text::lowercase(fs::path(*path).filename().string());
+    // Nothing else carries an identifier. A workspace may come from a stranger: it must not be able to name any
+    // program, or a .desktop file that lies about somewhere, and have it run.
+    return std::nullopt;
 }
 
 }  // namespace quillo::x11

@@ -81,6 +81,11 @@ TEST_F(ApplicationsTest, WithoutADesktopFileItsClassAndProgramStandFor) {
     EXPECT_EQ(applications().location("unheard-of"), Url::file(QUILLO_TEST_CLIENT));
     EXPECT_FALSE(applications().location("never-installed"));
     EXPECT_FALSE(applications().identifierAt(Url::file("/nonexistent/program")));
+    // What a stranger's workspace may name: a bare program, a .desktop file that nobody installed.
+    const auto stray = PrivateDesktop::home() / "stray.desktop";
+    std::ofstream(stray) << "[Desktop Entry]\nType=Application\nName=stray\nExec=true\n";
+    EXPECT_FALSE(applications().identifierAt(Url::file(QUILLO_TEST_CLIENT)));
+    EXPECT_FALSE(applications().identifierAt(Url::file(stray.string())));
 }
 
 TEST_F(ApplicationsTest, TwoProcessesOfOneIdentityAreOneApplication) {
