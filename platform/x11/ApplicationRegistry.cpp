@@ -154,8 +154,8 @@ std::optional<std::string> ApplicationRegistry::identifierAt(const Url& location
     if (const auto* entry = entries_.withFile(*path)) return entry->id;
     const auto real = fs::canonical(*path, error).string();
     if (const auto* entry = error ? nullptr : entries_.withProgram(real)) return entry->id;
-    // Nothing else carries an identifier. A workspace may come from a stranger: it must not be able to name any
-    // program, or a .desktop file that lies about somewhere, and have it run.
+    // Nothing else carries an identifier. A workspace may come from a stranger: it must not be able to name
+    // any program, or a .desktop file that lies about somewhere, and have it run.
     return std::nullopt;
 }
 
