@@ -2,35 +2,21 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <utility>
 #include <vector>
 
-#include "WindowEngine/support/Text.hpp"
+#include "WindowEngine/ExcludedDomains.hpp"
 
 namespace quillo::CaptureFilter {
 namespace {
 
-std::vector<std::string> normalizedDomains(const std::set<std::string>& domains) {
-    std::vector<std::string> result;
-    for (const std::string& domain : domains) {
-        std::string normalized = text::trim(text::lowercase(domain));
-        if (!normalized.empty()) result.push_back(std::move(normalized));
-    }
-    return result;
+bool isWebAddress(const Url& url) {
+    const std::string scheme = url.scheme();
+    return scheme == "http" || scheme == "https";
 }
 
-bool isOn(std::string_view host, std::string_view domain) {
-    if (host == domain) return true;
-    return host.size() > domain.size() && host.ends_with(domain) &&
-           host[host.size() - domain.size() - 1] == '.';
-}
-
-bool isOnAny(const Url& url, const std::vector<std::string>& domains) {
-    const std::optional<std::string> host = url.host();
-    if (!host) return false;
-    const std::string lower = text::lowercase(*host);
-    return std::ranges::any_of(domains, [&](const std::string& domain) { return isOn(lower, domain); });
+void removeWebDocument(std::optional<Url>& document, const ExcludedDomains& excluded) {
+    if (document && isWebAddress(*document) && excluded.contain(*document)) document.reset();
 }
 
 /// Context without its empty windows; absent when none is left.
@@ -103,11 +89,22 @@ WorkspaceSnapshot apply(WorkspaceSnapshot snapshot, const std::set<std::string>&
 std::optional<AppContext> removingDomains(const std::set<std::string>& domains,
                                           std::optional<AppContext> context) {
     if (!context || context->adapter == "finder") return context;
-    const std::vector<std::string> normalized = normalizedDomains(domains);
-    if (normalized.empty()) return context;
+    const ExcludedDomains excluded(domains);
+    if (excluded.empty()) return context;
     for (ContextWindow& window : context->windows)
-        std::erase_if(window.urls, [&](const Url& url) { return isOnAny(url, normalized); });
+        std::erase_if(window.urls, [&](const Url& url) { return excluded.contain(url); });
     return withoutEmptyWindows(std::move(*context));
+}
+
+std::vector<WindowSnapshot> removingWebDocuments(const std::set<std::string>& domains,
+                                                 std::vector<WindowSnapshot> windows) {
+    const ExcludedDomains excluded(domains);
+    for (WindowSnapshot& window : windows) {
+        removeWebDocument(window.documentURL, excluded);
+        if (!window.tabs) continue;
+        for (TabSnapshot& tab : *window.tabs) removeWebDocument(tab.documentURL, excluded);
+    }
+    return windows;
 }
 
 }  // namespace quillo::CaptureFilter

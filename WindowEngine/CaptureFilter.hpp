@@ -6,6 +6,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "WindowEngine/Workspace.hpp"
 
@@ -23,8 +24,12 @@ WorkspaceSnapshot apply(WorkspaceSnapshot snapshot, const std::set<std::string>&
                         const std::set<std::string>& excludedContextURLs);
 
 /// Addresses on a domain or a subdomain of it removed, context windows without addresses too; absent when
-/// none remains. Folders ("finder") are never filtered.
+/// none remains. Folders ("finder") are never filtered. `domains` are as people type them (ExcludedDomains).
 std::optional<AppContext> removingDomains(const std::set<std::string>& domains,
                                           std::optional<AppContext> context);
+/// Windows and their native tabs without the web addresses (http, https) among their documents that are on
+/// such a domain. The windows themselves stay, with their titles; documents of any other kind too.
+std::vector<WindowSnapshot> removingWebDocuments(const std::set<std::string>& domains,
+                                                 std::vector<WindowSnapshot> windows);
 
 }  // namespace quillo::CaptureFilter

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "WindowEngine/support/Domain.hpp"
 #include "WindowEngine/support/Text.hpp"
 
 namespace quillo {
@@ -178,6 +179,12 @@ std::optional<std::string> Url::host() const {
     if (!parts.authority) return std::nullopt;
     const std::string_view host = hostOf(*parts.authority);
     return host.empty() ? std::nullopt : std::optional(std::string(host));
+}
+
+std::optional<std::string> Url::asciiHost() const {
+    const auto written = host();
+    if (!written) return std::nullopt;
+    return asciiDomain(percentDecoded(*written).value_or(*written));
 }
 
 bool Url::isFile() const {

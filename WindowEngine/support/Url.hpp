@@ -22,7 +22,10 @@ class Url {
     std::string scheme() const;               // lower-cased, without the colon
     std::optional<std::string> host() const;  // percent-encoded as written, without user, port and brackets;
                                               // absent where there is no authority or it is empty
-    bool isFile() const;                      // scheme file with an empty host or localhost
+    /// The host percent-decoded and as asciiDomain() spells it, so that two spellings of one name are equal;
+    /// of an escape that cannot be decoded as it is.
+    std::optional<std::string> asciiHost() const;
+    bool isFile() const;  // scheme file with an empty host or localhost
     /// Decoded path of a file URL, without a trailing slash except for "/"; absent for any other URL,
     /// for bad percent escapes and for a decoded NUL byte.
     std::optional<std::string> filePath() const;

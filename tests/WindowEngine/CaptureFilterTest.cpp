@@ -26,7 +26,26 @@ TEST(CaptureFilter, RemovesDomainsWithTheirSubdomains) {
         {{"example.org"}, "https://example.org.evil.net", true},
         {{"example.org"}, "https://user@example.org:8080/?q=1", false},
         {{"example.org"}, "about:blank", true},
-        {{".example.org"}, "https://www.example.org", true},
+        {{".example.org"}, "https://www.example.org", false},
+        {{"*.example.org"}, "https://example.org", false},
+        {{"https://Example.org:8080/path?q"}, "http://www.example.org", false},
+        {{"example.org/path"}, "https://example.org/other", false},
+        {{"*", ".", "*.", "https://", "two words", "mailto:x"}, "https://example.org", true},
+        {{"example.org."}, "https://example.org", false},
+        {{"example.org"}, "https://www.example.org./", false},
+        {{"2001:db8::1"}, "http://[2001:DB8::1]:80/", false},
+        {{"[2001:db8::1]"}, "http://[2001:db8::1]/", false},
+        {{"2001:db8::1"}, "https://2001", true},
+        {{"müller.example"}, "https://m%C3%BCller.example/", false},
+        {{"MÜLLER.example"}, "https://mu\u0308ller.example/", false},
+        {{"müller.example"}, "https://www.xn--mller-kva.EXAMPLE/", false},
+        {{"XN--mller-kva.example"}, "https://müller.example", false},
+        {{"straße.example"}, "https://strasse.example", true},
+        {{"例え。example"}, "https://例え.example", false},
+        {{"r3---sn.example"}, "https://r3---sn.example", false},
+        {{"a_b.example"}, "https://-x.a_b.example", false},
+        {{"xn--a.example"}, "https://XN--A.example", false},
+        {{"example.org"}, "https://%zz.example.org", false},
         {{"", " \t"}, "https://example.org", true},
         {{"a.net", "b.net"}, "https://b.net", false},
         {{"пример.рф"}, "https://Пример.рф/", false},
@@ -48,6 +67,23 @@ TEST(CaptureFilter, KeepsWhatIsOnNoExcludedDomainInItsOrder) {
     EXPECT_EQ(CaptureFilter::removingDomains({"b.net"}, context), expected);
     const AppContext folders{"finder", {contextWindow(0, {"file://b.net/share/"})}};
     EXPECT_EQ(CaptureFilter::removingDomains({"b.net"}, folders), folders);
+}
+
+TEST(CaptureFilter, RemovesDocumentsOnExcludedDomainsFromWindowsAndTabs) {
+    const auto page = Url::parse("https://www.secret.example/x"), plain = Url::parse("http://open.example"),
+               share = Url::parse("smb://secret.example/x"), file = Url::parse("file://secret.example/x");
+    std::vector<WindowSnapshot> windows(4);
+    windows[0].title = "kept";
+    windows[0].documentURL = page;
+    windows[0].tabs = {{{"a", page}, {"b", plain}, {"c", {}}}};
+    windows[1].documentURL = plain;
+    windows[2].documentURL = share;
+    windows[3].documentURL = file;
+    EXPECT_EQ(CaptureFilter::removingWebDocuments({}, windows), windows);
+    auto expected = windows;
+    expected[0].documentURL.reset();
+    expected[0].tabs = {{{"a", {}}, {"b", plain}, {"c", {}}}};
+    EXPECT_EQ(CaptureFilter::removingWebDocuments({" Secret.example"}, windows), expected);
 }
 
 // Windows with the indices 0, 1, 2 and three context windows: of window 1, of window 2 and of none.
