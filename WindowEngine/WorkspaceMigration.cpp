@@ -2,9 +2,23 @@
 
 #include <utility>
 
+#include "WindowEngine/ChromiumURLCodec.hpp"
 #include "WindowEngine/NativeTabs.hpp"
 
 namespace quillo::WorkspaceCoding {
+namespace {
+
+/// Files of earlier versions hold addresses that were run together with new tabs, and pages of the browser's
+/// own that cannot be opened again.
+void decodeAddresses(AppContext& context) {
+    for (ContextWindow& window : context.windows) {
+        std::vector<std::string> fields;
+        for (const Url& url : window.urls) fields.push_back(url.string());
+        window.urls = ChromiumURLCodec::decode(fields);
+    }
+}
+
+}  // namespace
 
 Result<void> checkSchemaVersion(std::int64_t version) {
     if (version == 1 || version == Workspace::currentSchemaVersion) return {};
@@ -22,8 +36,10 @@ Workspace migrated(Workspace workspace) {
     for (ApplicationSnapshot& application : workspace.snapshot.applications) {
         application = NativeTabs::collapse(std::move(application));
     }
-    // The addresses of Chromium-family context windows are decoded anew here, after the native tabs, by the
-    // integration that recorded them.
+    for (ApplicationSnapshot& application : workspace.snapshot.applications) {
+        if (application.context && application.context->adapter == "chromium")
+            decodeAddresses(*application.context);
+    }
     return workspace;
 }
 

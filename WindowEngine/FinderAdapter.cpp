@@ -1,0 +1,109 @@
+#include "WindowEngine/FinderAdapter.hpp"
+
+#include <utility>
+
+namespace quillo {
+namespace {
+
+/// Folders by their path, so that one spelling of an address is as good as another.
+std::set<std::string> pathsOf(const std::optional<AppContext>& context) {
+    std::set<std::string> paths;
+    if (!context) return paths;
+    for (const ContextWindow& window : context->windows) {
+        for (const Url& url : window.urls) {
+            if (const auto path = url.standardized().filePath()) paths.insert(*path);
+        }
+    }
+    return paths;
+}
+
+Task<bool> open(DesktopAccess& desktop, std::string path) {
+    const auto opened = co_await AppleScript::run(desktop.platform.scripts, FinderAdapter::openScript(path),
+                                                  adapterScriptLimit);
+    co_return opened.has_value();
+}
+
+Task<void> openAll(DesktopAccess& desktop, const AppContext& saved, std::set<std::string> shown,
+                   AdapterRestoreResult& result) {
+    for (const ContextWindow& window : saved.windows) {
+        for (const Url& url : window.urls) {
+            const auto path = url.standardized().filePath();
+            if (path && !shown.insert(*path).second) continue;
+            if (path && co_await open(desktop, *path)) {
+                ++result.opened;
+                ++result.newWindows;
+            } else {
+                result.failures.emplace_back("Finder could not reopen a saved folder.");
+            }
+        }
+    }
+}
+
+}  // namespace
+
+std::string FinderAdapter::captureScript() {
+    return AppleScript::lines({
+        AppleScript::joinList(),
+        R"(tell application "Finder")",
+        R"(    set out to {})",
+        R"(    repeat with i from 1 to (count of Finder windows))",
+        R"(        try)",
+        R"(            set end of out to POSIX path of (target of Finder window i as alias))",
+        R"(        on error)",
+        R"(            set end of out to "")",
+        R"(        end try)",
+        R"(    end repeat)",
+        R"(end tell)",
+        R"(return my joinList(out, linefeed))",
+    });
+}
+
+std::string FinderAdapter::openScript(std::string_view path) {
+    return AppleScript::lines({
+        R"(tell application "Finder")",
+        "    set target of (make new Finder window) to (POSIX file " + AppleScript::quoted(path) +
+            " as alias)",
+        "end tell",
+    });
+}
+
+AppContext FinderAdapter::context(const AppleScript::Rows& rows) {
+    AppContext context{"finder", {}};
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        ContextWindow& window = context.windows.emplace_back();
+        window.sourceWindowIndex = static_cast<std::int64_t>(i);
+        for (const std::string& path : rows[i]) {
+            if (path.starts_with('/')) window.urls.push_back(Url::file(path, true));
+        }
+    }
+    return context;
+}
+
+Task<AdapterCaptureResult> FinderAdapter::capture(DesktopAccess& desktop, std::string) const {
+    AdapterCaptureResult result;
+    try {
+        const auto rows =
+            co_await AppleScript::run(desktop.platform.scripts, captureScript(), adapterScriptLimit);
+        if (rows) {
+            result.context = context(*rows);
+        } else {
+            result.failure = "Finder automation was unavailable.";
+        }
+    } catch (const Cancelled&) {
+        result.failure = "Finder capture was cancelled.";
+    }
+    co_return result;
+}
+
+Task<AdapterRestoreResult> FinderAdapter::restore(DesktopAccess& desktop, AppContext saved,
+                                                  std::optional<AppContext> current, std::string) const {
+    AdapterRestoreResult result;
+    try {
+        co_await openAll(desktop, saved, pathsOf(current), result);
+    } catch (const Cancelled&) {
+        result.failures.emplace_back("Finder restore was cancelled.");
+    }
+    co_return result;
+}
+
+}  // namespace quillo
