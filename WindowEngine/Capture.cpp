@@ -29,12 +29,14 @@ struct Reading {
 
 std::vector<RunningApplication> eligibleApplications(DesktopAccess& desktop, const Options& options) {
     std::vector<RunningApplication> eligible = desktop.platform.applications.running();
+    const auto secret = desktop.platform.applications.neverCaptured();
     std::erase_if(eligible, [&](const RunningApplication& application) {
         if (application.activationPolicy != ActivationPolicy::regular || !application.bundleIdentifier)
             return true;
         const std::string& identifier = *application.bundleIdentifier;
         return options.excludedBundleIdentifiers.contains(identifier) ||
-               alwaysExcluded().contains(identifier) || identifier == ownBundleIdentifier;
+               alwaysExcluded().contains(identifier) || identifier == ownBundleIdentifier ||
+               secret.contains(text::lowercase(identifier));
     });
     return eligible;
 }

@@ -3,6 +3,7 @@
 // executor's thread only.
 #pragma once
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -42,6 +43,10 @@ class Applications {
     /// never hidden or quit; empty where unknown.
     virtual std::vector<std::string> ownIdentifiers() = 0;
 
+    /// Identifiers, in lower case, of the applications that keep secrets on this platform, beside those that
+    /// the engine never captures anywhere. A running application's own identifier is compared in lower case.
+    virtual std::set<std::string> neverCaptured() { return {}; }
+
     /// Where an installed application lives; absent when it is not installed.
     virtual std::optional<Url> location(std::string_view bundleIdentifier) = 0;
     /// Which identifier the application at `location` carries; absent when there is none, and for a bare
@@ -55,6 +60,9 @@ class Applications {
     virtual Task<Result<void>> launch(Url location, std::vector<Url> documents) = 0;
     /// Opens documents with a running application.
     virtual Task<Result<void>> open(std::string bundleIdentifier, std::vector<Url> documents) = 0;
+    /// Whether `document` may be handed to launch() or open(): a file or a folder that exists, and that
+    /// opening cannot run. A workspace may come from a stranger. Blocks for the disk only.
+    virtual bool opensSafely(const Url& document) = 0;
     /// Asks a running application without windows for one.
     virtual Task<Result<void>> requestWindow(std::string bundleIdentifier) = 0;
 

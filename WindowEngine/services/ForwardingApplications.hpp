@@ -16,6 +16,7 @@ class ForwardingApplications : public Applications {
         return target_.running(bundleIdentifier);
     }
     std::vector<std::string> ownIdentifiers() override { return target_.ownIdentifiers(); }
+    std::set<std::string> neverCaptured() override { return target_.neverCaptured(); }
     std::optional<Url> location(std::string_view bundleIdentifier) override {
         return target_.location(bundleIdentifier);
     }
@@ -28,6 +29,7 @@ class ForwardingApplications : public Applications {
     Task<Result<void>> open(std::string bundleIdentifier, std::vector<Url> documents) override {
         return target_.open(std::move(bundleIdentifier), std::move(documents));
     }
+    bool opensSafely(const Url& document) override { return target_.opensSafely(document); }
     Task<Result<void>> requestWindow(std::string bundleIdentifier) override {
         return target_.requestWindow(std::move(bundleIdentifier));
     }

@@ -2,6 +2,7 @@
 
 #include <chrono>
 
+#include "WindowEngine/DocumentSafety.hpp"
 #include "platform/simulated/SimulatedServices.hpp"
 
 namespace quillo::simulated {
@@ -85,6 +86,11 @@ Task<Result<void>> ApplicationList::launch(Url location, std::vector<Url>) {
 
 Task<Result<void>> ApplicationList::open(std::string, std::vector<Url>) {
     co_return fail(ErrorKind::unavailable, "the simulated applications do not open documents");
+}
+
+bool ApplicationList::opensSafely(const Url& document) {
+    const auto path = document.filePath();
+    return path && !DocumentSafety::isProgramFile(*path) && !DocumentSafety::isProgramFolder(*path);
 }
 
 Task<Result<void>> ApplicationList::requestWindow(std::string bundleIdentifier) {

@@ -6,6 +6,7 @@
 #include <charconv>
 #include <cstdlib>
 
+#include "platform/x11/SecretKeepers.hpp"
 #include "platform/x11/WindowRequests.hpp"
 
 namespace quillo::x11 {
@@ -57,6 +58,10 @@ std::vector<std::string> X11Applications::ownIdentifiers() {
     // Under a terminal multiplexer the terminal is no ancestor, but its window is still named.
     if (const auto* window = view_.reading().find(terminalWindow())) add(view_.applicationOf(window->pid));
     return identifiers;
+}
+
+std::set<std::string> X11Applications::neverCaptured() {
+    return SecretKeepers::identifiers();
 }
 
 std::optional<Url> X11Applications::whereItIs(std::string_view bundleIdentifier) {

@@ -1,6 +1,7 @@
 // Applications of an EWMH desktop: found from their windows and .desktop files, launched through GIO.
 #pragma once
 #include "WindowEngine/services/Applications.hpp"
+#include "platform/posix/DocumentOnDisk.hpp"
 #include "platform/x11/ApplicationLauncher.hpp"
 #include "platform/x11/DesktopView.hpp"
 
@@ -15,11 +16,13 @@ class X11Applications final : public Applications {
     std::optional<RunningApplication> running(ProcessID pid) override;
     std::optional<RunningApplication> running(std::string_view bundleIdentifier) override;
     std::vector<std::string> ownIdentifiers() override;
+    std::set<std::string> neverCaptured() override;
     /// Also the program of a running application that has no .desktop file.
     std::optional<Url> location(std::string_view bundleIdentifier) override;
     std::optional<std::string> identifierAt(const Url& location) override;
     Task<Result<void>> launch(Url location, std::vector<Url> documents) override;
     Task<Result<void>> open(std::string bundleIdentifier, std::vector<Url> documents) override;
+    bool opensSafely(const Url& document) override { return documentOpensSafely(document); }
     Task<Result<void>> requestWindow(std::string bundleIdentifier) override;
     /// Minimizes every window.
     bool hide(std::string_view bundleIdentifier) override;

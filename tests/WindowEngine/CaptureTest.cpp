@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "WindowEngine/services/ForwardingApplications.hpp"
 #include "tests/WindowEngine/DesktopFixture.hpp"
 
 namespace quillo::samples {
@@ -39,6 +40,22 @@ TEST(Capture, KeepsTheApplicationsThatMayBeLookedAt) {
               desktop.plain.applications.running("org.2")->bundleURL);
     EXPECT_EQ(desktop.simulated->logLines(),
               std::vector<std::string>{"capture info: captured 4 apps, 0 windows"});
+}
+
+TEST(Capture, NeverLooksAtWhatThePlatformKnowsToKeepSecrets) {
+    struct Secretive : ForwardingApplications {
+        using ForwardingApplications::ForwardingApplications;
+        std::set<std::string> neverCaptured() override { return {"org.safe.keeper"}; }
+    };
+    Desktop desktop(scene({sceneApplication("org.Safe.Keeper", {sceneWindow("secret", frame)}),
+                           sceneApplication("org.safe.keepers")}));
+    Secretive applications(desktop.plain.applications);
+    const Platform& plain = desktop.plain;
+    DesktopAccess access{{plain.executor, plain.accessibility, plain.windowServer, applications,
+                          plain.screens, plain.scripts, plain.log},
+                         desktop.handles};
+    EXPECT_EQ(names(desktop.run(Capture::snapshot(access, {}))),
+              std::vector<std::string>{"org.safe.keepers"});
 }
 
 TEST(Capture, RecordsWhereWindowsStand) {

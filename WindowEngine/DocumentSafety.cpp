@@ -1,0 +1,43 @@
+#include "WindowEngine/DocumentSafety.hpp"
+
+#include <algorithm>
+#include <array>
+#include <span>
+#include <string>
+
+#include "WindowEngine/support/Text.hpp"
+
+namespace quillo::DocumentSafety {
+namespace {
+
+// What an editor opens (.sh, .py) is not here: where such a file would be run, its mode says so.
+constexpr std::array<std::string_view, 29> files{
+    "apk",  "app",      "appimage",   "applescript", "bat",   "cmd",  "command", "desktop",
+    "dmg",  "exe",      "flatpakref", "inetloc",     "jar",   "jnlp", "lnk",     "mpkg",
+    "msi",  "pif",      "pkg",        "ps1",         "reg",   "scpt", "scptd",   "scr",
+    "snap", "terminal", "tool",       "vbs",         "wflow",
+};
+constexpr std::array<std::string_view, 15> folders{
+    "action",   "app",         "bundle", "framework", "kext",    "mpkg",     "pkg", "plugin",
+    "prefpane", "qlgenerator", "saver",  "scptd",     "service", "workflow", "xpc",
+};
+
+bool endsInOneOf(std::string_view path, std::span<const std::string_view> endings) {
+    while (path.ends_with('/')) path.remove_suffix(1);
+    const auto name = path.substr(path.rfind('/') + 1);
+    const auto dot = name.rfind('.');
+    if (dot == std::string_view::npos) return false;
+    return std::ranges::find(endings, text::lowercase(name.substr(dot + 1))) != endings.end();
+}
+
+}  // namespace
+
+bool isProgramFile(std::string_view path) {
+    return endsInOneOf(path, files);
+}
+
+bool isProgramFolder(std::string_view path) {
+    return endsInOneOf(path, folders);
+}
+
+}  // namespace quillo::DocumentSafety
