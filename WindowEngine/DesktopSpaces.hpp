@@ -1,10 +1,11 @@
-// Desktops (spaces): what exists now and on which of them a window stands. Preparing desktops and moving
-// windows between them join here.
+// Desktops (spaces): what exists now, on which of them a window stands, and moving it to another. Which
+// desktop stands for a saved one is DesktopTargets' subject, making missing ones DesktopCreation's.
 #pragma once
 #include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "WindowEngine/Accessibility.hpp"
@@ -35,6 +36,23 @@ std::optional<DesktopSnapshot> desktopOf(const WindowFacts& facts, std::span<con
 bool isFullscreen(DesktopAccess& desktop, WindowNumber windowID);
 bool isStandardWindow(DesktopAccess& desktop, WindowNumber windowID);
 std::optional<WindowNumber> windowID(DesktopAccess& desktop, const Element& window);
+
+/// The window that the server holds responsible for the place of this one: the tab in front, which alone
+/// stands on a desktop, for a native tab behind it; otherwise the window itself. A tab is told by its window:
+/// of the same process, exactly as large and in the same place. Ask only about windows known to have tabs:
+/// two windows may happen to lie on top of each other.
+WindowNumber frontTab(DesktopAccess& desktop, WindowNumber windowID);
+
+/// Whether a window with these facts stands on this desktop and no other.
+bool standsOnlyOn(const WindowFacts& facts, SpaceID space);
+
+/// Waits, at most 2 s, until the display does not animate from one space to another.
+Task<void> waitWhileAnimating(DesktopAccess& desktop, std::string displayID);
+
+/// Moves a window to a desktop and confirms that it stands there; nothing is asked for where it stands there
+/// already. False when the move is refused or is not confirmed within `timeout`: then it may still come. The
+/// desktop in front stays in front.
+Task<bool> move(DesktopAccess& desktop, WindowNumber windowID, SpaceID space, Duration timeout);
 
 }  // namespace DesktopSpaces
 }  // namespace quillo

@@ -24,6 +24,10 @@ void requestedWindow(SystemLog& log, std::string_view bundleIdentifier) {
               fmt::format("requested a new window for windowless {}", bundleIdentifier));
 }
 
+void desktopCreation(SystemLog& log, std::string_view failure) {
+    log.write(restoreCategory, LogLevel::error, fmt::format("Desktop creation: {}", failure));
+}
+
 void restoreFinished(SystemLog& log, std::size_t items, double seconds) {
     log.write(restoreCategory, LogLevel::info,
               fmt::format("restore finished: {} items in {:.6f}s", items, seconds));

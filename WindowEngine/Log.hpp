@@ -11,6 +11,8 @@ namespace quillo::Log {
 void captured(SystemLog& log, std::size_t applications, std::size_t windows);
 void ready(SystemLog& log, std::string_view bundleIdentifier, double seconds);
 void requestedWindow(SystemLog& log, std::string_view bundleIdentifier);
+/// `failure` is a text of DesktopPreparation::failures.
+void desktopCreation(SystemLog& log, std::string_view failure);
 void restoreFinished(SystemLog& log, std::size_t items, double seconds);
 
 }  // namespace quillo::Log

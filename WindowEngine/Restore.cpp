@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "WindowEngine/DesktopCreation.hpp"
 #include "WindowEngine/Displays.hpp"
 #include "WindowEngine/Log.hpp"
 #include "WindowEngine/SafariPrivacy.hpp"
@@ -29,6 +30,7 @@ struct Run {
     TimePoint started;
     WindowPresence presence{desktop};
     std::vector<DisplaySnapshot> displays{};
+    DesktopPreparation desktops{};
 
     TimePoint now() const { return desktop.platform.executor.now(); }
     double secondsSinceStart() const { return std::chrono::duration<double>(now() - started).count(); }
@@ -99,7 +101,7 @@ Task<void> restoreApplication(Run& run, const ApplicationSnapshot& application) 
     co_await run.presence.wait(application.bundleIdentifier,
                                {toDuration(run.options.launchTimeout), toDuration(run.options.settleDelay)});
     co_await placeWindows(run.desktop, application, liveWindows(run, application),
-                          {run.workspace.snapshot.displays, run.displays}, run.sink);
+                          {run.workspace.snapshot.displays, run.displays, run.desktops.targets}, run.sink);
 }
 
 std::string description(const std::exception_ptr& exception) {
@@ -127,13 +129,25 @@ Task<void> restoreApplications(Run& run) {
     co_await checkpoint();
 }
 
+Task<void> prepareDesktops(Run& run) {
+    const WorkspaceSnapshot& saved = run.workspace.snapshot;
+    if (!saved.desktops) co_return;
+    run.desktops =
+        co_await DesktopSpaces::prepare(run.desktop, *saved.desktops, saved.displays, run.displays);
+    if (run.desktops.created > 0) run.sink.add(RestoreReport::createdDesktops{run.desktops.created});
+    for (const std::string& failure : run.desktops.failures) run.sink.add(RestoreReport::failed{failure});
+    // Creating them took seconds.
+    run.displays = Displays::current(run.desktop.platform.screens);
+}
+
 Task<void> restoreWorkspace(Run& run) {
     if (!run.desktop.platform.accessibility.trusted()) {
         run.sink.add(RestoreReport::failed{"Accessibility permission not granted"});
         co_return;
     }
     run.displays = Displays::current(run.desktop.platform.screens);
-    // Desktops are prepared and the clean slate is made here, before any application is launched.
+    co_await prepareDesktops(run);
+    // The clean slate is made here, before any application is launched.
     co_await restoreApplications(run);
 }
 

@@ -38,8 +38,15 @@ WindowPlan unmatched(std::int64_t savedIndex, bool anyLive) {
 
 }  // namespace
 
+std::optional<SpaceID> targetDesktop(const WindowSnapshot& saved, const DesktopTargets& desktops) {
+    if (saved.isFullscreen || !saved.desktop) return std::nullopt;
+    const auto target = desktops.find(saved.desktop->id());
+    return target == desktops.end() ? std::nullopt : std::optional(target->second);
+}
+
 WindowPlan planPair(const WindowSnapshot& saved, const LiveWindowInfo& live, DisplayList savedDisplays,
-                    DisplayList currentDisplays) {
+                    DisplayList currentDisplays, const DesktopTargets& desktops,
+                    std::span<const SpaceID> liveSpaces) {
     WindowPlan plan;
     plan.liveIndex = 0;
     plan.evidence = WindowMatcher::evidence(saved, live);
@@ -48,6 +55,8 @@ WindowPlan planPair(const WindowSnapshot& saved, const LiveWindowInfo& live, Dis
     const DisplaySnapshot* target =
         DisplayMapper::targetDisplay(saved.displayID, savedDisplays, currentDisplays);
     if (target) plan.displayID = target->id;
+    plan.desktop = targetDesktop(saved, desktops);
+    plan.moveToDesktop = plan.desktop && !(liveSpaces.size() == 1 && liveSpaces.front() == *plan.desktop);
     if (!saved.isFullscreen) {
         planPlain(plan, saved, live);
     } else if (target) {
@@ -58,14 +67,18 @@ WindowPlan planPair(const WindowSnapshot& saved, const LiveWindowInfo& live, Dis
 
 std::vector<WindowPlan> planWindows(std::span<const WindowSnapshot> saved,
                                     std::span<const LiveWindowInfo> live, DisplayList savedDisplays,
-                                    DisplayList currentDisplays) {
+                                    DisplayList currentDisplays, const DesktopTargets& desktops,
+                                    std::span<const std::vector<SpaceID>> liveSpaces) {
     std::vector<WindowPlan> plans;
     for (std::size_t i = 0; i < saved.size(); ++i)
         plans.push_back(unmatched(static_cast<std::int64_t>(i), !live.empty()));
     for (const WindowMatcher::Match& match : WindowMatcher::match(saved, live)) {
         const auto savedIndex = static_cast<std::size_t>(match.savedIndex);
         const auto liveIndex = static_cast<std::size_t>(match.liveIndex);
-        WindowPlan plan = planPair(saved[savedIndex], live[liveIndex], savedDisplays, currentDisplays);
+        const auto spaces =
+            liveSpaces.empty() ? std::span<const SpaceID>{} : std::span(liveSpaces[liveIndex]);
+        WindowPlan plan =
+            planPair(saved[savedIndex], live[liveIndex], savedDisplays, currentDisplays, desktops, spaces);
         plan.savedIndex = match.savedIndex;
         plan.liveIndex = match.liveIndex;
         plan.score = match.score;

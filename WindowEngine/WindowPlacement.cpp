@@ -1,16 +1,21 @@
 #include "WindowEngine/WindowPlacement.hpp"
 
+#include <fmt/format.h>
+
+#include <chrono>
 #include <exception>
 #include <utility>
 
+#include "WindowEngine/DesktopSpaces.hpp"
 #include "WindowEngine/Displays.hpp"
-#include "WindowEngine/RestorePlan.hpp"
 
 namespace quillo::Restore {
 namespace {
 
 using Status = RestoreReport::Status;
 using failed = RestoreReport::failed;
+
+constexpr Duration desktopPatience = std::chrono::seconds(2);  // for a window to arrive there
 
 Status disappeared() {
     return failed{"window disappeared after leaving full screen"};
@@ -21,9 +26,11 @@ struct Pair {
     DesktopAccess& desktop;
     const WindowSnapshot& saved;
     LiveWindow window;
-    PlacementDisplays displays;
+    PlacementTargets targets;
 
-    WindowPlan plan() const { return planPair(saved, window.info, displays.saved, displays.current); }
+    WindowPlan plan() const {
+        return planPair(saved, window.info, targets.savedDisplays, targets.currentDisplays, targets.desktops);
+    }
 
     /// Reads the window again; false when it is gone.
     bool refresh() {
@@ -89,6 +96,24 @@ Task<Written> write(Pair& pair, std::string_view unminimizeRefusal) {
     co_return written;
 }
 
+/// A tab behind another is where the tab in front is.
+WindowNumber movedWindow(const Pair& pair) {
+    return pair.saved.tabs ? DesktopSpaces::frontTab(pair.desktop, *pair.window.windowID)
+                           : *pair.window.windowID;
+}
+
+/// Comes last: a frame write begins and ends on the desktop where the window is. One that stays on no known
+/// desktop of its own, though it should be on one, is not back.
+Task<Trouble> moveToDesktop(Pair& pair) {
+    const std::optional<SpaceID> target = targetDesktop(pair.saved, pair.targets.desktops);
+    if (!target) co_return std::nullopt;
+    if (pair.window.windowID &&
+        co_await DesktopSpaces::move(pair.desktop, movedWindow(pair), *target, desktopPatience))
+        co_return std::nullopt;
+    co_return failed{
+        fmt::format("position restored, but Desktop {} assignment failed", pair.saved.desktop->index + 1)};
+}
+
 Task<Status> restorePlain(Pair& pair) {
     if (pair.plan().leaveFullscreen) {
         if (auto trouble = co_await leaveFullscreen(pair, "couldn't leave full screen")) co_return *trouble;
@@ -96,7 +121,7 @@ Task<Status> restorePlain(Pair& pair) {
     const Written written = co_await write(pair, "couldn't unminimize the window before moving it");
     if (written.trouble) co_return *written.trouble;
     if (!written.took()) co_return failed{"window refused position or minimized state"};
-    // The move to the window's desktop stands here.
+    if (auto trouble = co_await moveToDesktop(pair)) co_return *trouble;
     if (written.adjusted()) co_return RestoreReport::adjusted{};
     co_return RestoreReport::restored{};
 }
@@ -116,7 +141,7 @@ Task<Trouble> bringToTargetDisplay(Pair& pair) {
 Status verifiedFullscreen(Pair& pair, const std::string& targetDisplay) {
     if (!pair.refresh() || !pair.window.info.isFullscreen)
         return failed{"full-screen state could not be verified"};
-    const DisplaySnapshot* display = Displays::display(pair.window.info.frame, pair.displays.current);
+    const DisplaySnapshot* display = Displays::display(pair.window.info.frame, pair.targets.currentDisplays);
     if (!display || display->id != targetDisplay)
         return failed{"entered full screen, but the target display could not be verified"};
     return RestoreReport::restored{};
@@ -142,14 +167,14 @@ std::vector<LiveWindowInfo> infos(const std::vector<LiveWindow>& windows) {
 }  // namespace
 
 Task<void> placeWindows(DesktopAccess& desktop, const ApplicationSnapshot& application,
-                        std::vector<LiveWindow> live, PlacementDisplays displays, const ItemSink& sink) {
+                        std::vector<LiveWindow> live, PlacementTargets targets, const ItemSink& sink) {
     const std::vector<WindowPlan> plans =
-        planWindows(application.windows, infos(live), displays.saved, displays.current);
+        planWindows(application.windows, infos(live), targets.savedDisplays, targets.currentDisplays);
     for (const WindowPlan& plan : plans) {
         if (!plan.liveIndex) continue;
         co_await checkpoint();
         const WindowSnapshot& saved = application.windows[static_cast<std::size_t>(plan.savedIndex)];
-        Pair pair{desktop, saved, live[static_cast<std::size_t>(*plan.liveIndex)], displays};
+        Pair pair{desktop, saved, live[static_cast<std::size_t>(*plan.liveIndex)], targets};
         // Waiting for the windows before it took time: what it looks like now decides.
         pair.refresh();
         Status status = saved.isFullscreen ? co_await restoreFullscreen(pair) : co_await restorePlain(pair);
