@@ -1,6 +1,10 @@
 #include "WindowEngine/support/Instant.hpp"
 
 #include <fmt/format.h>
+#include <unicode/smpdtfmt.h>
+#include <unicode/timezone.h>
+
+#include <memory>
 
 namespace quillo {
 namespace {
@@ -54,6 +58,18 @@ std::optional<Instant> parseInstant(std::string_view text) {
         return std::nullopt;
     }
     return Instant{whole};
+}
+
+std::string formatTimeOfDay(Instant instant) {
+    UErrorCode status = U_ZERO_ERROR;
+    icu::SimpleDateFormat format(icu::UnicodeString(u"HH:mm"), icu::Locale::getDefault(), status);
+    if (U_FAILURE(status)) return formatInstant(instant).substr(11, 5);
+    // ICU keeps the zone it saw first; people travel while the program runs.
+    format.adoptTimeZone(icu::TimeZone::detectHostTimeZone());
+    icu::UnicodeString text;
+    format.format(std::chrono::duration<double, std::milli>(instant.time_since_epoch()).count(), text);
+    std::string result;
+    return text.toUTF8String(result);
 }
 
 }  // namespace quillo

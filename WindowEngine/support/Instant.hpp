@@ -17,4 +17,7 @@ std::string formatInstant(Instant instant);
 /// anything else is absent.
 std::optional<Instant> parseInstant(std::string_view text);
 
+/// "HH:mm" on the person's clock: in the system's time zone as it is now, with the digits of the locale.
+std::string formatTimeOfDay(Instant instant);
+
 }  // namespace quillo
