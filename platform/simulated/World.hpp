@@ -117,6 +117,10 @@ class World {
     /// One more desktop, a moment later; accepted and without effect at the limit of a display.
     std::int32_t pressAddDesktop(std::string_view displayID);
 
+    /// As a person does it there: windows of the desktop go to the one before it (of the first: after it).
+    /// The last desktop of a display stays.
+    void removeDesktop(std::string_view displayID, std::int64_t index);
+
     /// The full-screen attribute as a reader sees it, in mid-transition too.
     bool shownFullscreen(const Window& window);
     /// Whether accessibility lists it: it stands on a desktop in front, or is minimized or full screen.

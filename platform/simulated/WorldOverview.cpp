@@ -42,4 +42,17 @@ std::int32_t World::pressAddDesktop(std::string_view displayID) {
     return code::success;
 }
 
+void World::removeDesktop(std::string_view displayID, std::int64_t index) {
+    const auto shrunk =
+        std::ranges::find(displays_, displayID, [](const Display& one) { return one.scene.id; });
+    if (shrunk == displays_.end() || shrunk->desktops.size() < 2) return;
+    const auto removed = shrunk->desktops.begin() + index;
+    const SpaceID gone = *removed, refuge = index > 0 ? *(removed - 1) : *(removed + 1);
+    for (Window& window : windows_) {
+        if (window.space == gone) window.space = refuge;
+    }
+    shrunk->desktops.erase(removed);
+    if (shrunk->scene.shownDesktop >= index && shrunk->scene.shownDesktop > 0) --shrunk->scene.shownDesktop;
+}
+
 }  // namespace quillo::simulated
