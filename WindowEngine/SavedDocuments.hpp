@@ -1,0 +1,35 @@
+// The documents of a saved application, and which of them its windows show now. Pure.
+#pragma once
+#include <optional>
+#include <set>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "WindowEngine/Workspace.hpp"
+
+namespace quillo {
+
+struct SavedDocument {
+    Url url;                           // a file: address
+    std::optional<std::string> title;  // of the window or native tab that showed it
+};
+
+namespace SavedDocuments {
+
+/// Files of the windows and their tabs, each once, in saved order, less `elsewhere`: locations, standardized,
+/// that an integration brings back.
+std::vector<SavedDocument> of(const ApplicationSnapshot& application, const std::set<std::string>& elsewhere);
+
+/// Locations of a context, standardized.
+std::set<std::string> locations(const AppContext& context);
+
+/// Whether a window shows it: under its address, or, where a window names no document, under its title.
+bool isShown(const SavedDocument& document, std::span<const LiveWindowInfo> live);
+
+/// Those that no window shows.
+std::vector<SavedDocument> missing(std::vector<SavedDocument> documents,
+                                   std::span<const LiveWindowInfo> live);
+
+}  // namespace SavedDocuments
+}  // namespace quillo
