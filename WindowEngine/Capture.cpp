@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "WindowEngine/CaptureContext.hpp"
+#include "WindowEngine/CaptureFilter.hpp"
 #include "WindowEngine/DesktopSpaces.hpp"
 #include "WindowEngine/Displays.hpp"
 #include "WindowEngine/FullscreenCaptureMerge.hpp"
@@ -124,8 +126,7 @@ ApplicationSnapshot applicationSnapshot(const Reading& reading, std::size_t inde
     result.name = application.localizedName.value_or(result.bundleIdentifier);
     result.applicationURL = application.bundleURL;
     result.windows = windowSnapshots(reading, index);
-    // Context adapters stand here.
-    return NativeTabs::collapse(std::move(result));
+    return result;
 }
 
 void sortByName(std::vector<ApplicationSnapshot>& applications) {
@@ -160,9 +161,15 @@ Task<WorkspaceSnapshot> snapshot(DesktopAccess& desktop, Options options) {
     result.desktops.emplace();
     for (const NativeDesktop& native : reading.desktops)
         result.desktops->push_back(DesktopSpaces::snapshot(native));
-    if (!reading.notes.empty()) result.notes = reading.notes;
-    for (std::size_t i = 0; i < reading.applications.size(); ++i)
-        result.applications.push_back(applicationSnapshot(reading, i));
+    std::vector<std::string> notes = reading.notes;
+    for (std::size_t i = 0; i < reading.applications.size(); ++i) {
+        ApplicationSnapshot application = applicationSnapshot(reading, i);
+        co_await captureContext(desktop, options, reading.windows[i].windows, application, notes);
+        application.windows =
+            CaptureFilter::removingWebDocuments(options.excludedDomains, std::move(application.windows));
+        result.applications.push_back(NativeTabs::collapse(std::move(application)));
+    }
+    if (!notes.empty()) result.notes = std::move(notes);
     sortByName(result.applications);
     Log::captured(desktop.platform.log, result.applications.size(),
                   static_cast<std::size_t>(result.windowCount()));

@@ -7,17 +7,18 @@
 
 namespace quillo::Capture {
 
-/// Excluded domains and enabled adapters join these together with the adapters: no option is taken and
-/// ignored.
 struct Options {
     std::set<std::string> excludedBundleIdentifiers;
+    std::set<std::string> excludedDomains;  // as people type them; their web addresses are left out
+    std::set<std::string> enabledAdapters;  // integrations that may be asked
     bool recoverHidden = false;  // look by remote tokens for windows that accessibility does not list
 };
 
 /// Password and security applications that are never looked at.
 const std::set<std::string>& alwaysExcluded();
 
-/// Never fails: what cannot be read is left out. Two captures may overlap.
+/// Never fails: what cannot be read is left out. Windows are read before the first suspension, integrations
+/// are asked one after the other after it. Two captures may overlap.
 Task<WorkspaceSnapshot> snapshot(DesktopAccess& desktop, Options options);
 
 }  // namespace quillo::Capture

@@ -15,6 +15,14 @@ void captured(SystemLog& log, std::size_t applications, std::size_t windows) {
               fmt::format("captured {} apps, {} windows", applications, windows));
 }
 
+void adapterCaptured(SystemLog& log, std::string_view adapter, std::int64_t urls) {
+    log.write(captureCategory, LogLevel::info, fmt::format("adapter {} captured {} urls", adapter, urls));
+}
+
+void adapterFailed(SystemLog& log, std::string_view adapter, std::string_view failure) {
+    log.write(captureCategory, LogLevel::error, fmt::format("adapter {} failed: {}", adapter, failure));
+}
+
 void ready(SystemLog& log, std::string_view bundleIdentifier, double seconds) {
     log.write(restoreCategory, LogLevel::info, fmt::format("{} ready at {:.6f}s", bundleIdentifier, seconds));
 }

@@ -2,6 +2,7 @@
 // identifiers of applications and integrations; never a title, a path or an address.
 #pragma once
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 #include "WindowEngine/services/SystemLog.hpp"
@@ -9,6 +10,8 @@
 namespace quillo::Log {
 
 void captured(SystemLog& log, std::size_t applications, std::size_t windows);
+void adapterCaptured(SystemLog& log, std::string_view adapter, std::int64_t urls);
+void adapterFailed(SystemLog& log, std::string_view adapter, std::string_view failure);
 void ready(SystemLog& log, std::string_view bundleIdentifier, double seconds);
 void requestedWindow(SystemLog& log, std::string_view bundleIdentifier);
 /// `failure` is a text of DesktopPreparation::failures.

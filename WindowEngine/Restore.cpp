@@ -5,21 +5,17 @@
 #include <utility>
 #include <vector>
 
+#include "WindowEngine/CleanSlate.hpp"
+#include "WindowEngine/ContextRestore.hpp"
 #include "WindowEngine/DesktopCreation.hpp"
 #include "WindowEngine/Displays.hpp"
+#include "WindowEngine/DocumentRestore.hpp"
 #include "WindowEngine/Log.hpp"
-#include "WindowEngine/SafariPrivacy.hpp"
 #include "WindowEngine/WindowPlacement.hpp"
 #include "WindowEngine/WindowPresence.hpp"
 
 namespace quillo::Restore {
 namespace {
-
-using namespace std::chrono_literals;
-
-Duration toDuration(double seconds) {
-    return std::chrono::duration_cast<Duration>(std::chrono::duration<double>(seconds));
-}
 
 /// What all tasks of one run share; it outlives them, since the run joins them before it ends.
 struct Run {
@@ -38,69 +34,98 @@ struct Run {
 
 /// The saved location is used only when what stands there is that application; a workspace file may come
 /// from somebody else.
-std::optional<Url> locationOf(Run& run, const ApplicationSnapshot& application) {
-    Applications& applications = run.desktop.platform.applications;
+std::optional<Url> locationOf(Applications& applications, const ApplicationSnapshot& application) {
     if (application.applicationURL &&
         applications.identifierAt(*application.applicationURL) == application.bundleIdentifier)
         return application.applicationURL;
     return applications.location(application.bundleIdentifier);
 }
 
-Task<bool> launch(Run& run, const ApplicationSnapshot& application) {
-    const std::optional<Url> location = locationOf(run, application);
+DocumentPlan documentsOf(const ApplicationRestore& restore, std::span<const LiveWindowInfo> live) {
+    return planDocuments(restore.desktop.platform, restore.application, restore.options.enabledAdapters,
+                         live);
+}
+
+/// False when there is no application to go on with.
+Task<bool> launch(ApplicationRestore& restore) {
+    Applications& applications = restore.desktop.platform.applications;
+    const std::optional<Url> location = locationOf(applications, restore.application);
     if (!location) {
-        run.sink.add(application, RestoreReport::skipped{"not installed"});
+        restore.add(RestoreReport::skipped{"not installed"});
         co_return false;
     }
-    const auto launched = co_await run.desktop.platform.applications.launch(*location, {});
+    DocumentPlan documents;
+    if (applications.documentsTravelWithLaunch()) documents = documentsOf(restore, {});
+    std::vector<Url> urls;
+    for (const SavedDocument& document : documents.open) urls.push_back(document.url);
+    const auto launched = co_await applications.launch(*location, std::move(urls));
     if (!launched) {
-        run.sink.add(application, RestoreReport::failed{"couldn't launch: " + launched.error().text});
+        restore.add(RestoreReport::failed{"couldn't launch: " + launched.error().text});
         co_return false;
     }
-    run.sink.add(application, RestoreReport::launched{});
+    restore.launched = true;
+    restore.add(RestoreReport::launched{});
+    reportRefused(restore, documents);
+    restore.sent = std::move(documents.open);
     co_return true;
 }
 
 /// Also of one that hangs: the window server knows its windows.
-bool hasWindows(Run& run, const RunningApplication& application) {
-    return !Accessibility::windows(run.desktop, application.pid, false).empty() ||
-           !Accessibility::hiddenWindows(run.desktop, application.pid, {}).empty();
+bool hasWindows(DesktopAccess& desktop, const RunningApplication& application) {
+    return !Accessibility::windows(desktop, application.pid, false).empty() ||
+           !Accessibility::hiddenWindows(desktop, application.pid, {}).empty();
 }
 
-Task<void> requestWindow(Run& run, const ApplicationSnapshot& application) {
-    Log::requestedWindow(run.desktop.platform.log, application.bundleIdentifier);
-    const auto requested =
-        co_await run.desktop.platform.applications.requestWindow(application.bundleIdentifier);
-    if (!requested)
-        run.sink.add(application,
-                     RestoreReport::failed{"couldn't reopen a window: " + requested.error().text});
+Task<void> requestWindow(const ApplicationRestore& restore) {
+    const std::string& identifier = restore.application.bundleIdentifier;
+    Log::requestedWindow(restore.desktop.platform.log, identifier);
+    const auto requested = co_await restore.desktop.platform.applications.requestWindow(identifier);
+    if (!requested) restore.add(RestoreReport::failed{"couldn't reopen a window: " + requested.error().text});
 }
 
 /// Launches the application or takes the running one; false when there is none to go on with.
-Task<bool> start(Run& run, const ApplicationSnapshot& application) {
-    const auto running = run.desktop.platform.applications.running(application.bundleIdentifier);
-    if (!running) co_return co_await launch(run, application);
-    if (!hasWindows(run, *running)) co_await requestWindow(run, application);
+Task<bool> start(ApplicationRestore& restore) {
+    const auto running = restore.desktop.platform.applications.running(restore.application.bundleIdentifier);
+    if (!running) co_return co_await launch(restore);
+    if (needsWindow(restore.desktop.platform, restore.application, restore.options.enabledAdapters) &&
+        !hasWindows(restore.desktop, *running))
+        co_await requestWindow(restore);
     co_return true;
 }
 
-std::vector<LiveWindow> liveWindows(Run& run, const ApplicationSnapshot& application) {
-    const auto running = run.desktop.platform.applications.running(application.bundleIdentifier);
-    if (!running) return {};
-    auto windows = Accessibility::windows(run.desktop, running->pid, true);
-    // A private window is neither moved nor reported.
-    SafariPrivacy::removeUnverified(run.desktop, application.bundleIdentifier, running->pid, windows);
-    return windows;
+/// Documents that the launch took along.
+Task<void> awaitSent(const ApplicationRestore& restore) {
+    if (restore.sent.empty()) co_return;
+    restore.add(RestoreReport::opened{static_cast<std::int64_t>(restore.sent.size())});
+    co_await awaitDocuments(restore, restore.sent, 0);
+}
+
+Task<void> reopenDocuments(const ApplicationRestore& restore) {
+    if (restore.launched && restore.desktop.platform.applications.documentsTravelWithLaunch()) {
+        co_await awaitSent(restore);
+        co_return;
+    }
+    DocumentPlan documents =
+        documentsOf(restore, infosOf(liveWindows(restore.desktop, restore.application, true)));
+    reportRefused(restore, documents);
+    co_await openDocuments(restore, std::move(documents.open));
 }
 
 Task<void> restoreApplication(Run& run, const ApplicationSnapshot& application) {
-    if (!co_await start(run, application)) co_return;
+    ApplicationRestore restore{.desktop = run.desktop,
+                               .application = application,
+                               .options = run.options,
+                               .sink = run.sink,
+                               .presence = run.presence,
+                               .deadline = run.now() + toDuration(run.options.launchTimeout)};
+    if (!co_await start(restore)) co_return;
     Log::ready(run.desktop.platform.log, application.bundleIdentifier, run.secondsSinceStart());
-    // Context and documents are reopened here.
+    co_await restoreContext(restore);
+    co_await reopenDocuments(restore);
     if (application.windows.empty()) co_return;  // nothing to wait for
     co_await run.presence.wait(application.bundleIdentifier,
                                {toDuration(run.options.launchTimeout), toDuration(run.options.settleDelay)});
-    co_await placeWindows(run.desktop, application, liveWindows(run, application),
+    co_await placeWindows(run.desktop, application, liveWindows(run.desktop, application, true),
                           {run.workspace.snapshot.displays, run.displays, run.desktops.targets}, run.sink);
 }
 
@@ -147,7 +172,8 @@ Task<void> restoreWorkspace(Run& run) {
     }
     run.displays = Displays::current(run.desktop.platform.screens);
     co_await prepareDesktops(run);
-    // The clean slate is made here, before any application is launched.
+    co_await cleanSlate(run.desktop, run.workspace, run.options.cleanSlate.value_or(CleanSlateMode::keep),
+                        run.sink);
     co_await restoreApplications(run);
 }
 

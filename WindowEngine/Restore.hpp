@@ -1,17 +1,20 @@
 // Brings a saved workspace back onto the screen.
 #pragma once
 #include <functional>
+#include <optional>
+#include <set>
+#include <string>
 
 #include "WindowEngine/Accessibility.hpp"
 #include "WindowEngine/RestoreReport.hpp"
 
 namespace quillo::Restore {
 
-/// The clean slate and the enabled adapters join these together with what carries them out: no option is
-/// taken and ignored.
 struct Options {
-    double launchTimeout = 15.0;  // seconds to wait for an application's windows
-    double settleDelay = 1.0;     // seconds without a new window after which an application is complete
+    double launchTimeout = 15.0;                              // seconds to wait for an application's windows
+    std::optional<CleanSlateMode> cleanSlate = std::nullopt;  // absent: other applications are kept
+    double settleDelay = 1.0;  // seconds without a new window after which an application is complete
+    std::set<std::string> enabledAdapters = {};  // integrations whose context is restored
 };
 
 /// Called on the executor's thread for each item as it is made, in report order.

@@ -58,6 +58,9 @@ class Applications {
     /// blocking) until the system accepts or refuses it, not for its windows. `documents` travel with the
     /// launch. The error's text is the system's reason without path or title.
     virtual Task<Result<void>> launch(Url location, std::vector<Url> documents) = 0;
+    /// Whether documents handed to launch() spare an application the empty window that it would open without
+    /// any, so that they should not be opened after it.
+    virtual bool documentsTravelWithLaunch() { return false; }
     /// Opens documents with a running application.
     virtual Task<Result<void>> open(std::string bundleIdentifier, std::vector<Url> documents) = 0;
     /// Whether `document` may be handed to launch() or open(): a file or a folder that exists, and that

@@ -26,6 +26,7 @@ class ForwardingApplications : public Applications {
     Task<Result<void>> launch(Url location, std::vector<Url> documents) override {
         return target_.launch(std::move(location), std::move(documents));
     }
+    bool documentsTravelWithLaunch() override { return target_.documentsTravelWithLaunch(); }
     Task<Result<void>> open(std::string bundleIdentifier, std::vector<Url> documents) override {
         return target_.open(std::move(bundleIdentifier), std::move(documents));
     }

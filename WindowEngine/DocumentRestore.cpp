@@ -1,0 +1,84 @@
+#include "WindowEngine/DocumentRestore.hpp"
+
+#include <algorithm>
+#include <utility>
+
+#include "WindowEngine/ContextRestore.hpp"
+
+namespace quillo::Restore {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr Duration windowPatience = 5s;
+constexpr Duration windowInterval = 150ms;
+
+/// A document's item carries its window's title, but does not stand for the window, which has one of its own.
+void addAbout(const ApplicationRestore& restore, const SavedDocument& document,
+              RestoreReport::Status status) {
+    restore.sink.add({.app = restore.application.name,
+                      .bundleIdentifier = restore.application.bundleIdentifier,
+                      .title = document.title,
+                      .status = std::move(status)});
+}
+
+bool namesDocuments(std::span<const LiveWindowInfo> live) {
+    return std::ranges::any_of(live,
+                               [](const LiveWindowInfo& window) { return window.documentURL.has_value(); });
+}
+
+}  // namespace
+
+DocumentPlan planDocuments(const Platform& platform, const ApplicationSnapshot& application,
+                           const std::set<std::string>& enabledAdapters,
+                           std::span<const LiveWindowInfo> live) {
+    std::set<std::string> elsewhere;
+    if (contextAdapter(platform, application, enabledAdapters))
+        elsewhere = SavedDocuments::locations(*application.context);
+    DocumentPlan plan;
+    for (SavedDocument& document :
+         SavedDocuments::missing(SavedDocuments::of(application, elsewhere), live)) {
+        const bool safe = platform.applications.opensSafely(document.url);
+        (safe ? plan.open : plan.refused).push_back(std::move(document));
+    }
+    return plan;
+}
+
+void reportRefused(const ApplicationRestore& restore, const DocumentPlan& plan) {
+    for (const SavedDocument& document : plan.refused)
+        addAbout(restore, document, RestoreReport::failed{"document could not be opened"});
+}
+
+Task<void> openDocuments(const ApplicationRestore& restore, std::vector<SavedDocument> documents) {
+    const std::size_t windowsBefore = liveWindows(restore.desktop, restore.application, false).size();
+    std::vector<SavedDocument> accepted;
+    for (SavedDocument& document : documents) {
+        const auto opened = co_await restore.desktop.platform.applications.open(
+            restore.application.bundleIdentifier, {document.url});
+        if (opened) {
+            accepted.push_back(std::move(document));
+        } else {
+            addAbout(restore, document, RestoreReport::failed{"document could not be opened"});
+        }
+    }
+    if (accepted.empty()) co_return;
+    restore.add(RestoreReport::opened{static_cast<std::int64_t>(accepted.size())});
+    co_await awaitDocuments(restore, std::move(accepted), windowsBefore);
+}
+
+Task<void> awaitDocuments(const ApplicationRestore& restore, std::vector<SavedDocument> documents,
+                          std::size_t windowsBefore) {
+    const std::size_t wanted = windowsBefore + documents.size();
+    const TimePoint deadline = std::min(restore.deadline, restore.now() + windowPatience);
+    for (;;) {
+        const auto live = infosOf(liveWindows(restore.desktop, restore.application, false));
+        documents = SavedDocuments::missing(std::move(documents), live);
+        if (documents.empty() || (!namesDocuments(live) && live.size() >= wanted)) co_return;
+        if (restore.now() >= deadline) break;
+        co_await sleepFor(windowInterval);
+    }
+    for (const SavedDocument& document : documents)
+        addAbout(restore, document, RestoreReport::failed{"document did not appear before timeout"});
+}
+
+}  // namespace quillo::Restore
