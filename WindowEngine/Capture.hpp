@@ -8,9 +8,9 @@
 namespace quillo::Capture {
 
 struct Options {
-    std::set<std::string> excludedBundleIdentifiers;
-    std::set<std::string> excludedDomains;  // as people type them; their web addresses are left out
-    std::set<std::string> enabledAdapters;  // integrations that may be asked
+    std::set<std::string> excludedBundleIdentifiers = {};
+    std::set<std::string> excludedDomains = {};  // as people type them; their web addresses are left out
+    std::set<std::string> enabledAdapters = {};  // integrations that may be asked
     bool recoverHidden = false;  // look by remote tokens for windows that accessibility does not list
 };
 

@@ -131,7 +131,8 @@ TEST(Restore, WaitsForWindowsUntilNoMoreOpen) {
         for (const double after : c.opensAfter)
             snapshot.applications[0].windows.push_back(savedWindow(desktop, home, std::to_string(after)));
         if (c.hangs) desktop.world().add(fault(FaultKind::applicationHangs, "org.a", 0.75, 2));
-        const RestoreReport report = desktop.restore(snapshot, {c.launchTimeout, c.settleDelay});
+        const RestoreReport report =
+            desktop.restore(snapshot, {.launchTimeout = c.launchTimeout, .settleDelay = c.settleDelay});
         EXPECT_EQ(report.totals().restored, static_cast<std::int64_t>(c.restored));
         const double placing = 0.16 * static_cast<double>(c.restored);
         EXPECT_NEAR(report.duration, c.seconds + placing, 0.3);
