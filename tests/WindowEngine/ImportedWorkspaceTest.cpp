@@ -52,14 +52,17 @@ TEST(ImportedWorkspace, ContextKeepsOnlyWhatItsIntegrationOpens) {
 
 TEST(ImportedWorkspace, ReadsAFileAsAnIndependentCopy) {
     Workspace source = samples::example();
-    source.snapshot.applications[0].context->windows[0].urls.push_back(url("file:///secret"));
+    AppContext& context = *source.snapshot.applications[0].context;
+    context.adapter = "safari";
+    const WorkspaceSnapshot clean = source.snapshot;
+    context.windows[0].urls.push_back(url("file:///secret"));
     const Instant now{std::chrono::seconds{77}};
     const auto imported =
         ImportedWorkspace::read(WorkspaceCoding::encode(source).value(), library({"work"}), now);
     EXPECT_EQ(imported->droppedAddresses, 1);
     EXPECT_NE(imported->workspace.id, source.id);
-    EXPECT_EQ(imported->workspace, Workspace::create(imported->workspace.id, "Work 2", source.icon, "teal",
-                                                     samples::example().snapshot, now));
+    EXPECT_EQ(imported->workspace,
+              Workspace::create(imported->workspace.id, "Work 2", source.icon, "teal", clean, now));
     EXPECT_EQ(ImportedWorkspace::read("{}", {}, now).error().text, "color: missing");
 }
 

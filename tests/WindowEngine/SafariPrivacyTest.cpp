@@ -122,13 +122,5 @@ TEST_F(Safari, PrivateWindowsAreNeitherMovedNorReported) {
     EXPECT_EQ(desktop.world().window("com.apple.Safari", "private")->state.frame, before);
 }
 
-TEST(WindowlessApplication, IsAskedForAWindowWhateverWasSavedOfIt) {
-    samples::Desktop desktop(samples::scene({samples::sceneApplication("org.editor")}));
-    WorkspaceSnapshot snapshot;
-    snapshot.applications = {{"org.editor", "Editor", {}, {}, {}}};
-    EXPECT_TRUE(desktop.restore(snapshot).items.empty());
-    EXPECT_FALSE(desktop.world().windowsOf("org.editor").empty());
-}
-
 }  // namespace
 }  // namespace quillo
