@@ -7,7 +7,7 @@
 
 namespace quillo::simulated {
 
-/// Names an application (number 0), a window of it, or a part of the Dock's overview.
+/// Names an application (number 0), a window of it, a part of a window, or a part of the Dock's overview.
 class Handle final : public ElementHandle {
   public:
     Handle(ProcessID owner, WindowNumber window, std::string named = {}, std::string on = {})
@@ -20,7 +20,7 @@ class Handle final : public ElementHandle {
 
     ProcessID pid;
     WindowNumber number;
-    std::string part;       // its AXIdentifier; empty for the Dock itself
+    std::string part;       // empty for the window or the Dock itself
     std::string displayID;  // of the display that the part belongs to
 };
 

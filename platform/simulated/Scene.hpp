@@ -33,10 +33,15 @@ struct SceneWindow {
     bool listed = true;        // false: accessibility never lists it, as some full-screen windows
     Size minimumSize;
     std::optional<Size> maximumSize;
-    Size cell{1, 1};         // sizes are rounded down to multiples, as terminals do
-    double opensAfter = 0;   // seconds after the launch of its application
-    double closesAfter = 0;  // seconds after it opened, as a splash window does; 0: it stays
-    std::string tabGroup;    // windows of one application and group are native tabs of one window
+    Size cell{1, 1};                  // sizes are rounded down to multiples, as terminals do
+    double opensAfter = 0;            // seconds after the launch of its application
+    double closesAfter = 0;           // seconds after it opened, as a splash window does; 0: it stays
+    std::string tabGroup{};           // windows of one application and group are native tabs of one window
+    bool unsaved = false;             // its application does not quit without asking
+    std::vector<std::string> tabs{};  // addresses, the tab in front first; of a Finder window its folder
+    bool privateBrowsing = false;     // also one that is locked
+    bool toolbar = true;
+    std::int64_t addressFieldDepth = 3;  // levels below the toolbar
 };
 
 struct SceneApplication {
@@ -49,6 +54,8 @@ struct SceneApplication {
     double launchSeconds = 0.5;        // from the launch to the running process
     std::vector<SceneWindow> windows;  // there now when it runs; otherwise opened at launch
     std::vector<SceneWindow> reopens;  // opened at a later launch; the windows themselves unless given
+    double documentSeconds = 0.3;      // from a document that it is to open to its window
+    std::string language = "en";
 };
 
 enum class FaultKind {
@@ -81,6 +88,13 @@ enum class FaultKind {
     hideRefused,
     displayUnplugged,  // `value` names the display
     permissionRevoked,
+    documentRefused,
+    documentIgnored,        // accepted, and no window appears
+    documentLate,           // `seconds` more until its window appears
+    automationRefused,      // the person has not allowed it
+    automationSlow,         // `seconds` more until a script is answered
+    newWindowUnidentified,  // the browser makes the window and does not say which it is
+    turnsPrivate,           // the window, at its time
 };
 
 /// Something that goes wrong. It begins `after` seconds of virtual time and applies to the application and
@@ -93,6 +107,7 @@ struct Fault {
     double after = 0;
     double seconds = 0;
     bool onWrite = false;  // windowVanishes, applicationCrashes, applicationHangs: at the first write instead
+    bool onScript = false;  // turnsPrivate: once, while a script to its application runs
 
     bool operator==(const Fault&) const = default;
 };
@@ -102,6 +117,7 @@ struct Scene {
     std::vector<SceneDisplay> displays;
     std::vector<SceneApplication> applications;
     std::vector<Fault> faults;
+    std::vector<std::string> missingFolders{};  // paths; every other folder exists
 };
 
 /// `name` is the file's name, for errors: "scene.json: applications[0].windows[1].frame: expected ...".

@@ -19,7 +19,7 @@ inline constexpr std::array<std::pair<std::string_view, ActivationPolicy>, 3> po
     {"prohibited", ActivationPolicy::prohibited},
 }};
 
-inline constexpr std::array<std::pair<std::string_view, FaultKind>, 29> faultNames{{
+inline constexpr std::array<std::pair<std::string_view, FaultKind>, 36> faultNames{{
     {"launchRefused", FaultKind::launchRefused},
     {"slowLaunch", FaultKind::slowLaunch},
     {"lateWindows", FaultKind::lateWindows},
@@ -49,6 +49,13 @@ inline constexpr std::array<std::pair<std::string_view, FaultKind>, 29> faultNam
     {"hideRefused", FaultKind::hideRefused},
     {"displayUnplugged", FaultKind::displayUnplugged},
     {"permissionRevoked", FaultKind::permissionRevoked},
+    {"documentRefused", FaultKind::documentRefused},
+    {"documentIgnored", FaultKind::documentIgnored},
+    {"documentLate", FaultKind::documentLate},
+    {"automationRefused", FaultKind::automationRefused},
+    {"automationSlow", FaultKind::automationSlow},
+    {"newWindowUnidentified", FaultKind::newWindowUnidentified},
+    {"turnsPrivate", FaultKind::turnsPrivate},
 }};
 
 template <class T>

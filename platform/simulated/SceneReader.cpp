@@ -152,10 +152,17 @@ void readDisplay(Reader& reader, Json json, const std::string& path, SceneDispla
         reader.refuse(Reader::member(path, "shownDesktop"), "there is no such desktop");
 }
 
+void readText(Reader& reader, Json json, const std::string& path, std::string& value) {
+    std::string_view text;
+    if (json.get_string().get(text)) return reader.refuse(path, "expected text");
+    value = text;
+}
+
 void readWindow(Reader& reader, Json json, const std::string& path, SceneWindow& window) {
-    static constexpr std::array<std::string_view, 15> known{
-        "title",  "subrole",     "document",    "frame", "minimized",  "fullscreen",  "display", "desktop",
-        "listed", "minimumSize", "maximumSize", "cell",  "opensAfter", "closesAfter", "tabGroup"};
+    static constexpr std::array<std::string_view, 20> known{
+        "title",    "subrole", "document",    "frame",       "minimized", "fullscreen",       "display",
+        "desktop",  "listed",  "minimumSize", "maximumSize", "cell",      "opensAfter",       "closesAfter",
+        "tabGroup", "unsaved", "tabs",        "private",     "toolbar",   "addressFieldDepth"};
     if (!reader.object(json, path, known)) return;
     reader.field(json, path, "title", window.title);
     reader.field(json, path, "subrole", window.subrole);
@@ -172,14 +179,21 @@ void readWindow(Reader& reader, Json json, const std::string& path, SceneWindow&
     reader.field(json, path, "opensAfter", window.opensAfter);
     reader.field(json, path, "closesAfter", window.closesAfter);
     reader.field(json, path, "tabGroup", window.tabGroup);
+    reader.field(json, path, "unsaved", window.unsaved);
+    reader.list(json, path, "tabs", window.tabs, readText);
+    reader.field(json, path, "private", window.privateBrowsing);
+    reader.field(json, path, "toolbar", window.toolbar);
+    reader.field(json, path, "addressFieldDepth", window.addressFieldDepth);
     if (!(window.cell.width >= 1 && window.cell.height >= 1))
         reader.refuse(Reader::member(path, "cell"), "expected sizes of 1 or more");
+    if (window.addressFieldDepth < 1)
+        reader.refuse(Reader::member(path, "addressFieldDepth"), "expected 1 or more");
 }
 
 void readApplication(Reader& reader, Json json, const std::string& path, SceneApplication& application) {
-    static constexpr std::array<std::string_view, 9> known{"identifier",    "name",    "policy",
-                                                           "installed",     "running", "hidden",
-                                                           "launchSeconds", "windows", "reopens"};
+    static constexpr std::array<std::string_view, 11> known{
+        "identifier",    "name",    "policy",  "installed",       "running", "hidden",
+        "launchSeconds", "windows", "reopens", "documentSeconds", "language"};
     if (!reader.object(json, path, known)) return;
     reader.field(json, path, "identifier", application.identifier);
     application.name = application.identifier;
@@ -191,12 +205,14 @@ void readApplication(Reader& reader, Json json, const std::string& path, SceneAp
     reader.field(json, path, "launchSeconds", application.launchSeconds);
     reader.list(json, path, "windows", application.windows, readWindow);
     reader.list(json, path, "reopens", application.reopens, readWindow);
+    reader.field(json, path, "documentSeconds", application.documentSeconds);
+    reader.field(json, path, "language", application.language);
     if (application.identifier.empty()) reader.refuse(Reader::member(path, "identifier"), "missing");
 }
 
 void readFault(Reader& reader, Json json, const std::string& path, Fault& fault) {
-    static constexpr std::array<std::string_view, 7> known{"kind",  "application", "title",  "value",
-                                                           "after", "seconds",     "onWrite"};
+    static constexpr std::array<std::string_view, 8> known{"kind",  "application", "title",   "value",
+                                                           "after", "seconds",     "onWrite", "onScript"};
     if (!reader.object(json, path, known)) return;
     Json kind;
     if (json.at_key("kind").get(kind)) return reader.refuse(Reader::member(path, "kind"), "missing");
@@ -207,6 +223,7 @@ void readFault(Reader& reader, Json json, const std::string& path, Fault& fault)
     reader.field(json, path, "after", fault.after);
     reader.field(json, path, "seconds", fault.seconds);
     reader.field(json, path, "onWrite", fault.onWrite);
+    reader.field(json, path, "onScript", fault.onScript);
 }
 
 /// Names that others refer to must say which one they mean.
@@ -230,7 +247,8 @@ void check(Reader& reader, const Scene& scene) {
 }  // namespace
 
 Result<Scene> readScene(std::string_view json, std::string_view name) {
-    static constexpr std::array<std::string_view, 4> known{"trusted", "displays", "applications", "faults"};
+    static constexpr std::array<std::string_view, 5> known{"trusted", "displays", "applications", "faults",
+                                                           "missingFolders"};
     simdjson::dom::parser parser;
     Json root;
     if (const auto damage = parser.parse(simdjson::padded_string(json)).get(root))
@@ -242,6 +260,7 @@ Result<Scene> readScene(std::string_view json, std::string_view name) {
         reader.list(root, "", "displays", scene.displays, readDisplay);
         reader.list(root, "", "applications", scene.applications, readApplication);
         reader.list(root, "", "faults", scene.faults, readFault);
+        reader.list(root, "", "missingFolders", scene.missingFolders, readText);
         check(reader, scene);
     }
     if (reader.trouble()) return std::unexpected(*reader.trouble());

@@ -37,6 +37,14 @@ void writeNumber(JsonWriter& writer, std::string_view key, double value, double 
     writer.number(value);
 }
 
+void writeTexts(JsonWriter& writer, std::string_view key, const std::vector<std::string>& texts) {
+    if (texts.empty()) return;
+    writer.key(key);
+    writer.beginArray();
+    for (const std::string& text : texts) writer.text(text);
+    writer.endArray();
+}
+
 void write(JsonWriter& writer, const SceneDisplay& display) {
     writer.beginObject();
     writeText(writer, "id", display.id);
@@ -66,6 +74,12 @@ void write(JsonWriter& writer, const SceneWindow& window) {
     writeNumber(writer, "opensAfter", window.opensAfter, 0);
     writeNumber(writer, "closesAfter", window.closesAfter, 0);
     writeText(writer, "tabGroup", window.tabGroup);
+    writeFlag(writer, "unsaved", window.unsaved, usual.unsaved);
+    writeTexts(writer, "tabs", window.tabs);
+    writeFlag(writer, "private", window.privateBrowsing, usual.privateBrowsing);
+    writeFlag(writer, "toolbar", window.toolbar, usual.toolbar);
+    writeNumber(writer, "addressFieldDepth", static_cast<double>(window.addressFieldDepth),
+                static_cast<double>(usual.addressFieldDepth));
     writer.endObject();
 }
 
@@ -92,6 +106,8 @@ void write(JsonWriter& writer, const SceneApplication& application) {
     writeNumber(writer, "launchSeconds", application.launchSeconds, SceneApplication{}.launchSeconds);
     writeList(writer, "windows", application.windows);
     writeList(writer, "reopens", application.reopens);
+    writeNumber(writer, "documentSeconds", application.documentSeconds, SceneApplication{}.documentSeconds);
+    if (application.language != "en") writeText(writer, "language", application.language);
     writer.endObject();
 }
 
@@ -104,6 +120,7 @@ void write(JsonWriter& writer, const Fault& fault) {
     writeNumber(writer, "after", fault.after, 0);
     writeNumber(writer, "seconds", fault.seconds, 0);
     writeFlag(writer, "onWrite", fault.onWrite, false);
+    writeFlag(writer, "onScript", fault.onScript, false);
     writer.endObject();
 }
 
@@ -116,6 +133,7 @@ std::string writeScene(const Scene& scene) {
     writeList(writer, "displays", scene.displays);
     writeList(writer, "applications", scene.applications);
     writeList(writer, "faults", scene.faults);
+    writeTexts(writer, "missingFolders", scene.missingFolders);
     writer.endObject();
     return *std::move(writer).finish();  // every number of a scene came from a document and is finite
 }

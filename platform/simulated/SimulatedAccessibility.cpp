@@ -5,6 +5,8 @@
 
 #include "platform/simulated/Handle.hpp"
 #include "platform/simulated/SimulatedServices.hpp"
+#include "platform/simulated/SimulatedToolbar.hpp"
+#include "platform/simulated/WorldRules.hpp"
 
 namespace quillo::simulated {
 namespace {
@@ -93,7 +95,11 @@ Attribute Accessibility::readOne(const Element& element, std::string_view name) 
     }
     if (handleOf(element).number == 0) return readApplication(handleOf(element).pid, name);
     const Window* window = windowOf(element);
-    return window ? readWindow(*window, name) : missing(code::invalidElement);
+    if (!window) return missing(code::invalidElement);
+    const bool inside = name == ax::children && window->application == safari;
+    if (!inside && handleOf(element).part.empty()) return readWindow(*window, name);
+    const auto value = Toolbar::read(*ownerOf(element), *window, handleOf(element), name);
+    return value ? Attribute(*value) : missing(value.error());
 }
 
 Attribute Accessibility::readApplication(ProcessID pid, std::string_view name) {
@@ -114,7 +120,10 @@ Attribute Accessibility::readWindow(const Window& window, std::string_view name)
     if (name == ax::minimized) return state.minimized;
     if (name == ax::fullScreen) return world_.shownFullscreen(window);
     if (name == ax::title) return state.title.value_or("");
-    if (name == ax::document) return state.document ? Attribute(*state.document) : missing(code::noValue);
+    if (name == ax::document) {
+        const std::optional<std::string> document = World::documentOf(window);
+        return document ? Attribute(*document) : missing(code::noValue);
+    }
     return missing(code::attributeUnsupported);
 }
 
@@ -127,6 +136,7 @@ AccessibilityCode Accessibility::write(const Element& element, std::string_view 
     if (const std::int32_t trouble = obstacle(element); trouble != code::success) return {trouble};
     const Window* window = windowOf(element);
     if (!window) return {code::invalidElement};
+    if (!handleOf(element).part.empty()) return {code::attributeUnsupported};
     if (const bool* flag = std::get_if<bool>(&value)) {
         if (name == ax::minimized) return {world_.requestMinimized(window->number, *flag)};
         if (name == ax::fullScreen) return {world_.requestFullscreen(window->number, *flag)};
@@ -149,7 +159,8 @@ AccessibilityCode Accessibility::perform(const Element& element, std::string_vie
     if (const std::int32_t trouble = obstacle(element); trouble != code::success) return {trouble};
     if (handleOf(element).pid == Dock::pid) return {dock_.perform(element, action)};
     if (!windowOf(element)) return {code::invalidElement};
-    return {action == ax::raise ? code::success : code::actionUnsupported};
+    const bool raises = action == ax::raise && handleOf(element).part.empty();
+    return {raises ? code::success : code::actionUnsupported};
 }
 
 std::optional<WindowNumber> Accessibility::windowNumber(const Element& window) {

@@ -27,12 +27,6 @@ std::optional<RunningApplication> describedIfRunning(const Application* applicat
     return application && application->running ? std::optional(described(*application)) : std::nullopt;
 }
 
-Rect untitledFrame(const World& world) {
-    const Rect bounds =
-        world.displays().empty() ? Rect{0, 0, 800, 600} : world.displays().front().scene.visibleFrame;
-    return {bounds.x + 40, bounds.y + 40, bounds.width / 2, bounds.height / 2};
-}
-
 }  // namespace
 
 std::vector<RunningApplication> ApplicationList::running() {
@@ -68,7 +62,7 @@ std::optional<std::string> ApplicationList::identifierAt(const Url& location) {
     return std::nullopt;
 }
 
-Task<Result<void>> ApplicationList::launch(Url location, std::vector<Url>) {
+Task<Result<void>> ApplicationList::launch(Url location, std::vector<Url> documents) {
     co_await sleepFor(50ms);
     world_.advance();
     const std::optional<std::string> identifier = identifierAt(location);
@@ -81,11 +75,23 @@ Task<Result<void>> ApplicationList::launch(Url location, std::vector<Url>) {
         co_await sleepFor(50ms);
         world_.advance();
     }
+    Application& application = *world_.application(*identifier);
+    if (application.running) world_.openDocuments(application, documents);
     co_return Result<void>{};
 }
 
-Task<Result<void>> ApplicationList::open(std::string, std::vector<Url>) {
-    co_return fail(ErrorKind::unavailable, "the simulated applications do not open documents");
+Task<Result<void>> ApplicationList::open(std::string bundleIdentifier, std::vector<Url> documents) {
+    co_await sleepFor(50ms);
+    world_.advance();
+    Application* application = world_.application(bundleIdentifier);
+    if (!application || !application->running)
+        co_return fail(ErrorKind::notFound, "the application has ended");
+    world_.openDocuments(*application, documents);
+    for (const Url& document : documents) {
+        if (world_.fault(FaultKind::documentRefused, bundleIdentifier, World::documentTitle(document)))
+            co_return fail(ErrorKind::refused, "the system refused to open the document");
+    }
+    co_return Result<void>{};
 }
 
 bool ApplicationList::opensSafely(const Url& document) {
@@ -101,10 +107,7 @@ Task<Result<void>> ApplicationList::requestWindow(std::string bundleIdentifier) 
         co_return fail(ErrorKind::notFound, "the application has ended");
     if (world_.fault(FaultKind::requestWindowRefused, bundleIdentifier))
         co_return fail(ErrorKind::refused, "the application did not open a window");
-    SceneWindow window;
-    window.title = "Untitled";
-    window.frame = untitledFrame(world_);
-    world_.openWindow(*application, window);
+    world_.openInFront(*application, world_.newWindow(*application, "Untitled"));
     co_return Result<void>{};
 }
 
@@ -121,7 +124,7 @@ bool ApplicationList::terminate(std::string_view bundleIdentifier) {
     world_.advance();
     Application* application = world_.application(bundleIdentifier);
     if (!application || !application->running) return false;
-    if (!world_.fault(FaultKind::quitRefused, bundleIdentifier)) world_.end(*application);
+    world_.requestQuit(*application);
     return true;  // asking is always accepted; whether it ends is another matter
 }
 

@@ -4,19 +4,24 @@
 
 #include <utility>
 
+#include "platform/simulated/SimulatedScripts.hpp"
 #include "platform/simulated/SimulatedServices.hpp"
 
 namespace quillo {
 
 struct SimulatedDesktop::Services {
     Services(simulated::World& world, VirtualExecutor& executor)
-        : accessibility(world, executor), server(world), applications(world), screens(world) {}
+        : accessibility(world, executor),
+          server(world),
+          applications(world),
+          screens(world),
+          scripts(world, executor) {}
 
     simulated::Accessibility accessibility;
     simulated::Server server;
     simulated::ApplicationList applications;
     simulated::ScreenList screens;
-    simulated::NoScripts scripts;
+    simulated::Scripts scripts;
     simulated::MemoryLog log;
 };
 
@@ -70,14 +75,6 @@ std::vector<Screen> ScreenList::screens() {
         result.push_back(
             {display.scene.id, display.scene.frame, display.scene.visibleFrame, display.scene.scale});
     return result;
-}
-
-Capability NoScripts::scripting() {
-    return Capability::unavailable("The simulated applications do not answer scripts.");
-}
-
-Task<Result<ScriptOutcome>> NoScripts::execute(std::string, Duration) {
-    co_return fail(ErrorKind::unavailable, scripting().reason());
 }
 
 void MemoryLog::write(std::string_view category, LogLevel level, std::string_view message) {

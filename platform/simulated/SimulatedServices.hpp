@@ -100,12 +100,6 @@ class ScreenList final : public Screens {
     World& world_;
 };
 
-class NoScripts final : public ScriptInterpreter {
-  public:
-    Capability scripting() override;
-    Task<Result<ScriptOutcome>> execute(std::string script, Duration limit) override;
-};
-
 class MemoryLog final : public SystemLog {
   public:
     void write(std::string_view category, LogLevel level, std::string_view message) override;

@@ -7,7 +7,11 @@
 
 namespace quillo::simulated {
 World::World(VirtualExecutor& executor, Scene scene, std::uint64_t seed)
-    : executor_(executor), started_(executor.now()), trusted_(scene.trusted), random_(seed) {
+    : executor_(executor),
+      started_(executor.now()),
+      trusted_(scene.trusted),
+      random_(seed),
+      missingFolders_(std::move(scene.missingFolders)) {
     for (SceneDisplay& display : scene.displays) plug(std::move(display));
     for (SceneApplication& application : scene.applications)
         applications_.emplace_back().scene = std::move(application);
@@ -64,6 +68,7 @@ void World::run(Application& application) {
     application.starting = false;
     application.hidden = false;
     application.hangsSince.reset();
+    application.handedDocuments.clear();
     application.pid = nextPid_++;
     application.launchDate = executor_.wallNow();
 }
@@ -93,7 +98,8 @@ void World::openLaunchWindows(Application& application, const std::vector<SceneW
             continue;
         }
         at(executor_.now() + toDuration(window.opensAfter + late), [this, window, pid = application.pid] {
-            if (Application* still = this->application(pid)) openWindow(*still, window);
+            Application* still = this->application(pid);
+            if (still && !broughtAlready(*still, window)) openWindow(*still, window);
         });
     }
 }
@@ -116,6 +122,17 @@ bool World::hangs(const Application& application) const {
 
 Window& World::openWindow(Application& application, const SceneWindow& scene) {
     Window& window = windows_.emplace_back();
+    settle(window, application, scene);
+    return window;
+}
+
+Window& World::openInFront(Application& application, const SceneWindow& scene) {
+    Window& window = windows_.emplace_front();
+    settle(window, application, scene);
+    return window;
+}
+
+void World::settle(Window& window, const Application& application, const SceneWindow& scene) {
     window.number = nextNumber_++;
     window.application = application.scene.identifier;
     window.state = scene;
@@ -128,7 +145,6 @@ Window& World::openWindow(Application& application, const SceneWindow& scene) {
     if (scene.closesAfter > 0)
         at(executor_.now() + toDuration(scene.closesAfter),
            [this, number = window.number] { close(number); });
-    return window;
 }
 
 Window* World::window(WindowNumber number) {

@@ -7,12 +7,14 @@
 #include <map>
 #include <optional>
 #include <random>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "WindowEngine/services/WindowServer.hpp"
 #include "WindowEngine/support/Loops.hpp"
+#include "WindowEngine/support/Url.hpp"
 #include "platform/simulated/Scene.hpp"
 
 namespace quillo::simulated {
@@ -54,6 +56,7 @@ struct Application {
     ProcessID pid = 0;
     Instant launchDate{};
     std::optional<TimePoint> hangsSince;  // a hang that a write brought about
+    std::vector<Url> handedDocuments;     // since its launch
 };
 
 struct Display {
@@ -91,7 +94,28 @@ class World {
     /// Starts the process after its launch time; nothing when it runs or starts already.
     void start(Application& application);
     void end(Application& application);
+    /// Behind the windows that are there: scenes list them front to back.
     Window& openWindow(Application& application, const SceneWindow& window);
+    /// In front of all others, as one that a person or a script asks for.
+    Window& openInFront(Application& application, const SceneWindow& window);
+    /// A window as the application would make one now: on the desktop in front, a step away from its others.
+    SceneWindow newWindow(const Application& application, std::string title) const;
+
+    /// Each opens one window a moment later, unless a window shows it by then.
+    void openDocuments(Application& application, std::span<const Url> documents);
+    /// What a person reads above a window that shows it.
+    static std::string documentTitle(const Url& document);
+    /// The address of what the window shows: its document, or the folder of a Finder window.
+    static std::optional<std::string> documentOf(const Window& window);
+    /// Ends it, unless it refuses or must ask about an unsaved window first.
+    void requestQuit(Application& application);
+
+    bool folderExists(std::string_view path) const;
+    /// The title of a browser window that shows this address: that of the scene's window which does, or the
+    /// name of the site.
+    static std::string pageTitle(const Application& application, const std::string& address);
+    /// A script to the application has done its work: what waits for that happens.
+    void scriptRan(std::string_view application);
 
     const std::deque<Window>& windows() const { return windows_; }
     Window* window(WindowNumber number);
@@ -140,6 +164,11 @@ class World {
     void at(TimePoint time, std::function<void()> happen);
     TimePoint afterStart(double seconds) const;
     void schedule(const Fault& fault);
+    void eachConcerned(const Fault& fault, const std::function<void(Window&)>& act);
+    bool showsDocument(const Application& application, const Url& document) const;
+    /// Whether a document that was handed over has its window already, so that this one does not come.
+    bool broughtAlready(const Application& application, const SceneWindow& window) const;
+    void settle(Window& window, const Application& application, const SceneWindow& scene);
     void openLaunchWindows(Application& application, const std::vector<SceneWindow>& windows, double late);
     void run(Application& application);
     void finish(Window& window);
@@ -166,6 +195,7 @@ class World {
     std::vector<Application> applications_;
     std::deque<Window> windows_;  // addresses stay while windows open
     std::deque<Fault> faults_;
+    std::vector<std::string> missingFolders_;
     std::multimap<TimePoint, std::function<void()>> events_;
     std::optional<TimePoint> overviewShownAt_;  // empty while it is closed
     SpaceID nextSpace_ = 1;

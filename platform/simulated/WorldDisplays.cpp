@@ -98,8 +98,11 @@ std::vector<SceneWindow> World::sceneWindows(const Application& application) con
 }
 
 Scene World::scene() const {
-    Scene scene{
-        .trusted = trusted_, .displays = {}, .applications = {}, .faults = {faults_.begin(), faults_.end()}};
+    Scene scene{.trusted = trusted_,
+                .displays = {},
+                .applications = {},
+                .faults = {faults_.begin(), faults_.end()},
+                .missingFolders = missingFolders_};
     for (const Display& display : displays_) {
         scene.displays.push_back(display.scene);
         scene.displays.back().desktops = static_cast<std::int64_t>(display.desktops.size());

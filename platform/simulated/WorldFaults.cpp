@@ -35,28 +35,47 @@ bool World::suffer(Window& window) {
     return true;
 }
 
+void World::eachConcerned(const Fault& fault, const std::function<void(Window&)>& act) {
+    std::vector<WindowNumber> numbers;
+    for (const Window& window : windows_) {
+        if (concerns(fault.application, window.application) &&
+            concerns(fault.title, window.state.title.value_or("")))
+            numbers.push_back(window.number);
+    }
+    for (const WindowNumber number : numbers) act(*window(number));
+}
+
+void World::scriptRan(std::string_view application) {
+    const auto spent = std::ranges::find_if(faults_, [&](const Fault& fault) {
+        return fault.kind == FaultKind::turnsPrivate && fault.onScript &&
+               executor_.now() >= afterStart(fault.after) && concerns(fault.application, application);
+    });
+    if (spent == faults_.end()) return;
+    eachConcerned(*spent, [&](Window& window) {
+        if (window.application == application) window.state.privateBrowsing = true;
+    });
+    faults_.erase(spent);
+}
+
 void World::add(Fault fault) {
     schedule(fault);
     faults_.push_back(std::move(fault));
 }
 
 void World::schedule(const Fault& fault) {
-    if (fault.onWrite) return;
-    const auto eachWindow = [this, fault](auto act) {
-        std::vector<WindowNumber> numbers;
-        for (const Window& window : windows_) {
-            if (concerns(fault.application, window.application) &&
-                concerns(fault.title, window.state.title.value_or("")))
-                numbers.push_back(window.number);
-        }
-        for (const WindowNumber number : numbers) act(*window(number));
-    };
+    if (fault.onWrite || fault.onScript) return;
     const TimePoint time = afterStart(fault.after);
     if (fault.kind == FaultKind::titleChanges) {
-        at(time,
-           [eachWindow, fault] { eachWindow([&](Window& window) { window.state.title = fault.value; }); });
+        at(time, [this, fault] {
+            eachConcerned(fault, [&](Window& window) { window.state.title = fault.value; });
+        });
     } else if (fault.kind == FaultKind::windowVanishes) {
-        at(time, [this, eachWindow] { eachWindow([&](Window& window) { close(window.number); }); });
+        at(time,
+           [this, fault] { eachConcerned(fault, [&](const Window& window) { close(window.number); }); });
+    } else if (fault.kind == FaultKind::turnsPrivate) {
+        at(time, [this, fault] {
+            eachConcerned(fault, [](Window& window) { window.state.privateBrowsing = true; });
+        });
     } else if (fault.kind == FaultKind::applicationCrashes) {
         at(time, [this, fault] {
             for (Application& application : applications_) {

@@ -10,6 +10,8 @@
 
 namespace quillo::simulated {
 
+inline constexpr std::string_view finder = "com.apple.finder", safari = "com.apple.Safari";
+
 inline Duration toDuration(double seconds) {
     return std::chrono::duration_cast<Duration>(std::chrono::duration<double>(seconds));
 }

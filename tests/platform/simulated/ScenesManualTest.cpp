@@ -49,7 +49,12 @@ simulated::Scene unusual() {
                                         .cell = {2, 2},
                                         .opensAfter = 1,
                                         .closesAfter = 1,
-                                        .tabGroup = "g"};
+                                        .tabGroup = "g",
+                                        .unsaved = true,
+                                        .tabs = {"/a", ""},
+                                        .privateBrowsing = true,
+                                        .toolbar = false,
+                                        .addressFieldDepth = 9};
     simulated::Scene scene;
     scene.trusted = false;
     scene.displays = {{.id = "d",
@@ -66,8 +71,11 @@ simulated::Scene unusual() {
                            .hidden = true,
                            .launchSeconds = 9,
                            .windows = {window},
-                           .reopens = {window}}};
-    scene.faults = {{simulated::FaultKind::moveRefused, "a", "t", "v", 1, 1, true}};
+                           .reopens = {window},
+                           .documentSeconds = 9,
+                           .language = "de"}};
+    scene.faults = {{simulated::FaultKind::moveRefused, "a", "t", "v", 1, 1, true, true}};
+    scene.missingFolders = {"/m"};
     return scene;
 }
 
@@ -76,7 +84,7 @@ TEST(ScenesManual, NamesEveryFieldAndEveryFault) {
     simdjson::dom::parser parser;
     std::set<std::string> names;
     collectNames(parser.parse(simulated::writeScene(unusual())).value(), names);
-    EXPECT_EQ(names.size(), 39U) << "a field that the unusual scene does not write is not looked for";
+    EXPECT_EQ(names.size(), 48U) << "a field that the unusual scene does not write is not looked for";
     for (const auto& fault : simulated::faultNames) names.emplace(fault.first);
     for (const std::string& name : names) EXPECT_TRUE(manual.contains("`" + name + "`")) << name;
 }
