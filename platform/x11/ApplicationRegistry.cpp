@@ -140,6 +140,11 @@ void ApplicationRegistry::describe(KnownApplication& application,
     running.activationPolicy = onlyFurniture ? ActivationPolicy::accessory : ActivationPolicy::regular;
 }
 
+const DesktopEntry* ApplicationRegistry::entryOf(const WindowReading& window) {
+    entries_.refresh();
+    return entries_.withId(judge(window).identifier);
+}
+
 std::optional<Url> ApplicationRegistry::location(std::string_view identifier) {
     entries_.refresh();
     const auto* entry = entries_.withId(identifier);

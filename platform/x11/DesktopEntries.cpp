@@ -39,6 +39,13 @@ std::vector<fs::path> searchOrder() {
     return roots;
 }
 
+bool isOneOf(const char* const* types, std::string_view wanted) {
+    for (; types && *types; ++types) {
+        if (*types == wanted) return true;
+    }
+    return false;
+}
+
 fs::file_time_type changeTime(const fs::path& path) {
     std::error_code error;
     const auto time = fs::last_write_time(path, error);
@@ -91,12 +98,16 @@ void DesktopEntries::add(const fs::path& root, const fs::path& file) {
     const GObjectPtr<GDesktopAppInfo> info(g_desktop_app_info_new_from_filename(file.c_str()));
     if (!info || g_desktop_app_info_get_is_hidden(info.get())) return;
     GAppInfo* app = G_APP_INFO(info.get());
+    const auto* types = g_app_info_get_supported_types(app);
     DesktopEntry entry{.id = id,
                        .name = orEmpty(g_app_info_get_name(app)),
                        .file = file.string(),
                        .windowClass = orEmpty(g_desktop_app_info_get_startup_wm_class(info.get())),
                        .program = resolvedProgram(g_app_info_get_executable(app)),
-                       .shown = !g_desktop_app_info_get_nodisplay(info.get())};
+                       .shown = !g_desktop_app_info_get_nodisplay(info.get()),
+                       .opensDocuments = g_app_info_supports_uris(app) || g_app_info_supports_files(app),
+                       .opensFolders = isOneOf(types, "inode/directory"),
+                       .opensPages = isOneOf(types, "x-scheme-handler/http")};
     const auto index = entries_.size();
     byId_[id].push_back(index);
     byLowerId_[text::lowercase(id)].push_back(index);

@@ -16,6 +16,9 @@ struct DesktopEntry {
     std::string windowClass;  // StartupWMClass, may be empty
     std::string program;      // absolute path with links resolved; empty when it cannot be found
     bool shown = true;        // in menus
+    bool opensDocuments = false;
+    bool opensFolders = false;  // a file manager among others
+    bool opensPages = false;    // a browser
 };
 
 /// Read when first asked, and again when one of the directories has changed. Where several files give the

@@ -100,6 +100,14 @@ std::optional<std::uint32_t> DesktopView::currentDesktopNow() {
         .firstWord();
 }
 
+std::string DesktopView::accessibilityBus() {
+    constexpr std::uint32_t longestAddress = 256;  // words
+    const auto property = connection_.take(
+        connection_.ask(connection_.root(), connection_.extra().accessibilityBus, longestAddress));
+    const auto address = property.bytes();
+    return std::string(address.substr(0, address.find('\0')));
+}
+
 Capability DesktopView::access() {
     const auto& ewmh = connection_.atoms();
     const auto named =

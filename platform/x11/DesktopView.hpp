@@ -46,6 +46,10 @@ class DesktopView {
     std::optional<WindowReading> windowNow(xcb_window_t window);
     std::optional<std::uint32_t> currentDesktopNow();
 
+    /// Where the accessibility bus of this display listens, as the root window tells; empty where there is
+    /// none.
+    std::string accessibilityBus();
+
     /// Something was changed: what has been read is void.
     void invalidate() { turn_->reset(); }
 

@@ -1,4 +1,4 @@
-// Ownership of GLib's objects and strings.
+// Ownership of GLib's objects, strings and values.
 #pragma once
 #include <glib-object.h>
 
@@ -21,5 +21,10 @@ struct GErrorFree {
     void operator()(GError* error) const noexcept { g_error_free(error); }
 };
 using GErrorPtr = std::unique_ptr<GError, GErrorFree>;
+
+struct GVariantUnref {
+    void operator()(GVariant* value) const noexcept { g_variant_unref(value); }
+};
+using GVariantPtr = std::unique_ptr<GVariant, GVariantUnref>;
 
 }  // namespace quillo::x11

@@ -41,10 +41,8 @@ bool isInterpreter(std::string_view program) {
 }
 
 std::optional<std::string> scriptOf(ProcessID pid) {
-    const auto arguments = contents(procFile(pid, "cmdline"));
-    const auto second = arguments.find('\0');
-    if (second == std::string::npos) return std::nullopt;
-    const std::string script = arguments.c_str() + second + 1;
+    const auto arguments = argumentsOf(pid);
+    const auto script = arguments.empty() ? std::string() : arguments.front();
     const bool usable = script.starts_with('/') && access(script.c_str(), X_OK) == 0;
     return usable ? std::optional(script) : std::nullopt;
 }
@@ -84,6 +82,20 @@ std::optional<std::string> programOf(ProcessID pid) {
 std::optional<std::string> launchableFile(ProcessID pid) {
     auto program = programOf(pid);
     return program && isInterpreter(*program) ? scriptOf(pid) : program;
+}
+
+std::vector<std::string> argumentsOf(ProcessID pid) {
+    std::istringstream words(contents(procFile(pid, "cmdline")));
+    std::vector<std::string> arguments;
+    std::string word;
+    std::getline(words, word, '\0');  // the program's name
+    while (std::getline(words, word, '\0')) arguments.push_back(std::move(word));
+    return arguments;
+}
+
+std::string workingDirectoryOf(ProcessID pid) {
+    std::error_code error;
+    return std::filesystem::read_symlink(procFile(pid, "cwd"), error).string();
 }
 
 }  // namespace quillo::x11

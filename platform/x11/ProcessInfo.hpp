@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "WindowEngine/services/AccessibilityService.hpp"
 #include "WindowEngine/support/Instant.hpp"
@@ -27,5 +28,11 @@ std::optional<std::string> launchableFile(ProcessID pid);
 
 /// Absolute path of the program; absent when it cannot be read or was deleted.
 std::optional<std::string> programOf(ProcessID pid);
+
+/// What it was started with, after the program's own name; empty when it cannot be read.
+std::vector<std::string> argumentsOf(ProcessID pid);
+
+/// Absolute path; empty when it cannot be read.
+std::string workingDirectoryOf(ProcessID pid);
 
 }  // namespace quillo::x11

@@ -1,7 +1,6 @@
 #include "platform/x11/X11Accessibility.hpp"
 
 #include <algorithm>
-#include <unordered_map>
 
 #include "platform/x11/WindowRequests.hpp"
 
@@ -55,7 +54,7 @@ std::string subrole(WindowType type) {
     }
 }
 
-Attribute windowAttribute(const WindowReading& window, std::string_view name) {
+Attribute windowAttribute(const WindowReading& window, const Url* document, std::string_view name) {
     if (name == ax::role) return "AXWindow";
     if (name == ax::subrole) return subrole(window.type);
     if (name == ax::title) return window.title;
@@ -63,6 +62,7 @@ Attribute windowAttribute(const WindowReading& window, std::string_view name) {
     if (name == ax::size) return window.frame().size();
     if (name == ax::minimized) return window.hidden;
     if (name == ax::fullScreen) return window.fullscreen;
+    if (name == ax::document && document) return document->string();
     return miss(AttributeMiss::Reason::absent, codeUnsupported);
 }
 
@@ -92,20 +92,49 @@ Attribute X11Accessibility::applicationAttribute(ProcessID pid, std::string_view
     return elements;
 }
 
+bool X11Accessibility::isFirstOfItsProcess(const WindowReading& window) {
+    const auto& all = view_.reading().windows;
+    const auto first = std::ranges::find_if(
+        all, [&](const WindowReading& one) { return one.pid == window.pid && one.isListed(); });
+    return first != all.end() && first->window == window.window;
+}
+
+std::unordered_map<xcb_window_t, Url> X11Accessibility::documents(const Readings& windows) {
+    std::vector<DocumentQuestion> questions;
+    for (const auto& [number, window] : windows) {
+        const auto* entry =
+            window.pid != 0 && window.type == WindowType::normal ? view_.registry().entryOf(window) : nullptr;
+        // A terminal opens no documents, whatever path its title names; a browser's title is the page's.
+        if (!entry || !entry->opensDocuments || entry->opensPages) continue;
+        questions.push_back({number, window.pid, window.title, window.frame(), entry->opensFolders});
+    }
+    const bool asksManagers = std::ranges::any_of(questions, &DocumentQuestion::opensFolders);
+    auto bus = asksManagers ? view_.accessibilityBus() : std::string();
+    std::unordered_map<xcb_window_t, Url> found;
+    for (const auto& [number, answer] : documents_.ask(std::move(questions), std::move(bus))) {
+        if (answer.fromArguments && !isFirstOfItsProcess(windows.at(number))) continue;
+        found.emplace(number, Url::file(answer.document.path, answer.document.isFolder));
+    }
+    return found;
+}
+
 std::vector<std::vector<Attribute>> X11Accessibility::read(std::span<const AttributeRequest> requests) {
     std::vector<xcb_window_t> wanted;
+    bool wantsDocuments = false;
     for (const auto& request : requests) {
         const auto& handle = handleOf(request.element);
+        wantsDocuments |= std::ranges::find(request.names, ax::document) != request.names.end();
         if (handle.named == Named::window)
             wanted.push_back(handle.window);
         else
             view_.reading();  // an application is known by all windows, and then they are at hand
     }
-    std::unordered_map<xcb_window_t, WindowReading> readings;
+    Readings readings;
     for (auto& reading : wanted.empty() ? std::vector<WindowReading>{} : view_.windows(wanted)) {
         readings.emplace(reading.window, std::move(reading));
     }
     const bool connected = view_.connection().alive();
+    const auto documentOf = wantsDocuments ? documents(readings) : std::unordered_map<xcb_window_t, Url>();
     const auto answer = [&](const Handle& handle, std::string_view name) -> Attribute {
         if (!connected) return miss(AttributeMiss::Reason::refused, codeNoConnection);
         if (handle.named == Named::application) return applicationAttribute(handle.pid, name);
@@ -113,7 +142,9 @@ std::vector<std::vector<Attribute>> X11Accessibility::read(std::span<const Attri
         if (found == readings.end() || !namesSame(handle, found->second)) {
             return miss(AttributeMiss::Reason::gone, codeGone);
         }
-        return windowAttribute(found->second, name);
+        const auto document = documentOf.find(handle.window);
+        return windowAttribute(found->second, document == documentOf.end() ? nullptr : &document->second,
+                               name);
     };
     std::vector<std::vector<Attribute>> answers;
     answers.reserve(requests.size());

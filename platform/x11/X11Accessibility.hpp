@@ -1,9 +1,11 @@
 // The windows of an EWMH desktop as elements with attributes.
 #pragma once
 #include <map>
+#include <unordered_map>
 
 #include "WindowEngine/services/AccessibilityService.hpp"
 #include "platform/x11/DesktopView.hpp"
+#include "platform/x11/WindowDocuments.hpp"
 #include "platform/x11/WindowMover.hpp"
 
 namespace quillo::x11 {
@@ -33,12 +35,18 @@ class X11Accessibility final : public AccessibilityService {
     Task<void> settleInPlace(Element window) override;
 
   private:
+    using Readings = std::unordered_map<xcb_window_t, WindowReading>;
+
+    /// The documents of those of these windows that have one.
+    std::unordered_map<xcb_window_t, Url> documents(const Readings& windows);
+    bool isFirstOfItsProcess(const WindowReading& window);
     Attribute applicationAttribute(ProcessID pid, std::string_view name);
     bool isHere(const WindowReading& window);  // on the current desktop
     std::optional<WindowReading> readingOf(const Element& window);
 
     DesktopView& view_;
     WindowMover mover_;
+    WindowDocuments documents_;
 };
 
 }  // namespace quillo::x11

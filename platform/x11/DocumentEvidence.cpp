@@ -1,0 +1,136 @@
+#include "platform/x11/DocumentEvidence.hpp"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <vector>
+
+#include "WindowEngine/support/Url.hpp"
+#include "platform/posix/DocumentOnDisk.hpp"
+
+namespace quillo::x11::DocumentEvidence {
+namespace {
+
+constexpr std::size_t longestPath = 4096;
+constexpr std::size_t mostEnds = 16;  // looked at in one title
+
+/// What editors put before the name of a document that is not saved.
+std::string_view withoutMarks(std::string_view title) {
+    static constexpr std::array<std::string_view, 8> marks{" ", "*", "•", "●", "+", "!", "[+]", "[modified]"};
+    for (bool found = true; found;) {
+        found = false;
+        for (const auto mark : marks) {
+            if (!title.starts_with(mark)) continue;
+            title.remove_prefix(mark.size());
+            found = true;
+        }
+    }
+    return title;
+}
+
+/// Where a path at the beginning of `text` may end, the longest first: at the end, and before what editors
+/// put after it.
+std::vector<std::size_t> possibleEnds(std::string_view text) {
+    static constexpr std::array<std::string_view, 9> after{" - ", " – ", " — ", " (", " [",
+                                                           "*",   " +",  ": ",  " | "};
+    std::vector<std::size_t> ends{text.size()};
+    for (const auto separator : after) {
+        for (auto at = text.find(separator); at != std::string_view::npos; at = text.find(separator, at + 1))
+            ends.push_back(at);
+    }
+    std::ranges::sort(ends, std::greater());
+    if (ends.size() > mostEnds) ends.resize(mostEnds);
+    return ends;
+}
+
+/// Absent unless `text` is an absolute path or begins with "~/".
+std::optional<std::string> expanded(std::string_view text, const std::string& home) {
+    while (text.ends_with(' ')) text.remove_suffix(1);
+    if (text.size() > longestPath || text.contains('\0')) return std::nullopt;
+    if (text.starts_with('/')) return std::string(text);
+    const bool inHome = text == "~" || text.starts_with("~/");
+    return inHome && home.starts_with('/') ? std::optional(home + std::string(text.substr(1))) : std::nullopt;
+}
+
+std::optional<DocumentOnDisk> pathAtBeginning(std::string_view text, const std::string& home) {
+    if (!expanded(text.substr(0, 2), home)) return std::nullopt;
+    for (const auto end : possibleEnds(text)) {
+        const auto path = expanded(text.substr(0, end), home);
+        if (auto document = path ? onDisk(*path) : std::nullopt) return document;
+    }
+    return std::nullopt;
+}
+
+/// "name (folder) - Editor"; the name may itself hold parentheses.
+std::optional<DocumentOnDisk> nameWithFolder(std::string_view text, const std::string& home) {
+    std::size_t tried = 0;
+    for (auto open = text.find(" ("); open != std::string_view::npos && tried < mostEnds;
+         open = text.find(" (", open + 1), ++tried) {
+        const auto name = text.substr(0, open);
+        const auto rest = text.substr(open + 2);
+        const auto folder = expanded(rest.substr(0, rest.rfind(')')), home);
+        if (!folder || name.empty() || name.contains('/') || !rest.contains(')')) continue;
+        if (auto document = onDisk(*folder + "/" + std::string(name))) return document;
+    }
+    return std::nullopt;
+}
+
+/// Bytes of letters beyond ASCII belong to a word.
+bool isWordByte(char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return byte >= 0x80 || std::isalnum(byte) || c == '_';
+}
+
+std::optional<std::string> pathOfArgument(const std::string& argument, const std::string& directory) {
+    if (argument.empty() || argument.starts_with('-') || argument.size() > longestPath) return std::nullopt;
+    if (argument.starts_with("file:")) {
+        const auto url = Url::parse(argument);
+        return url ? url->filePath() : std::nullopt;
+    }
+    const auto path = (std::filesystem::path(directory) / argument).lexically_normal().string();
+    return path.starts_with('/') ? std::optional(path) : std::nullopt;
+}
+
+}  // namespace
+
+std::optional<DocumentOnDisk> onDisk(const std::string& path) {
+    struct stat status{};
+    if (::stat(path.c_str(), &status) != 0) return std::nullopt;
+    if (!S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode)) return std::nullopt;
+    DocumentOnDisk document{path, S_ISDIR(status.st_mode)};
+    while (document.path.size() > 1 && document.path.ends_with('/')) document.path.pop_back();
+    return document;
+}
+
+std::optional<DocumentOnDisk> inTitle(std::string_view title, const std::string& home) {
+    const auto text = withoutMarks(title);
+    auto document = pathAtBeginning(text, home);
+    return document ? document : nameWithFolder(text, home);
+}
+
+std::optional<DocumentOnDisk> inArguments(std::span<const std::string> arguments,
+                                          const std::string& directory, std::string_view title) {
+    for (const auto& argument : arguments) {
+        const auto path = pathOfArgument(argument, directory);
+        if (!path || !mentions(title, *path) || !documentOpensSafely(Url::file(*path))) continue;
+        if (auto document = onDisk(*path)) return document;
+    }
+    return std::nullopt;
+}
+
+bool mentions(std::string_view title, std::string_view path) {
+    while (path.ends_with('/')) path.remove_suffix(1);
+    const auto name = path.substr(path.rfind('/') + 1);
+    if (name.empty()) return false;
+    for (auto at = title.find(name); at != std::string_view::npos; at = title.find(name, at + 1)) {
+        const bool begins = at == 0 || !isWordByte(title[at - 1]) || !isWordByte(name.front());
+        const auto after = at + name.size();
+        const bool ends = after == title.size() || !isWordByte(title[after]) || !isWordByte(name.back());
+        if (begins && ends) return true;
+    }
+    return false;
+}
+
+}  // namespace quillo::x11::DocumentEvidence

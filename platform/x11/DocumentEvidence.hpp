@@ -1,0 +1,32 @@
+// Which document a window shows, as far as its title and its process tell. A title is text from a stranger (a
+// page, a mail, a file): it can name a document that exists, and nothing more.
+#pragma once
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace quillo::x11::DocumentEvidence {
+
+struct DocumentOnDisk {
+    std::string path;  // absolute
+    bool isFolder = false;
+    bool operator==(const DocumentOnDisk&) const = default;
+};
+
+/// What stands at an absolute path: a regular file or a folder, links followed.
+std::optional<DocumentOnDisk> onDisk(const std::string& path);
+
+/// The file or folder that a title begins with, whole ("*/home/u/a.txt - Editor", "~/a.txt"), or names with
+/// its folder ("a.txt (~/letters) - Editor"). `home` stands for "~".
+std::optional<DocumentOnDisk> inTitle(std::string_view title, const std::string& home);
+
+/// The first of a program's arguments that names an existing document whose base name the title mentions.
+/// Nothing executable, for the script an interpreter runs is an argument too.
+std::optional<DocumentOnDisk> inArguments(std::span<const std::string> arguments,
+                                          const std::string& directory, std::string_view title);
+
+/// Whether the last component of `path` stands in the title as a word of its own.
+bool mentions(std::string_view title, std::string_view path);
+
+}  // namespace quillo::x11::DocumentEvidence

@@ -1,0 +1,72 @@
+// The folders that file managers show, read from the entry in each window that holds its folder's path. Used
+// from one thread, with a time limit at each call; an application that does not answer is left alone for a
+// while.
+#pragma once
+#include <xcb/xcb.h>
+
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "WindowEngine/support/Rect.hpp"
+#include "platform/x11/AccessibilityBus.hpp"
+
+namespace quillo::x11 {
+
+class PathEntries {
+  public:
+    using Deadline = AccessibilityBus::Deadline;
+
+    struct Window {
+        xcb_window_t number = 0;
+        ProcessID pid = 0;
+        std::string title;
+        Rect frame;  // where several of a process have one title
+    };
+
+    explicit PathEntries(GCancellable* cancellable) : cancellable_(cancellable) {}
+
+    /// The text of each window's entry that is an absolute path to an existing folder the title speaks of;
+    /// windows without one are missing. `address` is the bus's; another one than before means another bus.
+    std::map<xcb_window_t, std::string> read(const std::vector<Window>& windows, const std::string& address,
+                                             const std::string& home, Deadline deadline);
+
+  private:
+    struct Entry {
+        ProcessID pid = 0;
+        Accessible object;
+    };
+    /// What is still to be looked through for one window.
+    struct Search {
+        const Window* window = nullptr;
+        std::vector<Accessible> level{};  // the objects at the depth reached
+    };
+    /// An object of a window that may be the entry.
+    struct Candidate {
+        const Window* window = nullptr;
+        Accessible object{};
+    };
+    using Found = std::map<xcb_window_t, std::string>;
+
+    bool isConnected(const std::string& address);
+    bool rests(ProcessID pid) const;
+    /// Asks for the candidates' texts, and remembers those that show their window's folder.
+    void read(const std::vector<Candidate>& candidates, const std::string& home, Deadline deadline,
+              Found& found);
+    void search(std::vector<const Window*> windows, const std::string& home, Deadline deadline, Found& found);
+    /// The accessible frames of these windows.
+    std::vector<Search> framesOf(const std::vector<const Window*>& windows, Deadline deadline);
+    /// Splits a level into possible entries and the children of containers, which become the next level.
+    std::vector<Candidate> descend(std::vector<Search>& searches, Deadline deadline);
+
+    GCancellable* cancellable_;  // the owner's
+    std::string address_;
+    std::unique_ptr<AccessibilityBus> bus_;
+    Deadline nextConnect_{}, nextSearch_{};
+    std::map<xcb_window_t, Entry> entries_;    // where they were found
+    std::map<ProcessID, Deadline> restUntil_;  // of applications that did not answer
+};
+
+}  // namespace quillo::x11

@@ -1,0 +1,162 @@
+#include "platform/x11/WindowDocuments.hpp"
+
+#include <condition_variable>
+#include <cstdlib>
+#include <mutex>
+#include <optional>
+#include <thread>
+
+#include "platform/x11/PathEntries.hpp"
+#include "platform/x11/ProcessInfo.hpp"
+
+namespace quillo::x11 {
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+constexpr auto longestWait = 250ms;
+constexpr auto longestReading = 200ms;  // of what applications answer
+constexpr auto longestEnd = 1s;
+constexpr std::size_t mostRemembered = 4096;
+
+struct Job {
+    std::vector<DocumentQuestion> questions;
+    std::string bus;
+};
+
+std::string homeDirectory() {
+    const char* home = std::getenv("HOME");
+    return home ? home : "";
+}
+
+std::optional<WindowDocument> fromTitleOrArguments(const DocumentQuestion& question,
+                                                   const std::string& home) {
+    if (auto document = DocumentEvidence::inTitle(question.title, home))
+        return WindowDocument{std::move(*document), false};
+    auto document = DocumentEvidence::inArguments(argumentsOf(question.pid), workingDirectoryOf(question.pid),
+                                                  question.title);
+    return document ? std::optional(WindowDocument{std::move(*document), true}) : std::nullopt;
+}
+
+WindowDocuments::Answers lookFor(const Job& job, const std::string& home, PathEntries& entries) {
+    WindowDocuments::Answers answers;
+    std::vector<PathEntries::Window> managers;
+    for (const auto& question : job.questions) {
+        auto document = fromTitleOrArguments(question, home);
+        if (document && document->document.isFolder && !question.opensFolders) continue;
+        // A file manager's window may by now show another folder of the same name than the one it was
+        // started with.
+        if (question.opensFolders && (!document || document->fromArguments))
+            managers.push_back({question.window, question.pid, question.title, question.frame});
+        if (document) answers.emplace(question.window, std::move(*document));
+    }
+    for (auto& [window, folder] : entries.read(managers, job.bus, home, Clock::now() + longestReading))
+        answers[window] = {{std::move(folder), true}, false};
+    return answers;
+}
+
+}  // namespace
+
+struct WindowDocuments::Shared {
+    struct Remembered {
+        std::string title;
+        WindowDocument document;
+    };
+
+    void work();
+    void workUntilTheEnd(PathEntries& entries);
+    void addLastKnown(const std::vector<DocumentQuestion>& questions, bool foldersOnly,
+                      Answers& answers) const;
+    bool isStuck() const { return busySince && Clock::now() - *busySince > longestWait; }
+
+    const std::string home = homeDirectory();
+    const GObjectPtr<GCancellable> cancellable{g_cancellable_new()};
+    std::mutex mutex;  // for all below
+    std::condition_variable changed;
+    std::optional<Job> next;
+    std::optional<Clock::time_point> busySince;
+    std::uint64_t asked = 0, answered = 0;
+    Answers answers;  // to the question answered last
+    std::map<xcb_window_t, Remembered> lastKnown;
+    bool ending = false, ended = false;
+};
+
+void WindowDocuments::Shared::work() {
+    GMainContext* context = g_main_context_new();
+    g_main_context_push_thread_default(context);
+    {
+        PathEntries entries(cancellable.get());
+        workUntilTheEnd(entries);
+    }
+    g_main_context_pop_thread_default(context);
+    g_main_context_unref(context);
+    const std::lock_guard lock(mutex);
+    ended = true;
+    changed.notify_all();
+}
+
+void WindowDocuments::Shared::workUntilTheEnd(PathEntries& entries) {
+    std::unique_lock lock(mutex);
+    for (;;) {
+        changed.wait(lock, [this] { return ending || next; });
+        if (ending) return;
+        const Job job = *std::exchange(next, std::nullopt);
+        const auto number = asked;
+        busySince = Clock::now();
+        lock.unlock();
+        auto found = lookFor(job, home, entries);
+        lock.lock();
+        busySince.reset();
+        if (lastKnown.size() > mostRemembered) lastKnown.clear();
+        for (const auto& question : job.questions) {
+            const auto answer = found.find(question.window);
+            if (answer != found.end()) lastKnown[question.window] = {question.title, answer->second};
+        }
+        answers = std::move(found);
+        answered = number;
+        changed.notify_all();
+    }
+}
+
+void WindowDocuments::Shared::addLastKnown(const std::vector<DocumentQuestion>& questions, bool foldersOnly,
+                                           Answers& to) const {
+    for (const auto& question : questions) {
+        const auto known = lastKnown.find(question.window);
+        if (known == lastKnown.end() || known->second.title != question.title) continue;
+        if (!foldersOnly || known->second.document.document.isFolder)
+            to.try_emplace(question.window, known->second.document);
+    }
+}
+
+WindowDocuments::WindowDocuments() : shared_(std::make_shared<Shared>()) {}
+
+WindowDocuments::~WindowDocuments() {
+    if (!thread_.joinable()) return;
+    g_cancellable_cancel(shared_->cancellable.get());
+    std::unique_lock lock(shared_->mutex);
+    shared_->ending = true;
+    shared_->changed.notify_all();
+    const bool ended = shared_->changed.wait_for(lock, longestEnd, [this] { return shared_->ended; });
+    lock.unlock();
+    ended ? thread_.join() : thread_.detach();
+}
+
+WindowDocuments::Answers WindowDocuments::ask(std::vector<DocumentQuestion> questions, std::string bus) {
+    if (questions.empty()) return {};
+    if (!thread_.joinable()) thread_ = std::thread([shared = shared_] { shared->work(); });
+    std::unique_lock lock(shared_->mutex);
+    const auto number = ++shared_->asked;
+    shared_->next = Job{questions, std::move(bus)};
+    shared_->changed.notify_all();
+    const bool answered = !shared_->isStuck() && shared_->changed.wait_for(lock, longestWait, [&] {
+        return shared_->answered >= number;
+    });
+    auto answers = answered ? shared_->answers : Answers();
+    // A file manager that does not answer, or in whose entry the person types, still shows what its title
+    // says.
+    shared_->addLastKnown(questions, answered, answers);
+    return answers;
+}
+
+}  // namespace quillo::x11
