@@ -70,9 +70,10 @@ std::optional<DocumentOnDisk> nameWithFolder(std::string_view text, const std::s
          open = text.find(" (", open + 1), ++tried) {
         const auto name = text.substr(0, open);
         const auto rest = text.substr(open + 2);
-        const auto folder = expanded(rest.substr(0, rest.rfind(')')), home);
+        auto folder = expanded(rest.substr(0, rest.rfind(')')), home);
         if (!folder || name.empty() || name.contains('/') || !rest.contains(')')) continue;
-        if (auto document = onDisk(*folder + "/" + std::string(name))) return document;
+        if (!folder->ends_with('/')) *folder += '/';
+        if (auto document = onDisk(*folder + std::string(name))) return document;
     }
     return std::nullopt;
 }

@@ -149,7 +149,7 @@ std::map<xcb_window_t, std::string> PathEntries::read(const std::vector<Window>&
     for (const auto& window : windows) {
         if (!entries_.contains(window.number) && !rests(window.pid)) unknown.push_back(&window);
     }
-    if (!unknown.empty() && Clock::now() >= nextSearch_) search(std::move(unknown), home, deadline, found);
+    if (!unknown.empty() && Clock::now() >= nextSearch_) search(unknown, home, deadline, found);
     return found;
 }
 
@@ -175,8 +175,8 @@ void PathEntries::read(const std::vector<Candidate>& candidates, const std::stri
     }
 }
 
-void PathEntries::search(std::vector<const Window*> windows, const std::string& home, Deadline deadline,
-                         Found& found) {
+void PathEntries::search(const std::vector<const Window*>& windows, const std::string& home,
+                         Deadline deadline, Found& found) {
     const auto began = Clock::now();
     auto searches = framesOf(windows, deadline);
     for (std::size_t depth = 0; depth < deepest && !searches.empty(); ++depth) {

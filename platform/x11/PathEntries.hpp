@@ -55,7 +55,8 @@ class PathEntries {
     /// Asks for the candidates' texts, and remembers those that show their window's folder.
     void read(const std::vector<Candidate>& candidates, const std::string& home, Deadline deadline,
               Found& found);
-    void search(std::vector<const Window*> windows, const std::string& home, Deadline deadline, Found& found);
+    void search(const std::vector<const Window*>& windows, const std::string& home, Deadline deadline,
+                Found& found);
     /// The accessible frames of these windows.
     std::vector<Search> framesOf(const std::vector<const Window*>& windows, Deadline deadline);
     /// Splits a level into possible entries and the children of containers, which become the next level.

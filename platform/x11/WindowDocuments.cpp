@@ -111,7 +111,8 @@ void WindowDocuments::Shared::workUntilTheEnd(PathEntries& entries) {
         if (lastKnown.size() > mostRemembered) lastKnown.clear();
         for (const auto& question : job.questions) {
             const auto answer = found.find(question.window);
-            if (answer != found.end()) lastKnown[question.window] = {question.title, answer->second};
+            if (answer != found.end() && !answer->second.fromArguments)
+                lastKnown[question.window] = {question.title, answer->second};
         }
         answers = std::move(found);
         answered = number;
@@ -124,8 +125,9 @@ void WindowDocuments::Shared::addLastKnown(const std::vector<DocumentQuestion>& 
     for (const auto& question : questions) {
         const auto known = lastKnown.find(question.window);
         if (known == lastKnown.end() || known->second.title != question.title) continue;
-        if (!foldersOnly || known->second.document.document.isFolder)
-            to.try_emplace(question.window, known->second.document);
+        if (foldersOnly && !known->second.document.document.isFolder) continue;
+        auto& answer = to.try_emplace(question.window, known->second.document).first->second;
+        if (answer.fromArguments) answer = known->second.document;
     }
 }
 
@@ -142,7 +144,8 @@ WindowDocuments::~WindowDocuments() {
     ended ? thread_.join() : thread_.detach();
 }
 
-WindowDocuments::Answers WindowDocuments::ask(std::vector<DocumentQuestion> questions, std::string bus) {
+WindowDocuments::Answers WindowDocuments::ask(const std::vector<DocumentQuestion>& questions,
+                                              std::string bus) {
     if (questions.empty()) return {};
     if (!thread_.joinable()) thread_ = std::thread([shared = shared_] { shared->work(); });
     std::unique_lock lock(shared_->mutex);

@@ -42,7 +42,7 @@ class WindowDocuments {
     /// Windows whose document is not known are missing. Blocks for at most a quarter of a second; where
     /// nothing is answered in time, what was last known of a window with the same title stands. `bus` is the
     /// address of the accessibility bus, empty where there is none.
-    Answers ask(std::vector<DocumentQuestion> questions, std::string bus);
+    Answers ask(const std::vector<DocumentQuestion>& questions, std::string bus);
 
   private:
     struct Shared;

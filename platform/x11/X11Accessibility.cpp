@@ -111,7 +111,7 @@ std::unordered_map<xcb_window_t, Url> X11Accessibility::documents(const Readings
     const bool asksManagers = std::ranges::any_of(questions, &DocumentQuestion::opensFolders);
     auto bus = asksManagers ? view_.accessibilityBus() : std::string();
     std::unordered_map<xcb_window_t, Url> found;
-    for (const auto& [number, answer] : documents_.ask(std::move(questions), std::move(bus))) {
+    for (const auto& [number, answer] : documents_.ask(questions, std::move(bus))) {
         if (answer.fromArguments && !isFirstOfItsProcess(windows.at(number))) continue;
         found.emplace(number, Url::file(answer.document.path, answer.document.isFolder));
     }

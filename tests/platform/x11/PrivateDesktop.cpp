@@ -204,6 +204,23 @@ int PrivateDesktop::run(const std::vector<std::string>& command) {
     return waitpid(child, &status, 0) == child && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
+SessionBus::SessionBus()
+    : daemon_({"dbus-daemon", "--session", "--nofork", "--nosyslog",
+               "--address=unix:path=" + (PrivateDesktop::home() / "run/bus").string()}) {
+    const auto socket = PrivateDesktop::home() / "run/bus";
+    if (!waitFor([&] { return fs::is_socket(socket); })) throw std::runtime_error("no session bus");
+    setenv("DBUS_SESSION_BUS_ADDRESS", ("unix:path=" + socket.string()).c_str(), 1);
+    unsetenv("NO_AT_BRIDGE");
+}
+
+SessionBus::~SessionBus() {
+    setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 1);
+    setenv("NO_AT_BRIDGE", "1", 1);
+    daemon_.end();
+    std::error_code ignored;
+    fs::remove(PrivateDesktop::home() / "run/bus", ignored);
+}
+
 bool waitFor(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
     const auto deadline = std::chrono::steady_clock::now() + limit;
     while (!condition()) {

@@ -64,6 +64,16 @@ class PrivateDesktop {
     Process windowManager_;
 };
 
+/// A session bus for what is started while it lives; on it, toolkits bring their accessibility bus up.
+class SessionBus {
+  public:
+    SessionBus();
+    ~SessionBus();
+
+  private:
+    Process daemon_;
+};
+
 /// Waits for a condition of the outside world, at most `limit`.
 bool waitFor(const std::function<bool()>& condition,
              std::chrono::milliseconds limit = std::chrono::seconds(10));

@@ -20,7 +20,8 @@ struct Options {
     std::vector<std::uint32_t> strut;
     std::vector<std::string> titles{"window"}, documents;
     std::string dialog;  // title of a dialog that belongs to the first window
-    bool refuseClose = false, noProtocols = false, noPid = false;
+    bool refuseClose = false, noProtocols = false, noPid = false,
+         silent = false;  // says nothing of its documents in its titles
 };
 
 class Client {
@@ -111,7 +112,8 @@ class Client {
                           screen_->root_visual, XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK, values);
         setHints(window, g[0], g[1], g[2], g[3]);
         auto text = title;
-        for (const auto& document : options_.documents) text += "|" + document;
+        for (const auto& document : options_.silent ? std::vector<std::string>() : options_.documents)
+            text += "|" + document;
         if (options_.latin1Title.empty()) {
             setText(window, ewmh_._NET_WM_NAME, ewmh_.UTF8_STRING, text);
         } else {
@@ -168,6 +170,7 @@ int main(int count, char** arguments) {
     app.add_flag("--refuse-close", options.refuseClose);
     app.add_flag("--no-protocols", options.noProtocols);
     app.add_flag("--no-pid", options.noPid);
+    app.add_flag("--silent", options.silent);
     app.add_option("documents", options.documents);
     CLI11_PARSE(app, count, arguments);
     Client client(std::move(options));

@@ -1,0 +1,205 @@
+// Which documents windows show, and opening documents with real applications.
+#include <signal.h>
+
+#include <algorithm>
+#include <chrono>
+#include <fstream>
+#include <set>
+
+#include "platform/x11/DocumentEvidence.hpp"
+#include "tests/TemporaryDirectory.hpp"
+#include "tests/platform/x11/X11Test.hpp"
+
+namespace quillo::x11test {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+using Paths = std::multiset<std::string>;
+
+class DocumentsTest : public X11Test {
+  protected:
+    DocumentsTest() {
+        for (const auto* folder : {"Folder one", "two", "sub/two"}) fs::create_directories(folders / folder);
+        for (const auto* file : {"a b.txt", "c.txt", "d.txt"}) folders.write(file, "x\n");
+        // Its own default puts every document in a tab of one window.
+        const auto settings = PrivateDesktop::home() / "config/glib-2.0/settings";
+        fs::create_directories(settings);
+        std::ofstream(settings / "keyfile")
+            << "[org/xfce/mousepad/preferences/window]\nopening-mode='window'\n";
+        setenv("GSETTINGS_BACKEND", "keyfile", 1);
+    }
+    /// Launched applications are not this test's children, and some hold something unsaved.
+    void TearDown() override {
+        for (const auto* identifier : {editor, manager}) {
+            eventually([&] {
+                const auto application = running(identifier);
+                if (application) ::kill(application->pid, SIGKILL);
+                return !application;
+            });
+        }
+        setenv("GSETTINGS_BACKEND", "memory", 1);
+        X11Test::TearDown();
+    }
+
+    Applications& applications() { return desktop->applications; }
+    std::optional<RunningApplication> running(std::string_view identifier) {
+        nextTurn();
+        return applications().running(identifier);
+    }
+    std::vector<LiveWindow> windowsOf(std::string_view identifier) {
+        const auto application = running(identifier);
+        WindowHandleCache cache;
+        DesktopAccess access{*desktop, cache};
+        return application ? Accessibility::windows(access, application->pid, false)
+                           : std::vector<LiveWindow>();
+    }
+    Paths documents(const std::vector<LiveWindow>& windows) {
+        Paths paths;
+        for (const auto& window : windows)
+            paths.insert(window.info.documentURL ? window.info.documentURL->filePath().value() : "none");
+        return paths;
+    }
+    bool shows(std::string_view identifier, const Paths& paths) {
+        if (eventually([&] { return documents(windowsOf(identifier)) == paths; })) return true;
+        ADD_FAILURE() << identifier << " shows " << testing::PrintToString(documents(windowsOf(identifier)));
+        return false;
+    }
+    Url url(const std::string& name) { return Url::file(path(name)); }
+    std::string path(const std::string& name) { return (folders / name).string(); }
+    Url location(const char* identifier) { return applications().location(identifier).value(); }
+
+    static constexpr auto editor = "org.xfce.mousepad", manager = "thunar";
+    TemporaryDirectory folders;
+};
+
+TEST_F(DocumentsTest, DocumentsTravelWithTheLaunchAndOpenInWhatRuns) {
+    const SessionBus bus;
+    ASSERT_TRUE(run(applications().launch(location(editor), {url("a b.txt"), url("c.txt")})));
+    ASSERT_TRUE(run(applications().launch(location(manager), {url("Folder one"), url("two")})));
+    ASSERT_TRUE(shows(editor, {path("a b.txt"), path("c.txt")})) << "and no empty window";
+    ASSERT_TRUE(shows(manager, {path("Folder one"), path("two")}));
+    ASSERT_TRUE(run(applications().open(editor, {url("d.txt")})));
+    ASSERT_TRUE(run(applications().open(manager, {url("sub/two")})));
+    EXPECT_TRUE(shows(editor, {path("a b.txt"), path("c.txt"), path("d.txt")}));
+    EXPECT_TRUE(shows(manager, {path("Folder one"), path("two"), path("sub/two")}))
+        << "two folders of one name are told apart";
+
+    // A file manager that hangs holds nobody up, and what was known of its windows stands.
+    const auto pid = running(manager)->pid;
+    ::kill(pid, SIGSTOP);
+    for (int pass = 0; pass < 3; ++pass) {
+        nextTurn();
+        const auto before = std::chrono::steady_clock::now();
+        EXPECT_EQ(documents(windowsOf(manager)).count("none"), 0u);
+        EXPECT_LT(std::chrono::steady_clock::now() - before, 600ms);
+    }
+    ::kill(pid, SIGCONT);
+}
+
+TEST_F(DocumentsTest, WithoutASessionBusToo) {
+    ASSERT_TRUE(run(applications().launch(location(editor), {url("a b.txt"), url("c.txt")})));
+    ASSERT_TRUE(run(applications().launch(location(manager), {url("Folder one"), url("two")})));
+    EXPECT_TRUE(shows(editor, {path("a b.txt"), path("c.txt")}));
+    // Its arguments tell of the first window's folder; nothing tells of the others'.
+    EXPECT_TRUE(shows(manager, {path("Folder one"), "none"}));
+}
+
+TEST_F(DocumentsTest, AnUnsavedDocumentStaysWithItsQuestion) {
+    const SessionBus bus;
+    ASSERT_TRUE(run(applications().launch(location(editor), {url("c.txt")})));
+    ASSERT_TRUE(shows(editor, {path("c.txt")}));
+    const auto window = windowsOf(editor).front();
+    sharedDesktop().run(
+        {"xdotool", "windowactivate", "--sync", std::to_string(*window.windowID), "type", "draft"});
+    ASSERT_TRUE(eventually([&] { return reread(window).info.title->starts_with("*"); }))
+        << *reread(window).info.title;
+    EXPECT_EQ(documents({reread(window)}), Paths{path("c.txt")})
+        << "the mark of an unsaved document is no name";
+    ASSERT_TRUE(applications().terminate(editor));
+    ASSERT_TRUE(eventually([&] { return windowsOf(editor).size() == 2; })) << "it asks";
+    EXPECT_EQ(windowsOf(editor).back().info.subrole, ax::dialog);
+    EXPECT_TRUE(applications().hide(editor));
+    EXPECT_TRUE(eventually([&] { return reread(window).info.isMinimized; }));
+}
+
+TEST_F(DocumentsTest, ATitleNamesADocumentOnlyWhereOneCanBeOpened) {
+    const auto file = path("c.txt");
+    install("editor", "MimeType=text/plain;\n", "%F");
+    install("manager", "MimeType=inode/directory;\n", "%F");
+    install("browser", "MimeType=text/html;x-scheme-handler/http;\n", "%U");
+    install("terminal", "", "");
+    struct Case {
+        const char* application;
+        std::string title, document;
+        std::vector<std::string> arguments;
+    };
+    const std::vector<Case> cases{
+        {"editor", file + " - Editor 1", file, {}},
+        {"editor", path("two") + " - Editor 2", "none", {}},  // it opens no folders
+        {"manager", path("two") + " - Manager", path("two"), {}},
+        {"browser", file + " - Browser", "none", {}},
+        {"terminal", file + " - Terminal", "none", {}},
+        {"editor", "c.txt - Editor 3", file, {file}},
+        {"editor", "d.txt - Editor 4", "none", {file}},
+        {"editor", "window - Editor 5", "none", {file}},
+    };
+    for (const auto& one : cases) {
+        std::vector<std::string> options{"--silent", "--class", one.application, "--title", one.title};
+        options.insert(options.end(), one.arguments.begin(), one.arguments.end());
+        open(std::move(options));
+        const auto titled = [&] {
+            const auto all = windows();
+            return std::ranges::any_of(all, [&](const LiveWindow& window) {
+                return window.info.title->starts_with(one.title) &&
+                       documents({window}) == Paths{one.document};
+            });
+        };
+        EXPECT_TRUE(eventually(titled, 3s)) << one.title;
+    }
+    // Of what a process was started with, only its first window can speak.
+    open({"--silent", "--class", "editor", "--title", "first", "--title", "c.txt again", file});
+    ASSERT_TRUE(eventually([&] { return windowTitled("c.txt again").has_value(); }));
+    EXPECT_FALSE(windowTitled("c.txt again")->info.documentURL);
+}
+
+TEST(DocumentEvidence, OfATitle) {
+    const TemporaryDirectory home;
+    fs::create_directories(home / "letters (old)");
+    for (const auto* name : {"a.txt", "a - b.txt", "letters (old)/c (2).txt"}) home.write(name, "x");
+    const auto at = [&](const std::string& name) { return (home / name).string(); };
+    const struct {
+        std::string title, path;
+    } cases[] = {
+        {at("a.txt"), at("a.txt")},
+        {"*" + at("a.txt") + " - Mousepad", at("a.txt")},
+        {"● ~/a.txt — Editor", at("a.txt")},
+        {"~/a.txt* - Editor", at("a.txt")},
+        {"~/a.txt [Read Only] - Editor", at("a.txt")},
+        {"~/a - b.txt - Editor", at("a - b.txt")},
+        {"~ - Files", at("")},
+        {"~/letters (old)/ - Files", at("letters (old)")},
+        {"*a.txt (~/) - gedit", at("a.txt")},
+        {"c (2).txt (~/letters (old)) - gedit", at("letters (old)/c (2).txt")},
+        {"a.txt", ""},
+        {"Mail: ~/a.txt", ""},
+        {"what " + at("a.txt") + " holds", ""},
+        {"~/a.txt.old - Editor", ""},
+        {"~/missing.txt (" + at("a.txt") + ") - Editor", ""},
+        {"/dev/null - Editor", ""},
+        {"missing.txt (~/) - gedit", ""},
+        {"../a.txt (~/letters (old)) - gedit", ""},
+        {"~root/a.txt", ""},
+        {std::string(100'000, '/') + " - x", ""},
+        {"", ""},
+    };
+    for (const auto& one : cases) {
+        const auto found = x11::DocumentEvidence::inTitle(one.title, home.path().string());
+        auto expected = one.path;
+        while (expected.ends_with('/')) expected.pop_back();
+        EXPECT_EQ(found ? found->path : "", expected) << one.title.substr(0, 100);
+    }
+}
+
+}  // namespace
+}  // namespace quillo::x11test
