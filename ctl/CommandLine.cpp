@@ -12,7 +12,8 @@ constexpr const char* version = "quilloctl " QUILLO_VERSION;
 
 constexpr const char* about =
     "Saves what is open on this desktop as a named workspace and brings it back.\n"
-    "A workspace W is given by its name, ignoring case, or by its identifier.";
+    "A workspace W is given by its name, ignoring case, or by its identifier. plan, restore, show\n"
+    "and export take a session of the history too.";
 
 constexpr const char* closing =
     "Exit status: 0 done, 1 failed, 2 usage, 3 done in part (something was skipped or failed),\n"
@@ -28,6 +29,11 @@ class CommandSet {
         Invocation* invocation = &invocation_;
         sub->callback([invocation, command] { invocation->command = command; });
         return sub;
+    }
+    /// A command that is only the first word of the commands added to what it gives.
+    CommandSet addFamily(const std::string& name, const std::string& help) {
+        CLI::App* family = app_.add_subcommand(name, help)->group(group)->require_subcommand(1, 1);
+        return CommandSet(*family, invocation_);
     }
     /// A command about one workspace.
     CLI::App* addForWorkspace(const std::string& name, const std::string& help, Command command) {
@@ -93,6 +99,14 @@ void addLibraryCommands(CommandSet& commands) {
     commands.addForWorkspace("duplicate", "copy a workspace under a name of its own", duplicateWorkspace);
     commands.addForWorkspace("delete", "delete a workspace and its backup", deleteWorkspace);
 
+    commands.group = "The last sessions";
+    CommandSet history =
+        commands.addFamily("history", "the last sessions, kept apart from the workspaces: list, save, clear");
+    history.group = "Commands";
+    history.add("list", "all sessions, the last one first", listHistory);
+    history.add("save", "save what is open as the last session, unless nothing has changed", saveToHistory);
+    history.add("clear", "delete all sessions", clearHistory);
+
     commands.group = "Workspace files";
     const auto addFile = [&arguments](CLI::App* command, const std::string& help) {
         command->add_option("FILE", arguments.file, help)->required();
@@ -109,10 +123,14 @@ void addLibraryCommands(CommandSet& commands) {
 
 /// What is wrong with the line, in our words where the library's would not name the culprit.
 std::string complaint(const CLI::App& app, const CLI::ParseError& error) {
-    const std::vector<std::string> unknown = app.remaining();
-    if (!app.get_subcommands().empty()) return error.what();
-    if (unknown.empty()) return "a command is required";
-    return "there is no command or option " + printable(unknown.front());
+    const CLI::App* last = &app;  // of the commands that were understood
+    while (!last->get_subcommands().empty()) last = last->get_subcommands().front();
+    const bool commandIsMissing = !last->get_subcommands([](const CLI::App*) { return true; }).empty();
+    if (!commandIsMissing) return error.what();
+    const std::string family = last == &app ? "" : last->get_name() + ": ";
+    const std::vector<std::string> unknown = app.remaining(true);
+    if (unknown.empty()) return family + "a command is required";
+    return family + "there is no command or option " + printable(unknown.front());
 }
 
 }  // namespace

@@ -11,6 +11,16 @@ using Command = CommandResult (*)(Session&, const Arguments&);
 /// summary as `list` gives it.
 CommandResult reportSaved(Session& session, std::string_view whatHappened, const Workspace& workspace);
 
+/// What `list` gives, without a line where there are none.
+void printList(Output& output, std::span<const Workspace> workspaces);
+/// The members of a workspace's line in `list`.
+JsonLine summary(const Workspace& workspace);
+
+/// The desktop as a save records it.
+Expected<WorkspaceSnapshot> captureDesktop(Session& session);
+/// "3 windows of 2 applications"; remarks of the capture go to standard error.
+std::string reportCaptured(Session& session, const WorkspaceSnapshot& snapshot);
+
 // The library (LibraryCommands.cpp).
 CommandResult listWorkspaces(Session& session, const Arguments& arguments);
 CommandResult showWorkspace(Session& session, const Arguments& arguments);
@@ -22,6 +32,11 @@ CommandResult deleteWorkspace(Session& session, const Arguments& arguments);
 CommandResult exportWorkspace(Session& session, const Arguments& arguments);
 CommandResult importWorkspace(Session& session, const Arguments& arguments);
 CommandResult validateFile(Session& session, const Arguments& arguments);
+
+// The session history (HistoryCommands.cpp).
+CommandResult listHistory(Session& session, const Arguments& arguments);
+CommandResult saveToHistory(Session& session, const Arguments& arguments);
+CommandResult clearHistory(Session& session, const Arguments& arguments);
 
 // The live desktop (DesktopCommands.cpp).
 CommandResult doctor(Session& session, const Arguments& arguments);

@@ -26,28 +26,13 @@ std::string randomColor() {
     return std::string(Workspace::colors[position(source)]);
 }
 
-Expected<WorkspaceSnapshot> captureDesktop(Session& session) {
-    Expected<std::unique_ptr<Desktop>> desktop = openTrustedDesktop(session);
-    if (!desktop) return std::unexpected(desktop.error());
-    std::optional<WorkspaceSnapshot> snapshot =
-        run(**desktop, Capture::snapshot((*desktop)->access(), captureOptions()));
-    if (!snapshot) return failure("cancelled", Exit::cancelled);
-    return *std::move(snapshot);
-}
-
 CommandResult store(Session& session, std::string_view preposition, const Workspace& workspace) {
     if (const Result<void> saved = session.store.save(workspace); !saved) {
         return couldNot("save " + printable(workspace.name), saved.error());
     }
-    for (const std::string& note : workspace.snapshot.notes.value_or(std::vector<std::string>{})) {
-        session.output.complain(printable(note));
-    }
-    return reportSaved(
-        session,
-        fmt::format("Saved {} of {} {}", counted(workspace.snapshot.windowCount(), "window"),
-                    counted(static_cast<std::int64_t>(workspace.snapshot.applications.size()), "application"),
-                    preposition),
-        workspace);
+    return reportSaved(session,
+                       fmt::format("Saved {} {}", reportCaptured(session, workspace.snapshot), preposition),
+                       workspace);
 }
 
 CommandResult saveNew(Session& session, std::string_view nameArgument) {
@@ -119,11 +104,29 @@ void examineStore(Examination& examination, Session& session) {
     const WorkspaceScanResult library = session.store.scan();
     examination.tell("data directory", session.dataDirectory.string());
     examination.tell("workspaces", std::to_string(library.workspaces.size()));
+    examination.tell("sessions", std::to_string(session.history.list().size()));
     examination.tell("damaged files", std::to_string(library.issues.size()));
     examination.tell("log", session.logFile.string());
 }
 
 }  // namespace
+
+Expected<WorkspaceSnapshot> captureDesktop(Session& session) {
+    Expected<std::unique_ptr<Desktop>> desktop = openTrustedDesktop(session);
+    if (!desktop) return std::unexpected(desktop.error());
+    std::optional<WorkspaceSnapshot> snapshot =
+        run(**desktop, Capture::snapshot((*desktop)->access(), captureOptions()));
+    if (!snapshot) return failure("cancelled", Exit::cancelled);
+    return *std::move(snapshot);
+}
+
+std::string reportCaptured(Session& session, const WorkspaceSnapshot& snapshot) {
+    for (const std::string& note : snapshot.notes.value_or(std::vector<std::string>{})) {
+        session.output.complain(printable(note));
+    }
+    const auto applications = static_cast<std::int64_t>(snapshot.applications.size());
+    return counted(snapshot.windowCount(), "window") + " of " + counted(applications, "application");
+}
 
 CommandResult doctor(Session& session, const Arguments&) {
     Examination examination(session.output);

@@ -34,17 +34,18 @@ Expected<std::string> readFile(Session& session, const Arguments& arguments) {
 CommandResult exportWorkspace(Session& session, const Arguments& arguments) {
     const Expected<std::filesystem::path> file = fileArgument(arguments);
     if (!file) return std::unexpected(file.error());
-    const Expected<Workspace> workspace = find(session, arguments.workspace);
-    if (!workspace) return std::unexpected(workspace.error());
+    const Expected<Found> found = findWithHistory(session, arguments.workspace);
+    if (!found) return std::unexpected(found.error());
+    const Workspace& workspace = found->workspace;
     if (!arguments.force && session.files.exists(*file)) {
         return failure(printable(arguments.file) + ": a file of this name exists; --force replaces it");
     }
-    const Result<std::string> document = WorkspaceCoding::encode(*workspace);
-    if (!document) return couldNot("export " + printable(workspace->name), document.error());
+    const Result<std::string> document = WorkspaceCoding::encode(workspace);
+    if (!document) return couldNot("export " + printable(workspace.name), document.error());
     if (const Result<void> written = writeAtomically(session.files, *file, *document); !written) {
-        return couldNot("export " + printable(workspace->name), written.error());
+        return couldNot("export " + printable(workspace.name), written.error());
     }
-    return reportSaved(session, "Exported", *workspace);
+    return reportSaved(session, "Exported", workspace);
 }
 
 CommandResult importWorkspace(Session& session, const Arguments& arguments) {

@@ -17,24 +17,6 @@ std::int64_t applicationCount(const Workspace& workspace) {
     return static_cast<std::int64_t>(workspace.snapshot.applications.size());
 }
 
-JsonLine summary(const Workspace& workspace) {
-    JsonLine line;
-    line.add("id", workspace.id.upper())
-        .add("name", workspace.name)
-        .add("icon", workspace.icon)
-        .add("color", workspace.color)
-        .add("createdAt", workspace.createdAt)
-        .add("updatedAt", workspace.updatedAt)
-        .add("lastRestoredAt", workspace.lastRestoredAt)
-        .add("applications", applicationCount(workspace))
-        .add("windows", workspace.snapshot.windowCount())
-        .add("desktops", workspace.snapshot.desktopCount())
-        .add("displays", static_cast<std::int64_t>(workspace.snapshot.displays.size()))
-        .add("folders", workspace.snapshot.folderCount())
-        .add("tabs", workspace.snapshot.tabCount());
-    return line;
-}
-
 void printTable(Output& output, std::span<const Workspace> workspaces) {
     Table table({"NAME", "WINDOWS", "APPLICATIONS", "SAVED", "RESTORED"});
     for (const Workspace& workspace : workspaces) {
@@ -81,27 +63,52 @@ void printWorkspace(Output& output, const Workspace& workspace) {
 
 }  // namespace
 
+JsonLine summary(const Workspace& workspace) {
+    JsonLine line;
+    line.add("id", workspace.id.upper())
+        .add("name", workspace.name)
+        .add("icon", workspace.icon)
+        .add("color", workspace.color)
+        .add("createdAt", workspace.createdAt)
+        .add("updatedAt", workspace.updatedAt)
+        .add("lastRestoredAt", workspace.lastRestoredAt)
+        .add("applications", applicationCount(workspace))
+        .add("windows", workspace.snapshot.windowCount())
+        .add("desktops", workspace.snapshot.desktopCount())
+        .add("displays", static_cast<std::int64_t>(workspace.snapshot.displays.size()))
+        .add("folders", workspace.snapshot.folderCount())
+        .add("tabs", workspace.snapshot.tabCount());
+    return line;
+}
+
+void printList(Output& output, std::span<const Workspace> workspaces) {
+    if (!output.json()) {
+        printTable(output, workspaces);
+        return;
+    }
+    for (const Workspace& workspace : workspaces) output.value(summary(workspace));
+}
+
 CommandResult listWorkspaces(Session& session, const Arguments&) {
     const std::vector<Workspace> workspaces = scan(session);
-    if (session.output.json()) {
-        for (const Workspace& workspace : workspaces) session.output.value(summary(workspace));
-    } else if (workspaces.empty()) {
+    if (workspaces.empty() && !session.output.json()) {
         session.output.line("No workspaces yet. Save what is open now with: quilloctl save NAME");
-    } else {
-        printTable(session.output, workspaces);
+        return Exit::done;
     }
+    printList(session.output, workspaces);
     return Exit::done;
 }
 
 CommandResult showWorkspace(Session& session, const Arguments& arguments) {
-    const Expected<Workspace> workspace = find(session, arguments.workspace);
-    if (!workspace) return std::unexpected(workspace.error());
+    const Expected<Found> found = findWithHistory(session, arguments.workspace);
+    if (!found) return std::unexpected(found.error());
+    const Workspace& workspace = found->workspace;
     if (!session.output.json()) {
-        printWorkspace(session.output, *workspace);
+        printWorkspace(session.output, workspace);
         return Exit::done;
     }
-    const Result<std::string> document = WorkspaceCoding::encode(*workspace);
-    if (!document) return couldNot("show " + printable(workspace->name), document.error());
+    const Result<std::string> document = WorkspaceCoding::encode(workspace);
+    if (!document) return couldNot("show " + printable(workspace.name), document.error());
     session.output.line(onOneLine(*document));
     return Exit::done;
 }

@@ -55,35 +55,36 @@ bool noteRestored(Session& session, const Uuid& id) {
 }  // namespace
 
 CommandResult planRestore(Session& session, const Arguments& arguments) {
-    const Expected<Workspace> workspace = find(session, arguments.workspace);
-    if (!workspace) return std::unexpected(workspace.error());
+    const Expected<Found> found = findWithHistory(session, arguments.workspace);
+    if (!found) return std::unexpected(found.error());
     const Expected<std::unique_ptr<Desktop>> desktop = openTrustedDesktop(session);
     if (!desktop) return std::unexpected(desktop.error());
-    printPlan(session.output, (*desktop)->access(), workspace->snapshot);
+    printPlan(session.output, (*desktop)->access(), found->workspace.snapshot);
     return Exit::done;
 }
 
 CommandResult restoreWorkspace(Session& session, const Arguments& arguments) {
-    Expected<Workspace> workspace = find(session, arguments.workspace);
-    if (!workspace) return std::unexpected(workspace.error());
-    if (const Expected<void> kept = keepOnly(*workspace, arguments.only); !kept) {
+    Expected<Found> found = findWithHistory(session, arguments.workspace);
+    if (!found) return std::unexpected(found.error());
+    Workspace& workspace = found->workspace;
+    if (const Expected<void> kept = keepOnly(workspace, arguments.only); !kept) {
         return std::unexpected(kept.error());
     }
     const Expected<std::unique_ptr<Desktop>> desktop = openTrustedDesktop(session);
     if (!desktop) return std::unexpected(desktop.error());
 
-    RestorePrinter printer(session.output, *workspace);
+    RestorePrinter printer(session.output, workspace);
     printer.begin();
     const std::optional<RestoreReport> report =
-        run(**desktop, Restore::run((*desktop)->access(), *workspace, Restore::Options{},
+        run(**desktop, Restore::run((*desktop)->access(), workspace, Restore::Options{},
                                     [&printer](const RestoreReport::Item& item) { printer.item(item); }));
     const Result<void> kept = (*desktop)->keepChanges();
     if (!report) return failure("cancelled", Exit::cancelled);
     printer.end(*report);
     if (!kept) return failure(printable(kept.error().text));
     const Exit exit = exitFor(*report);
-    if (report->cancelled || !arguments.only.empty()) return exit;
-    return noteRestored(session, workspace->id) ? exit : Exit::partly;
+    if (report->cancelled || !arguments.only.empty() || found->isSession) return exit;
+    return noteRestored(session, workspace.id) ? exit : Exit::partly;
 }
 
 }  // namespace quillo::ctl

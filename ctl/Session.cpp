@@ -27,28 +27,51 @@ Failure ambiguous(std::string_view which, std::span<const Workspace* const> name
     return {Exit::failed, std::move(text)};
 }
 
+/// The one with this identifier, else all with this name.
+std::vector<const Workspace*> knownAs(std::string_view which, std::span<const Workspace> workspaces) {
+    const std::optional<Uuid> id = Uuid::parse(which);
+    std::vector<const Workspace*> known;
+    for (const Workspace& workspace : workspaces) {
+        if (id && workspace.id == *id) return {&workspace};
+        if (text::equalIgnoringCase(workspace.name, which)) known.push_back(&workspace);
+    }
+    return known;
+}
+
 }  // namespace
 
 std::vector<Workspace> scan(Session& session) {
-    WorkspaceScanResult result = session.store.scan();
+    return scan(session, session.store);
+}
+
+std::vector<Workspace> scan(Session& session, const WorkspaceStore& store) {
+    WorkspaceScanResult result = store.scan();
     for (const WorkspaceLoadIssue& issue : result.issues) session.output.complain(issueText(issue));
     return std::move(result.workspaces);
 }
 
 Expected<Workspace> find(std::span<const Workspace> workspaces, std::string_view which) {
-    const std::optional<Uuid> id = Uuid::parse(which);
-    std::vector<const Workspace*> named;
-    for (const Workspace& workspace : workspaces) {
-        if (id && workspace.id == *id) return workspace;
-        if (text::equalIgnoringCase(workspace.name, which)) named.push_back(&workspace);
-    }
-    if (named.empty()) return failure("there is no workspace " + printable(which));
-    if (named.size() > 1) return std::unexpected(ambiguous(which, named));
-    return *named.front();
+    const std::vector<const Workspace*> known = knownAs(which, workspaces);
+    if (known.empty()) return failure("there is no workspace " + printable(which));
+    if (known.size() > 1) return std::unexpected(ambiguous(which, known));
+    return *known.front();
 }
 
 Expected<Workspace> find(Session& session, std::string_view which) {
     return find(scan(session), which);
+}
+
+Expected<Found> findWithHistory(Session& session, std::string_view which) {
+    std::vector<Workspace> workspaces = scan(session);
+    bool isSession = false;
+    if (knownAs(which, workspaces).empty()) {
+        std::vector<Workspace> sessions = scan(session, session.history.store());
+        isSession = !knownAs(which, sessions).empty();
+        if (isSession) workspaces = std::move(sessions);
+    }
+    Expected<Workspace> found = find(workspaces, which);
+    if (!found) return std::unexpected(found.error());
+    return Found{*std::move(found), isSession};
 }
 
 Expected<std::string> workspaceName(std::string_view argument, std::string_view text) {

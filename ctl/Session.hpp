@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 
+#include "WindowEngine/SessionHistory.hpp"
 #include "WindowEngine/WorkspaceStore.hpp"
 #include "WindowEngine/services/FileSystem.hpp"
 #include "ctl/Arguments.hpp"
@@ -17,6 +18,7 @@ struct Session {
     Output& output;
     FileSystem& files;
     WorkspaceStore& store;
+    SessionHistory& history;
     std::filesystem::path dataDirectory;
     std::filesystem::path logFile;
     /// Connects to the desktop. Only the commands that need one call it: the others stay fast and work
@@ -24,13 +26,22 @@ struct Session {
     std::function<Result<std::unique_ptr<Desktop>>()> openDesktop;
 };
 
-/// The workspaces of the store. What is wrong there goes to standard error.
+/// The workspaces of the library, or of the given store. What is wrong there goes to standard error.
 std::vector<Workspace> scan(Session& session);
+std::vector<Workspace> scan(Session& session, const WorkspaceStore& store);
 
 /// The one workspace that `which` names: its identifier, or its name ignoring case. Several of one name are
 /// listed with their identifiers and none is taken.
 Expected<Workspace> find(Session& session, std::string_view which);
 Expected<Workspace> find(std::span<const Workspace> workspaces, std::string_view which);
+
+/// For commands that change no workspace: the same, and where the library knows none so, among the sessions
+/// of the history.
+struct Found {
+    Workspace workspace;
+    bool isSession = false;
+};
+Expected<Found> findWithHistory(Session& session, std::string_view which);
 
 /// A name as it is stored: trimmed. An empty one, or bytes that are not UTF-8, are a usage error that names
 /// the argument.

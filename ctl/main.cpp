@@ -47,9 +47,11 @@ CommandResult runCommand(const Invocation& invocation, Output& output) {
     const std::filesystem::path data =
         arguments.dataDirectory.empty() ? directories->data : absolutePath(arguments.dataDirectory);
     WorkspaceStore store(files, data / "workspaces");
+    SessionHistory history(files, data / "sessions");
     Session session{.output = output,
                     .files = files,
                     .store = store,
+                    .history = history,
                     .dataDirectory = data,
                     .logFile = directories->state / "quillo.log",
                     .openDesktop = [&] { return openDesktop(arguments, files, log); }};

@@ -1,9 +1,13 @@
 # Completion of quilloctl for bash.
 
+# Completes from what these commands list: _quilloctl_workspaces WORD COMMAND...
 _quilloctl_workspaces() {
     # Names may hold blanks: one a line, quoted as bash needs them.
-    local name
-    quilloctl "${globals[@]}" --json list 2>/dev/null |
+    local name listing
+    for listing in "${@:2}"; do
+        # shellcheck disable=SC2086
+        quilloctl "${globals[@]}" --json $listing 2>/dev/null
+    done |
         sed -n 's/^.*"name":"\(\([^"\\]\|\\.\)*\)".*$/\1/p' |
         sed 's/\\\(["\/\\]\)/\1/g' |
         while IFS= read -r name; do
@@ -13,7 +17,7 @@ _quilloctl_workspaces() {
 
 _quilloctl() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-    local commands="doctor windows displays save plan restore list show rename duplicate delete export import validate"
+    local commands="doctor windows displays save plan restore list show rename duplicate delete history export import validate"
     local options="--desktop --data-dir --json --keep-scene --help -h --version"
     local command="" word globals=() arguments=0 index
     COMPREPLY=()
@@ -33,7 +37,7 @@ _quilloctl() {
     case $previous in
         --desktop) mapfile -t COMPREPLY < <(compgen -W "x11 simulated:" -- "$current"); return ;;
         --data-dir) mapfile -t COMPREPLY < <(compgen -d -- "$current"); return ;;
-        --update) mapfile -t COMPREPLY < <(_quilloctl_workspaces "$current"); return ;;
+        --update) mapfile -t COMPREPLY < <(_quilloctl_workspaces "$current" list); return ;;
         --only) return ;;
     esac
 
@@ -48,8 +52,11 @@ _quilloctl() {
         mapfile -t COMPREPLY < <(compgen -W "$commands" -- "$current")
     else
         case $command:$arguments in
-            plan:0 | restore:0 | show:0 | rename:0 | duplicate:0 | delete:0 | export:0)
-                mapfile -t COMPREPLY < <(_quilloctl_workspaces "$current") ;;
+            plan:0 | restore:0 | show:0 | export:0)
+                mapfile -t COMPREPLY < <(_quilloctl_workspaces "$current" list "history list") ;;
+            rename:0 | duplicate:0 | delete:0)
+                mapfile -t COMPREPLY < <(_quilloctl_workspaces "$current" list) ;;
+            history:0) mapfile -t COMPREPLY < <(compgen -W "list save clear" -- "$current") ;;
             import:0 | validate:0 | export:1)
                 compopt -o filenames 2>/dev/null
                 mapfile -t COMPREPLY < <(compgen -f -- "$current") ;;

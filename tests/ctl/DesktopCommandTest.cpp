@@ -75,6 +75,43 @@ TEST_F(DesktopCommandTest, AnUpdateKeepsIdentityAndLook) {
     EXPECT_EQ(lines(done({"list"})).size(), 2U);
 }
 
+TEST_F(DesktopCommandTest, TheHistoryKeepsChangedSessionsBesideTheLibrary) {
+    const std::string sessions = ".local/share/Quillo/sessions", before = "Last session (",
+                      later = "LAST SESSION";
+    const auto listed = [this] {
+        Texts names = members(done({"history", "list", "--json"}), "name");
+        std::ranges::sort(names);  // the clock of both scenes stands at one second
+        return names;
+    };
+    expectSteps(
+        {{{"history", "list"}, 0, "quilloctl history save"},
+         {{"history", "clear"}, 0, "Removed 0 sessions\n"},
+         {{"show", later}, 1, "there is no workspace LAST SESSION"},
+         {{"history", "save"}, 4, "quilloctl: "},
+         {on("arranged", {"history", "save"}), 0, "Saved 3 windows of 2 applications as Last session\n"},
+         {on("arranged", {"history", "save"}), 0, ": 3 windows of 2 applications\n"},
+         {on("arranged", {"history", "save", "--json"}), 0, "\"saved\":false"}});
+    EXPECT_EQ(listed(), Texts{"Last session"});
+    done(on("disturbed", {"history", "save"}));
+    const Texts names = listed();
+    ASSERT_EQ(names.size(), 2U);
+    EXPECT_EQ(names[1].substr(0, before.size()), before);
+    EXPECT_EQ(home_.mode(sessions), 0700U);
+
+    // The sessions are found where the library has no such name; only reading commands look there.
+    expectSteps({{on("arranged", {"plan", names[1]}), 0, "600 × 400 at 100, 100"},
+                 {on("disturbed", {"restore", names[1]}), 0, "3 restored"},
+                 {{"export", later, home_ / "out.json"}, 0, "Exported Last session\n"},
+                 {{"rename", later, "Mine"}, 1, "there is no workspace LAST SESSION"},
+                 {{"delete", later}, 1, "there is no workspace LAST SESSION"}});
+    EXPECT_EQ(members(done({"history", "list", "--json"}), "lastRestoredAt"), (Texts{"", ""}));
+    expectSteps({{{"rename", "Work", "last session"}, 0, "Renamed"}, {{"show", later}, 0, "last session\n"}});
+    EXPECT_NE(done({"show", "03CC17F4-4EAF-47BB-9F08-13A4854D3F71"}).find("1 application, 2 windows"),
+              std::string::npos);
+    expectSteps({{{"history", "clear"}, 0, "Removed 2 sessions\n"}, {{"list"}, 0, "last session"}});
+    EXPECT_FALSE(std::filesystem::exists(home_ / sessions));
+}
+
 TEST_F(DesktopCommandTest, AKeptSceneIsRestoredOverSeveralCalls) {
     const std::string before = home_.read("disturbed"),
                       plan = done(on("disturbed", {"plan", "work", "--keep-scene"}));

@@ -25,12 +25,16 @@ TEST_F(HelpTest, TheManPageAndTheCompletionKnowEveryCommandAndOption) {
     // Commands stand indented by two with a text behind, options begin with a hyphen.
     const Names commands = matches(done({"--help"}), "^  ([a-z]+) +[a-z]");
     EXPECT_EQ(commands, (Names{"doctor", "windows", "displays", "save", "plan", "restore", "list", "show",
-                               "rename", "duplicate", "delete", "export", "import", "validate"}));
+                               "rename", "duplicate", "delete", "history", "export", "import", "validate"}));
     std::string help = done({"--help"});
     for (const std::string& command : commands) {
         help += done({command, "--help"});
         EXPECT_TRUE(std::regex_search(manual, std::regex("\n\\.(B|BI) \"?" + command + "\\b"))) << command;
         EXPECT_TRUE(std::regex_search(completion, std::regex("commands=.*\\b" + command + "\\b"))) << command;
+    }
+    for (const char* command : {"list", "save", "clear"}) {
+        help += done({"history", command, "--help"});
+        EXPECT_NE(manual.find(std::string(".B history ") + command), std::string::npos) << command;
     }
     const Names options = matches(help, "[ ,](--[a-z-]+)");
     for (const char* option : {"--json", "--only", "--force", "--update"})
@@ -50,13 +54,16 @@ printf '%s\n' "${COMPREPLY[@]}"
 )");
     const std::string path = file("in.json", document(R"(My \"work\")"));
     EXPECT_EQ(run({"import", path}).status, 0);
+    done({"--desktop", "simulated:" QUILLO_SOURCE_DIR "/tests/scenes/desk.json", "history", "save"});
     const std::pair<Texts, Texts> cases[] = {
         {{"d"}, {"delete", "displays", "doctor", "duplicate"}},
         {{"--json", "re"}, {"rename", "restore"}},
         {{"restore", "x", "--o"}, {"--only"}},
         {{"save", "--update", "my"}, {R"(My\ \"work\")"}},
-        {{"restore", ""}, {R"(My\ \"work\")"}},
+        {{"rename", ""}, {R"(My\ \"work\")"}},
+        {{"restore", ""}, {"Last\\ session", R"(My\ \"work\")"}},
         {{"restore", "other"}, {""}},
+        {{"history", ""}, {"clear", "list", "save"}},
         {{"import", home_ / "in"}, {path}},
     };
     for (auto [words, completed] : cases) {

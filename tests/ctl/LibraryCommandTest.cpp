@@ -26,6 +26,8 @@ TEST_F(LibraryCommandTest, UsageErrorsNameTheArgument) {
         {{}, 2, "a command is required"},
         {{"frobnicate"}, 2, "no command or option frobnicate"},
         {{"list", "--frobnicate"}, 2, "--frobnicate"},
+        {{"history"}, 2, "history: a command is required"},
+        {{"history", "forget"}, 2, "history: there is no command or option forget"},
         {{"show"}, 2, "W is required"},
         {{"rename", "Work"}, 2, "NAME is required"},
         {{"rename", "Work", " \t\n"}, 2, "NAME: the name is empty"},
