@@ -94,4 +94,11 @@ std::vector<Step> make(std::span<const ContextWindow> saved, std::span<const Con
     return steps;
 }
 
+std::vector<AdapterStep> adapterSteps(const AppContext& saved, const AppContext& current) {
+    std::vector<AdapterStep> steps;
+    for (Step& step : make(saved.windows, current.windows, true))
+        steps.push_back({!step.index, std::move(step.urls)});
+    return steps;
+}
+
 }  // namespace quillo::BrowserRestorePlan

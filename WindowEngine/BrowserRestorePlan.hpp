@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-#include "WindowEngine/Workspace.hpp"
+#include "WindowEngine/ContextAdapter.hpp"
 
 namespace quillo::BrowserRestorePlan {
 
@@ -29,5 +29,8 @@ bool isWebAddress(const Url& url);
 /// never opened.
 std::vector<Step> make(std::span<const ContextWindow> saved, std::span<const ContextWindow> live,
                        bool reuseExisting);
+
+/// The same in an integration's terms.
+std::vector<AdapterStep> adapterSteps(const AppContext& saved, const AppContext& current);
 
 }  // namespace quillo::BrowserRestorePlan

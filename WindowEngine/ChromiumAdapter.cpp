@@ -218,6 +218,10 @@ Task<AdapterCaptureResult> ChromiumAdapter::capture(DesktopAccess& desktop,
     co_return result;
 }
 
+std::vector<AdapterStep> ChromiumAdapter::plan(const AppContext& saved, const AppContext& current) const {
+    return BrowserRestorePlan::adapterSteps(saved, current);
+}
+
 Task<AdapterRestoreResult> ChromiumAdapter::restore(DesktopAccess& desktop, AppContext saved,
                                                     std::optional<AppContext> current,
                                                     std::string bundleIdentifier) const {

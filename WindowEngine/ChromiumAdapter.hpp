@@ -23,6 +23,7 @@ class ChromiumAdapter final : public ContextAdapter {
     }
 
     Task<AdapterCaptureResult> capture(DesktopAccess& desktop, std::string bundleIdentifier) const override;
+    std::vector<AdapterStep> plan(const AppContext& saved, const AppContext& current) const override;
     /// Goes by the browser's own window identifiers, read afresh: places in its list change with every window
     /// that is made or brought to the front. Every script looks again that its window is no incognito one.
     Task<AdapterRestoreResult> restore(DesktopAccess& desktop, AppContext saved,

@@ -32,6 +32,14 @@ struct AdapterRestoreResult {
     bool operator==(const AdapterRestoreResult&) const = default;
 };
 
+/// What restore() opens in one window, in order.
+struct AdapterStep {
+    bool newWindow = false;  // otherwise in one that is there
+    std::vector<Url> urls;
+
+    bool operator==(const AdapterStep&) const = default;
+};
+
 /// Stateless. Texts of results are fixed sentences: they hold no path, title or address. Cancelled, an
 /// operation ends soon and says so in its result instead of throwing.
 class ContextAdapter {
@@ -45,6 +53,8 @@ class ContextAdapter {
 
     virtual Task<AdapterCaptureResult> capture(DesktopAccess& desktop,
                                                std::string bundleIdentifier) const = 0;
+    /// What is not open yet, step by step, where the application shows `current`. Pure; what a restore does.
+    virtual std::vector<AdapterStep> plan(const AppContext& saved, const AppContext& current) const = 0;
     /// `current` is what the application shows now, as capture() gave it a moment ago; absent when that
     /// could not be read.
     virtual Task<AdapterRestoreResult> restore(DesktopAccess& desktop, AppContext saved,

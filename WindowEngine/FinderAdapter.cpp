@@ -6,10 +6,9 @@ namespace quillo {
 namespace {
 
 /// Folders by their path, so that one spelling of an address is as good as another.
-std::set<std::string> pathsOf(const std::optional<AppContext>& context) {
+std::set<std::string> pathsOf(const AppContext& context) {
     std::set<std::string> paths;
-    if (!context) return paths;
-    for (const ContextWindow& window : context->windows) {
+    for (const ContextWindow& window : context.windows) {
         for (const Url& url : window.urls) {
             if (const auto path = url.standardized().filePath()) paths.insert(*path);
         }
@@ -23,18 +22,14 @@ Task<bool> open(DesktopAccess& desktop, std::string path) {
     co_return opened.has_value();
 }
 
-Task<void> openAll(DesktopAccess& desktop, const AppContext& saved, std::set<std::string> shown,
-                   AdapterRestoreResult& result) {
-    for (const ContextWindow& window : saved.windows) {
-        for (const Url& url : window.urls) {
-            const auto path = url.standardized().filePath();
-            if (path && !shown.insert(*path).second) continue;
-            if (path && co_await open(desktop, *path)) {
-                ++result.opened;
-                ++result.newWindows;
-            } else {
-                result.failures.emplace_back("Finder could not reopen a saved folder.");
-            }
+Task<void> openAll(DesktopAccess& desktop, std::vector<AdapterStep> steps, AdapterRestoreResult& result) {
+    for (const AdapterStep& step : steps) {
+        const auto path = step.urls.front().standardized().filePath();
+        if (path && co_await open(desktop, *path)) {
+            ++result.opened;
+            ++result.newWindows;
+        } else {
+            result.failures.emplace_back("Finder could not reopen a saved folder.");
         }
     }
 }
@@ -95,11 +90,24 @@ Task<AdapterCaptureResult> FinderAdapter::capture(DesktopAccess& desktop, std::s
     co_return result;
 }
 
+std::vector<AdapterStep> FinderAdapter::plan(const AppContext& saved, const AppContext& current) const {
+    std::set<std::string> shown = pathsOf(current);
+    std::vector<AdapterStep> steps;
+    for (const ContextWindow& window : saved.windows) {
+        for (const Url& url : window.urls) {
+            const auto path = url.standardized().filePath();
+            // An address that is no folder is kept: it is to be reported.
+            if (!path || shown.insert(*path).second) steps.push_back({true, {url}});
+        }
+    }
+    return steps;
+}
+
 Task<AdapterRestoreResult> FinderAdapter::restore(DesktopAccess& desktop, AppContext saved,
                                                   std::optional<AppContext> current, std::string) const {
     AdapterRestoreResult result;
     try {
-        co_await openAll(desktop, saved, pathsOf(current), result);
+        co_await openAll(desktop, plan(saved, current.value_or(AppContext{})), result);
     } catch (const Cancelled&) {
         result.failures.emplace_back("Finder restore was cancelled.");
     }

@@ -19,6 +19,7 @@ class FinderAdapter final : public ContextAdapter {
     }
 
     Task<AdapterCaptureResult> capture(DesktopAccess& desktop, std::string bundleIdentifier) const override;
+    std::vector<AdapterStep> plan(const AppContext& saved, const AppContext& current) const override;
     /// Opens each folder once, and none that a window shows already.
     Task<AdapterRestoreResult> restore(DesktopAccess& desktop, AppContext saved,
                                        std::optional<AppContext> current,

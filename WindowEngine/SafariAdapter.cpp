@@ -204,6 +204,10 @@ Task<AdapterCaptureResult> SafariAdapter::capture(DesktopAccess& desktop, std::s
     co_return cancelled;
 }
 
+std::vector<AdapterStep> SafariAdapter::plan(const AppContext& saved, const AppContext& current) const {
+    return BrowserRestorePlan::adapterSteps(saved, current);
+}
+
 Task<AdapterRestoreResult> SafariAdapter::restore(DesktopAccess& desktop, AppContext saved,
                                                   std::optional<AppContext> current, std::string) const {
     AdapterRestoreResult result;

@@ -23,6 +23,7 @@ class SafariAdapter final : public ContextAdapter {
     /// A Safari that does not run has no windows to verify. Only web addresses are kept: no other could be
     /// opened again.
     Task<AdapterCaptureResult> capture(DesktopAccess& desktop, std::string bundleIdentifier) const override;
+    std::vector<AdapterStep> plan(const AppContext& saved, const AppContext& current) const override;
     Task<AdapterRestoreResult> restore(DesktopAccess& desktop, AppContext saved,
                                        std::optional<AppContext> current,
                                        std::string bundleIdentifier) const override;
