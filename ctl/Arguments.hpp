@@ -14,12 +14,14 @@ struct Arguments {
     bool keepScene = false;  // write the changed scene of a simulated desktop back to its file
 
     // of single commands
-    std::string workspace;              // W
-    std::optional<std::string> name;    // NAME
-    std::string file;                   // FILE
-    std::optional<std::string> update;  // save --update W
-    std::vector<std::string> only;      // restore --only APP
-    bool force = false;                 // export --force
+    std::string workspace;                  // W
+    std::optional<std::string> name;        // NAME
+    std::string file;                       // FILE
+    std::optional<std::string> update;      // save --update W
+    std::vector<std::string> only;          // restore --only APP
+    bool force = false;                     // export --force
+    std::vector<std::string> adapters;      // --adapter ID
+    std::optional<std::string> cleanSlate;  // --clean-slate MODE; absent: as the workspace says
 };
 
 }  // namespace quillo::ctl

@@ -62,6 +62,24 @@ void addGlobalOptions(CLI::App& app, Arguments& arguments) {
     app.set_version_flag("--version", version, "print the version");
 }
 
+void addAdapters(CLI::App* command, Arguments& arguments) {
+    command
+        ->add_option("--adapter", arguments.adapters,
+                     "an integration to use: finder, chromium or safari; may be repeated")
+        ->type_name("ID")
+        ->check(CLI::IsMember({"finder", "chromium", "safari"}))
+        ->allow_extra_args(false);
+}
+
+void addCleanSlate(CLI::App* command, Arguments& arguments) {
+    command
+        ->add_option("--clean-slate", arguments.cleanSlate,
+                     "what becomes of other applications first: keep, hide or quit; as the workspace says "
+                     "unless given")
+        ->type_name("MODE")
+        ->check(CLI::IsMember({"keep", "hide", "quit"}));
+}
+
 void addDesktopCommands(CommandSet& commands) {
     Arguments& arguments = commands.arguments();
     commands.group = "The desktop as it is";
@@ -77,8 +95,11 @@ void addDesktopCommands(CommandSet& commands) {
     save->add_option("--update", arguments.update, "renew the workspace W, which keeps its name and look")
         ->type_name("W")
         ->excludes(name);
-    commands.addForWorkspace("plan", "what a restore would do, window by window, and why; changes nothing",
-                             planRestore);
+    addAdapters(save, arguments);
+    CLI::App* plan = commands.addForWorkspace(
+        "plan", "what a restore would do, window by window, and why; changes nothing", planRestore);
+    addAdapters(plan, arguments);
+    addCleanSlate(plan, arguments);
     CLI::App* restore = commands.addForWorkspace(
         "restore", "bring a workspace back; one line for each thing done", restoreWorkspace);
     restore
@@ -86,6 +107,8 @@ void addDesktopCommands(CommandSet& commands) {
                      "only this application, by name or identifier; may be repeated")
         ->type_name("APP")
         ->allow_extra_args(false);
+    addAdapters(restore, arguments);
+    addCleanSlate(restore, arguments);
 }
 
 void addLibraryCommands(CommandSet& commands) {
@@ -104,7 +127,9 @@ void addLibraryCommands(CommandSet& commands) {
         commands.addFamily("history", "the last sessions, kept apart from the workspaces: list, save, clear");
     history.group = "Commands";
     history.add("list", "all sessions, the last one first", listHistory);
-    history.add("save", "save what is open as the last session, unless nothing has changed", saveToHistory);
+    addAdapters(history.add("save", "save what is open as the last session, unless nothing has changed",
+                            saveToHistory),
+                commands.arguments());
     history.add("clear", "delete all sessions", clearHistory);
 
     commands.group = "Workspace files";

@@ -17,7 +17,7 @@ void printList(Output& output, std::span<const Workspace> workspaces);
 JsonLine summary(const Workspace& workspace);
 
 /// The desktop as a save records it.
-Expected<WorkspaceSnapshot> captureDesktop(Session& session);
+Expected<WorkspaceSnapshot> captureDesktop(Session& session, const Arguments& arguments);
 /// "3 windows of 2 applications"; remarks of the capture go to standard error.
 std::string reportCaptured(Session& session, const WorkspaceSnapshot& snapshot);
 

@@ -15,9 +15,9 @@ namespace {
 
 constexpr std::string_view defaultIcon = "square.stack.3d.up";
 
-/// What a save leaves out. The person's own exclusions and integrations join here once there are settings.
-Capture::Options captureOptions() {
-    return {};
+/// The person's own exclusions join here once there are settings.
+Capture::Options captureOptions(const Arguments& arguments) {
+    return {.enabledAdapters = {arguments.adapters.begin(), arguments.adapters.end()}};
 }
 
 std::string randomColor() {
@@ -35,20 +35,20 @@ CommandResult store(Session& session, std::string_view preposition, const Worksp
                        workspace);
 }
 
-CommandResult saveNew(Session& session, std::string_view nameArgument) {
-    const Expected<std::string> name = workspaceName("NAME", nameArgument);
+CommandResult saveNew(Session& session, const Arguments& arguments) {
+    const Expected<std::string> name = workspaceName("NAME", *arguments.name);
     if (!name) return std::unexpected(name.error());
-    Expected<WorkspaceSnapshot> snapshot = captureDesktop(session);
+    Expected<WorkspaceSnapshot> snapshot = captureDesktop(session, arguments);
     if (!snapshot) return std::unexpected(snapshot.error());
     return store(session, "as",
                  Workspace::create(Uuid::random(), uniqueName(*name, scan(session)), std::string(defaultIcon),
                                    randomColor(), *std::move(snapshot), now()));
 }
 
-CommandResult renew(Session& session, std::string_view which) {
-    Expected<Workspace> workspace = find(session, which);
+CommandResult renew(Session& session, const Arguments& arguments) {
+    Expected<Workspace> workspace = find(session, *arguments.update);
     if (!workspace) return std::unexpected(workspace.error());
-    Expected<WorkspaceSnapshot> snapshot = captureDesktop(session);
+    Expected<WorkspaceSnapshot> snapshot = captureDesktop(session, arguments);
     if (!snapshot) return std::unexpected(snapshot.error());
     workspace->snapshot = *std::move(snapshot);
     workspace->updatedAt = now();
@@ -111,11 +111,11 @@ void examineStore(Examination& examination, Session& session) {
 
 }  // namespace
 
-Expected<WorkspaceSnapshot> captureDesktop(Session& session) {
+Expected<WorkspaceSnapshot> captureDesktop(Session& session, const Arguments& arguments) {
     Expected<std::unique_ptr<Desktop>> desktop = openTrustedDesktop(session);
     if (!desktop) return std::unexpected(desktop.error());
     std::optional<WorkspaceSnapshot> snapshot =
-        run(**desktop, Capture::snapshot((*desktop)->access(), captureOptions()));
+        run(**desktop, Capture::snapshot((*desktop)->access(), captureOptions(arguments)));
     if (!snapshot) return failure("cancelled", Exit::cancelled);
     return *std::move(snapshot);
 }
@@ -141,8 +141,8 @@ CommandResult doctor(Session& session, const Arguments&) {
     return trusted ? Exit::done : Exit::permission;
 }
 
-CommandResult showWindows(Session& session, const Arguments&) {
-    const Expected<WorkspaceSnapshot> snapshot = captureDesktop(session);
+CommandResult showWindows(Session& session, const Arguments& arguments) {
+    const Expected<WorkspaceSnapshot> snapshot = captureDesktop(session, arguments);
     if (!snapshot) return std::unexpected(snapshot.error());
     if (snapshot->windowCount() == 0 && !session.output.json()) session.output.line("No windows.");
     printWindows(session.output, *snapshot);
@@ -159,8 +159,8 @@ CommandResult showDisplays(Session& session, const Arguments&) {
 }
 
 CommandResult saveWorkspace(Session& session, const Arguments& arguments) {
-    if (arguments.update) return renew(session, *arguments.update);
-    if (arguments.name) return saveNew(session, *arguments.name);
+    if (arguments.update) return renew(session, arguments);
+    if (arguments.name) return saveNew(session, arguments);
     return failure("save: give the new workspace's NAME, or --update W to renew one", Exit::usage);
 }
 

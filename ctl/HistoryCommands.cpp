@@ -14,8 +14,8 @@ CommandResult listHistory(Session& session, const Arguments&) {
     return Exit::done;
 }
 
-CommandResult saveToHistory(Session& session, const Arguments&) {
-    const Expected<WorkspaceSnapshot> snapshot = captureDesktop(session);
+CommandResult saveToHistory(Session& session, const Arguments& arguments) {
+    const Expected<WorkspaceSnapshot> snapshot = captureDesktop(session, arguments);
     if (!snapshot) return std::unexpected(snapshot.error());
     const std::string captured = reportCaptured(session, *snapshot);
     const Result<bool> saved = session.history.save(*snapshot, now());

@@ -38,6 +38,18 @@ Expected<void> keepOnly(Workspace& workspace, const std::vector<std::string>& on
     return {};
 }
 
+/// What the workspace says of other applications holds for a whole restore; one of a few applications touches
+/// no others unless it is asked to.
+std::optional<CleanSlateMode> cleanSlate(const Workspace& workspace, const Arguments& arguments) {
+    if (arguments.cleanSlate) return cleanSlateMode(*arguments.cleanSlate);
+    return arguments.only.empty() ? workspace.cleanSlate : std::nullopt;
+}
+
+Restore::Options restoreOptions(const Workspace& workspace, const Arguments& arguments) {
+    return {.cleanSlate = cleanSlate(workspace, arguments),
+            .enabledAdapters = {arguments.adapters.begin(), arguments.adapters.end()}};
+}
+
 Exit exitFor(const RestoreReport& report) {
     if (report.cancelled) return Exit::cancelled;
     const RestoreReport::Totals totals = report.totals();
@@ -76,7 +88,7 @@ CommandResult restoreWorkspace(Session& session, const Arguments& arguments) {
     RestorePrinter printer(session.output, workspace);
     printer.begin();
     const std::optional<RestoreReport> report =
-        run(**desktop, Restore::run((*desktop)->access(), workspace, Restore::Options{},
+        run(**desktop, Restore::run((*desktop)->access(), workspace, restoreOptions(workspace, arguments),
                                     [&printer](const RestoreReport::Item& item) { printer.item(item); }));
     const Result<void> kept = (*desktop)->keepChanges();
     if (!report) return failure("cancelled", Exit::cancelled);

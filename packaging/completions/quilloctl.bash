@@ -28,7 +28,7 @@ _quilloctl() {
             --data-dir)
                 globals+=("$word" "${COMP_WORDS[index + 1]}")
                 ((index++)) ;;
-            --desktop | --only | --update) ((index++)) ;;
+            --desktop | --only | --update | --adapter | --clean-slate) ((index++)) ;;
             -*) ;;
             *) if [[ -z $command ]]; then command=$word; else ((arguments++)); fi ;;
         esac
@@ -39,11 +39,15 @@ _quilloctl() {
         --data-dir) mapfile -t COMPREPLY < <(compgen -d -- "$current"); return ;;
         --update) mapfile -t COMPREPLY < <(_quilloctl_workspaces "$current" list); return ;;
         --only) return ;;
+        --adapter) mapfile -t COMPREPLY < <(compgen -W "finder chromium safari" -- "$current"); return ;;
+        --clean-slate) mapfile -t COMPREPLY < <(compgen -W "keep hide quit" -- "$current"); return ;;
     esac
 
     case $command in
-        save) options="--update $options" ;;
-        restore) options="--only $options" ;;
+        save) options="--update --adapter $options" ;;
+        history) options="--adapter $options" ;;
+        plan) options="--adapter --clean-slate $options" ;;
+        restore) options="--only --adapter --clean-slate $options" ;;
         export) options="--force $options" ;;
     esac
     if [[ $current == -* ]]; then
