@@ -11,7 +11,7 @@ using Addresses = std::unordered_set<std::string_view>;
 
 std::vector<Url> webAddresses(const ContextWindow& window) {
     std::vector<Url> urls;
-    std::ranges::copy_if(window.urls, std::back_inserter(urls), isWebAddress);
+    std::ranges::copy_if(window.urls, std::back_inserter(urls), &Url::isWeb);
     return urls;
 }
 
@@ -66,11 +66,6 @@ Assignment assign(const std::vector<Addresses>& saved, const std::vector<Address
 }
 
 }  // namespace
-
-bool isWebAddress(const Url& url) {
-    const std::string scheme = url.scheme();
-    return scheme == "http" || scheme == "https";
-}
 
 std::vector<Step> make(std::span<const ContextWindow> saved, std::span<const ContextWindow> live,
                        bool reuseExisting) {

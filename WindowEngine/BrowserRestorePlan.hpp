@@ -17,9 +17,6 @@ struct Step {
     bool operator==(const Step&) const = default;
 };
 
-/// Whether an address may be saved and opened: http or https.
-bool isWebAddress(const Url& url);
-
 /// One step for each saved window that lacks an address, in saved order.
 ///
 /// With `reuseExisting`, a saved window takes the open window that shares most of its addresses with it (the

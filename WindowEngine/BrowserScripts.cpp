@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "WindowEngine/AppleScript.hpp"
-#include "WindowEngine/BrowserRestorePlan.hpp"
 
 namespace quillo::BrowserScripts {
 
@@ -29,9 +28,8 @@ std::vector<std::span<const Url>> portions(std::span<const Url> urls) {
 }
 
 bool allWeb(const std::vector<ContextWindow>& windows) {
-    return std::ranges::all_of(windows, [](const ContextWindow& window) {
-        return std::ranges::all_of(window.urls, BrowserRestorePlan::isWebAddress);
-    });
+    return std::ranges::all_of(
+        windows, [](const ContextWindow& window) { return std::ranges::all_of(window.urls, &Url::isWeb); });
 }
 
 }  // namespace quillo::BrowserScripts

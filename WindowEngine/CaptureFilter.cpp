@@ -10,13 +10,8 @@
 namespace quillo::CaptureFilter {
 namespace {
 
-bool isWebAddress(const Url& url) {
-    const std::string scheme = url.scheme();
-    return scheme == "http" || scheme == "https";
-}
-
 void removeWebDocument(std::optional<Url>& document, const ExcludedDomains& excluded) {
-    if (document && isWebAddress(*document) && excluded.contain(*document)) document.reset();
+    if (document && document->isWeb() && excluded.contain(*document)) document.reset();
 }
 
 /// Context without its empty windows; absent when none is left.

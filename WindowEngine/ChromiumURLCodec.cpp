@@ -2,8 +2,6 @@
 
 #include <string_view>
 
-#include "WindowEngine/BrowserRestorePlan.hpp"
-
 namespace quillo::ChromiumURLCodec {
 namespace {
 
@@ -11,7 +9,7 @@ constexpr std::string_view newTab = "chrome://newtab/";
 
 void addIfRestorable(std::string_view text, std::vector<Url>& urls) {
     auto url = Url::parse(text);
-    if (url && BrowserRestorePlan::isWebAddress(*url)) urls.push_back(*std::move(url));
+    if (url && url->isWeb()) urls.push_back(*std::move(url));
 }
 
 }  // namespace

@@ -9,15 +9,10 @@
 namespace quillo {
 namespace {
 
-bool isWebAddress(const Url& url) {
-    const std::string scheme = url.scheme();
-    return scheme == "http" || scheme == "https";
-}
-
 // The context's addresses that may not stay, counted; windows emptied by it vanish.
 std::int64_t cleanContext(AppContext& context) {
     const bool folders = context.adapter == "finder";
-    const auto refused = [&](const Url& url) { return folders ? !url.isFile() : !isWebAddress(url); };
+    const auto refused = [&](const Url& url) { return folders ? !url.isFile() : !url.isWeb(); };
     std::int64_t dropped = 0;
     std::erase_if(context.windows, [&](ContextWindow& window) {
         const auto count = static_cast<std::int64_t>(std::erase_if(window.urls, refused));

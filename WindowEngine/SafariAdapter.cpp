@@ -187,7 +187,7 @@ AppContext SafariAdapter::context(const AppleScript::Rows& rows, const std::set<
         window.sourceWindowID = *number;
         for (std::size_t i = 1; i < row.size(); ++i) {
             auto url = Url::parse(row[i]);
-            if (url && BrowserRestorePlan::isWebAddress(*url)) window.urls.push_back(*std::move(url));
+            if (url && url->isWeb()) window.urls.push_back(*std::move(url));
         }
     }
     return context;

@@ -187,6 +187,11 @@ std::optional<std::string> Url::asciiHost() const {
     return asciiDomain(percentDecoded(*written).value_or(*written));
 }
 
+bool Url::isWeb() const {
+    const std::string name = scheme();
+    return name == "http" || name == "https";
+}
+
 bool Url::isFile() const {
     if (scheme() != "file") return false;
     const auto name = host();

@@ -25,6 +25,7 @@ class Url {
     /// The host percent-decoded and as asciiDomain() spells it, so that two spellings of one name are equal;
     /// of an escape that cannot be decoded as it is.
     std::optional<std::string> asciiHost() const;
+    bool isWeb() const;   // scheme http or https: what a browser may be given
     bool isFile() const;  // scheme file with an empty host or localhost
     /// Decoded path of a file URL, without a trailing slash except for "/"; absent for any other URL,
     /// for bad percent escapes and for a decoded NUL byte.

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <functional>
 
 #include "WindowEngine/AutoSnapshotPolicy.hpp"
 #include "WindowEngine/SessionHistory.hpp"
@@ -14,30 +13,24 @@ namespace quillo {
 namespace {
 
 using std::chrono::minutes;
+using namespace std::chrono_literals;
 
 constexpr Instant nine{std::chrono::hours{9}};
 const std::string latestFile = "03cc17f4-4eaf-47bb-9f08-13a4854d3f71.json";
 
-/// Two applications; a browser with two windows and the context of both.
-WorkspaceSnapshot session(Instant capturedAt = nine) {
-    WorkspaceSnapshot snapshot = samples::example().snapshot;
-    snapshot.capturedAt = capturedAt;
-    ApplicationSnapshot& browser = snapshot.applications.at(0);
-    browser.bundleIdentifier = "org.browser";
-    browser.windows = {browser.windows.at(0), browser.windows.at(0)};
-    browser.windows[1].title = "Second";
-    browser.windows[1].index = 1;
-    browser.context = AppContext{
-        "safari",
-        {{0, {samples::url("https://a.example")}, 11}, {1, {samples::url("https://b.example")}, 12}}};
-    snapshot.applications.push_back({"org.Editor", "Editor", {}, {}, {}});
-    return snapshot;
-}
+const Url a = samples::url("https://a.example"), c = samples::url("https://c.example");
 
-/// The n-th of several different sessions, captured n minutes after nine.
-WorkspaceSnapshot session(int n) {
-    WorkspaceSnapshot snapshot = session(nine + minutes{n});
-    snapshot.applications[0].windows[0].frame.x = n;
+/// The n-th of several different sessions, captured n minutes after nine: a browser with two windows and the
+/// context of both, and another application.
+WorkspaceSnapshot session(int n = 0) {
+    WorkspaceSnapshot snapshot = samples::example().snapshot;
+    snapshot.capturedAt = nine + minutes{n};
+    ApplicationSnapshot& browser = snapshot.applications.at(0);
+    browser.windows.push_back(browser.windows.at(0));
+    browser.windows[0].frame.x = n;
+    browser.windows[1].index = 1;
+    browser.context = AppContext{"safari", {{0, {a}, 11}, {1, {c}, 12}}};
+    snapshot.applications.push_back({"org.B", "B", {}, {}, {}});
     return snapshot;
 }
 
@@ -65,54 +58,42 @@ class SessionHistoryTest : public ::testing::Test {
     SessionHistory history{files, directory / "sessions"};
 };
 
-TEST_F(SessionHistoryTest, TheSameSessionIsWrittenOnceWhateverTheOrderAndTheNumbers) {
-    const std::pair<const char*, std::function<void(WorkspaceSnapshot&)>> same[] = {
-        {"time and remarks", [](auto& s) { s.capturedAt = nine + minutes{5}, s.notes = {{"a note"}}; }},
-        {"applications", [](auto& s) { std::swap(s.applications[0], s.applications[1]); }},
-        {"windows", [](auto& s) { std::ranges::reverse(s.applications[0].windows); }},
-        {"indices", [](auto& s) { s.applications[0].windows[0].index = 7; }},
-        {"context windows", [](auto& s) { std::ranges::reverse(s.applications[0].context->windows); }},
-        {"numbers",
-         [](auto& s) {
-             s.applications[0].context->windows[0].sourceWindowID = 99;
-             s.applications[0].context->windows[1].sourceWindowIndex.reset();
-         }},
+TEST_F(SessionHistoryTest, OnlyAnotherSessionIsWritten) {
+    const struct {
+        const char* what;
+        bool other;
+        void (*change)(WorkspaceSnapshot&, ApplicationSnapshot& browser);
+    } cases[] = {
+        {"time and remarks", false, [](auto& s, auto&) { s.capturedAt = nine + 5min, s.notes = {{"x"}}; }},
+        {"order of applications", false,
+         [](auto& s, auto&) { std::swap(s.applications[0], s.applications[1]); }},
+        {"order of windows", false, [](auto&, auto& b) { std::swap(b.windows[0], b.windows[1]); }},
+        {"indices", false, [](auto&, auto& b) { b.windows[0].index = 7; }},
+        {"order of context", false,
+         [](auto&, auto& b) { std::swap(b.context->windows[0], b.context->windows[1]); }},
+        {"sources", false, [](auto&, auto& b) { b.context->windows = {{9, {a}, 99}, {{}, {c}, {}}}; }},
+        {"frame", true, [](auto&, auto& b) { b.windows[0].frame.x += 1; }},
+        {"state", true, [](auto&, auto& b) { b.windows[1].isMinimized ^= true; }},
+        {"address", true, [](auto&, auto& b) { b.context->windows[0].urls.pop_back(); }},
+        {"display", true, [](auto& s, auto&) { s.displays[0].scale = 3; }},
     };
-    ASSERT_EQ(history.save(session(), nine), true);
-    const std::string written = directory.read("sessions/" + latestFile);
-    for (const auto& [what, change] : same) {
-        WorkspaceSnapshot other = session();
-        change(other);
-        EXPECT_EQ(history.save(other, nine), false) << what;
+    for (const auto& [what, other, change] : cases) {
+        ASSERT_TRUE(history.deleteAll());
+        ASSERT_EQ(history.save(session(), nine), true);
+        WorkspaceSnapshot snapshot = session();
+        change(snapshot, snapshot.applications[0]);
+        EXPECT_EQ(history.save(snapshot, nine), other) << what;
+        EXPECT_EQ(files.list(directory / "sessions")->size(), other ? 2U : 1U) << what;
+        EXPECT_EQ(history.store().load(SessionHistory::latestID)->snapshot, other ? snapshot : session())
+            << what;
     }
-    EXPECT_EQ(directory.read("sessions/" + latestFile), written);
-    EXPECT_EQ(files.list(directory / "sessions")->size(), 1U);
 
-    const std::pair<const char*, std::function<void(WorkspaceSnapshot&)>> different[] = {
-        {"frame", [](auto& s) { s.applications[0].windows[0].frame.x += 1; }},
-        {"state", [](auto& s) { s.applications[0].windows[1].isMinimized ^= true; }},
-        {"desktop", [](auto& s) { s.applications[0].windows[0].desktop->index += 1; }},
-        {"address", [](auto& s) { s.applications[0].context->windows[0].urls.pop_back(); }},
-        {"display", [](auto& s) { s.displays[0].scale = 3; }},
-        {"application", [](auto& s) { s.applications.pop_back(); }},
-    };
-    for (const auto& [what, change] : different) {
-        WorkspaceSnapshot other = session();
-        change(other);
-        EXPECT_NE(SessionHistory::signature(other), SessionHistory::signature(session())) << what;
-    }
-}
-
-TEST_F(SessionHistoryTest, TheSignatureIsSortedByBytesAndKeepsTheOrderOfEquals) {
-    WorkspaceSnapshot snapshot;
-    const std::pair<const char*, const char*> listed[] = {
-        {"é", ""}, {"b", "second"}, {"b", "first"}, {"a", ""}, {"B", ""}};
-    for (const auto& [identifier, name] : listed)
-        snapshot.applications.push_back({identifier, name, {}, {}, {}});
-    const auto& of = snapshot.applications;
-    WorkspaceSnapshot sorted;
-    sorted.applications = {of[4], of[3], of[1], of[2], of[0]};
-    EXPECT_EQ(SessionHistory::signature(snapshot), WorkspaceCoding::encode(sorted));
+    WorkspaceSnapshot listed;  // sorted by bytes; equals keep their order
+    for (const auto& [identifier, name] : {std::pair{"é", ""}, {"b", "2"}, {"b", "1"}, {"B", ""}})
+        listed.applications.push_back({identifier, name, {}, {}, {}});
+    WorkspaceSnapshot sorted = listed;
+    std::swap(sorted.applications[0], sorted.applications[3]);
+    EXPECT_EQ(SessionHistory::signature(listed), WorkspaceCoding::encode(sorted));
 }
 
 TEST_F(SessionHistoryTest, KeepsTheLatestAndFourArchivesNamedAfterTheirTime) {
@@ -122,23 +103,19 @@ TEST_F(SessionHistoryTest, KeepsTheLatestAndFourArchivesNamedAfterTheirTime) {
     EXPECT_EQ(snapshotsIn(history), sessions({7, 6, 5, 4, 3}));
     EXPECT_EQ(files.list(directory / "sessions")->size(), 5U) << "and no backup of the latest";
 
-    Workspace latest = Workspace::create(SessionHistory::latestID, "Last session", "clock.arrow.circlepath",
-                                         "sky", session(7), nine + minutes{7});
-    EXPECT_EQ(list[0], latest);
-    EXPECT_EQ(SessionHistory::latestID.upper(), "03CC17F4-4EAF-47BB-9F08-13A4854D3F71");
+    EXPECT_EQ(list[0], Workspace::create(SessionHistory::latestID, "Last session", "clock.arrow.circlepath",
+                                         "sky", session(7), nine + 7min));
     EXPECT_EQ(history.store().url(SessionHistory::latestID).filename(), latestFile);
-    Workspace archive = Workspace::create(list[1].id, "Last session (09:06)", "square.stack.3d.up", "sky",
-                                          session(6), nine + minutes{6});
-    EXPECT_EQ(list[1], archive);
+    EXPECT_EQ(list[1], Workspace::create(list[1].id, "Last session (09:06)", "square.stack.3d.up", "sky",
+                                         session(6), nine + 6min));
 
     // An archive keeps both times of the entry it was, and is named on the person's clock.
     ASSERT_EQ(::setenv("TZ", "Asia/Kolkata", 1), 0);
-    const Instant late = nine + minutes{90};
-    ASSERT_EQ(history.save(session(8), late), true);
-    ASSERT_EQ(history.save(session(9), late + minutes{1}), true);
-    archive = history.list().at(1);
+    ASSERT_EQ(history.save(session(8), nine + 90min), true);
+    ASSERT_EQ(history.save(session(9), nine + 91min), true);
+    const Workspace archive = history.list().at(1);
     EXPECT_EQ(archive.name, "Last session (14:38)");
-    EXPECT_EQ(archive.createdAt, late);
+    EXPECT_EQ(archive.createdAt, nine + 90min);
     EXPECT_EQ(archive.updatedAt, session(8).capturedAt);
 
     EXPECT_TRUE(history.deleteAll());
