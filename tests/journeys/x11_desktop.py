@@ -62,13 +62,14 @@ class Desktop:
         self.window_manager = window_manager
         self.home = tempfile.mkdtemp(prefix="quillo-journey-")
         self.environment = {
-            "PATH": os.environ["PATH"], "HOME": self.home, "LANG": "C.UTF-8", "GTK_A11Y": "none", "NO_AT_BRIDGE": "1",
+            "PATH": os.environ["PATH"], "HOME": self.home, "LANG": "C.UTF-8", "GSETTINGS_BACKEND": "keyfile",
             "XDG_DATA_HOME": self.home + "/data", "XDG_CONFIG_HOME": self.home + "/config",
             "XDG_STATE_HOME": self.home + "/state", "XDG_CACHE_HOME": self.home + "/cache",
             "XDG_RUNTIME_DIR": self.home,
         }
         if "ASAN_OPTIONS" in os.environ:
             self.environment["ASAN_OPTIONS"] = os.environ["ASAN_OPTIONS"]
+        self._write_settings()
         try:
             self._start_server(dummy)
             self._start_bus()
@@ -78,6 +79,13 @@ class Desktop:
             raise
 
     # -- life -----------------------------------------------------------------------------------------------
+    def _write_settings(self):
+        """One window for each document: the editor's own default is a tab, and a title shows one tab only."""
+        folder = self.home + "/config/glib-2.0/settings"
+        os.makedirs(folder)
+        with open(folder + "/keyfile", "w") as file:
+            file.write("[org/xfce/mousepad/preferences/window]\nopening-mode='window'\n")
+
     def _start_server(self, dummy):
         reading, writing = os.pipe()
         if dummy:
