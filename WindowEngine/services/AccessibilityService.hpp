@@ -103,6 +103,8 @@ class AccessibilityService {
     virtual bool trusted() = 0;
     /// Why not, where trusted() is false, and what to do about it.
     virtual Capability access() = 0;
+    /// Whether the folders that file managers show are known; where not, why and what to do about it.
+    virtual Capability folders() { return Capability::available(); }
     /// Shows the system's permission prompt where there is one; returns at once.
     virtual void prompt() = 0;
 

@@ -72,6 +72,15 @@ bool X11Accessibility::trusted() {
     return static_cast<bool>(view_.access());
 }
 
+Capability X11Accessibility::folders() {
+    if (!view_.accessibilityBus().empty()) return Capability::available();
+    return Capability::unavailable(
+        "No accessibility bus runs on this display, so a file manager's folder is known only where its title "
+        "or "
+        "its command line names it. Install at-spi2-core; the bus starts with the first application that "
+        "uses it.");
+}
+
 Element X11Accessibility::application(ProcessID pid) {
     return Element(std::make_shared<Handle>(Named::application, XCB_WINDOW_NONE, pid));
 }

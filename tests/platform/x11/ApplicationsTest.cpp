@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <fstream>
 
+#include "WindowEngine/Capture.hpp"
 #include "platform/x11/ProcessInfo.hpp"
 #include "tests/platform/x11/X11Test.hpp"
 
@@ -167,6 +168,20 @@ TEST_F(ApplicationsTest, AnApplicationIsKnownAsSoonAsItIsInstalled) {
         install(id, "", "");
         EXPECT_EQ(applications().location(id), entry(id));
     }
+}
+
+TEST_F(ApplicationsTest, PasswordManagersAreNeverCaptured) {
+    install("org.keepassxc.KeePassXC", "", "");
+    open({"--class", "KeePassXC", "--desktop-file", "org.keepassxc.KeePassXC"});
+    open({"--class", "Pinentry-gtk-2"});
+    open({"--class", "Plain"});
+    ASSERT_TRUE(eventually([&] { return windows().size() == 3; }));
+    ASSERT_TRUE(running("org.keepassxc.KeePassXC"));
+    WindowHandleCache cache;
+    DesktopAccess access{*desktop, cache};
+    const auto captured = run(Capture::snapshot(access, {}));
+    ASSERT_EQ(captured.applications.size(), 1u);
+    EXPECT_EQ(captured.applications[0].bundleIdentifier, "plain");
 }
 
 TEST_F(ApplicationsTest, HidingMinimizesEveryWindow) {
