@@ -92,6 +92,7 @@ void examineDesktop(Examination& examination, Desktop& desktop) {
     const Platform& platform = desktop.access().platform;
     examination.tell("desktop", desktop.description());
     examination.can("window access", platform.accessibility.access());
+    examination.can("file manager folders", platform.accessibility.folders());
     examination.can("reading desktops", platform.windowServer.spaces());
     examination.can("creating desktops", platform.windowServer.desktopCreation());
     examination.can("hiding applications", platform.applications.hiding());
