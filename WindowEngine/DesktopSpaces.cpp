@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 #include "WindowEngine/support/Poll.hpp"
 
@@ -81,6 +82,19 @@ WindowNumber frontTab(DesktopAccess& desktop, WindowNumber windowID) {
                !server.facts.at(other.number).spaces.empty();
     });
     return front == server.windows.end() ? windowID : front->number;
+}
+
+std::vector<std::vector<SpaceID>> spacesOf(DesktopAccess& desktop, std::span<const LiveWindow> windows,
+                                           bool tabbed) {
+    std::vector<WindowNumber> numbers;
+    for (const LiveWindow& window : windows) numbers.push_back(window.windowID.value_or(0));
+    std::vector<std::vector<SpaceID>> spaces;
+    for (WindowFacts& read : desktop.platform.windowServer.facts(numbers))
+        spaces.push_back(std::move(read.spaces));
+    for (std::size_t i = 0; tabbed && i < spaces.size(); ++i) {
+        if (spaces[i].empty()) spaces[i] = facts(desktop, frontTab(desktop, numbers[i])).spaces;
+    }
+    return spaces;
 }
 
 bool standsOnlyOn(const WindowFacts& facts, SpaceID space) {

@@ -43,6 +43,11 @@ std::optional<WindowNumber> windowID(DesktopAccess& desktop, const Element& wind
 /// two windows may happen to lie on top of each other.
 WindowNumber frontTab(DesktopAccess& desktop, WindowNumber windowID);
 
+/// The spaces that hold each window, read together; for `tabbed` windows that list none, those of the tab in
+/// front.
+std::vector<std::vector<SpaceID>> spacesOf(DesktopAccess& desktop, std::span<const LiveWindow> windows,
+                                           bool tabbed);
+
 /// Whether a window with these facts stands on this desktop and no other.
 bool standsOnlyOn(const WindowFacts& facts, SpaceID space);
 

@@ -3,9 +3,12 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include "WindowEngine/DesktopCreation.hpp"
 #include "WindowEngine/Displays.hpp"
+#include "WindowEngine/NativeTabs.hpp"
 #include "WindowEngine/RestorePlan.hpp"
 #include "WindowEngine/SafariPrivacy.hpp"
+#include "ctl/DesktopPlanText.hpp"
 #include "ctl/HumanText.hpp"
 #include "ctl/SnapshotText.hpp"
 
@@ -20,7 +23,13 @@ struct PlannedApplication {
     ProcessID pid = 0;
     bool hangs = false;  // did not answer in time
     std::vector<LiveWindowInfo> live = {};
+    std::vector<std::vector<SpaceID>> liveSpaces = {};  // of each
     std::vector<WindowPlan> windows = {};
+};
+
+struct Plan {
+    DesktopPlan desktops;
+    std::vector<PlannedApplication> applications;
 };
 
 std::string_view key(Presence presence) {
@@ -62,13 +71,15 @@ void readLive(DesktopAccess& desktop, std::vector<PlannedApplication>& planned) 
         SafariPrivacy::removeUnverified(desktop, application.saved->bundleIdentifier, application.pid,
                                         list->windows);
         for (const LiveWindow& window : list->windows) application.live.push_back(window.info);
+        application.liveSpaces = DesktopSpaces::spacesOf(
+            desktop, list->windows, NativeTabs::applications().contains(application.saved->bundleIdentifier));
         application.hangs = list++->timedOut;
     }
 }
 
 /// Where windows that are yet to open will be put.
 void placeUnopened(PlannedApplication& application, DisplayMapper::DisplayList saved,
-                   DisplayMapper::DisplayList current) {
+                   DisplayMapper::DisplayList current, const DesktopTargets& desktops) {
     for (WindowPlan& plan : application.windows) {
         if (plan.liveIndex) continue;
         const WindowSnapshot& window = application.saved->windows[static_cast<std::size_t>(plan.savedIndex)];
@@ -76,24 +87,31 @@ void placeUnopened(PlannedApplication& application, DisplayMapper::DisplayList s
         if (const auto* display = DisplayMapper::targetDisplay(window.displayID, saved, current)) {
             plan.displayID = display->id;
         }
+        plan.desktop = targetDesktop(window, desktops);
     }
 }
 
-std::vector<PlannedApplication> plan(DesktopAccess& desktop, const WorkspaceSnapshot& snapshot) {
-    std::vector<PlannedApplication> planned;
-    for (const ApplicationSnapshot& saved : snapshot.applications) {
-        planned.push_back(presenceOf(desktop.platform.applications, saved));
-    }
-    readLive(desktop, planned);
+DesktopPlan planDesktops(DesktopAccess& desktop, const WorkspaceSnapshot& snapshot,
+                         DisplayMapper::DisplayList displays) {
+    if (!snapshot.desktops) return {};
+    return DesktopSpaces::plan(*snapshot.desktops, snapshot.displays, displays, DesktopSpaces::read(desktop));
+}
+
+Plan plan(DesktopAccess& desktop, const WorkspaceSnapshot& snapshot) {
     const std::vector<DisplaySnapshot> displays = Displays::current(desktop.platform.screens);
-    for (PlannedApplication& application : planned) {
-        application.windows =
-            planWindows(application.saved->windows, application.live, snapshot.displays, displays);
+    Plan plan{planDesktops(desktop, snapshot, displays), {}};
+    for (const ApplicationSnapshot& saved : snapshot.applications) {
+        plan.applications.push_back(presenceOf(desktop.platform.applications, saved));
+    }
+    readLive(desktop, plan.applications);
+    for (PlannedApplication& application : plan.applications) {
+        application.windows = planWindows(application.saved->windows, application.live, snapshot.displays,
+                                          displays, plan.desktops.targets, application.liveSpaces);
         if (application.live.empty() && application.presence != Presence::missing) {
-            placeUnopened(application, snapshot.displays, displays);
+            placeUnopened(application, snapshot.displays, displays, plan.desktops.targets);
         }
     }
-    return planned;
+    return plan;
 }
 
 std::vector<std::string> reasons(const WindowMatcher::Evidence& evidence) {
@@ -126,12 +144,15 @@ std::string_view confidence(const WindowPlan& plan) {
     return "";
 }
 
-std::vector<std::string> steps(const WindowPlan& plan) {
+std::vector<std::string> steps(const WindowPlan& plan, const DesktopPlan& desktops) {
     std::vector<std::string> steps;
     if (plan.leaveFullscreen) steps.emplace_back("leave full screen");
     if (plan.unminimize) steps.emplace_back("unminimize");
     if (plan.write) steps.emplace_back("move and resize");
     if (plan.write && plan.minimized) steps.emplace_back("minimize");
+    if (plan.moveToDesktop) {
+        if (const auto desktop = desktopText(desktops, plan)) steps.push_back("move to " + *desktop);
+    }
     if (plan.enterFullscreen) steps.emplace_back("full screen");
     return steps;
 }
@@ -155,7 +176,8 @@ std::string openQuestion(const PlannedApplication& application, const WindowPlan
                                     : "skipped: " + plan.skipReason;
 }
 
-void printWindow(Output& output, const PlannedApplication& application, const WindowPlan& plan) {
+void printWindow(Output& output, const PlannedApplication& application, const WindowPlan& plan,
+                 const DesktopPlan& desktops) {
     output.line("  " + windowLabel(application.saved->windows[static_cast<std::size_t>(plan.savedIndex)]));
     const auto detail = [&output](const std::string& text) { output.line("      " + text); };
     if (const LiveWindowInfo* live = liveWindow(application, plan)) {
@@ -166,13 +188,14 @@ void printWindow(Output& output, const PlannedApplication& application, const Wi
         detail(output.painted(Style::warning, openQuestion(application, plan)));
     }
     if (plan.placement) {
-        detail(fmt::format("where   {}{}, display {}", frameText(plan.placement->frame),
+        const auto desktop = desktopText(desktops, plan);
+        detail(fmt::format("where   {}{}, display {}{}", frameText(plan.placement->frame),
                            plan.placement->adjusted ? " (adjusted)" : "",
-                           printable(plan.displayID.value_or("none"))));
+                           printable(plan.displayID.value_or("none")), desktop ? ", " + *desktop : ""));
     } else if (plan.liveIndex) {
         detail("where   nowhere: no display is attached");
     }
-    if (plan.liveIndex) detail(fmt::format("steps   {}", fmt::join(steps(plan), ", then ")));
+    if (plan.liveIndex) detail(fmt::format("steps   {}", fmt::join(steps(plan, desktops), ", then ")));
 }
 
 std::string headline(const PlannedApplication& application) {
@@ -188,7 +211,8 @@ std::string headline(const PlannedApplication& application) {
     return "";
 }
 
-void printJson(Output& output, const PlannedApplication& application, const WindowPlan& plan) {
+void printJson(Output& output, const PlannedApplication& application, const WindowPlan& plan,
+               const DesktopPlan& desktops) {
     JsonLine line;
     line.add("application", application.saved->name)
         .add("bundleIdentifier", application.saved->bundleIdentifier)
@@ -201,11 +225,12 @@ void printJson(Output& output, const PlannedApplication& application, const Wind
             .add("score", plan.score)
             .add("confidence", confidence(plan))
             .add("evidence", reasons(plan.evidence))
-            .add("steps", steps(plan));
+            .add("steps", steps(plan, desktops));
     } else {
         line.add("reason", openQuestion(application, plan));
     }
     line.add("displayID", plan.displayID);
+    addDesktop(line, desktops, plan);
     if (plan.placement) line.add("frame", plan.placement->frame).add("adjusted", plan.placement->adjusted);
     output.value(std::move(line));
 }
@@ -213,16 +238,18 @@ void printJson(Output& output, const PlannedApplication& application, const Wind
 }  // namespace
 
 void printPlan(Output& output, DesktopAccess& desktop, const WorkspaceSnapshot& snapshot) {
-    for (const PlannedApplication& application : plan(desktop, snapshot)) {
+    const Plan planned = plan(desktop, snapshot);
+    printDesktops(output, planned.desktops);
+    for (const PlannedApplication& application : planned.applications) {
         if (!output.json()) {
             output.line(output.painted(Style::bold, printable(application.saved->name)) + ": " +
                         headline(application));
         }
         for (const WindowPlan& window : application.windows) {
             if (output.json()) {
-                printJson(output, application, window);
+                printJson(output, application, window, planned.desktops);
             } else {
-                printWindow(output, application, window);
+                printWindow(output, application, window, planned.desktops);
             }
         }
     }

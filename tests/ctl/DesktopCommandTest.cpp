@@ -9,16 +9,15 @@ constexpr const char* arranged = R"({
   "applications": [
     {"identifier": "org.editor", "name": "Editor", "windows": [
       {"title": "Letter", "frame": [100, 100, 600, 400]},
-      {"title": "Notes\u001b[2J", "frame": [800, 100, 500, 400], "minimized": true}]},
+      {"title": "Notes\u001b[2J", "frame": [800, 100, 500, 400], "minimized": true, "desktop": 1}]},
     {"identifier": "org.term", "name": "Terminal", "windows": [
       {"title": "shell", "frame": [50, 600, 640, 300]}]},
     {"identifier": "com.bitwarden.desktop", "name": "Vault", "windows": [
       {"title": "secrets", "frame": [0, 0, 300, 300]}]}]})";
 
-/// The same applications in disorder: one has been quit. `more` is added to the scene.
-std::string disturbed(
-    std::string_view more = "",
-    std::string_view displays = R"({"id": "left", "frame": [0, 0, 1600, 1000], "desktops": 2})") {
+/// The same applications in disorder: one has been quit, and a desktop is gone. `more` is added to the scene.
+std::string disturbed(std::string_view more = "",
+                      std::string_view displays = R"({"id": "left", "frame": [0, 0, 1600, 1000]})") {
     return fmt::format(R"({{"displays": [{}], "applications": [
         {{"identifier": "org.editor", "name": "Editor", "windows": [
           {{"title": "Letter", "frame": [400, 300, 300, 200], "minimized": true}},
@@ -48,7 +47,7 @@ class DesktopCommandTest : public QuilloctlTest {
 
 TEST_F(DesktopCommandTest, WhatIsSeenIsWhatASaveRecords) {
     const Texts seen{"Editor       Letter        600 × 400 at 100, 100  left     Desktop 1",
-                     "Editor       Notes\\x1b[2J  500 × 400 at 800, 100  left     Desktop 1, minimized",
+                     "Editor       Notes\\x1b[2J  500 × 400 at 800, 100  left     Desktop 2, minimized",
                      "Terminal     shell         640 × 300 at 50, 600   left     Desktop 1"};
     EXPECT_EQ(windows("arranged"), seen) << "and nothing of applications that keep passwords";
     for (const std::string& line : seen) expectSteps({{{"show", "Work"}, 0, line}});
@@ -116,21 +115,24 @@ TEST_F(DesktopCommandTest, AKeptSceneIsRestoredOverSeveralCalls) {
     const std::string before = home_.read("disturbed"),
                       plan = done(on("disturbed", {"plan", "work", "--keep-scene"}));
     for (const char* part :
-         {"Editor: runs, 2 windows\n  Letter\n",
+         {"Desktops: 1 desktop would be created on display left, which has 1\n",
+          "Editor: runs, 2 windows\n  Letter\n",
           "why     same title, same kind, similar size, same place in the list (score ",
-          "where   600 × 400 at 100, 100, display left\n", "steps   unminimize, then move and resize\n",
-          "move and resize, then minimize\n",
+          "where   600 × 400 at 100, 100, display left, desktop 1\n",
+          "steps   unminimize, then move and resize\n",
+          "move and resize, then minimize, then move to desktop 2 (to be created)\n",
           "Terminal: would be launched\n  shell\n      placed once the application is launched\n",
-          "where   640 × 300 at 50, 600, display left\n"})
+          "where   640 × 300 at 50, 600, display left, desktop 1\n"})
         EXPECT_NE(plan.find(part), std::string::npos) << part << "\n" << plan;
     done(on("disturbed", {"restore", "work", "--only", "editor"}));
     EXPECT_EQ(home_.read("disturbed"), before) << "without --keep-scene the file is left alone";
     EXPECT_EQ(members(done({"list", "--json"}), "lastRestoredAt"), Texts{""}) << "a part is no use of it all";
 
     const std::string restored = "\n" + done(on("disturbed", {"restore", "work", "--keep-scene"}));
-    for (const char* line : {"\nTerminal                launched\n", "\nEditor    Letter        restored\n",
+    for (const char* line : {"\nQuillo                  created 1 desktop\n",
+                             "\nTerminal                launched\n", "\nEditor    Letter        restored\n",
                              "\nEditor    Notes\\x1b[2J  restored\n", "\nTerminal  shell         restored\n",
-                             "\nWork is back: 3 restored · 1 launched · "})
+                             "\nWork is back: 3 restored · 1 desktop created · 1 launched · "})
         EXPECT_NE(restored.find(line), std::string::npos) << line << restored;
     EXPECT_EQ(windows("disturbed"), windows("arranged"));
     EXPECT_NE(members(done({"list", "--json"}), "lastRestoredAt"), Texts{""});
@@ -186,7 +188,8 @@ TEST_F(DesktopCommandTest, EveryReaderGetsItsForm) {
     Texts statuses = members(json, "status");
     EXPECT_EQ(statuses.back(), "finished");
     std::ranges::sort(statuses);
-    EXPECT_EQ(statuses, (Texts{"finished", "launched", "restored", "restored", "restored"}));
+    EXPECT_EQ(statuses,
+              (Texts{"createdDesktops", "finished", "launched", "restored", "restored", "restored"}));
     EXPECT_NE(json.find(R"("title":"Letter","savedIndex":0,"status":"restored")"), std::string::npos) << json;
 
     const std::string simulated = "--desktop simulated:" + (home_ / "disturbed").string() + " restore work ";
