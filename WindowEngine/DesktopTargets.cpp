@@ -100,10 +100,10 @@ std::vector<std::string> displaysWithTheListOf(const std::string& displayID,
 
 void addPlanned(DesktopPlan& plan, const DesktopPlan::Creation& creation) {
     const std::vector<std::string> displays = displaysWithTheListOf(creation.displayID, plan.desktops);
-    const SpaceID base = firstPlanned + plan.desktops.size();
-    for (std::int64_t index = creation.existing; index < creation.wanted; ++index) {
+    SpaceID next = firstPlanned + plan.desktops.size();  // above all that were given out
+    for (std::int64_t index = creation.existing; index < creation.wanted; ++index, ++next) {
         for (const std::string& display : displays)
-            plan.desktops.push_back({base + static_cast<SpaceID>(index), display, index, std::nullopt});
+            plan.desktops.push_back({next, display, index, std::nullopt});
     }
 }
 

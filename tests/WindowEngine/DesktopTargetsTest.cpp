@@ -99,7 +99,7 @@ TEST(DesktopTargets, WhatIsMissingIsPlannedUpToTheLimit) {
     } cases[] = {
         {"nothing saved", "A", "", "A", "", "", ""},
         {"enough", "A", "A0 A1", "A", "A0 A1 A2", "", ""},
-        {"two on one, one on the other", "AB", "A2 B0 B1", "AB", "A0 B0", "A 1-3 B 1-2 ", ""},
+        {"one on each", "AB", "A2 B0 B1", "AB", "A0 A1 B0", "A 2-3 B 1-2 ", ""},
         {"one list for both", "AB", "A2 B2", "AB", "A0=B0", "A 1-3 ", ""},
         {"one list, the second needs more", "AB", "A1 B2", "AB", "A0=B0", "A 1-2 B 2-3 ", ""},
         {"a display of the same model", "A", "A1", "D", "D0", "D 1-2 ", ""},

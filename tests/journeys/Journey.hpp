@@ -9,7 +9,9 @@
 #include <vector>
 
 #include "WindowEngine/Capture.hpp"
+#include "WindowEngine/DesktopCreation.hpp"
 #include "WindowEngine/Displays.hpp"
+#include "WindowEngine/NativeTabs.hpp"
 #include "WindowEngine/Restore.hpp"
 #include "WindowEngine/RestorePlan.hpp"
 #include "platform/simulated/SimulatedDesktop.hpp"
@@ -56,14 +58,22 @@ class Journey {
         std::vector<LiveWindow> live;
         std::vector<WindowPlan> windows;
     };
+    DesktopPlan planDesktops() {
+        const WorkspaceSnapshot& saved = saved_.snapshot;
+        return DesktopSpaces::plan(saved.desktops.value(), saved.displays,
+                                   Displays::current(access_.platform.screens), DesktopSpaces::read(access_));
+    }
     Plan plan(const ApplicationSnapshot& application) {
         const auto running = access_.platform.applications.running(application.bundleIdentifier);
         if (!running) return {};
         Plan plan{Accessibility::windows(access_, running->pid, true), {}};
+        const auto spaces = DesktopSpaces::spacesOf(
+            access_, plan.live, NativeTabs::applications().contains(application.bundleIdentifier));
         std::vector<LiveWindowInfo> infos;
         for (const LiveWindow& window : plan.live) infos.push_back(window.info);
         const auto displays = Displays::current(access_.platform.screens);
-        plan.windows = planWindows(application.windows, infos, saved_.snapshot.displays, displays);
+        plan.windows = planWindows(application.windows, infos, saved_.snapshot.displays, displays,
+                                   planDesktops().targets, spaces);
         return plan;
     }
 

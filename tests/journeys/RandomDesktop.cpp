@@ -105,7 +105,12 @@ void RandomDesktop::disturb(World& world, WindowNumber windowNumber) {
             world.requestFullscreen(windowNumber, !window.state.fullscreen);
             break;
         case 3:
-            world.requestSpace(windowNumber, world.displays().front().desktops.back());
+            for (const Display& display : world.displays()) {
+                const auto last = static_cast<std::int64_t>(display.desktops.size()) - 1;
+                if (display.scene.frame.contains(window.state.frame.center()))
+                    world.requestSpace(windowNumber,
+                                       display.desktops[static_cast<std::size_t>(number(0, last))]);
+            }
             break;
         case 4:
             world.close(windowNumber);
@@ -122,8 +127,15 @@ void RandomDesktop::disturb(World& world, bool displays) {
     for (Application& application : world.applications()) {
         if (chance(25)) world.end(application);
     }
-    if (!displays) return;
-    disturbDisplays(world);
+    disturbDesktops(world);
+    if (displays) disturbDisplays(world);
+}
+
+void RandomDesktop::disturbDesktops(World& world) {
+    for (const Display& display : world.displays()) {
+        const auto last = static_cast<std::int64_t>(display.desktops.size()) - 1;
+        if (chance(40)) world.removeDesktop(display.scene.id, number(0, last));
+    }
 }
 
 void RandomDesktop::disturbDisplays(World& world) {

@@ -14,7 +14,8 @@ class RandomDesktop {
     explicit RandomDesktop(std::uint64_t seed) : random_(seed) {}
 
     simulated::Scene scene();
-    /// Moves, resizes, minimizes, closes, quits; with `displays` also unplugs, exchanges or resizes displays.
+    /// Moves, resizes, minimizes, closes, quits, removes desktops; with `displays` also unplugs, exchanges or
+    /// resizes displays.
     void disturb(simulated::World& world, bool displays);
     std::vector<simulated::Fault> faults(const simulated::Scene& scene);
 
@@ -28,6 +29,7 @@ class RandomDesktop {
     simulated::SceneApplication application(const simulated::Scene& scene, std::int64_t index);
     void addTabs(simulated::SceneApplication& application);
     void disturb(simulated::World& world, WindowNumber number);
+    void disturbDesktops(simulated::World& world);
     void disturbDisplays(simulated::World& world);
 
     std::mt19937_64 random_;

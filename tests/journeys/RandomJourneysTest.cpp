@@ -2,6 +2,7 @@
 // same seed replays it (QUILLO_SEED=n); QUILLO_SEEDS=n asks for more of them.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <map>
@@ -88,8 +89,34 @@ void expectWindowsWhereReported(Journey& journey, const Report& report, bool sam
     }
 }
 
+/// Windows reported as back stand on the desktop they were saved on while it exists, otherwise on another
+/// that is theirs alone.
+void expectDesktopsWhereReported(Journey& journey, const Report& report) {
+    std::map<std::string, SpaceID> spaces;
+    std::map<SpaceID, std::string> saved;
+    for (const ApplicationSnapshot& application : journey.saved().snapshot.applications) {
+        for (const Report::Item& item : report.items) {
+            if (item.bundleIdentifier != application.bundleIdentifier || !item.savedIndex || !item.title ||
+                std::holds_alternative<Report::skipped>(item.status))
+                continue;
+            const auto& desktop = application.windows[static_cast<std::size_t>(*item.savedIndex)].desktop;
+            const simulated::Window* live = journey.world().window(application.bundleIdentifier, *item.title);
+            if (!desktop || !live) continue;
+            const auto& present = journey.world().display(desktop->displayID)->desktops;
+            EXPECT_EQ(std::ranges::count(present, live->space), 1) << *item.title;
+            if (std::ranges::count(present, std::stoull(desktop->uuid->substr(6))) > 0)
+                EXPECT_EQ("space-" + std::to_string(live->space), desktop->uuid) << *item.title;
+            EXPECT_EQ(spaces.try_emplace(desktop->id(), live->space).first->second, live->space)
+                << *item.title;
+            EXPECT_EQ(saved.try_emplace(live->space, desktop->id()).first->second, desktop->id())
+                << *item.title;
+        }
+    }
+}
+
 /// The item that a plan announced, and the window as the plan meant it to become.
-void expectAsPlanned(Journey& journey, const Journey::Plan& plan, const Report::Item& item) {
+void expectAsPlanned(Journey& journey, const Journey::Plan& plan, const DesktopPlan& desktops,
+                     const Report::Item& item) {
     const WindowPlan& planned = plan.windows[static_cast<std::size_t>(*item.savedIndex)];
     if (!planned.liveIndex) {
         EXPECT_TRUE(is(item, planned.skipReason));
@@ -101,6 +128,12 @@ void expectAsPlanned(Journey& journey, const Journey::Plan& plan, const Report::
     EXPECT_EQ(live->state.minimized, planned.minimized);
     EXPECT_EQ(live->state.fullscreen, planned.enterFullscreen);
     if (planned.enterFullscreen) return;
+    if (planned.desktop) {
+        const auto meant = std::ranges::find(desktops.desktops, *planned.desktop, &NativeDesktop::id);
+        ASSERT_NE(meant, desktops.desktops.end());
+        const auto& present = journey.world().display(meant->displayID)->desktops;
+        EXPECT_EQ(live->space, present.at(static_cast<std::size_t>(meant->index)));
+    }
     const Rect &now = live->state.frame, &meant = planned.placement.value().frame;
     EXPECT_LE(std::max(std::abs(now.x - meant.x), std::abs(now.y - meant.y)), 2);
     const bool size = std::max(std::abs(now.width - meant.width), std::abs(now.height - meant.height)) <= 2;
@@ -131,6 +164,7 @@ TEST_F(RandomJourneys, ADisturbedDesktopComesBackAndStaysBack) {
         const Report first = journey.restore();
         expectOneItemForEachWindow(first, journey.saved());
         expectWindowsWhereReported(journey, first, !displays);
+        if (!displays) expectDesktopsWhereReported(journey, first);
         for (const Report::Item& item : first.items)
             EXPECT_FALSE(std::holds_alternative<Report::failed>(item.status))
                 << item.bundleIdentifier << " " << item.title.value_or("") << ": "
@@ -153,12 +187,17 @@ TEST_F(RandomJourneys, APlanSaysWhatTheRestoreThenDoes) {
         std::map<std::string, Journey::Plan> plans;
         for (const ApplicationSnapshot& application : journey.saved().snapshot.applications)
             plans[application.bundleIdentifier] = journey.plan(application);
-        for (const Report::Item& item : journey.restore().items) {
+        const DesktopPlan desktops = journey.planDesktops();
+        std::int64_t missing = 0;
+        for (const auto& creation : desktops.creations) missing += creation.wanted - creation.existing;
+        const Report report = journey.restore();
+        EXPECT_EQ(report.totals().createdDesktops, missing);
+        for (const Report::Item& item : report.items) {
             const Journey::Plan& plan = plans[item.bundleIdentifier];
             // Without windows one is asked for, of which a plan knows nothing.
             if (plan.live.empty() || !item.savedIndex) continue;
             SCOPED_TRACE(item.bundleIdentifier + " " + item.title.value_or(""));
-            expectAsPlanned(journey, plan, item);
+            expectAsPlanned(journey, plan, desktops, item);
         }
     });
 }
