@@ -19,7 +19,7 @@ std::string statusText(const RestoreReport::Status& status) {
         return "skipped " + skipped->reason;
     if (std::holds_alternative<RestoreReport::restored>(status)) return "restored";
     if (std::holds_alternative<RestoreReport::adjusted>(status)) return "adjusted";
-    return std::holds_alternative<RestoreReport::launched>(status) ? "launched" : "other";
+    return std::holds_alternative<RestoreReport::launched>(status) ? "launched" : "created";
 }
 
 simulated::Scene desk() {
@@ -28,7 +28,7 @@ simulated::Scene desk() {
     return simulated::readScene(json, "desk.json").value();
 }
 
-/// Every window elsewhere and in another state, one application ended, one without windows.
+/// Every window elsewhere and in another state, one application ended, one without windows, a desktop gone.
 void disturb(Journey& journey) {
     simulated::World& world = journey.world();
     const auto number = [&](const char* title) { return world.window("org.example.editor", title)->number; };
@@ -40,6 +40,7 @@ void disturb(Journey& journey) {
     world.move(*world.window("com.apple.Terminal", "logs"), {700, 30, 400, 300});
     world.end(*world.application("org.example.mail"));
     world.close(world.window("org.example.reader", "Untitled")->number);
+    world.removeDesktop("LAPTOP", 1);
     journey.settle();
 }
 
@@ -56,9 +57,9 @@ std::vector<std::string> story(std::optional<simulated::Fault> fault) {
 }
 
 const std::vector<std::string> wellDone{
-    "Editor/Drawing: restored",  "Editor/Letter: restored",  "Editor/Notes: restored",
-    "Editor/Slides: restored",   "Mail/: launched",          "Mail/Inbox: restored",
-    "Reader/Untitled: restored", "Terminal/build: restored",
+    "Editor/Drawing: restored", "Editor/Letter: restored",   "Editor/Notes: restored",
+    "Editor/Slides: restored",  "Mail/: launched",           "Mail/Inbox: restored",
+    "Quillo/: created",         "Reader/Untitled: restored", "Terminal/build: restored",
 };
 
 struct Case {
@@ -88,6 +89,20 @@ const Case cases[] = {
     {FaultKind::fullscreenSlow, "", 2},
     {FaultKind::fullscreenFlickers, ""},
     {FaultKind::windowVanishes, "Editor/Drawing: failed window refused position or minimized state", 1, true},
+    {FaultKind::overviewRefused,
+     "Quillo/: failed Could not create Desktop 2: macOS could not open Mission Control"},
+    {FaultKind::addDesktopMissing,
+     "Quillo/: failed Could not create Desktop 2: Mission Control did not expose its Add Desktop button"},
+    {FaultKind::addDesktopRefused,
+     "Quillo/: failed Could not create Desktop 2: Mission Control refused Add Desktop (Accessibility error "
+     "-25200)"},
+    {FaultKind::addDesktopIgnored,
+     "Quillo/: failed Could not create Desktop 2: Mission Control accepted Add Desktop but no desktop "
+     "appeared; its desktop limit may have been reached"},
+    {FaultKind::desktopMoveRefused,
+     "Reader/Untitled: failed position restored, but Desktop 2 assignment failed"},
+    {FaultKind::desktopMoveIgnored,
+     "Reader/Untitled: failed position restored, but Desktop 2 assignment failed"},
     {FaultKind::applicationHangs,
      "Editor/Letter: skipped no accessible windows appeared; windows in other Spaces may be unavailable", 0},
     {FaultKind::applicationCrashes, "Editor/Drawing: failed window refused position or minimized state", 1,
