@@ -140,8 +140,7 @@ void ApplicationRegistry::describe(KnownApplication& application,
     running.activationPolicy = onlyFurniture ? ActivationPolicy::accessory : ActivationPolicy::regular;
 }
 
-const DesktopEntry* ApplicationRegistry::entryOf(const WindowReading& window) {
-    entries_.refresh();
+const DesktopEntry* ApplicationRegistry::entryOf(const WindowReading& window) const {
     return entries_.withId(judge(window).identifier);
 }
 

@@ -30,8 +30,11 @@ class ApplicationRegistry {
     /// Remembers what this process was launched as, the best evidence for windows that say nothing.
     void recordLaunch(ProcessID pid, std::string identifier);
 
-    /// The installed application that this window alone speaks for; absent when it names none.
-    const DesktopEntry* entryOf(const WindowReading& window);
+    /// Looks whether applications were installed or removed.
+    void refresh() { entries_.refresh(); }
+    /// The installed application that this window alone speaks for, as of the last refresh; absent when it
+    /// names none.
+    const DesktopEntry* entryOf(const WindowReading& window) const;
 
     std::optional<Url> location(std::string_view identifier);
     std::optional<std::string> identifierAt(const Url& location);

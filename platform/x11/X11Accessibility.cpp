@@ -110,6 +110,7 @@ bool X11Accessibility::isFirstOfItsProcess(const WindowReading& window) {
 
 std::unordered_map<xcb_window_t, Url> X11Accessibility::documents(const Readings& windows) {
     std::vector<DocumentQuestion> questions;
+    view_.registry().refresh();
     for (const auto& [number, window] : windows) {
         const auto* entry =
             window.pid != 0 && window.type == WindowType::normal ? view_.registry().entryOf(window) : nullptr;
