@@ -1,0 +1,220 @@
+// What the simulated applications do when they are handed documents, sent scripts, or asked to quit.
+#include <gtest/gtest.h>
+
+#include "WindowEngine/support/Task.hpp"
+#include "platform/simulated/SimulatedDesktop.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace std::chrono_literals;
+using simulated::Fault;
+using simulated::FaultKind;
+using Texts = std::vector<std::string>;
+
+constexpr std::string_view desk = R"({
+  "displays": [{"id": "ONE", "frame": [0, 0, 1400, 900], "desktops": 2}],
+  "missingFolders": ["/gone"],
+  "applications": [
+    {"identifier": "editor", "running": false,
+     "windows": [{"title": "own", "document": "file:///a%20b"}, {"title": "late", "document": "file:///c", "opensAfter": 2}]},
+    {"identifier": "notes", "windows": [{"title": "plain"}, {"title": "draft", "unsaved": true, "frame": [0, 0, 400, 300]}]},
+    {"identifier": "com.apple.finder", "windows": [
+      {"title": "a", "tabs": ["/a"]}, {"title": "search", "minimized": true},
+      {"title": "gone", "tabs": ["file:///gone/"]}, {"title": "Copy", "subrole": "AXDialog"}]},
+    {"identifier": "com.google.Chrome", "running": false, "windows": [{"title": "quit"}], "reopens": [
+      {"title": "Front", "tabs": ["https://f.org", "chrome://newtab/"]},
+      {"title": "Secret", "tabs": ["https://s.org"], "private": true},
+      {"title": "Back", "tabs": ["https://b.org"], "desktop": 1}]},
+    {"identifier": "com.apple.Safari", "windows": [{"title": "S", "tabs": ["", "https://s.org"]}]},
+    {"identifier": "com.brave.Browser", "installed": false, "running": false}
+  ]})";
+
+class SimulatedApplicationsTest : public testing::Test {
+  protected:
+    std::unique_ptr<SimulatedDesktop> desktop = SimulatedDesktop::create(desk, "desk").value();
+    simulated::World& world = desktop->world();
+    Applications& applications = desktop->platform().applications;
+
+    template <class T>
+    T run(Task<T> task) {
+        Job<T> job(desktop->executor(), std::move(task));
+        EXPECT_TRUE(desktop->executor().runUntil([&] { return job.done(); }, 1h));
+        return job.result();
+    }
+    void lay(FaultKind kind, std::string application, std::string title = {}, double seconds = 0) {
+        world.add({kind, std::move(application), std::move(title), {}, 0, seconds, false});
+    }
+    Texts titles(std::string_view application, Duration later = {}) {
+        desktop->executor().runFor(later);
+        Texts result;
+        for (const simulated::Window* window : desktop->world().windowsOf(application))
+            result.push_back(window->state.title.value_or(""));
+        return result;
+    }
+    static Url file(std::string_view path) { return Url::file(path); }
+    /// What a script prints; its message on an error, the error's text where it was never answered.
+    std::string script(std::string text, Duration limit = 20s) {
+        const auto outcome = run(desktop->platform().scripts.execute(std::move(text), limit));
+        if (!outcome) return outcome.error().kind == ErrorKind::timedOut ? "timed out" : "failed";
+        EXPECT_EQ(outcome->exitStatus != 0, !outcome->standardError.empty());
+        return outcome->standardOutput + outcome->standardError;
+    }
+    static std::string tell(std::string_view application, std::string_view lines) {
+        return "tell application \"" + std::string(application) + "\"\n" + std::string(lines) + "\nend tell";
+    }
+    static std::string opening(std::string_view literal) {
+        return tell("Finder", "    set target of (make new Finder window) to (POSIX file " +
+                                  std::string(literal) + " as alias)");
+    }
+    static std::string listing(std::string_view application, std::string_view lines) {
+        return "on joinList(lst, delim)\n"
+               "    set {tid, AppleScript's text item delimiters} to {AppleScript's text item delimiters, "
+               "delim}\n"
+               "    set out to lst as text\n    set AppleScript's text item delimiters to tid\n"
+               "    return out\nend joinList\n" +
+               tell(application, lines) + "\nreturn my joinList(out, linefeed)";
+    }
+    std::string folders() {
+        return script(listing("Finder",
+                              "    set out to {}\n    repeat with i from 1 to (count of Finder windows)\n"
+                              "        try\n            set end of out to POSIX path of (target of Finder "
+                              "window i as alias)\n        on error\n            set end of out to \"\"\n"
+                              "        end try\n    end repeat"));
+    }
+    std::string tabs() {
+        return script(listing("Google Chrome",
+                              "    set out to {}\n    repeat with w in windows\n        try\n"
+                              "            if mode of w is \"incognito\" then\n"
+                              "                set end of out to \"private!\"\n            else\n"
+                              "                set end of out to my joinList(URL of every tab of w, ASCII "
+                              "character 9)\n            end if\n        on error\n"
+                              "            set end of out to \"\"\n        end try\n    end repeat"));
+    }
+    WindowNumber safariWindow() { return world.windowsOf("com.apple.Safari").at(0)->number; }
+};
+
+TEST_F(SimulatedApplicationsTest, ADocumentOpensOneWindowAMomentLater) {
+    EXPECT_TRUE(run(applications.launch(*applications.location("editor"), {file("/c"), file("/a b")})));
+    EXPECT_EQ(titles("editor"), Texts{"own"}) << "documents take a moment";
+    EXPECT_EQ(titles("editor", 1s), (Texts{"c", "own"})) << "what a window shows is not opened again";
+    EXPECT_EQ(titles("editor", 5s), (Texts{"c", "own"})) << "nor by a window that is restored later";
+    EXPECT_TRUE(run(applications.open("editor", {file("/x/y%z"), file("/x/y%z"), file("/a b")})));
+    EXPECT_EQ(titles("editor", 1s), (Texts{"y%z", "c", "own"}));
+    EXPECT_EQ(world.window("editor", "y%z")->state.document, file("/x/y%z").string());
+    EXPECT_FALSE(run(applications.open("com.google.Chrome", {file("/a")}))) << "it does not run";
+    EXPECT_TRUE(run(applications.open("com.apple.finder", {file("/a"), file("/d")})));
+    EXPECT_EQ(titles("com.apple.finder", 1s).front(), "d");
+}
+
+TEST_F(SimulatedApplicationsTest, DocumentsMeetTheirFaultsByTitle) {
+    EXPECT_TRUE(run(applications.launch(*applications.location("editor"), {})));
+    lay(FaultKind::documentRefused, "editor", "refused");
+    lay(FaultKind::documentIgnored, "editor", "ignored");
+    lay(FaultKind::documentLate, "editor", "late", 3);
+    EXPECT_FALSE(run(applications.open("editor", {file("/refused"), file("/late"), file("/fine")})));
+    EXPECT_TRUE(run(applications.open("editor", {file("/ignored")})));
+    EXPECT_EQ(titles("editor", 1s), (Texts{"fine", "own"}));
+    EXPECT_EQ(titles("editor", 9s), (Texts{"late", "fine", "own", "late"}));
+}
+
+TEST_F(SimulatedApplicationsTest, AnUnsavedWindowKeepsItsApplicationAndAsks) {
+    for (int i = 0; i < 2; ++i) EXPECT_TRUE(applications.terminate("notes"));
+    EXPECT_EQ(titles("notes"), (Texts{"Do you want to save the changes?", "plain", "draft"}));
+    EXPECT_EQ(world.windows().front().state.frame, (Rect{100, 75, 200, 150}));
+    world.window("notes", "draft")->state.unsaved = false;
+    EXPECT_TRUE(applications.terminate("notes"));
+    EXPECT_FALSE(applications.running("notes"));
+}
+
+TEST_F(SimulatedApplicationsTest, ScriptsSeeEveryWindowFrontToBackAndLaunchTheirApplication) {
+    EXPECT_EQ(folders(), "/a/\n\n\n");
+    EXPECT_EQ(script(opening(R"("/new \"\\ -- (*")")), "folder\n");
+    EXPECT_EQ(folders(), "/new \"\\ -- (*/\n/a/\n\n\n");
+    EXPECT_EQ(titles("com.apple.finder").front(), "new \"\\ -- (*");
+    EXPECT_EQ(tabs(), "https://f.org\tchrome://newtab/\nprivate!\nhttps://b.org\n");
+    EXPECT_TRUE(applications.running("com.google.Chrome"));
+    const std::string made = script(tell("Google Chrome",
+                                         "    set targetWindow to make new window\n"
+                                         "    set URL of active tab of targetWindow to \"https://b.org\"\n"
+                                         "    return (id of targetWindow) as text"));
+    EXPECT_EQ(titles("com.google.Chrome"), (Texts{"Back", "Front", "Secret", "Back"}));
+    EXPECT_EQ(tabs(), "https://b.org\nhttps://f.org\tchrome://newtab/\nprivate!\nhttps://b.org\n");
+    const std::string number = std::to_string(safariWindow());
+    EXPECT_NE(made, number + "\n") << "the browser counts its own windows";
+    const auto safari = [&](const std::string& numbers) {
+        return script(listing(
+            "Safari", "    set allowedIDs to {" + numbers +
+                          "}\n    set out to {}\n    repeat with w in windows\n        if (id of w) is in "
+                          "allowedIDs then\n            try\n                set end of out to ((id of w) as "
+                          "text) & (ASCII character 9) & my joinList(URL of every tab of w, ASCII character "
+                          "9)\n            end try\n        end if\n    end repeat"));
+    };
+    EXPECT_EQ(safari("1, " + number), number + "\tmissing value\thttps://s.org\n");
+    EXPECT_EQ(safari("1"), "\n");
+}
+
+TEST_F(SimulatedApplicationsTest, WhatIsNoScriptOrCannotBeDoneEndsWithAnError) {
+    const std::string safari = "    set targetWindow to first window whose id is ";
+    const struct {
+        std::string script, error;
+    } cases[] = {
+        {"beep", "syntax error"},
+        {opening("\"/a"), "syntax error"},
+        {opening(R"("/a" & "b")"), "syntax error"},
+        {opening(R"("/\d")"), "syntax error"},
+        {opening("\"/a\"\n"), "syntax error"},
+        {opening("\"/\xff\""), "syntax error"},
+        {opening(R"("/a")") + "\nbeep", "syntax error"},
+        {tell("Safari", "    set target of (make new Finder window) to (POSIX file \"/a\" as alias)"),
+         "syntax error"},
+        {tell("Safari", safari), "syntax error"},
+        {tell("Safari", safari + "1, 2"), "syntax error"},
+        {tell("Safari", safari + "1"), "(-1719)"},
+        {tell("Mail", safari + "1"), "syntax error"},
+        {opening("\"/gone\""), "(-43)"},
+        {opening("\"relative\""), "(-43)"},
+        {tell("Brave Browser",
+              "    set targetWindow to make new window\n    set URL of active tab of "
+              "targetWindow to \"x\"\n    return (id of targetWindow) as text"),
+         "(-1728)"},
+    };
+    for (const auto& one : cases) EXPECT_TRUE(script(one.script).contains(one.error)) << one.script;
+    EXPECT_EQ(titles("com.apple.finder").size(), 4u) << "nothing was opened";
+}
+
+TEST_F(SimulatedApplicationsTest, AutomationCanBeRefusedSlowOrHang) {
+    EXPECT_EQ(script(opening("\"/a\""), 49ms), "timed out");
+    lay(FaultKind::automationSlow, "com.apple.finder", {}, 2);
+    EXPECT_EQ(script(opening("\"/a\""), 1s), "timed out");
+    EXPECT_EQ(titles("com.apple.finder", 9s).size(), 4u) << "what was given up opens nothing later";
+    EXPECT_EQ(script(opening("\"/a\""), 3s), "folder\n");
+    lay(FaultKind::applicationHangs, "com.apple.finder");
+    EXPECT_EQ(script(opening("\"/a\""), 20s), "timed out");
+    lay(FaultKind::automationRefused, "com.apple.Safari");
+    EXPECT_TRUE(script(tell("Safari", "    set targetWindow to first window whose id is 1"))
+                    .contains("Not authorized to send Apple events to"));
+    lay(FaultKind::launchRefused, "com.google.Chrome");
+    EXPECT_TRUE(tabs().contains("(-10810)"));
+    Job<Result<ScriptOutcome>> job(desktop->executor(),
+                                   desktop->platform().scripts.execute(opening("\"/a\""), 20s));
+    desktop->executor().runFor(1s);
+    job.cancel();
+    EXPECT_TRUE(desktop->executor().runUntil([&] { return job.done(); }, 1s));
+    EXPECT_THROW(job.result(), Cancelled);
+}
+
+TEST_F(SimulatedApplicationsTest, AWindowTurnsPrivateOnceWhileAScriptRuns) {
+    world.add({FaultKind::turnsPrivate, "com.google.Chrome", "Front", {}, 0, 0, false, true});
+    EXPECT_TRUE(folders().starts_with("/a/")) << "a script to another application changes nothing";
+    EXPECT_TRUE(tabs().starts_with("https://f.org")) << "it had looked before";
+    EXPECT_EQ(tabs(), "private!\nprivate!\nhttps://b.org\n");
+    world.window("com.google.Chrome", "Front")->state.privateBrowsing = false;
+    EXPECT_TRUE(tabs().starts_with("https://f.org"));
+    EXPECT_TRUE(tabs().starts_with("https://f.org"));
+    lay(FaultKind::turnsPrivate, "com.google.Chrome", "Back");
+    EXPECT_EQ(tabs(), "https://f.org\tchrome://newtab/\nprivate!\nprivate!\n");
+}
+
+}  // namespace
+}  // namespace quillo
