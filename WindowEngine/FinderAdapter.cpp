@@ -16,21 +16,27 @@ std::set<std::string> pathsOf(const AppContext& context) {
     return paths;
 }
 
-Task<bool> open(DesktopAccess& desktop, std::string path) {
-    const auto opened = co_await AppleScript::run(desktop.platform.scripts, FinderAdapter::openScript(path),
+enum class Opening { done, failed, timedOut };
+
+Task<Opening> open(DesktopAccess& desktop, std::optional<std::string> path) {
+    if (!path) co_return Opening::failed;
+    const auto opened = co_await AppleScript::run(desktop.platform.scripts, FinderAdapter::openScript(*path),
                                                   adapterScriptLimit);
-    co_return opened.has_value();
+    if (opened) co_return Opening::done;
+    co_return opened.error() == AppleScript::timedOut() ? Opening::timedOut : Opening::failed;
 }
 
+/// Ends with the first script that times out: every other would too.
 Task<void> openAll(DesktopAccess& desktop, std::vector<AdapterStep> steps, AdapterRestoreResult& result) {
     for (const AdapterStep& step : steps) {
-        const auto path = step.urls.front().standardized().filePath();
-        if (path && co_await open(desktop, *path)) {
+        const Opening opening = co_await open(desktop, step.urls.front().standardized().filePath());
+        if (opening == Opening::done) {
             ++result.opened;
             ++result.newWindows;
         } else {
             result.failures.emplace_back("Finder could not reopen a saved folder.");
         }
+        if (opening == Opening::timedOut) co_return;
     }
 }
 

@@ -65,10 +65,8 @@ class Scripted {
         return result;
     }
     simulated::Window& window(std::size_t index) { return *desktop.world().windowsOf(bundle).at(index); }
-    void lay(FaultKind kind, double seconds = 0, bool onScript = false) {
-        Fault fault = samples::fault(kind, bundle, 0, seconds);
-        fault.onScript = onScript;
-        desktop.world().add(fault);
+    void lay(FaultKind kind, double seconds = 0, double in = 0) {
+        desktop.world().add(samples::fault(kind, bundle, desktop.seconds() + in, seconds));
     }
 
     const std::string bundle;
@@ -83,8 +81,13 @@ constexpr bool capturing = true, restoring = false;
 using Disturbance = void (*)(Scripted&);
 constexpr Disturbance refused = [](Scripted& one) { one.lay(FaultKind::automationRefused); };
 constexpr Disturbance slow = [](Scripted& one) { one.lay(FaultKind::automationSlow, 30); };
+constexpr Disturbance slowing = [](Scripted& one) { one.lay(FaultKind::automationSlow, 30, 0.06); };
 constexpr Disturbance unidentified = [](Scripted& one) { one.lay(FaultKind::newWindowUnidentified); };
-constexpr Disturbance turning = [](Scripted& one) { one.lay(FaultKind::turnsPrivate, 0, true); };
+constexpr Disturbance turning = [](Scripted& one) {
+    Fault fault = samples::fault(FaultKind::turnsPrivate, one.bundle);
+    fault.onScript = true;
+    one.desktop.world().add(fault);
+};
 constexpr Disturbance turned = [](Scripted& one) { one.lay(FaultKind::turnsPrivate); };
 constexpr Disturbance gone = [](Scripted& one) { one.desktop.world().close(one.window(0).number); };
 constexpr Disturbance ended = [](Scripted& one) {
@@ -115,7 +118,7 @@ const Case cases[] = {
     {finder, capturing, slow, {"Finder automation was unavailable."}},
     {finder, capturing, cancelled, {"Finder capture was cancelled."}},
     {finder, restoring, refused, folderTrouble, {{"/n"}}},
-    {finder, restoring, slow, folderTrouble, {{"/n"}}},
+    {finder, restoring, slow, folderTrouble, {{"/n"}, {"/o"}}},
     {finder, restoring, turned, folderTrouble, {{"/gone"}, {"/n"}}, 1},
     {finder, restoring, turned, folderTrouble, {{"https://a.org"}}},
     {finder, restoring, cancelled, {"Finder restore was cancelled."}, {{"/n"}, {"/o"}}},
@@ -126,6 +129,7 @@ const Case cases[] = {
     {chrome, restoring, turned, unsupported, newOnes, 0, "org.other.Browser"},
     {chrome, restoring, refused, tabTrouble, newOnes},
     {chrome, restoring, slow, tabTrouble, two},
+    {chrome, restoring, slowing, tabTrouble, two},
     {chrome, restoring, unidentified, tabTrouble, newOnes, 1},
     {chrome, restoring, turning, tabTrouble, shared},
     {chrome, restoring, turned, tabTrouble, hostile, 1},
