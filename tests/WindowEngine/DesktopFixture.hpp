@@ -143,7 +143,7 @@ class Desktop {
                           Restore::OnItem onItem = {}) {
         Workspace workspace;
         workspace.snapshot = snapshot;
-        return run(Restore::run(access, workspace, options, std::move(onItem)));
+        return run(Restore::run(access, workspace, std::move(options), std::move(onItem)));
     }
     WorkspaceSnapshot capture(Capture::Options options = {}) {
         return run(Capture::snapshot(access, std::move(options)));
