@@ -111,16 +111,6 @@ TEST(WindowMatcher, TrustsALoneWindowMoreUnlessItsTitleSaysOtherwise) {
     EXPECT_TRUE(match([](Pair& p) { documents(p, documentA, documentB); }).empty());
 }
 
-TEST(WindowMatcher, TakesTheBestPairFirst) {
-    // The best pair is (1, 0), although saved 0 is then left with the worse window.
-    const WindowSnapshot close = samples::window({0, 0, 90, 100}, "Notes");
-    const auto matches =
-        WindowMatcher::match({{close, Pair().saved}}, {{Pair().live, samples::live({}, "Notes (2)")}});
-    ASSERT_EQ(matches.size(), 2u);
-    EXPECT_EQ(matches[0].liveIndex, 1);
-    EXPECT_EQ(matches[1].liveIndex, 0);
-}
-
 // Every pair scored by itself, the best of those that are left taken again and again.
 std::vector<Match> plainMatch(const std::vector<WindowSnapshot>& saved,
                               const std::vector<LiveWindowInfo>& live) {

@@ -1,11 +1,11 @@
 // Workspaces for tests: the manual's example, which has every key but `notes`, and random ones by seed.
 #pragma once
 #include <fstream>
-#include <functional>
 #include <iterator>
 #include <random>
 
 #include "WindowEngine/WorkspaceCoding.hpp"
+#include "WindowEngine/WorkspaceFields.hpp"
 
 namespace quillo::samples {
 
@@ -35,80 +35,59 @@ inline Workspace named(Uuid id, std::string name, std::string content = {},
     return workspace;
 }
 
+/// Every field of a record at random, from the list of fields that documents have.
 class RandomRecords {
-    using Self = RandomRecords;
-
   public:
     explicit RandomRecords(std::uint64_t seed) : engine_(seed) {}
 
     std::size_t below(std::size_t limit) { return engine_() % limit; }
+    Workspace workspace() {
+        Workspace made;
+        fill(made);
+        made.schemaVersion = Workspace::currentSchemaVersion;
+        return made;
+    }
 
   private:
-    bool coin() { return below(2) == 0; }
-    std::int64_t integer() { return static_cast<std::int64_t>(engine_()) >> below(64); }
-    std::uint32_t handle() { return static_cast<std::uint32_t>(integer()); }
-    double number() {
+    void fill(bool& value) { value = below(2) == 0; }
+    void fill(std::int64_t& value) { value = static_cast<std::int64_t>(engine_()) >> below(64); }
+    void fill(std::uint32_t& value) { value = static_cast<std::uint32_t>(engine_() >> below(64)); }
+    void fill(double& value) {
         const double scales[] = {1, 0.1, 1e-9, 1e9, 1e300, -1, 0};
-        return static_cast<double>(integer() % 100000) / 7 * scales[below(7)];
+        value = static_cast<double>(below(100000)) / 7 * scales[below(7)];
     }
-    Rect rect() { return {number(), number(), number(), number()}; }
-    Instant instant() { return Instant{std::chrono::seconds{below(4'000'000'000)}}; }
-    std::string text() {
+    void fill(Rect& r) {
+        for (double* part : {&r.x, &r.y, &r.width, &r.height}) fill(*part);
+    }
+    void fill(Instant& value) { value = Instant{std::chrono::seconds{below(4'000'000'000)}}; }
+    void fill(Uuid& value) { value = Uuid::random(); }
+    void fill(CleanSlateMode& value) { value = allCleanSlateModes[below(3)]; }
+    void fill(std::string& value) {
         const char* const pieces[] = {"a",    "/", "\"", "\\", "\n",     "\x01",
                                       "\x7f", "é", "漢", "😀", "\u2028", "]"};
-        std::string text;
-        for (std::size_t i = below(8); i > 0; --i) text += pieces[below(std::size(pieces))];
-        return text;
+        for (std::size_t i = below(8); i > 0; --i) value += pieces[below(std::size(pieces))];
     }
     Url address() { return url("https://host" + std::to_string(below(100)) + ".example/|^/é"); }
-
-    template <class... Arguments>
-    auto maybe(auto make, Arguments... arguments) {
-        return coin() ? std::optional(std::invoke(make, this, arguments...)) : std::nullopt;
+    void fill(std::optional<Url>& value) {
+        if (below(2)) value = address();
     }
-    template <class Entry>
-    std::vector<Entry> list(Entry (Self::*make)()) {
-        std::vector<Entry> entries;
-        for (std::size_t i = below(4); i > 0; --i) entries.push_back((this->*make)());
-        return entries;
+    void fill(std::vector<Url>& list) {
+        for (std::size_t i = below(4); i > 0; --i) list.push_back(address());
     }
-
-    DisplaySnapshot display() { return {text(), rect(), rect(), number(), coin()}; }
-    DesktopSnapshot desktop() { return {text(), integer(), maybe(&Self::text)}; }
-    TabSnapshot tab() { return {maybe(&Self::text), maybe(&Self::address)}; }
-    WindowSnapshot window() {
-        return {maybe(&Self::list<TabSnapshot>, &Self::tab),
-                maybe(&Self::text),
-                maybe(&Self::text),
-                maybe(&Self::address),
-                rect(),
-                maybe(&Self::text),
-                maybe(&Self::desktop),
-                rect(),
-                coin(),
-                coin(),
-                maybe(&Self::coin),
-                integer()};
+    template <class T>
+    void fill(std::optional<T>& value) {
+        if (below(2)) fill(value.emplace());
     }
-    ContextWindow contextWindow() {
-        return {maybe(&Self::integer), list(&Self::address), maybe(&Self::handle)};
+    template <class T>
+    void fill(std::vector<T>& list) {
+        for (std::size_t i = below(4); i > 0; --i) fill(list.emplace_back());
     }
-    AppContext context() { return {text(), list(&Self::contextWindow)}; }
-    ApplicationSnapshot application() {
-        return {text(), text(), maybe(&Self::address), list(&Self::window), maybe(&Self::context)};
+    template <detail::Record R>
+    void fill(R& record) {
+        std::apply([&](const auto&... field) { (fill(record.*field.member), ...); }, detail::fieldsOf<R>);
     }
 
     std::mt19937_64 engine_;
-
-  public:
-    Workspace workspace() {
-        Workspace made = named(Uuid::random(), text());
-        made.lastRestoredAt = maybe(&Self::instant);
-        if (coin()) made.cleanSlate = allCleanSlateModes[below(3)];
-        made.snapshot = {instant(), list(&Self::display), maybe(&Self::list<DesktopSnapshot>, &Self::desktop),
-                         maybe(&Self::list<std::string>, &Self::text), list(&Self::application)};
-        return made;
-    }
 };
 
 }  // namespace quillo::samples
