@@ -1,0 +1,120 @@
+#include "ctl/ReopeningPlanText.hpp"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include "WindowEngine/CleanSlate.hpp"
+#include "WindowEngine/ContextRestore.hpp"
+#include "ctl/HumanText.hpp"
+
+namespace quillo::ctl {
+namespace {
+
+Task<void> planContext(DesktopAccess& desktop, const ApplicationSnapshot& application, bool isRunning,
+                       const std::set<std::string>& enabledAdapters, ReopeningPlan& plan) {
+    if (!application.context) co_return;
+    const ContextAdapter* adapter = Restore::contextAdapter(desktop.platform, application, enabledAdapters);
+    if (!adapter) {
+        plan.contextTrouble = Restore::unavailableIntegration(*application.context);
+        co_return;
+    }
+    AdapterCaptureResult now;
+    if (isRunning) now = co_await adapter->capture(desktop, application.bundleIdentifier);
+    if (now.failure) {
+        plan.contextTrouble = *now.failure;
+    } else {
+        plan.steps = adapter->plan(*application.context, now.context.value_or(AppContext{}));
+    }
+}
+
+/// A location as a person writes it.
+std::string location(const Url& url) {
+    return printable(url.filePath().value_or(url.string()));
+}
+
+JsonLine lineAbout(const ApplicationSnapshot& application) {
+    JsonLine line;
+    line.add("application", application.name).add("bundleIdentifier", application.bundleIdentifier);
+    return line;
+}
+
+std::vector<std::string> strings(const std::vector<Url>& urls) {
+    std::vector<std::string> result;
+    for (const Url& url : urls) result.push_back(url.string());
+    return result;
+}
+
+void printDocuments(Output& output, const ApplicationSnapshot& application,
+                    const std::vector<SavedDocument>& documents, bool opened) {
+    for (const SavedDocument& document : documents) {
+        if (output.json()) {
+            JsonLine line = lineAbout(application);
+            line.add("document", document.url.string()).add("opened", opened);
+            output.value(std::move(line));
+        } else if (opened) {
+            output.line("  opens   " + location(document.url));
+        } else {
+            output.line("  " + output.painted(Style::warning, "leaves  ") + location(document.url) +
+                        " (gone, or opening would run it)");
+        }
+    }
+}
+
+void printStep(Output& output, const ApplicationSnapshot& application, const AdapterStep& step) {
+    if (output.json()) {
+        JsonLine line = lineAbout(application);
+        line.add("newWindow", step.newWindow).add("urls", strings(step.urls));
+        output.value(std::move(line));
+        return;
+    }
+    std::vector<std::string> locations;
+    for (const Url& url : step.urls) locations.push_back(location(url));
+    output.line(fmt::format("  opens   {}: {}", step.newWindow ? "in a new window" : "in an open window",
+                            fmt::join(locations, ", ")));
+}
+
+}  // namespace
+
+Task<ReopeningPlan> planReopening(DesktopAccess& desktop, const ApplicationSnapshot& application,
+                                  std::span<const LiveWindowInfo> live, bool isRunning,
+                                  const std::set<std::string>& enabledAdapters) {
+    ReopeningPlan plan;
+    plan.documents = Restore::planDocuments(desktop.platform, application, enabledAdapters, live);
+    plan.askedForWindow = isRunning && Restore::needsWindow(desktop.platform, application, enabledAdapters);
+    co_await planContext(desktop, application, isRunning, enabledAdapters, plan);
+    co_return plan;
+}
+
+void printReopening(Output& output, const ApplicationSnapshot& application, const ReopeningPlan& plan) {
+    printDocuments(output, application, plan.documents.open, true);
+    printDocuments(output, application, plan.documents.refused, false);
+    for (const AdapterStep& step : plan.steps) printStep(output, application, step);
+    if (plan.contextTrouble.empty()) return;
+    if (output.json()) {
+        JsonLine line = lineAbout(application);
+        line.add("reason", plan.contextTrouble);
+        output.value(std::move(line));
+    } else {
+        output.line("  " + output.painted(Style::warning, printable(plan.contextTrouble)));
+    }
+}
+
+void printCleanSlate(Output& output, Applications& applications, const Workspace& workspace,
+                     CleanSlateMode mode) {
+    if (mode == CleanSlateMode::keep) return;
+    for (const RunningApplication& target : Restore::cleanSlateTargets(applications, workspace)) {
+        const std::string name = target.localizedName.value_or(*target.bundleIdentifier);
+        if (output.json()) {
+            JsonLine line;
+            line.add("application", name)
+                .add("bundleIdentifier", *target.bundleIdentifier)
+                .add("cleanSlate", storedValue(mode));
+            output.value(std::move(line));
+        } else {
+            output.line(output.painted(Style::bold, printable(name)) + ": " +
+                        (mode == CleanSlateMode::hide ? "would be hidden" : "would be asked to quit"));
+        }
+    }
+}
+
+}  // namespace quillo::ctl
