@@ -25,6 +25,7 @@ std::string sceneOf(std::int64_t applications) {
     for (std::int64_t i = 0; i < applications; ++i) {
         auto& application = scene.applications.emplace_back();
         application.identifier = application.name = fmt::format("org.example.{}", i);
+        application.launchSeconds = 0.5 + 0.3 * static_cast<double>(i);
         for (std::int64_t j = 0; j < windowsPerApplication; ++j) {
             auto& window = application.windows.emplace_back();
             window.title = fmt::format("Window {} of {}", j, i);
@@ -55,6 +56,15 @@ class Scattered {
 
     WorkspaceSnapshot capture() { return run(*desktop_, Capture::snapshot(access_, {})); }
     RestoreReport restore() { return run(*desktop_, Restore::run(access_, workspace_, {}, {})); }
+    void endAll() {
+        for (auto& application : desktop_->world().applications()) desktop_->world().end(application);
+    }
+    /// Leaves the last application of the workspace, which is the slowest to launch.
+    void keepSlowest() {
+        auto& saved = workspace_.snapshot.applications;
+        const std::string slowest = desktop_->world().applications().back().scene.identifier;
+        std::erase_if(saved, [&](const auto& one) { return one.bundleIdentifier != slowest; });
+    }
 
   private:
     std::unique_ptr<SimulatedDesktop> desktop_;
@@ -78,6 +88,23 @@ void restoring(benchmark::State& state) {
     }
 }
 BENCHMARK(restoring)->Arg(1)->Arg(5)->Arg(20)->Unit(benchmark::kMillisecond);
+
+/// Virtual time of a restore in which every application must be launched, against that of the slowest one
+/// alone: nobody waits for another.
+void sideBySide(benchmark::State& state) {
+    double together = 0, alone = 0;
+    for (auto _ : state) {
+        Scattered all(20), one(20);
+        all.endAll();
+        one.endAll();
+        one.keepSlowest();
+        together = all.restore().duration;
+        alone = one.restore().duration;
+    }
+    state.counters["seconds"] = together;
+    state.counters["of_slowest"] = together / alone;
+}
+BENCHMARK(sideBySide)->Unit(benchmark::kMillisecond);
 
 void capturing(benchmark::State& state) {
     Scattered scattered(state.range(0));
