@@ -3,34 +3,12 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
-#include "WindowEngine/DesktopCreation.hpp"
-#include "WindowEngine/Displays.hpp"
-#include "WindowEngine/NativeTabs.hpp"
-#include "WindowEngine/RestorePlan.hpp"
-#include "WindowEngine/SafariPrivacy.hpp"
 #include "ctl/DesktopPlanText.hpp"
 #include "ctl/HumanText.hpp"
 #include "ctl/SnapshotText.hpp"
 
 namespace quillo::ctl {
 namespace {
-
-enum class Presence { running, installed, missing };
-
-struct PlannedApplication {
-    const ApplicationSnapshot* saved = nullptr;
-    Presence presence = Presence::missing;
-    ProcessID pid = 0;
-    bool hangs = false;  // did not answer in time
-    std::vector<LiveWindowInfo> live = {};
-    std::vector<std::vector<SpaceID>> liveSpaces = {};  // of each
-    std::vector<WindowPlan> windows = {};
-};
-
-struct Plan {
-    DesktopPlan desktops;
-    std::vector<PlannedApplication> applications;
-};
 
 std::string_view key(Presence presence) {
     switch (presence) {
@@ -42,76 +20,6 @@ std::string_view key(Presence presence) {
             return "notInstalled";
     }
     return "";
-}
-
-PlannedApplication presenceOf(Applications& applications, const ApplicationSnapshot& saved) {
-    PlannedApplication planned{.saved = &saved};
-    if (const auto running = applications.running(saved.bundleIdentifier)) {
-        planned.presence = Presence::running;
-        planned.pid = running->pid;
-    } else if ((saved.applicationURL &&
-                applications.identifierAt(*saved.applicationURL) == saved.bundleIdentifier) ||
-               applications.location(saved.bundleIdentifier)) {
-        planned.presence = Presence::installed;
-    }
-    return planned;
-}
-
-/// The live windows of all running applications, in one batch.
-void readLive(DesktopAccess& desktop, std::vector<PlannedApplication>& planned) {
-    std::vector<ProcessID> pids;
-    for (const PlannedApplication& application : planned) {
-        if (application.presence == Presence::running) pids.push_back(application.pid);
-    }
-    std::vector<Accessibility::Enumeration> lists = Accessibility::enumerate(desktop, pids, true);
-    auto list = lists.begin();
-    for (PlannedApplication& application : planned) {
-        if (application.presence != Presence::running) continue;
-        // As a restore sees them: private windows stand for nothing.
-        SafariPrivacy::removeUnverified(desktop, application.saved->bundleIdentifier, application.pid,
-                                        list->windows);
-        for (const LiveWindow& window : list->windows) application.live.push_back(window.info);
-        application.liveSpaces = DesktopSpaces::spacesOf(
-            desktop, list->windows, NativeTabs::applications().contains(application.saved->bundleIdentifier));
-        application.hangs = list++->timedOut;
-    }
-}
-
-/// Where windows that are yet to open will be put.
-void placeUnopened(PlannedApplication& application, DisplayMapper::DisplayList saved,
-                   DisplayMapper::DisplayList current, const DesktopTargets& desktops) {
-    for (WindowPlan& plan : application.windows) {
-        if (plan.liveIndex) continue;
-        const WindowSnapshot& window = application.saved->windows[static_cast<std::size_t>(plan.savedIndex)];
-        plan.placement = DisplayMapper::place(window, saved, current);
-        if (const auto* display = DisplayMapper::targetDisplay(window.displayID, saved, current)) {
-            plan.displayID = display->id;
-        }
-        plan.desktop = targetDesktop(window, desktops);
-    }
-}
-
-DesktopPlan planDesktops(DesktopAccess& desktop, const WorkspaceSnapshot& snapshot,
-                         DisplayMapper::DisplayList displays) {
-    if (!snapshot.desktops) return {};
-    return DesktopSpaces::plan(*snapshot.desktops, snapshot.displays, displays, DesktopSpaces::read(desktop));
-}
-
-Plan plan(DesktopAccess& desktop, const WorkspaceSnapshot& snapshot) {
-    const std::vector<DisplaySnapshot> displays = Displays::current(desktop.platform.screens);
-    Plan plan{planDesktops(desktop, snapshot, displays), {}};
-    for (const ApplicationSnapshot& saved : snapshot.applications) {
-        plan.applications.push_back(presenceOf(desktop.platform.applications, saved));
-    }
-    readLive(desktop, plan.applications);
-    for (PlannedApplication& application : plan.applications) {
-        application.windows = planWindows(application.saved->windows, application.live, snapshot.displays,
-                                          displays, plan.desktops.targets, application.liveSpaces);
-        if (application.live.empty() && application.presence != Presence::missing) {
-            placeUnopened(application, snapshot.displays, displays, plan.desktops.targets);
-        }
-    }
-    return plan;
 }
 
 std::vector<std::string> reasons(const WindowMatcher::Evidence& evidence) {
@@ -172,8 +80,12 @@ std::string openQuestion(const PlannedApplication& application, const WindowPlan
             break;
     }
     if (application.hangs) return "the application does not answer at the moment";
-    return application.live.empty() ? "the application is asked for a window first"
-                                    : "skipped: " + plan.skipReason;
+    const ReopeningPlan& reopening = application.reopening;
+    if (application.live.empty() && reopening.askedForWindow)
+        return "the application is asked for a window first";
+    if (!reopening.documents.open.empty() || !reopening.steps.empty())
+        return "placed once what is opened has its window";
+    return "skipped: " + plan.skipReason;
 }
 
 void printWindow(Output& output, const PlannedApplication& application, const WindowPlan& plan,
@@ -237,19 +149,19 @@ void printJson(Output& output, const PlannedApplication& application, const Wind
 
 }  // namespace
 
-void printPlan(Output& output, DesktopAccess& desktop, const WorkspaceSnapshot& snapshot) {
-    const Plan planned = plan(desktop, snapshot);
-    printDesktops(output, planned.desktops);
-    for (const PlannedApplication& application : planned.applications) {
+void printPlan(Output& output, const RestorePreview& plan) {
+    printDesktops(output, plan.desktops);
+    for (const PlannedApplication& application : plan.applications) {
         if (!output.json()) {
             output.line(output.painted(Style::bold, printable(application.saved->name)) + ": " +
                         headline(application));
         }
+        printReopening(output, *application.saved, application.reopening);
         for (const WindowPlan& window : application.windows) {
             if (output.json()) {
-                printJson(output, application, window, planned.desktops);
+                printJson(output, application, window, plan.desktops);
             } else {
-                printWindow(output, application, window, planned.desktops);
+                printWindow(output, application, window, plan.desktops);
             }
         }
     }

@@ -71,7 +71,14 @@ CommandResult planRestore(Session& session, const Arguments& arguments) {
     if (!found) return std::unexpected(found.error());
     const Expected<std::unique_ptr<Desktop>> desktop = openTrustedDesktop(session);
     if (!desktop) return std::unexpected(desktop.error());
-    printPlan(session.output, (*desktop)->access(), found->workspace.snapshot);
+    const Restore::Options options = restoreOptions(found->workspace, arguments);
+    DesktopAccess& access = (*desktop)->access();
+    const std::optional<RestorePreview> plan =
+        run(**desktop, preview(access, found->workspace.snapshot, options.enabledAdapters));
+    if (!plan) return failure("cancelled", Exit::cancelled);
+    printCleanSlate(session.output, access.platform.applications, found->workspace,
+                    options.cleanSlate.value_or(CleanSlateMode::keep));
+    printPlan(session.output, *plan);
     return Exit::done;
 }
 

@@ -183,6 +183,39 @@ TEST_F(DesktopCommandTest, ExitStatusAndLinesSayWhatDidNotComeBack) {
                  {{"list"}, 0, "Work"}});
 }
 
+TEST_F(DesktopCommandTest, FoldersTabsDocumentsAndOtherApplicationsArePlannedAndDone) {
+    const std::string display = R"("displays": [{"id": "left", "frame": [0, 0, 1600, 1000]}])";
+    const std::string window = R"("frame": [100, 100, 600, 400])";
+    file("rich", "{" + display + R"(, "applications": [
+        {"identifier": "org.editor", "name": "Editor", "windows": [
+          {"title": "a.txt", "document": "file:///d/a.txt", )" +
+                     window + R"(}]},
+        {"identifier": "com.google.Chrome", "name": "Chrome", "windows": [
+          {"title": "News", "tabs": ["https://news.example/"], )" +
+                     window + R"(}]}]})");
+    file("poor", "{" + display + R"(, "applications": [
+        {"identifier": "org.editor", "name": "Editor", "running": false},
+        {"identifier": "org.game", "name": "Game"},
+        {"identifier": "com.google.Chrome", "name": "Chrome"}]})");
+    const Texts chromium{"--adapter", "chromium"};
+    const auto with = [&](Texts arguments, const Texts& more) {
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return arguments;
+    };
+    expectSteps(
+        {{on("rich", with({"save", "Rich"}, chromium)), 0, "Saved"},
+         {on("poor", {"plan", "Rich", "--clean-slate", "hide"}), 0, "Game: would be hidden\n"},
+         {on("poor", {"plan", "Rich"}), 0, "opens   /d/a.txt\n"},
+         {on("poor", {"plan", "Rich"}), 0, "integration is disabled or unavailable\n"},
+         {on("poor", with({"plan", "Rich"}, chromium)), 0, "in a new window: https://news.example/\n"},
+         {on("rich", with({"restore", "Rich"}, chromium)), 0, "2 restored \xc2\xb7 1.1 s"},
+         {on("poor", {"restore", "Rich", "--clean-slate", "quit", "--adapter", "chromium"}), 0,
+          "2 restored \xc2\xb7 1 launched \xc2\xb7 2 reopened"},
+         {on("poor", {"restore", "Rich", "--adapter", "opera"}), 2, "--adapter"}});
+    expectSteps(
+        {{on("poor", with({"plan", "Rich", "--json"}, chromium)), 0, R"("newWindow":true,"urls":[")"}});
+}
+
 TEST_F(DesktopCommandTest, EveryReaderGetsItsForm) {
     const std::string json = done(on("disturbed", {"--json", "restore", "work"}));
     Texts statuses = members(json, "status");
