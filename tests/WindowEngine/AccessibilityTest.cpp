@@ -239,24 +239,5 @@ TEST(Accessibility, UnminimizingTakesThreeReadingsThatAgree) {
     }
 }
 
-TEST(Accessibility, WaitsEndWhenCancelled) {
-    SceneApplication application =
-        sceneApplication("org.a", {sceneWindow("1", frame), sceneWindow("2", frame)});
-    application.windows[1].minimized = true;
-    Desktop desktop(scene({application}));
-    desktop.world().add(fault(FaultKind::moveIgnored));
-    desktop.world().add(fault(FaultKind::unminimizeRefused));
-    const auto windows = desktop.windows("org.a");
-    Job<WindowMutationResult> write(
-        desktop.executor(), Accessibility::setAndWait(desktop.access, windows[0], {9, 40, 90, 90}, false));
-    Job<bool> unminimize(desktop.executor(), Accessibility::unminimizeAndWait(desktop.access, windows[1]));
-    desktop.executor().runFor(500ms);
-    write.cancel();
-    unminimize.cancel();
-    desktop.executor().runFor(0s);
-    EXPECT_TRUE(write.outcome().isCancelled());
-    EXPECT_TRUE(unminimize.outcome().isCancelled());
-}
-
 }  // namespace
 }  // namespace quillo::samples

@@ -1,10 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "WindowEngine/AutoSnapshotPolicy.hpp"
 #include "WindowEngine/SessionHistory.hpp"
-#include "WindowEngine/services/ForwardingFileSystem.hpp"
 #include "platform/posix/PosixFileSystem.hpp"
 #include "tests/TemporaryDirectory.hpp"
 #include "tests/WindowEngine/WorkspaceSamples.hpp"
@@ -121,53 +118,6 @@ TEST_F(SessionHistoryTest, KeepsTheLatestAndFourArchivesNamedAfterTheirTime) {
     EXPECT_TRUE(history.deleteAll());
     EXPECT_FALSE(files.exists(directory / "sessions"));
     EXPECT_TRUE(history.deleteAll());
-}
-
-/// Fails the write number `at`: a new file, one put in place, or one of the history removed for good.
-class FailingWrites final : public ForwardingFileSystem {
-  public:
-    FailingWrites(FileSystem& target, int at) : ForwardingFileSystem(target), left_(at) {}
-
-    bool struck() const { return left_ < 0; }
-
-    Result<void> createFile(const Path& f, std::string_view bytes) override {
-        return strikes() ? failed() : ForwardingFileSystem::createFile(f, bytes);
-    }
-    Result<void> rename(const Path& from, const Path& to) override {
-        return strikes() ? failed() : ForwardingFileSystem::rename(from, to);
-    }
-    Result<void> remove(const Path& f) override {
-        return f.extension() == ".json" && strikes() ? failed() : ForwardingFileSystem::remove(f);
-    }
-
-  private:
-    static std::unexpected<Error> failed() { return fail(ErrorKind::noSpace, "no space"); }
-    bool strikes() { return left_-- == 0; }
-    int left_;
-};
-
-TEST_F(SessionHistoryTest, AnErrorEndsASaveAndLosesNoSession) {
-    int at = 0;
-    for (bool struck = true; struck; ++at) {
-        SCOPED_TRACE(at);
-        ASSERT_TRUE(history.deleteAll());
-        saveSessions(5);
-        FailingWrites failing(files, at);
-        const auto saved = SessionHistory(failing, directory / "sessions").save(session(6), nine);
-        struck = failing.struck();
-        EXPECT_EQ(saved.has_value(), !struck);
-        auto found = snapshotsIn(history);
-        const auto [first, last] = std::ranges::unique(found);  // archived already, and still the latest
-        found.erase(first, last);
-        if (struck) {
-            EXPECT_EQ(saved.error().text, "no space");
-            EXPECT_TRUE(found == sessions({5, 4, 3, 2, 1}) || found == sessions({6, 5, 4, 3, 2, 1}));
-        }
-        EXPECT_TRUE(history.save(session(7), nine));
-        EXPECT_EQ(files.list(directory / "sessions")->size(), 5U);
-        EXPECT_EQ(snapshotsIn(history).front(), session(7));
-    }
-    EXPECT_GE(at, 7) << "archive and latest are each written and renamed, the latest is backed up, one goes";
 }
 
 TEST_F(SessionHistoryTest, ASessionThatCannotBeComparedOrReadIsHandledByTheStore) {

@@ -1,10 +1,11 @@
 // Saves that fail or are killed at any call: a complete version is always there, and nothing grows.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <thread>
 
-#include "WindowEngine/WorkspaceStore.hpp"
+#include "WindowEngine/SessionHistory.hpp"
 #include "WindowEngine/services/ForwardingFileSystem.hpp"
 #include "platform/posix/PosixFileSystem.hpp"
 #include "tests/TemporaryDirectory.hpp"
@@ -16,9 +17,10 @@ namespace {
 using Forward = ForwardingFileSystem;
 using Found = std::vector<Workspace>;
 
-enum class Fault { error, killedBefore, killedWithin };
+enum class Fault { error, writeError, killedBefore, killedWithin };
 
-/// Fails call number `at`; a killed program makes no call after it either, and may leave half a file.
+/// Fails call (or write) number `at`; a killed program makes no call after it either, and may leave half a
+/// file.
 class FaultyFileSystem final : public ForwardingFileSystem {
   public:
     FaultyFileSystem(FileSystem& target, Fault fault, int at) : Forward(target), fault_(fault), at_(at) {}
@@ -31,16 +33,16 @@ class FaultyFileSystem final : public ForwardingFileSystem {
     }
     Result<void> createFile(const Path& f, std::string_view bytes) override {
         const auto half = [&] { (void)Forward::createFile(f, bytes.substr(0, bytes.size() / 2)); };
-        return strikes(half) ? failed() : Forward::createFile(f, bytes);
+        return strikes(true, half) ? failed() : Forward::createFile(f, bytes);
     }
     Result<void> copy(const Path& from, const Path& to) override {
         const auto half = [&] { (void)Forward::createFile(to, "{\"half"); };
-        return strikes(half) ? failed() : Forward::copy(from, to);
+        return strikes(true, half) ? failed() : Forward::copy(from, to);
     }
     Result<void> rename(const Path& a, const Path& b) override {
-        return strikes() ? failed() : Forward::rename(a, b);
+        return strikes(true) ? failed() : Forward::rename(a, b);
     }
-    Result<void> remove(const Path& f) override { return strikes() ? failed() : Forward::remove(f); }
+    Result<void> remove(const Path& f) override { return strikes(true) ? failed() : Forward::remove(f); }
     Result<std::vector<std::string>> list(const Path& d) override {
         return strikes() ? failed() : Forward::list(d);
     }
@@ -54,10 +56,11 @@ class FaultyFileSystem final : public ForwardingFileSystem {
 
   private:
     static std::unexpected<Error> failed() { return fail(ErrorKind::noSpace, "no space", ENOSPC); }
-    bool strikes(const std::function<void()>& half = [] {}) {
+    bool strikes(bool writes = false, const std::function<void()>& half = [] {}) {
+        if (fault_ == Fault::writeError && !writes) return false;
         const int call = calls_++;
         if (call == at_ && fault_ == Fault::killedWithin) half();
-        return fault_ == Fault::error ? call == at_ : call >= at_;
+        return fault_ <= Fault::writeError ? call == at_ : call >= at_;
     }
 
     Fault fault_;
@@ -150,6 +153,47 @@ TEST_P(Faults, ScansLoseNothingWhileTheyRepairAndMove) {
 
 INSTANTIATE_TEST_SUITE_P(Store, Faults,
                          ::testing::Values(Fault::error, Fault::killedBefore, Fault::killedWithin));
+
+/// The session number n, captured at that second.
+WorkspaceSnapshot session(int n) {
+    WorkspaceSnapshot snapshot = samples::example().snapshot;
+    snapshot.capturedAt = Instant{std::chrono::seconds{n}};
+    snapshot.displays[0].scale = n;
+    return snapshot;
+}
+
+// What cannot be removed may stay; every other error ends the save and is handed on.
+TEST(SessionHistoryFaults, AnErrorEndsASaveAndLosesNoSession) {
+    const auto snapshots = [](const SessionHistory& history) {
+        std::vector<WorkspaceSnapshot> found;
+        for (const Workspace& entry : history.list()) found.push_back(entry.snapshot);
+        found.erase(std::ranges::unique(found).begin(), found.end());  // archived, and still the latest
+        return found;
+    };
+    const std::vector before{session(5), session(4), session(3), session(2), session(1)};
+    PosixFileSystem disk;
+    int at = 0, failures = 0;
+    for (bool struck = true; struck; ++at) {
+        SCOPED_TRACE(at);
+        TemporaryDirectory directory;
+        const SessionHistory history(disk, directory.path());
+        for (int n = 1; n <= 5; ++n) ASSERT_EQ(history.save(session(n), {}), true);
+        FaultyFileSystem faulty(disk, Fault::writeError, at);
+        const auto saved = SessionHistory(faulty, directory.path()).save(session(6), {});
+        struck = faulty.struck();
+        auto found = snapshots(history);
+        if (!saved) {
+            ++failures;
+            EXPECT_EQ(saved.error().text, "no space");
+            if (found.front() == session(6)) found.erase(found.begin());  // pruning failed
+            EXPECT_EQ(found, before);
+        }
+        EXPECT_EQ(history.save(session(7), {}), true);
+        EXPECT_EQ(snapshots(history).front(), session(7));
+        EXPECT_EQ(directory.names().size(), 5U);
+    }
+    EXPECT_EQ(failures, 7) << "two for the archive, four for the latest with its backup, one for the oldest";
+}
 
 /// Lists a file that another program has just deleted; nothing can be written.
 class Stale final : public ForwardingFileSystem {
