@@ -12,6 +12,7 @@ import time
 
 from x11_application_journeys import clean_slate, documents_come_back
 from x11_desktop import Desktop
+from x11_desktop_journeys import PLACES, desktops_come_back
 
 TOLERANCE = 2  # points
 TITLES = ("Alpha", "Beta", "Gamma", "letter.txt", "thunar-folder", "Question")
@@ -85,6 +86,8 @@ class Journey:
             compared = 4 if status == "restored" else 2  # an adjusted window kept its place, not its size
             if any(abs(a - b) > TOLERANCE for a, b in zip(now.frame[:compared], saved.frame)):
                 trouble.append(f"{title}: {status}, saved {saved}, now {now}")
+            if now.desktop != saved.desktop:
+                trouble.append(f"{title}: {status}, saved on desktop {saved.desktop}, now on {now.desktop}")
             for mark in ("minimized", "full_screen", "maximized"):
                 if getattr(now, mark) != (mark != "maximized" and getattr(saved, mark)):
                     trouble.append(f"{title}: {mark} is {getattr(now, mark)}")
@@ -172,6 +175,7 @@ def windows_come_back(journey):
 JOURNEYS = {
     "windows": (windows_come_back, TITLES),
     "documents": (documents_come_back, ("letter.txt", "list.txt", "Garden", "House")),
+    "desktops": (desktops_come_back, tuple(PLACES)),
     "clean slate": (clean_slate, ("Garden",)),
 }
 
