@@ -4,6 +4,9 @@
 #include <cmath>
 #include <set>
 
+#include "WindowEngine/DesktopCreation.hpp"
+#include "WindowEngine/Displays.hpp"
+
 namespace quillo {
 namespace {
 
@@ -287,6 +290,40 @@ TEST_P(PlatformContract, CreatesADesktopDirectlyOrThroughTheOverview) {
         EXPECT_FALSE(platform().accessibility.perform(button, ax::press)) << "it went with the overview";
     }
     waitUntil([&] { return count() == before + 1; }, "one more desktop");
+}
+
+TEST_P(PlatformContract, PreparesDesktopsAndBringsWindowsToThem) {
+    WindowHandleCache handles;
+    DesktopAccess access{platform(), handles};
+    const auto displays = Displays::current(platform().screens);
+    std::vector<DesktopSnapshot> saved;
+    for (const DisplaySnapshot& display : displays) {  // one more than there are on each display
+        const auto count = DesktopSpaces::desktopCount(DesktopSpaces::current(access), display.id);
+        for (std::int64_t index = 0; index <= count; ++index) saved.push_back({display.id, index, {}});
+    }
+    const auto prepare = [&] { return run(DesktopSpaces::prepare(access, saved, displays, displays)); };
+    const DesktopPreparation made = prepare();
+    EXPECT_TRUE(made.failures.empty()) << made.failures.front();
+    const bool shared = platform().windowServer.createsDesktopsDirectly();
+    EXPECT_EQ(made.created, shared ? 1 : static_cast<std::int64_t>(displays.size()));
+    EXPECT_EQ(made.targets.size(), saved.size());
+    const DesktopPreparation again = prepare();
+    EXPECT_EQ(again.created, 0);
+    EXPECT_EQ(again.targets, made.targets);
+
+    const SpaceID last = made.targets.at(saved[saved.size() / displays.size() - 1].id());
+    for (const std::string_view title : {desktop_->alpha, desktop_->beta}) {
+        const Element element = window(title);
+        const WindowNumber number = platform().accessibility.windowNumber(element).value();
+        if (title == desktop_->beta) {
+            ASSERT_TRUE(platform().accessibility.write(element, ax::minimized, true));
+            waitUntil([&] { return flag(element, ax::minimized); }, "the minimized state");
+        }
+        EXPECT_TRUE(run(DesktopSpaces::move(access, number, last, 2s)));
+        EXPECT_EQ(facts(element).spaces, std::vector{last});
+        EXPECT_EQ(flag(element, ax::minimized), title == desktop_->beta);
+    }
+    EXPECT_FALSE(run(DesktopSpaces::move(access, unknownNumber, last, 100ms)));
 }
 
 TEST_P(PlatformContract, ScreensAreUniqueWithThePrimaryFirst) {
