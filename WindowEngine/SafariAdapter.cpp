@@ -143,8 +143,7 @@ std::string SafariAdapter::captureScript(const std::set<WindowNumber>& allowed) 
         "    repeat with w in windows",
         "        if (id of w) is in allowedIDs then",
         "            try",
-        "                set end of out to ((id of w) as text) & (ASCII character 9) & my joinList(URL of "
-        "every tab of w, ASCII character 9)",
+        R"(                set end of out to ((id of w) as text) & (ASCII character 9) & my joinList(URL of every tab of w, ASCII character 9))",
         "            end try",
         "        end if",
         "    end repeat",

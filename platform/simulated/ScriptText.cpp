@@ -36,31 +36,21 @@ constexpr std::string_view openFolder = R"(tell application <application>
     set target of (make new Finder window) to (POSIX file <folder> as alias)
 end tell)";
 
-constexpr std::string_view listTabs = R"(tell application <application>
+constexpr std::string_view eachWindow = R"(tell application <application>
     set out to {}
     repeat with w in windows
         try
             if mode of w is "incognito" then
                 set end of out to <marker>
             else
-                set end of out to my joinList(URL of every tab of w, ASCII character 9)
-            end if
-        on error
-            set end of out to ""
-        end try
-    end repeat
-end tell
-return my joinList(out, linefeed))";
-
-constexpr std::string_view identifyTabs = R"(tell application <application>
-    set out to {}
-    repeat with w in windows
-        try
-            if mode of w is "incognito" then
-                set end of out to <marker>
-            else
-                set end of out to ((id of w) as text) & (ASCII character 9) & my joinList(URL of every tab of w, ASCII character 9)
-            end if
+)";
+constexpr std::string_view tabsOfWindow =
+    R"(                set end of out to my joinList(URL of every tab of w, ASCII character 9)
+)";
+constexpr std::string_view identifierAndTabs =
+    R"(                set end of out to ((id of w) as text) & (ASCII character 9) & my joinList(URL of every tab of w, ASCII character 9)
+)";
+constexpr std::string_view endOfWindows = R"(            end if
         on error
             set end of out to ""
         end try
@@ -112,20 +102,19 @@ end tell)";
 
 struct Template {
     Script::Kind kind;
-    std::string_view prologue;
-    std::string_view body;
+    std::array<std::string_view, 4> parts;
 };
 
 constexpr std::array<Template, 9> templates{{
-    {Script::Kind::listFolders, joinList, listFolders},
-    {Script::Kind::openFolder, {}, openFolder},
-    {Script::Kind::listTabs, joinList, listTabs},
-    {Script::Kind::identifyTabs, joinList, identifyTabs},
-    {Script::Kind::newWindow, {}, newWindow},
-    {Script::Kind::openTabs, {}, openTabs},
-    {Script::Kind::listSafariTabs, joinList, listSafariTabs},
-    {Script::Kind::newSafariWindow, {}, newSafariWindow},
-    {Script::Kind::openSafariTabs, {}, openSafariTabs},
+    {Script::Kind::listFolders, {joinList, listFolders}},
+    {Script::Kind::openFolder, {openFolder}},
+    {Script::Kind::listTabs, {joinList, eachWindow, tabsOfWindow, endOfWindows}},
+    {Script::Kind::identifyTabs, {joinList, eachWindow, identifierAndTabs, endOfWindows}},
+    {Script::Kind::newWindow, {newWindow}},
+    {Script::Kind::openTabs, {openTabs}},
+    {Script::Kind::listSafariTabs, {joinList, listSafariTabs}},
+    {Script::Kind::newSafariWindow, {newSafariWindow}},
+    {Script::Kind::openSafariTabs, {openSafariTabs}},
 }};
 
 /// What is left of a text, and what was found in the part before.
@@ -247,8 +236,9 @@ std::optional<Script> readScript(std::string_view text) {
     if (text.contains('\0') || !text::isValidUtf8(text)) return std::nullopt;
     for (const Template& known : templates) {
         Reading reading{text, {known.kind, {}}};
-        if (!takeLines(reading, known.prologue) || !takeLines(reading, known.body)) continue;
-        if (reading.rest.empty()) return std::move(reading.script);
+        const bool read =
+            std::ranges::all_of(known.parts, [&](std::string_view part) { return takeLines(reading, part); });
+        if (read && reading.rest.empty()) return std::move(reading.script);
     }
     return std::nullopt;
 }
