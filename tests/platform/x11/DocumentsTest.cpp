@@ -92,7 +92,7 @@ TEST_F(DocumentsTest, DocumentsTravelWithTheLaunchAndOpenInWhatRuns) {
         nextTurn();
         const auto before = std::chrono::steady_clock::now();
         EXPECT_EQ(documents(windowsOf(manager)).count("none"), 0u);
-        EXPECT_LT(std::chrono::steady_clock::now() - before, 600ms);
+        EXPECT_LT(std::chrono::steady_clock::now() - before, 2s);
     }
     ::kill(pid, SIGCONT);
 }
@@ -155,7 +155,7 @@ TEST_F(DocumentsTest, ATitleNamesADocumentOnlyWhereOneCanBeOpened) {
                        documents({window}) == Paths{one.document};
             });
         };
-        EXPECT_TRUE(eventually(titled, 3s)) << one.title;
+        EXPECT_TRUE(eventually(titled)) << one.title;
     }
     // Of what a process was started with, only its first window can speak.
     open({"--silent", "--class", "editor", "--title", "first", "--title", "c.txt again", file});
