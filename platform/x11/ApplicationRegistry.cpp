@@ -124,6 +124,7 @@ void ApplicationRegistry::describe(KnownApplication& application,
     if (entry) {
         running.localizedName = entry->name;
         running.bundleURL = Url::file(entry->file);
+        application.opens = entry->opens;
     } else {
         if (!application.windows.empty()) {
             const auto& window = windows[application.windows.front()];
@@ -140,8 +141,10 @@ void ApplicationRegistry::describe(KnownApplication& application,
     running.activationPolicy = onlyFurniture ? ActivationPolicy::accessory : ActivationPolicy::regular;
 }
 
-const DesktopEntry* ApplicationRegistry::entryOf(const WindowReading& window) const {
-    return entries_.withId(judge(window).identifier);
+OpenedKinds ApplicationRegistry::opens(const WindowReading& window) {
+    entries_.refresh();
+    const auto* entry = entries_.withId(judge(window).identifier);
+    return entry ? entry->opens : OpenedKinds();
 }
 
 std::optional<Url> ApplicationRegistry::location(std::string_view identifier) {

@@ -19,6 +19,7 @@ struct KnownApplication {
     RunningApplication running;
     std::vector<ProcessID> processes;  // living ones, the oldest first
     std::vector<std::size_t> windows;  // positions in the reading, in its order
+    OpenedKinds opens{};
 };
 
 class ApplicationRegistry {
@@ -30,11 +31,8 @@ class ApplicationRegistry {
     /// Remembers what this process was launched as, the best evidence for windows that say nothing.
     void recordLaunch(ProcessID pid, std::string identifier);
 
-    /// Looks whether applications were installed or removed.
-    void refresh() { entries_.refresh(); }
-    /// The installed application that this window alone speaks for, as of the last refresh; absent when it
-    /// names none.
-    const DesktopEntry* entryOf(const WindowReading& window) const;
+    /// What the application that this window alone speaks for opens; nothing where it names none.
+    OpenedKinds opens(const WindowReading& window);
 
     std::optional<Url> location(std::string_view identifier);
     std::optional<std::string> identifierAt(const Url& location);

@@ -105,9 +105,9 @@ void DesktopEntries::add(const fs::path& root, const fs::path& file) {
                        .windowClass = orEmpty(g_desktop_app_info_get_startup_wm_class(info.get())),
                        .program = resolvedProgram(g_app_info_get_executable(app)),
                        .shown = !g_desktop_app_info_get_nodisplay(info.get()),
-                       .opensDocuments = g_app_info_supports_uris(app) || g_app_info_supports_files(app),
-                       .opensFolders = isOneOf(types, "inode/directory"),
-                       .opensPages = isOneOf(types, "x-scheme-handler/http")};
+                       .opens = {.documents = g_app_info_supports_uris(app) || g_app_info_supports_files(app),
+                                 .folders = isOneOf(types, "inode/directory"),
+                                 .pages = isOneOf(types, "x-scheme-handler/http")}};
     const auto index = entries_.size();
     byId_[id].push_back(index);
     byLowerId_[text::lowercase(id)].push_back(index);

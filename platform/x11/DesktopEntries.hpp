@@ -9,6 +9,12 @@
 
 namespace quillo::x11 {
 
+struct OpenedKinds {
+    bool documents = false;
+    bool folders = false;  // a file manager among others
+    bool pages = false;    // a browser
+};
+
 struct DesktopEntry {
     std::string id;           // without ".desktop"
     std::string name;         // in the person's language
@@ -16,9 +22,7 @@ struct DesktopEntry {
     std::string windowClass;  // StartupWMClass, may be empty
     std::string program;      // absolute path with links resolved; empty when it cannot be found
     bool shown = true;        // in menus
-    bool opensDocuments = false;
-    bool opensFolders = false;  // a file manager among others
-    bool opensPages = false;    // a browser
+    OpenedKinds opens;
 };
 
 /// Read when first asked, and again when one of the directories has changed. Where several files give the

@@ -72,6 +72,11 @@ const KnownApplication* DesktopView::applicationNamed(std::string_view identifie
     return found == all.end() ? nullptr : &*found;
 }
 
+OpenedKinds DesktopView::opensOf(const WindowReading& window) {
+    const auto* known = turn_->applications ? applicationOf(window.pid) : nullptr;
+    return known ? known->opens : registry_.opens(window);
+}
+
 std::vector<WindowReading> DesktopView::readManaged(std::span<const xcb_window_t> wanted) {
     const auto cookie =
         connection_.ask(connection_.root(), connection_.atoms()._NET_CLIENT_LIST, mostWindows);

@@ -39,6 +39,9 @@ class DesktopView {
     const KnownApplication* applicationOf(ProcessID pid);
     const KnownApplication* applicationNamed(std::string_view identifier);
 
+    /// What the application of a window opens, without reading more for it.
+    OpenedKinds opensOf(const WindowReading& window);
+
     /// Only these windows, where no reading of the whole desktop is at hand; those that are gone or no longer
     /// managed are missing.
     std::vector<WindowReading> windows(std::span<const xcb_window_t> wanted);

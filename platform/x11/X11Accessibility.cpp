@@ -110,13 +110,12 @@ bool X11Accessibility::isFirstOfItsProcess(const WindowReading& window) {
 
 std::unordered_map<xcb_window_t, Url> X11Accessibility::documents(const Readings& windows) {
     std::vector<DocumentQuestion> questions;
-    view_.registry().refresh();
     for (const auto& [number, window] : windows) {
-        const auto* entry =
-            window.pid != 0 && window.type == WindowType::normal ? view_.registry().entryOf(window) : nullptr;
+        if (window.pid == 0 || window.type != WindowType::normal) continue;
+        const auto opens = view_.opensOf(window);
         // A terminal opens no documents, whatever path its title names; a browser's title is the page's.
-        if (!entry || !entry->opensDocuments || entry->opensPages) continue;
-        questions.push_back({number, window.pid, window.title, window.frame(), entry->opensFolders});
+        if (!opens.documents || opens.pages) continue;
+        questions.push_back({number, window.pid, window.title, window.frame(), opens.folders});
     }
     const bool asksManagers = std::ranges::any_of(questions, &DocumentQuestion::opensFolders);
     auto bus = asksManagers ? view_.accessibilityBus() : std::string();
