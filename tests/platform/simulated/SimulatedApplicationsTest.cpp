@@ -1,7 +1,9 @@
 // What the simulated applications do when they are handed documents, sent scripts, or asked to quit.
 #include <gtest/gtest.h>
 
-#include "WindowEngine/support/Task.hpp"
+#include "WindowEngine/ChromiumAdapter.hpp"
+#include "WindowEngine/FinderAdapter.hpp"
+#include "WindowEngine/SafariAdapter.hpp"
 #include "platform/simulated/SimulatedDesktop.hpp"
 
 namespace quillo {
@@ -67,31 +69,8 @@ class SimulatedApplicationsTest : public testing::Test {
         return tell("Finder", "    set target of (make new Finder window) to (POSIX file " +
                                   std::string(literal) + " as alias)");
     }
-    static std::string listing(std::string_view application, std::string_view lines) {
-        return "on joinList(lst, delim)\n"
-               "    set {tid, AppleScript's text item delimiters} to {AppleScript's text item delimiters, "
-               "delim}\n"
-               "    set out to lst as text\n    set AppleScript's text item delimiters to tid\n"
-               "    return out\nend joinList\n" +
-               tell(application, lines) + "\nreturn my joinList(out, linefeed)";
-    }
-    std::string folders() {
-        return script(listing("Finder",
-                              "    set out to {}\n    repeat with i from 1 to (count of Finder windows)\n"
-                              "        try\n            set end of out to POSIX path of (target of Finder "
-                              "window i as alias)\n        on error\n            set end of out to \"\"\n"
-                              "        end try\n    end repeat"));
-    }
-    std::string tabs() {
-        return script(listing("Google Chrome",
-                              "    set out to {}\n    repeat with w in windows\n        try\n"
-                              "            if mode of w is \"incognito\" then\n"
-                              "                set end of out to \"private!\"\n            else\n"
-                              "                set end of out to my joinList(URL of every tab of w, ASCII "
-                              "character 9)\n            end if\n        on error\n"
-                              "            set end of out to \"\"\n        end try\n    end repeat"));
-    }
-    WindowNumber safariWindow() { return world.windowsOf("com.apple.Safari").at(0)->number; }
+    std::string folders() { return script(FinderAdapter::captureScript()); }
+    std::string tabs() { return script(ChromiumAdapter::captureScript("Google Chrome")); }
 };
 
 TEST_F(SimulatedApplicationsTest, ADocumentOpensOneWindowAMomentLater) {
@@ -132,26 +111,18 @@ TEST_F(SimulatedApplicationsTest, ScriptsSeeEveryWindowFrontToBackAndLaunchTheir
     EXPECT_EQ(script(opening(R"("/new \"\\ -- (*")")), "folder\n");
     EXPECT_EQ(folders(), "/new \"\\ -- (*/\n/a/\n\n\n");
     EXPECT_EQ(titles("com.apple.finder").front(), "new \"\\ -- (*");
-    EXPECT_EQ(tabs(), "https://f.org\tchrome://newtab/\nprivate!\nhttps://b.org\n");
+    EXPECT_EQ(tabs(), "https://f.org\tchrome://newtab/\n__QUILLO_PRIVATE_WINDOW__\nhttps://b.org\n");
     EXPECT_TRUE(applications.running("com.google.Chrome"));
-    const std::string made = script(tell("Google Chrome",
-                                         "    set targetWindow to make new window\n"
-                                         "    set URL of active tab of targetWindow to \"https://b.org\"\n"
-                                         "    return (id of targetWindow) as text"));
+    const std::string made =
+        script(ChromiumAdapter::newWindowScript("Google Chrome", Url::parse("https://b.org").value()));
     EXPECT_EQ(titles("com.google.Chrome"), (Texts{"Back", "Front", "Secret", "Back"}));
-    EXPECT_EQ(tabs(), "https://b.org\nhttps://f.org\tchrome://newtab/\nprivate!\nhttps://b.org\n");
-    const std::string number = std::to_string(safariWindow());
-    EXPECT_NE(made, number + "\n") << "the browser counts its own windows";
-    const auto safari = [&](const std::string& numbers) {
-        return script(listing(
-            "Safari", "    set allowedIDs to {" + numbers +
-                          "}\n    set out to {}\n    repeat with w in windows\n        if (id of w) is in "
-                          "allowedIDs then\n            try\n                set end of out to ((id of w) as "
-                          "text) & (ASCII character 9) & my joinList(URL of every tab of w, ASCII character "
-                          "9)\n            end try\n        end if\n    end repeat"));
-    };
-    EXPECT_EQ(safari("1, " + number), number + "\tmissing value\thttps://s.org\n");
-    EXPECT_EQ(safari("1"), "\n");
+    EXPECT_EQ(tabs(),
+              "https://b.org\nhttps://f.org\tchrome://newtab/\n__QUILLO_PRIVATE_WINDOW__\nhttps://b.org\n");
+    const WindowNumber number = world.windowsOf("com.apple.Safari").at(0)->number;
+    EXPECT_NE(made, std::to_string(number) + "\n") << "the browser counts its own windows";
+    EXPECT_EQ(script(SafariAdapter::captureScript({1, number})),
+              std::to_string(number) + "\tmissing value\thttps://s.org\n");
+    EXPECT_EQ(script(SafariAdapter::captureScript({1})), "\n");
 }
 
 TEST_F(SimulatedApplicationsTest, WhatIsNoScriptOrCannotBeDoneEndsWithAnError) {
@@ -174,10 +145,7 @@ TEST_F(SimulatedApplicationsTest, WhatIsNoScriptOrCannotBeDoneEndsWithAnError) {
         {tell("Mail", safari + "1"), "syntax error"},
         {opening("\"/gone\""), "(-43)"},
         {opening("\"relative\""), "(-43)"},
-        {tell("Brave Browser",
-              "    set targetWindow to make new window\n    set URL of active tab of "
-              "targetWindow to \"x\"\n    return (id of targetWindow) as text"),
-         "(-1728)"},
+        {ChromiumAdapter::captureScript("Brave Browser"), "(-1728)"},
     };
     for (const auto& one : cases) EXPECT_TRUE(script(one.script).contains(one.error)) << one.script;
     EXPECT_EQ(titles("com.apple.finder").size(), 4u) << "nothing was opened";
@@ -208,12 +176,13 @@ TEST_F(SimulatedApplicationsTest, AWindowTurnsPrivateOnceWhileAScriptRuns) {
     world.add({FaultKind::turnsPrivate, "com.google.Chrome", "Front", {}, 0, 0, false, true});
     EXPECT_TRUE(folders().starts_with("/a/")) << "a script to another application changes nothing";
     EXPECT_TRUE(tabs().starts_with("https://f.org")) << "it had looked before";
-    EXPECT_EQ(tabs(), "private!\nprivate!\nhttps://b.org\n");
+    EXPECT_EQ(tabs(), "__QUILLO_PRIVATE_WINDOW__\n__QUILLO_PRIVATE_WINDOW__\nhttps://b.org\n");
     world.window("com.google.Chrome", "Front")->state.privateBrowsing = false;
     EXPECT_TRUE(tabs().starts_with("https://f.org"));
     EXPECT_TRUE(tabs().starts_with("https://f.org"));
     lay(FaultKind::turnsPrivate, "com.google.Chrome", "Back");
-    EXPECT_EQ(tabs(), "https://f.org\tchrome://newtab/\nprivate!\nprivate!\n");
+    EXPECT_EQ(tabs(),
+              "https://f.org\tchrome://newtab/\n__QUILLO_PRIVATE_WINDOW__\n__QUILLO_PRIVATE_WINDOW__\n");
 }
 
 }  // namespace
