@@ -24,6 +24,13 @@ constexpr std::string_view nothingAppeared =
 constexpr std::string_view nothingAppearedDirectly =
     "The request was accepted but no desktop appeared; the limit of desktops may have been reached";
 
+constexpr std::string_view noLayout = "No desktops can be seen; none were created";
+
+std::string unreadable(WindowServer& server, const Capability& spaces) {
+    if (!server.createsDesktopsDirectly()) return std::string(unreadableLayout);
+    return spaces ? std::string(noLayout) : spaces.reason();
+}
+
 using Trouble = std::optional<std::string>;
 
 /// The creation of desktops on one display.
@@ -93,10 +100,9 @@ class Preparation {
 DesktopReading read(DesktopAccess& desktop) {
     WindowServer& server = desktop.platform.windowServer;
     const Capability spaces = server.spaces();
-    const bool saysWhy = !spaces && server.createsDesktopsDirectly();
     return {.desktops = spaces ? current(desktop) : std::vector<NativeDesktop>{},
             .creation = server.desktopCreation(),
-            .unreadable = saysWhy ? spaces.reason() : std::string(unreadableLayout)};
+            .unreadable = unreadable(server, spaces)};
 }
 
 Task<DesktopPreparation> prepare(DesktopAccess& desktop, std::span<const DesktopSnapshot> saved,

@@ -12,7 +12,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr Duration animationPatience = 2s;
-constexpr Duration pollingInterval = 100ms;
+constexpr Duration pollingInterval = 50ms;
 
 WindowFacts facts(DesktopAccess& desktop, WindowNumber windowID) {
     return desktop.platform.windowServer.facts({&windowID, 1}).front();

@@ -70,93 +70,73 @@ class Spaces : public Desktop {
     }
 };
 
-const std::string first = "Could not create Desktop 3: ",
-                  disconnected = "The target display disconnected before its desktops could be created";
+const std::string notThird = "Could not create Desktop 3: ";
+const std::string pressRefused = "Mission Control refused Add Desktop (Accessibility error -25200)";
+
+enum Abilities : unsigned { able = 0, unreadable = 1, uncreatable = 2, direct = 4 };
 
 TEST(DesktopCreation, MakesWhatIsMissingOrSaysWhyNot) {
-    const std::string ignored =
-        "Mission Control accepted Add Desktop but no desktop appeared; its desktop limit may have been "
-        "reached";
-    const std::string beyond = "The saved layout exceeds the per-display desktop limit";
-    const std::string unreadable =
-        "macOS did not expose the current desktop layout; no desktops were created";
-    const auto noDesktops = Capability::unavailable("The window manager does not tell of any desktops.");
-    const auto cannot = Capability::unavailable("No way.");
-    const auto unplugSideAt = [](double seconds) {
-        Fault fault = samples::fault(displayUnplugged, {}, seconds);
-        fault.value = "side";
-        return fault;
-    };
+    const std::string gone = "The target display disconnected before its desktops could be created",
+                      ignored =
+                          "Mission Control accepted Add Desktop but no desktop appeared; its desktop "
+                          "limit may have been reached",
+                      beyond = "The saved layout exceeds the per-display desktop limit",
+                      noLayout = "macOS did not expose the current desktop layout; no desktops were created",
+                      noButton = "Mission Control did not expose its Add Desktop button";
     const struct {
         const char* what;
         std::int64_t onMain, onSide;
-        std::vector<Fault> faults;
+        std::optional<FaultKind> fault;
+        double after;
         std::int64_t created;
         Texts failures;
         int opened = 1;
-        Capability readable = Capability::available(), creation = Capability::available();
-        bool directly = false;
+        unsigned server = able;
     } cases[] = {
-        {"enough", 2, 1, {}, 0, {}, 0},
-        {"none saved", 0, 0, {}, 0, {}, 0, noDesktops},
-        {"one", 3, 1, {}, 1, {}},
-        {"several on both", 5, 3, {}, 5, {}, 2},
-        {"as many as can be", 20, 1, {}, 14, {beyond}},
-        {"overview refused",
-         4,
-         1,
-         {fault(overviewRefused)},
-         0,
-         {first + "macOS could not open Mission Control"}},
-        {"no button",
-         4,
-         1,
-         {fault(addDesktopMissing)},
-         0,
-         {first + "Mission Control did not expose its Add Desktop button"}},
-        {"press refused",
-         4,
-         1,
-         {fault(addDesktopRefused)},
-         0,
-         {first + "Mission Control refused Add Desktop (Accessibility error -25200)"}},
-        {"press without effect", 4, 1, {fault(addDesktopIgnored)}, 0, {first + ignored}},
-        {"each display alone",
+        {"enough", 2, 1, {}, 0, 0, {}, 0},
+        {"none saved", 0, 0, {}, 0, 0, {}, 0, unreadable},
+        {"one", 3, 1, {}, 0, 1, {}},
+        {"several on both", 5, 3, {}, 0, 5, {}, 2},
+        {"as many as can be", 20, 1, {}, 0, 14, {beyond}},
+        {"refused", 4, 1, overviewRefused, 0, 0, {notThird + "macOS could not open Mission Control"}},
+        {"no button", 4, 1, addDesktopMissing, 0, 0, {notThird + noButton}},
+        {"press refused", 4, 1, addDesktopRefused, 0, 0, {notThird + pressRefused}},
+        {"without effect", 4, 1, addDesktopIgnored, 0, 0, {notThird + ignored}},
+        {"on each display",
          3,
          2,
-         {fault(addDesktopIgnored)},
+         addDesktopIgnored,
          0,
-         {first + ignored, "Could not create Desktop 2: " + ignored},
+         0,
+         {notThird + ignored, "Could not create Desktop 2: " + ignored},
          2},
-        {"after the first",
-         5,
-         1,
-         {fault(addDesktopIgnored, {}, 0.7)},
-         1,
-         {"Could not create Desktop 4: " + ignored}},
-        {"unplugged before its turn", 4, 3, {unplugSideAt(0.5)}, 2, {disconnected}},
-        {"unplugged meanwhile", 2, 9, {unplugSideAt(1)}, 1, {"Could not create Desktop 3: " + disconnected}},
-        {"unreadable", 4, 1, {}, 0, {unreadable}, 0, noDesktops},
-        {"unreadable, no Mission Control", 4, 1, {}, 0, {noDesktops.reason()}, 0, noDesktops, cannot, true},
-        {"no way to create any", 4, 1, {}, 0, {first + "No way."}, 0, Capability::available(), cannot},
+        {"after one", 5, 1, addDesktopIgnored, 0.7, 1, {"Could not create Desktop 4: " + ignored}},
+        {"unplugged before its turn", 4, 3, displayUnplugged, 0.5, 2, {gone}},
+        {"unplugged meanwhile", 2, 9, displayUnplugged, 1, 1, {notThird + gone}},
+        {"unreadable", 4, 1, {}, 0, 0, {noLayout}, 0, unreadable},
+        {"unreadable, no Dock", 4, 1, {}, 0, 0, {"No layout."}, 0, unreadable | direct},
+        {"no way", 4, 1, {}, 0, 0, {notThird + "No way."}, 0, uncreatable},
         {"refused directly",
          4,
          1,
          {},
          0,
-         {first + "the overview creates desktops, not the window server"},
          0,
-         Capability::available(),
-         Capability::available(),
-         true},
+         {notThird + "the overview creates desktops, not the window server"},
+         0,
+         direct},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
         Spaces desktop;
-        for (const Fault& fault : c.faults) desktop.world().add(fault);
-        desktop.server.readable = c.readable;
-        desktop.server.creation = c.creation;
-        desktop.server.directly = c.directly;
+        if (c.fault) {
+            Fault provoking = fault(*c.fault, {}, c.after);
+            provoking.value = "side";
+            desktop.world().add(provoking);
+        }
+        if (c.server & unreadable) desktop.server.readable = Capability::unavailable("No layout.");
+        if (c.server & uncreatable) desktop.server.creation = Capability::unavailable("No way.");
+        desktop.server.directly = c.server & direct;
         const std::size_t before = desktop.count("main") + desktop.count("side");
 
         const DesktopPreparation made = desktop.prepare(c.onMain, c.onSide);
@@ -171,11 +151,11 @@ TEST(DesktopCreation, MakesWhatIsMissingOrSaysWhyNot) {
         for (const std::string& failure : c.failures)
             logged.push_back("restore error: Desktop creation: " + failure);
         EXPECT_EQ(desktop.simulated->logLines(), logged);
-        for (std::int64_t i = 0; i < c.onMain && c.readable; ++i) {
-            const auto target = made.targets.find(DesktopSnapshot{"main", i, {}}.id());
-            ASSERT_EQ(target != made.targets.end(), static_cast<std::size_t>(i) < desktop.count("main")) << i;
-            if (target != made.targets.end())
-                EXPECT_EQ(target->second, desktop.space("main", static_cast<std::size_t>(i)));
+        for (std::size_t i = 0; i < static_cast<std::size_t>(c.onMain) && desktop.server.readable; ++i) {
+            const auto target =
+                made.targets.find(DesktopSnapshot{"main", static_cast<std::int64_t>(i), {}}.id());
+            ASSERT_EQ(target != made.targets.end(), i < desktop.count("main")) << i;
+            if (target != made.targets.end()) EXPECT_EQ(target->second, desktop.space("main", i));
         }
     }
 }
@@ -215,7 +195,7 @@ struct Moved {
         snapshot = desktop.capture();
         for (const simulated::Window& window : desktop.world().windows()) number = window.number;
     }
-    enum State : unsigned { minimized = 1, tabs = 2, fullscreen = 4 };
+    enum State : unsigned { minimized = 1, tabs = 2 };
     static SceneApplication application(unsigned state) {
         SceneWindow window = sceneWindow("Notes", there);
         window.minimized = state & minimized;
@@ -239,6 +219,20 @@ struct Moved {
 };
 
 TEST(DesktopMove, AWindowComesBackToItsDesktopOrItsLineSaysSo) {
+    const auto inPlace = [](Moved& it) { it.window().space = it.desktop.space("main", 0); };
+    const auto side = [](Moved& it) { it.desktop.world().move(it.window(), {1500, 10, 300, 200}); };
+    const auto filling = [](Moved& it) {
+        it.desktop.world().requestFullscreen(it.number, true);
+        it.desktop.executor().runFor(1s);
+    };
+    const auto behind = [](Moved& it) {
+        WindowSnapshot& saved = it.snapshot.applications[0].windows[0];
+        saved.title = saved.tabs->front().title = "Other";
+    };
+    const auto refused = [](Moved& it) { it.desktop.world().add(fault(desktopMoveRefused)); };
+    const auto ignored = [](Moved& it) { it.desktop.world().add(fault(desktopMoveIgnored)); };
+    const auto noneKnown = [](Moved& it) { it.snapshot.desktops->clear(); };
+    const auto full = [](Moved& it) { it.snapshot.applications[0].windows[0].isFullscreen = true; };
     const std::string notMoved = "failed position restored, but Desktop 1 assignment failed";
     const struct {
         const char* what;
@@ -246,42 +240,19 @@ TEST(DesktopMove, AWindowComesBackToItsDesktopOrItsLineSaysSo) {
         std::function<void(Moved&)> meddle;
         std::string status;
         int moves = 1;
-        std::size_t index = 0;
+        std::size_t index = 0;  // where it stands in the end
     } cases[] = {
         {"moved", 0, {}, "restored"},
         {"minimized", Moved::minimized, {}, "restored"},
-        {"there already", 0, [](Moved& it) { it.window().space = it.desktop.space("main", 0); }, "restored",
-         0},
-        {"from another display", 0,
-         [](Moved& it) { it.desktop.world().move(it.window(), {1500, 10, 300, 200}); }, "restored"},
-        {"out of full screen", 0,
-         [](Moved& it) {
-             it.desktop.world().requestFullscreen(it.number, true);
-             it.desktop.executor().runFor(1s);
-         },
-         "restored"},
+        {"there already", 0, inPlace, "restored", 0},
+        {"from another display", 0, side, "restored"},
+        {"out of full screen", 0, filling, "restored"},
         {"a stack of tabs", Moved::tabs, {}, "restored"},
-        {"the tab behind", Moved::tabs,
-         [](Moved& it) {
-             it.snapshot.applications[0].windows[0].title = "Other";
-             it.snapshot.applications[0].windows[0].tabs->front().title = "Other";
-         },
-         "restored"},
-        {"refused", 0, [](Moved& it) { it.desktop.world().add(fault(desktopMoveRefused)); }, notMoved, 1, 1},
-        {"without effect", 0, [](Moved& it) { it.desktop.world().add(fault(desktopMoveIgnored)); }, notMoved,
-         1, 1},
-        {"desktops unreadable", 0,
-         [](Moved& it) {
-             it.snapshot.desktops->clear();
-             it.desktop.server.readable = Capability::unavailable("none here");
-         },
-         "restored", 0, 1},
-        {"saved as full screen", 0,
-         [](Moved& it) {
-             it.snapshot.applications[0].windows[0].isFullscreen = true;
-             it.snapshot.applications[0].windows[0].desktop = it.snapshot.desktops->front();
-         },
-         "restored", 0, 1},
+        {"the tab behind", Moved::tabs, behind, "restored"},
+        {"refused", 0, refused, notMoved, 1, 1},
+        {"without effect", 0, ignored, notMoved, 1, 1},
+        {"no desktops saved", 0, noneKnown, "restored", 0, 1},
+        {"saved as full screen", 0, full, "restored", 0, 1},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
@@ -326,9 +297,7 @@ TEST(DesktopMove, ARestoreMakesTheDesktopThatIsGoneAndFillsIt) {
     desktop.world().removeDesktop("main", 2);
     desktop.world().add(fault(addDesktopRefused));
     EXPECT_EQ(texts(desktop.restore(snapshot)),
-              (Texts{"app.quillo.Quillo: failed " + first +
-                         "Mission Control refused Add Desktop (Accessibility error -25200)",
-                     "org.a/1: restored"}));
+              (Texts{"app.quillo.Quillo: failed " + notThird + pressRefused, "org.a/1: restored"}));
 }
 
 }  // namespace
