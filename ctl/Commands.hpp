@@ -11,8 +11,8 @@ using Command = CommandResult (*)(Session&, const Arguments&);
 /// summary as `list` gives it.
 CommandResult reportSaved(Session& session, std::string_view whatHappened, const Workspace& workspace);
 
-/// What `list` gives, without a line where there are none.
-void printList(Output& output, std::span<const Workspace> workspaces);
+/// What `list` gives; people get `none` where there are none.
+CommandResult printList(Output& output, std::span<const Workspace> workspaces, std::string_view none);
 /// The members of a workspace's line in `list`.
 JsonLine summary(const Workspace& workspace);
 

@@ -5,13 +5,8 @@
 namespace quillo::ctl {
 
 CommandResult listHistory(Session& session, const Arguments&) {
-    const std::vector<Workspace> sessions = scan(session, session.history.store());
-    if (sessions.empty() && !session.output.json()) {
-        session.output.line("No sessions yet. Save this one with: quilloctl history save");
-        return Exit::done;
-    }
-    printList(session.output, sessions);
-    return Exit::done;
+    return printList(session.output, scan(session, session.history.store()),
+                     "No sessions yet. Save this one with: quilloctl history save");
 }
 
 CommandResult saveToHistory(Session& session, const Arguments& arguments) {

@@ -81,22 +81,20 @@ JsonLine summary(const Workspace& workspace) {
     return line;
 }
 
-void printList(Output& output, std::span<const Workspace> workspaces) {
-    if (!output.json()) {
+CommandResult printList(Output& output, std::span<const Workspace> workspaces, std::string_view none) {
+    if (output.json()) {
+        for (const Workspace& workspace : workspaces) output.value(summary(workspace));
+    } else if (workspaces.empty()) {
+        output.line(none);
+    } else {
         printTable(output, workspaces);
-        return;
     }
-    for (const Workspace& workspace : workspaces) output.value(summary(workspace));
+    return Exit::done;
 }
 
 CommandResult listWorkspaces(Session& session, const Arguments&) {
-    const std::vector<Workspace> workspaces = scan(session);
-    if (workspaces.empty() && !session.output.json()) {
-        session.output.line("No workspaces yet. Save what is open now with: quilloctl save NAME");
-        return Exit::done;
-    }
-    printList(session.output, workspaces);
-    return Exit::done;
+    return printList(session.output, scan(session),
+                     "No workspaces yet. Save what is open now with: quilloctl save NAME");
 }
 
 CommandResult showWorkspace(Session& session, const Arguments& arguments) {
