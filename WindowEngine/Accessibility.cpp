@@ -62,9 +62,15 @@ struct Reading {
     Enumeration result;
 };
 
-std::vector<Element> cachedElements(const DesktopAccess& desktop, const Reading& reading) {
-    const auto entry = desktop.handles.entries.find(reading.pid);
-    if (entry == desktop.handles.entries.end() || entry->second.launchedAt != reading.launchedAt) return {};
+std::optional<Instant> launchDateOf(DesktopAccess& desktop, ProcessID pid) {
+    const auto application = desktop.platform.applications.running(pid);
+    return application ? application->launchDate : std::nullopt;
+}
+
+std::vector<Element> cachedElements(const DesktopAccess& desktop, ProcessID pid,
+                                    const std::optional<Instant>& launchedAt) {
+    const auto entry = desktop.handles.entries.find(pid);
+    if (entry == desktop.handles.entries.end() || entry->second.launchedAt != launchedAt) return {};
     return entry->second.elements;
 }
 
@@ -77,7 +83,7 @@ void collectCandidates(DesktopAccess& desktop, Reading& reading, const Attribute
     }
     if (const auto* listed = valueOf<std::vector<Element>>(windowList)) reading.candidates = *listed;
     const std::size_t listedCount = reading.candidates.size();
-    for (Element& element : cachedElements(desktop, reading)) {
+    for (Element& element : cachedElements(desktop, reading.pid, reading.launchedAt)) {
         const auto listedEnd = reading.candidates.begin() + static_cast<std::ptrdiff_t>(listedCount);
         if (std::find(reading.candidates.begin(), listedEnd, element) == listedEnd)
             reading.candidates.push_back(std::move(element));
@@ -89,8 +95,7 @@ std::vector<Reading> readWindowLists(DesktopAccess& desktop, std::span<const Pro
     std::vector<Reading> readings;
     std::vector<OwnedRequest> requests;
     for (const ProcessID pid : pids) {
-        const auto application = desktop.platform.applications.running(pid);
-        readings.push_back({pid, application ? application->launchDate : std::nullopt, {}, {}});
+        readings.push_back({pid, launchDateOf(desktop, pid), {}, {}});
         Element element = service.application(pid);
         service.setMessagingTimeout(element, messagingTimeout);
         requests.push_back({pid, {std::move(element), windowListNames}});
@@ -224,6 +229,10 @@ std::vector<Enumeration> enumerateRecovering(DesktopAccess& desktop, std::span<c
 
 std::vector<LiveWindow> windows(DesktopAccess& desktop, ProcessID pid, bool recoverHidden) {
     return std::move(enumerate(desktop, {&pid, 1}, recoverHidden).front().windows);
+}
+
+std::vector<Element> knownElements(DesktopAccess& desktop, ProcessID pid) {
+    return cachedElements(desktop, pid, launchDateOf(desktop, pid));
 }
 
 std::optional<LiveWindow> readWindow(DesktopAccess& desktop, const Element& element, ProcessID pid,

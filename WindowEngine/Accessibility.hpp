@@ -100,6 +100,9 @@ std::vector<Enumeration> enumerateRecovering(DesktopAccess& desktop, std::span<c
                                              const WindowServerReading& server);
 /// Windows of one application, indices dense from 0.
 std::vector<LiveWindow> windows(DesktopAccess& desktop, ProcessID pid, bool recoverHidden);
+/// Elements kept from the last enumeration of the application as it runs now, also of windows that are no
+/// longer listed; some may be gone.
+std::vector<Element> knownElements(DesktopAccess& desktop, ProcessID pid);
 std::optional<LiveWindow> readWindow(DesktopAccess& desktop, const Element& element, ProcessID pid,
                                      std::int64_t index);
 

@@ -20,6 +20,9 @@ Task<void> restoreThrough(const ContextAdapter& adapter, const ApplicationRestor
         const Duration patience = std::min(ownWindowsPatience, restore.deadline - restore.now());
         co_await restore.presence.wait(identifier, {patience, toDuration(restore.options.settleDelay)});
     }
+    // Windows on other desktops become known: what they show is not opened again.
+    if (const auto running = restore.desktop.platform.applications.running(identifier))
+        Accessibility::windows(restore.desktop, running->pid, true);
     AdapterCaptureResult now = co_await adapter.capture(restore.desktop, identifier);
     if (now.failure) now.context.reset();
     co_await checkpoint();

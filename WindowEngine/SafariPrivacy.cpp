@@ -65,7 +65,11 @@ std::set<WindowNumber> normalWindowIDs(DesktopAccess& desktop, ProcessID pid) {
     service.setMessagingTimeout(application, messagingTimeout);
     const Browser browser{desktop, pid};
     std::set<WindowNumber> numbers;
-    for (const Element& window : elements(browser, application, ax::windows)) {
+    std::vector<Element> windows = elements(browser, application, ax::windows);
+    for (Element& known : Accessibility::knownElements(desktop, pid)) {
+        if (std::ranges::find(windows, known) == windows.end()) windows.push_back(std::move(known));
+    }
+    for (const Element& window : windows) {
         if (!isNormal(browser, window)) continue;
         if (const auto number = service.windowNumber(window)) numbers.insert(*number);
     }

@@ -13,7 +13,9 @@ namespace quillo::SafariPrivacy {
 
 inline constexpr std::string_view safari = "com.apple.Safari";
 
-/// Numbers of the windows that are verified now.
+/// Numbers of the windows that are verified now: of those that are listed, and of those on other desktops
+/// that an enumeration has come to know. (A window that were left out for standing on another desktop would
+/// be opened again by every restore.)
 std::set<WindowNumber> normalWindowIDs(DesktopAccess& desktop, ProcessID pid);
 
 /// Leaves Safari's verified windows, and all windows of any other application. Whether one was removed.

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -20,6 +21,8 @@ namespace quillo {
 
 class Journey {
   public:
+    inline static const std::set<std::string> integrations{"finder", "chromium", "safari"};
+
     Journey(simulated::Scene scene, std::uint64_t seed)
         : scene_(std::move(scene)),
           desktop_(SimulatedDesktop::create(simulated::writeScene(scene_), "scene", {seed, {}}).value()) {
@@ -27,14 +30,15 @@ class Journey {
     }
 
     WorkspaceSnapshot capture() {
-        Capture::Options options;
-        options.recoverHidden = true;
-        return run(Capture::snapshot(access_, options)).value();
+        return run(Capture::snapshot(access_, {.enabledAdapters = integrations, .recoverHidden = true}))
+            .value();
     }
 
     void save() { saved_ = Workspace::create(Uuid{}, "Journey", "", "teal", capture(), Instant{}); }
 
-    RestoreReport restore() { return run(Restore::run(access_, saved_, {}, {})).value(); }
+    RestoreReport restore() {
+        return run(Restore::run(access_, saved_, {.enabledAdapters = integrations}, {})).value();
+    }
 
     /// Empty when the task did not end within ten minutes of the desktop's time.
     template <class T>

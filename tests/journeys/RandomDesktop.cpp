@@ -38,10 +38,15 @@ SceneApplication RandomDesktop::application(const Scene& scene, std::int64_t ind
     application.identifier = fmt::format("org.example.app{}", index);
     application.name = fmt::format("App {}", index);
     application.launchSeconds = static_cast<double>(number(0, 20)) / 10;
-    // Never none: a running application without windows is asked for one, whatever was saved of it.
-    for (std::int64_t i = number(1, 8); i > 0; --i)
+    for (std::int64_t i = number(0, 8); i > 0; --i)
         application.windows.push_back(window(scene, fmt::format("Window {} of {}", i, index)));
-    if (chance(20)) addTabs(application);
+    if (application.windows.empty()) return application;
+    if (chance(20)) {
+        addTabs(application);
+    } else if (chance(30)) {
+        addDocuments(application);
+        return application;
+    }
     // Without a title only where nothing else could be taken for it: pairing goes by the order in which
     // accessibility lists windows then, and that changes when one is minimized or leaves the desktop in
     // front.
@@ -61,6 +66,44 @@ void RandomDesktop::addTabs(SceneApplication& application) {
         tab.title = fmt::format("Tab {}", i);
         application.windows.push_back(tab);
     }
+}
+
+void RandomDesktop::addDocuments(SceneApplication& application) {
+    for (SceneWindow& window : application.windows) {
+        if (chance(25)) continue;
+        window.subrole = "AXStandardWindow";
+        window.title = *window.title + ".txt";
+        window.document = Url::file("/home/ada/" + *window.title).string();
+    }
+}
+
+/// Every tab is of a site of its own, so that a window is known by any of them.
+SceneApplication RandomDesktop::browser(const Scene& scene, std::string identifier) {
+    SceneApplication application;
+    application.name = application.identifier = std::move(identifier);
+    // Where one window is private and another out of sight, titles are withheld and any may stand for any.
+    const bool anyPrivate = chance(40);
+    for (std::int64_t i = number(0, 4); i > 0; --i) {
+        SceneWindow& shown = application.windows.emplace_back(window(scene, fmt::format("Site {}", i)));
+        shown.subrole = "AXStandardWindow";
+        for (std::int64_t tab = number(1, 4); tab > 0; --tab)
+            shown.tabs.push_back(fmt::format("https://{}.site{}.example/?q=a|b", tab, i));
+        shown.privateBrowsing = anyPrivate && chance(40);
+        if (anyPrivate) shown.desktop = 0;
+    }
+    return application;
+}
+
+SceneApplication RandomDesktop::fileManager(const Scene& scene) {
+    SceneApplication application;
+    application.name = application.identifier = "com.apple.finder";
+    for (std::int64_t i = number(0, 4); i > 0; --i) {
+        const std::string name = fmt::format("\"Folder\" \\ {}", i);
+        SceneWindow& shown = application.windows.emplace_back(window(scene, name));
+        shown.subrole = "AXStandardWindow";
+        shown.tabs = {"/home/ada/" + name + "/"};
+    }
+    return application;
 }
 
 Scene RandomDesktop::scene() {
@@ -88,6 +131,10 @@ Scene RandomDesktop::scene() {
     std::erase_if(scene.applications, [&](const SceneApplication& application) {
         return application.identifier == "com.apple.Terminal" && std::exchange(terminal, true);
     });
+    for (const char* identifier : {"com.google.Chrome", "com.apple.Safari"}) {
+        if (chance(30)) scene.applications.push_back(browser(scene, identifier));
+    }
+    if (chance(30)) scene.applications.push_back(fileManager(scene));
     return scene;
 }
 
@@ -113,7 +160,8 @@ void RandomDesktop::disturb(World& world, WindowNumber windowNumber) {
             }
             break;
         case 4:
-            world.close(windowNumber);
+            if (!recoverable_ || window.state.document || !window.state.tabs.empty())
+                world.close(windowNumber);
             break;
         default:
             break;
@@ -121,14 +169,23 @@ void RandomDesktop::disturb(World& world, WindowNumber windowNumber) {
 }
 
 void RandomDesktop::disturb(World& world, bool displays) {
+    disturbAll(world);
+    if (displays) disturbDisplays(world);
+}
+
+void RandomDesktop::disturbRecoverably(World& world) {
+    recoverable_ = true;
+    disturbAll(world);
+}
+
+void RandomDesktop::disturbAll(World& world) {
     std::vector<WindowNumber> numbers;
     for (const Window& window : world.windows()) numbers.push_back(window.number);
     for (const WindowNumber windowNumber : numbers) disturb(world, windowNumber);
     for (Application& application : world.applications()) {
         if (chance(25)) world.end(application);
     }
-    disturbDesktops(world);
-    if (displays) disturbDisplays(world);
+    if (!recoverable_) disturbDesktops(world);
 }
 
 void RandomDesktop::disturbDesktops(World& world) {

@@ -17,6 +17,8 @@ class RandomDesktop {
     /// Moves, resizes, minimizes, closes, quits, removes desktops; with `displays` also unplugs, exchanges or
     /// resizes displays.
     void disturb(simulated::World& world, bool displays);
+    /// The same without closing a window that nothing could bring back.
+    void disturbRecoverably(simulated::World& world);
     std::vector<simulated::Fault> faults(const simulated::Scene& scene);
 
   private:
@@ -28,11 +30,16 @@ class RandomDesktop {
     simulated::SceneWindow window(const simulated::Scene& scene, std::string title);
     simulated::SceneApplication application(const simulated::Scene& scene, std::int64_t index);
     void addTabs(simulated::SceneApplication& application);
+    void addDocuments(simulated::SceneApplication& application);
+    simulated::SceneApplication browser(const simulated::Scene& scene, std::string identifier);
+    simulated::SceneApplication fileManager(const simulated::Scene& scene);
     void disturb(simulated::World& world, WindowNumber number);
+    void disturbAll(simulated::World& world);
     void disturbDesktops(simulated::World& world);
     void disturbDisplays(simulated::World& world);
 
     std::mt19937_64 random_;
+    bool recoverable_ = false;
 };
 
 }  // namespace quillo
