@@ -231,6 +231,20 @@ std::vector<LiveWindow> windows(DesktopAccess& desktop, ProcessID pid, bool reco
     return std::move(enumerate(desktop, {&pid, 1}, recoverHidden).front().windows);
 }
 
+std::vector<WindowNumber> listedNumbers(DesktopAccess& desktop, ProcessID pid) {
+    AccessibilityService& service = desktop.platform.accessibility;
+    Element application = service.application(pid);
+    service.setMessagingTimeout(application, messagingTimeout);
+    const auto answer = read(desktop, pid, {application, windowListNames});
+    std::vector<WindowNumber> numbers;
+    if (const auto* listed = valueOf<std::vector<Element>>(answer.front())) {
+        for (const Element& window : *listed) {
+            if (const auto number = service.windowNumber(window)) numbers.push_back(*number);
+        }
+    }
+    return numbers;
+}
+
 std::vector<Element> knownElements(DesktopAccess& desktop, ProcessID pid) {
     return cachedElements(desktop, pid, launchDateOf(desktop, pid));
 }

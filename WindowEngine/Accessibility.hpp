@@ -100,6 +100,8 @@ std::vector<Enumeration> enumerateRecovering(DesktopAccess& desktop, std::span<c
                                              const WindowServerReading& server);
 /// Windows of one application, indices dense from 0.
 std::vector<LiveWindow> windows(DesktopAccess& desktop, ProcessID pid, bool recoverHidden);
+/// Numbers of what the accessibility service itself lists now, in its order.
+std::vector<WindowNumber> listedNumbers(DesktopAccess& desktop, ProcessID pid);
 /// Elements kept from the last enumeration of the application as it runs now, also of windows that are no
 /// longer listed; some may be gone.
 std::vector<Element> knownElements(DesktopAccess& desktop, ProcessID pid);

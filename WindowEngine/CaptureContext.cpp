@@ -10,21 +10,24 @@
 namespace quillo::Capture {
 namespace {
 
-using WindowNumbers = std::vector<std::optional<WindowNumber>>;
-
-WindowNumbers numbersOf(std::span<const LiveWindow> windows) {
-    WindowNumbers numbers;
-    for (const LiveWindow& window : windows) numbers.push_back(window.windowID);
-    return numbers;
-}
-
-/// Whether places in the application's own window list are places in ours, then and now.
+/// Whether places in the application's own window list are places in ours. Ours must be what accessibility
+/// lists, then as now: windows of other desktops that we know of otherwise stand at its end, and not at their
+/// place in front or behind.
 bool indicesHold(DesktopAccess& desktop, const AdapterCaptureResult& result,
                  std::span<const LiveWindow> before, const ApplicationSnapshot& application) {
-    if (application.windows.size() != before.size()) return false;  // some are hidden from accessibility
+    if (application.windows.size() != before.size())
+        return false;  // some are known to the window server only
     if (result.windowCount && *result.windowCount != before.size()) return false;
     const auto running = desktop.platform.applications.running(application.bundleIdentifier);
-    return running && numbersOf(Accessibility::windows(desktop, running->pid, false)) == numbersOf(before);
+    if (!running) return false;
+    std::vector<WindowNumber> ours;
+    for (const LiveWindow& window : before) {
+        if (!window.windowID) return false;
+        ours.push_back(*window.windowID);
+    }
+    std::vector<WindowNumber> listed = Accessibility::listedNumbers(desktop, running->pid);
+    std::erase_if(listed, [&](WindowNumber number) { return std::ranges::find(ours, number) == ours.end(); });
+    return listed == ours;
 }
 
 void withholdContents(ApplicationSnapshot& application, std::vector<std::string>& notes) {

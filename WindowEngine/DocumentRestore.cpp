@@ -71,10 +71,12 @@ Task<void> awaitDocuments(const ApplicationRestore& restore, std::vector<SavedDo
     const std::size_t wanted = windowsBefore + documents.size();
     const TimePoint deadline = std::min(restore.deadline, restore.now() + windowPatience);
     for (;;) {
-        const auto live = infosOf(liveWindows(restore.desktop, restore.application, false));
+        // The last look goes to other desktops too, where an application may have brought its window back.
+        const bool last = restore.now() >= deadline;
+        const auto live = infosOf(liveWindows(restore.desktop, restore.application, last));
         documents = SavedDocuments::missing(std::move(documents), live);
         if (documents.empty() || (!namesDocuments(live) && live.size() >= wanted)) co_return;
-        if (restore.now() >= deadline) break;
+        if (last) break;
         co_await sleepFor(windowInterval);
     }
     for (const SavedDocument& document : documents)

@@ -62,11 +62,11 @@ TEST(Safari, PrivateWindowsAreNeitherMovedNorReported) {
     samples::Desktop desktop(desk());
     const Rect before = desktop.world().window("com.apple.Safari", "private")->state.frame;
     WorkspaceSnapshot snapshot;
-    const std::vector saved(3, samples::savedWindow(desktop, {500, 500, 300, 200}, "private"));
+    const std::vector saved(4, samples::savedWindow(desktop, {500, 500, 300, 200}, "private"));
     snapshot.applications = {{"com.apple.Safari", "Safari", {}, saved, {}}};
     const RestoreReport report = desktop.restore(snapshot);
-    EXPECT_EQ(report.items.size(), 3u);
-    EXPECT_EQ(report.totals().skipped, 1) << "two normal windows for three saved ones";
+    EXPECT_EQ(report.items.size(), 4u);
+    EXPECT_EQ(report.totals().skipped, 1) << "three normal windows, one on another desktop, for four saved";
     EXPECT_EQ(desktop.world().window("com.apple.Safari", "private")->state.frame, before);
 }
 

@@ -101,6 +101,7 @@ SceneApplication RandomDesktop::fileManager(const Scene& scene) {
         const std::string name = fmt::format("\"Folder\" \\ {}", i);
         SceneWindow& shown = application.windows.emplace_back(window(scene, name));
         shown.subrole = "AXStandardWindow";
+        shown.fullscreen = false;  // two that lie on each other are taken for tabs of one
         shown.tabs = {"/home/ada/" + name + "/"};
     }
     return application;
@@ -152,6 +153,7 @@ void RandomDesktop::disturb(World& world, WindowNumber windowNumber) {
             world.requestFullscreen(windowNumber, !window.state.fullscreen);
             break;
         case 3:
+            if (window.state.privateBrowsing) break;  // out of sight it would cost all others their titles
             for (const Display& display : world.displays()) {
                 const auto last = static_cast<std::int64_t>(display.desktops.size()) - 1;
                 if (display.scene.frame.contains(window.state.frame.center()))

@@ -163,15 +163,6 @@ class RandomJourneys : public testing::Test {
     }
 };
 
-std::string words(const Report& report) {
-    std::string text;
-    for (const Report::Item& item : report.items) {
-        text += item.bundleIdentifier + " " + item.title.value_or("") + " " + std::to_string(item.status.index());
-        if (auto* f = std::get_if<Report::failed>(&item.status)) text += f->reason;
-        text += "\n";
-    }
-    return text;
-}
 TEST_F(RandomJourneys, ADisturbedDesktopComesBackAndStaysBack) {
     eachSeed([](std::uint64_t seed) {
         RandomJourney journey(seed);
@@ -187,11 +178,11 @@ TEST_F(RandomJourneys, ADisturbedDesktopComesBackAndStaysBack) {
                 << item.bundleIdentifier << " " << item.title.value_or("") << ": "
                 << std::get<Report::failed>(item.status).reason;
 
+        journey.settle();  // an application of which nothing was saved may still open windows
         const std::string before = journey.state();
         const Report second = journey.restore();
         expectOneItemForEachWindow(second, journey.saved());
         EXPECT_EQ(journey.state(), before) << "a second restore changed something";
-        if (second.totals().opened) EXPECT_EQ(words(second), words(first)) << "X";
         EXPECT_EQ(second.totals().launched + second.totals().opened + second.totals().failed, 0);
     });
 }
@@ -212,12 +203,11 @@ std::string windowLines(const WorkspaceSnapshot& snapshot) {
     std::multiset<std::string> lines;
     for (const ApplicationSnapshot& application : snapshot.applications) {
         for (const WindowSnapshot& window : application.windows)
-            lines.insert(fmt::format("{} {}: {} {} {} {}, desktop {}{}{}\n", application.name,
-                                     window.title.value_or("-"), window.frame.x, window.frame.y,
-                                     window.frame.width, window.frame.height,
-                                     window.desktop ? window.desktop->id() : "-",
-                                     window.isMinimized ? " minimized" : "",
-                                     window.isFullscreen ? " full screen" : ""));
+            lines.insert(fmt::format(
+                "{} {}: {} {} {} {}, desktop {}{}{}\n", application.name, window.title.value_or("-"),
+                window.frame.x, window.frame.y, window.frame.width, window.frame.height,
+                window.desktop ? window.desktop->id() : "-", window.isMinimized ? " minimized" : "",
+                window.isFullscreen ? " full screen" : ""));
     }
     return fmt::format("{}", fmt::join(lines, ""));
 }
