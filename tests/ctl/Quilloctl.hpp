@@ -12,6 +12,7 @@
 #include "WindowEngine/support/ChildProcess.hpp"
 #include "WindowEngine/support/Job.hpp"
 #include "WindowEngine/support/Loops.hpp"
+#include "tests/LogWords.hpp"
 #include "tests/TemporaryDirectory.hpp"
 
 namespace quillo::ctl {
@@ -30,6 +31,9 @@ struct Step {
 
 class QuilloctlTest : public testing::Test {
   protected:
+    std::string log() { return home_.read(".local/state/Quillo/quillo.log"); }
+    void TearDown() override { expectOnlyKnownSentences(log()); }
+
     /// With nothing of the caller's environment but a sanitizer's options; `environment` holds NAME=value.
     Ran runWith(const Texts& environment, const Texts& arguments) {
         Texts all{"-i", "PATH=/usr/bin:/bin", "HOME=" + home_.path().string(), "TZ=UTC", "LC_ALL=en_US"};

@@ -16,6 +16,7 @@
 #include "WindowEngine/Restore.hpp"
 #include "WindowEngine/RestorePlan.hpp"
 #include "platform/simulated/SimulatedDesktop.hpp"
+#include "tests/LogWords.hpp"
 
 namespace quillo {
 
@@ -27,6 +28,12 @@ class Journey {
         : scene_(std::move(scene)),
           desktop_(SimulatedDesktop::create(simulated::writeScene(scene_), "scene", {seed, {}}).value()) {
         settle();  // late windows are there
+    }
+
+    Journey(const Journey&) = delete;
+    Journey& operator=(const Journey&) = delete;
+    ~Journey() {
+        for (const std::string& line : desktop_->logLines()) expectOnlyKnownSentences(line);
     }
 
     WorkspaceSnapshot capture() {

@@ -180,12 +180,22 @@ JOURNEYS = {
 }
 
 
+def check_log(home, titles):
+    """Quillo's log tells of the journey, and names no window, file or folder of it."""
+    with open(os.path.join(home, "state/Quillo/quillo.log"), encoding="utf-8") as file:
+        log = file.read()
+    assert "restore finished" in log, "no log"
+    for personal in (*titles, home):
+        assert personal not in log, f"the log holds {personal}"
+
+
 def run(quilloctl, window_manager, server, name):
     started = time.monotonic()
     travel, titles = JOURNEYS[name]
     journey = Journey(quilloctl, window_manager, server == "dummy", titles)
     try:
         travel(journey)
+        check_log(journey.desktop.home, titles)
     finally:
         journey.desktop.close()
     print(f"ok: {name} with {window_manager} on {server}, {time.monotonic() - started:.1f} s", flush=True)

@@ -44,6 +44,10 @@ TEST_F(InterruptTest, EndsInGoodOrderWithWhatWasDone) {
         EXPECT_EQ(lines(ran.out)[0], "Silent            launched");
         EXPECT_EQ(lines(ran.out)[1].rfind("Work stopped: 0 restored · 1 launched · ", 0), 0U) << ran.out;
     }
+    std::size_t finished = 0;
+    for (const std::string& line : lines(log()))
+        finished += line.find("restore finished: 1 items") != line.npos;
+    EXPECT_EQ(finished, 3U);
     EXPECT_EQ(members(done({"list", "--json"}), "lastRestoredAt"), Texts{""}) << "a stopped restore is none";
 }
 
