@@ -70,43 +70,41 @@ struct Case {
     std::string value{};
 };
 
+const std::string refused = " failed window refused position or minimized state",
+                  unfinished = "Editor/Slides: failed full-screen transition did not complete",
+                  noWindows =
+                      " skipped no accessible windows appeared; windows in other Spaces may be unavailable",
+                  noDesktop = "Quillo/: failed Could not create Desktop 2: ",
+                  unassigned = "Reader/Untitled: failed position restored, but Desktop 2 assignment failed";
+
 const Case cases[] = {
     {FaultKind::launchRefused, "Mail/: failed couldn't launch: the system refused to open the application"},
     {FaultKind::slowLaunch, "", 8},
-    {FaultKind::lateWindows,
-     "Mail/Inbox: skipped no accessible windows appeared; windows in other Spaces may be unavailable", 60},
+    {FaultKind::lateWindows, "Mail/Inbox:" + noWindows, 60},
     {FaultKind::requestWindowRefused,
      "Reader/: failed couldn't reopen a window: the application did not open a window"},
-    {FaultKind::moveRefused, "Editor/Drawing: failed window refused position or minimized state"},
-    {FaultKind::moveIgnored, "Editor/Drawing: failed window refused position or minimized state"},
+    {FaultKind::moveRefused, "Editor/Drawing:" + refused},
+    {FaultKind::moveIgnored, "Editor/Drawing:" + refused},
     {FaultKind::positionClamped, ""},
     {FaultKind::sizeClamped, "Editor/Drawing: adjusted"},
-    {FaultKind::minimizeRefused, "Editor/Notes: failed window refused position or minimized state"},
+    {FaultKind::minimizeRefused, "Editor/Notes:" + refused},
     {FaultKind::unminimizeRefused, "Editor/Letter: failed couldn't unminimize the window before moving it"},
-    {FaultKind::minimizeIgnored, "Editor/Notes: failed window refused position or minimized state"},
-    {FaultKind::fullscreenRefused, "Editor/Slides: failed full-screen transition did not complete"},
-    {FaultKind::fullscreenIgnored, "Editor/Slides: failed full-screen transition did not complete"},
+    {FaultKind::minimizeIgnored, "Editor/Notes:" + refused},
+    {FaultKind::fullscreenRefused, unfinished},
+    {FaultKind::fullscreenIgnored, unfinished},
     {FaultKind::fullscreenSlow, "", 2},
     {FaultKind::fullscreenFlickers, ""},
-    {FaultKind::windowVanishes, "Editor/Drawing: failed window refused position or minimized state", 1, true},
-    {FaultKind::overviewRefused,
-     "Quillo/: failed Could not create Desktop 2: macOS could not open Mission Control"},
-    {FaultKind::addDesktopMissing,
-     "Quillo/: failed Could not create Desktop 2: Mission Control did not expose its Add Desktop button"},
-    {FaultKind::addDesktopRefused,
-     "Quillo/: failed Could not create Desktop 2: Mission Control refused Add Desktop (Accessibility error "
-     "-25200)"},
-    {FaultKind::addDesktopIgnored,
-     "Quillo/: failed Could not create Desktop 2: Mission Control accepted Add Desktop but no desktop "
-     "appeared; its desktop limit may have been reached"},
-    {FaultKind::desktopMoveRefused,
-     "Reader/Untitled: failed position restored, but Desktop 2 assignment failed"},
-    {FaultKind::desktopMoveIgnored,
-     "Reader/Untitled: failed position restored, but Desktop 2 assignment failed"},
-    {FaultKind::applicationHangs,
-     "Editor/Letter: skipped no accessible windows appeared; windows in other Spaces may be unavailable", 0},
-    {FaultKind::applicationCrashes, "Editor/Drawing: failed window refused position or minimized state", 1,
-     true},
+    {FaultKind::windowVanishes, "Editor/Drawing:" + refused, 1, true},
+    {FaultKind::overviewRefused, noDesktop + "macOS could not open Mission Control"},
+    {FaultKind::addDesktopMissing, noDesktop + "Mission Control did not expose its Add Desktop button"},
+    {FaultKind::addDesktopRefused, noDesktop + "Mission Control refused Add Desktop (Accessibility error "
+                                               "-25200)"},
+    {FaultKind::addDesktopIgnored, noDesktop + "Mission Control accepted Add Desktop but no desktop "
+                                               "appeared; its desktop limit may have been reached"},
+    {FaultKind::desktopMoveRefused, unassigned},
+    {FaultKind::desktopMoveIgnored, unassigned},
+    {FaultKind::applicationHangs, "Editor/Letter:" + noWindows, 0},
+    {FaultKind::applicationCrashes, "Editor/Drawing:" + refused, 1, true},
     {FaultKind::displayUnplugged, "Editor/Drawing: adjusted", 0, false, "MONITOR"},
     {FaultKind::permissionRevoked, "Quillo/: failed Accessibility permission not granted"},
 };

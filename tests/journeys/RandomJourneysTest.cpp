@@ -12,7 +12,6 @@
 
 #include "WindowEngine/SessionHistory.hpp"
 #include "WindowEngine/WorkspaceCoding.hpp"
-#include "platform/simulated/SceneNames.hpp"
 #include "tests/journeys/Journey.hpp"
 #include "tests/journeys/RandomDesktop.hpp"
 
@@ -52,6 +51,13 @@ bool is(const Report::Item& item, std::string_view reason) {
     return skipped && skipped->reason.starts_with(reason);
 }
 
+bool samePlace(const Rect& a, const Rect& b) {
+    return std::max(std::abs(a.x - b.x), std::abs(a.y - b.y)) <= 2;
+}
+bool sameSize(const Rect& a, const Rect& b) {
+    return std::max(std::abs(a.width - b.width), std::abs(a.height - b.height)) <= 2;
+}
+
 /// Each saved window of an application that reached placement ends in exactly one item.
 void expectOneItemForEachWindow(const Report& report, const Workspace& saved) {
     std::map<std::pair<std::string, std::int64_t>, int> counts;
@@ -70,30 +76,39 @@ void expectOneItemForEachWindow(const Report& report, const Workspace& saved) {
     }
 }
 
-/// A window reported as back is in its saved place and state.
-void expectWindowsWhereReported(Journey& journey, const Report& report, bool sameDisplays) {
+struct Reported {
+    const Report::Item& item;
+    const WindowSnapshot& saved;
+    const simulated::Window& live;
+};
+
+/// The titled windows that the report says are back; none for which another window stood in.
+std::vector<Reported> reportedBack(Journey& journey, const Report& report) {
+    std::vector<Reported> all;
     for (const ApplicationSnapshot& application : journey.saved().snapshot.applications) {
         for (const Report::Item& item : report.items) {
-            if (item.bundleIdentifier != application.bundleIdentifier || !item.savedIndex || !item.title)
+            const bool back = std::holds_alternative<Report::restored>(item.status) ||
+                              std::holds_alternative<Report::adjusted>(item.status);
+            if (!back || item.bundleIdentifier != application.bundleIdentifier || !item.savedIndex ||
+                !item.title)
                 continue;
-            const WindowSnapshot& saved = application.windows[static_cast<std::size_t>(*item.savedIndex)];
-            const bool back = std::holds_alternative<Report::restored>(item.status);
-            const bool adjusted = std::holds_alternative<Report::adjusted>(item.status);
-            if (!back && !adjusted) continue;
-            const simulated::Window* live = journey.world().window(application.bundleIdentifier, *item.title);
-            if (!live) continue;  // another window stood in for it
-            EXPECT_EQ(live->state.minimized, saved.isMinimized) << *item.title;
-            EXPECT_EQ(live->state.fullscreen, saved.isFullscreen) << *item.title;
-            if (!sameDisplays || saved.isFullscreen) continue;
-            const Rect& now = live->state.frame;
-            EXPECT_LE(std::max(std::abs(now.x - saved.frame.x), std::abs(now.y - saved.frame.y)), 2)
-                << *item.title;
-            if (back)
-                EXPECT_LE(std::max(std::abs(now.width - saved.frame.width),
-                                   std::abs(now.height - saved.frame.height)),
-                          2)
-                    << *item.title;
+            if (const auto* live = journey.world().window(application.bundleIdentifier, *item.title))
+                all.push_back({item, application.windows[static_cast<std::size_t>(*item.savedIndex)], *live});
         }
+    }
+    return all;
+}
+
+/// A window reported as back is in its saved place and state.
+void expectWindowsWhereReported(Journey& journey, const Report& report, bool sameDisplays) {
+    for (const auto& [item, saved, live] : reportedBack(journey, report)) {
+        EXPECT_EQ(live.state.minimized, saved.isMinimized) << *item.title;
+        EXPECT_EQ(live.state.fullscreen, saved.isFullscreen) << *item.title;
+        if (!sameDisplays || saved.isFullscreen) continue;
+        EXPECT_TRUE(samePlace(live.state.frame, saved.frame)) << *item.title;
+        EXPECT_TRUE(std::holds_alternative<Report::adjusted>(item.status) ||
+                    sameSize(live.state.frame, saved.frame))
+            << *item.title;
     }
 }
 
@@ -102,23 +117,15 @@ void expectWindowsWhereReported(Journey& journey, const Report& report, bool sam
 void expectDesktopsWhereReported(Journey& journey, const Report& report) {
     std::map<std::string, SpaceID> spaces;
     std::map<SpaceID, std::string> saved;
-    for (const ApplicationSnapshot& application : journey.saved().snapshot.applications) {
-        for (const Report::Item& item : report.items) {
-            if (item.bundleIdentifier != application.bundleIdentifier || !item.savedIndex || !item.title ||
-                std::holds_alternative<Report::skipped>(item.status))
-                continue;
-            const auto& desktop = application.windows[static_cast<std::size_t>(*item.savedIndex)].desktop;
-            const simulated::Window* live = journey.world().window(application.bundleIdentifier, *item.title);
-            if (!desktop || !live) continue;
-            const auto& present = journey.world().display(desktop->displayID)->desktops;
-            EXPECT_EQ(std::ranges::count(present, live->space), 1) << *item.title;
-            if (std::ranges::count(present, std::stoull(desktop->uuid->substr(6))) > 0)
-                EXPECT_EQ("space-" + std::to_string(live->space), desktop->uuid) << *item.title;
-            EXPECT_EQ(spaces.try_emplace(desktop->id(), live->space).first->second, live->space)
-                << *item.title;
-            EXPECT_EQ(saved.try_emplace(live->space, desktop->id()).first->second, desktop->id())
-                << *item.title;
-        }
+    for (const auto& [item, window, live] : reportedBack(journey, report)) {
+        const auto& desktop = window.desktop;
+        if (!desktop) continue;
+        const auto& present = journey.world().display(desktop->displayID)->desktops;
+        EXPECT_EQ(std::ranges::count(present, live.space), 1) << *item.title;
+        if (std::ranges::count(present, std::stoull(desktop->uuid->substr(6))) > 0)
+            EXPECT_EQ("space-" + std::to_string(live.space), desktop->uuid) << *item.title;
+        EXPECT_EQ(spaces.try_emplace(desktop->id(), live.space).first->second, live.space) << *item.title;
+        EXPECT_EQ(saved.try_emplace(live.space, desktop->id()).first->second, desktop->id()) << *item.title;
     }
 }
 
@@ -143,9 +150,9 @@ void expectAsPlanned(Journey& journey, const Journey::Plan& plan, const DesktopP
         EXPECT_EQ(live->space, present.at(static_cast<std::size_t>(meant->index)));
     }
     const Rect &now = live->state.frame, &meant = planned.placement.value().frame;
-    EXPECT_LE(std::max(std::abs(now.x - meant.x), std::abs(now.y - meant.y)), 2);
-    const bool size = std::max(std::abs(now.width - meant.width), std::abs(now.height - meant.height)) <= 2;
-    EXPECT_EQ(std::holds_alternative<Report::adjusted>(item.status), planned.placement->adjusted || !size);
+    EXPECT_TRUE(samePlace(now, meant));
+    EXPECT_EQ(std::holds_alternative<Report::adjusted>(item.status),
+              planned.placement->adjusted || !sameSize(now, meant));
 }
 
 class RandomJourneys : public testing::Test {
@@ -261,36 +268,6 @@ TEST_F(RandomJourneys, WhateverGoesWrongEveryWindowHasItsLine) {
         EXPECT_FALSE(report.cancelled);
         expectOneItemForEachWindow(report, journey.saved());
     });
-}
-
-std::string story(RandomJourney& journey) {
-    const Report report = journey.restore();
-    expectOneItemForEachWindow(report, journey.saved());
-    std::string text;
-    for (const Report::Item& item : report.items)
-        text += item.app + item.title.value_or("") + std::to_string(item.status.index()) + "\n";
-    return text + journey.state();
-}
-
-TEST_F(RandomJourneys, EachFaultAloneHasItsLinesAndTheSameSeedTellsTheSameStory) {
-    const auto withFault = [](simulated::FaultKind kind, bool onWrite) {
-        RandomJourney journey(4);
-        journey.save();
-        journey.disturb(false);
-        journey.lay({.kind = kind,
-                     .application = {},
-                     .title = {},
-                     .value = "DISPLAY-1",
-                     .after = 0.3,
-                     .seconds = 2,
-                     .onWrite = onWrite});
-        return story(journey);
-    };
-    for (const auto& [name, kind] : simulated::faultNames) {
-        SCOPED_TRACE(name);
-        for (const bool onWrite : {false, true})
-            EXPECT_EQ(withFault(kind, onWrite), withFault(kind, onWrite));
-    }
 }
 
 TEST_F(RandomJourneys, AnUndisturbedDesktopIsLeftAsItIs) {

@@ -10,29 +10,7 @@ import subprocess
 import tempfile
 import time
 
-XORG_CONFIGURATION = """
-Section "Device"
-  Identifier "dummy"
-  Driver "dummy"
-  VideoRam 256000
-EndSection
-Section "Monitor"
-  Identifier "monitor"
-  HorizSync 5-1000
-  VertRefresh 5-200
-EndSection
-Section "Screen"
-  Identifier "screen"
-  Device "dummy"
-  Monitor "monitor"
-  DefaultDepth 24
-  SubSection "Display"
-    Depth 24
-    Modes "1280x1024"
-    Virtual 7680 2160
-  EndSubSection
-EndSection
-"""
+XORG_CONFIGURATION = os.path.join(os.path.dirname(__file__), "../platform/x11/dummy-xorg.conf")
 
 WINDOW_MANAGERS = {
     "openbox": ["openbox", "--sm-disable"],
@@ -89,10 +67,7 @@ class Desktop:
     def _start_server(self, dummy):
         reading, writing = os.pipe()
         if dummy:
-            configuration = self.home + "/xorg.conf"
-            with open(configuration, "w") as file:
-                file.write(XORG_CONFIGURATION)
-            command = ["Xorg", "-config", configuration, "-logfile", self.home + "/xorg.log", "-sharevts", "-novtswitch"]
+            command = ["Xorg", "-config", os.path.abspath(XORG_CONFIGURATION), "-logfile", self.home + "/xorg.log", "-sharevts", "-novtswitch"]
         else:
             command = ["Xvfb", "-screen", "0", "2560x1024x24"]
         command += ["-noreset", "-nolisten", "tcp", "-displayfd", str(writing)]
@@ -206,10 +181,11 @@ class Desktop:
             match = re.search(rf"^{name} = (.*)$", properties, re.MULTILINE)
             return match.group(1) if match else ""
 
-        full_screen = "_NET_WM_STATE_FULLSCREEN" in value("_NET_WM_STATE")
-        extents = [int(part) for part in value("_NET_FRAME_EXTENTS").split(",") if part] or [0] * 4
-        shadows = [int(part) for part in value("_GTK_FRAME_EXTENTS").split(",") if part] or [0] * 4
-        if full_screen:
+        def edges(name):
+            return [int(part) for part in value(name).split(",") if part] or [0] * 4
+
+        extents, shadows = edges("_NET_FRAME_EXTENTS"), edges("_GTK_FRAME_EXTENTS")
+        if "_NET_WM_STATE_FULLSCREEN" in value("_NET_WM_STATE"):
             shadows = [0] * 4
         left, right, top, bottom = (a - b for a, b in zip(extents, shadows))
         frame = (place[0] - left, place[1] - top, place[2] + left + right, place[3] + top + bottom)

@@ -64,9 +64,8 @@ class Journey:
         desktop.state(windows["Gamma"], "add", "fullscreen")
         desktop.move(windows["Question"], 1500, 100, 400, 200)
         desktop.close_window(windows["letter.txt"])
-        desktop.wait_for(lambda: self.desktop.window("thunar-folder").minimized, "minimized window")
-        desktop.wait_for(lambda: self.desktop.window("Gamma").full_screen, "full-screen window")
-        desktop.wait_for(lambda: self.desktop.window("Beta").maximized, "maximized window")
+        desktop.wait_for(lambda: desktop.window("thunar-folder").minimized and desktop.window("Gamma").full_screen
+                         and desktop.window("Beta").maximized, "scattered windows")
         desktop.settle()
 
     def check_back(self, before, items):
@@ -122,15 +121,15 @@ class Journey:
         desktop, windows = self.desktop, self.seen()
         desktop.minimize(windows["Alpha"])
         desktop.state(windows["thunar-folder"], "add", "fullscreen")
-        desktop.wait_for(lambda: desktop.window("thunar-folder").full_screen, "full-screen window")
-        desktop.wait_for(lambda: desktop.window("Alpha").minimized, "minimized window")
+        desktop.wait_for(lambda: desktop.window("thunar-folder").full_screen and desktop.window("Alpha").minimized,
+                         "full-screen and minimized window")
         desktop.settle()
         before = self.seen()
         self.quillo("save", "--update", "Morning")
         desktop.state(windows["thunar-folder"], "remove", "fullscreen")
         self.desktop.run("xdotool", "windowmap", str(windows["Alpha"].number))
-        desktop.wait_for(lambda: not desktop.window("thunar-folder").full_screen, "plain window")
-        desktop.wait_for(lambda: not desktop.window("Alpha").minimized, "shown window")
+        desktop.wait_for(lambda: not desktop.window("thunar-folder").full_screen
+                         and not desktop.window("Alpha").minimized, "plain windows")
         desktop.settle()
         self.check_back({t: w for t, w in before.items() if t != "Alpha"}, self.restore())
         assert desktop.window("Alpha").minimized

@@ -33,9 +33,8 @@ constexpr ProcessID unknownPid = 0x7ffffff0;
 void PlatformContract::SetUp() {
     desktop_ = GetParam()();
     ASSERT_NE(desktop_, nullptr);
-    waitUntil(
-        [&] { return platform().applications.running(desktop_->editor()) && editorWindows().size() == 3; },
-        "three windows");
+    waitUntil([&] { return applications().running(desktop_->editor()) && editorWindows().size() == 3; },
+              "three windows");
 }
 
 void PlatformContract::waitUntil(const std::function<bool()>& condition, std::string_view what) {
@@ -52,7 +51,7 @@ void PlatformContract::waitUntil(const std::function<bool()>& condition, std::st
 }
 
 RunningApplication PlatformContract::editor() {
-    const auto running = platform().applications.running(desktop_->editor());
+    const auto running = applications().running(desktop_->editor());
     if (!running) throw std::runtime_error("the editor does not run");
     return *running;
 }
@@ -72,7 +71,7 @@ Element PlatformContract::window(std::string_view title) {
 
 Attribute PlatformContract::read(const Element& element, std::string_view name) {
     const AttributeRequest request{element, {&name, 1}};
-    return platform().accessibility.read({&request, 1}).at(0).at(0);
+    return ax().read({&request, 1}).at(0).at(0);
 }
 
 bool PlatformContract::flag(const Element& element, std::string_view name) {
@@ -89,14 +88,14 @@ Rect PlatformContract::frame(const Element& element) {
 }
 
 WindowFacts PlatformContract::facts(const Element& window) {
-    const WindowNumber number = platform().accessibility.windowNumber(window).value();
-    return platform().windowServer.facts({&number, 1}).at(0);
+    const WindowNumber number = ax().windowNumber(window).value();
+    return server().facts({&number, 1}).at(0);
 }
 
 std::vector<Element> PlatformContract::addDesktopButtons() {
-    const auto dock = platform().applications.serviceProcess("com.apple.dock");
+    const auto dock = applications().serviceProcess("com.apple.dock");
     if (!dock) return {};
-    std::vector<Element> found, open{platform().accessibility.application(*dock)};
+    std::vector<Element> found, open{ax().application(*dock)};
     while (!open.empty()) {
         const Element element = open.front();
         open.erase(open.begin());
@@ -110,15 +109,15 @@ std::vector<Element> PlatformContract::addDesktopButtons() {
 }
 
 std::size_t PlatformContract::launcherWindowCount() {
-    const auto running = platform().applications.running(desktop_->launcher());
+    const auto running = applications().running(desktop_->launcher());
     if (!running) return 0;
-    const Attribute list = read(platform().accessibility.application(running->pid), ax::windows);
+    const Attribute list = read(ax().application(running->pid), ax::windows);
     return list ? std::get<std::vector<Element>>(*list).size() : 0;
 }
 
 TEST_P(PlatformContract, IsTrustedWithoutAReasonAgainstIt) {
-    EXPECT_TRUE(platform().accessibility.trusted());
-    EXPECT_TRUE(platform().accessibility.access()) << platform().accessibility.access().reason();
+    EXPECT_TRUE(ax().trusted());
+    EXPECT_TRUE(ax().access()) << ax().access().reason();
 }
 
 TEST_P(PlatformContract, ListsWindowsWithIdentityAndKind) {
@@ -134,7 +133,7 @@ TEST_P(PlatformContract, ListsWindowsWithIdentityAndKind) {
 TEST_P(PlatformContract, ABatchMeansReadingOneByOne) {
     std::vector<AttributeRequest> requests;
     for (const Element& element : editorWindows()) requests.push_back({element, windowAttributes});
-    const auto answers = platform().accessibility.read(requests);
+    const auto answers = ax().read(requests);
     ASSERT_EQ(answers.size(), requests.size());
     for (std::size_t i = 0; i < answers.size(); ++i) {
         ASSERT_EQ(answers[i].size(), windowAttributes.size());
@@ -148,7 +147,7 @@ TEST_P(PlatformContract, WhatIsNotThereIsAbsentOrGone) {
     ASSERT_FALSE(nothing);
     EXPECT_EQ(nothing.error().reason, AttributeMiss::Reason::absent);
 
-    const Attribute nobody = read(platform().accessibility.application(unknownPid), ax::windows);
+    const Attribute nobody = read(ax().application(unknownPid), ax::windows);
     ASSERT_FALSE(nobody);
     EXPECT_EQ(nobody.error().reason, AttributeMiss::Reason::gone);
 }
@@ -160,21 +159,21 @@ TEST_P(PlatformContract, AVanishedWindowIsGoneForReadsAndWrites) {
     const Attribute title = read(beta, ax::title);
     ASSERT_FALSE(title);
     EXPECT_EQ(title.error().reason, AttributeMiss::Reason::gone);
-    EXPECT_FALSE(platform().accessibility.write(beta, ax::minimized, true));
-    EXPECT_FALSE(platform().accessibility.writeFrame(beta, {10, 10, 100, 100}).positionSet);
-    EXPECT_FALSE(platform().accessibility.perform(beta, ax::raise));
-    EXPECT_FALSE(run(platform().accessibility.makeMovable(beta)) && read(beta, ax::position).has_value());
-    run(platform().accessibility.settleInPlace(beta));
+    EXPECT_FALSE(ax().write(beta, ax::minimized, true));
+    EXPECT_FALSE(ax().writeFrame(beta, {10, 10, 100, 100}).positionSet);
+    EXPECT_FALSE(ax().perform(beta, ax::raise));
+    EXPECT_FALSE(run(ax().makeMovable(beta)) && read(beta, ax::position).has_value());
+    run(ax().settleInPlace(beta));
 }
 
 TEST_P(PlatformContract, AFrameThatWasWrittenIsReadBack) {
     const Element alpha = window(desktop_->alpha);
     for (const Rect& target : {Rect{120, 130, 420, 330}, Rect{300, 200, 360, 280}}) {
-        ASSERT_TRUE(run(platform().accessibility.makeMovable(alpha)));
-        const FrameWrite written = platform().accessibility.writeFrame(alpha, target);
+        ASSERT_TRUE(run(ax().makeMovable(alpha)));
+        const FrameWrite written = ax().writeFrame(alpha, target);
         EXPECT_TRUE(written.positionSet && written.sizeSet);
         waitUntil([&] { return near(frame(alpha), target); }, "the frame");
-        run(platform().accessibility.settleInPlace(alpha));
+        run(ax().settleInPlace(alpha));
         EXPECT_TRUE(near(frame(alpha), target));
     }
 }
@@ -182,54 +181,57 @@ TEST_P(PlatformContract, AFrameThatWasWrittenIsReadBack) {
 TEST_P(PlatformContract, ARefusedWriteChangesNothing) {
     const Element alpha = window(desktop_->alpha);
     const Rect before = frame(alpha);
-    EXPECT_FALSE(platform().accessibility.write(alpha, "AXNoSuchAttribute", true));
-    EXPECT_FALSE(platform().accessibility.write(alpha, ax::minimized, std::string("yes")));
-    EXPECT_FALSE(platform().accessibility.perform(alpha, "AXNoSuchAction"));
+    EXPECT_FALSE(ax().write(alpha, "AXNoSuchAttribute", true));
+    EXPECT_FALSE(ax().write(alpha, ax::minimized, std::string("yes")));
+    EXPECT_FALSE(ax().perform(alpha, "AXNoSuchAction"));
     EXPECT_EQ(frame(alpha), before);
     EXPECT_FALSE(flag(alpha, ax::minimized));
 }
 
 TEST_P(PlatformContract, MinimizesAndRestores) {
     const Element alpha = window(desktop_->alpha);
-    const Rect before = frame(alpha);
-    ASSERT_TRUE(platform().accessibility.write(alpha, ax::minimized, true));
+    const Rect target{310, 220, 500, 400};
+    ASSERT_TRUE(run(ax().makeMovable(alpha)));
+    ax().writeFrame(alpha, target);
+    ASSERT_TRUE(ax().write(alpha, ax::minimized, true));
     waitUntil([&] { return flag(alpha, ax::minimized); }, "the minimized state");
+    run(ax().settleInPlace(alpha));
+    EXPECT_TRUE(flag(alpha, ax::minimized));
     EXPECT_EQ(editorWindows().size(), 3U) << "a minimized window stays listed";
-    ASSERT_TRUE(platform().accessibility.write(alpha, ax::minimized, false));
-    waitUntil([&] { return !flag(alpha, ax::minimized); }, "the plain state");
-    waitUntil([&] { return near(frame(alpha), before); }, "the frame it had");
+    ASSERT_TRUE(ax().write(alpha, ax::minimized, false));
+    waitUntil([&] { return !flag(alpha, ax::minimized) && near(frame(alpha), target); }, "its frame");
 }
 
 TEST_P(PlatformContract, EntersAndLeavesFullScreen) {
     const Element alpha = window(desktop_->alpha);
     const Rect before = frame(alpha);
-    const Rect screen = platform().screens.screens().at(0).frame;
-    ASSERT_TRUE(platform().accessibility.write(alpha, ax::fullScreen, true));
+    const Rect screen = screens().at(0).frame;
+    ASSERT_TRUE(ax().write(alpha, ax::fullScreen, true));
     waitUntil([&] { return flag(alpha, ax::fullScreen) && near(frame(alpha), screen); }, "full screen");
     EXPECT_TRUE(facts(alpha).isFullscreen);
-    ASSERT_TRUE(platform().accessibility.write(alpha, ax::fullScreen, false));
+    ASSERT_TRUE(ax().write(alpha, ax::fullScreen, false));
     waitUntil([&] { return !flag(alpha, ax::fullScreen) && near(frame(alpha), before); }, "the frame it had");
     EXPECT_FALSE(facts(alpha).isFullscreen);
 }
 
 TEST_P(PlatformContract, MakesAWindowMovableWhateverItsState) {
     const Element beta = window(desktop_->beta);
-    ASSERT_TRUE(platform().accessibility.write(beta, ax::minimized, true));
+    ASSERT_TRUE(ax().write(beta, ax::minimized, true));
     waitUntil([&] { return flag(beta, ax::minimized); }, "the minimized state");
-    ASSERT_TRUE(run(platform().accessibility.makeMovable(beta)));
-    platform().accessibility.write(beta, ax::minimized, false);
+    ASSERT_TRUE(run(ax().makeMovable(beta)));
+    ax().write(beta, ax::minimized, false);
     waitUntil([&] { return !flag(beta, ax::minimized); }, "the plain state");
     const Rect target{150, 160, 380, 300};
-    platform().accessibility.writeFrame(beta, target);
+    ax().writeFrame(beta, target);
     waitUntil([&] { return near(frame(beta), target); }, "the frame");
-    run(platform().accessibility.settleInPlace(beta));
+    run(ax().settleInPlace(beta));
     EXPECT_TRUE(near(frame(beta), target));
 }
 
 TEST_P(PlatformContract, TheWindowServerSeesTheSameWindows) {
-    const auto list = platform().windowServer.windowList();
+    const auto list = server().windowList();
     for (const Element& element : editorWindows()) {
-        const auto number = platform().accessibility.windowNumber(element);
+        const auto number = ax().windowNumber(element);
         ASSERT_TRUE(number);
         const auto entry = std::ranges::find(list, *number, &WindowListEntry::number);
         ASSERT_NE(entry, list.end());
@@ -237,13 +239,13 @@ TEST_P(PlatformContract, TheWindowServerSeesTheSameWindows) {
         EXPECT_EQ(entry->layer, 0);
         EXPECT_TRUE(near(entry->bounds, frame(element)));
     }
-    EXPECT_FALSE(platform().accessibility.windowNumber(platform().accessibility.application(unknownPid)));
+    EXPECT_FALSE(ax().windowNumber(ax().application(unknownPid)));
 }
 
 TEST_P(PlatformContract, FactsKnowSpacesAndKindsAndNothingOfStrangers) {
     EXPECT_TRUE(facts(window(desktop_->alpha)).isStandard);
     std::set<SpaceID> known;
-    for (const DisplaySpaces& display : platform().windowServer.displaySpaces()) {
+    for (const DisplaySpaces& display : server().displaySpaces()) {
         for (const Space& space : display.spaces) known.insert(space.id);
     }
     for (const Element& element : editorWindows()) {
@@ -251,43 +253,42 @@ TEST_P(PlatformContract, FactsKnowSpacesAndKindsAndNothingOfStrangers) {
         EXPECT_FALSE(seen.spaces.empty());
         for (const SpaceID space : seen.spaces) EXPECT_TRUE(known.contains(space));
     }
-    const auto stranger = platform().windowServer.facts({&unknownNumber, 1}).at(0);
+    const auto stranger = server().facts({&unknownNumber, 1}).at(0);
     EXPECT_TRUE(stranger.spaces.empty() && !stranger.isStandard && !stranger.isFullscreen);
 }
 
 TEST_P(PlatformContract, MovesAWindowToAnotherDesktop) {
-    const auto spaces = platform().windowServer.displaySpaces().at(0).spaces;
+    const auto spaces = server().displaySpaces().at(0).spaces;
     ASSERT_GE(spaces.size(), 2U);
     const Element alpha = window(desktop_->alpha);
-    const WindowNumber number = platform().accessibility.windowNumber(alpha).value();
+    const WindowNumber number = ax().windowNumber(alpha).value();
     for (const SpaceID target : {spaces[1].id, spaces[0].id}) {
-        ASSERT_TRUE(platform().windowServer.moveWindow(number, target));
+        ASSERT_TRUE(server().moveWindow(number, target));
         waitUntil([&] { return facts(alpha).spaces == std::vector{target}; }, "the desktop");
     }
-    EXPECT_FALSE(platform().windowServer.moveWindow(unknownNumber, spaces[0].id));
-    EXPECT_FALSE(platform().windowServer.moveWindow(number, unknownSpace));
+    EXPECT_FALSE(server().moveWindow(unknownNumber, spaces[0].id));
+    EXPECT_FALSE(server().moveWindow(number, unknownSpace));
     EXPECT_EQ(facts(alpha).spaces, std::vector{spaces[0].id});
 }
 
 TEST_P(PlatformContract, CreatesADesktopDirectlyOrThroughTheOverview) {
-    WindowServer& server = platform().windowServer;
-    if (!server.desktopCreation()) GTEST_SKIP() << server.desktopCreation().reason();
-    const std::string display = *platform().screens.screens().at(0).stableID;
-    const auto count = [&] { return server.displaySpaces().at(0).spaces.size(); };
+    if (!server().desktopCreation()) GTEST_SKIP() << server().desktopCreation().reason();
+    const std::string display = *screens().at(0).stableID;
+    const auto count = [&] { return server().displaySpaces().at(0).spaces.size(); };
     const std::size_t before = count();
-    if (server.createsDesktopsDirectly()) {
-        ASSERT_TRUE(server.createDesktop(display));
+    if (server().createsDesktopsDirectly()) {
+        ASSERT_TRUE(server().createDesktop(display));
     } else {
-        EXPECT_FALSE(server.createDesktop(display));
+        EXPECT_FALSE(server().createDesktop(display));
         EXPECT_TRUE(addDesktopButtons().empty()) << "the overview is closed";
-        ASSERT_TRUE(server.openOverview());
-        waitUntil([&] { return addDesktopButtons().size() == platform().screens.screens().size(); },
+        ASSERT_TRUE(server().openOverview());
+        waitUntil([&] { return addDesktopButtons().size() == screens().size(); },
                   "a button for each display");
         const Element button = addDesktopButtons().at(0);
-        EXPECT_TRUE(inside(frame(button), platform().screens.screens().at(0).frame));
-        ASSERT_TRUE(platform().accessibility.perform(button, ax::press));
-        server.closeOverview();
-        EXPECT_FALSE(platform().accessibility.perform(button, ax::press)) << "it went with the overview";
+        EXPECT_TRUE(inside(frame(button), screens().at(0).frame));
+        ASSERT_TRUE(ax().perform(button, ax::press));
+        server().closeOverview();
+        EXPECT_FALSE(ax().perform(button, ax::press)) << "it went with the overview";
     }
     waitUntil([&] { return count() == before + 1; }, "one more desktop");
 }
@@ -304,7 +305,7 @@ TEST_P(PlatformContract, PreparesDesktopsAndBringsWindowsToThem) {
     const auto prepare = [&] { return run(DesktopSpaces::prepare(access, saved, displays, displays)); };
     const DesktopPreparation made = prepare();
     EXPECT_TRUE(made.failures.empty()) << made.failures.front();
-    const bool shared = platform().windowServer.createsDesktopsDirectly();
+    const bool shared = server().createsDesktopsDirectly();
     EXPECT_EQ(made.created, shared ? 1 : static_cast<std::int64_t>(displays.size()));
     EXPECT_EQ(made.targets.size(), saved.size());
     const DesktopPreparation again = prepare();
@@ -314,9 +315,9 @@ TEST_P(PlatformContract, PreparesDesktopsAndBringsWindowsToThem) {
     const SpaceID last = made.targets.at(saved[saved.size() / displays.size() - 1].id());
     for (const std::string_view title : {desktop_->alpha, desktop_->beta}) {
         const Element element = window(title);
-        const WindowNumber number = platform().accessibility.windowNumber(element).value();
+        const WindowNumber number = ax().windowNumber(element).value();
         if (title == desktop_->beta) {
-            ASSERT_TRUE(platform().accessibility.write(element, ax::minimized, true));
+            ASSERT_TRUE(ax().write(element, ax::minimized, true));
             waitUntil([&] { return flag(element, ax::minimized); }, "the minimized state");
         }
         EXPECT_TRUE(run(DesktopSpaces::move(access, number, last, 2s)));
@@ -327,78 +328,76 @@ TEST_P(PlatformContract, PreparesDesktopsAndBringsWindowsToThem) {
 }
 
 TEST_P(PlatformContract, ScreensAreUniqueWithThePrimaryFirst) {
-    const auto screens = platform().screens.screens();
-    ASSERT_FALSE(screens.empty());
-    EXPECT_EQ(screens[0].frame.origin(), Point{});
+    const auto all = screens();
+    ASSERT_FALSE(all.empty());
+    EXPECT_EQ(all[0].frame.origin(), Point{});
     std::set<std::string> ids;
-    const auto spaces = platform().windowServer.displaySpaces();
-    ASSERT_EQ(spaces.size(), screens.size());
-    for (std::size_t i = 0; i < screens.size(); ++i) {
-        EXPECT_TRUE(inside(screens[i].visibleFrame, screens[i].frame));
-        EXPECT_GT(screens[i].scale, 0);
-        ASSERT_TRUE(screens[i].stableID);
-        EXPECT_TRUE(ids.insert(*screens[i].stableID).second);
-        EXPECT_EQ(spaces[i].displayID, *screens[i].stableID);
+    const auto spaces = server().displaySpaces();
+    ASSERT_EQ(spaces.size(), all.size());
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        EXPECT_TRUE(inside(all[i].visibleFrame, all[i].frame));
+        EXPECT_GT(all[i].scale, 0);
+        ASSERT_TRUE(all[i].stableID);
+        EXPECT_TRUE(ids.insert(*all[i].stableID).second);
+        EXPECT_EQ(spaces[i].displayID, *all[i].stableID);
     }
 }
 
 TEST_P(PlatformContract, AnApplicationIsFoundByIdentityAndPid) {
     const RunningApplication known = editor();
     EXPECT_EQ(known.activationPolicy, ActivationPolicy::regular);
-    const auto byPid = platform().applications.running(known.pid);
+    const auto byPid = applications().running(known.pid);
     ASSERT_TRUE(byPid);
     EXPECT_EQ(byPid->bundleIdentifier, known.bundleIdentifier);
     EXPECT_EQ(byPid->launchDate, known.launchDate);
-    const auto all = platform().applications.running();
+    const auto all = applications().running();
     EXPECT_EQ(std::ranges::count(all, known.bundleIdentifier, &RunningApplication::bundleIdentifier), 1);
 
-    EXPECT_FALSE(platform().applications.running(unknownPid));
-    EXPECT_FALSE(platform().applications.running("org.example.nobody"));
-    EXPECT_FALSE(platform().applications.location("org.example.nobody"));
-    EXPECT_FALSE(platform().applications.identifierAt(Url::file("/nowhere/nobody.app")));
+    EXPECT_FALSE(applications().running(unknownPid));
+    EXPECT_FALSE(applications().running("org.example.nobody"));
+    EXPECT_FALSE(applications().location("org.example.nobody"));
+    EXPECT_FALSE(applications().identifierAt(Url::file("/nowhere/nobody.app")));
 }
 
 TEST_P(PlatformContract, LaunchesWhatIsInstalledAndQuitsIt) {
-    Applications& applications = platform().applications;
-    const auto location = applications.location(desktop_->launcher());
+    const auto location = applications().location(desktop_->launcher());
     ASSERT_TRUE(location);
-    EXPECT_EQ(applications.identifierAt(*location), desktop_->launcher());
-    ASSERT_FALSE(applications.running(desktop_->launcher()));
-    ASSERT_TRUE(run(applications.launch(*location, {})));
+    EXPECT_EQ(applications().identifierAt(*location), desktop_->launcher());
+    ASSERT_FALSE(applications().running(desktop_->launcher()));
+    ASSERT_TRUE(run(applications().launch(*location, {})));
     waitUntil([&] { return launcherWindowCount() == 1; }, "the launched application's window");
 
-    EXPECT_TRUE(applications.terminate(desktop_->launcher()));
-    waitUntil([&] { return !applications.running(desktop_->launcher()); }, "the application to end");
-    EXPECT_FALSE(applications.terminate(desktop_->launcher()));
-    EXPECT_FALSE(run(applications.requestWindow(desktop_->launcher())));
-    EXPECT_FALSE(run(applications.launch(Url::file("/nowhere/nobody.app"), {})));
+    EXPECT_TRUE(applications().terminate(desktop_->launcher()));
+    waitUntil([&] { return !applications().running(desktop_->launcher()); }, "the application to end");
+    EXPECT_FALSE(applications().terminate(desktop_->launcher()));
+    EXPECT_FALSE(run(applications().requestWindow(desktop_->launcher())));
+    EXPECT_FALSE(run(applications().launch(Url::file("/nowhere/nobody.app"), {})));
 }
 
 TEST_P(PlatformContract, ARunningApplicationOpensAWindowWhenAskedForOneNotWhenLaunchedAgain) {
-    Applications& applications = platform().applications;
-    const Url location = applications.location(desktop_->launcher()).value();
-    ASSERT_TRUE(run(applications.launch(location, {})));
+    const Url location = applications().location(desktop_->launcher()).value();
+    ASSERT_TRUE(run(applications().launch(location, {})));
     waitUntil([&] { return launcherWindowCount() == 1; }, "the launched application's window");
-    const auto first = applications.running(desktop_->launcher());
+    const auto first = applications().running(desktop_->launcher());
     ASSERT_TRUE(first);
 
-    ASSERT_TRUE(run(applications.launch(location, {})));
+    ASSERT_TRUE(run(applications().launch(location, {})));
     EXPECT_EQ(launcherWindowCount(), 1U);
-    ASSERT_TRUE(run(applications.requestWindow(desktop_->launcher())));
+    ASSERT_TRUE(run(applications().requestWindow(desktop_->launcher())));
     waitUntil([&] { return launcherWindowCount() == 2; }, "another window");
-    const auto all = applications.running();
+    const auto all = applications().running();
     EXPECT_EQ(std::ranges::count(all, desktop_->launcher(), &RunningApplication::bundleIdentifier), 1)
         << "one application, however many processes";
-    EXPECT_EQ(applications.running(desktop_->launcher())->pid, first->pid)
+    EXPECT_EQ(applications().running(desktop_->launcher())->pid, first->pid)
         << "the oldest process stands for it";
 
-    EXPECT_TRUE(applications.terminate(desktop_->launcher()));
-    waitUntil([&] { return !applications.running(desktop_->launcher()); }, "the application to end");
+    EXPECT_TRUE(applications().terminate(desktop_->launcher()));
+    waitUntil([&] { return !applications().running(desktop_->launcher()); }, "the application to end");
 }
 
 TEST_P(PlatformContract, HidesWhatRunsAndRefusesWhatDoesNot) {
-    EXPECT_TRUE(platform().applications.hide(desktop_->editor()));
-    EXPECT_FALSE(platform().applications.hide("org.example.nobody"));
+    EXPECT_TRUE(applications().hide(desktop_->editor()));
+    EXPECT_FALSE(applications().hide("org.example.nobody"));
 }
 
 TEST_P(PlatformContract, SaysWhatItCannotDoAndDoesNotPretend) {
@@ -407,8 +406,7 @@ TEST_P(PlatformContract, SaysWhatItCannotDoAndDoesNotPretend) {
         ASSERT_FALSE(outcome);
         EXPECT_EQ(outcome.error().kind, ErrorKind::unavailable);
     }
-    if (!platform().windowServer.desktopCreation())
-        EXPECT_FALSE(platform().windowServer.createDesktop(*platform().screens.screens().at(0).stableID));
+    if (!server().desktopCreation()) EXPECT_FALSE(server().createDesktop(*screens().at(0).stableID));
 }
 
 }  // namespace quillo

@@ -52,8 +52,12 @@ class PlatformContract : public testing::TestWithParam<ContractDesktopFactory> {
     }
 
     Platform platform() { return desktop_->platform(); }
+    AccessibilityService& ax() { return platform().accessibility; }
+    WindowServer& server() { return platform().windowServer; }
+    Applications& applications() { return platform().applications; }
+    std::vector<Screen> screens() { return platform().screens.screens(); }
     RunningApplication editor();
-    Element editorElement() { return platform().accessibility.application(editor().pid); }
+    Element editorElement() { return ax().application(editor().pid); }
     std::vector<Element> editorWindows();
     /// By exact title; fails the case when there is none.
     Element window(std::string_view title);

@@ -45,28 +45,22 @@ constexpr std::string_view scene = R"({
     {"title": "Tab", "frame": [20, 40, 400, 300], "tabGroup": "t"}]},
     {"identifier": "mail", "hidden": true}]})";
 
-TEST(SimulatedDesktop, WritesTheSceneItWouldStartFrom) {
-    const auto first = SimulatedDesktop::create(scene, "scene").value();
-    const std::string written = first->sceneJson();
-    EXPECT_EQ(SimulatedDesktop::create(written, "scene").value()->sceneJson(), written);
-}
-
-TEST(SimulatedDesktop, AnUnpluggedDisplayGivesItsWindowsToThePrimaryOne) {
-    const auto desktop = SimulatedDesktop::create(scene, "scene").value();
-    desktop->world().unplug("RIGHT");
-    EXPECT_EQ(desktop->world().window("editor", "A")->state.frame, (Rect{60, 65, 400, 300}));
-    EXPECT_EQ(desktop->platform().screens.screens().size(), 1U);
-}
-
 // The primary display's corner is where all coordinates start, whichever display that is.
-TEST(SimulatedDesktop, WithoutThePrimaryDisplayTheNextOneBecomesIt) {
-    const auto desktop = SimulatedDesktop::create(scene, "scene").value();
-    desktop->world().unplug("LEFT");
-    const auto screens = desktop->platform().screens.screens();
-    ASSERT_EQ(screens.size(), 1U);
-    EXPECT_EQ(screens[0].frame, (Rect{0, 0, 1280, 1024}));
-    EXPECT_EQ(desktop->world().window("editor", "A")->state.frame, (Rect{60, 40, 400, 300}));
-    EXPECT_EQ(desktop->world().window("editor", "B")->state.frame, screens[0].frame) << "full screen";
+TEST(SimulatedDesktop, AnUnpluggedDisplayGivesItsWindowsToThePrimaryOne) {
+    const struct {
+        std::string_view gone;
+        Rect screen, moved;
+    } cases[] = {{"RIGHT", {0, 0, 1440, 900}, {60, 65, 400, 300}},
+                 {"LEFT", {0, 0, 1280, 1024}, {60, 40, 400, 300}}};
+    for (const auto& one : cases) {
+        const auto desktop = SimulatedDesktop::create(scene, "scene").value();
+        desktop->world().unplug(one.gone);
+        const auto screens = desktop->platform().screens.screens();
+        ASSERT_EQ(screens.size(), 1U);
+        EXPECT_EQ(screens[0].frame, one.screen);
+        EXPECT_EQ(desktop->world().window("editor", "A")->state.frame, one.moved);
+        EXPECT_EQ(desktop->world().window("editor", "B")->state.frame, one.screen) << "full screen";
+    }
 }
 
 TEST(SimulatedDesktop, WindowsGoWithADisplayThatIsExchangedOrShrinks) {
@@ -129,32 +123,6 @@ TEST(SimulatedDesktop, ASplashWindowComesAndGoesBeforeTheOthers) {
     EXPECT_EQ(seen, "S-S----M");
 }
 
-TEST(SimulatedDesktop, AddingADesktopCanFailAtEachStep) {
-    using simulated::FaultKind;
-    const struct {
-        std::optional<FaultKind> fault;
-        bool opens;
-        std::int32_t pressed;
-        std::size_t desktops;
-    } cases[] = {{{}, true, simulated::code::success, 3},
-                 {FaultKind::overviewRefused, false, simulated::code::invalidElement, 2},
-                 {FaultKind::addDesktopMissing, true, simulated::code::invalidElement, 2},
-                 {FaultKind::addDesktopRefused, true, simulated::code::failure, 2},
-                 {FaultKind::addDesktopIgnored, true, simulated::code::success, 2}};
-    for (const auto& one : cases) {
-        const auto desktop = SimulatedDesktop::create(scene, "scene").value();
-        simulated::World& world = desktop->world();
-        if (one.fault) world.add({*one.fault, {}, {}, {}, 0, 0, false});
-        EXPECT_EQ(world.openOverview(), one.opens);
-        EXPECT_FALSE(world.overviewShown()) << "it takes a moment";
-        desktop->executor().runFor(1s);
-        EXPECT_EQ(world.pressAddDesktop("LEFT"), one.pressed);
-        EXPECT_EQ(world.pressAddDesktop("NONE"), simulated::code::invalidElement);
-        desktop->executor().runFor(1s);
-        EXPECT_EQ(desktop->world().display("LEFT")->desktops.size(), one.desktops);
-    }
-}
-
 TEST(SimulatedDesktop, ADisplayHasNoMoreThanSixteenDesktops) {
     const auto desktop = SimulatedDesktop::create(scene, "scene").value();
     EXPECT_TRUE(desktop->world().openOverview());
@@ -178,10 +146,10 @@ TEST(SimulatedDesktop, SizesKeepToCellsAndLimits) {
 TEST(SimulatedDesktop, FaultsBeginAtTheirTimeAndConcernWhatTheyName) {
     using simulated::FaultKind;
     const auto desktop = SimulatedDesktop::create(scene, "scene").value();
-    auto& world = desktop->world();
+    const auto world = [&]() -> simulated::World& { return desktop->world(); };
     const auto add = [&](FaultKind kind, std::string title, double after, std::string value = {}) {
-        world.add({kind, kind == FaultKind::permissionRevoked ? "" : "editor", std::move(title),
-                   std::move(value), after, 0, false});
+        world().add({kind, kind == FaultKind::permissionRevoked ? "" : "editor", std::move(title),
+                     std::move(value), after, 0, false});
     };
     add(FaultKind::moveRefused, "A", 1);
     add(FaultKind::titleChanges, "B", 2, "C");
@@ -189,25 +157,20 @@ TEST(SimulatedDesktop, FaultsBeginAtTheirTimeAndConcernWhatTheyName) {
     add(FaultKind::windowVanishes, "C", 4);
     add(FaultKind::applicationHangs, "", 5);
     add(FaultKind::permissionRevoked, "", 6);
-    const WindowNumber a = world.window("editor", "A")->number;
-    EXPECT_EQ(world.requestPosition(a, {1450, 50}), simulated::code::success);
-    desktop->executor().runFor(1s);
-    EXPECT_EQ(desktop->world().requestPosition(a, {1470, 50}), simulated::code::cannotComplete);
-    EXPECT_EQ(world.window(a)->state.frame.x, 1450);
-    EXPECT_TRUE(world.window("editor", "B"));
-    desktop->executor().runFor(1s);
-    EXPECT_TRUE(desktop->world().window("editor", "C"));
-    EXPECT_EQ(world.displays().size(), 2U);
-    desktop->executor().runFor(1s);
-    EXPECT_EQ(desktop->world().displays().size(), 1U);
-    desktop->executor().runFor(1s);
-    EXPECT_FALSE(desktop->world().window("editor", "C"));
-    EXPECT_FALSE(world.hangs(*world.application("editor")));
-    desktop->executor().runFor(1s);
-    EXPECT_TRUE(desktop->world().hangs(*world.application("editor")));
-    EXPECT_TRUE(world.trusted());
-    desktop->executor().runFor(1s);
-    EXPECT_FALSE(desktop->world().trusted());
+    const WindowNumber a = world().window("editor", "A")->number;
+    const std::function<bool()> shows[] = {
+        [&] { return world().requestPosition(a, {1450, 50}) == simulated::code::cannotComplete; },
+        [&] { return !world().window("editor", "B"); },
+        [&] { return world().displays().size() == 1; },
+        [&] { return !world().window("editor", "C"); },
+        [&] { return world().hangs(*world().application("editor")); },
+        [&] { return !world().trusted(); },
+    };
+    for (const auto& fault : shows) {
+        EXPECT_FALSE(fault());
+        desktop->executor().runFor(1s);
+        EXPECT_TRUE(fault());
+    }
 }
 
 }  // namespace

@@ -30,13 +30,6 @@ class ApplicationsTest : public X11Test {
         X11Test::TearDown();
     }
 
-    std::vector<std::string> identifiers() {
-        nextTurn();
-        std::vector<std::string> all;
-        for (const auto& one : applications().running()) all.push_back(one.bundleIdentifier.value_or("-"));
-        return all;
-    }
-
     static Url entry(const std::string& id) {
         return Url::file((PrivateDesktop::home() / "data/applications" / (id + ".desktop")).string());
     }
@@ -47,11 +40,7 @@ TEST_F(ApplicationsTest, TheBestEvidenceNamesTheApplication) {
     install("org.example.ByGtk", "", "");
     install("by-startup-class", "StartupWMClass=Odd Class\n", "");
     install("ByBaseName", "", "");
-    struct Case {
-        std::string identifier;
-        std::vector<std::string> options;
-    };
-    const std::vector<Case> cases{
+    const std::pair<std::string, std::vector<std::string>> cases[] = {
         {"by-hint", {"--desktop-file", "/usr/share/applications/by-hint.desktop", "--class", "ByBaseName"}},
         {"org.example.ByGtk", {"--gtk-application-id", "org.example.ByGtk", "--class", "ByBaseName"}},
         {"by-startup-class", {"--class", "ODD class"}},
@@ -80,8 +69,6 @@ TEST_F(ApplicationsTest, WithoutADesktopFileItsClassAndProgramStandFor) {
     EXPECT_EQ(found->localizedName, "Unheard-Of");
     EXPECT_EQ(found->bundleURL, Url::file(QUILLO_TEST_CLIENT));
     EXPECT_EQ(applications().location("unheard-of"), Url::file(QUILLO_TEST_CLIENT));
-    EXPECT_FALSE(applications().location("never-installed"));
-    EXPECT_FALSE(applications().identifierAt(Url::file("/nonexistent/program")));
     // What a stranger's workspace may name: a bare program, a .desktop file that nobody installed.
     const auto stray = PrivateDesktop::home() / "stray.desktop";
     std::ofstream(stray) << "[Desktop Entry]\nType=Application\nName=stray\nExec=true\n";
@@ -94,19 +81,12 @@ TEST_F(ApplicationsTest, TwoProcessesOfOneIdentityAreOneApplication) {
     openWindow("second", {"--class", "Twins"});
     nextTurn();
     const auto oldest = clients.front().pid(), youngest = clients.back().pid();
-    const auto all = applications().running();
-    EXPECT_EQ(
-        std::ranges::count(all, std::optional<std::string>("twins"), &RunningApplication::bundleIdentifier),
-        1);
-    EXPECT_EQ(applications().running("twins")->pid, oldest);
     EXPECT_EQ(applications().running(youngest)->pid, oldest);
     for (const auto pid : {oldest, youngest}) {
         EXPECT_EQ(std::get<std::vector<Element>>(*attribute(ax().application(pid), ax::windows)).size(), 2u);
     }
     clients.front().kill();
     EXPECT_TRUE(eventually([&] { return running("twins") && running("twins")->pid == youngest; }));
-    clients.back().kill();
-    EXPECT_TRUE(eventually([&] { return !running("twins"); }));
 }
 
 TEST_F(ApplicationsTest, LaunchesAreDetachedAndRememberTheirIdentity) {
@@ -120,15 +100,6 @@ TEST_F(ApplicationsTest, LaunchesAreDetachedAndRememberTheirIdentity) {
     EXPECT_EQ(getsid(found->pid), found->pid) << "a session of its own: no terminal's hang-up reaches it";
     EXPECT_NE(x11::processInfo(found->pid)->parent, getpid());
     EXPECT_LT(std::chrono::abs(*found->launchDate - before), std::chrono::seconds(5));
-
-    // Running already: launch shows it, a window is asked for by starting it again.
-    ASSERT_TRUE(run(applications().launch(entry("launched"), {})));
-    nextTurn();
-    EXPECT_EQ(windows().size(), 1u);
-    ASSERT_TRUE(run(applications().requestWindow("launched")));
-    EXPECT_TRUE(eventually([&] { return windowTitled("started").has_value(); }));
-    ASSERT_TRUE(run(applications().open("launched", {Url::file("/tmp/d")})));
-    EXPECT_TRUE(eventually([&] { return windowTitled("started|/tmp/d").has_value(); }));
 }
 
 TEST_F(ApplicationsTest, AProgramWithoutADesktopFileIsLaunchedToo) {
@@ -192,7 +163,6 @@ TEST_F(ApplicationsTest, HidingMinimizesEveryWindow) {
     EXPECT_TRUE(applications().hide("hideable"));
     EXPECT_TRUE(eventually(
         [&] { return std::ranges::all_of(windows(), [](auto& w) { return w.info.isMinimized; }); }));
-    EXPECT_FALSE(applications().hide("nobody"));
 }
 
 TEST_F(ApplicationsTest, QuittingAsksAndNeverForces) {
@@ -203,11 +173,8 @@ TEST_F(ApplicationsTest, QuittingAsksAndNeverForces) {
     EXPECT_TRUE(applications().terminate("stubborn"));
     EXPECT_FALSE(applications().terminate("deaf")) << "closing it would break its connection";
     EXPECT_TRUE(applications().terminate("polite"));
-    EXPECT_TRUE(eventually([&] { return !running("polite"); }));
     EXPECT_TRUE(eventually([&] { return !polite.lives(); }));
-    EXPECT_TRUE(stubborn.lives());
-    EXPECT_TRUE(deaf.lives());
-    EXPECT_FALSE(applications().terminate("nobody"));
+    EXPECT_TRUE(stubborn.lives() && deaf.lives());
 }
 
 TEST_F(ApplicationsTest, TheTerminalThisRunsInIsOneOfUs) {
@@ -218,17 +185,6 @@ TEST_F(ApplicationsTest, TheTerminalThisRunsInIsOneOfUs) {
     EXPECT_EQ(applications().ownIdentifiers(),
               (std::vector<std::string>{"app.quillo.Quillo", "my-terminal"}));
     unsetenv("WINDOWID");
-}
-
-TEST_F(ApplicationsTest, RealApplications) {
-    clients.emplace_back(std::vector<std::string>{"xterm", "-T", "shell"});
-    clients.emplace_back(std::vector<std::string>{"dbus-run-session", "--", "mousepad"});
-    ASSERT_TRUE(eventually([&] { return running("debian-xterm") && running("org.xfce.mousepad"); }))
-        << "seen: " << testing::PrintToString(identifiers());
-    EXPECT_EQ(running("org.xfce.mousepad")->bundleURL->filePath(),
-              "/usr/share/applications/org.xfce.mousepad.desktop");
-    EXPECT_TRUE(applications().terminate("debian-xterm"));
-    EXPECT_TRUE(eventually([&] { return !running("debian-xterm"); }));
 }
 
 }  // namespace

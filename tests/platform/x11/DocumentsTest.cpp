@@ -105,24 +105,6 @@ TEST_F(DocumentsTest, WithoutASessionBusToo) {
     EXPECT_TRUE(shows(manager, {path("Folder one"), "none"}));
 }
 
-TEST_F(DocumentsTest, AnUnsavedDocumentStaysWithItsQuestion) {
-    const SessionBus bus;
-    ASSERT_TRUE(run(applications().launch(location(editor), {url("c.txt")})));
-    ASSERT_TRUE(shows(editor, {path("c.txt")}));
-    const auto window = windowsOf(editor).front();
-    sharedDesktop().run(
-        {"xdotool", "windowactivate", "--sync", std::to_string(*window.windowID), "type", "draft"});
-    ASSERT_TRUE(eventually([&] { return reread(window).info.title->starts_with("*"); }))
-        << *reread(window).info.title;
-    EXPECT_EQ(documents({reread(window)}), Paths{path("c.txt")})
-        << "the mark of an unsaved document is no name";
-    ASSERT_TRUE(applications().terminate(editor));
-    ASSERT_TRUE(eventually([&] { return windowsOf(editor).size() == 2; })) << "it asks";
-    EXPECT_EQ(windowsOf(editor).back().info.subrole, ax::dialog);
-    EXPECT_TRUE(applications().hide(editor));
-    EXPECT_TRUE(eventually([&] { return reread(window).info.isMinimized; }));
-}
-
 TEST_F(DocumentsTest, ATitleNamesADocumentOnlyWhereOneCanBeOpened) {
     const auto file = path("c.txt");
     install("editor", "MimeType=text/plain;\n", "%F");

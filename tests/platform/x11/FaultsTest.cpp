@@ -29,14 +29,14 @@ TEST(X11FaultsTest, WindowManagerAndServerMayDie) {
     EXPECT_TRUE(platform.accessibility.trusted());
     EXPECT_FALSE(platform.scripts.scripting());
 
-    own.killWindowManager();
+    own.windowManager().kill();
     EXPECT_TRUE(waitFor([&] { return !platform.accessibility.trusted(); }));
     EXPECT_NE(platform.accessibility.access().reason().find("window manager"), std::string::npos);
     const auto second = X11Desktop::create(executor, {.display = own.display()});
     ASSERT_FALSE(second);
     EXPECT_EQ(second.error().text, platform.accessibility.access().reason());
 
-    own.killServer();
+    own.server().kill();
     EXPECT_TRUE(waitFor(
         [&] { return platform.accessibility.access().reason().find("X server") != std::string::npos; }));
     EXPECT_TRUE(platform.screens.screens().empty());

@@ -8,7 +8,8 @@
 #include <xcb/xcb_ewmh.h>
 
 #include <cstdlib>
-#include <fstream>
+#include <iterator>
+#include <sstream>
 #include <stdexcept>
 #include <thread>
 
@@ -34,14 +35,16 @@ using namespace std::chrono_literals;
 fs::path makeHome() {
     std::string path = (fs::temp_directory_path() / "quillo-x11-test-XXXXXX").string();
     if (!mkdtemp(path.data())) throw std::runtime_error("no temporary directory");
-    for (const auto* folder : {"data/applications", "config", "cache", "run"})
+    for (const auto& [variable, folder] : {std::pair{"HOME", ""},
+                                           {"XDG_DATA_HOME", "data"},
+                                           {"XDG_CONFIG_HOME", "config"},
+                                           {"XDG_CACHE_HOME", "cache"},
+                                           {"XDG_RUNTIME_DIR", "run"}}) {
         fs::create_directories(fs::path(path) / folder);
-    fs::permissions(fs::path(path) / "run", fs::perms::owner_all);
-    setenv("HOME", path.c_str(), 1);
-    setenv("XDG_DATA_HOME", (path + "/data").c_str(), 1);
-    setenv("XDG_CONFIG_HOME", (path + "/config").c_str(), 1);
-    setenv("XDG_CACHE_HOME", (path + "/cache").c_str(), 1);
-    setenv("XDG_RUNTIME_DIR", (path + "/run").c_str(), 1);
+        setenv(variable, (fs::path(path) / folder).c_str(), 1);
+    }
+    fs::create_directory(path + "/data/applications");
+    fs::permissions(path + "/run", fs::perms::owner_all);
     setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 1);
     setenv("GSETTINGS_BACKEND", "memory", 1);
     setenv("NO_AT_BRIDGE", "1", 1);
@@ -57,49 +60,15 @@ struct HomeDirectory {
     }
 };
 
-std::string dummyConfiguration() {
-    const auto file = PrivateDesktop::home() / "xorg.conf";
-    std::ofstream(file) << R"(
-Section "Device"
-  Identifier "dummy"
-  Driver "dummy"
-  VideoRam 256000
-EndSection
-Section "Monitor"
-  Identifier "monitor"
-  HorizSync 5-1000
-  VertRefresh 5-200
-EndSection
-Section "Screen"
-  Identifier "screen"
-  Device "dummy"
-  Monitor "monitor"
-  DefaultDepth 24
-  SubSection "Display"
-    Depth 24
-    Modes "1280x1024"
-    Virtual 7680 2160
-  EndSubSection
-EndSection
-)";
-    return file.string();
-}
-
 std::vector<std::string> serverCommand(const std::string& displayDescriptor) {
-    if (!PrivateDesktop::isDummy()) {
-        return {"Xvfb",         "-displayfd", displayDescriptor, "-screen", "0",
-                "2560x1024x24", "-noreset",   "-nolisten",       "tcp"};
-    }
-    return {"Xorg",
-            "-displayfd",
-            displayDescriptor,
-            "-config",
-            dummyConfiguration(),
-            "-sharevts",
-            "-novtswitch",
-            "-noreset",
-            "-logfile",
-            (PrivateDesktop::home() / "Xorg.log").string()};
+    std::string command = "Xvfb -screen 0 2560x1024x24";
+    if (PrivateDesktop::isDummy())
+        command = "Xorg -config " QUILLO_SOURCE_DIR
+                  "/tests/platform/x11/dummy-xorg.conf -sharevts -novtswitch "
+                  "-logfile " +
+                  (PrivateDesktop::home() / "Xorg.log").string();
+    std::istringstream words(command + " -noreset -nolisten tcp -displayfd " + displayDescriptor);
+    return {std::istream_iterator<std::string>(words), {}};
 }
 
 std::vector<std::string> windowManagerCommand(const std::string& name) {
@@ -175,18 +144,14 @@ void PrivateDesktop::waitForWindowManager() {
     if (!xcb_ewmh_init_atoms_replies(&ewmh, xcb_ewmh_init_atoms(xcb, &ewmh), nullptr)) {
         throw std::runtime_error("the X server does not answer");
     }
-    bool ready = true;
-    for (const std::uint32_t desktops : {5u, 4u}) {
-        ready = ready && waitFor(
-                             [&] {
-                                 std::uint32_t now = 0;
-                                 run({"wmctrl", "-n", std::to_string(desktops)});
-                                 xcb_ewmh_get_number_of_desktops_reply(
-                                     &ewmh, xcb_ewmh_get_number_of_desktops(&ewmh, 0), &now, nullptr);
-                                 return now == desktops;
-                             },
-                             20s);
-    }
+    const auto has = [&](std::uint32_t desktops) {
+        std::uint32_t now = 0;
+        run({"wmctrl", "-n", std::to_string(desktops)});
+        xcb_ewmh_get_number_of_desktops_reply(&ewmh, xcb_ewmh_get_number_of_desktops(&ewmh, 0), &now,
+                                              nullptr);
+        return now == desktops;
+    };
+    const bool ready = waitFor([&] { return has(5); }, 20s) && waitFor([&] { return has(4); }, 20s);
     xcb_ewmh_connection_wipe(&ewmh);
     xcb_disconnect(xcb);
     if (!ready) throw std::runtime_error("the window manager does not answer");

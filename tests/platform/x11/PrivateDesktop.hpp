@@ -48,9 +48,6 @@ class PrivateDesktop {
     const std::string& display() const { return display_; }
     Process& server() { return server_; }
     Process& windowManager() { return windowManager_; }
-    /// Ends the window manager, leaves the server; the other way round.
-    void killWindowManager() { windowManager_.kill(); }
-    void killServer() { server_.kill(); }
     /// Runs a tool such as xrandr to its end; its exit status.
     int run(const std::vector<std::string>& command);
 

@@ -176,7 +176,7 @@ TEST_F(ScreensTest, MonitorsComeGoAndChange) {
 TEST_F(ScreensTest, APanelTakesFromItsOwnMonitor) {
     monitors.plugBoth();
     ASSERT_TRUE(eventually([&] { return frames().size() == 2; }));
-    open({"--class", "Panel", "--type", "dock", "--geometry", "1280,0,1024,40", "--strut",
+    open({"--class", "Panel", "--type", "DOCK", "--geometry", "1280,0,1024,40", "--strut",
           "0,0,40,0,0,0,0,0,1280,2303,0,0"});
     ASSERT_TRUE(eventually([&] {
         nextTurn();

@@ -13,11 +13,11 @@ class WindowReadingTest : public X11Test {};
 
 TEST_F(WindowReadingTest, KindsOfWindows) {
     openWindow("plain");
-    openWindow("typed", {"--type", "normal"});
+    openWindow("typed", {"--type", "NORMAL"});
     open({"--title", "parent", "--dialog", "parent dialog"});
-    open({"--title", "palette", "--type", "utility"});
-    open({"--title", "panel", "--type", "dock"});
-    open({"--title", "background", "--type", "desktop", "--class", "Background"});
+    open({"--title", "palette", "--type", "UTILITY"});
+    open({"--title", "panel", "--type", "DOCK"});
+    open({"--title", "background", "--type", "DESKTOP", "--class", "Background"});
     ASSERT_TRUE(eventually([&] { return windowTitled("parent dialog").has_value(); }));
     ASSERT_TRUE(eventually([&] { return desktop->applications.running("background").has_value(); }));
     using Subroles = std::map<std::string, std::string>;

@@ -37,7 +37,7 @@ class Client {
 
     void openAll() {
         for (const auto& title : options_.titles) open(title, options_.type, XCB_WINDOW_NONE);
-        if (!options_.dialog.empty()) open(options_.dialog, "dialog", *windows_.begin());
+        if (!options_.dialog.empty()) open(options_.dialog, "DIALOG", *windows_.begin());
         xcb_flush(xcb_);
     }
 
@@ -59,10 +59,9 @@ class Client {
     }
 
   private:
-    xcb_atom_t atom(const char* name) {
-        auto* reply = xcb_intern_atom_reply(
-            xcb_, xcb_intern_atom(xcb_, 0, static_cast<std::uint16_t>(std::string(name).size()), name),
-            nullptr);
+    xcb_atom_t atom(const std::string& name) {
+        const auto length = static_cast<std::uint16_t>(name.size());
+        auto* reply = xcb_intern_atom_reply(xcb_, xcb_intern_atom(xcb_, 0, length, name.c_str()), nullptr);
         const auto value = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
         free(reply);
         return value;
@@ -93,15 +92,6 @@ class Client {
         xcb_icccm_set_wm_normal_hints(xcb_, window, &hints);
     }
 
-    xcb_atom_t typeAtom(const std::string& name) {
-        if (name == "normal") return ewmh_._NET_WM_WINDOW_TYPE_NORMAL;
-        if (name == "dialog") return ewmh_._NET_WM_WINDOW_TYPE_DIALOG;
-        if (name == "dock") return ewmh_._NET_WM_WINDOW_TYPE_DOCK;
-        if (name == "utility") return ewmh_._NET_WM_WINDOW_TYPE_UTILITY;
-        if (name == "desktop") return ewmh_._NET_WM_WINDOW_TYPE_DESKTOP;
-        return XCB_ATOM_NONE;
-    }
-
     void open(const std::string& title, const std::string& type, xcb_window_t owner) {
         const auto window = xcb_generate_id(xcb_);
         const auto& g = options_.geometry;
@@ -114,31 +104,30 @@ class Client {
         auto text = title;
         for (const auto& document : options_.silent ? std::vector<std::string>() : options_.documents)
             text += "|" + document;
-        if (options_.latin1Title.empty()) {
+        if (options_.latin1Title.empty())
             setText(window, ewmh_._NET_WM_NAME, ewmh_.UTF8_STRING, text);
-        } else {
+        else
             setText(window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, options_.latin1Title);
-        }
         std::string both = options_.windowClass;
         both[0] = static_cast<char>(std::tolower(both[0]));
         both += '\0' + options_.windowClass + '\0';
         setText(window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, both);
         if (!options_.noPid)
             setWords(window, ewmh_._NET_WM_PID, std::vector<std::uint32_t>{std::uint32_t(getpid())});
-        if (const auto kind = typeAtom(type))
-            xcb_ewmh_set_wm_window_type(&ewmh_, window, 1, const_cast<xcb_atom_t*>(&kind));
+        if (!type.empty()) {
+            auto kind = atom("_NET_WM_WINDOW_TYPE_" + type);
+            xcb_ewmh_set_wm_window_type(&ewmh_, window, 1, &kind);
+        }
         if (owner != XCB_WINDOW_NONE) xcb_icccm_set_wm_transient_for(xcb_, window, owner);
         auto deleteWindow = atom("WM_DELETE_WINDOW");
         if (!options_.noProtocols)
             xcb_icccm_set_wm_protocols(xcb_, window, atom("WM_PROTOCOLS"), 1, &deleteWindow);
         if (!options_.shadow.empty()) setWords(window, atom("_GTK_FRAME_EXTENTS"), options_.shadow);
         if (!options_.strut.empty()) setWords(window, ewmh_._NET_WM_STRUT_PARTIAL, options_.strut);
-        if (!options_.gtkApplicationID.empty()) {
+        if (!options_.gtkApplicationID.empty())
             setText(window, atom("_GTK_APPLICATION_ID"), ewmh_.UTF8_STRING, options_.gtkApplicationID);
-        }
-        if (!options_.desktopFile.empty()) {
+        if (!options_.desktopFile.empty())
             setText(window, atom("_BAMF_DESKTOP_FILE"), XCB_ATOM_STRING, options_.desktopFile);
-        }
         xcb_map_window(xcb_, window);
         windows_.insert(window);
     }
