@@ -78,33 +78,6 @@ TEST(SimulatedDesktop, WindowsGoWithADisplayThatIsExchangedOrShrinks) {
     EXPECT_EQ(frame(), (Rect{200, 40, 400, 300})) << "its middle would be outside";
 }
 
-TEST(SimulatedDesktop, NativeTabsMoveAsOneAndOnlyTheFrontOneHasADesktop) {
-    const auto desktop = SimulatedDesktop::create(R"({
-      "displays": [{"id": "ONE", "frame": [0, 0, 1000, 800], "desktops": 2}],
-      "applications": [{"identifier": "shell", "windows": [
-        {"title": "A", "frame": [10, 40, 400, 300], "tabGroup": "t"},
-        {"title": "B", "frame": [0, 0, 9, 9], "tabGroup": "t"},
-        {"title": "other", "frame": [10, 40, 400, 300]}]}]})",
-                                                  "scene")
-                             .value();
-    simulated::World& world = desktop->world();
-    const WindowNumber a = world.window("shell", "A")->number, b = world.window("shell", "B")->number;
-    const auto spaces = [&](WindowNumber number) {
-        return desktop->platform().windowServer.facts({&number, 1}).front().spaces.size();
-    };
-    EXPECT_EQ(world.window(b)->state.frame, (Rect{10, 40, 400, 300}));
-    EXPECT_EQ(world.requestPosition(b, {100, 90}), simulated::code::success);
-    EXPECT_EQ(world.requestMinimized(a, true), simulated::code::success);
-    for (const WindowNumber tab : {a, b}) {
-        EXPECT_EQ(world.window(tab)->state.frame, (Rect{100, 90, 400, 300}));
-        EXPECT_TRUE(world.window(tab)->state.minimized);
-    }
-    EXPECT_EQ(world.window("shell", "other")->state.frame, (Rect{10, 40, 400, 300}));
-    EXPECT_EQ(std::pair(spaces(a), spaces(b)), (std::pair<std::size_t, std::size_t>(1, 0)));
-    world.close(a);
-    EXPECT_EQ(spaces(b), 1U);
-}
-
 TEST(SimulatedDesktop, ASplashWindowComesAndGoesBeforeTheOthers) {
     const auto desktop = SimulatedDesktop::create(R"({
       "displays": [{"id": "ONE", "frame": [0, 0, 1000, 800]}],
