@@ -57,12 +57,22 @@ struct OpenWindow {
     ContextWindow context;
 };
 
+/// As the family spells it; some run several together.
+bool isNewTab(std::string_view field) {
+    return field == "about:blank" || field == "missing value" || field.ends_with("://newtab/") ||
+           field.ends_with("://new-tab-page/");
+}
+
+/// Not those that show only what is no web address (settings, a local file): they are not blank either.
 std::vector<OpenWindow> openWindows(const AppleScript::Rows& rows) {
     std::vector<OpenWindow> windows;
     for (const auto& row : rows) {
         if (row.empty() || isPrivate(row)) continue;
+        const auto fields = std::span(row).subspan(1);
+        std::vector<Url> urls = ChromiumURLCodec::decode(fields);
+        if (urls.empty() && !std::ranges::all_of(fields, isNewTab)) continue;
         OpenWindow& window = windows.emplace_back(OpenWindow{row.front(), {}});
-        window.context.urls = ChromiumURLCodec::decode(std::span(row).subspan(1));
+        window.context.urls = std::move(urls);
     }
     return windows;
 }

@@ -33,6 +33,12 @@ std::size_t windowCount(DesktopAccess& desktop) {
     return pid ? Accessibility::windows(desktop, *pid, false).size() : 0;
 }
 
+/// What a tab says that shows nothing of anybody's, in Safari's own words for the start page and its kin.
+bool isBlank(std::string_view field) {
+    return field == "missing value" || field == "about:blank" || field == "favorites://" ||
+           field == "topsites://";
+}
+
 std::optional<WindowNumber> windowNumber(std::string_view text) {
     WindowNumber number = 0;
     const auto [end, trouble] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -182,12 +188,14 @@ AppContext SafariAdapter::context(const AppleScript::Rows& rows, const std::set<
     for (const auto& row : rows) {
         const auto number = row.empty() ? std::nullopt : windowNumber(row.front());
         if (!number || !kept.contains(*number)) continue;
-        ContextWindow& window = context.windows.emplace_back();
-        window.sourceWindowID = *number;
-        for (std::size_t i = 1; i < row.size(); ++i) {
-            auto url = Url::parse(row[i]);
+        const auto fields = std::span(row).subspan(1);
+        ContextWindow window{.sourceWindowIndex = std::nullopt, .urls = {}, .sourceWindowID = *number};
+        for (const std::string& field : fields) {
+            auto url = Url::parse(field);
             if (url && url->isWeb()) window.urls.push_back(*std::move(url));
         }
+        if (!window.urls.empty() || std::ranges::all_of(fields, isBlank))
+            context.windows.push_back(std::move(window));
     }
     return context;
 }

@@ -29,7 +29,8 @@ class SafariAdapter final : public ContextAdapter {
                                        std::string bundleIdentifier) const override;
 
     /// One context window per row, which begins with the window's number; rows of windows that are not among
-    /// `kept` are ignored.
+    /// `kept` are ignored, and those that show only what is no web address (a local file): there is nothing
+    /// to bring back, and a window without addresses counts as blank.
     static AppContext context(const AppleScript::Rows& rows, const std::set<WindowNumber>& kept);
     static std::string captureScript(const std::set<WindowNumber>& allowed);
     /// Prints the new window's number.

@@ -347,6 +347,16 @@ TEST(Adapters, PathsAndAddressesArriveToTheLetter) {
     }
 }
 
+TEST(Adapters, APageThatIsNoWebAddressIsNotBlank) {
+    for (const std::string& bundle : {chrome, safari}) {
+        for (const char* page : {"file:///a.html", "chrome://settings/"}) {
+            Scripted scripted(bundle, {{page}});
+            EXPECT_EQ(scripted.restore(context(bundle, {{"https://a.org"}})).newWindows, 1);
+            EXPECT_EQ(std::ranges::count(scripted.windows(), Texts{page}), 1) << page;
+        }
+    }
+}
+
 TEST(Adapters, ABrowserThatRestoresItsOwnWindowsGetsOnlyWhatIsMissing) {
     SceneApplication browser = showing(chrome, {{"https://a.org"}, {"https://b.org"}});
     browser.reopens = {browser.windows[1]};
