@@ -111,7 +111,7 @@ Task<Trouble> moveToDesktop(Pair& pair) {
         co_await DesktopSpaces::move(pair.desktop, movedWindow(pair), *target, desktopPatience))
         co_return std::nullopt;
     co_return failed{
-        fmt::format("position restored, but Desktop {} assignment failed", pair.saved.desktop->index + 1)};
+        fmt::format("position restored, but Desktop {} assignment failed", pair.saved.desktop->number())};
 }
 
 Task<Status> restorePlain(Pair& pair) {

@@ -1,6 +1,8 @@
 #include "WindowEngine/Workspace.hpp"
 
+#include <algorithm>
 #include <cstdlib>
+#include <limits>
 #include <utility>
 
 #include "WindowEngine/support/CheckedSum.hpp"
@@ -72,6 +74,10 @@ std::optional<CleanSlateMode> cleanSlateMode(std::string_view value) {
 
 std::string DesktopSnapshot::id() const {
     return displayID + "#desktop" + std::to_string(index);
+}
+
+std::int64_t DesktopSnapshot::number() const {
+    return std::clamp<std::int64_t>(index, 0, std::numeric_limits<std::int64_t>::max() - 1) + 1;
 }
 
 std::int64_t AppContext::urlCount() const {

@@ -42,6 +42,8 @@ struct DesktopSnapshot {
 
     /// displayID + "#desktop" + index; two desktops that differ only in uuid share it.
     std::string id() const;
+    /// As people are told it, from 1; of an impossible index from a stranger's file the nearest possible one.
+    std::int64_t number() const;
     bool operator==(const DesktopSnapshot&) const = default;
 };
 

@@ -31,7 +31,7 @@ std::string windowState(const WindowSnapshot& window) {
         if (!state.empty()) state += ", ";
         state += text;
     };
-    if (window.desktop) add(fmt::format("Desktop {}", window.desktop->index + 1));
+    if (window.desktop) add(fmt::format("Desktop {}", window.desktop->number()));
     if (window.isMinimized) add("minimized");
     if (window.isFullscreen) add("full screen");
     return state;
