@@ -42,17 +42,20 @@ std::set<std::string> locations(const AppContext& context) {
     return result;
 }
 
-bool isShown(const SavedDocument& document, std::span<const LiveWindowInfo> live) {
-    const Url wanted = document.url.standardized();
-    return std::ranges::any_of(live, [&](const LiveWindowInfo& window) {
-        if (window.documentURL) return window.documentURL->standardized() == wanted;
-        return document.title && window.title == document.title;
-    });
-}
-
 std::vector<SavedDocument> missing(std::vector<SavedDocument> documents,
                                    std::span<const LiveWindowInfo> live) {
-    std::erase_if(documents, [&](const SavedDocument& document) { return isShown(document, live); });
+    std::set<std::string> addresses, titles;
+    for (const LiveWindowInfo& window : live) {
+        if (window.documentURL) {
+            addresses.insert(window.documentURL->standardized().string());
+        } else if (window.title) {
+            titles.insert(*window.title);
+        }
+    }
+    std::erase_if(documents, [&](const SavedDocument& document) {
+        return addresses.contains(document.url.standardized().string()) ||
+               (document.title && titles.contains(*document.title));
+    });
     return documents;
 }
 

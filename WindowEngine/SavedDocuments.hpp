@@ -24,10 +24,7 @@ std::vector<SavedDocument> of(const ApplicationSnapshot& application, const std:
 /// Locations of a context, standardized.
 std::set<std::string> locations(const AppContext& context);
 
-/// Whether a window shows it: under its address, or, where a window names no document, under its title.
-bool isShown(const SavedDocument& document, std::span<const LiveWindowInfo> live);
-
-/// Those that no window shows.
+/// Those that no window shows: under its address, or, where a window names no document, under its title.
 std::vector<SavedDocument> missing(std::vector<SavedDocument> documents,
                                    std::span<const LiveWindowInfo> live);
 
