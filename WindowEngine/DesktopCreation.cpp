@@ -111,8 +111,13 @@ Task<DesktopPreparation> prepare(DesktopAccess& desktop, std::span<const Desktop
     Preparation preparation(desktop);
     const DesktopPlan planned = plan(saved, savedDisplays, current, read(desktop));
     for (const std::string& failure : planned.failures) preparation.fail(failure);
-    for (const DesktopPlan::Creation& creation : planned.creations)
-        co_await preparation.createDesktops(creation.displayID, creation.wanted);
+    try {
+        for (const DesktopPlan::Creation& creation : planned.creations)
+            co_await preparation.createDesktops(creation.displayID, creation.wanted);
+    } catch (const Cancelled&) {
+        // What was made stays, and is to be reported.
+        co_return preparation.take();
+    }
     // Making desktops takes seconds in which displays may come and go.
     preparation.result().targets = resolveTargets(saved, read(desktop).desktops, savedDisplays,
                                                   Displays::current(desktop.platform.screens));

@@ -24,8 +24,8 @@ DesktopReading read(DesktopAccess& desktop);
 
 /// Creates what is missing, display after display, and resolves the targets against what is there in the end.
 /// No failure stops a restore: each is logged and kept. Without saved desktops nothing is read. The desktop
-/// in front stays in front; cancelled, the overview is closed and desktops created so far stay. The
-/// references must outlive the task.
+/// in front stays in front. Cancelled, it closes the overview and returns what was created until then,
+/// without targets, instead of throwing. The references must outlive the task.
 Task<DesktopPreparation> prepare(DesktopAccess& desktop, std::span<const DesktopSnapshot> saved,
                                  DisplayList savedDisplays, DisplayList current);
 

@@ -1,6 +1,7 @@
 #include "WindowEngine/DocumentRestore.hpp"
 
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 #include "WindowEngine/ContextRestore.hpp"
@@ -27,6 +28,20 @@ bool namesDocuments(std::span<const LiveWindowInfo> live) {
                                [](const LiveWindowInfo& window) { return window.documentURL.has_value(); });
 }
 
+/// Whatever interrupts it, `accepted` has those that the application took.
+Task<void> openEach(const ApplicationRestore& restore, std::vector<SavedDocument> documents,
+                    std::vector<SavedDocument>& accepted) {
+    for (SavedDocument& document : documents) {
+        const auto opened = co_await restore.desktop.platform.applications.open(
+            restore.application.bundleIdentifier, {document.url});
+        if (opened) {
+            accepted.push_back(std::move(document));
+        } else {
+            addAbout(restore, document, RestoreReport::failed{"document could not be opened"});
+        }
+    }
+}
+
 }  // namespace
 
 DocumentPlan planDocuments(const Platform& platform, const ApplicationSnapshot& application,
@@ -50,19 +65,18 @@ void reportRefused(const ApplicationRestore& restore, const DocumentPlan& plan) 
 }
 
 Task<void> openDocuments(const ApplicationRestore& restore, std::vector<SavedDocument> documents) {
+    if (documents.empty()) co_return;
     const std::size_t windowsBefore = liveWindows(restore.desktop, restore.application, false).size();
     std::vector<SavedDocument> accepted;
-    for (SavedDocument& document : documents) {
-        const auto opened = co_await restore.desktop.platform.applications.open(
-            restore.application.bundleIdentifier, {document.url});
-        if (opened) {
-            accepted.push_back(std::move(document));
-        } else {
-            addAbout(restore, document, RestoreReport::failed{"document could not be opened"});
-        }
+    std::exception_ptr interruption;
+    try {
+        co_await openEach(restore, std::move(documents), accepted);
+    } catch (...) {
+        interruption = std::current_exception();
     }
+    if (!accepted.empty()) restore.add(RestoreReport::opened{static_cast<std::int64_t>(accepted.size())});
+    if (interruption) std::rethrow_exception(interruption);
     if (accepted.empty()) co_return;
-    restore.add(RestoreReport::opened{static_cast<std::int64_t>(accepted.size())});
     co_await awaitDocuments(restore, std::move(accepted), windowsBefore);
 }
 

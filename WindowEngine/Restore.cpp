@@ -105,6 +105,8 @@ Task<void> reopenDocuments(const ApplicationRestore& restore) {
         co_await awaitSent(restore);
         co_return;
     }
+    // Looking on other desktops is dear.
+    if (SavedDocuments::of(restore.application, {}).empty()) co_return;
     DocumentPlan documents =
         documentsOf(restore, infosOf(liveWindows(restore.desktop, restore.application, true)));
     reportRefused(restore, documents);
@@ -161,6 +163,7 @@ Task<void> prepareDesktops(Run& run) {
         co_await DesktopSpaces::prepare(run.desktop, *saved.desktops, saved.displays, run.displays);
     if (run.desktops.created > 0) run.sink.add(RestoreReport::createdDesktops{run.desktops.created});
     for (const std::string& failure : run.desktops.failures) run.sink.add(RestoreReport::failed{failure});
+    co_await checkpoint();
     // Creating them took seconds.
     run.displays = Displays::current(run.desktop.platform.screens);
 }
