@@ -127,6 +127,10 @@ bool PathEntries::isConnected(const std::string& address) {
     return bus_ != nullptr;
 }
 
+bool PathEntries::isKnown(const Accessible& frame) const {
+    return std::ranges::any_of(entries_, [&](const auto& entry) { return entry.second.frame == frame; });
+}
+
 bool PathEntries::rests(ProcessID pid) const {
     const auto rest = restUntil_.find(pid);
     return rest != restUntil_.end() && Clock::now() < rest->second;
@@ -137,11 +141,16 @@ std::map<xcb_window_t, std::string> PathEntries::read(const std::vector<Window>&
                                                       Deadline deadline) {
     Found found;
     if (windows.empty() || !isConnected(address)) return found;
+    // Objects of windows that were closed may be given to others.
+    std::erase_if(entries_, [&](const auto& entry) {
+        return std::ranges::find(windows, entry.first, &Window::number) == windows.end();
+    });
     std::vector<Candidate> known;
     for (const auto& window : windows) {
         const auto entry = entries_.find(window.number);
         if (entry == entries_.end() || rests(window.pid)) continue;
-        if (entry->second.pid == window.pid) known.push_back({&window, entry->second.object});
+        if (entry->second.pid == window.pid)
+            known.push_back({&window, entry->second.frame, entry->second.object});
         if (entry->second.pid != window.pid) entries_.erase(entry);
     }
     read(known, home, deadline, found);
@@ -159,7 +168,7 @@ void PathEntries::read(const std::vector<Candidate>& candidates, const std::stri
     for (const auto& candidate : candidates) calls.push_back(textOf(candidate.object));
     const auto replies = bus_->callAll(std::move(calls), deadline);
     for (std::size_t i = 0; i < candidates.size(); ++i) {
-        const auto& [window, object] = candidates[i];
+        const auto& [window, frame, object] = candidates[i];
         if (replies[i].timedOut) {
             restUntil_[window->pid] = Clock::now() + restAfterTimeout;
         } else if (!replies[i].value) {
@@ -170,7 +179,7 @@ void PathEntries::read(const std::vector<Candidate>& candidates, const std::stri
             const auto folder = folderShown(text, window->title, home);
             if (!folder) continue;
             found[window->number] = *folder;
-            entries_[window->number] = {window->pid, object};
+            entries_[window->number] = {window->pid, frame, object};
         }
     }
 }
@@ -205,7 +214,8 @@ std::vector<PathEntries::Search> PathEntries::framesOf(const std::vector<const W
     std::vector<Call> calls;
     const auto children = bus_->children(applications, deadline);
     for (std::size_t i = 0; i < children.size(); ++i) {
-        for (const auto& child : children[i]) frames.push_back({.object = child, .pid = owners[i]});
+        for (const auto& child : children[i])
+            frames.push_back({.object = child, .pid = owners[i], .taken = isKnown(child)});
     }
     for (const auto& frame : frames) {
         calls.push_back(nameOf(frame.object));
@@ -218,7 +228,8 @@ std::vector<PathEntries::Search> PathEntries::framesOf(const std::vector<const W
     }
     std::vector<Search> searches;
     for (const auto* window : windows) {
-        if (const auto* frame = frameOf(*window, frames)) searches.push_back({window, {frame->object}});
+        if (const auto* frame = frameOf(*window, frames))
+            searches.push_back({window, frame->object, {frame->object}});
     }
     return searches;
 }
@@ -242,7 +253,8 @@ std::vector<PathEntries::Candidate> PathEntries::descend(std::vector<Search>& se
             if (reply->timedOut) restUntil_[search.window->pid] = Clock::now() + restAfterTimeout;
             if (reply->value) g_variant_get(reply->value.get(), "(u)", &role);
             ++reply;
-            if (role == textRole || role == entryRole) candidates.push_back({search.window, object});
+            if (role == textRole || role == entryRole)
+                candidates.push_back({search.window, search.frame, object});
             if (std::ranges::find(containerRoles, role) != containerRoles.end()) containers.push_back(object);
         }
         search.level.clear();

@@ -36,28 +36,32 @@ class PathEntries {
   private:
     struct Entry {
         ProcessID pid = 0;
+        Accessible frame;  // the window's own object, which is no other window's
         Accessible object;
     };
     /// What is still to be looked through for one window.
     struct Search {
         const Window* window = nullptr;
+        Accessible frame{};
         std::vector<Accessible> level{};  // the objects at the depth reached
     };
     /// An object of a window that may be the entry.
     struct Candidate {
         const Window* window = nullptr;
+        Accessible frame{};
         Accessible object{};
     };
     using Found = std::map<xcb_window_t, std::string>;
 
     bool isConnected(const std::string& address);
     bool rests(ProcessID pid) const;
+    bool isKnown(const Accessible& frame) const;
     /// Asks for the candidates' texts, and remembers those that show their window's folder.
     void read(const std::vector<Candidate>& candidates, const std::string& home, Deadline deadline,
               Found& found);
     void search(const std::vector<const Window*>& windows, const std::string& home, Deadline deadline,
                 Found& found);
-    /// The accessible frames of these windows.
+    /// The accessible frames of these windows, those of windows whose entry is known left out.
     std::vector<Search> framesOf(const std::vector<const Window*>& windows, Deadline deadline);
     /// Splits a level into possible entries and the children of containers, which become the next level.
     std::vector<Candidate> descend(std::vector<Search>& searches, Deadline deadline);
