@@ -141,10 +141,6 @@ std::map<xcb_window_t, std::string> PathEntries::read(const std::vector<Window>&
                                                       Deadline deadline) {
     Found found;
     if (windows.empty() || !isConnected(address)) return found;
-    // Objects of windows that were closed may be given to others.
-    std::erase_if(entries_, [&](const auto& entry) {
-        return std::ranges::find(windows, entry.first, &Window::number) == windows.end();
-    });
     std::vector<Candidate> known;
     for (const auto& window : windows) {
         const auto entry = entries_.find(window.number);
