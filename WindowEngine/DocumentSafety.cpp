@@ -11,11 +11,11 @@ namespace quillo::DocumentSafety {
 namespace {
 
 // What an editor opens (.sh, .py) is not here: where such a file would be run, its mode says so.
-constexpr std::array<std::string_view, 29> files{
-    "apk",  "app",      "appimage",   "applescript", "bat",   "cmd",  "command", "desktop",
-    "dmg",  "exe",      "flatpakref", "inetloc",     "jar",   "jnlp", "lnk",     "mpkg",
-    "msi",  "pif",      "pkg",        "ps1",         "reg",   "scpt", "scptd",   "scr",
-    "snap", "terminal", "tool",       "vbs",         "wflow",
+constexpr std::array<std::string_view, 34> files{
+    "apk",          "app",  "appimage", "applescript", "bat",        "cmd",     "command", "deb",  "desktop",
+    "dmg",          "exe",  "fileloc",  "flatpak",     "flatpakref", "inetloc", "jar",     "jnlp", "lnk",
+    "mobileconfig", "mpkg", "msi",      "pif",         "pkg",        "ps1",     "reg",     "rpm",  "scpt",
+    "scptd",        "scr",  "snap",     "terminal",    "tool",       "vbs",     "wflow",
 };
 constexpr std::array<std::string_view, 15> folders{
     "action",   "app",         "bundle", "framework", "kext",    "mpkg",     "pkg", "plugin",

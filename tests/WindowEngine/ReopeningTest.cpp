@@ -149,7 +149,7 @@ TEST(Documents, ComeBackOnceOrItIsSaidWhyNot) {
 }
 
 TEST(Documents, OfAStrangerAreNotRun) {
-    for (const char* name : {"Tool.app", "run.command", "start.desktop"}) {
+    for (const char* name : {"Tool.app", "run.command", "start.desktop", "jump.fileloc", "setup.deb"}) {
         Desktop desktop(scene({sceneApplication("org.editor", {sceneWindow("other", home)})}));
         WorkspaceSnapshot snapshot = desktop.capture();
         snapshot.applications[0].windows[0].documentURL = Url::file("/home/ada/" + std::string(name));
