@@ -7,6 +7,7 @@
 #include "WindowEngine/BrowserRestorePlan.hpp"
 #include "WindowEngine/BrowserScripts.hpp"
 #include "WindowEngine/ChromiumURLCodec.hpp"
+#include "WindowEngine/TabReopening.hpp"
 
 namespace quillo {
 namespace {
@@ -83,54 +84,39 @@ std::vector<ContextWindow> contexts(const std::vector<OpenWindow>& windows) {
     return result;
 }
 
-/// One restore of tabs under way.
+/// A restore and the name the browser goes by in scripts.
 struct Reopening {
-    DesktopAccess& desktop;
+    TabReopening tabs;
     const std::string& application;
-    AdapterRestoreResult& result;
-    bool givenUp = false;  // a browser that let one script time out would do so with each
-
-    Task<std::optional<AppleScript::Rows>> run(std::string script) {
-        auto rows =
-            co_await AppleScript::run(desktop.platform.scripts, std::move(script), adapterScriptLimit);
-        if (rows) co_return *std::move(rows);
-        givenUp = rows.error() == AppleScript::timedOut();
-        result.failures.emplace_back(couldNotReopen);
-        co_return std::nullopt;
-    }
 };
 
 Task<void> openTabs(Reopening& reopening, const std::string& window, std::span<const Url> urls,
                     bool intoActiveTab) {
     for (const auto portion : BrowserScripts::portions(urls)) {
-        if (!co_await reopening.run(
-                ChromiumAdapter::tabsScript(reopening.application, window, portion, intoActiveTab)))
-            co_return;
-        reopening.result.opened += static_cast<std::int64_t>(portion.size());
+        std::string script =
+            ChromiumAdapter::tabsScript(reopening.application, window, portion, intoActiveTab);
+        if (!co_await reopening.tabs.openTabs(std::move(script), portion.size())) co_return;
         intoActiveTab = false;
     }
 }
 
 Task<void> openWindow(Reopening& reopening, std::span<const Url> urls) {
-    const auto rows =
-        co_await reopening.run(ChromiumAdapter::newWindowScript(reopening.application, urls.front()));
-    if (!rows) co_return;
-    ++reopening.result.opened;
-    ++reopening.result.newWindows;
-    if (urls.size() == 1) co_return;
-    if (rows->empty() || rows->front().empty()) {
-        reopening.result.failures.emplace_back(couldNotReopen);
+    const auto window = co_await reopening.tabs.makeWindow(
+        ChromiumAdapter::newWindowScript(reopening.application, urls.front()));
+    if (!window || urls.size() == 1) co_return;
+    if (window->empty()) {
+        reopening.tabs.fail(couldNotReopen);
         co_return;
     }
-    co_await openTabs(reopening, rows->front().front(), urls.subspan(1), false);
+    co_await openTabs(reopening, *window, urls.subspan(1), false);
 }
 
 Task<void> reopen(Reopening& reopening, const AppContext& saved) {
-    const auto rows = co_await reopening.run(ChromiumAdapter::identifyScript(reopening.application));
+    const auto rows = co_await reopening.tabs.run(ChromiumAdapter::identifyScript(reopening.application));
     if (!rows) co_return;
     const std::vector<OpenWindow> open = openWindows(*rows);
     for (const auto& step : BrowserRestorePlan::make(saved.windows, contexts(open), true)) {
-        if (reopening.givenUp) co_return;
+        if (reopening.tabs.givenUp) co_return;
         if (!step.index) {
             co_await openWindow(reopening, step.urls);
             continue;
@@ -245,7 +231,7 @@ Task<AdapterRestoreResult> ChromiumAdapter::restore(DesktopAccess& desktop, AppC
     if (!current || !BrowserScripts::allWeb(saved.windows)) result.failures.emplace_back(couldNotReopen);
     if (!current) co_return result;
     try {
-        Reopening reopening{desktop, app->second, result};
+        Reopening reopening{{desktop, result, couldNotReopen}, app->second};
         co_await reopen(reopening, saved);
     } catch (const Cancelled&) {
         result.failures.emplace_back("Browser restore was cancelled.");

@@ -11,6 +11,7 @@
 #include "WindowEngine/BrowserRestorePlan.hpp"
 #include "WindowEngine/BrowserScripts.hpp"
 #include "WindowEngine/SafariPrivacy.hpp"
+#include "WindowEngine/TabReopening.hpp"
 
 namespace quillo {
 namespace {
@@ -72,45 +73,24 @@ Task<AdapterCaptureResult> captureVerified(DesktopAccess& desktop, std::set<Wind
     co_return result;
 }
 
-/// One restore of tabs under way.
-struct Reopening {
-    DesktopAccess& desktop;
-    AdapterRestoreResult& result;
-    bool givenUp = false;  // after one script that timed out every other would too
-
-    void fail(std::string_view text) { result.failures.emplace_back(text); }
-
-    Task<std::optional<AppleScript::Rows>> run(std::string script) {
-        auto rows =
-            co_await AppleScript::run(desktop.platform.scripts, std::move(script), adapterScriptLimit);
-        if (rows) co_return *std::move(rows);
-        givenUp = rows.error() == AppleScript::timedOut();
-        fail(couldNotReopen);
-        co_return std::nullopt;
-    }
-};
-
 /// Each script is preceded by a look whether its window is still a normal one.
-Task<void> openTabs(Reopening& reopening, WindowNumber window, std::span<const Url> urls, bool intoCurrentTab,
-                    std::string_view unverified) {
+Task<void> openTabs(TabReopening& reopening, WindowNumber window, std::span<const Url> urls,
+                    bool intoCurrentTab, std::string_view unverified) {
     for (const auto portion : BrowserScripts::portions(urls)) {
         if (!verified(reopening.desktop).contains(window)) {
             reopening.fail(unverified);
             co_return;
         }
-        if (!co_await reopening.run(SafariAdapter::tabsScript(window, portion, intoCurrentTab))) co_return;
-        reopening.result.opened += static_cast<std::int64_t>(portion.size());
+        std::string script = SafariAdapter::tabsScript(window, portion, intoCurrentTab);
+        if (!co_await reopening.openTabs(std::move(script), portion.size())) co_return;
         intoCurrentTab = false;
     }
 }
 
-Task<void> openWindow(Reopening& reopening, std::span<const Url> urls) {
-    const auto rows = co_await reopening.run(SafariAdapter::newWindowScript(urls.front()));
-    if (!rows) co_return;
-    ++reopening.result.opened;
-    ++reopening.result.newWindows;
-    const bool answered = !rows->empty() && !rows->front().empty();
-    const auto window = answered ? windowNumber(rows->front().front()) : std::nullopt;
+Task<void> openWindow(TabReopening& reopening, std::span<const Url> urls) {
+    const auto printed = co_await reopening.makeWindow(SafariAdapter::newWindowScript(urls.front()));
+    if (!printed) co_return;
+    const auto window = windowNumber(*printed);
     if (!window) {
         reopening.fail("Safari did not identify its new window.");
         co_return;
@@ -119,7 +99,8 @@ Task<void> openWindow(Reopening& reopening, std::span<const Url> urls) {
                       "Safari window privacy could not be verified; remaining tabs were skipped.");
 }
 
-Task<void> reopen(Reopening& reopening, const AppContext& saved, const std::optional<AppContext>& current) {
+Task<void> reopen(TabReopening& reopening, const AppContext& saved,
+                  const std::optional<AppContext>& current) {
     std::vector<ContextWindow> live = current ? current->windows : std::vector<ContextWindow>{};
     std::erase_if(live, [](const ContextWindow& window) { return !window.sourceWindowID; });
     for (const auto& step : BrowserRestorePlan::make(saved.windows, live, current.has_value())) {
@@ -224,7 +205,7 @@ Task<AdapterRestoreResult> SafariAdapter::restore(DesktopAccess& desktop, AppCon
     }
     if (!BrowserScripts::allWeb(saved.windows)) result.failures.emplace_back(couldNotReopen);
     try {
-        Reopening reopening{desktop, result};
+        TabReopening reopening{desktop, result, couldNotReopen};
         co_await reopen(reopening, saved, current);
     } catch (const Cancelled&) {
         result.failures.emplace_back("Safari restore was cancelled.");
