@@ -41,23 +41,14 @@ void notePid(GDesktopAppInfo*, GPid pid, gpointer to) {
     *static_cast<std::optional<ProcessID>*>(to) = pid;
 }
 
-/// The reason without what GLib quotes: that is the path or name of a file.
-std::string withoutQuotes(std::string_view message) {
-    std::string text;
-    bool inside = false;
-    for (std::size_t i = 0; i < message.size(); ++i) {
-        const auto rest = message.substr(i);
-        const bool opens = rest.starts_with("“") || rest.starts_with("‘");
-        const bool closes = rest.starts_with("”") || rest.starts_with("’");
-        if (opens || closes) {
-            if (opens) text += "it";
-            inside = opens;
-            i += 2;
-        } else if (!inside) {
-            text += message[i];
-        }
+/// In words of our own: GLib's sentence may name a file, in quotation marks that differ by language.
+const char* whyNotStarted(const GError* error) {
+    if (!g_error_matches(error, G_SPAWN_ERROR, G_SPAWN_ERROR_NOENT) &&
+        !g_error_matches(error, G_SPAWN_ERROR, G_SPAWN_ERROR_ACCES)) {
+        return "the system could not start the application";
     }
-    return text;
+    return error->code == G_SPAWN_ERROR_NOENT ? "the application's program does not exist"
+                                              : "the application's program may not be run";
 }
 
 GObjectPtr<GDesktopAppInfo> applicationAt(const std::string& file, bool withDocuments) {
@@ -103,8 +94,7 @@ Launched launchNow(const std::string& file, const std::vector<Url>& documents, c
     // Started over the bus: the request must have left before this program may end.
     if (started && !pid && bus) g_dbus_connection_flush_sync(bus.get(), nullptr, nullptr);
     if (started) return pid;
-    return fail(ErrorKind::refused, reason ? withoutQuotes(reason->message) : "the system gave no reason",
-                reason ? reason->code : 0);
+    return fail(ErrorKind::refused, whyNotStarted(error), error ? error->code : 0);
 }
 
 }  // namespace

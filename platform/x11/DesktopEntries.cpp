@@ -96,7 +96,11 @@ void DesktopEntries::add(const fs::path& root, const fs::path& file) {
     std::ranges::replace(id, '/', '-');  // as the standard names files in sub-folders
     if (byId_.contains(id)) return;
     const GObjectPtr<GDesktopAppInfo> info(g_desktop_app_info_new_from_filename(file.c_str()));
-    if (!info || g_desktop_app_info_get_is_hidden(info.get())) return;
+    if (!info) return;
+    if (g_desktop_app_info_get_is_hidden(info.get())) {
+        byId_[id];  // stands for "removed", also of directories that come later
+        return;
+    }
     GAppInfo* app = G_APP_INFO(info.get());
     const auto* types = g_app_info_get_supported_types(app);
     DesktopEntry entry{.id = id,
@@ -118,7 +122,7 @@ void DesktopEntries::add(const fs::path& root, const fs::path& file) {
 
 const DesktopEntry* DesktopEntries::best(const Index& index, const std::string& key) const {
     const auto found = index.find(key);
-    if (found == index.end()) return nullptr;
+    if (found == index.end() || found->second.empty()) return nullptr;
     const auto shown = std::ranges::find_if(found->second, [&](std::size_t i) { return entries_[i].shown; });
     return &entries_[shown != found->second.end() ? *shown : found->second.front()];
 }

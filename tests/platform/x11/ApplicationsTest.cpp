@@ -35,6 +35,13 @@ class ApplicationsTest : public X11Test {
     }
 };
 
+TEST_F(ApplicationsTest, WhatAPersonRemovedIsNotInstalled) {
+    EXPECT_TRUE(applications().location("org.xfce.mousepad"));
+    install("org.xfce.mousepad", "Hidden=true\n", "");
+    nextTurn();
+    EXPECT_FALSE(applications().location("org.xfce.mousepad"));
+}
+
 TEST_F(ApplicationsTest, TheBestEvidenceNamesTheApplication) {
     install("by-hint", "", "");
     install("org.example.ByGtk", "", "");
