@@ -1,0 +1,51 @@
+// The two global shortcuts: registered with the system, dispatched to the model.
+#pragma once
+#include <QObject>
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+#include <vector>
+
+#include "WindowEngine/services/Platform.hpp"
+#include "platform/services/HotKeyService.hpp"
+#include "settings/Shortcut.hpp"
+
+namespace quillo {
+
+class HotKeys final : public QObject {
+    Q_OBJECT
+
+  public:
+    using Action = HotKeyAction;
+
+    /// Registers nothing yet. Services and platform must outlive it.
+    HotKeys(HotKeyService& service, Executor& executor, SystemLog& log, QObject* parent = nullptr);
+
+    /// Called in a turn of its own for each press.
+    std::function<void(Action)> onAction;
+
+    /// Replaces all registrations; an action that the map lacks takes its default. A refused combination is
+    /// logged and marked, the others are registered all the same.
+    void registerAll(const std::map<Action, Shortcut>& shortcuts);
+    void unregisterAll();
+
+    /// Actions whose combination was refused since the program started: only ever added to, so that what the
+    /// settings say stays until a restart.
+    const std::set<Action>& unavailable() const { return unavailable_; }
+
+  Q_SIGNALS:
+    void unavailableChanged();
+
+  private:
+    bool pressed(HotKeyID id);
+
+    HotKeyService& service_;
+    Executor& executor_;
+    SystemLog& log_;
+    std::vector<std::unique_ptr<HotKeyRegistration>> refs_;  // by action; null where it was refused
+    std::unique_ptr<HotKeyHandler> handler_;
+    std::set<Action> unavailable_;
+};
+
+}  // namespace quillo

@@ -1,0 +1,27 @@
+// The application's place in the desktop: whether it shows in the dock, how it looks, and the system's pages
+// that it sends people to.
+#pragma once
+#include <string>
+
+#include "WindowEngine/services/Applications.hpp"
+#include "WindowEngine/services/Capability.hpp"
+#include "platform/services/Appearance.hpp"
+
+namespace quillo {
+
+/// For the executor's thread.
+class Shell {
+  public:
+    virtual ~Shell() = default;
+
+    /// `regular`: in the dock or task list; `accessory`: in the menu bar or tray only.
+    virtual void setActivationPolicy(ActivationPolicy policy) = 0;
+    virtual void setAppearance(Appearance appearance) = 0;
+    /// The page of the system's settings that an address of the form "x-apple.systempreferences:..." names.
+    virtual Capability canOpenSystemSettings() const = 0;
+    virtual void openSystemSettings(const std::string& page) = 0;
+    /// A short message of the system's own, outside any window.
+    virtual void notify(const std::string& title, const std::string& text) = 0;
+};
+
+}  // namespace quillo

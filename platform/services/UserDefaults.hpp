@@ -1,0 +1,25 @@
+// The person's defaults: small values under names, kept by the system or in one file.
+#pragma once
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "WindowEngine/support/Error.hpp"
+
+namespace quillo {
+
+/// For the executor's thread. Reading never fails: what cannot be read counts as not set.
+class UserDefaults {
+  public:
+    virtual ~UserDefaults() = default;
+
+    /// Absent also where a value of another type stands under the key.
+    virtual std::optional<std::string> data(std::string_view key) const = 0;
+    /// Sets, or with no bytes removes. On failure the values are as before, here and in what is kept.
+    virtual Result<void> setData(std::string_view key, std::optional<std::string> bytes) = 0;
+    /// False where nothing is set.
+    virtual bool boolean(std::string_view key) const = 0;
+    virtual Result<void> setBoolean(std::string_view key, bool value) = 0;
+};
+
+}  // namespace quillo

@@ -1,0 +1,52 @@
+// What the person has chosen: one plain value, kept as one JSON document in the defaults. Shared by the
+// application and the command line.
+#pragma once
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+
+#include "WindowEngine/Capture.hpp"
+#include "platform/services/Appearance.hpp"
+#include "platform/services/UserDefaults.hpp"
+#include "settings/Shortcut.hpp"
+
+namespace quillo {
+
+struct AppSettings {
+    static constexpr std::string_view defaultsKey = "settings";
+
+    std::int64_t autoSnapshotMinutes = 0;  // between automatic session snapshots; below 1 is off
+    bool onboarded = false;                // the introduction of the first start is done
+    std::set<std::string> enabledAdapters = {};
+    std::set<std::string> excludedBundleIdentifiers = {};
+    std::set<std::string> excludedDomains = {};  // each with its subdomains
+    bool shortcutsEnabled = true;
+    std::map<std::string, Shortcut> shortcuts = {};  // by the action's number in decimal
+    Appearance appearance = Appearance::system;
+
+    bool operator==(const AppSettings&) const = default;
+
+    /// The stored settings; the defaults where there are none, or none that can be read.
+    static AppSettings load(const UserDefaults& defaults);
+    /// On failure what was stored before stays.
+    Result<void> save(UserDefaults& defaults) const;
+
+    /// A missing field takes its default; one of the wrong type makes the whole text undecodable: absent.
+    static std::optional<AppSettings> decode(std::string_view json);
+    std::string encode() const;
+
+    /// The chosen or the default combination.
+    Shortcut shortcut(HotKeyAction action) const;
+
+    /// What every capture of the person's desktop is taken with; `recoverHidden` keeps its default.
+    Capture::Options captureOptions() const;
+
+    /// Adds the host in what the person typed ("HTTPS://Shop.example:8080/cart" adds "shop.example"); false,
+    /// and nothing changes, where there is none.
+    bool excludeDomain(std::string_view typed);
+};
+
+}  // namespace quillo

@@ -1,0 +1,47 @@
+// One key combination, as it is stored, shown and recorded. Pure.
+#pragma once
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace quillo {
+
+/// Bits of a modifier mask, as the classic event manager has them.
+namespace modifier {
+inline constexpr std::uint32_t command = 0x100, shift = 0x200, option = 0x800, control = 0x1000;
+}
+
+/// What a global shortcut does. The number names it to the system and is its key in the settings.
+enum class HotKeyAction : std::uint8_t { save, switcher };
+inline constexpr std::array allHotKeyActions{HotKeyAction::save, HotKeyAction::switcher};
+constexpr std::uint32_t number(HotKeyAction action) {
+    return static_cast<std::uint32_t>(action) + 1;
+}
+
+/// A key that went down while a window of ours had the keyboard.
+struct KeyEvent {
+    std::uint32_t keyCode = 0;  // classic virtual key code: a position on the keyboard
+    std::uint32_t modifiers = 0;
+    std::string characters;  // what the key writes without modifiers, UTF-8
+
+    bool operator==(const KeyEvent&) const = default;
+};
+
+struct Shortcut {
+    std::uint32_t keyCode = 0;    // classic virtual key code
+    std::uint32_t modifiers = 0;  // mask of `modifier` bits
+    std::string key;              // what the key cap shows: "S", "F5", "Space", "↩"
+
+    /// The glyphs of the modifiers, ⌃ ⌥ ⇧ ⌘ in this order, then the key: "⌃⌥⌘S".
+    std::string label() const;
+    /// Absent without command, control or option, and for a key that has no text.
+    static std::optional<Shortcut> fromEvent(const KeyEvent& event);
+
+    bool operator==(const Shortcut&) const = default;
+};
+
+/// ⌃⌥⌘S saves, ⌃⌥⌘R opens the switcher.
+Shortcut defaultShortcut(HotKeyAction action);
+
+}  // namespace quillo
