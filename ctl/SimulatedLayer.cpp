@@ -1,5 +1,5 @@
 // A desktop described by a scene file, on a virtual clock.
-#include "ctl/AtomicFile.hpp"
+#include "WindowEngine/AtomicFile.hpp"
 #include "ctl/DesktopLayers.hpp"
 #include "platform/simulated/SimulatedDesktop.hpp"
 

@@ -5,10 +5,10 @@
 
 #include "WindowEngine/services/FileSystem.hpp"
 
-namespace quillo::ctl {
+namespace quillo {
 
 /// Writes `file` (absolute; an existing one is replaced) under another name first and renames it: nobody ever
 /// sees half a file, and on failure all is as before. Only its owner can read it.
 Result<void> writeAtomically(FileSystem& files, const std::filesystem::path& file, std::string_view bytes);
 
-}  // namespace quillo::ctl
+}  // namespace quillo

@@ -1,8 +1,8 @@
-#include "ctl/AtomicFile.hpp"
+#include "WindowEngine/AtomicFile.hpp"
 
 #include "WindowEngine/support/Uuid.hpp"
 
-namespace quillo::ctl {
+namespace quillo {
 
 Result<void> writeAtomically(FileSystem& files, const std::filesystem::path& file, std::string_view bytes) {
     const std::filesystem::path temporary =
@@ -16,4 +16,4 @@ Result<void> writeAtomically(FileSystem& files, const std::filesystem::path& fil
     return files.syncDirectory(file.parent_path());
 }
 
-}  // namespace quillo::ctl
+}  // namespace quillo

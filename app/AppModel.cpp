@@ -1,0 +1,135 @@
+// Start-up, settings, what is shown, and what all operations share.
+#include "app/AppModel.hpp"
+
+#include <utility>
+
+namespace quillo {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr Duration toastTime = 2500ms;
+constexpr PanelPlace switcherPlace{.width = 480, .anchor = PanelAnchor::center};
+
+}  // namespace
+
+AppModel::AppModel(const AppServices& services, QObject* parent)
+    : QObject(parent),
+      services_(services),
+      store_(services.files, services.data / "workspaces"),
+      history_(services.files, services.data / "sessions"),
+      settings_(AppSettings::load(services.defaults)),
+      accessibilityGranted_(services.desktop.platform.accessibility.trusted()),
+      loginItem_(services.defaults, LoginItemController::operations(services.loginItem)),
+      hotKeys_(services.hotKeys, services.desktop.platform.executor, services.desktop.platform.log),
+      libraryWatch_(executor(), services.files, store_.directory(), [this] { reload(); }),
+      historyWatch_(executor(), services.files, services.data / "sessions", [this] { reloadSessions(); }) {
+    WorkspaceScanResult found = store_.scan();
+    workspaces_ = std::move(found.workspaces);
+    storageIssues_ = std::move(found.issues);
+    loginItem_.configureDefault();
+    hotKeys_.onAction = [this](HotKeyAction action) {
+        if (action == HotKeyAction::save) {
+            beginCapture();
+        } else {
+            toggleSwitcher();
+        }
+    };
+    sessions_ = history_.list();
+    observeSystem();
+    applySettings();
+    startPermissionPolling();
+}
+
+AppModel::~AppModel() = default;
+
+void AppModel::observeSystem() {
+    powerObserver_ =
+        services_.power.observe([this](PowerEvent, const PowerHold& hold) { captureSession(hold); });
+    reopenObserver_ = services_.surfaces.observeOpenMainWindow([this] { openMain(); });
+}
+
+bool AppModel::busy() const {
+    return capturing() || nowRefreshing() || draft_ || restoreRunning() || snapshotting();
+}
+
+bool AppModel::canRelaunchForUpdate() const {
+    return !snapshotting() && !capturing() && !restoreRunning() && !draft_;
+}
+
+void AppModel::setSettings(AppSettings settings) {
+    if (settings == settings_) return;
+    settings_ = std::move(settings);
+    if (const Result<void> saved = settings_.save(services_.defaults); !saved) {
+        show("Couldn't save settings: " + saved.error().text);
+    }
+    applySettings();
+    Q_EMIT settingsChanged();
+}
+
+void AppModel::applySettings() {
+    if (settings_.shortcutsEnabled) {
+        std::map<HotKeyAction, Shortcut> shortcuts;
+        for (const HotKeyAction action : allHotKeyActions) shortcuts[action] = settings_.shortcut(action);
+        hotKeys_.registerAll(shortcuts);
+    } else {
+        hotKeys_.unregisterAll();
+    }
+    services_.shell.setAppearance(settings_.appearance);
+    configureAutoSnapshot();
+}
+
+void AppModel::setShowingSettings(bool showing) {
+    if (std::exchange(showingSettings_, showing) != showing) Q_EMIT showingSettingsChanged();
+}
+
+void AppModel::reload() {
+    WorkspaceScanResult found = store_.scan();
+    const bool newWorkspaces = found.workspaces != workspaces_, newIssues = found.issues != storageIssues_;
+    workspaces_ = std::move(found.workspaces);
+    storageIssues_ = std::move(found.issues);
+    if (newWorkspaces) Q_EMIT workspacesChanged();
+    if (newIssues) Q_EMIT storageIssuesChanged();
+}
+
+void AppModel::reloadSessions() {
+    std::vector<Workspace> found = history_.list();
+    if (std::exchange(sessions_, std::move(found)) != sessions_) Q_EMIT sessionsChanged();
+}
+
+void AppModel::openMain() {
+    services_.shell.setActivationPolicy(ActivationPolicy::regular);
+    if (services_.surfaces.bringMainWindowForward()) return;
+    if (openWindowAction) openWindowAction();
+}
+
+void AppModel::toggleSwitcher() {
+    if (services_.surfaces.panelVisible(PanelID::switcher)) {
+        services_.surfaces.closePanel(PanelID::switcher);
+    } else {
+        services_.surfaces.showPanel(PanelID::switcher, switcherPlace);
+    }
+}
+
+void AppModel::show(std::string message) {
+    toast_ = std::move(message);
+    toastTimer_.start(executor(), clearToast());
+    Q_EMIT toastChanged();
+}
+
+/// One timer, begun anew by each toast: a newer one has its full time, the same words again too.
+Task<> AppModel::clearToast() {
+    co_await sleepFor(toastTime);
+    toast_.reset();
+    Q_EMIT toastChanged();
+}
+
+Instant AppModel::wallNow() const {
+    return executor().wallNow();
+}
+
+void AppModel::dispose(std::shared_ptr<QObject> retired) {
+    if (retired) executor().post([retired = std::move(retired)] {});
+}
+
+}  // namespace quillo

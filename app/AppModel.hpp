@@ -1,0 +1,212 @@
+// The one long-lived object of the application: the library, the settings, the capture under review, the
+// restore that runs, and every operation a person can ask for. Views only read its fields and call its
+// operations.
+#pragma once
+#include <QObject>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "WindowEngine/Accessibility.hpp"
+#include "WindowEngine/Restore.hpp"
+#include "WindowEngine/SessionHistory.hpp"
+#include "WindowEngine/WorkspaceStore.hpp"
+#include "app/CaptureDraft.hpp"
+#include "app/DirectoryWatch.hpp"
+#include "app/HotKeys.hpp"
+#include "app/LoginItemController.hpp"
+#include "app/RestoreRun.hpp"
+#include "app/Surfaces.hpp"
+#include "app/TaskSlot.hpp"
+#include "platform/services/PowerEvents.hpp"
+#include "platform/services/Shell.hpp"
+#include "settings/AppSettings.hpp"
+
+namespace quillo {
+
+/// What the model stands on: references only, which must outlive it.
+struct AppServices {
+    DesktopAccess& desktop;
+    FileSystem& files;
+    std::filesystem::path data;  // holds workspaces/ and sessions/
+    UserDefaults& defaults;
+    HotKeyService& hotKeys;
+    LoginItemService& loginItem;
+    PowerEvents& power;
+    Shell& shell;
+    Surfaces& surfaces;
+};
+
+/// Everything happens on the executor's thread. Every change of a field is told by its signal, after all
+/// fields that an operation changes have been set.
+class AppModel final : public QObject {
+    Q_OBJECT
+
+  public:
+    /// Starts up: reads settings, library and history, registers the hot keys, begins the background work.
+    explicit AppModel(const AppServices& services, QObject* parent = nullptr);
+    ~AppModel() override;
+
+    /// As last read from the store, newest first; views sort them.
+    const std::vector<Workspace>& workspaces() const { return workspaces_; }
+    const std::vector<WorkspaceLoadIssue>& storageIssues() const { return storageIssues_; }
+    /// The session history, newest first.
+    const std::vector<Workspace>& sessions() const { return sessions_; }
+    const std::optional<std::string>& autoSnapshotError() const { return autoSnapshotError_; }
+    const AppSettings& settings() const { return settings_; }
+    bool accessibilityGranted() const { return accessibilityGranted_; }
+    /// Why other applications' windows cannot be read, where they cannot.
+    Capability accessibilityAccess() const { return services_.desktop.platform.accessibility.access(); }
+    CaptureDraft* draft() const { return draft_.get(); }    // null when nothing is under review
+    RestoreRun* restore() const { return restore_.get(); }  // the current or the last run; null before any
+    bool capturing() const { return capturing_; }           // for the person
+    const std::optional<std::string>& toast() const { return toast_; }
+    LoginItemController& loginItem() { return loginItem_; }
+    HotKeys& hotKeys() { return hotKeys_; }
+    /// The desktop as it was when refreshNow() last looked.
+    const std::optional<WorkspaceSnapshot>& now() const { return now_; }
+    bool nowRefreshing() const { return nowRefreshing_; }
+    bool promptedForAccessibility() const { return promptedForAccessibility_; }
+    bool showingSettings() const { return showingSettings_; }
+
+    bool restoreRunning() const { return restore_ && !restore_->report(); }
+    /// An automatic session capture runs.
+    bool snapshotting() const { return autoSnapshotTask_.active(); }
+    /// Whether a capture, a review or a restore is under way, automatic ones included.
+    bool busy() const;
+    /// Whether the program may be replaced by its update now; otherwise relaunchRefusal says why not.
+    bool canRelaunchForUpdate() const;
+    static constexpr const char* relaunchRefusal = "Finish your capture or restore before relaunching.";
+
+    /// Opens the main window where there is none; handed in by the interface.
+    std::function<void()> openWindowAction;
+
+    /// Stores and applies at once.
+    void setSettings(AppSettings settings);
+    void setShowingSettings(bool showing);
+
+    /// Rescans library and history.
+    void reload();
+
+    /// Captures the desktop and opens the review. Without permission, or while a restore runs, it brings the
+    /// main window forward instead; while another capture runs it does nothing.
+    void beginCapture(std::optional<Workspace> updating = std::nullopt, bool testRestoreAfterSave = false);
+    /// Saves what is under review; on failure the review stays as it is.
+    void commit(CaptureDraft& draft);
+    /// Drops what is under review.
+    void dismissDraft();
+
+    /// Does nothing while a capture, a review or another restore is under way. Without a mode other
+    /// applications are kept.
+    void restore(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate);
+    /// The panel's close control: stops the run where it still goes on, and closes the panel.
+    void closeRestorePanel();
+    /// What a restore of this workspace does to other applications from now on.
+    void setCleanSlate(const Workspace& workspace, CleanSlateMode mode);
+
+    void deleteWorkspace(const Workspace& workspace);
+    void duplicate(const Workspace& workspace);
+    void rename(const Workspace& workspace, const std::string& name);
+    void exportWorkspace(const Workspace& workspace);
+    void importWorkspace();
+    /// Every workspace, the history, and automatic snapshots.
+    void deleteAllData();
+
+    /// One automatic session capture, where the rules allow it now. The hold is released when it is over.
+    void captureSession(const PowerHold& hold = {});
+    void deleteSessionHistory();
+    void refreshNow();
+    /// The system's prompt the first time, its settings page from then on.
+    void requestAccessibility();
+
+    void openMain();
+    /// The switcher panel: opened, or closed where it is open.
+    void toggleSwitcher();
+    void show(std::string message);
+
+  Q_SIGNALS:
+    void workspacesChanged();
+    void storageIssuesChanged();
+    void sessionsChanged();
+    void autoSnapshotErrorChanged();
+    void settingsChanged();
+    void accessibilityGrantedChanged();
+    void draftChanged();
+    void restoreChanged();
+    void capturingChanged();
+    void toastChanged();
+    void nowChanged();
+    void nowRefreshingChanged();
+    void showingSettingsChanged();
+    void busyChanged();  // busy() or canRelaunchForUpdate()
+
+  private:
+    void applySettings();
+    void configureAutoSnapshot();
+    void startPermissionPolling();
+    void observeSystem();
+
+    Task<> snapshotLoop(std::int64_t minutes, bool atOnce);
+    Task<> pollPermission();
+    Task<> captureForReview(std::optional<Workspace> updating, bool testRestoreAfterSave);
+    Task<> captureAutomatically(Uuid generation, AppSettings settings);
+    Task<> captureNow();
+    Task<> clearToast();
+    Task<> runRestore(RestoreRun* run, Restore::Options options);
+    Task<> closePanelLater(Duration delay);
+    Task<> exportTask(Workspace workspace);
+    Task<> importTask();
+
+    void saveSession(const WorkspaceSnapshot& snapshot);
+    void restoreEnded(RestoreRun& run, RestoreReport report);
+    Result<void> changeStored(const Uuid& id, const std::function<void(Workspace&)>& change);
+    Result<void> writeExport(const Workspace& workspace, const std::filesystem::path& file);
+    Result<std::string> importFile(const std::filesystem::path& file);
+    void setAutoSnapshotError(std::optional<std::string> message);
+    void captureEnded(std::shared_ptr<CaptureDraft> draft);
+    void nowEnded(std::optional<WorkspaceSnapshot> snapshot);
+    void setDraft(std::shared_ptr<CaptureDraft> draft);
+    void reloadSessions();
+    Instant wallNow() const;
+    Executor& executor() const { return services_.desktop.platform.executor; }
+    /// Views may still be in a handler of a retired object: it goes in a turn of its own.
+    void dispose(std::shared_ptr<QObject> retired);
+
+    AppServices services_;
+    WorkspaceStore store_;
+    SessionHistory history_;
+
+    std::vector<Workspace> sessions_;
+    std::optional<std::string> autoSnapshotError_;
+    Uuid autoSnapshotGeneration_ = Uuid::random();
+    std::int64_t scheduledMinutes_ = -1;  // so that the first configuration always runs
+    std::vector<Workspace> workspaces_;
+    std::vector<WorkspaceLoadIssue> storageIssues_;
+    AppSettings settings_;
+    bool accessibilityGranted_ = false;
+    std::shared_ptr<CaptureDraft> draft_;
+    std::shared_ptr<RestoreRun> restore_;
+    bool capturing_ = false;
+    std::optional<std::string> toast_;
+    LoginItemController loginItem_;
+    HotKeys hotKeys_;
+    std::optional<WorkspaceSnapshot> now_;
+    bool nowRefreshing_ = false;
+    bool promptedForAccessibility_ = false;
+    bool showingSettings_ = false;
+    PowerHold powerHold_;  // of the system that waits for the running session capture
+
+    std::unique_ptr<PowerObserver> powerObserver_;
+    std::unique_ptr<SurfaceObserver> reopenObserver_;
+
+    // Last: what runs ends before what it works on.
+    TaskSlot autoSnapshotTimer_, autoSnapshotTask_, permissionPoll_, captureTask_, nowTask_;
+    TaskSlot toastTimer_, panelTimer_, exporting_, importing_;
+    DirectoryWatch libraryWatch_, historyWatch_;
+};
+
+}  // namespace quillo

@@ -1,0 +1,90 @@
+// Capturing the desktop for the person: the review, and the preview of what is open now.
+#include "WindowEngine/ImportedWorkspace.hpp"
+#include "WindowEngine/support/Text.hpp"
+#include "app/AppModel.hpp"
+
+namespace quillo {
+
+void AppModel::beginCapture(std::optional<Workspace> updating, bool testRestoreAfterSave) {
+    if (!accessibilityGranted_) return openMain();
+    if (capturing() || snapshotting()) return;
+    if (restoreRunning()) return openMain();
+    capturing_ = true;
+    captureTask_.start(executor(), captureForReview(std::move(updating), testRestoreAfterSave),
+                       [this] { captureEnded(nullptr); });
+    Q_EMIT capturingChanged();
+    Q_EMIT busyChanged();
+}
+
+Task<> AppModel::captureForReview(std::optional<Workspace> updating, bool testRestoreAfterSave) {
+    WorkspaceSnapshot snapshot = co_await Capture::snapshot(services_.desktop, settings_.captureOptions());
+    captureEnded(
+        std::make_shared<CaptureDraft>(std::move(snapshot), std::move(updating), testRestoreAfterSave));
+    openMain();
+}
+
+/// Without a draft where the task ended early; what is under review then stays.
+void AppModel::captureEnded(std::shared_ptr<CaptureDraft> draft) {
+    if (!std::exchange(capturing_, false)) return;
+    if (draft) setDraft(std::move(draft));
+    Q_EMIT capturingChanged();
+    Q_EMIT busyChanged();
+}
+
+void AppModel::setDraft(std::shared_ptr<CaptureDraft> draft) {
+    dispose(std::exchange(draft_, std::move(draft)));
+    Q_EMIT draftChanged();
+    Q_EMIT busyChanged();
+}
+
+void AppModel::dismissDraft() {
+    if (draft_) setDraft(nullptr);
+}
+
+void AppModel::commit(CaptureDraft& reviewed) {
+    if (draft_.get() != &reviewed) return;
+    const std::shared_ptr<CaptureDraft> draft = draft_;
+    const Instant time = wallNow();
+    Workspace workspace =
+        draft->updating() ? *draft->updating() : Workspace::create(Uuid::random(), {}, {}, {}, {}, time);
+    std::string name = text::trim(draft->name());
+    if (name.empty()) name = "Untitled";
+    const bool keepsName = draft->updating() && name == draft->updating()->name;
+    workspace.name = keepsName ? name : uniqueName(name, workspaces_);
+    workspace.icon = draft->icon();
+    workspace.color = draft->color();
+    workspace.snapshot = draft->filteredSnapshot();
+    workspace.updatedAt = time;
+    if (const Result<void> saved = store_.save(workspace); !saved) {
+        return show("Couldn't save: " + saved.error().text);
+    }
+    reload();
+    setDraft(nullptr);
+    show("Saved " + workspace.name);
+    if (draft->testRestoreAfterSave()) restore(workspace, std::nullopt);
+}
+
+void AppModel::refreshNow() {
+    const bool other = capturing() || snapshotting() || restoreRunning();
+    if (!accessibilityGranted_ || nowRefreshing() || other) return;
+    nowRefreshing_ = true;
+    nowTask_.start(executor(), captureNow(), [this] { nowEnded(std::nullopt); });
+    Q_EMIT nowRefreshingChanged();
+    Q_EMIT busyChanged();
+}
+
+Task<> AppModel::captureNow() {
+    nowEnded(co_await Capture::snapshot(services_.desktop, settings_.captureOptions()));
+}
+
+void AppModel::nowEnded(std::optional<WorkspaceSnapshot> snapshot) {
+    if (!std::exchange(nowRefreshing_, false)) return;
+    if (snapshot) {
+        now_ = std::move(snapshot);
+        Q_EMIT nowChanged();
+    }
+    Q_EMIT nowRefreshingChanged();
+    Q_EMIT busyChanged();
+}
+
+}  // namespace quillo

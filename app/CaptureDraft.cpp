@@ -1,0 +1,92 @@
+#include "app/CaptureDraft.hpp"
+
+#include <random>
+#include <utility>
+
+#include "WindowEngine/CaptureFilter.hpp"
+
+namespace quillo {
+namespace {
+
+std::string colorByChance() {
+    std::random_device source;
+    return std::string(Workspace::colors[std::uniform_int_distribution<std::size_t>(
+        0, Workspace::colors.size() - 1)(source)]);
+}
+
+}  // namespace
+
+CaptureDraft::CaptureDraft(WorkspaceSnapshot snapshot, std::optional<Workspace> updating,
+                           bool testRestoreAfterSave)
+    : name_(updating ? updating->name : ""),
+      icon_(updating ? updating->icon : icons.front()),
+      color_(updating ? updating->color : colorByChance()),
+      snapshot_(std::make_shared<const WorkspaceSnapshot>(std::move(snapshot))),
+      updating_(std::move(updating)),
+      testRestoreAfterSave_(testRestoreAfterSave) {}
+
+void CaptureDraft::setName(std::string name) {
+    if (std::exchange(name_, std::move(name)) != name_) Q_EMIT changed();
+}
+
+void CaptureDraft::setIcon(std::string icon) {
+    if (std::exchange(icon_, std::move(icon)) != icon_) Q_EMIT changed();
+}
+
+void CaptureDraft::setColor(std::string color) {
+    if (std::exchange(color_, std::move(color)) != color_) Q_EMIT changed();
+}
+
+bool CaptureDraft::includesApp(const std::string& bundleIdentifier) const {
+    return !excludedApps_.contains(bundleIdentifier);
+}
+
+void CaptureDraft::includeApp(const std::string& bundleIdentifier, bool included) {
+    include(excludedApps_, bundleIdentifier, included);
+}
+
+bool CaptureDraft::includesWindow(const std::string& bundleIdentifier, std::int64_t index) const {
+    return !excludedWindows_.contains(CaptureFilter::windowKey(bundleIdentifier, index));
+}
+
+void CaptureDraft::includeWindow(const std::string& bundleIdentifier, std::int64_t index, bool included) {
+    include(excludedWindows_, CaptureFilter::windowKey(bundleIdentifier, index), included);
+}
+
+bool CaptureDraft::includesContextURL(const std::string& bundleIdentifier, std::int64_t windowIndex,
+                                      std::int64_t urlIndex) const {
+    return !excludedContextURLs_.contains(
+        CaptureFilter::contextURLKey(bundleIdentifier, windowIndex, urlIndex));
+}
+
+void CaptureDraft::includeContextURL(const std::string& bundleIdentifier, std::int64_t windowIndex,
+                                     std::int64_t urlIndex, bool included) {
+    include(excludedContextURLs_, CaptureFilter::contextURLKey(bundleIdentifier, windowIndex, urlIndex),
+            included);
+}
+
+void CaptureDraft::include(std::set<std::string>& excluded, const std::string& key, bool included) {
+    const bool changes = included ? excluded.erase(key) > 0 : excluded.insert(key).second;
+    if (changes) Q_EMIT exclusionsChanged();
+}
+
+WorkspaceSnapshot CaptureDraft::filteredSnapshot() const {
+    return CaptureFilter::apply(*snapshot_, excludedApps_, excludedWindows_, excludedContextURLs_);
+}
+
+std::string reviewLabel(const WindowSnapshot& window) {
+    std::string label;
+    if (window.title && !window.title->empty()) {
+        label = *window.title;
+    } else {
+        label = window.isFullscreen ? "Full screen" : "Untitled";
+    }
+    if (window.tabs) label += " · " + std::to_string(window.tabs->size()) + " tabs";
+    return label;
+}
+
+std::string placementLabel(const WindowSnapshot& window) {
+    return window.desktop ? "Desktop " + std::to_string(window.desktop->number()) : "";
+}
+
+}  // namespace quillo

@@ -1,0 +1,79 @@
+// A capture under review: the snapshot as taken, and what the person unticked of it. Nothing is saved before
+// AppModel::commit, and nothing of it is left when it is dropped.
+#pragma once
+#include <QObject>
+#include <array>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+
+#include "WindowEngine/Workspace.hpp"
+
+namespace quillo {
+
+class CaptureDraft final : public QObject {
+    Q_OBJECT
+
+  public:
+    /// Symbol names of the icons there are to choose from.
+    static constexpr std::array<std::string_view, 12> icons{
+        "square.stack.3d.up", "briefcase",  "hammer", "paintbrush.pointed", "terminal", "book",
+        "gamecontroller",     "music.note", "person", "sparkles",           "leaf",     "globe"};
+
+    /// Name, icon and color of `updating`; without one no name, the first icon and a color by chance.
+    CaptureDraft(WorkspaceSnapshot snapshot, std::optional<Workspace> updating, bool testRestoreAfterSave);
+
+    const Uuid& id() const { return id_; }
+    const std::string& name() const { return name_; }
+    const std::string& icon() const { return icon_; }
+    const std::string& color() const { return color_; }
+    const WorkspaceSnapshot& snapshot() const { return *snapshot_; }
+    const std::optional<Workspace>& updating() const { return updating_; }
+    bool testRestoreAfterSave() const { return testRestoreAfterSave_; }
+
+    void setName(std::string name);
+    void setIcon(std::string icon);
+    void setColor(std::string color);
+
+    const std::set<std::string>& excludedApps() const { return excludedApps_; }
+    const std::set<std::string>& excludedWindows() const { return excludedWindows_; }
+    const std::set<std::string>& excludedContextURLs() const { return excludedContextURLs_; }
+
+    // The ticks of the review's rows. They do not touch each other: an application that is ticked again comes
+    // back with exactly the windows and addresses that were not unticked by themselves.
+    bool includesApp(const std::string& bundleIdentifier) const;
+    void includeApp(const std::string& bundleIdentifier, bool included);
+    bool includesWindow(const std::string& bundleIdentifier, std::int64_t index) const;
+    void includeWindow(const std::string& bundleIdentifier, std::int64_t index, bool included);
+    /// `windowIndex`: the context window's source index, else its place; `urlIndex`: the address's place.
+    bool includesContextURL(const std::string& bundleIdentifier, std::int64_t windowIndex,
+                            std::int64_t urlIndex) const;
+    void includeContextURL(const std::string& bundleIdentifier, std::int64_t windowIndex,
+                           std::int64_t urlIndex, bool included);
+
+    /// What would be saved now; computed at each call.
+    WorkspaceSnapshot filteredSnapshot() const;
+
+  Q_SIGNALS:
+    void changed();  // name, icon or color
+    void exclusionsChanged();
+
+  private:
+    void include(std::set<std::string>& excluded, const std::string& key, bool included);
+
+    const Uuid id_ = Uuid::random();
+    std::string name_, icon_, color_;
+    const std::shared_ptr<const WorkspaceSnapshot> snapshot_;
+    std::set<std::string> excludedApps_, excludedWindows_, excludedContextURLs_;
+    const std::optional<Workspace> updating_;
+    const bool testRestoreAfterSave_;
+};
+
+/// A window's row in the review: its title, or what stands for it, and how many tabs it holds.
+std::string reviewLabel(const WindowSnapshot& window);
+/// "Desktop 2"; empty for a window that no desktop is known of.
+std::string placementLabel(const WindowSnapshot& window);
+
+}  // namespace quillo

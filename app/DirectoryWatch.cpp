@@ -1,0 +1,56 @@
+#include "app/DirectoryWatch.hpp"
+
+#include <utility>
+
+namespace quillo {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Saving a workspace is some renames in a row: they are told as one.
+constexpr Duration together = 50ms;
+
+}  // namespace
+
+DirectoryWatch::DirectoryWatch(Executor& executor, FileSystem& files, std::filesystem::path directory,
+                               std::function<void()> changed)
+    : executor_(executor),
+      files_(files),
+      directory_(std::move(directory)),
+      changed_(std::move(changed)),
+      self_(std::make_shared<DirectoryWatch*>(this)) {
+    // Best effort: without its parent there is nothing to watch, and saving will say what is wrong.
+    [[maybe_unused]] const Result<void> created = files_.createDirectories(directory_.parent_path());
+    watch();
+}
+
+DirectoryWatch::~DirectoryWatch() {
+    watch_.reset();  // no call comes from here on; one that is queued finds nobody
+    *self_ = nullptr;
+}
+
+void DirectoryWatch::watch() {
+    const auto queued = [&executor = executor_, self = self_] {
+        executor.post([self] {
+            if (*self) (*self)->noticed();
+        });
+    };
+    watch_.reset();
+    auto watching = files_.watch(directory_, queued);
+    watchesParent_ = !watching;
+    if (!watching) watching = files_.watch(directory_.parent_path(), queued);
+    if (watching) watch_ = *std::move(watching);
+}
+
+void DirectoryWatch::noticed() {
+    if (!settling_.active()) settling_.start(executor_, settle());
+}
+
+Task<> DirectoryWatch::settle() {
+    co_await sleepFor(together);
+    const bool wasAway = watchesParent_;
+    watch();  // anew: the directory may be another one of the same name
+    if (!wasAway || !watchesParent_) changed_();
+}
+
+}  // namespace quillo

@@ -1,0 +1,39 @@
+// Notices that another program changed a directory, also one that does not exist yet or goes and comes back.
+#pragma once
+#include <filesystem>
+#include <functional>
+#include <memory>
+
+#include "WindowEngine/services/FileSystem.hpp"
+#include "WindowEngine/support/Executor.hpp"
+#include "app/TaskSlot.hpp"
+
+namespace quillo {
+
+/// Where the system cannot watch, it stays silent.
+class DirectoryWatch {
+  public:
+    /// Creates the parent of `directory` where it is missing. `changed` is called on the executor's thread,
+    /// once for changes that come close together.
+    DirectoryWatch(Executor& executor, FileSystem& files, std::filesystem::path directory,
+                   std::function<void()> changed);
+    DirectoryWatch(const DirectoryWatch&) = delete;
+    DirectoryWatch& operator=(const DirectoryWatch&) = delete;
+    ~DirectoryWatch();
+
+  private:
+    void watch();
+    void noticed();
+    Task<> settle();
+
+    Executor& executor_;
+    FileSystem& files_;
+    std::filesystem::path directory_;
+    std::function<void()> changed_;
+    std::shared_ptr<DirectoryWatch*> self_;  // null from its destruction on
+    bool watchesParent_ = false;
+    std::unique_ptr<FileWatch> watch_;
+    TaskSlot settling_;
+};
+
+}  // namespace quillo
