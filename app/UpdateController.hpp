@@ -31,8 +31,8 @@ class UpdateController final : public QObject, private UpdaterDelegate {
     /// With the framework's own windows.
     void checkForUpdates();
     /// Quits, installs and starts the new version; empty while none is ready. Whether it may be called now is
-    /// AppModel::canRelaunchForUpdate.
-    const std::function<void()>& installAndRelaunch() const { return installAndRelaunch_; }
+    /// AppModel::canRelaunchForUpdate. A copy, so that the framework may abort while it runs.
+    std::function<void()> installAndRelaunch() const { return installAndRelaunch_; }
 
   Q_SIGNALS:
     void changed();
@@ -46,6 +46,7 @@ class UpdateController final : public QObject, private UpdaterDelegate {
                                  std::function<void()> installNow) override;
     void didAbortWithError() override;
     void flagsChanged() override;
+    void refresh();
 
     UpdaterService& service_;
     bool canCheckForUpdates_ = false;

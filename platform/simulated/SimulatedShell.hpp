@@ -1,0 +1,33 @@
+// Remembers what the application asked of the desktop around it.
+#pragma once
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/services/Shell.hpp"
+
+namespace quillo {
+
+class SimulatedShell final : public Shell {
+  public:
+    struct Notification {
+        std::string title, text;
+        bool operator==(const Notification&) const = default;
+    };
+
+    void setActivationPolicy(ActivationPolicy policy) override { policies.push_back(policy); }
+    void setAppearance(Appearance appearance) override { appearances.push_back(appearance); }
+    Capability canOpenSystemSettings() const override { return settings; }
+    void openSystemSettings(const std::string& page) override { openedPages.push_back(page); }
+    void notify(const std::string& title, const std::string& text) override {
+        notifications.push_back({title, text});
+    }
+
+    Capability settings = Capability::available();
+    std::vector<ActivationPolicy> policies{};  // in order of asking, as all of these
+    std::vector<Appearance> appearances{};
+    std::vector<std::string> openedPages{};
+    std::vector<Notification> notifications{};
+};
+
+}  // namespace quillo
