@@ -66,15 +66,22 @@ icu::Locale personLocale() {
     return std::string_view(locale.getVariant()) == "POSIX" ? icu::Locale::getRoot() : locale;
 }
 
+std::unique_ptr<icu::Collator> makeCollator(UColAttributeValue numbersByValue) {
+    UErrorCode status = U_ZERO_ERROR;
+    std::unique_ptr<icu::Collator> made(icu::Collator::createInstance(personLocale(), status));
+    if (U_FAILURE(status)) return nullptr;
+    made->setStrength(icu::Collator::SECONDARY);
+    made->setAttribute(UCOL_NUMERIC_COLLATION, numbersByValue, status);
+    return U_SUCCESS(status) ? std::move(made) : nullptr;
+}
+
 // Building a collator reads its rules; one serves every comparison of the program.
 const icu::Collator* personCollator() {
-    static const std::unique_ptr<icu::Collator> collator = [] {
-        UErrorCode status = U_ZERO_ERROR;
-        std::unique_ptr<icu::Collator> made(icu::Collator::createInstance(personLocale(), status));
-        if (U_FAILURE(status)) return std::unique_ptr<icu::Collator>();
-        made->setStrength(icu::Collator::SECONDARY);
-        return made;
-    }();
+    static const std::unique_ptr<icu::Collator> collator = makeCollator(UCOL_OFF);
+    return collator.get();
+}
+const icu::Collator* nameCollator() {
+    static const std::unique_ptr<icu::Collator> collator = makeCollator(UCOL_ON);
     return collator.get();
 }
 
@@ -122,6 +129,25 @@ std::weak_ordering compareLocalized(std::string_view a, std::string_view b) {
     if (!collator) return ordering(decoded(a).caseCompare(decoded(b), U_FOLD_CASE_DEFAULT));
     UErrorCode status = U_ZERO_ERROR;
     return ordering(collator->compare(decoded(a), decoded(b), status));
+}
+
+std::string nameSortKey(std::string_view name) {
+    const icu::Collator* collator = nameCollator();
+    if (!collator) return lowercase(name);
+    const icu::UnicodeString text = decoded(name);
+    std::string key(64, '\0');
+    const auto bytes = [&key] { return reinterpret_cast<std::uint8_t*>(key.data()); };
+    const auto written = [&] {
+        return static_cast<std::size_t>(
+            collator->getSortKey(text, bytes(), static_cast<std::int32_t>(key.size())));
+    };
+    std::size_t size = written();
+    if (size > key.size()) {
+        key.resize(size);
+        size = written();
+    }
+    key.resize(size);
+    return key;
 }
 
 struct Pattern::Impl {

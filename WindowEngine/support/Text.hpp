@@ -19,6 +19,9 @@ std::string repaired(std::string_view s);
 
 /// Case-insensitive comparison in the person's locale (ICU collation, secondary strength).
 std::weak_ordering compareLocalized(std::string_view a, std::string_view b);
+/// Bytes whose order is that of the names as a file browser lists them in the person's locale: without regard
+/// to case, numbers by value, diacritics only between names that are equal without them.
+std::string nameSortKey(std::string_view name);
 
 /// A compiled regular expression with Unicode-aware classes; compile once, use often.
 class Pattern {

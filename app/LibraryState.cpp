@@ -1,0 +1,82 @@
+#include "app/LibraryState.hpp"
+
+#include <algorithm>
+#include <utility>
+
+#include "app/LibraryTexts.hpp"
+
+namespace quillo {
+
+LibraryState::LibraryState(const LibraryIndex& index, QObject* parent) : QObject(parent), index_(index) {
+    findRows();
+    connect(&index_, &LibraryIndex::reloaded, this, [this] {
+        if (!selected()) selectedID_.reset();
+        findRows();
+    });
+}
+
+void LibraryState::setQuery(std::string query) {
+    if (query == query_) return;
+    query_ = std::move(query);
+    findRows();
+}
+
+void LibraryState::setOrder(WorkspaceOrder order) {
+    if (std::exchange(order_, order) != order) findRows();
+}
+
+const Workspace* LibraryState::selected() const {
+    const auto& all = index_.workspaces();
+    const auto found = selectedID_ ? std::ranges::find(all, *selectedID_, &Workspace::id) : all.end();
+    return found == all.end() ? nullptr : &*found;
+}
+
+void LibraryState::select(std::optional<Uuid> id) {
+    const std::optional<Uuid> before = std::exchange(selectedID_, id);
+    if (!selected()) selectedID_.reset();
+    if (selectedID_ != before) Q_EMIT changed();
+}
+
+void LibraryState::moveCursorDown() {
+    if (cursor_ + 1 < rows_.size()) set(cursor_, cursor_ + 1);
+}
+
+void LibraryState::moveCursorUp() {
+    if (cursor_ > 0) set(cursor_, cursor_ - 1);
+}
+
+void LibraryState::selectAtCursor() {
+    if (cursor_ < ids_.size()) select(ids_[cursor_]);
+}
+
+void LibraryState::setCompact(bool compact) {
+    set(compact_, compact);
+}
+
+void LibraryState::setSearchFocused(bool focused) {
+    set(searchFocused_, focused);
+}
+
+std::string_view LibraryState::emptyTitle() const {
+    if (!rows_.empty()) return {};
+    return index_.workspaces().empty() ? LibraryTexts::windowEmpty : LibraryTexts::noMatch;
+}
+
+std::string_view LibraryState::emptyHint() const {
+    return rows_.empty() && !index_.workspaces().empty() ? LibraryTexts::noMatchHint : std::string_view();
+}
+
+void LibraryState::findRows() {
+    const std::optional<Uuid> atCursor = cursor_ < ids_.size() ? std::optional(ids_[cursor_]) : std::nullopt;
+    rows_ = index_.search().matches(query_, order_);
+    ids_.clear();
+    for (const std::size_t place : rows_) ids_.push_back(index_.workspaces()[place].id);
+    const auto kept = atCursor ? std::ranges::find(ids_, *atCursor) : ids_.end();
+    if (kept != ids_.end())
+        cursor_ = static_cast<std::size_t>(kept - ids_.begin());
+    else
+        cursor_ = std::min(cursor_, rows_.empty() ? 0 : rows_.size() - 1);
+    Q_EMIT rowsChanged();
+}
+
+}  // namespace quillo

@@ -1,0 +1,67 @@
+#include "app/WorkspaceOrder.hpp"
+
+#include <algorithm>
+#include <numeric>
+#include <string>
+
+#include "WindowEngine/support/Text.hpp"
+
+namespace quillo {
+namespace {
+
+std::vector<std::size_t> placesBefore(std::size_t count, auto before) {
+    std::vector<std::size_t> places(count);
+    std::iota(places.begin(), places.end(), std::size_t{0});
+    std::ranges::sort(places,
+                      [&](std::size_t a, std::size_t b) { return before(a, b) || (!before(b, a) && a < b); });
+    return places;
+}
+
+std::vector<std::size_t> byName(std::span<const Workspace> workspaces) {
+    std::vector<std::string> keys;  // comparing names themselves would read each of them a dozen times
+    keys.reserve(workspaces.size());
+    for (const Workspace& workspace : workspaces) keys.push_back(text::nameSortKey(workspace.name));
+    return placesBefore(keys.size(), [&](std::size_t a, std::size_t b) { return keys[a] < keys[b]; });
+}
+
+std::vector<std::size_t> newestFirst(std::span<const Workspace> workspaces, auto moment) {
+    return placesBefore(workspaces.size(), [&](std::size_t a, std::size_t b) {
+        return moment(workspaces[a]) > moment(workspaces[b]);
+    });
+}
+
+}  // namespace
+
+std::string_view label(WorkspaceOrder order) {
+    switch (order) {
+        case WorkspaceOrder::recent:
+            return "Recently used";
+        case WorkspaceOrder::name:
+            return "Name";
+        case WorkspaceOrder::saved:
+            return "Last saved";
+    }
+    return {};
+}
+
+std::optional<WorkspaceOrder> workspaceOrder(std::string_view stored) {
+    const auto* const found =
+        std::ranges::find(allWorkspaceOrders, stored, [](WorkspaceOrder order) { return label(order); });
+    return found == allWorkspaceOrders.end() ? std::nullopt : std::optional(*found);
+}
+
+std::vector<std::size_t> sortedPlaces(std::span<const Workspace> workspaces, WorkspaceOrder order) {
+    switch (order) {
+        case WorkspaceOrder::recent:
+            return newestFirst(workspaces, [](const Workspace& workspace) {
+                return workspace.lastRestoredAt.value_or(workspace.updatedAt);
+            });
+        case WorkspaceOrder::name:
+            return byName(workspaces);
+        case WorkspaceOrder::saved:
+            return newestFirst(workspaces, [](const Workspace& workspace) { return workspace.updatedAt; });
+    }
+    return {};
+}
+
+}  // namespace quillo
