@@ -1,0 +1,178 @@
+// The model on a simulated desktop, with surfaces that only remember and a disk that can be made to fail.
+#pragma once
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "WindowEngine/services/ForwardingFileSystem.hpp"
+#include "app/AppModel.hpp"
+#include "platform/posix/PosixFileSystem.hpp"
+#include "platform/simulated/MemoryDefaults.hpp"
+#include "platform/simulated/SimulatedHotKeys.hpp"
+#include "platform/simulated/SimulatedLoginItem.hpp"
+#include "platform/simulated/SimulatedPowerEvents.hpp"
+#include "platform/simulated/SimulatedShell.hpp"
+#include "tests/TemporaryDirectory.hpp"
+#include "tests/WindowEngine/DesktopFixture.hpp"
+#include "tests/WindowEngine/WorkspaceSamples.hpp"
+
+namespace quillo::samples {
+
+class RecordedSurfaces final : public Surfaces {
+  public:
+    bool mainWindow = false;
+    int broughtForward = 0;
+    std::map<PanelID, PanelPlace> panels;
+    std::deque<std::optional<std::filesystem::path>> answers;  // of the dialogs to come; none left: cancelled
+    std::vector<std::string> proposedNames;
+    std::function<void()> openMainAsked;
+
+    bool bringMainWindowForward() override {
+        broughtForward += mainWindow;
+        return mainWindow;
+    }
+    void showPanel(PanelID panel, PanelPlace place) override { panels[panel] = place; }
+    void closePanel(PanelID panel) override { panels.erase(panel); }
+    bool panelVisible(PanelID panel) const override { return panels.contains(panel); }
+    Task<std::optional<std::filesystem::path>> fileToWrite(std::string proposedName) override {
+        proposedNames.push_back(std::move(proposedName));
+        return answer();
+    }
+    Task<std::optional<std::filesystem::path>> fileToRead() override { return answer(); }
+    std::unique_ptr<SurfaceObserver> observeOpenMainWindow(std::function<void()> asked) override {
+        openMainAsked = std::move(asked);
+        return std::make_unique<SurfaceObserver>();
+    }
+
+  private:
+    Task<std::optional<std::filesystem::path>> answer() {
+        co_await sleepFor(std::chrono::seconds(3));  // people take their time
+        if (answers.empty()) co_return std::nullopt;
+        auto file = std::move(answers.front());
+        answers.pop_front();
+        co_return file;
+    }
+};
+
+/// Watches are told of changes by hand: a real one would bring them at some time of its own.
+class TestDisk final : public ForwardingFileSystem {
+  public:
+    using ForwardingFileSystem::ForwardingFileSystem;
+
+    std::optional<Error> createFailure, removeFailure, readFailure;
+    std::vector<std::function<void()>> watchers;
+
+    Result<std::string> read(const Path& file) override {
+        if (readFailure) return std::unexpected(*readFailure);
+        return ForwardingFileSystem::read(file);
+    }
+    Result<void> createFile(const Path& file, std::string_view bytes) override {
+        if (createFailure) return std::unexpected(*createFailure);
+        return ForwardingFileSystem::createFile(file, bytes);
+    }
+    Result<void> remove(const Path& file) override {
+        if (removeFailure) return std::unexpected(*removeFailure);
+        return ForwardingFileSystem::remove(file);
+    }
+    Result<void> removeTree(const Path& directory) override {
+        if (removeFailure) return std::unexpected(*removeFailure);
+        return ForwardingFileSystem::removeTree(directory);
+    }
+    Result<std::unique_ptr<FileWatch>> watch(const Path&, std::function<void()> changed) override {
+        watchers.push_back(std::move(changed));
+        return std::make_unique<FileWatch>();
+    }
+    void tellWatchers() {
+        for (const auto& watcher : std::exchange(watchers, {})) watcher();
+    }
+};
+
+class Model {
+  public:
+    /// A desk with two applications, one of them not running.
+    static Scene desk() {
+        return scene({sceneApplication("org.editor", {sceneWindow("Notes", {10, 40, 400, 300}),
+                                                      sceneWindow("Letter", {420, 40, 400, 300})}),
+                      notRunning(sceneApplication("org.viewer", {sceneWindow("Page", {10, 400, 300, 200})}))});
+    }
+
+    explicit Model(const Scene& scene = desk(), std::uint64_t seed = 1) : desktop(scene, seed) {
+        AppSettings settings;
+        settings.onboarded = true;
+        EXPECT_TRUE(settings.save(defaults));
+        start();
+    }
+
+    /// A first or another start of the program.
+    void start() {
+        model.reset();
+        model = std::make_unique<AppModel>(
+            AppServices{desktop.access, disk, directory.path(), defaults, hotKeys, loginItem, power, shell,
+                        surfaces});
+        model->openWindowAction = [this] { ++windowsOpened; };
+    }
+
+    AppModel* operator->() { return model.get(); }
+    void run(Duration duration) { desktop.executor().runFor(duration); }
+    void setTrusted(bool trusted) { desktop.world().setTrusted(trusted); }
+    double seconds() { return desktop.seconds(); }
+
+    std::vector<std::string> names() const {
+        std::vector<std::string> names;
+        for (const Workspace& workspace : model->workspaces()) names.push_back(workspace.name);
+        std::ranges::sort(names);
+        return names;
+    }
+    const Workspace& named(std::string_view name) const {
+        const auto found = std::ranges::find(model->workspaces(), name, &Workspace::name);
+        if (found == model->workspaces().end()) throw std::logic_error("no workspace of this name");
+        return *found;
+    }
+    /// Puts workspaces into the library, by another process as it were.
+    void put(std::initializer_list<const char*> names) {
+        for (const char* name : names) {
+            EXPECT_TRUE(store.save(samples::named(Uuid::random(), name)));
+        }
+        model->reload();
+    }
+    /// Until the capture that was begun is under review.
+    CaptureDraft& review() {
+        EXPECT_TRUE(desktop.executor().runUntil([&] { return model->draft() != nullptr; }, 1min));
+        return *model->draft();
+    }
+    void save(const std::string& name) {
+        model->beginCapture();
+        review().setName(name);
+        model->commit(*model->draft());
+    }
+    void finishRestore() {
+        EXPECT_TRUE(desktop.executor().runUntil([&] { return !model->restoreRunning(); }, 10min));
+    }
+    void change(const std::function<void(AppSettings&)>& edit) {
+        AppSettings settings = model->settings();
+        edit(settings);
+        model->setSettings(settings);
+    }
+
+    const TemporaryDirectory directory;
+    Desktop desktop;
+    PosixFileSystem posix;
+    TestDisk disk{posix};
+    WorkspaceStore store{posix, directory / "workspaces"};
+    SessionHistory history{posix, directory / "sessions"};
+    MemoryDefaults defaults;
+    SimulatedHotKeys hotKeys{desktop.executor()};
+    SimulatedLoginItem loginItem;
+    SimulatedPowerEvents power{desktop.executor()};
+    SimulatedShell shell;
+    RecordedSurfaces surfaces;
+    int windowsOpened = 0;
+    std::unique_ptr<AppModel> model;
+};
+
+}  // namespace quillo::samples
