@@ -6,6 +6,7 @@ namespace quillo::Log {
 namespace {
 
 constexpr std::string_view captureCategory = "capture";
+constexpr std::string_view hotKeyCategory = "hotkeys";
 constexpr std::string_view restoreCategory = "restore";
 
 }  // namespace
@@ -34,6 +35,10 @@ void requestedWindow(SystemLog& log, std::string_view bundleIdentifier) {
 
 void desktopCreation(SystemLog& log, std::string_view failure) {
     log.write(restoreCategory, LogLevel::error, fmt::format("Desktop creation: {}", failure));
+}
+
+void hotKeyUnavailable(SystemLog& log, std::string_view label, int status) {
+    log.write(hotKeyCategory, LogLevel::error, fmt::format("hotkey {} unavailable: {}", label, status));
 }
 
 void restoreFinished(SystemLog& log, std::size_t items, double seconds) {

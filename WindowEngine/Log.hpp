@@ -16,6 +16,8 @@ void ready(SystemLog& log, std::string_view bundleIdentifier, double seconds);
 void requestedWindow(SystemLog& log, std::string_view bundleIdentifier);
 /// `failure` is a text of DesktopPreparation::failures.
 void desktopCreation(SystemLog& log, std::string_view failure);
+/// `label` is the combination: glyphs of its modifiers and what the key cap shows.
+void hotKeyUnavailable(SystemLog& log, std::string_view label, int status);
 void restoreFinished(SystemLog& log, std::size_t items, double seconds);
 
 }  // namespace quillo::Log

@@ -21,6 +21,7 @@ class HotKeys final : public QObject {
 
     /// Registers nothing yet. Services and platform must outlive it.
     HotKeys(HotKeyService& service, Executor& executor, SystemLog& log, QObject* parent = nullptr);
+    ~HotKeys() override;
 
     /// Called in a turn of its own for each press.
     std::function<void(Action)> onAction;
@@ -46,6 +47,7 @@ class HotKeys final : public QObject {
     std::vector<std::unique_ptr<HotKeyRegistration>> refs_;  // by action; null where it was refused
     std::unique_ptr<HotKeyHandler> handler_;
     std::set<Action> unavailable_;
+    std::shared_ptr<HotKeys*> self_ = std::make_shared<HotKeys*>(this);  // null when it is gone
 };
 
 }  // namespace quillo

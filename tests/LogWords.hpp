@@ -17,6 +17,7 @@ inline void expectOnlyKnownSentences(const std::string& log) {
                                   R"([\w.-]+ ready at \d+\.\d+s|)"
                                   R"(requested a new window for windowless [\w.-]+|)"
                                   R"(Desktop creation: [A-Z][\w ;:,()-]+|)"
+                                  R"(hotkey [⌃⌥⇧⌘]+\S+ unavailable: -?\d+|)"
                                   R"(restore finished: \d+ items in \d+\.\d+s))");
     std::istringstream lines(log);
     for (std::string line; std::getline(lines, line);)

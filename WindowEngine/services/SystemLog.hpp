@@ -9,7 +9,7 @@ enum class LogLevel { info, error };
 class SystemLog {
   public:
     virtual ~SystemLog() = default;
-    /// `category` is "capture" or "restore" (subsystem app.quillo). Never fails, any thread.
+    /// `category` is "capture", "restore" or "hotkeys" (subsystem app.quillo). Never fails, any thread.
     virtual void write(std::string_view category, LogLevel level, std::string_view message) = 0;
 };
 

@@ -100,6 +100,10 @@ std::string lowercase(std::string_view s) {
     return result;
 }
 
+std::string uppercase(std::string_view s) {
+    return encoded(decoded(s).toUpper(icu::Locale::getRoot()));
+}
+
 bool equalIgnoringCase(std::string_view a, std::string_view b) {
     if (isAscii(a) && isAscii(b)) return std::ranges::equal(a, b, {}, lowered, lowered);
     // Composed and decomposed spellings of one character count as the same: people cannot tell them apart.

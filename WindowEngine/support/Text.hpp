@@ -8,6 +8,7 @@
 namespace quillo::text {
 
 std::string lowercase(std::string_view s);                       // full Unicode lower-casing, root locale
+std::string uppercase(std::string_view s);                       // full Unicode upper-casing, root locale
 bool equalIgnoringCase(std::string_view a, std::string_view b);  // Unicode case folding
 /// White space and line breaks (Unicode) removed at both ends.
 std::string trim(std::string_view s);

@@ -96,9 +96,10 @@ class Model {
   public:
     /// A desk with two applications, one of them not running.
     static Scene desk() {
-        return scene({sceneApplication("org.editor", {sceneWindow("Notes", {10, 40, 400, 300}),
-                                                      sceneWindow("Letter", {420, 40, 400, 300})}),
-                      notRunning(sceneApplication("org.viewer", {sceneWindow("Page", {10, 400, 300, 200})}))});
+        return scene(
+            {sceneApplication("org.editor", {sceneWindow("Notes", {10, 40, 400, 300}),
+                                             sceneWindow("Letter", {420, 40, 400, 300})}),
+             notRunning(sceneApplication("org.viewer", {sceneWindow("Page", {10, 400, 300, 200})}))});
     }
 
     explicit Model(const Scene& scene = desk(), std::uint64_t seed = 1) : desktop(scene, seed) {
@@ -111,9 +112,8 @@ class Model {
     /// A first or another start of the program.
     void start() {
         model.reset();
-        model = std::make_unique<AppModel>(
-            AppServices{desktop.access, disk, directory.path(), defaults, hotKeys, loginItem, power, shell,
-                        surfaces});
+        model = std::make_unique<AppModel>(AppServices{desktop.access, disk, directory.path(), defaults,
+                                                       hotKeys, loginItem, power, shell, surfaces});
         model->openWindowAction = [this] { ++windowsOpened; };
     }
 

@@ -1,0 +1,53 @@
+#include "app/HotKeys.hpp"
+
+#include <algorithm>
+
+#include "WindowEngine/Log.hpp"
+
+namespace quillo {
+namespace {
+
+constexpr std::array<char, 4> signature{'Q', 'L', 'L', 'O'};
+
+}  // namespace
+
+HotKeys::HotKeys(HotKeyService& service, Executor& executor, SystemLog& log, QObject* parent)
+    : QObject(parent), service_(service), executor_(executor), log_(log) {}
+
+HotKeys::~HotKeys() {
+    *self_ = nullptr;
+}
+
+void HotKeys::registerAll(const std::map<Action, Shortcut>& shortcuts) {
+    unregisterAll();
+    handler_ = service_.installHandler([this](HotKeyID id) { return pressed(id); });
+    const std::size_t refusedBefore = unavailable_.size();
+    for (const Action action : allHotKeyActions) {
+        const auto given = shortcuts.find(action);
+        const Shortcut shortcut = given != shortcuts.end() ? given->second : defaultShortcut(action);
+        auto registered =
+            service_.registerHotKey(shortcut.keyCode, shortcut.modifiers, {signature, number(action)});
+        if (!registered) {
+            Log::hotKeyUnavailable(log_, shortcut.label(), registered.error().code);
+            unavailable_.insert(action);
+        }
+        refs_.push_back(registered ? *std::move(registered) : nullptr);
+    }
+    if (unavailable_.size() != refusedBefore) Q_EMIT unavailableChanged();
+}
+
+void HotKeys::unregisterAll() {
+    refs_.clear();
+    handler_.reset();
+}
+
+bool HotKeys::pressed(HotKeyID id) {
+    const auto action = std::ranges::find(allHotKeyActions, id.number, number);
+    if (id.signature != signature || action == allHotKeyActions.end()) return false;
+    executor_.post([self = self_, action = *action] {
+        if (*self && (*self)->onAction) (*self)->onAction(action);
+    });
+    return true;
+}
+
+}  // namespace quillo

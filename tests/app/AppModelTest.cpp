@@ -1,0 +1,314 @@
+// The operations of the library and their failures.
+#include "tests/app/ModelFixture.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace std::chrono_literals;
+using samples::Model;
+using Names = std::vector<std::string>;
+
+const Error full{ErrorKind::noSpace, "the disk is full", 28};
+
+TEST(AppModel, StartsWithWhatIsStoredAndWatchesForMore) {
+    Model model;
+    EXPECT_TRUE(model->accessibilityGranted());
+    EXPECT_FALSE(model->draft() || model->restore() || model->busy() || model->toast() || model->now());
+    EXPECT_EQ(model.loginItem.registrations, 0);  // settings were there: not a fresh installation
+    EXPECT_EQ(model.hotKeys.registrations(), 2U);
+    EXPECT_EQ(model.shell.appearances, std::vector{Appearance::system});
+    // Another process saves: the directory is there now, then changes.
+    for (const char* name : {"One", "Two"}) {
+        ASSERT_TRUE(model.store.save(samples::named(Uuid::random(), name)));
+        model.disk.tellWatchers();
+        model.run(1s);
+    }
+    EXPECT_EQ(model.names(), (Names{"One", "Two"}));
+    ASSERT_TRUE(model.history.save(samples::example().snapshot, Instant{}));
+    model.disk.tellWatchers();
+    model.run(1s);
+    EXPECT_EQ(model->sessions().size(), 1U);
+    model.directory.write("workspaces/" + Uuid::random().upper() + ".json", "{");
+    model->reload();
+    EXPECT_EQ(model->storageIssues().size(), 1U);
+}
+
+TEST(AppModel, ACaptureIsReviewedAndSavedUnderAFreeName) {
+    const struct {
+        const char *typed, *saved;
+    } cases[] = {{"WORK", "WORK 3"}, {"  Play\n", "Play"}, {" ", "Untitled"}, {"", "Untitled 2"}};
+    Model model;
+    model.put({"Work", "work 2"});
+    for (const auto& c : cases) {
+        model.save(c.typed);
+        EXPECT_EQ(model->toast(), std::string("Saved ") + c.saved);
+        EXPECT_FALSE(model->draft());
+        const Workspace& saved = model.named(c.saved);
+        EXPECT_EQ(saved.snapshot.windowCount(), 2);
+        EXPECT_EQ(saved.createdAt, model.desktop.executor().wallNow());
+        EXPECT_EQ(saved.updatedAt, saved.createdAt);
+    }
+    EXPECT_EQ(model->workspaces(), model.store.scan().workspaces);
+    EXPECT_EQ(model.windowsOpened, 4);
+    EXPECT_EQ(model.shell.policies.back(), ActivationPolicy::regular);
+}
+
+TEST(AppModel, AnUpdateKeepsWhatTheWorkspaceIs) {
+    Model model;
+    Workspace before = samples::named(Uuid::random(), "Work");
+    before.lastRestoredAt = Instant{7s};
+    before.cleanSlate = CleanSlateMode::hide;
+    ASSERT_TRUE(model.store.save(before));
+    model->reload();
+    for (const char* name : {"Work", "work"}) {
+        model->beginCapture(model->workspaces().at(0));
+        CaptureDraft& draft = model.review();
+        draft.setName(name);
+        draft.setIcon("leaf");
+        draft.includeWindow("org.editor", 1, false);
+        model->commit(draft);
+        const Workspace& after = model->workspaces().at(0);
+        // The same name is kept; another one must be free, and this workspace is itself in the library.
+        EXPECT_EQ(after.name, std::string(name) == "Work" ? "Work" : "work 2");
+        EXPECT_EQ(std::tie(after.id, after.createdAt, after.lastRestoredAt, after.cleanSlate, after.icon),
+                  std::tie(before.id, before.createdAt, before.lastRestoredAt, before.cleanSlate, "leaf"));
+        EXPECT_EQ(after.snapshot.windowCount(), 1);
+        EXPECT_GT(after.updatedAt, before.updatedAt);
+    }
+}
+
+TEST(AppModel, RenamingAndDuplicatingGoThroughTheStore) {
+    Model model;
+    model.put({"Work", "Play"});
+    const struct {
+        const char *from, *typed, *to;
+    } cases[] = {{"Work", "  Work ", "Work"},
+                 {"Work", "  ", "Work"},
+                 {"Work", "work", "work 2"},
+                 {"work 2", "PLAY", "PLAY 2"},
+                 {"PLAY 2", " Office ", "Office"}};
+    for (const auto& c : cases) {
+        model->rename(model.named(c.from), c.typed);
+        EXPECT_EQ(model.names(), (Names{c.to < std::string("Play") ? c.to : "Play",
+                                        c.to < std::string("Play") ? "Play" : c.to}));
+    }
+    EXPECT_FALSE(model->toast());
+    Workspace stored = model.named("Office");
+    stored.lastRestoredAt = Instant{7s};
+    stored.cleanSlate = CleanSlateMode::quit;
+    ASSERT_TRUE(model.store.save(stored));
+    model->reload();
+    model->duplicate(model.named("Office"));
+    model->duplicate(model.named("Office"));
+    EXPECT_EQ(model->toast(), "Duplicated Office");
+    const Workspace& copy = model.named("Office copy 2");
+    EXPECT_NE(copy.id, stored.id);
+    EXPECT_FALSE(copy.lastRestoredAt);
+    EXPECT_EQ(copy.cleanSlate, CleanSlateMode::quit);
+    EXPECT_EQ(copy.createdAt, model.desktop.executor().wallNow());
+    // What is stored counts, not what was read: another process renamed it.
+    stored.name = "Elsewhere";
+    ASSERT_TRUE(model.store.save(stored));
+    const Instant updated = model.named("Office").updatedAt;
+    model->setCleanSlate(model.named("Office"), CleanSlateMode::keep);
+    EXPECT_EQ(model.named("Elsewhere").cleanSlate, CleanSlateMode::keep);
+    EXPECT_EQ(model.named("Elsewhere").updatedAt, updated);
+}
+
+/// Each operation that can fail, with the toast that says so; nothing is changed by any.
+TEST(AppModel, FailuresAreSaidAndChangeNothing) {
+    Model model;
+    model.put({"Work"});
+    const auto file = model.directory / "file.json";
+    const Workspace gone = samples::named(Uuid::random(), "Gone");
+    const std::string notThere = model.store.load(gone.id).error().text;
+    struct Case {
+        std::function<void()> act;
+        std::string toast;
+        bool fullDisk = true;
+    };
+    const auto read = [&](const char* bytes) {
+        return [&model, file, bytes] {
+            model.directory.write("file.json", bytes);
+            model.surfaces.answers = {file};
+            model->importWorkspace();
+        };
+    };
+    const std::string sound = WorkspaceCoding::encode(samples::example()).value();
+    const Case cases[] = {
+        {[&] { model->commit(*model->draft()); }, "Couldn't save: "},
+        {[&] { model->duplicate(model.named("Work")); }, "Couldn't duplicate Work: "},
+        {[&] { model->rename(model.named("Work"), "New"); }, "Couldn't rename Work: "},
+        {[&] { model->rename(gone, "New"); }, "Couldn't rename Gone: " + notThere, false},
+        {[&] { model->setCleanSlate(model.named("Work"), CleanSlateMode::hide); },
+         "Couldn't save restore preference"},
+        {[&] { model->setCleanSlate(gone, CleanSlateMode::hide); }, "Couldn't save restore preference",
+         false},
+        {[&] { model->deleteWorkspace(model.named("Work")); }, "Couldn't delete Work: "},
+        {[&] { model->deleteWorkspace(gone); }, "Couldn't delete Gone: "},
+        {[&] { model->deleteAllData(); }, "Couldn't delete all workspace data: "},
+        {[&] {
+             model.surfaces.answers = {file};
+             model->exportWorkspace(model.named("Work"));
+         },
+         "Export failed: "},
+        {read(sound.c_str()), "Couldn't import workspace: "},
+        {read("{"), "Couldn't import workspace: ", false},
+        {read("{}"), "Couldn't import workspace: color: missing", false},
+        {read(R"({"schemaVersion": 3})"), "Couldn't import workspace: ", false},
+        {[&] {
+             model.surfaces.answers = {model.directory / "missing.json"};
+             model->importWorkspace();
+         },
+         "Couldn't import workspace: ", false},
+    };
+    model->beginCapture();
+    const CaptureDraft* draft = &model.review();
+    for (const Case& c : cases) {
+        if (c.fullDisk) model.disk.createFailure = model.disk.removeFailure = full;
+        c.act();
+        model.desktop.executor().runUntil([&] { return model->toast().has_value(); }, 5s);
+        model.disk.createFailure = model.disk.removeFailure = std::nullopt;
+        ASSERT_TRUE(model->toast()) << c.toast;
+        EXPECT_TRUE(model->toast()->starts_with(c.toast)) << *model->toast();
+        EXPECT_EQ(model.names(), Names{"Work"}) << c.toast;
+        EXPECT_EQ(model->draft(), draft);
+        model.run(3s);
+    }
+    model.defaults.failure = full;
+    model.change([](AppSettings& settings) { settings.appearance = Appearance::dark; });
+    EXPECT_EQ(model->toast(), "Couldn't save settings: the disk is full");
+    EXPECT_EQ(model.shell.appearances.back(), Appearance::dark);
+}
+
+TEST(AppModel, ExportedFilesAreImportedAgainAndCancelledDialogsDoNothing) {
+    Model model;
+    Workspace workspace = samples::example();
+    workspace.name = "a/b";
+    ASSERT_TRUE(model.store.save(workspace));
+    model->reload();
+    const auto file = model.directory / "out.json";
+    model.surfaces.answers = {file, file, std::nullopt, std::nullopt};
+    model->exportWorkspace(model.named("a/b"));
+    model->exportWorkspace(model.named("a/b"));  // its dialog is open
+    model.run(4s);
+    EXPECT_EQ(model->toast(), "Exported a/b");
+    EXPECT_EQ(model.surfaces.proposedNames, Names{"a-b.quillo.json"});
+    EXPECT_EQ(model.directory.read("out.json"), WorkspaceCoding::encode(workspace).value());
+    EXPECT_EQ(model.directory.mode("out.json"), 0600U);
+    std::filesystem::create_symlink("out.json", model.directory / "link.json");
+    model.surfaces.answers.front() = model.directory / "link.json";
+    model->importWorkspace();
+    model.run(4s);
+    EXPECT_EQ(model->toast(), "Imported a/b 2");
+    EXPECT_EQ(model.names(), (Names{"a/b", "a/b 2"}));
+    model.run(10s);
+    model->importWorkspace();
+    model->exportWorkspace(workspace);
+    model.run(4s);
+    EXPECT_FALSE(model->toast());
+}
+
+/// Files of a stranger: refused, or cleaned of what no integration may open.
+TEST(AppModel, HostileFilesAreRefusedOrCleaned) {
+    Model model;
+    Workspace hostile = samples::example();
+    hostile.name = "Gift\nfrom \xE2\x80\xAE afar";
+    auto& application = hostile.snapshot.applications.at(0);
+    const std::vector<Url> bad = {samples::url("javascript:alert(1)"), samples::url("file:///etc/passwd"),
+                                  samples::url("x-apple.systempreferences:x")};
+    application.context =
+        AppContext{"chromium", {{0, bad, {}}, {1, {samples::url("https://a.example/")}, {}}}};
+    const std::string sound = WorkspaceCoding::encode(hostile).value();
+    std::string deep = "{\"schemaVersion\":2,\"snapshot\":";
+    for (int i = 0; i < 5000; ++i) deep += "[";
+    std::string twice = sound;
+    twice.insert(1, "\"name\": \"x\",");
+    std::string bytes = sound;
+    bytes[bytes.find("Gift")] = '\xff';
+    const std::string refused[] = {"", "\0\0", deep, twice, sound.substr(0, sound.size() / 2), bytes};
+    for (const std::string& file : refused) {
+        model.directory.write("file.json", file);
+        model.surfaces.answers = {model.directory / "file.json"};
+        model->importWorkspace();
+        model.run(4s);
+        ASSERT_TRUE(model->toast());
+        EXPECT_TRUE(model->toast()->starts_with("Couldn't import workspace: ")) << *model->toast();
+        EXPECT_TRUE(model->workspaces().empty());
+    }
+    model.directory.write("file.json", sound);
+    model.surfaces.answers = {model.directory / "file.json"};
+    model->importWorkspace();
+    model.run(4s);
+    EXPECT_EQ(model->toast(), "Imported " + hostile.name);
+    const Workspace& imported = model->workspaces().at(0);
+    EXPECT_NE(imported.id, hostile.id);
+    const ApplicationSnapshot& kept = imported.snapshot.applications.at(0);
+    EXPECT_EQ(kept.context->windows, std::vector{application.context->windows.at(1)});
+    EXPECT_EQ(kept.windows.size(), application.windows.size());
+}
+
+TEST(AppModel, EachToastHasItsFullTime) {
+    Model model;
+    model->show("one");
+    model.run(2s);
+    model->show("two");
+    model.run(2499ms);
+    EXPECT_EQ(model->toast(), "two");
+    model->show("two");
+    model.run(2499ms);
+    EXPECT_EQ(model->toast(), "two");
+    model.run(1ms);
+    EXPECT_FALSE(model->toast());
+}
+
+TEST(AppModel, EverythingGoesWhenAsked) {
+    Model model;
+    model.put({"Work", "Play"});
+    model.change([](AppSettings& settings) {
+        settings.autoSnapshotMinutes = 5;
+        settings.excludedDomains = {"a.example"};
+    });
+    model.run(1min);
+    ASSERT_EQ(model->sessions().size(), 1U);
+    model->deleteAllData();
+    EXPECT_TRUE(model->workspaces().empty() && model->sessions().empty());
+    EXPECT_FALSE(std::filesystem::exists(model.store.directory()));
+    EXPECT_FALSE(std::filesystem::exists(model.directory / "sessions"));
+    EXPECT_EQ(model->settings().autoSnapshotMinutes, 0);
+    EXPECT_EQ(model->settings().excludedDomains.size(), 1U);
+    EXPECT_EQ(AppSettings::load(model.defaults), model->settings());
+    model.run(1h);
+    EXPECT_TRUE(model->sessions().empty());
+    model.save("Anew");
+    EXPECT_EQ(model.names(), Names{"Anew"});
+}
+
+TEST(AppModel, HotKeysAndOtherPartsOfTheProgramReachIt) {
+    Model model;
+    const std::uint32_t mask = 0x1900;
+    EXPECT_TRUE(model.hotKeys.press(15, mask));
+    model.run(1ms);
+    EXPECT_EQ(model.surfaces.panels.at(PanelID::switcher), (PanelPlace{480, PanelAnchor::center}));
+    EXPECT_TRUE(model.hotKeys.press(15, mask));
+    model.run(1ms);
+    EXPECT_TRUE(model.surfaces.panels.empty());
+    EXPECT_TRUE(model.hotKeys.press(1, mask));
+    model.review();
+    model.surfaces.mainWindow = true;
+    model.surfaces.openMainAsked();
+    EXPECT_EQ(model.surfaces.broughtForward, 1);
+    EXPECT_EQ(model.windowsOpened, 1);
+    // Off, and on again with another combination.
+    model.change([](AppSettings& settings) { settings.shortcutsEnabled = false; });
+    EXPECT_FALSE(model.hotKeys.press(1, mask) || model.hotKeys.handled());
+    model.change([](AppSettings& settings) {
+        settings.shortcutsEnabled = true;
+        settings.shortcuts["2"] = {96, modifier::control, "F5"};
+    });
+    EXPECT_TRUE(model.hotKeys.press(1, mask) && model.hotKeys.press(96, modifier::control));
+    EXPECT_FALSE(model.hotKeys.press(15, mask));
+}
+
+}  // namespace
+}  // namespace quillo

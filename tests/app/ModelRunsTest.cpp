@@ -1,0 +1,336 @@
+// Captures, restores and background work: what excludes what, and when.
+#include "tests/app/ModelFixture.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace std::chrono_literals;
+using samples::fault;
+using samples::FaultKind;
+using samples::Model;
+using samples::notRunning;
+using samples::Scene;
+
+/// The desk, with an application that takes its time: a capture of it, or its launch, lasts seconds.
+Scene slowDesk(double seconds) {
+    Scene desk = Model::desk();
+    desk.applications.at(1).launchSeconds = seconds;
+    return desk;
+}
+
+/// A workspace of the viewer alone: restoring it launches the viewer.
+Workspace viewing(Model& model, bool extraWindow = false) {
+    Workspace workspace = samples::named(Uuid::random(), "Viewing");
+    ApplicationSnapshot viewer{"org.viewer", "viewer", {}, {}, {}};
+    viewer.applicationURL = model.desktop.plain.applications.location("org.viewer");
+    viewer.windows = {samples::savedWindow(model.desktop, {10, 400, 300, 200}, "Page")};
+    if (extraWindow) viewer.windows.push_back(samples::savedWindow(model.desktop, {30, 40, 60, 50}, "Lost"));
+    workspace.snapshot.applications = {viewer};
+    EXPECT_TRUE(model.store.save(workspace));
+    model->reload();
+    return workspace;
+}
+
+TEST(ModelRuns, ACleanRestoreIsRecordedAndItsPanelClosesAfterFourSeconds) {
+    Model model(slowDesk(2));
+    model->restore(viewing(model), CleanSlateMode::hide);
+    EXPECT_TRUE(model->restoreRunning() && model->busy());
+    EXPECT_EQ(model.surfaces.panels.at(PanelID::restore), (PanelPlace{380, PanelAnchor::bottomTrailing}));
+    model.finishRestore();
+    const RestoreRun& run = *model->restore();
+    EXPECT_TRUE(run.clean()) << run.subtitle();
+    EXPECT_EQ(run.title(), "Viewing is back");
+    EXPECT_EQ(run.items(), run.report()->items);
+    EXPECT_TRUE(model.desktop.world().application("org.editor")->hidden);  // by this run's own mode
+    EXPECT_LT(model.desktop.executor().wallNow() - *model.named("Viewing").lastRestoredAt,
+              1s);  // kept in whole seconds
+    EXPECT_FALSE(model->toast());
+    model.run(3999ms);
+    EXPECT_TRUE(model.surfaces.panelVisible(PanelID::restore));
+    model.run(1ms);
+    EXPECT_FALSE(model.surfaces.panelVisible(PanelID::restore));
+    EXPECT_TRUE(model->restore()->report());
+}
+
+TEST(ModelRuns, ATroubledRestoreKeepsItsPanelTenSecondsAndANewOneIsNotClosedByTheOld) {
+    Model model;
+    const Workspace workspace = viewing(model, true);
+    model->restore(workspace, {});
+    model.finishRestore();
+    EXPECT_EQ(model->restore()->title(), "Viewing is mostly back");
+    model.run(9999ms);
+    EXPECT_TRUE(model.surfaces.panelVisible(PanelID::restore));
+    model->restore(workspace, {});
+    model.run(1ms);
+    EXPECT_TRUE(model.surfaces.panelVisible(PanelID::restore));
+    model.finishRestore();
+    model.run(10s);
+    EXPECT_FALSE(model.surfaces.panelVisible(PanelID::restore));
+}
+
+TEST(ModelRuns, ClosingThePanelStopsTheRestoreWhereverItIs) {
+    for (const Duration after : {Duration{0ms}, Duration{1ms}, Duration{1s}}) {
+        Model model(slowDesk(5));
+        model->restore(viewing(model), {});
+        model->restore(viewing(model), {});  // one runs: nothing happens
+        if (after > 0ms) model.run(after);
+        model->closeRestorePanel();
+        EXPECT_TRUE(model.surfaces.panels.empty());
+        model.finishRestore();
+        EXPECT_TRUE(model->restore()->report()->cancelled);
+        EXPECT_FALSE(model->restore()->clean());
+        EXPECT_FALSE(model.named("Viewing").lastRestoredAt);
+        EXPECT_FALSE(model->toast());
+        model->beginCapture();
+        model.review();
+    }
+}
+
+TEST(ModelRuns, TheLastUsedTimeIsMissedAloud) {
+    Model model;
+    const Workspace workspace = viewing(model);
+    model->restore(workspace, {});
+    model.disk.createFailure = Error{ErrorKind::noSpace, "full", 28};
+    model.finishRestore();
+    EXPECT_EQ(model->toast(), "Restored, but couldn't update last-used time");
+    EXPECT_TRUE(model->restore()->clean());
+    // A session of the history is in no library: nothing to record, nothing to say.
+    model.disk.createFailure.reset();
+    model.run(20s);
+    model->restore(samples::named(Uuid::random(), "Last session"), {});
+    model.finishRestore();
+    EXPECT_FALSE(model->toast());
+}
+
+TEST(ModelRuns, SavingAndThenTestingTheRestorePassesNoMode) {
+    Model model;
+    model->beginCapture({}, true);
+    model->commit(model.review());
+    EXPECT_TRUE(model->restoreRunning());
+    model.finishRestore();
+    EXPECT_EQ(model->restore()->title(), "Untitled is back");
+    EXPECT_FALSE(model.desktop.world().application("org.editor")->hidden);
+}
+
+TEST(ModelRuns, CapturesAndRestoresExcludeEachOther) {
+    Model model(slowDesk(3));
+    const Workspace workspace = viewing(model);
+    model->beginCapture();
+    EXPECT_TRUE(model->capturing());
+    model->beginCapture();
+    model->restore(workspace, {});
+    EXPECT_FALSE(model->restore());
+    model.review();
+    EXPECT_FALSE(model->capturing());
+    EXPECT_FALSE(model->canRelaunchForUpdate());
+    model->restore(workspace, {});  // a review is open
+    EXPECT_FALSE(model->restore());
+    model->dismissDraft();
+    EXPECT_TRUE(model->canRelaunchForUpdate());
+    model->restore(workspace, {});
+    const int opened = model.windowsOpened;
+    model->beginCapture();  // brings the main window forward instead
+    EXPECT_EQ(model.windowsOpened, opened + 1);
+    EXPECT_FALSE(model->capturing() || model->canRelaunchForUpdate());
+    model->refreshNow();
+    EXPECT_FALSE(model->nowRefreshing());
+    model.finishRestore();
+    model->refreshNow();
+    EXPECT_TRUE(model->nowRefreshing() && model->busy() && model->canRelaunchForUpdate());
+    model->beginCapture();  // captures may overlap
+    model.review();
+    EXPECT_FALSE(model->nowRefreshing());
+    EXPECT_EQ(model->now()->applications, model->draft()->snapshot().applications);
+}
+
+TEST(ModelRuns, PermissionIsWatchedOnceASecond) {
+    Model model;
+    model.setTrusted(false);
+    model.run(1s);
+    EXPECT_FALSE(model->accessibilityGranted());
+    model->beginCapture();
+    model->refreshNow();
+    EXPECT_FALSE(model->capturing() || model->nowRefreshing());
+    EXPECT_EQ(model.windowsOpened, 1);
+    model.setTrusted(true);
+    model.run(999ms);
+    EXPECT_FALSE(model->accessibilityGranted());
+    model.run(1ms);
+    EXPECT_TRUE(model->accessibilityGranted());
+    model->requestAccessibility();
+    EXPECT_TRUE(model->promptedForAccessibility() && model.shell.openedPages.empty());
+    model->requestAccessibility();
+    EXPECT_EQ(model.shell.openedPages,
+              std::vector<std::string>{
+                  "x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility"});
+}
+
+TEST(ModelRuns, SnapshotsFollowTheirSchedule) {
+    Model model;
+    model.run(2h);
+    EXPECT_TRUE(model->sessions().empty());
+    const auto snapshots = [&] { return model->sessions().size(); };
+    const auto every = [&](std::int64_t minutes) {
+        model.change([&](AppSettings& settings) { settings.autoSnapshotMinutes = minutes; });
+    };
+    auto moveAWindow = [&, step = 0.0]() mutable {
+        const LiveWindow window = model.desktop.window("org.editor");
+        ++step;
+        Accessibility::set(model.desktop.access, window, {10 + step * 10, 40, 400, 300}, false);
+    };
+    every(10);
+    model.run(1s);
+    EXPECT_EQ(snapshots(), 1U);  // at once
+    moveAWindow();
+    model.run(10min - 2s);
+    EXPECT_EQ(snapshots(), 1U);
+    model.run(2s);
+    EXPECT_EQ(snapshots(), 2U);
+    moveAWindow();
+    every(30);  // another interval only begins anew
+    model.run(29min);
+    EXPECT_EQ(snapshots(), 2U);
+    model.change([](AppSettings& settings) { settings.excludedDomains = {"a.example"}; });
+    model.run(1min + 1s);
+    EXPECT_EQ(snapshots(), 3U);
+    model.run(30min);
+    EXPECT_EQ(snapshots(), 3U);  // nothing has changed since
+    moveAWindow();
+    every(0);
+    model.run(2h);
+    EXPECT_EQ(snapshots(), 3U);
+}
+
+/// A snapshot that takes seconds, because Finder is asked and slow; what happens meanwhile makes it stale.
+TEST(ModelRuns, AStaleSnapshotIsNotSaved) {
+    const struct {
+        const char* name;
+        std::function<void(Model&)> meanwhile;
+        bool saved;
+    } cases[] = {
+        {"nothing", [](Model&) {}, true},
+        {"another interval", [](Model& m) { m.change([](AppSettings& s) { s.autoSnapshotMinutes = 30; }); },
+         false},
+        {"an exclusion", [](Model& m) { m.change([](AppSettings& s) { s.excludedDomains = {"x"}; }); },
+         false},
+        {"back again",
+         [](Model& m) {
+             for (const std::int64_t minutes : {30, 5})
+                 m.change([&](AppSettings& s) { s.autoSnapshotMinutes = minutes; });
+         },
+         false},
+        {"permission lost", [](Model& m) { m.setTrusted(false); }, false},
+        {"history deleted", [](Model& m) { m->deleteSessionHistory(); }, false},
+    };
+    for (const auto& c : cases) {
+        Scene desk = Model::desk();
+        samples::SceneWindow home = samples::sceneWindow("Home", {50, 60, 300, 200});
+        home.tabs = {"file:///home/"};
+        desk.applications.push_back(samples::sceneApplication("com.apple.finder", {home}));
+        desk.faults = {fault(FaultKind::automationSlow, "com.apple.finder", 0, 3)};
+        Model model(desk);
+        model.change([](AppSettings& settings) {
+            settings.enabledAdapters = {"finder"};
+            settings.autoSnapshotMinutes = 5;
+        });
+        model.run(1s);
+        ASSERT_TRUE(model->snapshotting()) << c.name;
+        model->beginCapture();  // waits for none: it is refused
+        EXPECT_FALSE(model->capturing());
+        c.meanwhile(model);
+        model.run(1min);
+        EXPECT_FALSE(model->snapshotting()) << c.name;
+        EXPECT_EQ(model->sessions().size(), c.saved ? 1U : 0U) << c.name;
+        EXPECT_FALSE(model->autoSnapshotError()) << c.name;
+    }
+}
+
+TEST(ModelRuns, GoingToSleepSavesTheSessionBeforeTheHoldIsReleased) {
+    Model model;
+    model.change([](AppSettings& settings) { settings.autoSnapshotMinutes = 60; });
+    model.run(1s);
+    model->deleteSessionHistory();
+    for (const PowerEvent event : {PowerEvent::willSleep, PowerEvent::willPowerOff}) {
+        const auto held = model.power.emit(event);
+        ASSERT_TRUE(model.desktop.executor().runUntil([&] { return held.expired(); }, 5s));
+        EXPECT_EQ(model->sessions().size(), 1U);
+        EXPECT_FALSE(model->busy());
+        model->deleteSessionHistory();
+    }
+    // With a review open, or snapshots off, nothing is saved and nothing is held.
+    model->beginCapture();
+    model.review();
+    for (int i = 0; i < 2; ++i) {
+        const auto held = model.power.emit(PowerEvent::willSleep);
+        model.run(1ms);
+        EXPECT_TRUE(held.expired());
+        EXPECT_TRUE(model->sessions().empty());
+        model->dismissDraft();
+        model.change([](AppSettings& settings) { settings.autoSnapshotMinutes = 0; });
+    }
+}
+
+TEST(ModelRuns, TroubleWithTheHistoryIsKeptUntilItIsOver) {
+    Model model;
+    model.disk.createFailure = model.disk.removeFailure = Error{ErrorKind::noSpace, "full", 28};
+    model.change([](AppSettings& settings) { settings.autoSnapshotMinutes = 5; });
+    model.run(1s);
+    ASSERT_TRUE(model->autoSnapshotError());
+    EXPECT_TRUE(model->autoSnapshotError()->starts_with("Couldn't save the last session: "));
+    EXPECT_TRUE(model->sessions().empty());
+    model->deleteSessionHistory();
+    EXPECT_EQ(model->autoSnapshotError(), "Couldn't delete session history: full");
+    model.disk.createFailure = model.disk.removeFailure = std::nullopt;
+    model.run(5min);
+    EXPECT_FALSE(model->autoSnapshotError());
+    EXPECT_EQ(model->sessions().size(), 1U);
+}
+
+TEST(ModelRuns, SnapshotsWaitForTheIntroductionAndForThePermission) {
+    Model model;
+    model.change([](AppSettings& settings) {
+        settings.onboarded = false;
+        settings.autoSnapshotMinutes = 5;
+    });
+    model.run(6min);
+    EXPECT_TRUE(model->sessions().empty());
+    model.setTrusted(false);
+    model.change([](AppSettings& settings) { settings.onboarded = true; });
+    model.run(6min);
+    EXPECT_TRUE(model->sessions().empty());
+    model.setTrusted(true);
+    model.run(5min);
+    EXPECT_EQ(model->sessions().size(), 1U);
+    model.start();  // the program again: interval and history are as they were, and nothing is saved at once
+    EXPECT_EQ(model->sessions().size(), 1U);
+    EXPECT_EQ(model->settings().autoSnapshotMinutes, 5);
+}
+
+/// The program may end at any time: nothing it runs outlives it.
+TEST(ModelRuns, TheModelEndsInTheMiddleOfAnything) {
+    Model model(slowDesk(5));
+    const Workspace workspace = viewing(model);
+    const std::function<void()> acts[] = {[&] { model->beginCapture(); },
+                                          [&] { model->restore(workspace, {}); },
+                                          [&] { model->refreshNow(); },
+                                          [&] { model->importWorkspace(); },
+                                          [&] { model->show("bye"); },
+                                          [&] { model.power.emit(PowerEvent::willSleep); },
+                                          [&] { model.hotKeys.press(1, 0x1900); },
+                                          [&] { model.disk.tellWatchers(); },
+                                          [&] { model.review(); }};
+    for (const auto& act : acts) {
+        for (const Duration after : {Duration{0ms}, Duration{1ms}, Duration{60ms}}) {
+            if (&act == &acts[8]) model->beginCapture();
+            act();
+            if (after > 0ms) model.run(after);
+            model.start();
+        }
+    }
+    model.model.reset();
+    model.run(1h);
+    EXPECT_TRUE(model.desktop.executor().idle());
+}
+
+}  // namespace
+}  // namespace quillo
