@@ -1,0 +1,25 @@
+// Updates where a package manager brings them: nothing of ours checks, downloads or installs anything.
+#pragma once
+#include "platform/services/UpdaterService.hpp"
+
+namespace quillo {
+
+class PackageUpdater final : public UpdaterService {
+  public:
+    Capability capability() const override {
+        return Capability::unavailable("Your system's package manager keeps Quillo up to date.");
+    }
+    void setDelegate(UpdaterDelegate*) override {}
+    void start() override {}
+
+    bool canCheckForUpdates() const override { return false; }
+    bool automaticallyChecksForUpdates() const override { return false; }
+    void setAutomaticallyChecksForUpdates(bool) override {}
+    bool automaticallyDownloadsUpdates() const override { return false; }
+    void setAutomaticallyDownloadsUpdates(bool) override {}
+
+    void checkForUpdates() override {}
+    void checkForUpdatesInBackground() override {}
+};
+
+}  // namespace quillo

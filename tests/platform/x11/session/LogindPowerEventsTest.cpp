@@ -1,0 +1,182 @@
+// Sleep and shutdown over a bus: who is told, and how long the computer waits.
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+
+#include <algorithm>
+#include <optional>
+
+#include "WindowEngine/support/Loops.hpp"
+#include "platform/posix/Descriptor.hpp"
+#include "platform/x11/LogindPowerEvents.hpp"
+#include "tests/platform/x11/session/MockedLogind.hpp"
+
+namespace quillo::x11test {
+namespace {
+
+using namespace std::chrono_literals;
+using Texts = std::vector<std::string>;
+
+const Texts one{"sleep:shutdown/Quillo/delay"}, none{};
+
+/// A lock is a pipe's end.
+std::size_t openPipes() {
+    std::error_code closedMeanwhile;
+    return static_cast<std::size_t>(
+        std::ranges::count_if(std::filesystem::directory_iterator("/proc/self/fd"), [&](const auto& entry) {
+            return std::filesystem::read_symlink(entry, closedMeanwhile).string().starts_with("pipe:");
+        }));
+}
+
+class LogindTest : public testing::Test {
+  protected:
+    void start() {
+        power.emplace(executor);
+        observer = power->observe([this](PowerEvent event, PowerHold hold) {
+            events.push_back(event);
+            holds.push_back(std::move(hold));
+        });
+        ASSERT_TRUE(eventually([&] { return power->capability() && logind->inhibitors() == one; }));
+    }
+    bool eventually(const std::function<bool()>& condition) {
+        return waitFor([&] {
+            executor.runFor(Duration::zero());
+            return condition();
+        });
+    }
+    /// What was told by then of the events since the last call.
+    std::vector<PowerEvent> told(std::size_t count) {
+        EXPECT_TRUE(eventually([&] { return events.size() >= count; }));
+        return std::exchange(events, {});
+    }
+    bool becomesUnavailable(const std::string& reason) {
+        return eventually([&] { return power->capability().reason().starts_with(reason); });
+    }
+
+    SystemBus bus;
+    std::optional<MockedLogind> logind{std::in_place, bus};
+    VirtualExecutor executor;
+    std::vector<PowerEvent> events;
+    std::vector<PowerHold> holds;
+    std::optional<LogindPowerEvents> power;
+    std::unique_ptr<PowerObserver> observer;
+};
+
+TEST_F(LogindTest, TheComputerWaitsForTheLastHoldAndTheLockIsTakenAgain) {
+    const auto pipes = openPipes();
+    start();
+    for (const auto& [signal, event] : {std::pair{"PrepareForSleep", PowerEvent::willSleep},
+                                        {"PrepareForShutdown", PowerEvent::willPowerOff},
+                                        {"PrepareForSleep", PowerEvent::willSleep}}) {
+        SCOPED_TRACE(signal);
+        logind->emit({{signal, true}});
+        EXPECT_EQ(told(1), std::vector{event});
+        PowerHold copy = holds.at(0);
+        holds.clear();
+        ASSERT_TRUE(copy);
+        EXPECT_EQ(logind->inhibitors(), one);
+        copy.reset();
+        EXPECT_EQ(logind->inhibitors(), none);
+        logind->emit({{signal, false}});
+        EXPECT_TRUE(eventually([&] { return logind->inhibitors() == one; }));
+        EXPECT_TRUE(eventually([&] { return openPipes() == pipes + 1; })) << openPipes();
+    }
+    power.reset();
+    EXPECT_EQ(logind->inhibitors(), none);
+    EXPECT_EQ(openPipes(), pipes);
+}
+
+TEST_F(LogindTest, NobodyIsWaitedForWhereNobodyListensAnyMore) {
+    start();
+    observer.reset();
+    logind->emit({{"PrepareForSleep", true}});
+    EXPECT_TRUE(eventually([&] { return logind->inhibitors() == none; }));
+    EXPECT_TRUE(events.empty());
+}
+
+TEST_F(LogindTest, AnEventThatBeginsWhileTheLockIsAskedForGetsIt) {
+    start();
+    logind->emit({{"PrepareForSleep", true}});
+    told(1);
+    holds.clear();
+    logind->emit({{"PrepareForSleep", false}, {"PrepareForShutdown", true}});
+    EXPECT_EQ(told(1), std::vector{PowerEvent::willPowerOff});
+    EXPECT_TRUE(holds.at(0));
+    EXPECT_EQ(logind->inhibitors(), one);
+    holds.clear();
+    EXPECT_EQ(logind->inhibitors(), none);
+}
+
+TEST_F(LogindTest, AHoldAndAnEventOnItsWayOutliveTheService) {
+    start();
+    logind->emit({{"PrepareForSleep", true}});
+    told(1);
+    logind->emit({{"PrepareForShutdown", true}});  // lies in the executor's queue, or never comes to it
+    power.reset();
+    observer.reset();
+    executor.runFor(1s);
+    EXPECT_TRUE(events.empty());
+    EXPECT_EQ(logind->inhibitors(), one);
+    holds.clear();
+    EXPECT_EQ(logind->inhibitors(), none);
+}
+
+TEST_F(LogindTest, AServiceThatIsStartedAgainIsAskedAgain) {
+    start();
+    logind->kill();
+    EXPECT_TRUE(becomesUnavailable("The system's login service does not run"));
+    logind.emplace(bus);
+    EXPECT_TRUE(eventually([&] { return power->capability() && logind->inhibitors() == one; }));
+    logind->emit({{"PrepareForSleep", true}});
+    EXPECT_EQ(told(1), std::vector{PowerEvent::willSleep});
+    EXPECT_TRUE(holds.at(0));
+    bus.end();
+    EXPECT_TRUE(becomesUnavailable("The system bus has ended"));
+}
+
+/// A socket that takes connections and never says a word.
+class SilentSocket {
+  public:
+    explicit SilentSocket(const std::string& path) : socket_(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+        sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+        std::filesystem::remove(path);
+        path.copy(address.sun_path, sizeof address.sun_path - 1);
+        if (bind(socket_.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
+            listen(socket_.get(), 5) != 0)
+            throw std::runtime_error("no socket");
+    }
+
+  private:
+    Descriptor socket_;
+};
+
+TEST(LogindPowerEvents, WhereNoServiceAnswersTheReasonIsSaidAndNobodyHangs) {
+    const auto folder = PrivateDesktop::home();
+    const SilentSocket silent(folder / "silent");
+    const SystemBus empty;
+    const std::string emptyBus = std::getenv("DBUS_SYSTEM_BUS_ADDRESS");
+    const struct {
+        std::string address;
+        std::chrono::milliseconds patience;
+        std::string reason;
+    } cases[] = {
+        {"unix:path=" + (folder / "missing").string(), 1h, "No system bus answers"},
+        {"no address at all", 1h, "No system bus answers"},
+        {"unix:path=" + (folder / "silent").string(), 100ms, "No system bus answers"},
+        {"unix:path=" + (folder / "silent").string(), 1h, "The system's login service has not answered"},
+        {emptyBus, 1h, "The system's login service does not run"}};
+    for (const auto& [address, patience, reason] : cases) {
+        SCOPED_TRACE(address);
+        setenv("DBUS_SYSTEM_BUS_ADDRESS", address.c_str(), 1);
+        VirtualExecutor executor;
+        std::optional<LogindPowerEvents> power(std::in_place, executor, patience);
+        EXPECT_TRUE(waitFor([&] { return power->capability().reason().starts_with(reason); }))
+            << power->capability().reason();
+        const auto before = std::chrono::steady_clock::now();
+        power.reset();
+        EXPECT_LT(std::chrono::steady_clock::now() - before, 900ms);
+    }
+}
+
+}  // namespace
+}  // namespace quillo::x11test
