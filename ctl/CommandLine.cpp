@@ -65,7 +65,8 @@ void addGlobalOptions(CLI::App& app, Arguments& arguments) {
 void addAdapters(CLI::App* command, Arguments& arguments) {
     command
         ->add_option("--adapter", arguments.adapters,
-                     "an integration to use: finder, chromium or safari; may be repeated")
+                     "an integration to use besides those that are on in the settings: finder, chromium or "
+                     "safari; may be repeated")
         ->type_name("ID")
         ->check(CLI::IsMember({"finder", "chromium", "safari"}))
         ->allow_extra_args(false);

@@ -15,11 +15,6 @@ namespace {
 
 constexpr std::string_view defaultIcon = "square.stack.3d.up";
 
-/// The person's own exclusions join here once there are settings.
-Capture::Options captureOptions(const Arguments& arguments) {
-    return {.enabledAdapters = {arguments.adapters.begin(), arguments.adapters.end()}};
-}
-
 std::string randomColor() {
     std::random_device source;
     std::uniform_int_distribution<std::size_t> position(0, Workspace::colors.size() - 1);
@@ -110,13 +105,23 @@ void examineStore(Examination& examination, Session& session) {
     examination.tell("log", session.logFile.string());
 }
 
+void examineSettings(Examination& examination, const Session& session, const AppSettings& settings) {
+    std::string integrations;
+    for (const std::string& id : settings.enabledAdapters)
+        integrations += (integrations.empty() ? "" : ", ") + id;
+    examination.tell("settings", session.defaults.file().string());
+    examination.tell("integrations", integrations.empty() ? "none" : integrations);
+    examination.tell("excluded applications", std::to_string(settings.excludedBundleIdentifiers.size()));
+    examination.tell("excluded websites", std::to_string(settings.excludedDomains.size()));
+}
+
 }  // namespace
 
 Expected<WorkspaceSnapshot> captureDesktop(Session& session, const Arguments& arguments) {
     Expected<std::unique_ptr<Desktop>> desktop = openTrustedDesktop(session);
     if (!desktop) return std::unexpected(desktop.error());
-    std::optional<WorkspaceSnapshot> snapshot =
-        run(**desktop, Capture::snapshot((*desktop)->access(), captureOptions(arguments)));
+    std::optional<WorkspaceSnapshot> snapshot = run(
+        **desktop, Capture::snapshot((*desktop)->access(), settingsFor(session, arguments).captureOptions()));
     if (!snapshot) return failure("cancelled", Exit::cancelled);
     return *std::move(snapshot);
 }
@@ -129,7 +134,7 @@ std::string reportCaptured(Session& session, const WorkspaceSnapshot& snapshot) 
     return counted(snapshot.windowCount(), "window") + " of " + counted(applications, "application");
 }
 
-CommandResult doctor(Session& session, const Arguments&) {
+CommandResult doctor(Session& session, const Arguments& arguments) {
     Examination examination(session.output);
     const Expected<std::unique_ptr<Desktop>> desktop = openDesktop(session);
     if (desktop) {
@@ -138,6 +143,7 @@ CommandResult doctor(Session& session, const Arguments&) {
         examination.can("window access", Capability::unavailable(desktop.error().text));
     }
     examineStore(examination, session);
+    examineSettings(examination, session, settingsFor(session, arguments));
     const bool trusted = desktop && (*desktop)->access().platform.accessibility.trusted();
     return trusted ? Exit::done : Exit::permission;
 }

@@ -45,9 +45,9 @@ std::optional<CleanSlateMode> cleanSlate(const Workspace& workspace, const Argum
     return arguments.only.empty() ? workspace.cleanSlate : std::nullopt;
 }
 
-Restore::Options restoreOptions(const Workspace& workspace, const Arguments& arguments) {
+Restore::Options restoreOptions(Session& session, const Workspace& workspace, const Arguments& arguments) {
     return {.cleanSlate = cleanSlate(workspace, arguments),
-            .enabledAdapters = {arguments.adapters.begin(), arguments.adapters.end()}};
+            .enabledAdapters = settingsFor(session, arguments).enabledAdapters};
 }
 
 Exit exitFor(const RestoreReport& report) {
@@ -71,7 +71,7 @@ CommandResult planRestore(Session& session, const Arguments& arguments) {
     if (!found) return std::unexpected(found.error());
     const Expected<std::unique_ptr<Desktop>> desktop = openTrustedDesktop(session);
     if (!desktop) return std::unexpected(desktop.error());
-    const Restore::Options options = restoreOptions(found->workspace, arguments);
+    const Restore::Options options = restoreOptions(session, found->workspace, arguments);
     DesktopAccess& access = (*desktop)->access();
     const std::optional<RestorePreview> plan =
         run(**desktop, preview(access, found->workspace.snapshot, options.enabledAdapters));
@@ -95,8 +95,9 @@ CommandResult restoreWorkspace(Session& session, const Arguments& arguments) {
     RestorePrinter printer(session.output, workspace);
     printer.begin();
     const std::optional<RestoreReport> report =
-        run(**desktop, Restore::run((*desktop)->access(), workspace, restoreOptions(workspace, arguments),
-                                    [&printer](const RestoreReport::Item& item) { printer.item(item); }));
+        run(**desktop,
+            Restore::run((*desktop)->access(), workspace, restoreOptions(session, workspace, arguments),
+                         [&printer](const RestoreReport::Item& item) { printer.item(item); }));
     const Result<void> kept = (*desktop)->keepChanges();
     if (!report) return failure("cancelled", Exit::cancelled);
     printer.end(*report);

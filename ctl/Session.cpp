@@ -40,6 +40,16 @@ std::vector<const Workspace*> knownAs(std::string_view which, std::span<const Wo
 
 }  // namespace
 
+AppSettings settingsFor(Session& session, const Arguments& arguments) {
+    AppSettings settings = AppSettings::load(session.defaults);
+    if (const auto trouble = session.defaults.trouble()) {
+        session.output.complain("the settings cannot be read, the usual ones are used: " +
+                                printable(*trouble));
+    }
+    settings.enabledAdapters.insert(arguments.adapters.begin(), arguments.adapters.end());
+    return settings;
+}
+
 std::vector<Workspace> scan(Session& session) {
     return scan(session, session.store);
 }

@@ -11,6 +11,8 @@
 #include "ctl/CommandResult.hpp"
 #include "ctl/Desktop.hpp"
 #include "ctl/Output.hpp"
+#include "platform/posix/FileDefaults.hpp"
+#include "settings/AppSettings.hpp"
 
 namespace quillo::ctl {
 
@@ -21,10 +23,16 @@ struct Session {
     SessionHistory& history;
     std::filesystem::path dataDirectory;
     std::filesystem::path logFile;
+    /// What the person chose in the application; read when first asked.
+    FileDefaults& defaults;
     /// Connects to the desktop. Only the commands that need one call it: the others stay fast and work
     /// without any.
     std::function<Result<std::unique_ptr<Desktop>>()> openDesktop;
 };
+
+/// The person's settings, with the integrations that this call names (--adapter) switched on besides. A
+/// file that cannot be read is complained of: its exclusions do not hold.
+AppSettings settingsFor(Session& session, const Arguments& arguments);
 
 /// The workspaces of the library, or of the given store. What is wrong there goes to standard error.
 std::vector<Workspace> scan(Session& session);

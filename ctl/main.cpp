@@ -48,12 +48,14 @@ CommandResult runCommand(const Invocation& invocation, Output& output) {
         arguments.dataDirectory.empty() ? directories->data : absolutePath(arguments.dataDirectory);
     WorkspaceStore store(files, data / "workspaces");
     SessionHistory history(files, data / "sessions");
+    FileDefaults defaults(files, directories->config / "defaults.json");
     Session session{.output = output,
                     .files = files,
                     .store = store,
                     .history = history,
                     .dataDirectory = data,
                     .logFile = directories->state / "quillo.log",
+                    .defaults = defaults,
                     .openDesktop = [&] { return openDesktop(arguments, files, log); }};
     return invocation.command(session, arguments);
 }

@@ -23,12 +23,6 @@ Path home() {
     return entry != nullptr && entry->pw_dir != nullptr ? Path(entry->pw_dir) : Path();
 }
 
-#ifndef __APPLE__
-Path orElse(const Path& preferred, const Path& other) {
-    return preferred.empty() ? other : preferred;
-}
-#endif
-
 }  // namespace
 
 Result<StandardDirectories> StandardDirectories::find() {
@@ -38,10 +32,17 @@ Result<StandardDirectories> StandardDirectories::find() {
                     "there is no home directory: HOME is not set to an absolute path");
     }
 #ifdef __APPLE__
-    return StandardDirectories{home / "Library/Application Support/Quillo", home / "Library/Logs/Quillo"};
+    return StandardDirectories{.data = home / "Library/Application Support/Quillo",
+                               .state = home / "Library/Logs/Quillo",
+                               .config = home / "Library/Preferences/Quillo"};
 #else
-    return StandardDirectories{orElse(fromEnvironment("XDG_DATA_HOME"), home / ".local/share") / "Quillo",
-                               orElse(fromEnvironment("XDG_STATE_HOME"), home / ".local/state") / "Quillo"};
+    const auto directory = [&home](const char* variable, const char* usual) {
+        const Path chosen = fromEnvironment(variable);
+        return (chosen.empty() ? home / usual : chosen) / "Quillo";
+    };
+    return StandardDirectories{.data = directory("XDG_DATA_HOME", ".local/share"),
+                               .state = directory("XDG_STATE_HOME", ".local/state"),
+                               .config = directory("XDG_CONFIG_HOME", ".config")};
 #endif
 }
 

@@ -7,10 +7,11 @@
 namespace quillo {
 
 struct StandardDirectories {
-    std::filesystem::path data;   // holds workspaces/ and sessions/
-    std::filesystem::path state;  // holds the log
+    std::filesystem::path data;    // holds workspaces/ and sessions/
+    std::filesystem::path state;   // holds the log
+    std::filesystem::path config;  // holds the person's defaults
 
-    /// From the environment; neither directory need exist. Fails when the person has no home directory.
+    /// From the environment; no directory need exist. Fails when the person has no home directory.
     static Result<StandardDirectories> find();
 };
 

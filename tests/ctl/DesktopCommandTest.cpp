@@ -183,6 +183,32 @@ TEST_F(DesktopCommandTest, ExitStatusAndLinesSayWhatDidNotComeBack) {
                  {{"list"}, 0, "Work"}});
 }
 
+TEST_F(DesktopCommandTest, WhatThePersonChoseInTheSettingsHolds) {
+    const std::string frame = R"("frame": [100, 100, 600, 400])";
+    const std::string window = R"("frame": [100, 100, 600, 400], "title": )";
+    file("web", R"({"displays": [{"id": "left", "frame": [0, 0, 1600, 1000]}], "applications": [
+        {"identifier": "org.secret", "name": "Secret", "windows": [{)" +
+                    window + R"("Diary"}]},
+        {"identifier": "com.google.Chrome", "name": "Chrome", "windows": [{)" +
+                    window + R"("News",
+          "tabs": ["https://news.example/", "https://www.bank.example/"]}]}]})");
+    std::filesystem::create_directories(home_ / ".config/Quillo");
+    home_.write(".config/Quillo/defaults.json",
+                R"({"settings": {"enabledAdapters": ["chromium"], "excludedDomains": ["bank.example"],
+                                 "excludedBundleIdentifiers": ["org.secret"]}})");
+    done(on("web", {"save", "Web"}));
+    const std::string saved = done({"show", "Web", "--json"});
+    EXPECT_NE(saved.find("news.example"), std::string::npos);
+    for (const char* kept : {"bank", "Secret", "Diary"}) EXPECT_EQ(saved.find(kept), std::string::npos);
+    expectSteps({{on("web", {"doctor"}), 0, "integrations          chromium\n"},
+                 {on("web", {"doctor"}), 0, "excluded websites     1\n"}});
+    home_.write(".config/Quillo/defaults.json", "{");
+    const Ran damaged = run(on("web", {"windows"}));
+    EXPECT_NE(damaged.err.find("the settings cannot be read, the usual ones are used: defaults.json: "),
+              std::string::npos);
+    EXPECT_NE(damaged.out.find("Diary"), std::string::npos);
+}
+
 TEST_F(DesktopCommandTest, FoldersTabsDocumentsAndOtherApplicationsArePlannedAndDone) {
     const std::string display = R"("displays": [{"id": "left", "frame": [0, 0, 1600, 1000]}])";
     const std::string window = R"("frame": [100, 100, 600, 400])";

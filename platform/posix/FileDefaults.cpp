@@ -1,0 +1,135 @@
+#include "platform/posix/FileDefaults.hpp"
+
+#include <simdjson.h>
+
+#include <utility>
+
+#include "WindowEngine/AtomicFile.hpp"
+#include "WindowEngine/support/JsonDamage.hpp"
+#include "WindowEngine/support/JsonWriter.hpp"
+#include "WindowEngine/support/Text.hpp"
+
+namespace quillo {
+namespace {
+
+using Json = simdjson::dom::element;
+
+std::string asJsonString(std::string_view text) {
+    JsonWriter writer;
+    writer.text(text);
+    std::string json = std::move(writer).finish().value();
+    json.pop_back();  // the closing line feed
+    return json;
+}
+
+bool isJsonObject(const std::string& bytes) {
+    simdjson::dom::parser parser;
+    return parser.parse(simdjson::padded_string(bytes)).is_object();
+}
+
+std::string withoutFinalLineFeed(std::string text) {
+    if (text.ends_with('\n')) text.pop_back();
+    return text;
+}
+
+}  // namespace
+
+std::optional<std::string> FileDefaults::trouble() const {
+    const auto& trouble = content().trouble;
+    return trouble ? std::optional(trouble->text) : std::nullopt;
+}
+
+std::optional<std::string> FileDefaults::data(std::string_view key) const {
+    const auto& values = content().values;
+    const auto found = values.find(key);
+    if (found == values.end()) return std::nullopt;
+    simdjson::dom::parser parser;
+    Json json;
+    if (parser.parse(simdjson::padded_string(found->second)).get(json)) return std::nullopt;
+    if (json.is_object()) return found->second;
+    std::string_view text;
+    if (json.get_string().get(text)) return std::nullopt;
+    return std::string(text);
+}
+
+Result<void> FileDefaults::setData(std::string_view key, std::optional<std::string> bytes) {
+    if (!bytes) return set(key, std::nullopt);
+    if (!text::isValidUtf8(*bytes)) {
+        return fail(ErrorKind::invalidArgument, "the value of " + std::string(key) + " is not valid UTF-8");
+    }
+    return set(key, isJsonObject(*bytes) ? withoutFinalLineFeed(*std::move(bytes)) : asJsonString(*bytes));
+}
+
+bool FileDefaults::boolean(std::string_view key) const {
+    const auto& values = content().values;
+    const auto found = values.find(key);
+    return found != values.end() && found->second == "true";
+}
+
+Result<void> FileDefaults::setBoolean(std::string_view key, bool value) {
+    return set(key, value ? std::optional<std::string>("true") : std::nullopt);
+}
+
+const FileDefaults::Content& FileDefaults::content() const {
+    if (!content_) content_ = read();
+    return *content_;
+}
+
+FileDefaults::Content FileDefaults::read() const {
+    Content content;
+    const Result<std::string> bytes = files_.read(file_);
+    if (!bytes) {
+        if (bytes.error().kind != ErrorKind::notFound) content.trouble = bytes.error();
+        return content;
+    }
+    simdjson::dom::parser parser;
+    simdjson::dom::object object;
+    if (parser.parse(simdjson::padded_string(*bytes)).get_object().get(object)) {
+        content.trouble =
+            Error{ErrorKind::invalidData, file_.filename().string() + ": " + describeJsonDamage(*bytes), 0};
+        return content;
+    }
+    for (const auto member : object) {
+        content.values.insert_or_assign(std::string(member.key), simdjson::to_string(member.value));
+    }
+    return content;
+}
+
+Result<void> FileDefaults::set(std::string_view key, std::optional<std::string> json) {
+    const std::filesystem::path directory = file_.parent_path();
+    if (Result<void> created = files_.createDirectories(directory); !created) return created;
+    const auto lock = files_.lock(directory);
+    if (!lock) return std::unexpected(lock.error());
+    Content now = read();
+    if (now.trouble) {
+        // One that cannot even be read may be sound: it is not replaced.
+        if (now.trouble->kind != ErrorKind::invalidData) return std::unexpected(*now.trouble);
+        if (Result<void> kept = keepAside(); !kept) return kept;
+        now.trouble.reset();
+    }
+    now.values.erase(std::string(key));
+    if (json) now.values.emplace(key, *std::move(json));
+    std::string bytes = "{";
+    for (const auto& [name, value] : now.values) {
+        bytes += (bytes.size() > 1 ? ",\n  " : "\n  ") + asJsonString(name) + ": " + value;
+    }
+    bytes += "\n}\n";
+    Result<void> written = writeAtomically(files_, file_, bytes);
+    if (written) content_ = std::move(now);
+    return written;
+}
+
+/// Under the first name that is free; there are few, so that a program that damages it again and again does
+/// not fill the disk.
+Result<void> FileDefaults::keepAside() const {
+    constexpr int most = 9;
+    std::filesystem::path aside;
+    for (int number = 1; number <= most; ++number) {
+        aside = file_;
+        aside += number == 1 ? ".damaged" : ".damaged-" + std::to_string(number);
+        if (!files_.exists(aside)) break;
+    }
+    return files_.rename(file_, aside);
+}
+
+}  // namespace quillo

@@ -1,0 +1,49 @@
+// The person's defaults in one file, for systems that keep none for programs.
+#pragma once
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+
+#include "WindowEngine/services/FileSystem.hpp"
+#include "platform/services/UserDefaults.hpp"
+
+namespace quillo {
+
+/// A JSON object with one member for each value: flags as true, JSON objects as they are, all other bytes as
+/// a string. Read when first asked; replaced in one step, each time after reading it again, so that two
+/// programs do not lose each other's values. What cannot be read counts as empty and is kept aside, as
+/// NAME.damaged, before it is replaced.
+class FileDefaults final : public UserDefaults {
+  public:
+    FileDefaults(FileSystem& files, std::filesystem::path file) : files_(files), file_(std::move(file)) {}
+
+    const std::filesystem::path& file() const { return file_; }
+    /// Why the file counts as empty although there is one; for the person.
+    std::optional<std::string> trouble() const;
+
+    std::optional<std::string> data(std::string_view key) const override;
+    /// `bytes` must be valid UTF-8.
+    Result<void> setData(std::string_view key, std::optional<std::string> bytes) override;
+    bool boolean(std::string_view key) const override;
+    Result<void> setBoolean(std::string_view key, bool value) override;
+
+  private:
+    using Values = std::map<std::string, std::string, std::less<>>;  // each as JSON
+    struct Content {
+        Values values;
+        std::optional<Error> trouble;
+    };
+
+    const Content& content() const;
+    Content read() const;
+    Result<void> set(std::string_view key, std::optional<std::string> json);
+    Result<void> keepAside() const;
+
+    FileSystem& files_;
+    std::filesystem::path file_;
+    mutable std::optional<Content> content_;
+};
+
+}  // namespace quillo

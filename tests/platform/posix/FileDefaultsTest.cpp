@@ -1,0 +1,122 @@
+#include <gtest/gtest.h>
+
+#include "WindowEngine/services/ForwardingFileSystem.hpp"
+#include "platform/posix/FileDefaults.hpp"
+#include "platform/posix/PosixFileSystem.hpp"
+#include "tests/TemporaryDirectory.hpp"
+
+namespace quillo {
+namespace {
+
+class FailingFiles final : public ForwardingFileSystem {
+  public:
+    using ForwardingFileSystem::ForwardingFileSystem;
+
+    int failing = -1;  // which of the calls from now on
+    ErrorKind readFailure{};
+
+    Result<std::string> read(const Path& file) override {
+        if (readFailure != ErrorKind{}) return quillo::fail(readFailure, "not readable");
+        return ForwardingFileSystem::read(file);
+    }
+    Result<void> createDirectories(const Path& directory) override {
+        return fails() ? full() : ForwardingFileSystem::createDirectories(directory);
+    }
+    Result<void> createFile(const Path& file, std::string_view bytes) override {
+        return fails() ? full() : ForwardingFileSystem::createFile(file, bytes);
+    }
+    Result<void> rename(const Path& from, const Path& to) override {
+        return fails() ? full() : ForwardingFileSystem::rename(from, to);
+    }
+    Result<std::unique_ptr<DirectoryLock>> lock(const Path& directory) override {
+        if (fails()) return quillo::fail(ErrorKind::locked, "locked");
+        return ForwardingFileSystem::lock(directory);
+    }
+
+  private:
+    bool fails() { return failing-- == 0; }
+    static Result<void> full() { return quillo::fail(ErrorKind::noSpace, "full"); }
+};
+
+struct FileDefaultsTest : testing::Test {
+    const TemporaryDirectory directory;
+    PosixFileSystem posix;
+    FailingFiles files{posix};
+    const std::filesystem::path file = directory / "config/defaults.json";
+    FileDefaults defaults{files, file};
+};
+
+TEST_F(FileDefaultsTest, ValuesAreKeptInAFileThatPeopleCanRead) {
+    EXPECT_FALSE(defaults.data("settings") || defaults.boolean("flag") || defaults.trouble());
+    const std::string settings = "{\"a\": [1, 2.50], \"b\": \"\\/\"}";
+    ASSERT_TRUE(defaults.setData("settings", settings + "\n"));
+    ASSERT_TRUE(defaults.setData("text", "\"a\" \n"));
+    ASSERT_TRUE(defaults.setBoolean("flag", true));
+    EXPECT_FALSE(defaults.setData("bytes", "\xff"));
+    FileDefaults again(files, file);
+    for (const FileDefaults* one : {&defaults, &again}) {
+        EXPECT_EQ(one->data("text"), "\"a\" \n");
+        EXPECT_TRUE(one->boolean("flag"));
+        EXPECT_FALSE(one->data("flag") || one->boolean("settings") || one->data("bytes"));
+    }
+    EXPECT_EQ(again.data("settings"), R"({"a":[1,2.5],"b":"/"})");  // the same value, spelt anew
+    EXPECT_EQ(directory.mode("config/defaults.json"), 0600U);
+    ASSERT_TRUE(again.setBoolean("flag", false));
+    ASSERT_TRUE(again.setData("text", std::nullopt));
+    EXPECT_EQ(directory.read("config/defaults.json"), "{\n  \"settings\": {\"a\":[1,2.5],\"b\":\"/\"}\n}\n");
+}
+
+TEST_F(FileDefaultsTest, TwoProgramsDoNotLoseEachOthersValues) {
+    FileDefaults other(files, file);
+    EXPECT_FALSE(other.boolean("mine"));
+    ASSERT_TRUE(defaults.setBoolean("mine", true));
+    ASSERT_TRUE(other.setBoolean("others", true));
+    ASSERT_TRUE(defaults.setData("more", "x"));
+    EXPECT_TRUE(defaults.boolean("others") && other.boolean("mine"));
+}
+
+TEST_F(FileDefaultsTest, ADamagedFileIsKeptAside) {
+    std::filesystem::create_directory(directory / "config");
+    for (const char* name : {"defaults.json.damaged", "defaults.json.damaged-2"}) {
+        const std::string damage = std::string("{\"settings\": {") + name;
+        directory.write("config/defaults.json", damage);
+        FileDefaults damaged(files, file);
+        EXPECT_FALSE(damaged.data("settings"));
+        ASSERT_TRUE(damaged.trouble());
+        EXPECT_TRUE(damaged.trouble()->starts_with("defaults.json: ")) << *damaged.trouble();
+        ASSERT_TRUE(damaged.setBoolean("flag", true));
+        EXPECT_FALSE(damaged.trouble());
+        EXPECT_EQ(directory.read(std::string("config/") + name), damage);
+        EXPECT_EQ(directory.read("config/defaults.json"), "{\n  \"flag\": true\n}\n");
+    }
+    for (int i = 0; i < 20; ++i) {
+        directory.write("config/defaults.json", "[]");
+        ASSERT_TRUE(FileDefaults(files, file).setBoolean("flag", true));
+    }
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(directory / "config"), {}), 10);
+    // One that cannot be read may be sound: it stays.
+    files.readFailure = ErrorKind::permission;
+    FileDefaults locked(files, file);
+    EXPECT_FALSE(locked.boolean("flag"));
+    EXPECT_EQ(locked.trouble(), "not readable");
+    EXPECT_FALSE(locked.setBoolean("other", true));
+    files.readFailure = {};
+    EXPECT_TRUE(FileDefaults(files, file).boolean("flag"));
+}
+
+TEST_F(FileDefaultsTest, AFailedSetLeavesEverythingAsItWas) {
+    ASSERT_TRUE(defaults.setData("key", "before"));
+    const std::string before = directory.read("config/defaults.json");
+    int failures = 0;
+    for (bool done = false; !done; ++failures) {
+        files.failing = failures;
+        done = defaults.setData("key", "after").has_value();
+        EXPECT_EQ(defaults.data("key"), done ? "after" : "before");
+        EXPECT_EQ(directory.read("config/defaults.json") == before, !done);
+        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(directory / "config"), {}), 1);
+    }
+    EXPECT_EQ(failures, 5);  // each of the four calls, and then none
+}
+
+}  // namespace
+}  // namespace quillo

@@ -1,0 +1,131 @@
+#include <gtest/gtest.h>
+
+#include "platform/simulated/MemoryDefaults.hpp"
+#include "settings/AppSettings.hpp"
+
+namespace quillo {
+namespace {
+
+AppSettings filled() {
+    AppSettings settings;
+    settings.autoSnapshotMinutes = 30;
+    settings.onboarded = true;
+    settings.enabledAdapters = {"finder", "safari"};
+    settings.excludedBundleIdentifiers = {"org.a", "\"quoted\"\n"};
+    settings.excludedDomains = {"a.example"};
+    settings.shortcutsEnabled = false;
+    settings.shortcuts = {{"2", {4294967295U, 0x1900, "↩"}}};
+    settings.appearance = Appearance::dark;
+    return settings;
+}
+
+TEST(AppSettings, ComeBackAsTheyWereStored) {
+    MemoryDefaults defaults;
+    EXPECT_EQ(AppSettings::load(defaults), AppSettings{});
+    ASSERT_TRUE(filled().save(defaults));
+    EXPECT_EQ(AppSettings::load(defaults), filled());
+    ASSERT_TRUE(defaults.setData("settings", "{"));
+    EXPECT_EQ(AppSettings::load(defaults), AppSettings{});
+    defaults.failure = Error{ErrorKind::noSpace, "full", 28};
+    EXPECT_FALSE(filled().save(defaults));
+}
+
+TEST(AppSettings, WhatIsMissingTakesItsDefaultAndAWrongTypeTakesAllWithIt) {
+    AppSettings onboarded, ten, dark, keys;
+    onboarded.onboarded = true;
+    ten.autoSnapshotMinutes = 10;
+    dark.appearance = Appearance::dark;
+    keys.shortcuts = {{"2", {1, 2, "A"}}};
+    const struct {
+        const char* json;
+        std::optional<AppSettings> settings;
+    } cases[] = {
+        {"{}", AppSettings{}},
+        {R"({"onboarded": true, "unheard": [1]})", onboarded},
+        {R"({"onboarded": true, "appearance": null, "autoSnapshotMinutes": null})", onboarded},
+        {R"({"autoSnapshotMinutes": 10.0})", ten},
+        {R"({"autoSnapshotMinutes": 15})", AppSettings{}},
+        {R"({"autoSnapshotMinutes": -5})", AppSettings{}},
+        {R"({"autoSnapshotMinutes": "10", "onboarded": true})", {}},
+        {R"({"autoSnapshotMinutes": 10.5})", {}},
+        {R"({"onboarded": 1})", {}},
+        {R"({"enabledAdapters": "finder"})", {}},
+        {R"({"enabledAdapters": ["finder", 1]})", {}},
+        {R"({"excludedDomains": {}})", {}},
+        {R"({"appearance": "dark"})", dark},
+        {R"({"appearance": "pink"})", {}},
+        {R"({"shortcuts": {"2": {"keyCode": 1, "modifiers": 2, "key": "A"}}})", keys},
+        {R"({"shortcuts": {"2": {"keyCode": 1, "modifiers": 2}}})", {}},
+        {R"({"shortcuts": {"2": {"keyCode": -1, "modifiers": 2, "key": "A"}}})", {}},
+        {R"({"shortcuts": {"2": {"keyCode": 4294967296, "modifiers": 2, "key": "A"}}})", {}},
+        {R"({"shortcuts": []})", {}},
+        {"[]", {}},
+        {"", {}},
+        {"{\"onboarded\": true", {}},
+    };
+    for (const auto& c : cases) EXPECT_EQ(AppSettings::decode(c.json), c.settings) << c.json;
+}
+
+TEST(AppSettings, AnExcludedDomainIsTheHostInWhatWasTyped) {
+    const struct {
+        const char *typed, *host;
+    } cases[] = {
+        {"  HTTPS://Shop.Example/Cart?x=1 \n", "shop.example"},
+        {"a.example", "a.example"},
+        {"http://a.example:8080/x", "a.example"},
+        {"//a.example//", "a.example"},
+        {"https://user:pw@a.example", "a.example"},
+        {"bücher.example", "bücher.example"},
+        {"/", nullptr},
+        {"https://", nullptr},
+        {"", nullptr},
+        {"two words", nullptr},
+        {":80", nullptr},
+    };
+    for (const auto& c : cases) {
+        AppSettings settings;
+        EXPECT_EQ(settings.excludeDomain(c.typed), c.host != nullptr) << c.typed;
+        EXPECT_EQ(settings.excludedDomains, c.host ? std::set<std::string>{c.host} : std::set<std::string>{});
+        settings.excludeDomain(c.typed);
+        EXPECT_LE(settings.excludedDomains.size(), 1U);
+    }
+}
+
+TEST(AppSettings, ShortcutsAreChosenOrUsual) {
+    AppSettings settings;
+    EXPECT_EQ(settings.shortcut(HotKeyAction::save).label(), "⌃⌥⌘S");
+    EXPECT_EQ(settings.shortcut(HotKeyAction::switcher), (Shortcut{15, 0x1900, "R"}));
+    settings.shortcuts["2"] = {96, modifier::control, "F5"};
+    EXPECT_EQ(settings.shortcut(HotKeyAction::save), (Shortcut{1, 0x1900, "S"}));
+    EXPECT_EQ(settings.shortcut(HotKeyAction::switcher).label(), "⌃F5");
+}
+
+TEST(AppSettings, CapturesHonourThem) {
+    const Capture::Options options = filled().captureOptions();
+    EXPECT_EQ(options.enabledAdapters, filled().enabledAdapters);
+    EXPECT_EQ(options.excludedBundleIdentifiers, filled().excludedBundleIdentifiers);
+    EXPECT_EQ(options.excludedDomains, filled().excludedDomains);
+    EXPECT_FALSE(options.recoverHidden);
+}
+
+TEST(Shortcut, IsMadeFromAKeyPressWithAModifier) {
+    using namespace modifier;
+    const struct {
+        KeyEvent event;
+        const char* label;  // null: none
+    } cases[] = {
+        {{0, shift, "a"}, nullptr},  {{0, 0, "a"}, nullptr},       {{0, option | shift, "a"}, "⌥⇧A"},
+        {{51, command, "\b"}, "⌘⌫"}, {{96, control, ""}, "⌃F5"},   {{49, command | control, " "}, "⌃⌘Space"},
+        {{41, command, "ß"}, "⌘SS"}, {{55, command, ""}, nullptr}, {{0, command | 0x10000, "a"}, "⌘A"},
+    };
+    for (const auto& c : cases) {
+        const auto shortcut = Shortcut::fromEvent(c.event);
+        ASSERT_EQ(shortcut.has_value(), c.label != nullptr) << c.event.keyCode;
+        if (!shortcut) continue;
+        EXPECT_EQ(shortcut->label(), c.label);
+        EXPECT_EQ(shortcut->modifiers, c.event.modifiers & 0x1B00);
+    }
+}
+
+}  // namespace
+}  // namespace quillo
