@@ -25,7 +25,11 @@ void SimulatedUpdater::finishUpdateSession() {
 }
 
 bool SimulatedUpdater::finishDownload(const std::string& displayVersion) {
-    return delegate_ && delegate_->willInstallUpdateOnQuit(displayVersion, [this] { ++installations; });
+    if (!delegate_) return false;
+    return delegate_->willInstallUpdateOnQuit(displayVersion, [this, displayVersion] {
+        if (installFails) abort();
+        (installFails ? notInstalled : installed).push_back(displayVersion);
+    });
 }
 
 void SimulatedUpdater::abort() {

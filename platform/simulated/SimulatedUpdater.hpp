@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "platform/services/UpdaterService.hpp"
 
@@ -39,7 +40,8 @@ class SimulatedUpdater final : public UpdaterService {
 
     bool hasDelegate() const { return delegate_ != nullptr; }
     int starts = 0, checks = 0, backgroundChecks = 0;
-    int installations = 0;  // through the delegate's `installNow`
+    std::vector<std::string> installed{}, notInstalled{};  // versions, through `installNow`
+    bool installFails = false;                             // it aborts first
 
   private:
     void setFlag(bool& flag, bool value);

@@ -113,7 +113,7 @@ class Model {
     void start() {
         model.reset();
         model = std::make_unique<AppModel>(AppServices{desktop.access, disk, directory.path(), defaults,
-                                                       hotKeys, loginItem, power, shell, surfaces});
+                                                       hotKeys, loginItem, *powerEvents, shell, surfaces});
         model->openWindowAction = [this] { ++windowsOpened; };
     }
 
@@ -169,6 +169,7 @@ class Model {
     SimulatedHotKeys hotKeys{desktop.executor()};
     SimulatedLoginItem loginItem;
     SimulatedPowerEvents power{desktop.executor()};
+    PowerEvents* powerEvents = &power;  // of the starts to come
     SimulatedShell shell;
     RecordedSurfaces surfaces;
     int windowsOpened = 0;
