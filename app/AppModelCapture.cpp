@@ -1,4 +1,6 @@
 // Capturing the desktop for the person: the review, and the preview of what is open now.
+#include <utility>
+
 #include "WindowEngine/ImportedWorkspace.hpp"
 #include "WindowEngine/support/Text.hpp"
 #include "app/AppModel.hpp"
@@ -58,8 +60,10 @@ void AppModel::commit(CaptureDraft& reviewed) {
     if (const Result<void> saved = store_.save(workspace); !saved) {
         return show("Couldn't save: " + saved.error().text);
     }
+    dispose(std::exchange(draft_, nullptr));  // before anybody hears of it: nothing saves it once more
     reload();
-    setDraft(nullptr);
+    Q_EMIT draftChanged();
+    Q_EMIT busyChanged();
     show("Saved " + workspace.name);
     if (draft->testRestoreAfterSave()) restore(workspace, std::nullopt);
 }

@@ -11,9 +11,9 @@ namespace {
 using Names = std::vector<std::string>;
 
 /// `restored` 0: never. Identities are the names' own.
-Workspace workspace(std::string name, Names applications = {}, int saved = 0, int restored = 0) {
+Workspace workspace(std::string name, const Names& applications = {}, int saved = 0, int restored = 0) {
     WorkspaceSnapshot snapshot;
-    for (std::string& application : applications)
+    for (const std::string& application : applications)
         snapshot.applications.push_back({"org." + application, application, std::nullopt, {}, std::nullopt});
     Workspace made = Workspace::create(Uuid::random(), std::move(name), "square", "teal", snapshot,
                                        Instant{std::chrono::seconds{saved}});

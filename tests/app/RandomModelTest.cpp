@@ -133,6 +133,9 @@ class RandomModel {
 
     void connect() {
         QObject::connect(&*model_, &AppModel::workspacesChanged, &*index_, &LibraryIndex::reload);
+        QObject::connect(&*model_, &AppModel::workspacesChanged, [this] {
+            if (!handling_) EXPECT_FALSE(committing_ && model_->draft()) << "saved, and could be saved again";
+        });
         for (const auto signal :
              {&AppModel::busyChanged, &AppModel::draftChanged, &AppModel::restoreChanged,
               &AppModel::workspacesChanged, &AppModel::sessionsChanged, &AppModel::settingsChanged,
@@ -241,7 +244,9 @@ class RandomModel {
         draft->setName(name());
         for (const ApplicationSnapshot& application : draft->snapshot().applications)
             if (chance(20)) draft->includeApp(application.bundleIdentifier, false);
+        committing_ = true;
         model_->commit(*draft);
+        committing_ = false;
     }
 
     void changeSettings() {
@@ -391,7 +396,7 @@ class RandomModel {
 
     Workspace gone_ = samples::named(Uuid::random(), "Gone");
     std::vector<std::weak_ptr<void>> holds_;
-    bool diskFails_ = false, handling_ = false, snapshotting_ = false, lastTrust_ = true;
+    bool diskFails_ = false, handling_ = false, committing_ = false, snapshotting_ = false, lastTrust_ = true;
     TimePoint lastTrouble_{}, lastTrustChange_{};
     std::uint64_t checkedVersion_ = 0;
     int forgotten_ = 0;  // how often captures under way became worthless
