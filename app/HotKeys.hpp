@@ -40,6 +40,8 @@ class HotKeys final : public QObject {
 
   private:
     bool pressed(HotKeyID id);
+    void lost(HotKeyID id, const Error& error);
+    void refused(Action action, const Error& error);
 
     HotKeyService& service_;
     Executor& executor_;
@@ -47,6 +49,7 @@ class HotKeys final : public QObject {
     std::vector<std::unique_ptr<HotKeyRegistration>> refs_;  // by action; null where it was refused
     std::unique_ptr<HotKeyHandler> handler_;
     std::set<Action> unavailable_;
+    std::map<Action, std::string> labels_;                               // of the latest registration
     std::shared_ptr<HotKeys*> self_ = std::make_shared<HotKeys*>(this);  // null when it is gone
 };
 

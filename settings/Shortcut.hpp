@@ -5,12 +5,9 @@
 #include <optional>
 #include <string>
 
-namespace quillo {
+#include "platform/services/KeyEvent.hpp"
 
-/// Bits of a modifier mask, as the classic event manager has them.
-namespace modifier {
-inline constexpr std::uint32_t command = 0x100, shift = 0x200, option = 0x800, control = 0x1000;
-}
+namespace quillo {
 
 /// What a global shortcut does. The number names it to the system and is its key in the settings.
 enum class HotKeyAction : std::uint8_t { save, switcher };
@@ -18,15 +15,6 @@ inline constexpr std::array allHotKeyActions{HotKeyAction::save, HotKeyAction::s
 constexpr std::uint32_t number(HotKeyAction action) {
     return static_cast<std::uint32_t>(action) + 1;
 }
-
-/// A key that went down while a window of ours had the keyboard.
-struct KeyEvent {
-    std::uint32_t keyCode = 0;  // classic virtual key code: a position on the keyboard
-    std::uint32_t modifiers = 0;
-    std::string characters;  // what the key writes without modifiers, UTF-8
-
-    bool operator==(const KeyEvent&) const = default;
-};
 
 struct Shortcut {
     std::uint32_t keyCode = 0;    // classic virtual key code

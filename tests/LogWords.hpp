@@ -10,7 +10,7 @@
 namespace quillo {
 
 inline void expectOnlyKnownSentences(const std::string& log) {
-    static const std::regex known(R"((.* )?(capture|restore) (info|error):? ()"
+    static const std::regex known(R"((.* )?(capture|restore|hotkeys) (info|error):? ()"
                                   R"(captured \d+ apps, \d+ windows|)"
                                   R"(adapter (finder|chromium|safari) captured \d+ urls|)"
                                   R"(adapter (finder|chromium|safari) failed: [A-Z][a-zA-Z ]+\.|)"

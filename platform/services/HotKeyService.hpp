@@ -37,11 +37,14 @@ class HotKeyService {
   public:
     /// Told of each press; false passes it on as unhandled.
     using Pressed = std::function<bool(HotKeyID)>;
+    /// Told of a combination that was registered and has been lost since, with what registering it would
+    /// answer now: the keyboard was laid out anew, and its keys are another program's or are no longer there.
+    using Lost = std::function<void(HotKeyID, const Error&)>;
 
     virtual ~HotKeyService() = default;
 
     virtual Capability capability() const = 0;
-    virtual std::unique_ptr<HotKeyHandler> installHandler(Pressed pressed) = 0;
+    virtual std::unique_ptr<HotKeyHandler> installHandler(Pressed pressed, Lost lost) = 0;
     /// `keyCode` is a classic virtual key code (a position on the keyboard, whatever the layout writes
     /// there); `modifiers` a mask of command 0x100, shift 0x200, option 0x800, control 0x1000. Refused, with
     /// the system's own code, where another program holds the combination or the keyboard has no such key.

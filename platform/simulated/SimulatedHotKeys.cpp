@@ -1,6 +1,13 @@
 #include "platform/simulated/SimulatedHotKeys.hpp"
 
 namespace quillo {
+namespace {
+
+Error takenElsewhere() {
+    return {ErrorKind::refused, "another program holds the combination", SimulatedHotKeys::alreadyTaken};
+}
+
+}  // namespace
 
 struct SimulatedHotKeys::Registration final : HotKeyRegistration {
     Registration(std::shared_ptr<std::map<Combination, HotKeyID>> list, Combination mine)
@@ -14,16 +21,16 @@ struct SimulatedHotKeys::Registration final : HotKeyRegistration {
 };
 
 struct SimulatedHotKeys::Handler final : HotKeyHandler {
-    explicit Handler(std::shared_ptr<Pressed> installed) : pressed(std::move(installed)) {}
+    explicit Handler(std::shared_ptr<Callbacks> mine) : installed(std::move(mine)) {}
     Handler(const Handler&) = delete;
     Handler& operator=(const Handler&) = delete;
-    ~Handler() override { *pressed = nullptr; }
+    ~Handler() override { *installed = {}; }
 
-    std::shared_ptr<Pressed> pressed;
+    std::shared_ptr<Callbacks> installed;
 };
 
-std::unique_ptr<HotKeyHandler> SimulatedHotKeys::installHandler(Pressed pressed) {
-    *handler_ = std::move(pressed);
+std::unique_ptr<HotKeyHandler> SimulatedHotKeys::installHandler(Pressed pressed, Lost lost) {
+    *handler_ = {std::move(pressed), std::move(lost)};
     return std::make_unique<Handler>(handler_);
 }
 
@@ -32,7 +39,7 @@ Result<std::unique_ptr<HotKeyRegistration>> SimulatedHotKeys::registerHotKey(std
                                                                              HotKeyID id) {
     const Combination combination{keyCode, modifiers};
     if (taken.contains(combination) || !registered_->emplace(combination, id).second) {
-        return fail(ErrorKind::refused, "another program holds the combination", alreadyTaken);
+        return std::unexpected(takenElsewhere());
     }
     return std::make_unique<Registration>(registered_, combination);
 }
@@ -41,13 +48,23 @@ bool SimulatedHotKeys::press(std::uint32_t keyCode, std::uint32_t modifiers) {
     const auto found = registered_->find({keyCode, modifiers});
     if (found == registered_->end()) return false;
     executor_.post([handler = handler_, id = found->second] {
-        if (*handler) (*handler)(id);
+        if (handler->pressed) handler->pressed(id);
     });
     return true;
 }
 
+void SimulatedHotKeys::lose(std::uint32_t keyCode, std::uint32_t modifiers) {
+    const Combination combination{keyCode, modifiers};
+    taken.insert(combination);
+    const auto mine = registered_->extract(combination);
+    if (mine.empty()) return;
+    executor_.post([handler = handler_, id = mine.mapped()] {
+        if (handler->lost) handler->lost(id, takenElsewhere());
+    });
+}
+
 bool SimulatedHotKeys::deliver(HotKeyID id) const {
-    return *handler_ && (*handler_)(id);
+    return handler_->pressed && handler_->pressed(id);
 }
 
 }  // namespace quillo

@@ -21,7 +21,7 @@ class SimulatedHotKeys final : public HotKeyService, public KeyboardLayout {
     explicit SimulatedHotKeys(Executor& executor) : executor_(executor) {}
 
     Capability capability() const override { return Capability::available(); }
-    std::unique_ptr<HotKeyHandler> installHandler(Pressed pressed) override;
+    std::unique_ptr<HotKeyHandler> installHandler(Pressed pressed, Lost lost) override;
     Result<std::unique_ptr<HotKeyRegistration>> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                                                                HotKeyID id) override;
 
@@ -29,6 +29,8 @@ class SimulatedHotKeys final : public HotKeyService, public KeyboardLayout {
     bool press(std::uint32_t keyCode, std::uint32_t modifiers);
     /// An event that names this hot key; whether a handler took it.
     bool deliver(HotKeyID id) const;
+    /// Another program has the combination from now on, because the keyboard was laid out anew.
+    void lose(std::uint32_t keyCode, std::uint32_t modifiers);
 
     std::optional<std::uint32_t> keyCode(std::uint32_t nativeKeyCode) const override { return nativeKeyCode; }
     std::string characters(std::uint32_t keyCode) const override {
@@ -40,7 +42,7 @@ class SimulatedHotKeys final : public HotKeyService, public KeyboardLayout {
     std::map<std::uint32_t, std::string> layout{};
     /// Registered now.
     std::size_t registrations() const { return registered_->size(); }
-    bool handled() const { return *handler_ != nullptr; }
+    bool handled() const { return handler_->pressed != nullptr; }
 
   private:
     struct Registration;
@@ -49,7 +51,11 @@ class SimulatedHotKeys final : public HotKeyService, public KeyboardLayout {
     Executor& executor_;
     std::shared_ptr<std::map<Combination, HotKeyID>> registered_ =
         std::make_shared<std::map<Combination, HotKeyID>>();
-    std::shared_ptr<Pressed> handler_ = std::make_shared<Pressed>();
+    struct Callbacks {
+        Pressed pressed;
+        Lost lost;
+    };
+    std::shared_ptr<Callbacks> handler_ = std::make_shared<Callbacks>();
 };
 
 }  // namespace quillo
