@@ -41,13 +41,20 @@ std::vector<const Workspace*> knownAs(std::string_view which, std::span<const Wo
 }  // namespace
 
 AppSettings settingsFor(Session& session, const Arguments& arguments) {
-    AppSettings settings = AppSettings::load(session.defaults);
-    if (const auto trouble = session.defaults.trouble()) {
+    const std::optional<std::string> stored = session.defaults.data(AppSettings::defaultsKey);
+    std::optional<AppSettings> settings = stored ? AppSettings::decode(*stored) : AppSettings{};
+    std::optional<std::string> trouble = session.defaults.trouble();
+    if (!settings) {
+        trouble = session.defaults.file().filename().string() + ": " + std::string(AppSettings::defaultsKey) +
+                  ": a field is not of the type it must have";
+    }
+    if (trouble) {
         session.output.complain("the settings cannot be read, the usual ones are used: " +
                                 printable(*trouble));
     }
-    settings.enabledAdapters.insert(arguments.adapters.begin(), arguments.adapters.end());
-    return settings;
+    AppSettings chosen = std::move(settings).value_or(AppSettings{});
+    chosen.enabledAdapters.insert(arguments.adapters.begin(), arguments.adapters.end());
+    return chosen;
 }
 
 std::vector<Workspace> scan(Session& session) {

@@ -1,8 +1,7 @@
 #include "settings/AppSettings.hpp"
 
-#include <array>
+#include <algorithm>
 
-#include "WindowEngine/AutoSnapshotPolicy.hpp"
 #include "WindowEngine/support/Text.hpp"
 #include "WindowEngine/support/Url.hpp"
 

@@ -22,8 +22,10 @@ std::string asJsonString(std::string_view text) {
     return json;
 }
 
+/// One that may stand as it is within the file: nested far less than the parser follows.
 bool isJsonObject(const std::string& bytes) {
     simdjson::dom::parser parser;
+    if (parser.allocate(bytes.size(), maximumJsonDepth)) return false;
     return parser.parse(simdjson::padded_string(bytes)).is_object();
 }
 
@@ -115,21 +117,23 @@ Result<void> FileDefaults::set(std::string_view key, std::optional<std::string> 
     }
     bytes += "\n}\n";
     Result<void> written = writeAtomically(files_, file_, bytes);
+    content_.reset();  // a failure may come after the file was replaced: what stands there holds
     if (written) content_ = std::move(now);
     return written;
 }
 
-/// Under the first name that is free; there are few, so that a program that damages it again and again does
-/// not fill the disk.
+/// Under the first name that is free. There are few, so that a program that damages the file again and again
+/// does not fill the disk.
 Result<void> FileDefaults::keepAside() const {
     constexpr int most = 9;
-    std::filesystem::path aside;
     for (int number = 1; number <= most; ++number) {
-        aside = file_;
+        std::filesystem::path aside = file_;
         aside += number == 1 ? ".damaged" : ".damaged-" + std::to_string(number);
-        if (!files_.exists(aside)) break;
+        if (!files_.exists(aside)) return files_.rename(file_, aside);
     }
-    return files_.rename(file_, aside);
+    return fail(
+        ErrorKind::io,
+        file_.string() + " is damaged, and so were nine before it that are kept beside it; remove those");
 }
 
 }  // namespace quillo

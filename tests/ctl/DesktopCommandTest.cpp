@@ -184,7 +184,6 @@ TEST_F(DesktopCommandTest, ExitStatusAndLinesSayWhatDidNotComeBack) {
 }
 
 TEST_F(DesktopCommandTest, WhatThePersonChoseInTheSettingsHolds) {
-    const std::string frame = R"("frame": [100, 100, 600, 400])";
     const std::string window = R"("frame": [100, 100, 600, 400], "title": )";
     file("web", R"({"displays": [{"id": "left", "frame": [0, 0, 1600, 1000]}], "applications": [
         {"identifier": "org.secret", "name": "Secret", "windows": [{)" +
@@ -200,13 +199,43 @@ TEST_F(DesktopCommandTest, WhatThePersonChoseInTheSettingsHolds) {
     const std::string saved = done({"show", "Web", "--json"});
     EXPECT_NE(saved.find("news.example"), std::string::npos);
     for (const char* kept : {"bank", "Secret", "Diary"}) EXPECT_EQ(saved.find(kept), std::string::npos);
+    done(on("web", {"history", "save"}));
+    done(on("web", {"save", "--update", "Web"}));
+    for (const char* name : {"Last session", "Web"}) {
+        const std::string again = done({"show", name, "--json"});
+        EXPECT_NE(again.find("news.example"), std::string::npos);
+        for (const char* kept : {"bank", "Secret"}) EXPECT_EQ(again.find(kept), std::string::npos) << name;
+    }
+    file("closed", R"({"displays": [{"id": "left", "frame": [0, 0, 1600, 1000]}],
+                       "applications": [{"identifier": "com.google.Chrome", "name": "Chrome"}]})");
     expectSteps({{on("web", {"doctor"}), 0, "integrations          chromium\n"},
-                 {on("web", {"doctor"}), 0, "excluded websites     1\n"}});
-    home_.write(".config/Quillo/defaults.json", "{");
-    const Ran damaged = run(on("web", {"windows"}));
-    EXPECT_NE(damaged.err.find("the settings cannot be read, the usual ones are used: defaults.json: "),
-              std::string::npos);
-    EXPECT_NE(damaged.out.find("Diary"), std::string::npos);
+                 {on("web", {"doctor"}), 0, "excluded websites     1\n"},
+                 {on("closed", {"plan", "Web"}), 0, "in a new window: https://news.example/\n"},
+                 {on("closed", {"restore", "Web"}), 0, "1 reopened"}});
+    const struct {
+        const char *stored, *complaint;
+    } damages[] = {
+        {"{", "defaults.json: the document: not valid JSON in line 1"},
+        {R"({"settings": {"excludedBundleIdentifiers": "org.secret"}})", "defaults.json: settings: "},
+        {R"({"settings": "{"})", "defaults.json: settings: "},
+    };
+    for (const auto& damage : damages) {
+        home_.write(".config/Quillo/defaults.json", damage.stored);
+        const Ran damaged = run(on("web", {"windows"}));
+        EXPECT_EQ(damaged.err.find(
+                      std::string("quilloctl: the settings cannot be read, the usual ones are used: ") +
+                      damage.complaint),
+                  0U)
+            << damaged.err;
+        EXPECT_NE(damaged.out.find("Diary"), std::string::npos);
+        EXPECT_EQ(run(on("web", {"doctor"})).err, damaged.err);
+        done({"list"});  // which does not ask them
+    }
+    Texts doctor = on("web", {"doctor"});
+    doctor.insert(doctor.begin(), QUILLOCTL);
+    const Ran other = runWith({"XDG_CONFIG_HOME=" + (home_ / "other").string()}, doctor);
+    EXPECT_NE(other.out.find("integrations          none\n"), std::string::npos) << other.out;
+    EXPECT_EQ(other.err, "");
 }
 
 TEST_F(DesktopCommandTest, FoldersTabsDocumentsAndOtherApplicationsArePlannedAndDone) {

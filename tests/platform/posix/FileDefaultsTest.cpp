@@ -28,6 +28,9 @@ class FailingFiles final : public ForwardingFileSystem {
     Result<void> rename(const Path& from, const Path& to) override {
         return fails() ? full() : ForwardingFileSystem::rename(from, to);
     }
+    Result<void> syncDirectory(const Path& directory) override {
+        return fails() ? full() : ForwardingFileSystem::syncDirectory(directory);
+    }
     Result<std::unique_ptr<DirectoryLock>> lock(const Path& directory) override {
         if (fails()) return quillo::fail(ErrorKind::locked, "locked");
         return ForwardingFileSystem::lock(directory);
@@ -66,6 +69,21 @@ TEST_F(FileDefaultsTest, ValuesAreKeptInAFileThatPeopleCanRead) {
     EXPECT_EQ(directory.read("config/defaults.json"), "{\n  \"settings\": {\"a\":[1,2.5],\"b\":\"/\"}\n}\n");
 }
 
+TEST_F(FileDefaultsTest, NoValueMakesTheFileUnreadable) {
+    std::vector<std::string> values{"\xef\xbb\xbf{\"a\":1}", "{} {}", "{\"a\":1e999}", "[1]", "null", ""};
+    std::string deep = "0";
+    for (int depth = 1; depth <= 1025; ++depth) {  // past what any parser follows
+        deep.insert(0, "{\"a\":").append("}");
+        if (depth > 1020) values.push_back(deep);
+    }
+    for (const std::string& value : values) {
+        ASSERT_TRUE(defaults.setData("key", value));
+        const FileDefaults again(files, file);
+        EXPECT_EQ(again.trouble(), std::nullopt) << value;
+        EXPECT_EQ(again.data("key"), value);
+    }
+}
+
 TEST_F(FileDefaultsTest, TwoProgramsDoNotLoseEachOthersValues) {
     FileDefaults other(files, file);
     EXPECT_FALSE(other.boolean("mine"));
@@ -89,11 +107,15 @@ TEST_F(FileDefaultsTest, ADamagedFileIsKeptAside) {
         EXPECT_EQ(directory.read(std::string("config/") + name), damage);
         EXPECT_EQ(directory.read("config/defaults.json"), "{\n  \"flag\": true\n}\n");
     }
-    for (int i = 0; i < 20; ++i) {
+    for (int number = 3; number <= 10; ++number) {
         directory.write("config/defaults.json", "[]");
-        ASSERT_TRUE(FileDefaults(files, file).setBoolean("flag", true));
+        EXPECT_EQ(FileDefaults(files, file).setBoolean("flag", true).has_value(), number <= 9) << number;
     }
+    // There is no tenth, and none of the nine is lost for it.
+    EXPECT_EQ(directory.read("config/defaults.json"), "[]");
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(directory / "config"), {}), 10);
+    std::filesystem::remove(directory / "config/defaults.json.damaged-4");
+    ASSERT_TRUE(FileDefaults(files, file).setBoolean("flag", true));
     // One that cannot be read may be sound: it stays.
     files.readFailure = ErrorKind::permission;
     FileDefaults locked(files, file);
@@ -109,13 +131,30 @@ TEST_F(FileDefaultsTest, AFailedSetLeavesEverythingAsItWas) {
     const std::string before = directory.read("config/defaults.json");
     int failures = 0;
     for (bool done = false; !done; ++failures) {
+        directory.write("config/defaults.json", before);
         files.failing = failures;
         done = defaults.setData("key", "after").has_value();
-        EXPECT_EQ(defaults.data("key"), done ? "after" : "before");
-        EXPECT_EQ(directory.read("config/defaults.json") == before, !done);
+        // The last call makes the rename durable: what fails there stands, and is said to stand.
+        const bool stands = failures >= 4;
+        EXPECT_EQ(defaults.data("key"), stands ? "after" : "before") << failures;
+        EXPECT_EQ(directory.read("config/defaults.json") == before, !stands);
         EXPECT_EQ(std::distance(std::filesystem::directory_iterator(directory / "config"), {}), 1);
     }
-    EXPECT_EQ(failures, 5);  // each of the four calls, and then none
+    EXPECT_EQ(failures, 6);  // each of the five calls, and then none
+}
+
+TEST_F(FileDefaultsTest, ADamagedFileIsNeverLostToAFailedSet) {
+    std::filesystem::create_directory(directory / "config");
+    for (int failure = 0; failure < 6; ++failure) {
+        directory.write("config/defaults.json", "{");
+        FileDefaults damaged(files, file);
+        files.failing = failure;
+        EXPECT_FALSE(damaged.setData("key", "new")) << failure;
+        const bool aside = failure > 2;  // directories, lock and the rename that keeps it
+        EXPECT_EQ(directory.read(aside ? "config/defaults.json.damaged" : "config/defaults.json"), "{");
+        EXPECT_EQ(damaged.trouble().has_value(), !aside);
+        std::filesystem::remove(directory / "config/defaults.json.damaged");
+    }
 }
 
 }  // namespace
