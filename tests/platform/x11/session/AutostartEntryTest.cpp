@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <memory>
 
-#include "WindowEngine/services/ForwardingFileSystem.hpp"
 #include "platform/posix/PosixFileSystem.hpp"
 #include "platform/x11/AutostartEntry.hpp"
 #include "platform/x11/GObjectPtr.hpp"
@@ -45,11 +44,10 @@ class AutostartEntryTest : public testing::Test {
     void install(const std::string& data, const std::string& exec, const std::string& more = "") {
         home.write(data + "/applications/" + fileName, entry("Exec=" + exec + "\n" + more));
     }
-    AutostartEntry item(const fs::path& running) { return item(running, disk); }
-    AutostartEntry item(const fs::path& running, FileSystem& files) {
-        return AutostartEntry(files, {.program = fs::canonical(running),
-                                      .configuration = home / "config",
-                                      .data = {home / "own", home / "missing", home / "system"}});
+    AutostartEntry item(const fs::path& running) {
+        return AutostartEntry(disk, {.program = fs::canonical(running),
+                                     .configuration = home / "config",
+                                     .data = {home / "own", home / "missing", home / "system"}});
     }
 
     const std::string path = std::getenv("PATH");
@@ -153,20 +151,6 @@ TEST_F(AutostartEntryTest, StartsTheProgramWhateverItsFolderIsNamed) {
         home.write("own/applications/" + std::string(fileName), foreignEntry(running));
         EXPECT_FALSE(item(running).registerItem()) << name;
     }
-}
-
-TEST_F(AutostartEntryTest, AnEntryThatCannotBeWrittenIsAsBefore) {
-    struct NoRenames : ForwardingFileSystem {
-        using ForwardingFileSystem::ForwardingFileSystem;
-        Result<void> rename(const Path&, const Path&) override { return fail(ErrorKind::noSpace, "full"); }
-    } full(disk);
-    ASSERT_TRUE(item(home / "bin/quillo").registerItem());
-    home.write(autostart, entry("Exec=other"));
-    const auto registered = item(home / "bin/quillo", full).registerItem();
-    ASSERT_FALSE(registered);
-    EXPECT_EQ(registered.error().text, "full");
-    EXPECT_EQ(home.read(autostart), entry("Exec=other"));
-    EXPECT_EQ(std::distance(fs::directory_iterator(home / "config/autostart"), {}), 1);
 }
 
 TEST_F(AutostartEntryTest, OpensTheDesktopsOwnListElseTheFolder) {

@@ -49,6 +49,10 @@ class LogindTest : public testing::Test {
         EXPECT_TRUE(eventually([&] { return events.size() >= count; }));
         return std::exchange(events, {});
     }
+    /// Buses and the mock keep descriptors of their own for a moment.
+    bool locksBecome(const Texts& expected) {
+        return eventually([&] { return logind->inhibitors() == expected; });
+    }
     bool becomesUnavailable(const std::string& reason) {
         return eventually([&] { return power->capability().reason().starts_with(reason); });
     }
@@ -76,21 +80,21 @@ TEST_F(LogindTest, TheComputerWaitsForTheLastHoldAndTheLockIsTakenAgain) {
         ASSERT_TRUE(copy);
         EXPECT_EQ(logind->inhibitors(), one);
         copy.reset();
-        EXPECT_EQ(logind->inhibitors(), none);
+        EXPECT_TRUE(locksBecome(none));
         logind->emit({{signal, false}});
-        EXPECT_TRUE(eventually([&] { return logind->inhibitors() == one; }));
+        EXPECT_TRUE(locksBecome(one));
         EXPECT_TRUE(eventually([&] { return openPipes() == pipes + 1; })) << openPipes();
     }
     power.reset();
-    EXPECT_EQ(logind->inhibitors(), none);
-    EXPECT_EQ(openPipes(), pipes);
+    EXPECT_TRUE(locksBecome(none));
+    EXPECT_TRUE(eventually([&] { return openPipes() == pipes; })) << openPipes();
 }
 
 TEST_F(LogindTest, NobodyIsWaitedForWhereNobodyListensAnyMore) {
     start();
     observer.reset();
     logind->emit({{"PrepareForSleep", true}});
-    EXPECT_TRUE(eventually([&] { return logind->inhibitors() == none; }));
+    EXPECT_TRUE(locksBecome(none));
     EXPECT_TRUE(events.empty());
 }
 
@@ -104,7 +108,7 @@ TEST_F(LogindTest, AnEventThatBeginsWhileTheLockIsAskedForGetsIt) {
     EXPECT_TRUE(holds.at(0));
     EXPECT_EQ(logind->inhibitors(), one);
     holds.clear();
-    EXPECT_EQ(logind->inhibitors(), none);
+    EXPECT_TRUE(locksBecome(none));
 }
 
 TEST_F(LogindTest, AHoldAndAnEventOnItsWayOutliveTheService) {
@@ -118,7 +122,7 @@ TEST_F(LogindTest, AHoldAndAnEventOnItsWayOutliveTheService) {
     EXPECT_TRUE(events.empty());
     EXPECT_EQ(logind->inhibitors(), one);
     holds.clear();
-    EXPECT_EQ(logind->inhibitors(), none);
+    EXPECT_TRUE(locksBecome(none));
 }
 
 TEST_F(LogindTest, AServiceThatIsStartedAgainIsAskedAgain) {
