@@ -1,0 +1,57 @@
+// Where in the main window one is, and what all surfaces share.
+#pragma once
+#include <QObject>
+#include <QString>
+
+#include "app/AppModel.hpp"
+#include "app/PlatformTexts.hpp"
+
+namespace quillo {
+
+class Ui final : public QObject {
+    Q_OBJECT
+    /// "onboarding", "review", "settings", "detail" or "library".
+    Q_PROPERTY(QString page READ page NOTIFY pageChanged)
+    Q_PROPERTY(QString detailId READ detailId NOTIFY pageChanged)
+    /// "general", "integrations", "privacy" or "about".
+    Q_PROPERTY(QString settingsPane READ settingsPane WRITE setSettingsPane NOTIFY pageChanged)
+    Q_PROPERTY(QString toast READ toast NOTIFY toastChanged)  // empty: none is shown
+    Q_PROPERTY(bool onLinux READ onLinux CONSTANT)
+    Q_PROPERTY(QString saveShortcut READ saveShortcut NOTIFY settingsChanged)  // of the global hot key
+
+  public:
+    Ui(AppModel& model, TextVariant variant, QObject* parent = nullptr);
+
+    QString page() const;
+    QString detailId() const { return detailId_; }
+    QString settingsPane() const { return settingsPane_; }
+    void setSettingsPane(const QString& pane);
+    QString toast() const { return QString::fromStdString(model_.toast().value_or("")); }
+    bool onLinux() const { return variant_ == TextVariant::linux; }
+    QString saveShortcut() const;
+
+    Q_INVOKABLE QString text(const QString& text) const;
+    Q_INVOKABLE QString modifierWord(const QString& glyph) const;
+    Q_INVOKABLE QString shortcut(const QString& label) const;
+    /// The detail of a workspace, by its identifier.
+    Q_INVOKABLE void openDetail(const QString& id);
+    Q_INVOKABLE void openSettings(const QString& pane = {});
+    /// From settings or detail to the library.
+    Q_INVOKABLE void back();
+    Q_INVOKABLE void toggleSwitcher() { model_.toggleSwitcher(); }
+    Q_INVOKABLE void beginCapture() { model_.beginCapture(); }
+    Q_INVOKABLE void importWorkspace() { model_.importWorkspace(); }
+
+  Q_SIGNALS:
+    void pageChanged();
+    void toastChanged();
+    void settingsChanged();
+
+  private:
+    AppModel& model_;
+    const TextVariant variant_;
+    QString detailId_;
+    QString settingsPane_ = QStringLiteral("general");
+};
+
+}  // namespace quillo

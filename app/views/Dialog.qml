@@ -1,0 +1,72 @@
+// Asks once before something that cannot be taken back.
+import QtQuick
+import QtQuick.Templates as T
+import Quillo.Core
+
+T.Popup {
+    id: dialog
+    property string title
+    property string text
+    property string actionText
+    property string cancelText: "Cancel"
+    property bool danger: false
+    signal confirmed()
+
+    parent: T.Overlay.overlay
+    x: Math.round((parent.width - width) / 2)
+    y: Math.round((parent.height - height) / 2 - parent.height / 20)
+    width: Math.min(400, (parent ? parent.width : 440) - 40)
+    padding: 24
+    modal: true
+    focus: true
+    closePolicy: T.Popup.CloseOnEscape
+    Accessible.role: Accessible.AlertMessage
+    Accessible.name: title
+
+    T.Overlay.modal: Rectangle { color: Theme.dark ? "#99000000" : "#52101828" }
+    enter: Transition { NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.fade(160) } }
+    exit: Transition { NumberAnimation { property: "opacity"; to: 0; duration: Theme.fade(110) } }
+    onOpened: cancel.forceActiveFocus(Qt.TabFocusReason)
+
+    background: Rectangle {
+        radius: 16
+        color: Theme.raised
+        border.width: 1
+        border.color: Theme.panelEdge
+        Shadow { level: 3; radius: 16 }
+    }
+    contentItem: Column {
+        spacing: 8
+        UiText {
+            width: parent.width
+            role: "heading"
+            text: dialog.title
+            wrapMode: Text.Wrap
+        }
+        UiText {
+            width: parent.width
+            text: dialog.text
+            visible: text !== ""
+            color: Theme.text2
+            wrapMode: Text.Wrap
+        }
+        Item { width: 1; height: 8 }
+        Row {
+            anchors.right: parent.right
+            spacing: 8
+            PushButton {
+                id: cancel
+                text: dialog.cancelText
+                onClicked: dialog.close()
+                KeyNavigation.right: action
+            }
+            PushButton {
+                id: action
+                text: dialog.actionText
+                kind: dialog.danger ? "danger" : "primary"
+                onClicked: { dialog.close(); dialog.confirmed() }
+                KeyNavigation.left: cancel
+            }
+        }
+    }
+}

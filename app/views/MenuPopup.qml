@@ -1,0 +1,102 @@
+// A menu of { text, iconName, enabled, danger, separator, act }; `current` marks the one that holds now.
+import QtQuick
+import QtQuick.Templates as T
+import Quillo.Core
+
+T.Popup {
+    id: menu
+    property var entries: []
+    property int current: -1
+
+    padding: 6
+    margins: 8
+    implicitWidth: Math.max(200, list.implicitWidth + 2 * padding)
+    implicitHeight: list.implicitHeight + 2 * padding
+    focus: true
+    modal: true
+    dim: false
+    closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
+    onOpened: list.focusRow(current >= 0 ? current : 0, 1)
+    Accessible.role: Accessible.PopupMenu
+
+    enter: Transition { NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.fade(160) } }
+    exit: Transition { NumberAnimation { property: "opacity"; to: 0; duration: Theme.fade(110) } }
+
+    background: Rectangle {
+        radius: 12
+        color: Theme.raised
+        border.width: 1
+        border.color: Theme.panelEdge
+        Shadow { level: 3; radius: 12 }
+    }
+    contentItem: Column {
+        id: list
+        function focusRow(index, step) {
+            for (let i = index, tries = 0; tries < repeater.count; i = (i + step + repeater.count) % repeater.count, ++tries) {
+                const row = repeater.itemAt(i)
+                if (row && row.enabled && !row.entry.separator) { row.forceActiveFocus(Qt.TabFocusReason); return }
+            }
+        }
+        Repeater {
+            id: repeater
+            model: menu.entries
+            T.AbstractButton {
+                id: row
+                required property var modelData
+                required property int index
+                readonly property var entry: modelData
+                readonly property color ink: entry.danger ? Theme.danger : Theme.text
+
+                enabled: entry.enabled !== false && !entry.separator
+                width: Math.max(list.width, implicitWidth)
+                implicitWidth: line.implicitWidth + 46
+                implicitHeight: entry.separator ? 9 : Math.round(32 * Theme.scale)
+                opacity: enabled || entry.separator ? 1 : 0.4
+                hoverEnabled: true
+                onHoveredChanged: if (hovered && enabled) forceActiveFocus(Qt.MouseFocusReason)
+                onClicked: { menu.close(); if (entry.act) entry.act() }
+                Keys.onReturnPressed: click()
+                Keys.onEnterPressed: click()
+                Keys.onDownPressed: list.focusRow((index + 1) % repeater.count, 1)
+                Keys.onUpPressed: list.focusRow((index - 1 + repeater.count) % repeater.count, -1)
+                Accessible.role: entry.separator ? Accessible.Separator : Accessible.MenuItem
+                Accessible.name: entry.text || ""
+                Accessible.checked: menu.current === index
+                Accessible.onPressAction: row.click()
+
+                background: Rectangle {
+                    radius: 8
+                    color: row.activeFocus ? row.entry.danger ? Theme.dangerTint : Theme.accentTint : "transparent"
+                    Rectangle {
+                        visible: row.entry.separator === true
+                        anchors.verticalCenter: parent.verticalCenter
+                        x: 8
+                        width: parent.width - 16
+                        height: 1
+                        color: Theme.border
+                    }
+                }
+                contentItem: Item {
+                    visible: !row.entry.separator
+                    Icon {
+                        x: 10
+                        anchors.verticalCenter: parent.verticalCenter
+                        name: menu.current === row.index ? "check" : row.entry.iconName || "check"
+                        visible: menu.current === row.index || (row.entry.iconName || "") !== ""
+                        size: 15
+                        color: row.entry.danger ? Theme.danger : Theme.text2
+                    }
+                    UiText {
+                        id: line
+                        x: 34
+                        width: Math.min(implicitWidth, 420)
+                        anchors.verticalCenter: parent.verticalCenter
+                        text: row.entry.text || ""
+                        color: row.ink
+                        Accessible.ignored: true
+                    }
+                }
+            }
+        }
+    }
+}

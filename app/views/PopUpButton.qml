@@ -1,0 +1,60 @@
+// Shows one of several texts and lets another one be picked.
+import QtQuick
+import QtQuick.Templates as T
+import Quillo.Core
+
+T.Button {
+    id: control
+    property var model: []
+    property int current: 0
+    property string label  // accessible name
+    signal picked(int index)
+
+    text: model[current] || ""
+    implicitHeight: Math.round(34 * Theme.scale)
+    implicitWidth: words.implicitWidth + 44
+    focusPolicy: Qt.StrongFocus
+    hoverEnabled: true
+    opacity: enabled ? 1 : 0.4
+    Accessible.role: Accessible.ComboBox
+    Accessible.name: label !== "" ? label + ": " + text : text
+    Accessible.onPressAction: control.click()
+    onClicked: menu.open()
+    Keys.onReturnPressed: click()
+    Keys.onDownPressed: menu.open()
+
+    contentItem: Item {
+        UiText {
+            id: words
+            role: "body-medium"
+            anchors.verticalCenter: parent.verticalCenter
+            x: 12
+            text: control.text
+            Accessible.ignored: true
+        }
+        Icon {
+            anchors.verticalCenter: parent.verticalCenter
+            anchors.right: parent.right
+            anchors.rightMargin: 10
+            name: "chevrons-up-down"
+            size: 14
+            color: Theme.text3
+        }
+    }
+    background: Rectangle {
+        radius: 9
+        color: Theme.raised
+        border.width: 1
+        border.color: control.hovered ? Theme.text3 : Theme.borderStrong
+        FocusRing {
+            shown: control.visualFocus
+            radius: parent.radius + 4
+        }
+    }
+    MenuPopup {
+        id: menu
+        y: control.height + 4
+        current: control.current
+        entries: control.model.map((text, index) => ({ text: text, act: () => control.picked(index) }))
+    }
+}

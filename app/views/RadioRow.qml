@@ -1,0 +1,50 @@
+// One choice of several, each on a row of its own.
+import QtQuick
+import QtQuick.Templates as T
+import Quillo.Core
+
+T.AbstractButton {
+    id: control
+    signal picked()
+
+    implicitHeight: Math.round(34 * Theme.scale)
+    implicitWidth: words.implicitWidth + 28
+    focusPolicy: Qt.StrongFocus
+    hoverEnabled: true
+    onClicked: picked()
+    Keys.onReturnPressed: click()
+    Accessible.role: Accessible.RadioButton
+    Accessible.name: text
+    Accessible.checked: control.checked
+    Accessible.onPressAction: control.click()
+
+    contentItem: Item {
+        Rectangle {
+            id: disc
+            anchors.verticalCenter: parent.verticalCenter
+            width: 16
+            height: 16
+            radius: 8
+            color: control.checked ? Theme.accent : Theme.surface
+            border.width: control.checked ? 0 : 1
+            border.color: control.hovered ? Theme.text3 : Theme.borderStrong
+            Rectangle {
+                anchors.centerIn: parent
+                visible: control.checked
+                width: 6
+                height: 6
+                radius: 3
+                color: Theme.onAccent
+            }
+            FocusRing { shown: control.visualFocus; radius: 12 }
+        }
+        UiText {
+            id: words
+            x: 26
+            width: Math.min(implicitWidth, control.width - 26)
+            anchors.verticalCenter: parent.verticalCenter
+            text: control.text
+            Accessible.ignored: true
+        }
+    }
+}

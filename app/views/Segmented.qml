@@ -1,0 +1,65 @@
+// One of a few choices, side by side.
+import QtQuick
+import QtQuick.Templates as T
+import Quillo.Core
+
+Rectangle {
+    id: root
+    property var model: []
+    property int current: 0
+    property bool mini: false
+    property string label
+    signal picked(int index)
+
+    implicitWidth: row.implicitWidth + 4
+    implicitHeight: row.implicitHeight + 4
+    radius: 8
+    color: Theme.sunken
+    Accessible.role: Accessible.Grouping
+    Accessible.name: label
+
+    Row {
+        id: row
+        x: 2
+        y: 2
+        Repeater {
+            model: root.model
+            T.AbstractButton {
+                id: segment
+                required property string modelData
+                required property int index
+                readonly property bool on: root.current === index
+
+                implicitWidth: words.implicitWidth + (root.mini ? 16 : 24)
+                implicitHeight: Math.round((root.mini ? 20 : 26) * Theme.scale)
+                focusPolicy: Qt.StrongFocus
+                onClicked: root.picked(index)
+                Keys.onReturnPressed: click()
+                Keys.onRightPressed: if (index + 1 < root.model.length) { root.picked(index + 1); nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason) }
+                Keys.onLeftPressed: if (index > 0) { root.picked(index - 1); nextItemInFocusChain(false).forceActiveFocus(Qt.TabFocusReason) }
+                Accessible.role: Accessible.RadioButton
+                Accessible.name: modelData
+                Accessible.checked: on
+                Accessible.onPressAction: segment.click()
+
+                background: Rectangle {
+                    radius: 6
+                    color: segment.on ? Theme.raised : "transparent"
+                    border.width: segment.on ? 1 : 0
+                    border.color: Theme.border
+                    FocusRing { shown: segment.visualFocus; radius: 8; gap: 0 }
+                }
+                contentItem: Item {
+                    UiText {
+                        id: words
+                        anchors.centerIn: parent
+                        role: root.mini ? "map-label" : "body-medium"
+                        text: segment.modelData
+                        color: segment.on ? Theme.text : Theme.text2
+                        Accessible.ignored: true
+                    }
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,47 @@
+// The message of the moment.
+import QtQuick
+import Quillo.Core
+
+Rectangle {
+    id: root
+    property string text
+    property bool shown: false
+
+    visible: opacity > 0
+    opacity: shown ? 1 : 0
+    width: row.width + 32
+    height: Math.max(40, words.height + 20)
+    radius: 20
+    color: Theme.tooltip
+    Accessible.role: Accessible.AlertMessage
+    Accessible.name: text
+    Accessible.ignored: !shown
+    Behavior on opacity { NumberAnimation { duration: Theme.fade(root.shown ? 160 : 120) } }
+    transform: Translate {
+        y: root.shown || Theme.reducedMotion ? 0 : 8
+        Behavior on y { NumberAnimation { duration: Theme.duration(160); easing.type: Easing.OutCubic } }
+    }
+    Shadow { level: 3; radius: 20 }
+    Row {
+        id: row
+        x: 16
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 9
+        Icon {
+            readonly property bool bad: /^Couldn't|failed|couldn't/.test(root.text)
+            anchors.verticalCenter: parent.verticalCenter
+            name: bad ? "triangle-alert" : "check"
+            color: bad ? "#EDB64B" : "white"
+            size: 16
+        }
+        UiText {
+            id: words
+            role: "body-medium"
+            width: Math.min(implicitWidth, 480)
+            wrapMode: implicitWidth > 480 ? Text.Wrap : Text.NoWrap
+            maximumLineCount: 3
+            text: root.text
+            color: "white"
+        }
+    }
+}

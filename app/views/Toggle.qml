@@ -1,0 +1,48 @@
+// A switch: position and colour both say which way it stands. It shows `checked`, which stays bound: a click only
+// asks, by toggled(), for it to become !checked.
+import QtQuick
+import QtQuick.Templates as T
+import Quillo.Core
+
+T.AbstractButton {
+    id: control
+    property bool small: false
+    property bool faded: false  // what it belongs to is off; it keeps its state
+    property string label
+
+    implicitWidth: small ? 30 : 38
+    implicitHeight: small ? 18 : 22
+    focusPolicy: Qt.StrongFocus
+    hoverEnabled: true
+    opacity: faded || !enabled ? 0.4 : 1
+    onClicked: toggled()
+    Accessible.role: Accessible.CheckBox
+    Accessible.name: label
+    Accessible.checkable: true
+    Accessible.checked: control.checked
+    Accessible.onToggleAction: control.click()
+    Accessible.onPressAction: control.click()
+    Keys.onReturnPressed: click()
+
+    contentItem: Item {}
+    background: Rectangle {
+        radius: height / 2
+        color: control.checked ? control.hovered ? Theme.accentHover : Theme.accent : Theme.switchOff
+        Rectangle {
+            readonly property real inset: 2
+            x: control.checked ? parent.width - width - inset : inset
+            y: inset
+            width: parent.height - 2 * inset
+            height: width
+            radius: width / 2
+            color: "white"
+            Behavior on x {
+                NumberAnimation { duration: Theme.duration(140); easing.type: Easing.OutCubic }
+            }
+        }
+        FocusRing {
+            shown: control.visualFocus
+            radius: parent.radius + 4
+        }
+    }
+}
