@@ -72,7 +72,7 @@ constexpr std::array linuxModifiers{Pair{"⌃", "Ctrl"}, Pair{"⌥", "Alt"}, Pai
 }  // namespace
 
 std::string platformText(std::string_view text, TextVariant variant) {
-    if (variant == TextVariant::linux) {
+    if (variant == TextVariant::onLinux) {
         const auto found = std::ranges::find(linuxTexts, text, &Pair::first);
         if (found != linuxTexts.end()) return std::string(found->second);
     }
@@ -81,11 +81,11 @@ std::string platformText(std::string_view text, TextVariant variant) {
 
 std::string modifierName(std::string_view glyph, TextVariant variant) {
     const auto found = std::ranges::find(linuxModifiers, glyph, &Pair::first);
-    return variant == TextVariant::linux && found != linuxModifiers.end() ? std::string(found->second) : "";
+    return variant == TextVariant::onLinux && found != linuxModifiers.end() ? std::string(found->second) : "";
 }
 
 std::string shortcutText(std::string_view label, TextVariant variant) {
-    if (variant == TextVariant::mac) return std::string(label);
+    if (variant == TextVariant::onMac) return std::string(label);
     std::string text;
     for (bool found = true; found;) {
         found = false;

@@ -5,7 +5,7 @@
 
 namespace quillo {
 
-enum class TextVariant { mac, linux };
+enum class TextVariant { onMac, onLinux };
 
 /// `text` as it is written for macOS, in its variant for the other system; unchanged where it has none.
 std::string platformText(std::string_view text, TextVariant variant);

@@ -8,7 +8,7 @@
 namespace quillo {
 namespace {
 
-QString text(std::string_view utf8) {
+QString fromUtf8(std::string_view utf8) {
     return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
 
@@ -89,7 +89,7 @@ void Theme::setDark(bool dark) {
 }
 
 QColor Theme::color(std::string_view token) {
-    return QColor(text(token));
+    return QColor(fromUtf8(token));
 }
 
 const WorkspaceColors& Theme::workspaceColors(std::string_view name) const {
@@ -124,7 +124,7 @@ QString Theme::glyph(const QString& symbol) const {
 QString Theme::workspaceSymbol(const QString& icon) const {
     const std::string name = icon.toStdString();
     const auto found = std::ranges::find(workspaceSymbols, name, [](const auto& one) { return one.first; });
-    return text(found != workspaceSymbols.end() ? found->second : "layers");
+    return fromUtf8(found != workspaceSymbols.end() ? found->second : "layers");
 }
 
 QString Theme::symbolFamily() const {
@@ -138,7 +138,7 @@ QString Theme::symbolFamily() const {
 void Theme::fillWorkspaces() {
     workspaces_.clear();
     for (const WorkspaceColors& colors : dark_ ? darkWorkspaceColors : lightWorkspaceColors) {
-        workspaces_.insert(text(colors.name), roles(colors));
+        workspaces_.insert(fromUtf8(colors.name), roles(colors));
     }
 }
 

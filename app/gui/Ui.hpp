@@ -27,7 +27,7 @@ class Ui final : public QObject {
     QString settingsPane() const { return settingsPane_; }
     void setSettingsPane(const QString& pane);
     QString toast() const { return QString::fromStdString(model_.toast().value_or("")); }
-    bool onLinux() const { return variant_ == TextVariant::linux; }
+    bool onLinux() const { return variant_ == TextVariant::onLinux; }
     QString saveShortcut() const;
 
     Q_INVOKABLE QString text(const QString& text) const;
