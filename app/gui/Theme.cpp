@@ -1,9 +1,8 @@
 #include "app/gui/Theme.hpp"
 
+#include <IconGlyphs.hpp>
 #include <QFontDatabase>
 #include <algorithm>
-
-#include "app/gui/IconGlyphs.hpp"
 
 namespace quillo {
 namespace {
