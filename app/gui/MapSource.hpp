@@ -1,0 +1,25 @@
+// The desktop that a map shows, as presenters hand it to QML.
+#pragma once
+#include <QMetaType>
+#include <QVariant>
+#include <memory>
+
+#include "WindowEngine/Workspace.hpp"
+
+namespace quillo {
+
+/// Shared, never changed: a map whose source is the same object does nothing. So a presenter keeps the handle
+/// for as long as what it shows is the same, and makes a new one when that changed. Null shows nothing.
+using MapSource = std::shared_ptr<const WorkspaceSnapshot>;
+
+/// For a Q_PROPERTY(QVariant ...) or a role of a list.
+inline QVariant mapVariant(MapSource source) {
+    return QVariant::fromValue(std::move(source));
+}
+inline QVariant mapVariant(const WorkspaceSnapshot& snapshot) {
+    return mapVariant(std::make_shared<const WorkspaceSnapshot>(snapshot));
+}
+
+}  // namespace quillo
+
+Q_DECLARE_METATYPE(quillo::MapSource)
