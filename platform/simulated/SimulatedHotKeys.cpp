@@ -20,20 +20,6 @@ struct SimulatedHotKeys::Registration final : HotKeyRegistration {
     Combination combination;
 };
 
-struct SimulatedHotKeys::Handler final : HotKeyHandler {
-    explicit Handler(std::shared_ptr<Callbacks> mine) : installed(std::move(mine)) {}
-    Handler(const Handler&) = delete;
-    Handler& operator=(const Handler&) = delete;
-    ~Handler() override { *installed = {}; }
-
-    std::shared_ptr<Callbacks> installed;
-};
-
-std::unique_ptr<HotKeyHandler> SimulatedHotKeys::installHandler(Pressed pressed, Lost lost) {
-    *handler_ = {std::move(pressed), std::move(lost)};
-    return std::make_unique<Handler>(handler_);
-}
-
 Result<std::unique_ptr<HotKeyRegistration>> SimulatedHotKeys::registerHotKey(std::uint32_t keyCode,
                                                                              std::uint32_t modifiers,
                                                                              HotKeyID id) {
@@ -47,9 +33,7 @@ Result<std::unique_ptr<HotKeyRegistration>> SimulatedHotKeys::registerHotKey(std
 bool SimulatedHotKeys::press(std::uint32_t keyCode, std::uint32_t modifiers) {
     const auto found = registered_->find({keyCode, modifiers});
     if (found == registered_->end()) return false;
-    executor_.post([handler = handler_, id = found->second] {
-        if (handler->pressed) handler->pressed(id);
-    });
+    executor_.post([handler = handler_, id = found->second] { handler.pressed(id); });
     return true;
 }
 
@@ -58,13 +42,7 @@ void SimulatedHotKeys::lose(std::uint32_t keyCode, std::uint32_t modifiers) {
     taken.insert(combination);
     const auto mine = registered_->extract(combination);
     if (mine.empty()) return;
-    executor_.post([handler = handler_, id = mine.mapped()] {
-        if (handler->lost) handler->lost(id, takenElsewhere());
-    });
-}
-
-bool SimulatedHotKeys::deliver(HotKeyID id) const {
-    return handler_->pressed && handler_->pressed(id);
+    executor_.post([handler = handler_, id = mine.mapped()] { handler.lost(id, takenElsewhere()); });
 }
 
 }  // namespace quillo

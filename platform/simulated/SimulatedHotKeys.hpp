@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "WindowEngine/support/Executor.hpp"
-#include "platform/services/HotKeyService.hpp"
+#include "platform/services/HotKeyCallbacks.hpp"
 
 namespace quillo {
 
@@ -21,14 +21,16 @@ class SimulatedHotKeys final : public HotKeyService, public KeyboardLayout {
     explicit SimulatedHotKeys(Executor& executor) : executor_(executor) {}
 
     Capability capability() const override { return Capability::available(); }
-    std::unique_ptr<HotKeyHandler> installHandler(Pressed pressed, Lost lost) override;
+    std::unique_ptr<HotKeyHandler> installHandler(Pressed pressed, Lost lost) override {
+        return handler_.install(std::move(pressed), std::move(lost));
+    }
     Result<std::unique_ptr<HotKeyRegistration>> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                                                                HotKeyID id) override;
 
     /// A press of the combination, heard in a turn to come; whether anybody has it registered.
     bool press(std::uint32_t keyCode, std::uint32_t modifiers);
     /// An event that names this hot key; whether a handler took it.
-    bool deliver(HotKeyID id) const;
+    bool deliver(HotKeyID id) const { return handler_.pressed(id); }
     /// Another program has the combination from now on, because the keyboard was laid out anew.
     void lose(std::uint32_t keyCode, std::uint32_t modifiers);
 
@@ -42,20 +44,15 @@ class SimulatedHotKeys final : public HotKeyService, public KeyboardLayout {
     std::map<std::uint32_t, std::string> layout{};
     /// Registered now.
     std::size_t registrations() const { return registered_->size(); }
-    bool handled() const { return handler_->pressed != nullptr; }
+    bool handled() const { return handler_.installed(); }
 
   private:
     struct Registration;
-    struct Handler;
 
     Executor& executor_;
     std::shared_ptr<std::map<Combination, HotKeyID>> registered_ =
         std::make_shared<std::map<Combination, HotKeyID>>();
-    struct Callbacks {
-        Pressed pressed;
-        Lost lost;
-    };
-    std::shared_ptr<Callbacks> handler_ = std::make_shared<Callbacks>();
+    HotKeyCallbacks handler_;
 };
 
 }  // namespace quillo

@@ -1,0 +1,66 @@
+#include "app/gui/QtKeyMonitor.hpp"
+
+#include <QGuiApplication>
+#include <array>
+
+namespace quillo {
+namespace {
+
+bool isModifier(int key) {
+    switch (key) {
+        case Qt::Key_Shift:
+        case Qt::Key_Control:
+        case Qt::Key_Alt:
+        case Qt::Key_AltGr:
+        case Qt::Key_Meta:
+        case Qt::Key_Super_L:
+        case Qt::Key_Super_R:
+        case Qt::Key_Hyper_L:
+        case Qt::Key_Hyper_R:
+        case Qt::Key_CapsLock:
+        case Qt::Key_NumLock:
+        case Qt::Key_ScrollLock:
+        case Qt::Key_Mode_switch:
+            return true;
+        default:
+            return false;
+    }
+}
+
+std::uint32_t modifiersOf(Qt::KeyboardModifiers held) {
+    constexpr std::array<std::pair<Qt::KeyboardModifier, std::uint32_t>, 4> masks{
+        {{Qt::MetaModifier, modifier::command},
+         {Qt::AltModifier, modifier::option},
+         {Qt::ShiftModifier, modifier::shift},
+         {Qt::ControlModifier, modifier::control}}};
+    std::uint32_t all = 0;
+    for (const auto& [flag, mask] : masks) all |= held.testFlag(flag) ? mask : 0;
+    return all;
+}
+
+}  // namespace
+
+QtKeyMonitor::QtKeyMonitor(const KeyboardLayout& layout) : layout_(layout) {
+    qGuiApp->installEventFilter(this);
+}
+
+bool QtKeyMonitor::eventFilter(QObject* watched, QEvent* event) {
+    if (monitors_.count() == 0) return false;
+    if (event->type() == QEvent::ShortcutOverride) {
+        event->accept();
+        return true;
+    }
+    // The window hears of a key first, and hands it on to what has the focus in it.
+    if (event->type() != QEvent::KeyPress || !watched->isWindowType()) return false;
+    return consume(*static_cast<const QKeyEvent*>(event));
+}
+
+bool QtKeyMonitor::consume(const QKeyEvent& event) const {
+    if (isModifier(event.key())) return false;
+    if (event.isAutoRepeat()) return true;
+    const auto keyCode = layout_.keyCode(event.nativeScanCode());
+    return monitors_.consume({keyCode.value_or(KeyEvent::noKeyCode), modifiersOf(event.modifiers()),
+                              keyCode ? layout_.characters(*keyCode) : std::string()});
+}
+
+}  // namespace quillo
