@@ -29,20 +29,6 @@ struct Reading {
     std::vector<std::string> notes;
 };
 
-std::vector<RunningApplication> eligibleApplications(DesktopAccess& desktop, const Options& options) {
-    std::vector<RunningApplication> eligible = desktop.platform.applications.running();
-    const auto secret = desktop.platform.applications.neverCaptured();
-    std::erase_if(eligible, [&](const RunningApplication& application) {
-        if (application.activationPolicy != ActivationPolicy::regular || !application.bundleIdentifier)
-            return true;
-        const std::string& identifier = *application.bundleIdentifier;
-        return options.excludedBundleIdentifiers.contains(identifier) ||
-               alwaysExcluded().contains(identifier) || identifier == ownBundleIdentifier ||
-               secret.contains(text::lowercase(identifier));
-    });
-    return eligible;
-}
-
 /// Directly after the enumeration, so that a window is verified as it was read.
 void applyPrivacyGate(DesktopAccess& desktop, Reading& reading) {
     for (std::size_t i = 0; i < reading.applications.size(); ++i) {
@@ -143,6 +129,20 @@ void sortByName(std::vector<ApplicationSnapshot>& applications) {
 }
 
 }  // namespace
+
+std::vector<RunningApplication> eligibleApplications(DesktopAccess& desktop, const Options& options) {
+    std::vector<RunningApplication> eligible = desktop.platform.applications.running();
+    const auto secret = desktop.platform.applications.neverCaptured();
+    std::erase_if(eligible, [&](const RunningApplication& application) {
+        if (application.activationPolicy != ActivationPolicy::regular || !application.bundleIdentifier)
+            return true;
+        const std::string& identifier = *application.bundleIdentifier;
+        return options.excludedBundleIdentifiers.contains(identifier) ||
+               alwaysExcluded().contains(identifier) || identifier == ownBundleIdentifier ||
+               secret.contains(text::lowercase(identifier));
+    });
+    return eligible;
+}
 
 const std::set<std::string>& alwaysExcluded() {
     static const std::set<std::string> identifiers{

@@ -2,6 +2,7 @@
 #pragma once
 #include <set>
 #include <string>
+#include <vector>
 
 #include "WindowEngine/Accessibility.hpp"
 
@@ -16,6 +17,9 @@ struct Options {
 
 /// Password and security applications that are never looked at.
 const std::set<std::string>& alwaysExcluded();
+
+/// The running applications whose windows a capture with these options reads, in the platform's order.
+std::vector<RunningApplication> eligibleApplications(DesktopAccess& desktop, const Options& options);
 
 /// Never fails: what cannot be read is left out. Windows are read before the first suspension, integrations
 /// are asked one after the other after it. Two captures may overlap.

@@ -1,0 +1,74 @@
+// The restore panel: one run while it happens, and what came of it.
+#pragma once
+#include <QObject>
+#include <QPointer>
+#include <QSortFilterProxyModel>
+#include <QVariantMap>
+
+#include "app/AppModel.hpp"
+#include "app/gui/KeyedList.hpp"
+#include "app/gui/MapSource.hpp"
+
+namespace quillo {
+
+class RestorePresenter final : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QString title READ title NOTIFY changed)
+    Q_PROPERTY(QString subtitle READ subtitle NOTIFY changed)
+    Q_PROPERTY(QString icon READ icon NOTIFY runChanged)
+    Q_PROPERTY(QString colorName READ colorName NOTIFY runChanged)
+    Q_PROPERTY(QVariant source READ source NOTIFY runChanged)  // MapSource
+    /// By window key: pending, landing, restored, adjusted, failed or skipped.
+    Q_PROPERTY(QVariantMap states READ states NOTIFY changed)
+    Q_PROPERTY(bool running READ running NOTIFY changed)
+    Q_PROPERTY(bool clean READ clean NOTIFY changed)          // over, with everything back
+    Q_PROPERTY(double progress READ progress NOTIFY changed)  // of all windows, 0 to 1
+    /// app, identifier, subject, outcome, reason, kind (restored, adjusted, launched, opened, created, note,
+    /// failed, skipped); in the order they came.
+    Q_PROPERTY(QAbstractItemModel* rows READ rows CONSTANT)
+    Q_PROPERTY(int rowCount READ rowCount NOTIFY changed)          // of all
+    Q_PROPERTY(int troubleCount READ troubleCount NOTIFY changed)  // failed and skipped ones
+    Q_PROPERTY(bool onlyTrouble READ onlyTrouble WRITE setOnlyTrouble NOTIFY changed)
+
+  public:
+    /// The model must outlive it.
+    explicit RestorePresenter(AppModel& model, QObject* parent = nullptr);
+
+    QString title() const;
+    QString subtitle() const;
+    QString icon() const;
+    QString colorName() const;
+    QVariant source() const { return mapVariant(source_); }
+    QVariantMap states() const { return states_; }
+    bool running() const { return run_ && !run_->report(); }
+    bool clean() const { return run_ && run_->clean(); }
+    double progress() const { return progress_; }
+    QAbstractItemModel* rows() { return &shown_; }
+    int rowCount() const { return all_.count(); }
+    int troubleCount() const { return troubleCount_; }
+    bool onlyTrouble() const { return onlyTrouble_; }
+    void setOnlyTrouble(bool only);
+
+    /// The panel's close control: stops what still runs.
+    Q_INVOKABLE void close() { model_.closeRestorePanel(); }
+
+  Q_SIGNALS:
+    void changed();
+    void runChanged();
+
+  private:
+    void followRun();
+    void follow();
+
+    AppModel& model_;
+    QPointer<RestoreRun> run_;
+    MapSource source_;
+    QVariantMap states_;
+    double progress_ = 0;
+    RowList all_{{"app", "identifier", "subject", "outcome", "reason", "kind", "trouble"}};
+    QSortFilterProxyModel shown_;
+    int troubleCount_ = 0;
+    bool onlyTrouble_ = false;
+};
+
+}  // namespace quillo

@@ -1,0 +1,24 @@
+// How far each window of a restore has come, for the map in the panel. Pure.
+#pragma once
+#include <QVariantMap>
+
+#include "app/RestoreRun.hpp"
+
+namespace quillo {
+
+/// "restored", "adjusted", "failed", "skipped", "launched", "opened", "created" or "note".
+QString kindOf(const RestoreReport::Status& status);
+/// Why it failed or was skipped, and what a note says; else empty.
+QString reasonOf(const RestoreReport::Status& status);
+
+struct RestoreStates {
+    /// By CaptureFilter::windowKey, of every window of the workspace: "pending", "landing" once its
+    /// application has been come to, then as its item says. At the end of the run a window without an item of
+    /// its own shares the fate of its application, where that failed or was skipped.
+    QVariantMap byWindow;
+    double decided = 0;  // share of the windows whose fate is known, 0 to 1; 1 when the run is over
+
+    static RestoreStates of(const RestoreRun& run);
+};
+
+}  // namespace quillo

@@ -1,0 +1,55 @@
+// The two global shortcuts as settings and introduction show them.
+#pragma once
+#include <QObject>
+
+#include "app/AppModel.hpp"
+#include "app/ShortcutRecorder.hpp"
+
+namespace quillo {
+
+class ShortcutsPresenter final : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(bool enabled READ enabled WRITE setEnabled NOTIFY changed)
+    Q_PROPERTY(
+        QString refusal READ refusal NOTIFY changed)  // why there can be none here; empty where there can
+    Q_PROPERTY(QObject* save READ save CONSTANT)      // ShortcutRecorder
+    Q_PROPERTY(QObject* switcher READ switcher CONSTANT)
+    Q_PROPERTY(bool saveTaken READ saveTaken NOTIFY changed)
+    Q_PROPERTY(bool switcherTaken READ switcherTaken NOTIFY changed)
+    Q_PROPERTY(QString hint READ hint CONSTANT)  // as written for macOS, as the next two
+    Q_PROPERTY(QString help READ help CONSTANT)
+    Q_PROPERTY(QString taken READ taken CONSTANT)
+
+  public:
+    /// All must outlive it.
+    ShortcutsPresenter(AppModel& model, const HotKeyService& hotKeys, KeyMonitorService& monitors,
+                       QObject* parent = nullptr);
+
+    bool enabled() const { return model_.settings().shortcutsEnabled; }
+    void setEnabled(bool enabled);
+    QString refusal() const { return QString::fromStdString(hotKeys_.capability().reason()); }
+    QObject* save() { return &save_; }
+    QObject* switcher() { return &switcher_; }
+    bool saveTaken() const { return takenBy(HotKeyAction::save); }
+    bool switcherTaken() const { return takenBy(HotKeyAction::switcher); }
+    QString hint() const;
+    QString help() const;
+    QString taken() const;
+
+    /// Ends a recording without a change: what shows it has gone.
+    Q_INVOKABLE void stopRecording();
+
+  Q_SIGNALS:
+    void changed();
+
+  private:
+    void connectRecorder(ShortcutRecorder& recorder, HotKeyAction action);
+    void follow();
+    bool takenBy(HotKeyAction action) const;
+
+    AppModel& model_;
+    const HotKeyService& hotKeys_;
+    ShortcutRecorder save_, switcher_;
+};
+
+}  // namespace quillo
