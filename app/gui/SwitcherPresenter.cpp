@@ -8,7 +8,7 @@
 namespace quillo {
 namespace {
 
-QString shown(std::string_view text) {
+QString written(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
@@ -109,15 +109,15 @@ SwitcherPresenter::SwitcherPresenter(AppModel& model, const LibraryIndex& index,
 }
 
 QString SwitcherPresenter::prompt() const {
-    return shown(LibraryTexts::switcherPrompt);
+    return written(LibraryTexts::switcherPrompt);
 }
 
 QString SwitcherPresenter::saveTitle() const {
-    return shown(LibraryTexts::saveRow);
+    return written(LibraryTexts::saveRow);
 }
 
 QString SwitcherPresenter::saveDetail() const {
-    return shown(LibraryTexts::saveRowDetail);
+    return written(LibraryTexts::saveRowDetail);
 }
 
 bool SwitcherPresenter::press(int key, int modifiers) {
