@@ -1,0 +1,32 @@
+// What the desktop, and other starts of the program, call on the session bus.
+#pragma once
+#include <QObject>
+#include <QVariantMap>
+
+#include "app/gui/SingleInstance.hpp"
+
+namespace quillo {
+
+class ApplicationObject final : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+
+  public:
+    ApplicationObject(SingleInstance::Requested requested, QObject* parent)
+        : QObject(parent), requested_(std::move(requested)) {}
+
+    Q_SLOT void Activate(const QVariantMap& platformData) { ActivateAction({}, {}, platformData); }
+    /// Files are opened through the window only, so it is shown.
+    Q_SLOT void Open(const QStringList&, const QVariantMap& platformData) { Activate(platformData); }
+    Q_SLOT void ActivateAction(const QString& name, const QVariantList&, const QVariantMap& platformData) {
+        const auto request = requestOfAction(name);
+        if (!request) return;
+        const QString token = platformData.value("activation-token").toString();
+        requested_(*request, token.isEmpty() ? platformData.value("desktop-startup-id").toString() : token);
+    }
+
+  private:
+    SingleInstance::Requested requested_;
+};
+
+}  // namespace quillo

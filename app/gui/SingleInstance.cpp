@@ -1,0 +1,165 @@
+#include "app/gui/SingleInstance.hpp"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QLocalSocket>
+#include <QStandardPaths>
+#include <QStringList>
+#include <QThread>
+#include <algorithm>
+#include <array>
+
+#include "app/gui/ApplicationObject.hpp"
+
+namespace quillo {
+
+namespace {
+
+constexpr auto serviceName = "app.quillo.Quillo", objectPath = "/app/quillo/Quillo",
+               interfaceName = "org.freedesktop.Application";
+constexpr int answerMilliseconds = 5000;
+
+struct RequestName {
+    LaunchRequest request;
+    const char *argument, *action;  // none: what happens without
+};
+constexpr std::array requestNames{RequestName{LaunchRequest::openWindow, "", ""},
+                                  RequestName{LaunchRequest::saveDesktop, "--save", "save"},
+                                  RequestName{LaunchRequest::openSwitcher, "--switcher", "switcher"}};
+
+QString actionOf(LaunchRequest request) {
+    return QString::fromLatin1(std::ranges::find(requestNames, request, &RequestName::request)->action);
+}
+
+QString activationToken() {
+    for (const char* variable : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"}) {
+        if (qEnvironmentVariableIsSet(variable)) return qEnvironmentVariable(variable);
+    }
+    return {};
+}
+
+/// Of this session and this person alone.
+QString privateDirectory() {
+    const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    if (!runtime.isEmpty() && QDir(runtime).exists()) return runtime;
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/Quillo";
+    QDir().mkpath(data);
+    return data;
+}
+
+std::unexpected<Error> noAnswer() {
+    return fail(ErrorKind::timedOut, "Quillo is running already, but does not answer.");
+}
+
+}  // namespace
+
+std::optional<LaunchRequest> requestOfAction(const QString& action) {
+    const auto found = std::ranges::find_if(
+        requestNames, [&](const RequestName& one) { return action == QLatin1String(one.action); });
+    return found != requestNames.end() ? std::optional(found->request) : std::nullopt;
+}
+
+Result<LaunchRequest> launchRequest(const QStringList& arguments) {
+    if (arguments.isEmpty()) return LaunchRequest::openWindow;
+    for (const RequestName& one : requestNames) {
+        if (arguments.size() == 1 && *one.argument && arguments.first() == QLatin1String(one.argument))
+            return one.request;
+    }
+    return fail(ErrorKind::invalidArgument,
+                "unknown argument: " + arguments.value(arguments.size() == 1 ? 0 : 1).toStdString());
+}
+
+SingleInstance::SingleInstance(Requested requested, QObject* parent)
+    : QObject(parent), requested_(std::move(requested)) {
+    connect(&server_, &QLocalServer::newConnection, this, &SingleInstance::serveConnection);
+}
+
+SingleInstance::~SingleInstance() {
+    if (!ownsName_) return;
+    QDBusConnection::sessionBus().unregisterService(serviceName);
+    QDBusConnection::sessionBus().unregisterObject(objectPath);
+}
+
+Result<bool> SingleInstance::claim(LaunchRequest request) {
+    switch (claimName()) {
+        case Claim::first:
+            return true;
+        case Claim::taken:
+            return handOverOnBus(request);
+        case Claim::noBus:
+            break;
+    }
+    return claimLock(request);
+}
+
+/// The object is there before the name is: whoever finds the name is answered.
+SingleInstance::Claim SingleInstance::claimName() {
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) return Claim::noBus;
+    bus.registerObject(objectPath, new ApplicationObject(requested_, this), QDBusConnection::ExportAllSlots);
+    ownsName_ =
+        bus.interface()->registerService(serviceName).value() == QDBusConnectionInterface::ServiceRegistered;
+    return ownsName_ ? Claim::first : Claim::taken;
+}
+
+Result<bool> SingleInstance::handOverOnBus(LaunchRequest request) {
+    const bool plain = request == LaunchRequest::openWindow;
+    QDBusMessage message = QDBusMessage::createMethodCall(serviceName, objectPath, interfaceName,
+                                                          plain ? "Activate" : "ActivateAction");
+    const QString token = activationToken();
+    const QVariantMap platformData{{"activation-token", token}, {"desktop-startup-id", token}};
+    if (!plain) message << actionOf(request) << QVariantList();
+    message << platformData;
+    message.setAutoStartService(false);
+    const QDBusMessage answer = QDBusConnection::sessionBus().call(message, QDBus::Block, answerMilliseconds);
+    if (answer.type() == QDBusMessage::ReplyMessage) return false;
+    return noAnswer();
+}
+
+Result<bool> SingleInstance::claimLock(LaunchRequest request) {
+    const QString place = privateDirectory() + "/quillo";
+    lock_ = std::make_unique<QLockFile>(place + ".lock");
+    lock_->setStaleLockTime(0);  // until its process is gone, however long that runs
+    if (!lock_->tryLock(0)) {
+        if (lock_->error() == QLockFile::LockFailedError) return handOverOnSocket(request, place + ".socket");
+        return fail(ErrorKind::io, "Quillo cannot write to its runtime directory.");
+    }
+    QLocalServer::removeServer(place + ".socket");  // of a process that ended without tidying up
+    server_.setSocketOptions(QLocalServer::UserAccessOption);
+    server_.listen(place + ".socket");
+    return true;
+}
+
+/// One line with the action and one with the token; the answer tells that they have arrived.
+Result<bool> SingleInstance::handOverOnSocket(LaunchRequest request, const QString& place) {
+    const QDeadlineTimer deadline(answerMilliseconds);
+    QLocalSocket socket;
+    for (;; QThread::msleep(20)) {  // the first may hold the lock, and not listen yet
+        socket.connectToServer(place);
+        if (socket.waitForConnected(200)) break;
+        if (deadline.hasExpired()) return noAnswer();
+    }
+    socket.write((actionOf(request) + '\n' + activationToken() + '\n').toUtf8());
+    socket.flush();
+    if (!socket.waitForReadyRead(static_cast<int>(deadline.remainingTime()))) return noAnswer();
+    return false;
+}
+
+void SingleInstance::serveConnection() {
+    while (QLocalSocket* const socket = server_.nextPendingConnection()) {
+        connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
+        connect(socket, &QLocalSocket::readyRead, this, [this, socket] {
+            const QStringList lines = QString::fromUtf8(socket->peek(4096)).split('\n');
+            if (lines.size() < 3) return;
+            socket->readAll();
+            socket->write("taken\n");
+            socket->flush();
+            if (const auto request = requestOfAction(lines[0])) requested_(*request, lines[1]);
+        });
+    }
+}
+
+}  // namespace quillo
