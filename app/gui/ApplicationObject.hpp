@@ -18,12 +18,8 @@ class ApplicationObject final : public QObject {
     Q_SLOT void Activate(const QVariantMap& platformData) { ActivateAction({}, {}, platformData); }
     /// Files are opened through the window only, so it is shown.
     Q_SLOT void Open(const QStringList&, const QVariantMap& platformData) { Activate(platformData); }
-    Q_SLOT void ActivateAction(const QString& name, const QVariantList&, const QVariantMap& platformData) {
-        const auto request = requestOfAction(name);
-        if (!request) return;
-        const QString token = platformData.value("activation-token").toString();
-        requested_(*request, token.isEmpty() ? platformData.value("desktop-startup-id").toString() : token);
-    }
+    Q_SLOT void ActivateAction(const QString& name, const QVariantList& parameters,
+                               const QVariantMap& platformData);
 
   private:
     SingleInstance::Requested requested_;
