@@ -63,7 +63,8 @@ std::string_view LibraryState::emptyTitle() const {
 }
 
 std::string_view LibraryState::emptyHint() const {
-    return rows_.empty() && !index_.workspaces().empty() ? LibraryTexts::noMatchHint : std::string_view();
+    if (!rows_.empty()) return {};
+    return index_.workspaces().empty() ? LibraryTexts::windowEmptyHint : LibraryTexts::noMatchHint;
 }
 
 void LibraryState::findRows() {

@@ -7,6 +7,8 @@ namespace quillo::LibraryTexts {
 
 inline constexpr std::string_view menuEmpty = "No workspaces yet";
 inline constexpr std::string_view windowEmpty = "Save your first workspace";
+inline constexpr std::string_view windowEmptyHint =
+    "Save this desktop as a workspace. Your apps and windows\nwill be ready when you come back.";
 inline constexpr std::string_view noMatch = "No matching workspaces";
 inline constexpr std::string_view noMatchHint = "Try a workspace name or an app, like Safari or Xcode.";
 

@@ -43,7 +43,7 @@ void DetailPresenter::reload() {
     if (found == all.end() || workspace_ == *found) return;
     const bool sameMap = workspace_ && workspace_->id == found->id && workspace_->snapshot == found->snapshot;
     workspace_ = *found;
-    if (!sameMap) map_.snapshot = std::make_shared<const WorkspaceSnapshot>(found->snapshot);
+    if (!sameMap) map_ = std::make_shared<const WorkspaceSnapshot>(found->snapshot);
     Q_EMIT changed();
 }
 

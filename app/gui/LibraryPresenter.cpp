@@ -14,7 +14,7 @@ LibraryPresenter::LibraryPresenter(AppModel& model, LibraryState& state, QObject
     connect(&state, &LibraryState::changed, this, &LibraryPresenter::changed);
     connect(&model, &AppModel::storageIssuesChanged, this, &LibraryPresenter::issuesChanged);
     connect(&model, &AppModel::nowChanged, this, [this] {
-        now_.snapshot = model_.now() ? std::make_shared<const WorkspaceSnapshot>(*model_.now()) : nullptr;
+        now_ = model_.now() ? std::make_shared<const WorkspaceSnapshot>(*model_.now()) : nullptr;
         Q_EMIT nowChanged();
     });
     connect(&model, &AppModel::nowRefreshingChanged, this, &LibraryPresenter::nowChanged);
@@ -68,8 +68,8 @@ QVariant LibraryPresenter::data(const QModelIndex& index, int role) const {
 
 MapSource LibraryPresenter::map(const Workspace& workspace) const {
     CachedMap& cached = maps_[workspace.id];
-    if (!cached.source.snapshot || cached.updatedAt != workspace.updatedAt) {
-        cached = {workspace.updatedAt, {std::make_shared<const WorkspaceSnapshot>(workspace.snapshot)}};
+    if (!cached.source || cached.updatedAt != workspace.updatedAt) {
+        cached = {workspace.updatedAt, std::make_shared<const WorkspaceSnapshot>(workspace.snapshot)};
     }
     return cached.source;
 }

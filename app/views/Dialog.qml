@@ -20,8 +20,6 @@ T.Popup {
     modal: true
     focus: true
     closePolicy: T.Popup.CloseOnEscape
-    Accessible.role: Accessible.AlertMessage
-    Accessible.name: title
 
     T.Overlay.modal: Rectangle { color: Theme.dark ? "#99000000" : "#52101828" }
     enter: Transition { NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.fade(160) } }
@@ -37,6 +35,9 @@ T.Popup {
     }
     contentItem: Column {
         spacing: 8
+        Accessible.role: Accessible.Dialog
+        Accessible.name: dialog.title
+        Accessible.description: dialog.text
         UiText {
             width: parent.width
             role: "heading"

@@ -17,7 +17,6 @@ T.Popup {
     dim: false
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
     onOpened: list.focusRow(current >= 0 ? current : 0, 1)
-    Accessible.role: Accessible.PopupMenu
 
     enter: Transition { NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.fade(160) } }
     exit: Transition { NumberAnimation { property: "opacity"; to: 0; duration: Theme.fade(110) } }
@@ -31,6 +30,7 @@ T.Popup {
     }
     contentItem: Column {
         id: list
+        Accessible.role: Accessible.PopupMenu
         function focusRow(index, step) {
             for (let i = index, tries = 0; tries < repeater.count; i = (i + step + repeater.count) % repeater.count, ++tries) {
                 const row = repeater.itemAt(i)

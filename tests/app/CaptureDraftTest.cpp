@@ -65,7 +65,7 @@ TEST(CaptureDraft, WindowsAreLabelled) {
     EXPECT_EQ(reviewLabel(window), "Notes · 2 tabs");
 }
 
-RestoreReport::Item item(std::string app, RestoreReport::Status status,
+RestoreReport::Item item(const std::string& app, const RestoreReport::Status& status,
                          std::optional<std::int64_t> window = {}) {
     return {
         .app = app, .bundleIdentifier = "org." + app, .title = {}, .status = status, .savedIndex = window};

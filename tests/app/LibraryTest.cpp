@@ -219,7 +219,7 @@ TEST_F(Library, RowsAreFilteredAndSorted) {
     EXPECT_EQ(library_.emptyHint(), "Try a workspace name or an app, like Safari or Xcode.");
     change({});
     EXPECT_EQ(library_.emptyTitle(), "Save your first workspace");
-    EXPECT_EQ(library_.emptyHint(), "");
+    EXPECT_EQ(library_.emptyHint(), LibraryTexts::windowEmptyHint);
 }
 
 TEST_F(Library, TheSelectionIsAWorkspaceNotAPlace) {

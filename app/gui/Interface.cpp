@@ -1,0 +1,109 @@
+#include "app/gui/Interface.hpp"
+
+#include <utility>
+
+#include "app/LibraryIndex.hpp"
+#include "app/LibraryState.hpp"
+#include "app/gui/DetailPresenter.hpp"
+#include "app/gui/LibraryPresenter.hpp"
+#include "app/gui/Pictures.hpp"
+#include "app/gui/QmlTypes.hpp"
+
+namespace quillo {
+namespace {
+
+class OpenMainObserver final : public SurfaceObserver {
+  public:
+    explicit OpenMainObserver(std::shared_ptr<std::function<void()>> asked) : asked_(std::move(asked)) {}
+    OpenMainObserver(const OpenMainObserver&) = delete;
+    OpenMainObserver& operator=(const OpenMainObserver&) = delete;
+    ~OpenMainObserver() override { *asked_ = nullptr; }
+
+  private:
+    std::shared_ptr<std::function<void()>> asked_;
+};
+
+/// The engine owns its picture providers.
+void givePictures(QQmlEngine& engine) {
+    engine.addImageProvider("shadow", new ShadowPictures);
+    engine.addImageProvider("appicon", new AppIconPictures({}));
+}
+
+}  // namespace
+
+/// One for each surface, over the model.
+struct Interface::Presenters {
+    Presenters(AppModel& model, const Parts& parts)
+        : ui(model, parts.variant),
+          index([&model]() -> const std::vector<Workspace>& { return model.workspaces(); }),
+          libraryState(index),
+          library(model, libraryState),
+          detail(model, ui) {
+        QObject::connect(&model, &AppModel::workspacesChanged, &index, &LibraryIndex::reload);
+        registerItems();
+        registerSingleton("Theme", parts.theme);
+        registerSingleton("Ui", ui);
+        registerSingleton("Library", library);
+        registerSingleton("Detail", detail);
+    }
+
+    Ui ui;
+    LibraryIndex index;
+    LibraryState libraryState;
+    LibraryPresenter library;
+    DetailPresenter detail;
+};
+
+Interface::Interface(Parts parts) : parts_(std::move(parts)), windows_(parts_.theme, givePictures) {
+    // Closing a window keeps the program running in the tray.
+    connect(&windows_, &Windows::mainClosed, this,
+            [this] { parts_.shell.setActivationPolicy(ActivationPolicy::accessory); });
+    connect(&windows_, &Windows::panelDismissed, this, [this](PanelID panel) {
+        if (panel == PanelID::restore && model_) model_->closeRestorePanel();
+    });
+}
+
+Interface::~Interface() = default;
+
+void Interface::attach(AppModel& model) {
+    model_ = &model;
+    presenters_ = std::make_unique<Presenters>(model, parts_);
+    model.openWindowAction = [this] { windows_.openMain(); };
+}
+
+Ui& Interface::ui() {
+    return presenters_->ui;
+}
+
+void Interface::openDetail(const Uuid& workspace) {
+    ui().openDetail(QString::fromStdString(workspace.lower()));
+    model_->openMain();
+}
+
+void Interface::openSettings() {
+    ui().openSettings();
+    model_->openMain();
+}
+
+void Interface::askForMainWindow() {
+    if (*openMainAsked_) (*openMainAsked_)();
+}
+
+void Interface::showPanel(PanelID panel, PanelPlace place) {
+    windows_.showPanel(panel, place);
+}
+
+Task<std::optional<std::filesystem::path>> Interface::fileToWrite(std::string proposedName) {
+    return parts_.chooseToWrite(std::move(proposedName));
+}
+
+Task<std::optional<std::filesystem::path>> Interface::fileToRead() {
+    return parts_.chooseToRead();
+}
+
+std::unique_ptr<SurfaceObserver> Interface::observeOpenMainWindow(std::function<void()> asked) {
+    *openMainAsked_ = std::move(asked);
+    return std::make_unique<OpenMainObserver>(openMainAsked_);
+}
+
+}  // namespace quillo

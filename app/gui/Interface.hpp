@@ -1,0 +1,64 @@
+// Puts the model on the screen: the presenters, the windows, and what the model asks of them.
+#pragma once
+#include <QObject>
+#include <memory>
+
+#include "app/AppModel.hpp"
+#include "app/Surfaces.hpp"
+#include "app/gui/Theme.hpp"
+#include "app/gui/Ui.hpp"
+#include "app/gui/Windows.hpp"
+#include "platform/services/KeyMonitorService.hpp"
+
+namespace quillo {
+
+class UpdateController;
+
+/// Made before the model, which asks for windows through it; attached to the model once that stands.
+class Interface final : public QObject, public Surfaces {
+    Q_OBJECT
+
+  public:
+    struct Parts {
+        Theme& theme;
+        Shell& shell;
+        std::function<Task<std::optional<std::filesystem::path>>(std::string)> chooseToWrite;
+        std::function<Task<std::optional<std::filesystem::path>>()> chooseToRead;
+        DesktopAccess& desktop;
+        KeyMonitorService& keys;
+        UpdateController& updates;
+        TextVariant variant;
+    };
+
+    explicit Interface(Parts parts);
+    ~Interface() override;
+
+    /// The model must outlive it from here on.
+    void attach(AppModel& model);
+
+    Windows& windows() { return windows_; }
+    Ui& ui();
+    void openDetail(const Uuid& workspace);
+    void openSettings();
+    /// Another start of the program, or any part of this one, wants the main window.
+    void askForMainWindow();
+
+    bool bringMainWindowForward() override { return windows_.bringMainForward(); }
+    void showPanel(PanelID panel, PanelPlace place) override;
+    void closePanel(PanelID panel) override { windows_.closePanel(panel); }
+    bool panelVisible(PanelID panel) const override { return windows_.panelVisible(panel); }
+    Task<std::optional<std::filesystem::path>> fileToWrite(std::string proposedName) override;
+    Task<std::optional<std::filesystem::path>> fileToRead() override;
+    std::unique_ptr<SurfaceObserver> observeOpenMainWindow(std::function<void()> asked) override;
+
+  private:
+    struct Presenters;
+
+    Parts parts_;
+    AppModel* model_ = nullptr;
+    std::shared_ptr<std::function<void()>> openMainAsked_ = std::make_shared<std::function<void()>>();
+    std::unique_ptr<Presenters> presenters_;
+    Windows windows_;  // last: views go before what they show
+};
+
+}  // namespace quillo

@@ -1,0 +1,35 @@
+// Other applications' windows cannot be read: why, and what to do.
+import QtQuick
+import Quillo.Core
+
+Rectangle {
+    visible: !Library.accessibilityGranted
+    height: visible ? Math.max(words.height, button.height) + 24 : 0
+    radius: 12
+    color: Theme.warningTint
+
+    Icon {
+        x: 16
+        anchors.verticalCenter: parent.verticalCenter
+        name: "lock"
+        size: 18
+        color: Theme.warning
+    }
+    UiText {
+        id: words
+        x: 46
+        anchors.verticalCenter: parent.verticalCenter
+        width: parent.width - 62 - (button.visible ? button.width + 16 : 0)
+        text: Library.accessReason
+        wrapMode: Text.Wrap
+    }
+    PushButton {
+        id: button
+        visible: !Ui.onLinux
+        anchors.right: parent.right
+        anchors.rightMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+        text: "Open System Settings"
+        onClicked: Library.requestAccessibility()
+    }
+}

@@ -1,0 +1,54 @@
+// A name that is changed where it stands: a click or Return begins, Return ends, Escape leaves it as it was.
+import QtQuick
+import Quillo.Core
+
+Item {
+    id: root
+    property string name
+    property bool editing: false
+    signal renamed(string name)
+
+    function begin() {
+        editing = true
+        field.text = name
+        field.forceActiveFocus(Qt.OtherFocusReason)
+        field.selectAll()
+    }
+    function finish(keep) {
+        if (!editing) return
+        editing = false
+        if (keep) renamed(field.text)
+    }
+
+    implicitHeight: editing ? field.height : title.height
+
+    UiText {
+        id: title
+        visible: !root.editing
+        width: Math.min(implicitWidth, parent.width - pencil.width - 4)
+        role: "title"
+        text: root.name
+        MouseArea { anchors.fill: parent; cursorShape: Qt.IBeamCursor; onClicked: root.begin() }
+    }
+    IconButton {
+        id: pencil
+        visible: !root.editing
+        anchors.left: title.right
+        anchors.leftMargin: 4
+        anchors.verticalCenter: title.verticalCenter
+        size: 26
+        iconSize: 14
+        iconName: "pencil"
+        tip: "Rename"
+        onClicked: root.begin()
+    }
+    Field {
+        id: field
+        visible: root.editing
+        width: parent.width
+        prompt: "Workspace name"
+        onAccepted: root.finish(true)
+        Keys.onEscapePressed: root.finish(false)
+        onActiveFocusChanged: if (!activeFocus) root.finish(true)
+    }
+}

@@ -1,0 +1,238 @@
+// The saved workspaces: search, order, cards, and the current desktop below them.
+import QtQuick
+import Quillo.Core
+
+FocusScope {
+    id: root
+    readonly property int columns: Math.max(1, Math.floor((width - 48 + 18) / 318))
+    readonly property bool narrow: width < 700
+
+    function focusSearch() {
+        search.forceActiveFocus(Qt.ShortcutFocusReason)
+        search.selectAll()
+    }
+    Component.onCompleted: Library.refreshNow()
+    onVisibleChanged: if (visible) Library.refreshNow()
+
+    Item {
+        id: bar
+        x: 24
+        width: parent.width - 48
+        height: 60
+
+        Field {
+            id: search
+            anchors.verticalCenter: parent.verticalCenter
+            width: Math.min(320, bar.width - order.width - tools.width - 24)
+            iconName: "search"
+            prompt: "Search workspaces and apps"
+            text: Library.query
+            focus: true
+            onEdited: (text) => Library.query = text
+            Keys.onDownPressed: if (grid.count > 0) grid.forceActiveFocus(Qt.TabFocusReason)
+            Keys.onEscapePressed: (event) => {
+                if (Library.query !== "") Library.query = ""
+                else event.accepted = false
+            }
+            Keys.onReturnPressed: if (grid.count > 0 && Library.query !== "") Ui.openDetail(Library.idAt(Library.cursor))
+        }
+        PopUpButton {
+            id: order
+            anchors.left: search.right
+            anchors.leftMargin: 10
+            anchors.verticalCenter: parent.verticalCenter
+            label: "Order"
+            model: Library.orders
+            current: Library.order
+            onPicked: (index) => Library.order = index
+        }
+        Row {
+            id: tools
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 10
+            IconButton {
+                iconName: "gallery-vertical-end"
+                tip: "Open workspace switcher"
+                onClicked: Ui.toggleSwitcher()
+            }
+            IconButton {
+                iconName: "settings"
+                tip: Ui.text("Settings · ⌘,")
+                onClicked: Ui.openSettings()
+            }
+        }
+    }
+
+    StorageBanner {
+        id: banner
+        anchors.top: bar.bottom
+        x: 24
+        width: parent.width - 48
+        lines: Library.issues
+    }
+    AccessBanner {
+        id: access
+        anchors.top: banner.bottom
+        anchors.topMargin: banner.visible ? 8 : 0
+        x: 24
+        width: parent.width - 48
+    }
+
+    GridView {
+        id: grid
+        anchors.top: access.bottom
+        anchors.topMargin: access.visible || banner.visible ? 12 : 0
+        anchors.bottom: strip.top
+        x: 24 - 9
+        width: parent.width - 48 + 18
+        topMargin: 3
+        bottomMargin: 16
+        cellWidth: Math.floor(width / root.columns)
+        cellHeight: Math.round(118 + 60 * Theme.scale) + 16
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+        reuseItems: true
+        cacheBuffer: 200
+        model: Library
+        currentIndex: Library.cursor
+        highlightMoveDuration: 0
+        activeFocusOnTab: true
+        visible: count > 0
+        Accessible.role: Accessible.List
+        Accessible.name: "Workspaces"
+
+        Keys.onLeftPressed: Library.moveCursor(-1)
+        Keys.onRightPressed: Library.moveCursor(1)
+        Keys.onUpPressed: if (Library.cursor < root.columns) root.focusSearch()
+                          else Library.moveCursor(-root.columns)
+        Keys.onDownPressed: Library.moveCursor(root.columns)
+        Keys.onReturnPressed: Library.resume(Library.idAt(Library.cursor))
+        Keys.onEnterPressed: Library.resume(Library.idAt(Library.cursor))
+        Keys.onSpacePressed: Ui.openDetail(Library.idAt(Library.cursor))
+        Keys.onDeletePressed: if (currentItem) currentItem.askToDelete()
+        Keys.onMenuPressed: if (currentItem) currentItem.openMenu()
+
+        delegate: WorkspaceCard {
+            width: grid.cellWidth
+            height: grid.cellHeight
+            current: GridView.isCurrentItem && grid.activeFocus
+        }
+        ScrollBar { flickable: grid; anchors.rightMargin: -2 }
+    }
+
+    Column {
+        anchors.centerIn: grid
+        width: Math.min(440, parent.width - 48)
+        visible: grid.count === 0
+        spacing: 8
+        Rectangle {
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: 72
+            height: 72
+            radius: 20
+            color: Theme.accentTint
+            Icon {
+                anchors.centerIn: parent
+                name: Library.empty ? "layers" : "search"
+                size: 32
+                color: Theme.accentText
+            }
+        }
+        Item { width: 1; height: 6 }
+        UiText {
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
+            role: "title"
+            text: Library.emptyTitle
+            wrapMode: Text.Wrap
+        }
+        UiText {
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
+            text: Ui.text(Library.emptyHint)
+            color: Theme.text2
+            wrapMode: Text.Wrap
+        }
+        Item { width: 1; height: 8; visible: Library.empty }
+        Row {
+            anchors.horizontalCenter: parent.horizontalCenter
+            visible: Library.empty
+            spacing: 10
+            PushButton {
+                text: "Import Workspace…"
+                onClicked: Library.importWorkspace()
+            }
+            PushButton {
+                kind: "primary"
+                iconName: "plus"
+                text: "Save Current Desktop…"
+                enabled: Library.canSave && Library.accessibilityGranted
+                onClicked: Library.save()
+            }
+        }
+    }
+
+    Rectangle {
+        id: strip
+        anchors.bottom: parent.bottom
+        width: parent.width
+        height: Math.max(76, words.height + 24)
+        color: Theme.surface
+        Rectangle { width: parent.width; height: 1; color: Theme.border }
+
+        DesktopMap {
+            id: nowMap
+            x: 24
+            anchors.verticalCenter: parent.verticalCenter
+            width: 128
+            height: 52
+            style: "strip"
+            colorName: "slate"
+            source: Library.nowMap
+        }
+        Column {
+            id: words
+            anchors.left: nowMap.right
+            anchors.leftMargin: 14
+            anchors.right: actions.left
+            anchors.rightMargin: 14
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 2
+            UiText {
+                width: parent.width
+                role: "body-strong"
+                text: "Current desktop"
+            }
+            UiText {
+                width: parent.width
+                role: "caption"
+                text: Library.nowText
+                color: Theme.text2
+            }
+        }
+        Row {
+            id: actions
+            anchors.right: parent.right
+            anchors.rightMargin: 24
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 14
+            UiText {
+                visible: !root.narrow && Ui.saveShortcut !== ""
+                anchors.verticalCenter: parent.verticalCenter
+                role: "caption"
+                text: Ui.text("Save workspace · ⌘S (") + Ui.saveShortcut + ")"
+                color: Theme.text2
+            }
+            PushButton {
+                height: 36
+                kind: "primary"
+                iconName: "plus"
+                text: "Save Current Desktop…"
+                enabled: Library.canSave && Library.accessibilityGranted
+                tip: Library.accessibilityGranted ? "" : Library.accessReason
+                onClicked: Library.save()
+            }
+        }
+    }
+}

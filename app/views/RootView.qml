@@ -1,0 +1,49 @@
+// The main window: one page at a time, and the message of the moment over it.
+import QtQuick
+import Quillo.Core
+
+Rectangle {
+    id: root
+    color: Theme.background
+
+    function fileOf(page) {
+        return { onboarding: "OnboardingView.qml", review: "ReviewView.qml", settings: "SettingsView.qml",
+                 detail: "DetailView.qml", library: "LibraryView.qml" }[page]
+    }
+
+    Shortcut { sequence: "Ctrl+,"; enabled: Ui.page !== "onboarding"; onActivated: Ui.openSettings() }
+    Shortcut { sequences: [StandardKey.Save]; enabled: Ui.page === "library" || Ui.page === "detail"; onActivated: Ui.beginCapture() }
+    Shortcut { sequence: "Ctrl+I"; enabled: Ui.page === "library"; onActivated: Ui.importWorkspace() }
+    Shortcut {
+        sequences: [StandardKey.Find]
+        enabled: Ui.page === "library"
+        onActivated: if (page.item && page.item.focusSearch) page.item.focusSearch()
+    }
+    Keys.onEscapePressed: if (Ui.page === "detail" || Ui.page === "settings") Ui.back()
+
+    Loader {
+        id: page
+        anchors.fill: parent
+        focus: true
+        source: root.fileOf(Ui.page)
+        onLoaded: {
+            item.focus = true
+            if (Theme.reducedMotion) return
+            arrival.start()
+        }
+        ParallelAnimation {
+            id: arrival
+            NumberAnimation { target: page; property: "opacity"; from: 0.3; to: 1; duration: 140; easing.type: Easing.OutCubic }
+        }
+    }
+    Toast {
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: Ui.page === "library" ? 92 : 28
+        shown: Ui.toast !== ""
+        text: ""
+        readonly property string latest: Ui.toast
+        onLatestChanged: if (latest !== "") text = latest  // stays while it fades
+        Component.onCompleted: text = latest
+    }
+}

@@ -1,0 +1,49 @@
+// What is wrong with the files of the library.
+import QtQuick
+import Quillo.Core
+
+Rectangle {
+    id: root
+    property var lines: []
+
+    visible: lines.length > 0
+    height: visible ? list.height + 24 : 0
+    radius: 12
+    color: Theme.warningTint
+    Accessible.role: Accessible.AlertMessage
+    Accessible.name: lines.join("\n")
+    Accessible.ignored: !visible
+
+    Icon {
+        x: 16
+        y: 12
+        name: "triangle-alert"
+        size: 18
+        color: Theme.warning
+    }
+    Flickable {
+        id: list
+        x: 46
+        y: 12
+        width: parent.width - 62
+        height: Math.min(column.height, Math.round(96 * Theme.scale))
+        contentHeight: column.height
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+        Column {
+            id: column
+            width: parent.width
+            spacing: 3
+            Repeater {
+                model: root.lines
+                UiText {
+                    required property string modelData
+                    width: column.width
+                    text: modelData
+                    wrapMode: Text.Wrap
+                }
+            }
+        }
+        ScrollBar { flickable: list }
+    }
+}

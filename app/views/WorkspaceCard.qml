@@ -1,0 +1,181 @@
+// One workspace of the library. A click opens it, a double click or Return resumes it.
+import QtQuick
+import QtQuick.Templates as T
+import Quillo.Core
+
+Item {
+    id: root
+    required property int index
+    required property string workspaceId
+    required property string name
+    required property string icon
+    required property string colorName
+    required property string apps
+    required property string when
+    required property var map
+    property bool current: false
+    readonly property bool active: mouse.containsMouse || current || menu.opened || resume.hovered || more.hovered
+    readonly property var colors: Theme.workspaces[colorName] || Theme.workspaces["slate"]
+
+    function openMenu() { menu.open() }
+    function askToDelete() { confirmation.open() }
+
+    Accessible.role: Accessible.ListItem
+    Accessible.name: name
+    Accessible.description: apps
+    Accessible.focusable: true
+    Accessible.focused: current
+    Accessible.onPressAction: Ui.openDetail(workspaceId)
+
+    Rectangle {
+        id: card
+        x: 9
+        width: parent.width - 18
+        height: parent.height - 16
+        radius: 14
+        color: root.colors.tint
+        Shadow { level: 1; radius: 14; opacity: root.active ? 0 : 1 }
+        Shadow {
+            level: 2
+            radius: 14
+            opacity: root.active ? 1 : 0
+            visible: opacity > 0
+            Behavior on opacity { NumberAnimation { duration: Theme.fade(90) } }
+        }
+
+        // The footer squares its own upper corners: there are no rounded clips.
+        Rectangle {
+            id: footer
+            anchors.bottom: parent.bottom
+            width: parent.width
+            height: parent.height - 118
+            radius: 14
+            color: Theme.surface
+            Rectangle { width: parent.width; height: 14; color: Theme.surface }
+        }
+        DesktopMap {
+            x: 1
+            y: 1
+            width: parent.width - 2
+            height: 117
+            style: "card"
+            colorName: root.colorName
+            source: root.map
+        }
+        Rectangle {
+            anchors.fill: parent
+            radius: 14
+            color: "transparent"
+            border.width: 1
+            border.color: root.active ? Theme.borderStrong : Theme.border
+        }
+        FocusRing {
+            shown: root.current
+            gap: -2
+            radius: 14
+        }
+
+        MouseArea {
+            id: mouse
+            anchors.fill: parent
+            hoverEnabled: true
+            acceptedButtons: Qt.LeftButton | Qt.RightButton
+            onClicked: (event) => {
+                Library.setCursor(root.index)
+                if (event.button === Qt.RightButton) menu.popupAt(event.x, event.y)
+                else opening.restart()
+            }
+            onDoubleClicked: { opening.stop(); Library.resume(root.workspaceId) }
+            // A double click is two clicks at first.
+            Timer { id: opening; interval: 220; onTriggered: Ui.openDetail(root.workspaceId) }
+        }
+
+        Item {
+            anchors.fill: footer
+            Badge {
+                id: badge
+                x: 12
+                anchors.verticalCenter: parent.verticalCenter
+                icon: root.icon
+                colorName: root.colorName
+            }
+            Column {
+                anchors.left: badge.right
+                anchors.leftMargin: 11
+                anchors.right: buttons.visible ? buttons.left : parent.right
+                anchors.rightMargin: buttons.visible ? 10 : 14
+                anchors.verticalCenter: parent.verticalCenter
+                spacing: 2
+                Item {
+                    width: parent.width
+                    height: title.height
+                    UiText {
+                        id: title
+                        width: parent.width - (time.visible ? time.implicitWidth + 10 : 0)
+                        role: "name"
+                        text: root.name
+                    }
+                    UiText {
+                        id: time
+                        anchors.right: parent.right
+                        anchors.baseline: title.baseline
+                        visible: !buttons.visible
+                        role: "caption"
+                        text: root.when
+                        color: Theme.text2
+                    }
+                }
+                UiText {
+                    width: parent.width
+                    role: "caption"
+                    text: root.apps
+                    color: Theme.text2
+                }
+            }
+            Row {
+                id: buttons
+                visible: root.active
+                anchors.right: parent.right
+                anchors.rightMargin: 14
+                anchors.verticalCenter: parent.verticalCenter
+                spacing: 4
+                IconButton {
+                    id: more
+                    size: 30
+                    iconName: "ellipsis"
+                    tip: "More actions"
+                    focusPolicy: Qt.NoFocus
+                    onClicked: menu.popupAt(buttons.x + card.width - footer.width, card.height - 8)
+                }
+                IconButton {
+                    id: resume
+                    size: 30
+                    filled: true
+                    iconName: "rotate-ccw"
+                    tip: "Resume workspace"
+                    focusPolicy: Qt.NoFocus
+                    onClicked: Library.resume(root.workspaceId)
+                }
+            }
+        }
+        MenuPopup {
+            id: menu
+            function popupAt(left, top) { x = left; y = top; open() }
+            entries: [
+                { text: "Open", iconName: "app-window", act: () => Ui.openDetail(root.workspaceId) },
+                { text: "Resume workspace", iconName: "rotate-ccw", act: () => Library.resume(root.workspaceId) },
+                { text: "Update from Current Desktop", iconName: "refresh-cw", act: () => Library.update(root.workspaceId) },
+                { separator: true },
+                { text: "Export Workspace…", iconName: "upload", act: () => Library.exportWorkspace(root.workspaceId) },
+                { text: "Duplicate Workspace", iconName: "copy", act: () => Library.duplicate(root.workspaceId) },
+                { separator: true },
+                { text: "Delete Workspace", iconName: "trash-2", danger: true, act: () => confirmation.open() }
+            ]
+        }
+    }
+    DeleteDialog {
+        id: confirmation
+        name: root.name
+        onConfirmed: Library.remove(root.workspaceId)
+    }
+}
