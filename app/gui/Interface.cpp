@@ -7,7 +7,12 @@
 #include "app/gui/DetailPresenter.hpp"
 #include "app/gui/LibraryPresenter.hpp"
 #include "app/gui/Pictures.hpp"
+#include "app/gui/PrivacyPresenter.hpp"
 #include "app/gui/QmlTypes.hpp"
+#include "app/gui/RestorePresenter.hpp"
+#include "app/gui/SettingsPresenter.hpp"
+#include "app/gui/ShortcutsPresenter.hpp"
+#include "app/gui/SwitcherPresenter.hpp"
 
 namespace quillo {
 namespace {
@@ -33,18 +38,28 @@ void givePictures(QQmlEngine& engine) {
 
 /// One for each surface, over the model.
 struct Interface::Presenters {
-    Presenters(AppModel& model, const Parts& parts)
+    Presenters(AppModel& model, const Parts& parts, Surfaces& surfaces)
         : ui(model, parts.variant),
           index([&model]() -> const std::vector<Workspace>& { return model.workspaces(); }),
           libraryState(index),
           library(model, libraryState),
-          detail(model, ui) {
+          detail(model, ui),
+          settings(model, parts.updates, parts.loginItem, parts.shell),
+          privacy(model, parts.desktop),
+          shortcuts(model, parts.hotKeys, parts.keys),
+          switcher(model, index, surfaces),
+          restore(model) {
         QObject::connect(&model, &AppModel::workspacesChanged, &index, &LibraryIndex::reload);
         registerItems();
         registerSingleton("Theme", parts.theme);
         registerSingleton("Ui", ui);
         registerSingleton("Library", library);
         registerSingleton("Detail", detail);
+        registerSingleton("Settings", settings);
+        registerSingleton("Privacy", privacy);
+        registerSingleton("Shortcuts", shortcuts);
+        registerSingleton("Switcher", switcher);
+        registerSingleton("Restore", restore);
     }
 
     Ui ui;
@@ -52,9 +67,14 @@ struct Interface::Presenters {
     LibraryState libraryState;
     LibraryPresenter library;
     DetailPresenter detail;
+    SettingsPresenter settings;
+    PrivacyPresenter privacy;
+    ShortcutsPresenter shortcuts;
+    SwitcherPresenter switcher;
+    RestorePresenter restore;
 };
 
-Interface::Interface(Parts parts) : parts_(std::move(parts)), windows_(parts_.theme, givePictures) {
+Interface::Interface(const Parts& parts) : parts_(parts), windows_(parts_.theme, givePictures) {
     // Closing a window keeps the program running in the tray.
     connect(&windows_, &Windows::mainClosed, this,
             [this] { parts_.shell.setActivationPolicy(ActivationPolicy::accessory); });
@@ -67,7 +87,7 @@ Interface::~Interface() = default;
 
 void Interface::attach(AppModel& model) {
     model_ = &model;
-    presenters_ = std::make_unique<Presenters>(model, parts_);
+    presenters_ = std::make_unique<Presenters>(model, parts_, *this);
     model.openWindowAction = [this] { windows_.openMain(); };
 }
 
@@ -91,14 +111,6 @@ void Interface::askForMainWindow() {
 
 void Interface::showPanel(PanelID panel, PanelPlace place) {
     windows_.showPanel(panel, place);
-}
-
-Task<std::optional<std::filesystem::path>> Interface::fileToWrite(std::string proposedName) {
-    return parts_.chooseToWrite(std::move(proposedName));
-}
-
-Task<std::optional<std::filesystem::path>> Interface::fileToRead() {
-    return parts_.chooseToRead();
 }
 
 std::unique_ptr<SurfaceObserver> Interface::observeOpenMainWindow(std::function<void()> asked) {

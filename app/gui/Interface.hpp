@@ -5,6 +5,7 @@
 
 #include "app/AppModel.hpp"
 #include "app/Surfaces.hpp"
+#include "app/gui/FileDialogs.hpp"
 #include "app/gui/Theme.hpp"
 #include "app/gui/Ui.hpp"
 #include "app/gui/Windows.hpp"
@@ -22,15 +23,15 @@ class Interface final : public QObject, public Surfaces {
     struct Parts {
         Theme& theme;
         Shell& shell;
-        std::function<Task<std::optional<std::filesystem::path>>(std::string)> chooseToWrite;
-        std::function<Task<std::optional<std::filesystem::path>>()> chooseToRead;
+        LoginItemService& loginItem;
+        HotKeyService& hotKeys;
         DesktopAccess& desktop;
         KeyMonitorService& keys;
         UpdateController& updates;
         TextVariant variant;
     };
 
-    explicit Interface(Parts parts);
+    explicit Interface(const Parts& parts);
     ~Interface() override;
 
     /// The model must outlive it from here on.
@@ -47,8 +48,10 @@ class Interface final : public QObject, public Surfaces {
     void showPanel(PanelID panel, PanelPlace place) override;
     void closePanel(PanelID panel) override { windows_.closePanel(panel); }
     bool panelVisible(PanelID panel) const override { return windows_.panelVisible(panel); }
-    Task<std::optional<std::filesystem::path>> fileToWrite(std::string proposedName) override;
-    Task<std::optional<std::filesystem::path>> fileToRead() override;
+    Task<std::optional<std::filesystem::path>> fileToWrite(std::string proposedName) override {
+        return dialogs_.fileToWrite(std::move(proposedName));
+    }
+    Task<std::optional<std::filesystem::path>> fileToRead() override { return dialogs_.fileToRead(); }
     std::unique_ptr<SurfaceObserver> observeOpenMainWindow(std::function<void()> asked) override;
 
   private:
@@ -58,6 +61,7 @@ class Interface final : public QObject, public Surfaces {
     AppModel* model_ = nullptr;
     std::shared_ptr<std::function<void()>> openMainAsked_ = std::make_shared<std::function<void()>>();
     std::unique_ptr<Presenters> presenters_;
+    FileDialogs dialogs_{[this] { return windows_.mainWindow(); }};
     Windows windows_;  // last: views go before what they show
 };
 

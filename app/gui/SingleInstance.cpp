@@ -28,7 +28,8 @@ struct RequestName {
 };
 constexpr std::array requestNames{RequestName{LaunchRequest::openWindow, "", ""},
                                   RequestName{LaunchRequest::saveDesktop, "--save", "save"},
-                                  RequestName{LaunchRequest::openSwitcher, "--switcher", "switcher"}};
+                                  RequestName{LaunchRequest::openSwitcher, "--switcher", "switcher"},
+                                  RequestName{LaunchRequest::stayInBackground, "--background", "background"}};
 
 QString actionOf(LaunchRequest request) {
     return QString::fromLatin1(std::ranges::find(requestNames, request, &RequestName::request)->action);

@@ -13,9 +13,10 @@
 namespace quillo {
 
 /// What a start of the program is for.
-enum class LaunchRequest { openWindow, saveDesktop, openSwitcher };
+enum class LaunchRequest { openWindow, saveDesktop, openSwitcher, stayInBackground };
 
-/// By the arguments after the program's name: none, "--save" or "--switcher". Others are an error that names
+/// By the arguments after the program's name: none, "--save", "--switcher" or, as the
+/// desktop starts it at login, "--background". Others are an error that names
 /// them.
 Result<LaunchRequest> launchRequest(const QStringList& arguments);
 

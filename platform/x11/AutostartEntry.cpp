@@ -93,7 +93,7 @@ std::string entryFor(const fs::path& program) {
     entry.set("Type", "Application");
     entry.set("Name", "Quillo");
     entry.set("Comment", "Keeps your desktops at hand");
-    entry.set("Exec", AutostartEntry::execArgument(program.string()));
+    entry.set("Exec", AutostartEntry::execArgument(program.string()) + " --background");
     entry.set("Icon", "app.quillo.Quillo");
     entry.set("Terminal", "false");
     entry.set("X-GNOME-Autostart-enabled", "true");

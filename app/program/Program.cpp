@@ -1,0 +1,55 @@
+#include "app/program/Program.hpp"
+
+namespace quillo {
+
+Program::Program(const System& system)
+    : keys_(system.keyboard),
+      updates_(system.updater),
+      interface_({.theme = theme_,
+                  .shell = shell_,
+                  .loginItem = system.loginItem,
+                  .hotKeys = system.hotKeys,
+                  .desktop = system.desktop,
+                  .keys = keys_,
+                  .updates = updates_,
+                  .variant = system.variant}),
+      model_(services(system)),
+      trayMenu_(model_, updates_, theme_, system.variant,
+                {.openDetail = [this](const Uuid& workspace) { interface_.openDetail(workspace); },
+                 .openSettings = [this] { interface_.openSettings(); },
+                 .quit = [] { QCoreApplication::quit(); }}),
+      tray_(trayMenu_, system.olderTrayIsThere),
+      notice_(model_, shell_, [this] {
+          return interface_.windows().mainOpen() || interface_.panelVisible(PanelID::restore);
+      }) {
+    interface_.attach(model_);
+    theme_.setReducedMotion(appearance_.reducedMotion());
+    notifier_.clicked = [this] { model_.openMain(); };
+}
+
+AppServices Program::services(const System& system) {
+    return {.desktop = system.desktop,
+            .files = system.files,
+            .data = system.data,
+            .defaults = system.defaults,
+            .hotKeys = system.hotKeys,
+            .loginItem = system.loginItem,
+            .power = system.power,
+            .shell = shell_,
+            .surfaces = interface_};
+}
+
+void Program::carryOut(LaunchRequest request) {
+    switch (request) {
+        case LaunchRequest::openWindow:
+            return interface_.askForMainWindow();
+        case LaunchRequest::saveDesktop:
+            return model_.beginCapture();
+        case LaunchRequest::openSwitcher:
+            return model_.toggleSwitcher();
+        case LaunchRequest::stayInBackground:
+            return;
+    }
+}
+
+}  // namespace quillo

@@ -1,0 +1,59 @@
+// The running application: model, interface, tray, put together over one system's services.
+#pragma once
+#include <QApplication>
+#include <memory>
+
+#include "app/AppModel.hpp"
+#include "app/UpdateController.hpp"
+#include "app/gui/DesktopNotifier.hpp"
+#include "app/gui/Interface.hpp"
+#include "app/gui/QtKeyMonitor.hpp"
+#include "app/gui/QtShell.hpp"
+#include "app/gui/RestoreNotice.hpp"
+#include "app/gui/SingleInstance.hpp"
+#include "app/gui/SystemAppearance.hpp"
+#include "app/gui/TrayIcon.hpp"
+#include "app/gui/TrayMenu.hpp"
+
+namespace quillo {
+
+class Program {
+  public:
+    /// What differs from system to system. References must outlive the program.
+    struct System {
+        DesktopAccess& desktop;
+        FileSystem& files;
+        std::filesystem::path data;
+        UserDefaults& defaults;
+        HotKeyService& hotKeys;
+        const KeyboardLayout& keyboard;
+        LoginItemService& loginItem;
+        UpdaterService& updater;
+        PowerEvents& power;
+        TextVariant variant;
+        std::function<bool()> olderTrayIsThere;
+    };
+
+    explicit Program(const System& system);
+
+    /// Does what this or another start of the program asks for.
+    void carryOut(LaunchRequest request);
+    AppModel& model() { return model_; }
+
+  private:
+    AppServices services(const System& system);
+
+    Theme theme_;
+    SystemAppearance appearance_;
+    DesktopNotifier notifier_;
+    QtShell shell_{theme_, appearance_, notifier_};
+    QtKeyMonitor keys_;
+    UpdateController updates_;
+    Interface interface_;
+    AppModel model_;
+    TrayMenu trayMenu_;
+    TrayIcon tray_;
+    RestoreNotice notice_;
+};
+
+}  // namespace quillo

@@ -1,0 +1,127 @@
+// The application on a Linux desktop.
+#include <QMessageBox>
+#include <QQuickWindow>
+#include <cstdio>
+
+#include "app/QtExecutor.hpp"
+#include "app/program/Program.hpp"
+#include "platform/posix/FileDefaults.hpp"
+#include "platform/posix/FileLog.hpp"
+#include "platform/posix/PosixFileSystem.hpp"
+#include "platform/posix/StandardDirectories.hpp"
+#include "platform/x11/AutostartEntry.hpp"
+#include "platform/x11/LogindPowerEvents.hpp"
+#include "platform/x11/PackageUpdater.hpp"
+#include "platform/x11/SystemTray.hpp"
+#include "platform/x11/X11Desktop.hpp"
+#include "platform/x11/X11HotKeys.hpp"
+#include "platform/x11/X11KeyboardLayout.hpp"
+
+namespace quillo {
+namespace {
+
+constexpr const char* usage =
+    "usage: quillo [--save | --switcher | --background | --help | --version]\n"
+    "\n"
+    "  quillo               opens the window; a second start brings it forward\n"
+    "  quillo --save        saves the current desktop, after a review\n"
+    "  quillo --switcher    opens or closes the workspace switcher\n"
+    "  quillo --background  stays in the tray, as at login\n"
+    "\n"
+    "quilloctl does the same on the command line.\n";
+
+/// Before there is any application object: what only prints needs no display.
+std::optional<int> printed(const QStringList& arguments) {
+    if (arguments == QStringList{"--help"} || arguments == QStringList{"-h"})
+        return std::fputs(usage, stdout) < 0;
+    if (arguments == QStringList{"--version"}) return std::puts("quillo " QUILLO_VERSION) < 0;
+    if (const auto request = launchRequest(arguments); !request) {
+        std::fprintf(stderr, "quillo: %s\n%s", request.error().text.c_str(), usage);
+        return 2;
+    }
+    return std::nullopt;
+}
+
+int refuse(const std::string& reason) {
+    std::fprintf(stderr, "quillo: %s\n", reason.c_str());
+    QMessageBox::critical(nullptr, "Quillo", QString::fromStdString(reason));
+    return 1;
+}
+
+/// The services, in the order in which they need each other.
+struct LinuxServices {
+    LinuxServices(Executor& executor, const StandardDirectories& directories, X11Desktop& desktop,
+                  const x11::X11Connection& connection)
+        : log(directories.state / "quillo.log"),
+          defaults(files, directories.config / "defaults.json"),
+          access{desktop.platform(log), handles},
+          hotKeys(executor),
+          keyboard(connection),
+          loginItem(files),
+          power(executor) {}
+
+    PosixFileSystem files;
+    FileLog log;
+    FileDefaults defaults;
+    WindowHandleCache handles;
+    DesktopAccess access;
+    X11HotKeys hotKeys;
+    X11KeyboardLayout keyboard;
+    AutostartEntry loginItem;
+    PackageUpdater updater;
+    LogindPowerEvents power;
+};
+
+int run(QApplication& application, LaunchRequest request) {
+    const Result<StandardDirectories> directories = StandardDirectories::find();
+    if (!directories) return refuse(directories.error().text);
+    Program* running = nullptr;
+    SingleInstance instance([&running](LaunchRequest asked, const QString& token) {
+        if (!token.isEmpty()) qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+        if (running) running->carryOut(asked);
+    });
+    const Result<bool> first = instance.claim(request);
+    if (!first) return refuse(first.error().text);
+    if (!*first) return 0;
+
+    QtExecutor executor;
+    const auto desktop = X11Desktop::create(executor, {});
+    if (!desktop) return refuse(desktop.error().text);
+    const auto connection = x11::X11Connection::open({});
+    if (!connection) return refuse(connection.error().text);
+    LinuxServices services(executor, *directories, **desktop, **connection);
+    Program program({.desktop = services.access,
+                     .files = services.files,
+                     .data = directories->data,
+                     .defaults = services.defaults,
+                     .hotKeys = services.hotKeys,
+                     .keyboard = services.keyboard,
+                     .loginItem = services.loginItem,
+                     .updater = services.updater,
+                     .power = services.power,
+                     .variant = TextVariant::onLinux,
+                     .olderTrayIsThere = [&] { return x11::hasSystemTray(**connection); }});
+    running = &program;
+    program.carryOut(request);
+    const int status = application.exec();
+    running = nullptr;
+    return status;
+}
+
+}  // namespace
+}  // namespace quillo
+
+int main(int argumentCount, char** arguments) {
+    QStringList given;
+    for (int i = 1; i < argumentCount; ++i) given << QString::fromLocal8Bit(arguments[i]);
+    if (const std::optional<int> status = quillo::printed(given)) return *status;
+    // Windows of others are moved through the X server, and the global shortcuts are its own.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "xcb");
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    QApplication application(argumentCount, arguments);
+    QApplication::setApplicationName("Quillo");
+    QApplication::setDesktopFileName("app.quillo.Quillo");
+    QApplication::setWindowIcon(quillo::applicationIcon());
+    QApplication::setQuitOnLastWindowClosed(false);
+    return quillo::run(application, *quillo::launchRequest(given));
+}
