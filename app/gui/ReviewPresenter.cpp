@@ -1,5 +1,7 @@
 #include "app/gui/ReviewPresenter.hpp"
 
+#include <QLocale>
+
 #include "WindowEngine/CaptureFilter.hpp"
 #include "app/gui/MapSource.hpp"
 #include "app/gui/Words.hpp"
