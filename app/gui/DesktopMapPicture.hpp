@@ -17,7 +17,7 @@ namespace quillo {
 
 /// The geometry is computed once for each snapshot, size, style and choice of desktops; states that only
 /// change colours repaint alone. Nothing moves, and nothing is repainted, unless a window is landing.
-class DesktopMapPicture final : public QQuickPaintedItem {
+class DesktopMapPicture : public QQuickPaintedItem {
     Q_OBJECT
     Q_PROPERTY(quillo::Theme* theme READ theme WRITE setTheme NOTIFY themeChanged)
     Q_PROPERTY(QVariant source READ source WRITE setSource NOTIFY sourceChanged)  // a MapSource
