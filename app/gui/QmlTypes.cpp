@@ -1,15 +1,7 @@
 #include "app/gui/QmlTypes.hpp"
 
-#include "app/gui/DesktopMapPicture.hpp"
-
 namespace quillo {
 
-void registerItems() {
-    static const bool once = [] {
-        qmlRegisterType<DesktopMapPicture>(coreModule, 1, 0, "DesktopMapPicture");
-        return true;
-    }();
-    static_cast<void>(once);
-}
+void registerItems() {}
 
 }  // namespace quillo

@@ -14,9 +14,9 @@ T.Button {
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
     opacity: enabled ? 1 : 0.4
-    Keys.onReturnPressed: click()
+    Keys.onReturnPressed: clicked()
     Accessible.name: text
-    Accessible.onPressAction: control.click()
+    Accessible.onPressAction: control.clicked()
 
     contentItem: Item {
         Icon {

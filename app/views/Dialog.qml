@@ -24,7 +24,7 @@ T.Popup {
     T.Overlay.modal: Rectangle { color: Theme.dark ? "#99000000" : "#52101828" }
     enter: Transition { NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.fade(160) } }
     exit: Transition { NumberAnimation { property: "opacity"; to: 0; duration: Theme.fade(110) } }
-    onOpened: cancel.forceActiveFocus(Qt.TabFocusReason)
+    onVisibleChanged: if (visible) cancel.forceActiveFocus(Qt.TabFocusReason)
 
     background: Rectangle {
         radius: 16

@@ -18,9 +18,9 @@ T.Button {
     hoverEnabled: true
     opacity: enabled ? 1 : 0.4
     Accessible.name: tip
-    Accessible.onPressAction: control.click()
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Accessible.onPressAction: control.clicked()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     contentItem: Item {
         Icon {

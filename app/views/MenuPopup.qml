@@ -16,7 +16,7 @@ T.Popup {
     modal: true
     dim: false
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
-    onOpened: list.focusRow(current >= 0 ? current : 0, 1)
+    onVisibleChanged: if (visible) list.focusRow(current >= 0 ? current : 0, 1)  // not only once it has faded in
 
     enter: Transition { NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.fade(160) } }
     exit: Transition { NumberAnimation { property: "opacity"; to: 0; duration: Theme.fade(110) } }
@@ -28,72 +28,87 @@ T.Popup {
         border.color: Theme.panelEdge
         Shadow { level: 3; radius: 12 }
     }
-    contentItem: Column {
-        id: list
-        Accessible.role: Accessible.PopupMenu
-        function focusRow(index, step) {
-            for (let i = index, tries = 0; tries < repeater.count; i = (i + step + repeater.count) % repeater.count, ++tries) {
-                const row = repeater.itemAt(i)
-                if (row && row.enabled && !row.entry.separator) { row.forceActiveFocus(Qt.TabFocusReason); return }
-            }
+    contentItem: Flickable {
+        id: place
+        implicitWidth: list.implicitWidth
+        implicitHeight: list.implicitHeight
+        contentHeight: list.implicitHeight
+        boundsBehavior: Flickable.StopAtBounds
+        interactive: contentHeight > height
+        clip: interactive
+        function reveal(row) {
+            if (row.y < contentY) contentY = row.y
+            else if (row.y + row.height > contentY + height) contentY = row.y + row.height - height
         }
-        Repeater {
-            id: repeater
-            model: menu.entries
-            T.AbstractButton {
-                id: row
-                required property var modelData
-                required property int index
-                readonly property var entry: modelData
-                readonly property color ink: entry.danger ? Theme.danger : Theme.text
-
-                enabled: entry.enabled !== false && !entry.separator
-                width: Math.max(list.width, implicitWidth)
-                implicitWidth: line.implicitWidth + 46
-                implicitHeight: entry.separator ? 9 : Math.round(32 * Theme.scale)
-                opacity: enabled || entry.separator ? 1 : 0.4
-                hoverEnabled: true
-                onHoveredChanged: if (hovered && enabled) forceActiveFocus(Qt.MouseFocusReason)
-                onClicked: { menu.close(); if (entry.act) entry.act() }
-                Keys.onReturnPressed: click()
-                Keys.onEnterPressed: click()
-                Keys.onDownPressed: list.focusRow((index + 1) % repeater.count, 1)
-                Keys.onUpPressed: list.focusRow((index - 1 + repeater.count) % repeater.count, -1)
-                Accessible.role: entry.separator ? Accessible.Separator : Accessible.MenuItem
-                Accessible.name: entry.text || ""
-                Accessible.checked: menu.current === index
-                Accessible.onPressAction: row.click()
-
-                background: Rectangle {
-                    radius: 8
-                    color: row.activeFocus ? row.entry.danger ? Theme.dangerTint : Theme.accentTint : "transparent"
-                    Rectangle {
-                        visible: row.entry.separator === true
-                        anchors.verticalCenter: parent.verticalCenter
-                        x: 8
-                        width: parent.width - 16
-                        height: 1
-                        color: Theme.border
-                    }
+        Column {
+            id: list
+            Accessible.role: Accessible.PopupMenu
+            width: place.width
+            function focusRow(index, step) {
+                for (let i = index, tries = 0; tries < repeater.count; i = (i + step + repeater.count) % repeater.count, ++tries) {
+                    const row = repeater.itemAt(i)
+                    if (row && row.enabled && !row.entry.separator) { row.forceActiveFocus(Qt.TabFocusReason); return }
                 }
-                contentItem: Item {
-                    visible: !row.entry.separator
-                    Icon {
-                        x: 10
-                        anchors.verticalCenter: parent.verticalCenter
-                        name: menu.current === row.index ? "check" : row.entry.iconName || "check"
-                        visible: menu.current === row.index || (row.entry.iconName || "") !== ""
-                        size: 15
-                        color: row.entry.danger ? Theme.danger : Theme.text2
+            }
+            Repeater {
+                id: repeater
+                model: menu.entries
+                T.AbstractButton {
+                    id: row
+                    required property var modelData
+                    required property int index
+                    readonly property var entry: modelData
+                    readonly property color ink: entry.danger ? Theme.danger : Theme.text
+
+                    enabled: entry.enabled !== false && !entry.separator
+                    width: Math.max(list.width, implicitWidth)
+                    implicitWidth: line.implicitWidth + 46
+                    implicitHeight: entry.separator ? 9 : Math.round(32 * Theme.scale)
+                    opacity: enabled || entry.separator ? 1 : 0.4
+                    hoverEnabled: true
+                    onActiveFocusChanged: if (activeFocus) place.reveal(row)
+                    onHoveredChanged: if (hovered && enabled) forceActiveFocus(Qt.MouseFocusReason)
+                    onClicked: { menu.close(); if (entry.act) entry.act() }
+                    Keys.onReturnPressed: clicked()
+                    Keys.onEnterPressed: clicked()
+                    Keys.onDownPressed: list.focusRow((index + 1) % repeater.count, 1)
+                    Keys.onUpPressed: list.focusRow((index - 1 + repeater.count) % repeater.count, -1)
+                    Accessible.role: entry.separator ? Accessible.Separator : Accessible.MenuItem
+                    Accessible.name: entry.text || ""
+                    Accessible.checked: menu.current === index
+                    Accessible.onPressAction: row.clicked()
+
+                    background: Rectangle {
+                        radius: 8
+                        color: row.activeFocus ? row.entry.danger ? Theme.dangerTint : Theme.accentTint : "transparent"
+                        Rectangle {
+                            visible: row.entry.separator === true
+                            anchors.verticalCenter: parent.verticalCenter
+                            x: 8
+                            width: parent.width - 16
+                            height: 1
+                            color: Theme.border
+                        }
                     }
-                    UiText {
-                        id: line
-                        x: 34
-                        width: Math.min(implicitWidth, 420)
-                        anchors.verticalCenter: parent.verticalCenter
-                        text: row.entry.text || ""
-                        color: row.ink
-                        Accessible.ignored: true
+                    contentItem: Item {
+                        visible: !row.entry.separator
+                        Icon {
+                            x: 10
+                            anchors.verticalCenter: parent.verticalCenter
+                            name: menu.current === row.index ? "check" : row.entry.iconName || "check"
+                            visible: menu.current === row.index || (row.entry.iconName || "") !== ""
+                            size: 15
+                            color: row.entry.danger ? Theme.danger : Theme.text2
+                        }
+                        UiText {
+                            id: line
+                            x: 34
+                            width: Math.min(implicitWidth, 420)
+                            anchors.verticalCenter: parent.verticalCenter
+                            text: row.entry.text || ""
+                            color: row.ink
+                            Accessible.ignored: true
+                        }
                     }
                 }
             }

@@ -8,7 +8,11 @@ T.Button {
     property var model: []
     property int current: 0
     property string label  // accessible name
+    property string emptyText  // the menu's only line while there is nothing to pick
+    signal aboutToOpen()       // last chance to fill `model`
     signal picked(int index)
+
+    function openMenu() { aboutToOpen(); menu.open() }
 
     text: model[current] || ""
     implicitHeight: Math.round(34 * Theme.scale)
@@ -18,10 +22,10 @@ T.Button {
     opacity: enabled ? 1 : 0.4
     Accessible.role: Accessible.ComboBox
     Accessible.name: label !== "" ? label + ": " + text : text
-    Accessible.onPressAction: control.click()
-    onClicked: menu.open()
-    Keys.onReturnPressed: click()
-    Keys.onDownPressed: menu.open()
+    Accessible.onPressAction: control.clicked()
+    onClicked: openMenu()
+    Keys.onReturnPressed: clicked()
+    Keys.onDownPressed: openMenu()
 
     contentItem: Item {
         UiText {
@@ -55,6 +59,8 @@ T.Button {
         id: menu
         y: control.height + 4
         current: control.current
-        entries: control.model.map((text, index) => ({ text: text, act: () => control.picked(index) }))
+        entries: control.model.length === 0 && control.emptyText !== ""
+                 ? [{ text: control.emptyText, enabled: false }]
+                 : control.model.map((text, index) => ({ text: text, act: () => control.picked(index) }))
     }
 }

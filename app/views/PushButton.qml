@@ -19,9 +19,9 @@ T.Button {
     hoverEnabled: true
     Accessible.name: text
     Accessible.description: tip
-    Accessible.onPressAction: control.click()
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Accessible.onPressAction: control.clicked()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     contentItem: Item {
         Row {

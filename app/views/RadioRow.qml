@@ -12,11 +12,11 @@ T.AbstractButton {
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
     onClicked: picked()
-    Keys.onReturnPressed: click()
+    Keys.onReturnPressed: clicked()
     Accessible.role: Accessible.RadioButton
     Accessible.name: text
     Accessible.checked: control.checked
-    Accessible.onPressAction: control.click()
+    Accessible.onPressAction: control.clicked()
 
     contentItem: Item {
         Rectangle {

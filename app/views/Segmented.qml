@@ -34,13 +34,13 @@ Rectangle {
                 implicitHeight: Math.round((root.mini ? 20 : 26) * Theme.scale)
                 focusPolicy: Qt.StrongFocus
                 onClicked: root.picked(index)
-                Keys.onReturnPressed: click()
+                Keys.onReturnPressed: clicked()
                 Keys.onRightPressed: if (index + 1 < root.model.length) { root.picked(index + 1); nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason) }
                 Keys.onLeftPressed: if (index > 0) { root.picked(index - 1); nextItemInFocusChain(false).forceActiveFocus(Qt.TabFocusReason) }
                 Accessible.role: Accessible.RadioButton
                 Accessible.name: modelData
                 Accessible.checked: on
-                Accessible.onPressAction: segment.click()
+                Accessible.onPressAction: segment.clicked()
 
                 background: Rectangle {
                     radius: 6

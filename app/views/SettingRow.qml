@@ -11,10 +11,17 @@ Item {
     property bool sub: false
     property real padding: 16
     default property alias control: place.data
+    /// The switch that a click anywhere on the row turns; null where there is none.
+    property Item toggle: place.children.length === 1 && place.children[0].toggled ? place.children[0] : null
 
     width: parent ? parent.width : 400
     implicitHeight: Math.max(sub ? 44 : 52, words.implicitHeight + 20, place.height + 16)
 
+    MouseArea {
+        anchors.fill: parent
+        enabled: root.toggle !== null && root.toggle.enabled && root.toggle.visible
+        onClicked: root.toggle.toggled()
+    }
     Column {
         id: words
         x: root.padding

@@ -20,9 +20,9 @@ T.AbstractButton {
     Accessible.name: label
     Accessible.checkable: true
     Accessible.checked: control.checked
-    Accessible.onToggleAction: control.click()
-    Accessible.onPressAction: control.click()
-    Keys.onReturnPressed: click()
+    Accessible.onToggleAction: control.clicked()
+    Accessible.onPressAction: control.clicked()
+    Keys.onReturnPressed: clicked()
 
     contentItem: Item {}
     background: Rectangle {

@@ -20,7 +20,7 @@ class SimulatedHotKeys final : public HotKeyService, public KeyboardLayout {
 
     explicit SimulatedHotKeys(Executor& executor) : executor_(executor) {}
 
-    Capability capability() const override { return Capability::available(); }
+    Capability capability() const override { return able; }
     std::unique_ptr<HotKeyHandler> installHandler(Pressed pressed, Lost lost) override {
         return handler_.install(std::move(pressed), std::move(lost));
     }
@@ -40,6 +40,7 @@ class SimulatedHotKeys final : public HotKeyService, public KeyboardLayout {
         return found == layout.end() ? "" : found->second;
     }
 
+    Capability able = Capability::available();
     std::set<Combination> taken{};  // by other programs
     std::map<std::uint32_t, std::string> layout{};
     /// Registered now.

@@ -1,0 +1,50 @@
+// Which version this is, and what keeps it up to date.
+import QtQuick
+import Quillo.Core
+
+Column {
+    spacing: 14
+
+    Row {
+        spacing: 16
+        Rectangle {
+            width: 64
+            height: 64
+            radius: 18
+            color: Theme.accent
+            Icon {
+                anchors.centerIn: parent
+                name: "layers"
+                size: 32
+                color: Theme.onAccent
+            }
+        }
+        Column {
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 2
+            UiText { role: "title"; text: "Quillo" }
+            UiText { text: "Version " + Settings.version; color: Theme.text2 }
+        }
+    }
+    SettingGroup {
+        SettingRow {
+            readonly property bool ready: Settings.readyVersion !== ""
+            separator: false
+            title: ready ? "Relaunch to update · " + Settings.readyVersion
+                   : Settings.availableVersion !== "" ? "Update available · " + Settings.availableVersion : "Updates"
+            caption: Settings.updatesRefusal !== "" ? Settings.updatesRefusal
+                     : !ready ? "" : Settings.relaunchRefusal !== "" ? Settings.relaunchRefusal
+                     : "The update is ready. It will also install when you quit Quillo.\nRelaunch now, or keep working and quit later."
+            PushButton {
+                visible: Settings.updatesRefusal === ""
+                text: parent.parent.ready ? "Relaunch to Update" : "Check for Updates…"
+                kind: parent.parent.ready ? "primary" : "normal"
+                enabled: parent.parent.ready ? Settings.relaunchRefusal === "" : Settings.canCheckForUpdates
+                onClicked: parent.parent.ready ? Settings.relaunch() : Settings.checkForUpdates()
+            }
+        }
+    }
+    SettingNote {
+        text: Ui.text("Updates download in the background and install when you quit Quillo. Closing a window keeps Quillo running in the menu bar.")
+    }
+}

@@ -1,0 +1,43 @@
+// Which applications may be asked what is open inside their windows.
+import QtQuick
+import Quillo.Core
+
+Column {
+    spacing: 14
+
+    SettingGroup {
+        SettingRow {
+            title: "Context integrations"
+            caption: Ui.text("Each integration is off by default. macOS will ask for permission the first time one is used. Window positions work without any of these.")
+        }
+        Repeater {
+            model: Privacy.adapters
+            SettingRow {
+                required property string key
+                required property string name
+                required property string note
+                required property bool on
+                required property string refusal
+                title: name
+                // A reason that holds for all of them is said once, below.
+                caption: refusal !== "" && Privacy.adaptersRefusal === "" ? refusal : note
+                captionColor: refusal !== "" && Privacy.adaptersRefusal === "" ? Theme.warning : Theme.text2
+                Toggle {
+                    label: name
+                    enabled: refusal === ""
+                    checked: on && refusal === ""
+                    onToggled: Privacy.setAdapter(key, !on)
+                }
+            }
+        }
+        SettingNote {
+            visible: Privacy.adaptersRefusal !== ""
+            iconName: "info"
+            ink: Theme.warning
+            text: Privacy.adaptersRefusal
+        }
+    }
+    SettingNote {
+        text: Ui.text("Documents and folders that apps report themselves (TextEdit, Preview, Xcode, Ghostty…) are reopened without an integration.")
+    }
+}

@@ -1,0 +1,162 @@
+// What never enters a workspace, and how everything is deleted.
+import QtQuick
+import QtQuick.Templates as T
+import Quillo.Core
+
+Column {
+    id: pane
+    spacing: 14
+
+    SettingGroup {
+        SettingRow {
+            title: "Excluded apps"
+            PopUpButton {
+                id: running
+                property var apps: []
+                text: "Exclude a running app…"
+                emptyText: "No other app is running"
+                current: -1
+                model: apps.map(app => app.name)
+                onAboutToOpen: apps = Privacy.runningApps()
+                onPicked: (index) => Privacy.excludeApp(apps[index].key)
+            }
+        }
+        Repeater {
+            model: Privacy.excludedApps
+            Item {
+                required property string key
+                required property string name
+                width: parent.width
+                implicitHeight: Math.round(42 * Theme.scale)
+                AppIcon {
+                    x: 16
+                    anchors.verticalCenter: parent.verticalCenter
+                    identifier: key
+                    name: parent.name
+                    size: 24
+                }
+                UiText {
+                    x: 51
+                    anchors.verticalCenter: parent.verticalCenter
+                    width: parent.width - x - 60
+                    role: "body-medium"
+                    text: parent.name
+                }
+                IconButton {
+                    anchors.right: parent.right
+                    anchors.rightMargin: 12
+                    anchors.verticalCenter: parent.verticalCenter
+                    size: 26
+                    iconName: "x"
+                    tip: "Stop excluding " + parent.name
+                    onClicked: Privacy.includeApp(parent.key)
+                }
+                Rectangle {
+                    x: 16
+                    width: parent.width - 16
+                    height: 1
+                    anchors.bottom: parent.bottom
+                    color: Theme.border
+                }
+            }
+        }
+        SettingNote {
+            text: Ui.text("Password managers and system security windows are always excluded. You can also untick individual windows when saving.")
+        }
+    }
+
+    SettingGroup {
+        SettingRow {
+            title: "Excluded websites"
+            caption: "Quillo skips matching domains and all of their subdomains when capturing browser context."
+        }
+        Column {
+            width: parent.width
+            topPadding: 12
+            bottomPadding: 14
+            spacing: 12
+            Row {
+                x: 16
+                width: parent.width - 32
+                spacing: 8
+                Field {
+                    id: domain
+                    width: parent.width - add.width - 8
+                    iconName: "globe"
+                    prompt: "example.com"
+                    Accessible.name: "Website to exclude"
+                    onAccepted: pane.addDomain()
+                }
+                PushButton {
+                    id: add
+                    height: domain.height
+                    text: "Add"
+                    onClicked: pane.addDomain()
+                }
+            }
+            Flow {
+                x: 16
+                width: parent.width - 32
+                spacing: 8
+                visible: domains.count > 0
+                Repeater {
+                    id: domains
+                    model: Privacy.excludedDomains
+                    Chip {
+                        required property string key
+                        text: key
+                        onRemoved: Privacy.includeDomain(key)
+                    }
+                }
+            }
+        }
+    }
+
+    // What was typed stays where there is no website in it.
+    function addDomain() {
+        if (Privacy.excludeDomain(domain.text)) domain.clear()
+        domain.forceActiveFocus()
+    }
+
+    Rectangle {
+        width: parent.width
+        implicitHeight: promise.height + 28
+        radius: 12
+        color: Theme.successTint
+        Icon {
+            x: 16
+            y: 14
+            name: "shield-check"
+            size: 18
+            color: Theme.success
+        }
+        UiText {
+            id: promise
+            x: 46
+            y: 14
+            width: Math.min(parent.width - 62, 580 * Theme.scale)
+            text: Ui.text("Workspaces are plain JSON on this Mac. Nothing is uploaded, and window titles, paths and URLs are never written to logs.")
+            wrapMode: Text.Wrap
+        }
+    }
+    Item {
+        width: parent.width
+        implicitHeight: erase.height + 10
+        PushButton {
+            id: erase
+            y: 10
+            kind: "danger"
+            iconName: "trash-2"
+            text: "Delete all workspace data"
+            onClicked: confirm.open()
+        }
+    }
+    Dialog {
+        id: confirm
+        title: "Delete all saved workspaces?"
+        text: "This also deletes the saved sessions. Your apps and files are not affected."
+        actionText: "Delete Everything"
+        danger: true
+        onConfirmed: Privacy.deleteAllData()
+    }
+}

@@ -1,0 +1,79 @@
+// One line of a restore: what it is about at the left, what came of it at the right, and below why not.
+import QtQuick
+import Quillo.Core
+
+Item {
+    id: root
+    required property string app
+    required property string identifier
+    required property string subject
+    required property string outcome
+    required property string reason
+    required property string kind
+    readonly property bool bad: kind === "failed" || kind === "skipped"
+    readonly property color ink: kind === "failed" ? Theme.danger : kind === "skipped" ? Theme.warning
+                                 : kind === "restored" || kind === "adjusted" ? Theme.success : Theme.text2
+    readonly property var symbols: ({ restored: "check", adjusted: "square-arrow-out-up-right", launched: "arrow-up-right",
+                                      opened: "folder-open", created: "monitor", note: "info", failed: "x", skipped: "minus" })
+
+    implicitHeight: Math.max(Math.round((second.visible ? 48 : 34) * Theme.scale), words.height + 14) + (bad ? 4 : 0)
+    Accessible.role: Accessible.ListItem
+    Accessible.name: subject + ": " + outcome
+
+    Rectangle {
+        visible: root.bad
+        x: 9
+        y: 2
+        width: parent.width - 18
+        height: parent.height - 4
+        radius: 8
+        color: root.kind === "failed" ? Theme.dangerTint : Theme.warningTint
+    }
+    AppIcon {
+        x: 15
+        anchors.verticalCenter: parent.verticalCenter
+        identifier: root.identifier
+        name: root.app
+        size: 20
+    }
+    Column {
+        id: words
+        x: 45
+        anchors.verticalCenter: parent.verticalCenter
+        width: parent.width - x - 44 - (first.visible ? first.width + 10 : 0)
+        UiText {
+            width: parent.width
+            text: root.kind === "opened" || root.kind === "created" ? root.subject + ": " + root.outcome : root.subject
+            Accessible.ignored: true
+        }
+        UiText {
+            id: second
+            width: parent.width
+            visible: root.reason !== ""
+            role: "caption"
+            text: root.reason
+            color: root.bad ? root.ink : Theme.text2
+            wrapMode: Text.Wrap
+            Accessible.ignored: true
+        }
+    }
+    UiText {
+        id: first
+        anchors.right: parent.right
+        anchors.rightMargin: 42
+        anchors.verticalCenter: parent.verticalCenter
+        visible: root.kind === "restored" || root.kind === "adjusted" || root.kind === "launched"
+        role: "caption"
+        text: root.kind
+        color: Theme.text2
+        Accessible.ignored: true
+    }
+    Icon {
+        anchors.right: parent.right
+        anchors.rightMargin: 16
+        anchors.verticalCenter: parent.verticalCenter
+        name: root.symbols[root.kind] || "info"
+        size: 16
+        color: root.ink
+    }
+}

@@ -1,0 +1,157 @@
+// A restore while it happens: the desktop as it fills, line by line what came back, and at the end what did not.
+import QtQuick
+import Quillo.Core
+
+Rectangle {
+    id: root
+    readonly property var colors: Theme.workspaces[Restore.colorName] || Theme.workspaces["slate"]
+    readonly property bool over: !Restore.running
+
+    implicitWidth: 380
+    implicitHeight: column.implicitHeight + 2
+    color: Theme.raised
+    border.width: 1
+    border.color: Theme.panelEdge
+    focus: true
+    Accessible.role: Accessible.Dialog
+    Accessible.name: Restore.title
+    Keys.onEscapePressed: Restore.close()
+
+    Column {
+        id: column
+        x: 1
+        y: 1
+        width: parent.width - 2
+
+        Item {
+            width: parent.width
+            height: Math.max(36, words.height) + 32
+            Badge {
+                x: 15
+                y: 16
+                size: 36
+                visible: !root.over
+                icon: Restore.icon
+                colorName: Restore.colorName
+            }
+            Rectangle {
+                x: 15
+                y: 16
+                width: 36
+                height: 36
+                radius: 18
+                visible: root.over
+                color: Restore.clean ? Theme.successTint : Theme.warningTint
+                Icon {
+                    anchors.centerIn: parent
+                    name: Restore.clean ? "check" : "triangle-alert"
+                    size: 18
+                    color: Restore.clean ? Theme.success : Theme.warning
+                }
+            }
+            Column {
+                id: words
+                x: 63
+                y: 16
+                width: parent.width - x - 52
+                spacing: 2
+                UiText {
+                    width: parent.width
+                    role: "heading"
+                    text: Restore.title
+                }
+                UiText {
+                    width: parent.width
+                    role: "caption"
+                    text: Restore.subtitle
+                    color: Theme.text2
+                    wrapMode: Text.Wrap
+                }
+            }
+            IconButton {
+                anchors.right: parent.right
+                anchors.rightMargin: 11
+                y: 14
+                size: 28
+                iconName: "x"
+                tip: root.over ? "Close" : "Stop resuming"
+                onClicked: Restore.close()
+            }
+        }
+
+        Rectangle {
+            x: 15
+            width: parent.width - 30
+            height: 152
+            radius: 14
+            color: root.colors.tint
+            DesktopMap {
+                anchors.fill: parent
+                style: "restore"
+                colorName: Restore.colorName
+                source: Restore.source
+                states: Restore.states
+            }
+        }
+        Item {
+            width: parent.width
+            height: 14
+            Rectangle {
+                x: 15
+                y: 11
+                width: parent.width - 30
+                height: 2
+                radius: 1
+                visible: !root.over
+                color: Theme.sunken
+                Accessible.role: Accessible.ProgressBar
+                Accessible.name: "Windows that are back: " + Math.round(Restore.progress * 100) + " %"
+                Rectangle {
+                    width: parent.width * Restore.progress
+                    height: 2
+                    radius: 1
+                    color: Theme.accent
+                }
+            }
+        }
+        Item {
+            width: parent.width
+            visible: root.over && Restore.troubleCount > 0 && Restore.rowCount > 8
+            height: visible ? choice.height + 8 : 0
+            Segmented {
+                id: choice
+                x: 15
+                y: 4
+                mini: true
+                label: "Lines shown"
+                model: ["Not back · " + Restore.troubleCount, "All · " + Restore.rowCount]
+                current: Restore.onlyTrouble ? 0 : 1
+                onPicked: (index) => Restore.onlyTrouble = index === 0
+            }
+        }
+
+        ListView {
+            id: list
+            width: parent.width
+            height: count === 0 ? 0 : Math.min(contentHeight + topMargin + bottomMargin, Math.round(8 * 34 * Theme.scale) + topMargin)
+            topMargin: 6
+            bottomMargin: 10
+            clip: true
+            interactive: contentHeight > height
+            boundsBehavior: Flickable.StopAtBounds
+            model: Restore.rows
+            delegate: RestoreItem { width: list.width }
+            Accessible.role: Accessible.List
+            Accessible.name: "What has been restored"
+
+            // It follows the newest row, unless somebody reads.
+            onCountChanged: if (!reader.hovered && Restore.running) Qt.callLater(positionViewAtEnd)
+            add: Transition {
+                NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.fade(140) }
+            }
+            HoverHandler { id: reader }
+            ScrollBar { flickable: list }
+        }
+        Item { width: 1; height: 6 }
+    }
+}

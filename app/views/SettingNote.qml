@@ -1,0 +1,32 @@
+// A remark at the end of a group of settings.
+import QtQuick
+import Quillo.Core
+
+Item {
+    id: root
+    property string text
+    property string iconName
+    property color ink: Theme.text3
+
+    width: parent ? parent.width : 400
+    implicitHeight: visible ? words.height + 16 : 0
+
+    Icon {
+        visible: root.iconName !== ""
+        x: 16
+        y: 9
+        name: visible ? root.iconName : "info"
+        size: 15
+        color: root.ink
+    }
+    UiText {
+        id: words
+        x: root.iconName !== "" ? 40 : 16
+        y: 8
+        width: parent.width - x - 16
+        role: "caption"
+        text: root.text
+        color: root.ink
+        wrapMode: Text.Wrap
+    }
+}

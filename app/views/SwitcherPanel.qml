@@ -1,0 +1,174 @@
+// A workspace is found by typing and resumed by Return.
+import QtQuick
+import Quillo.Core
+
+Rectangle {
+    id: root
+    readonly property real rowHeight: Math.round(56 * Theme.scale)
+
+    implicitWidth: 480
+    implicitHeight: column.implicitHeight + 2
+    color: Theme.raised
+    border.width: 1
+    border.color: Theme.panelEdge
+    Accessible.role: Accessible.Dialog
+    Accessible.name: "Workspace switcher"
+    Component.onCompleted: {
+        Switcher.shown()
+        field.forceActiveFocus()
+    }
+
+    Column {
+        id: column
+        x: 1
+        y: 1
+        width: parent.width - 2
+
+        Item {
+            width: parent.width
+            height: root.rowHeight
+            Icon {
+                x: 18
+                anchors.verticalCenter: parent.verticalCenter
+                name: "search"
+                size: 18
+            }
+            Field {
+                id: field
+                x: 48
+                width: parent.width - x - 16
+                height: parent.height
+                bare: true
+                focus: true
+                font: Theme.font("query")
+                prompt: Switcher.prompt
+                text: Switcher.query
+                onEdited: (text) => Switcher.query = text
+                onActiveFocusChanged: Switcher.focused = activeFocus
+                Keys.priority: Keys.BeforeItem
+                Keys.onPressed: (event) => { if (Switcher.press(event.key, event.modifiers)) event.accepted = true }
+                // The rows are not tab stops: what is highlighted is said here.
+                Accessible.description: list.currentItem && list.currentIndex < list.count
+                                        ? list.currentItem.name : Switcher.saveTitle
+            }
+        }
+        Rectangle { width: parent.width; height: 1; color: Theme.border }
+
+        ListView {
+            id: list
+            visible: count > 0
+            x: 8
+            width: parent.width - 16
+            height: Math.min(count, 8) * root.rowHeight + topMargin + bottomMargin
+            topMargin: 8
+            bottomMargin: 8
+            clip: true
+            interactive: count > 8
+            boundsBehavior: Flickable.StopAtBounds
+            reuseItems: true
+            highlightFollowsCurrentItem: false
+            keyNavigationEnabled: false
+            currentIndex: Switcher.highlighted
+            onCurrentIndexChanged: if (currentIndex < count) positionViewAtIndex(currentIndex, ListView.Contain)
+            model: Switcher.rows
+            delegate: SwitcherRow {
+                required property int index
+                required property string name
+                required property string apps
+                required property string icon
+                required property string colorName
+                required property var source
+                width: list.width
+                title: name
+                detail: apps
+                highlighted: index === Switcher.highlighted
+                trailingWidth: 96
+                onPicked: Switcher.pick(index)
+                Badge {
+                    x: 10
+                    anchors.verticalCenter: parent.verticalCenter
+                    icon: parent.icon
+                    colorName: parent.colorName
+                }
+                DesktopMap {
+                    anchors.right: parent.right
+                    anchors.rightMargin: 10
+                    anchors.verticalCenter: parent.verticalCenter
+                    width: 96
+                    height: 40
+                    style: "switcher"
+                    colorName: parent.colorName
+                    source: parent.source
+                    Accessible.ignored: true
+                }
+            }
+            ScrollBar { flickable: list }
+        }
+        UiText {
+            visible: Switcher.emptyText !== ""
+            width: parent.width
+            leftPadding: 24
+            rightPadding: 24
+            topPadding: 20
+            bottomPadding: 20
+            horizontalAlignment: Text.AlignHCenter
+            elide: Text.ElideMiddle
+            text: Switcher.emptyText
+            height: visible ? implicitHeight : 0
+            color: Theme.text2
+        }
+        Rectangle {
+            visible: list.visible || Switcher.emptyText !== ""
+            width: parent.width
+            height: visible ? 1 : 0
+            color: Theme.border
+        }
+        Item {
+            width: parent.width
+            height: save.height + 16
+            SwitcherRow {
+                id: save
+                x: 8
+                y: 8
+                width: parent.width - 16
+                title: Switcher.saveTitle
+                detail: Switcher.saveDetail
+                highlighted: Switcher.highlighted === list.count
+                trailingWidth: caps.width
+                onPicked: Switcher.pick(list.count)
+                Rectangle {
+                    x: 10
+                    anchors.verticalCenter: parent.verticalCenter
+                    width: 32
+                    height: 32
+                    radius: 9
+                    color: save.highlighted ? Theme.accent : Theme.sunken
+                    Icon {
+                        anchors.centerIn: parent
+                        name: "plus"
+                        size: 17
+                        color: save.highlighted ? Theme.onAccent : Theme.text2
+                    }
+                }
+                Rectangle {
+                    id: caps
+                    anchors.right: parent.right
+                    anchors.rightMargin: 10
+                    anchors.verticalCenter: parent.verticalCenter
+                    width: key.implicitWidth + 12
+                    height: key.implicitHeight + 6
+                    radius: 5
+                    color: Theme.sunken
+                    UiText {
+                        id: key
+                        anchors.centerIn: parent
+                        role: "map-label"
+                        text: Ui.text("⌘S")
+                        color: Theme.text2
+                        Accessible.name: "Shortcut: " + text
+                    }
+                }
+            }
+        }
+    }
+}

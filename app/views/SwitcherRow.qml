@@ -1,0 +1,48 @@
+// A row of the switcher. The keyboard stays in the field above: rows are picked by it or by the pointer.
+import QtQuick
+import Quillo.Core
+
+Rectangle {
+    id: root
+    property string title
+    property string detail
+    property bool highlighted: false
+    property real trailingWidth: 0
+    signal picked()
+
+    implicitHeight: Math.round(56 * Theme.scale)
+    radius: 10
+    color: highlighted ? Theme.accentTint : area.containsMouse ? Theme.sunken : "transparent"
+    Accessible.role: Accessible.ListItem
+    Accessible.name: title
+    Accessible.description: detail
+    Accessible.selected: highlighted
+    Accessible.onPressAction: root.picked()
+
+    MouseArea {
+        id: area
+        anchors.fill: parent
+        hoverEnabled: true
+        onClicked: root.picked()
+    }
+    Column {
+        x: 54
+        anchors.verticalCenter: parent.verticalCenter
+        width: parent.width - x - 10 - (root.trailingWidth > 0 ? root.trailingWidth + 14 : 0)
+        spacing: 1
+        UiText {
+            width: parent.width
+            role: "name"
+            text: root.title
+            Accessible.ignored: true
+        }
+        UiText {
+            width: parent.width
+            visible: text !== ""
+            role: "caption"
+            text: root.detail
+            color: Theme.text2
+            Accessible.ignored: true
+        }
+    }
+}

@@ -1,0 +1,229 @@
+// The settings, by mouse and keyboard: what is switched is stored and applied at once.
+#include "WindowEngine/Adapters.hpp"
+#include "app/UpdateController.hpp"
+#include "app/gui/PrivacyPresenter.hpp"
+#include "app/gui/SettingsPresenter.hpp"
+#include "app/gui/ShortcutsPresenter.hpp"
+#include "platform/simulated/SimulatedKeyMonitor.hpp"
+#include "platform/simulated/SimulatedUpdater.hpp"
+#include "tests/gui/GuiFixture.hpp"
+
+namespace quillo {
+namespace {
+
+class SettingsTest : public samples::GuiTest {
+  protected:
+    SettingsTest() {
+        registerSingleton("Settings", settings);
+        registerSingleton("Privacy", privacy);
+        registerSingleton("Shortcuts", shortcuts);
+    }
+
+    void open(const QString& pane, QSize size = {1080, 720}) {
+        ui.openSettings(pane);
+        show("SettingsView.qml", size);
+    }
+    const AppSettings& stored() {
+        now = AppSettings::load(model.defaults);
+        EXPECT_EQ(now, model->settings());
+        return now;
+    }
+
+    /// A menu or a dialog fades away, and until then the page below it hears nothing.
+    void awaitNoPopup() {
+        ASSERT_TRUE(until([&] {
+            return std::ranges::none_of(view->contentItem()->childItems(), [](QQuickItem* item) {
+                return item->inherits("QQuickOverlay") && item->isVisible();
+            });
+        }));
+    }
+
+    AppSettings now;
+    SimulatedKeyMonitor keys;
+    SimulatedUpdater updater;
+    UpdateController updates{updater};
+    SettingsPresenter settings{*model.model, updates, model.loginItem, model.shell};
+    PrivacyPresenter privacy{*model.model, model.desktop.access};
+    ShortcutsPresenter shortcuts{*model.model, model.hotKeys, keys};
+};
+
+TEST_F(SettingsTest, WhatIsSwitchedIsStoredAtOnce) {
+    open("general");
+    EXPECT_TRUE(named("Allowed"));
+    const bool login = settings.openAtLogin();
+    click("Open Quillo at login");
+    EXPECT_EQ(model.loginItem.current == LoginItemStatus::enabled, !login);
+    click("Dark");
+    EXPECT_EQ(stored().appearance, Appearance::dark);
+    EXPECT_EQ(model.shell.appearances.back(), Appearance::dark);
+    click("Global shortcuts");
+    EXPECT_FALSE(stored().shortcutsEnabled);
+    EXPECT_FALSE(named("Shortcut for saving: Ctrl+Alt+Super+S")) << "it works though shortcuts are off";
+
+    EXPECT_FALSE(named("Snapshot interval: Every 10 minutes"));
+    click("Save the last session");
+    EXPECT_EQ(stored().autoSnapshotMinutes, 10);
+    click("Snapshot interval: Every 10 minutes");
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    EXPECT_EQ(stored().autoSnapshotMinutes, 30);
+    awaitNoPopup();
+    click("Save the last session");
+    EXPECT_EQ(stored().autoSnapshotMinutes, 0);
+
+    EXPECT_TRUE(updates.automaticUpdates());
+    click("Automatic updates");
+    EXPECT_FALSE(updates.automaticUpdates());
+}
+
+TEST_F(SettingsTest, SaysWhatCannotBe) {
+    model.hotKeys.able = Capability::unavailable("No server of keys.");
+    model.loginItem.current = LoginItemStatus::requiresApproval;
+    model.loginItem.unregisterFailure = Error{ErrorKind::refused, "not now"};
+    open("general");
+    EXPECT_TRUE(named("No server of keys."));
+    model->loginItem().setEnabled(true);  // reads anew
+    settle();
+    EXPECT_TRUE(named(ui.text("Allow Quillo in System Settings to finish enabling this.")));
+    click("Open Quillo at login");
+    EXPECT_TRUE(named("Couldn't change launch at login: not now"));
+    model.setTrusted(false);
+    ASSERT_TRUE(until([&] { return !settings.accessGranted(); }));
+    click("Allow in Settings");
+    EXPECT_TRUE(model->promptedForAccessibility());
+}
+
+TEST_F(SettingsTest, ACombinationIsRecordedByKeysAlone) {
+    open("general");
+    named("Shortcut for saving: Ctrl+Alt+Super+S")->forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_Space);
+    ASSERT_EQ(keys.monitors(), 1U);
+    EXPECT_TRUE(named("Shortcut for saving: Press a new key combination"));
+    keys.press({.keyCode = 0, .modifiers = modifier::shift, .characters = "a"});
+    EXPECT_EQ(keys.monitors(), 1U) << "shift alone is no shortcut";
+    keys.press({.keyCode = 0, .modifiers = modifier::option | modifier::shift, .characters = "a"});
+    settle();
+    EXPECT_EQ(stored().shortcut(HotKeyAction::save).label(), "⌥⇧A");
+    EXPECT_TRUE(named("Shortcut for saving: Alt+Shift+A"));
+
+    click("Shortcut for saving: Alt+Shift+A");
+    click("Shortcut for the switcher: Ctrl+Alt+Super+R");
+    EXPECT_EQ(keys.monitors(), 1U) << "one records at a time";
+    click("Privacy");
+    EXPECT_EQ(keys.monitors(), 0U) << "nothing records unseen";
+}
+
+TEST_F(SettingsTest, AnEarlierSessionComesBack) {
+    model.save("Desk");
+    WorkspaceSnapshot snapshot = model->workspaces().front().snapshot;
+    for (int i = 0; i < 3; ++i) {
+        ASSERT_TRUE(model.history.save(snapshot, Instant{std::chrono::hours{24 * (i + 1)}}));
+        snapshot.applications.front().windows.front().title = "Page " + std::to_string(i);
+    }
+    model.disk.tellWatchers();
+    ASSERT_TRUE(until([&] { return model->sessions().size() == 3; }));
+    open("general");
+    const Workspace middle = model->sessions().at(1);
+    named("Restore earlier…")->forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_Space);
+    press(Qt::Key_Return);
+    ASSERT_TRUE(model->restore());
+    EXPECT_EQ(model->restore()->workspace().id, middle.id);
+    EXPECT_FALSE(named("Restore last session")) << "offered while one runs";
+    model.finishRestore();
+    awaitNoPopup();
+    click("Restore last session");
+    EXPECT_EQ(model->restore()->workspace().id, SessionHistory::latestID);
+}
+
+TEST_F(SettingsTest, ExclusionsAreAddedAndTakenAway) {
+    open("privacy");
+    click("Exclude a running app…");
+    click("org.editor");
+    awaitNoPopup();
+    EXPECT_EQ(stored().excludedBundleIdentifiers, std::set<std::string>{"org.editor"});
+    click("Exclude a running app…");
+    EXPECT_FALSE(named("No other app is running")) << "it can be picked";
+    press(Qt::Key_Escape);
+    awaitNoPopup();
+    click("Stop excluding org.editor");
+    EXPECT_TRUE(stored().excludedBundleIdentifiers.empty());
+
+    click("Website to exclude");
+    type("https:///");
+    press(Qt::Key_Return);
+    EXPECT_TRUE(stored().excludedDomains.empty());
+    EXPECT_EQ(named("Website to exclude")->property("text").toString(), "https:///") << "it can be mended";
+    press(Qt::Key_A, Qt::ControlModifier);
+    type("HTTPS://Bank.example/cart");
+    click("Add");
+    type("a.example");
+    press(Qt::Key_Return);
+    EXPECT_EQ(stored().excludedDomains, (std::set<std::string>{"a.example", "bank.example"}));
+    EXPECT_EQ(named("Website to exclude")->property("text").toString(), "");
+    click("Remove bank.example");
+    EXPECT_EQ(stored().excludedDomains, std::set<std::string>{"a.example"});
+}
+
+TEST_F(SettingsTest, EverythingIsDeletedOnlyAfterAsking) {
+    model.put({"One", "Two"});
+    open("privacy");
+    click("Delete all workspace data");
+    press(Qt::Key_Return);  // the harmless answer has the keyboard
+    settle();
+    EXPECT_EQ(model->workspaces().size(), 2U);
+    awaitNoPopup();
+    click("Delete all workspace data");
+    click("Delete Everything");
+    EXPECT_TRUE(model->workspaces().empty());
+}
+
+TEST_F(SettingsTest, IntegrationsAndPanesByKeyboard) {
+    open("general");
+    named("General")->forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_Down);
+    EXPECT_EQ(ui.settingsPane(), "integrations");
+    const auto first = Adapters::all().front();
+    click(QString::fromStdString(first->name()));
+    EXPECT_EQ(stored().enabledAdapters, std::set<std::string>{first->id()});
+    click(QString::fromStdString(first->name()));
+    EXPECT_TRUE(stored().enabledAdapters.empty());
+    named("Integrations")->forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_Down);
+    press(Qt::Key_Down);
+    EXPECT_EQ(ui.settingsPane(), "about");
+    EXPECT_TRUE(named("Version " + settings.version()));
+    updates.setAutomaticUpdates(true);
+    updater.findUpdate("2.0");
+    settle();
+    EXPECT_TRUE(named("Update available · 2.0"));
+    updater.finishDownload("2.0");
+    model->beginCapture();
+    settle();
+    EXPECT_TRUE(named(AppModel::relaunchRefusal));
+    EXPECT_FALSE(named("Relaunch to Update")) << "offered during a capture";
+    model.review();
+    model->dismissDraft();
+    settle();
+    click("Relaunch to Update");
+    EXPECT_EQ(updater.installed, std::vector<std::string>{"2.0"});
+}
+
+TEST_F(SettingsTest, Pictures) {
+    if (qEnvironmentVariableIsEmpty("QUILLO_PICTURES")) GTEST_SKIP() << "for people to look at only";
+    model.change([](AppSettings& all) {
+        all.autoSnapshotMinutes = 10;
+        all.excludedBundleIdentifiers = {"org.editor", "org.viewer"};
+        all.excludedDomains = {"bank.example.com", "health.example.org"};
+    });
+    for (const bool dark : {false, true}) {
+        theme.setDark(dark);
+        for (const char* pane : {"general", "integrations", "privacy", "about"}) {
+            open(pane, dark ? QSize(1024, 700) : QSize(1080, 720));
+            picture(QString("settings-") + pane + (dark ? "-dark" : "-light"));
+        }
+    }
+}
+
+}  // namespace
+}  // namespace quillo
