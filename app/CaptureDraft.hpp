@@ -30,6 +30,8 @@ class CaptureDraft final : public QObject {
     const std::string& icon() const { return icon_; }
     const std::string& color() const { return color_; }
     const WorkspaceSnapshot& snapshot() const { return *snapshot_; }
+    /// The same, for what may outlive the review.
+    std::shared_ptr<const WorkspaceSnapshot> sharedSnapshot() const { return snapshot_; }
     const std::optional<Workspace>& updating() const { return updating_; }
     bool testRestoreAfterSave() const { return testRestoreAfterSave_; }
 

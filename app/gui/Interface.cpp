@@ -6,10 +6,12 @@
 #include "app/LibraryState.hpp"
 #include "app/gui/DetailPresenter.hpp"
 #include "app/gui/LibraryPresenter.hpp"
+#include "app/gui/OnboardingPresenter.hpp"
 #include "app/gui/Pictures.hpp"
 #include "app/gui/PrivacyPresenter.hpp"
 #include "app/gui/QmlTypes.hpp"
 #include "app/gui/RestorePresenter.hpp"
+#include "app/gui/ReviewPresenter.hpp"
 #include "app/gui/SettingsPresenter.hpp"
 #include "app/gui/ShortcutsPresenter.hpp"
 #include "app/gui/SwitcherPresenter.hpp"
@@ -44,6 +46,8 @@ struct Interface::Presenters {
           libraryState(index),
           library(model, libraryState),
           detail(model, ui),
+          review(model),
+          onboarding(model),
           settings(model, parts.updates, parts.loginItem, parts.shell),
           privacy(model, parts.desktop),
           shortcuts(model, parts.hotKeys, parts.keys),
@@ -55,6 +59,8 @@ struct Interface::Presenters {
         registerSingleton("Ui", ui);
         registerSingleton("Library", library);
         registerSingleton("Detail", detail);
+        registerSingleton("Review", review);
+        registerSingleton("Onboarding", onboarding);
         registerSingleton("Settings", settings);
         registerSingleton("Privacy", privacy);
         registerSingleton("Shortcuts", shortcuts);
@@ -67,6 +73,8 @@ struct Interface::Presenters {
     LibraryState libraryState;
     LibraryPresenter library;
     DetailPresenter detail;
+    ReviewPresenter review;
+    OnboardingPresenter onboarding;
     SettingsPresenter settings;
     PrivacyPresenter privacy;
     ShortcutsPresenter shortcuts;

@@ -1,0 +1,148 @@
+#include "app/gui/ReviewPresenter.hpp"
+
+#include <QLocale>
+
+#include "WindowEngine/CaptureFilter.hpp"
+#include "app/gui/MapSource.hpp"
+#include "app/gui/Words.hpp"
+
+namespace quillo {
+namespace {
+
+/// "6 of 8 windows", on one line.
+QString share(std::int64_t part, std::int64_t all, const QString& noun) {
+    const QString nbsp(QChar::Nbsp);
+    return QLocale().toString(static_cast<qlonglong>(part)) + nbsp + "of" + nbsp + counted(all, noun);
+}
+
+}  // namespace
+
+ReviewPresenter::ReviewPresenter(AppModel& model, QObject* parent) : QObject(parent), model_(model) {
+    connect(&model, &AppModel::capturingChanged, this, &ReviewPresenter::capturingChanged);
+    connect(&model, &AppModel::draftChanged, this, &ReviewPresenter::draftReplaced);
+    draftReplaced();
+}
+
+void ReviewPresenter::draftReplaced() {
+    CaptureDraft* draft = model_.draft();
+    rows_.show(draft);
+    if (draft) {
+        connect(draft, &CaptureDraft::changed, this, &ReviewPresenter::changed);
+        connect(draft, &CaptureDraft::exclusionsChanged, this, &ReviewPresenter::countAnew);
+    }
+    all_ = draft ? amountOf(draft->snapshot()) : Amount{};
+    Q_EMIT draftChanged();
+    Q_EMIT changed();
+    countAnew();
+}
+
+void ReviewPresenter::countAnew() {
+    const CaptureDraft* draft = model_.draft();
+    kept_ = draft ? amountOf(draft->filteredSnapshot()) : Amount{};
+    Q_EMIT exclusionsChanged();
+}
+
+ReviewPresenter::Amount ReviewPresenter::amountOf(const WorkspaceSnapshot& snapshot) {
+    return {.apps = static_cast<std::int64_t>(snapshot.applications.size()),
+            .windows = snapshot.windowCount(),
+            .tabs = snapshot.tabCount(),
+            .folders = snapshot.folderCount()};
+}
+
+QStringList ReviewPresenter::notes() const {
+    QStringList lines;
+    if (!present() || !model_.draft()->snapshot().notes) return lines;
+    for (const std::string& note : *model_.draft()->snapshot().notes) lines << qt(note);
+    return lines;
+}
+
+QVariant ReviewPresenter::map() const {
+    return mapVariant(present() ? model_.draft()->sharedSnapshot() : nullptr);
+}
+
+QString ReviewPresenter::name() const {
+    return present() ? qt(model_.draft()->name()) : QString();
+}
+
+void ReviewPresenter::setName(const QString& name) {
+    if (present()) model_.draft()->setName(name.toStdString());
+}
+
+QString ReviewPresenter::icon() const {
+    return present() ? qt(model_.draft()->icon()) : QString();
+}
+
+void ReviewPresenter::setIcon(const QString& icon) {
+    if (present()) model_.draft()->setIcon(icon.toStdString());
+}
+
+QString ReviewPresenter::color() const {
+    return present() ? qt(model_.draft()->color()) : QString();
+}
+
+void ReviewPresenter::setColor(const QString& color) {
+    if (present()) model_.draft()->setColor(color.toStdString());
+}
+
+QStringList ReviewPresenter::icons() const {
+    QStringList all;
+    for (const std::string_view icon : CaptureDraft::icons) all << qt(icon);
+    return all;
+}
+
+QStringList ReviewPresenter::colors() const {
+    QStringList all;
+    for (const std::string_view color : Workspace::colors) all << qt(color);
+    return all;
+}
+
+QVariantMap ReviewPresenter::states() const {
+    QVariantMap states;
+    if (!present()) return states;
+    const CaptureDraft& draft = *model_.draft();
+    for (const ApplicationSnapshot& application : draft.snapshot().applications) {
+        const std::string& identifier = application.bundleIdentifier;
+        for (const WindowSnapshot& window : application.windows) {
+            if (draft.includesApp(identifier) && draft.includesWindow(identifier, window.index)) continue;
+            states.insert(qt(CaptureFilter::windowKey(identifier, window.index)),
+                          QStringLiteral("unticked"));
+        }
+    }
+    return states;
+}
+
+QString ReviewPresenter::savedText() const {
+    return counted(kept_.windows, "window") + QChar(QChar::Nbsp) + "saved";
+}
+
+QString ReviewPresenter::leftOutText() const {
+    const std::int64_t left = all_.windows - kept_.windows;
+    if (left == 0) return {};
+    return QLocale().toString(static_cast<qlonglong>(left)) + QChar(QChar::Nbsp) + "left" +
+           QChar(QChar::Nbsp) + "out";
+}
+
+QString ReviewPresenter::counts() const {
+    QStringList parts{share(kept_.apps, all_.apps, "app"), share(kept_.windows, all_.windows, "window")};
+    if (all_.tabs > 0) parts << share(kept_.tabs, all_.tabs, "tab");
+    if (all_.folders > 0) parts << share(kept_.folders, all_.folders, "folder");
+    return parts.join(QStringLiteral(" · "));
+}
+
+bool ReviewPresenter::touched() const {
+    if (!present()) return false;
+    const CaptureDraft& draft = *model_.draft();
+    const std::string before = draft.updating() ? draft.updating()->name : std::string();
+    return draft.name() != before || !draft.excludedApps().empty() || !draft.excludedWindows().empty() ||
+           !draft.excludedContextURLs().empty();
+}
+
+void ReviewPresenter::save() {
+    if (present() && !capturing()) model_.commit(*model_.draft());
+}
+
+void ReviewPresenter::cancel() {
+    model_.dismissDraft();
+}
+
+}  // namespace quillo

@@ -1,0 +1,246 @@
+#include "app/gui/ReviewRows.hpp"
+
+#include <QDir>
+#include <QStringList>
+#include <algorithm>
+
+#include "app/gui/Words.hpp"
+
+namespace quillo {
+namespace {
+
+/// Beyond so many windows the list begins as an overview of the applications.
+constexpr std::int64_t windowsShownAtOnce = 24;
+
+constexpr std::string_view finder = "finder";
+
+QString applicationCounts(const ApplicationSnapshot& application) {
+    WorkspaceSnapshot alone;
+    alone.applications = {application};
+    QStringList parts{counted(alone.windowCount(), "window")};
+    if (alone.tabCount() > 0) parts << counted(alone.tabCount(), "tab");
+    if (alone.folderCount() > 0) parts << counted(alone.folderCount(), "folder");
+    return parts.join(QStringLiteral(" · "));
+}
+
+/// An address as people read it: without the scheme of the web, a path from the home directory on.
+QString shortAddress(const Url& url) {
+    if (const auto path = url.filePath()) {
+        const QString home = QDir::homePath(), text = qt(*path);
+        if (text == home || text.startsWith(home + "/")) return "~" + text.mid(home.size());
+        return text;
+    }
+    QString text = qt(url.string());
+    if (!url.isWeb()) return text;
+    text.remove(0, text.indexOf("://") + 3);
+    if (text.endsWith('/') && text.count('/') == 1) text.chop(1);
+    return text;
+}
+
+/// How the draft knows a window of the context.
+std::int64_t contextNumber(const AppContext& context, std::size_t place) {
+    return context.windows[place].sourceWindowIndex.value_or(static_cast<std::int64_t>(place));
+}
+
+bool hasWindow(const ApplicationSnapshot& application, std::optional<std::int64_t> index) {
+    return index && std::ranges::any_of(application.windows, [&](const WindowSnapshot& window) {
+               return window.index == *index;
+           });
+}
+
+}  // namespace
+
+void ReviewRows::show(CaptureDraft* draft) {
+    beginResetModel();
+    if (draft_) disconnect(draft_, nullptr, this, nullptr);
+    draft_ = draft;
+    entries_.clear();
+    shown_.clear();
+    if (draft_) {
+        connect(draft_, &CaptureDraft::exclusionsChanged, this, &ReviewRows::tickChanged);
+        const WorkspaceSnapshot& snapshot = draft_->snapshot();
+        const bool open = snapshot.windowCount() <= windowsShownAtOnce;
+        for (const ApplicationSnapshot& application : snapshot.applications)
+            addApplication(application, open);
+    }
+    for (std::size_t i = 0; i < entries_.size(); ++i) {
+        if (reachable(i)) shown_.push_back(i);
+    }
+    endResetModel();
+}
+
+void ReviewRows::addApplication(const ApplicationSnapshot& application, bool open) {
+    const std::size_t self = entries_.size();
+    entries_.push_back({.kind = Kind::app,
+                        .parent = none,
+                        .title = qt(application.name),
+                        .detail = applicationCounts(application),
+                        .application = application.bundleIdentifier,
+                        .window = 0,
+                        .address = 0,
+                        .end = 0,
+                        .open = open});
+    for (const WindowSnapshot& window : application.windows) addWindow(application, window, self);
+    // Without a window that they would be left out with, they are the application's own.
+    const std::size_t places = application.context ? application.context->windows.size() : 0;
+    for (std::size_t place = 0; place < places; ++place) {
+        if (!hasWindow(application, application.context->windows[place].sourceWindowIndex))
+            addLocations(application, place, self);
+    }
+    entries_[self].end = entries_.size();
+}
+
+void ReviewRows::addWindow(const ApplicationSnapshot& application, const WindowSnapshot& window,
+                           std::size_t parent) {
+    const std::size_t self = entries_.size();
+    entries_.push_back({.kind = Kind::window,
+                        .parent = parent,
+                        .title = qt(reviewLabel(window)),
+                        .detail = qt(placementLabel(window)),
+                        .application = application.bundleIdentifier,
+                        .window = window.index,
+                        .address = 0});
+    const std::size_t places = application.context ? application.context->windows.size() : 0;
+    for (std::size_t place = 0; place < places; ++place) {
+        if (application.context->windows[place].sourceWindowIndex == window.index)
+            addLocations(application, place, self);
+    }
+    entries_[self].end = entries_.size();
+}
+
+void ReviewRows::addLocations(const ApplicationSnapshot& application, std::size_t place, std::size_t parent) {
+    const AppContext& context = *application.context;
+    const std::vector<Url>& urls = context.windows[place].urls;
+    for (std::size_t i = 0; i < urls.size(); ++i) {
+        entries_.push_back({.kind = context.adapter == finder ? Kind::folder : Kind::tab,
+                            .parent = parent,
+                            .title = shortAddress(urls[i]),
+                            .detail = {},
+                            .application = application.bundleIdentifier,
+                            .window = contextNumber(context, place),
+                            .address = static_cast<std::int64_t>(i),
+                            .end = entries_.size() + 1});
+    }
+}
+
+int ReviewRows::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(shown_.size());
+}
+
+QVariant ReviewRows::data(const QModelIndex& index, int role) const {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
+    const auto row = static_cast<std::size_t>(index.row());
+    const Entry& entry = entries_[shown_[row]];
+    static constexpr const char* kinds[] = {"app", "window", "folder", "tab"};
+    switch (role) {
+        case KindRole:
+            return QString::fromLatin1(kinds[static_cast<std::size_t>(entry.kind)]);
+        case TitleRole:
+            return entry.title;
+        case DetailRole:
+            return entry.detail;
+        case IdentifierRole:
+            return qt(entry.application);
+        case IncludedRole:
+            return included(entry);
+        case FadedRole:
+            return faded(entry);
+        case OpenableRole:
+            return entry.end > shown_[row] + 1;
+        case OpenRole:
+            return entry.open;
+        case LastRole:
+            return last(row);
+        default:
+            return {};
+    }
+}
+
+QHash<int, QByteArray> ReviewRows::roleNames() const {
+    return {{KindRole, "kind"},
+            {TitleRole, "title"},
+            {DetailRole, "detail"},
+            {IdentifierRole, "identifier"},
+            {IncludedRole, "included"},
+            {FadedRole, "faded"},
+            {OpenableRole, "openable"},
+            {OpenRole, "open"},
+            {LastRole, "last"}};
+}
+
+void ReviewRows::toggle(int row) {
+    if (!draft_ || row < 0 || row >= rowCount()) return;
+    const Entry& entry = entries_[shown_[static_cast<std::size_t>(row)]];
+    const bool wanted = !included(entry);
+    switch (entry.kind) {
+        case Kind::app:
+            return draft_->includeApp(entry.application, wanted);
+        case Kind::window:
+            return draft_->includeWindow(entry.application, entry.window, wanted);
+        case Kind::folder:
+        case Kind::tab:
+            return draft_->includeContextURL(entry.application, entry.window, entry.address, wanted);
+    }
+}
+
+void ReviewRows::setOpen(int row, bool open) {
+    if (row < 0 || row >= rowCount()) return;
+    const auto place = static_cast<std::size_t>(row);
+    const std::size_t self = shown_[place];
+    Entry& entry = entries_[self];
+    if (entry.open == open || entry.end <= self + 1) return;
+    entry.open = open;
+    const auto first = shown_.begin() + row + 1;
+    if (open) {
+        std::vector<std::size_t> added;
+        for (std::size_t i = self + 1; i < entry.end; ++i) {
+            if (reachable(i)) added.push_back(i);
+        }
+        beginInsertRows({}, row + 1, row + static_cast<int>(added.size()));
+        shown_.insert(first, added.begin(), added.end());
+        endInsertRows();
+    } else {
+        const auto end = std::lower_bound(first, shown_.end(), entry.end);
+        beginRemoveRows({}, row + 1, row + static_cast<int>(end - first));
+        shown_.erase(first, end);
+        endRemoveRows();
+    }
+    Q_EMIT dataChanged(index(row), index(row), {OpenRole, LastRole});
+}
+
+bool ReviewRows::included(const Entry& entry) const {
+    switch (entry.kind) {
+        case Kind::app:
+            return draft_->includesApp(entry.application);
+        case Kind::window:
+            return draft_->includesWindow(entry.application, entry.window);
+        case Kind::folder:
+        case Kind::tab:
+            return draft_->includesContextURL(entry.application, entry.window, entry.address);
+    }
+    return true;
+}
+
+bool ReviewRows::faded(const Entry& entry) const {
+    for (std::size_t i = entry.parent; i != none; i = entries_[i].parent) {
+        if (!included(entries_[i])) return true;
+    }
+    return false;
+}
+
+bool ReviewRows::reachable(std::size_t entry) const {
+    for (std::size_t i = entries_[entry].parent; i != none; i = entries_[i].parent) {
+        if (!entries_[i].open) return false;
+    }
+    return true;
+}
+
+bool ReviewRows::last(std::size_t row) const {
+    return row + 1 >= shown_.size() || entries_[shown_[row + 1]].kind == Kind::app;
+}
+
+void ReviewRows::tickChanged() {
+    if (!shown_.empty()) Q_EMIT dataChanged(index(0), index(rowCount() - 1), {IncludedRole, FadedRole});
+}
+
+}  // namespace quillo

@@ -1,0 +1,70 @@
+// What a review lists: applications, below each its windows, and below those the folders or tabs that belong
+// to them. Rows of a closed one are not in the list.
+#pragma once
+#include <QAbstractListModel>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "app/CaptureDraft.hpp"
+
+namespace quillo {
+
+class ReviewRows final : public QAbstractListModel {
+    Q_OBJECT
+
+  public:
+    enum Role {
+        KindRole = Qt::UserRole,  // "app", "window", "folder" or "tab"
+        TitleRole,
+        DetailRole,      // of an application its counts, of a window its desktop
+        IdentifierRole,  // the application's
+        IncludedRole,    // by its own tick
+        FadedRole,       // what it belongs to is left out, so it is too
+        OpenableRole,
+        OpenRole,
+        LastRole,  // of its application
+    };
+
+    using QAbstractListModel::QAbstractListModel;
+
+    /// Null where nothing is under review. The draft stays until the next call.
+    void show(CaptureDraft* draft);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+    /// Ticks or unticks; a row that is not there is left alone.
+    void toggle(int row);
+    void setOpen(int row, bool open);
+
+  private:
+    static constexpr std::size_t none = static_cast<std::size_t>(-1);
+    enum class Kind : std::uint8_t { app, window, folder, tab };
+    struct Entry {
+        Kind kind;
+        std::size_t parent;  // in entries_; none for an application
+        QString title, detail;
+        std::string application;
+        std::int64_t window;   // its index, or the number by which the draft knows the window of a location
+        std::int64_t address;  // of a location: its place
+        std::size_t end = 0;   // one past what is below it
+        bool open = true;
+    };
+
+    void addApplication(const ApplicationSnapshot& application, bool open);
+    void addWindow(const ApplicationSnapshot& application, const WindowSnapshot& window, std::size_t parent);
+    void addLocations(const ApplicationSnapshot& application, std::size_t place, std::size_t parent);
+    bool included(const Entry& entry) const;
+    bool faded(const Entry& entry) const;
+    bool reachable(std::size_t entry) const;  // everything above it is open
+    bool last(std::size_t row) const;
+    void tickChanged();
+
+    CaptureDraft* draft_ = nullptr;
+    std::vector<Entry> entries_;      // each followed by what is below it
+    std::vector<std::size_t> shown_;  // places in entries_
+};
+
+}  // namespace quillo
