@@ -1,0 +1,122 @@
+// The library and the detail of a workspace, by mouse and keyboard.
+#include "app/LibraryIndex.hpp"
+#include "app/gui/DetailPresenter.hpp"
+#include "app/gui/LibraryPresenter.hpp"
+#include "tests/gui/GuiFixture.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace std::chrono_literals;
+using samples::GuiTest;
+
+class LibraryViewTest : public GuiTest {
+  protected:
+    LibraryViewTest() {
+        QObject::connect(model.model.get(), &AppModel::workspacesChanged, &index, &LibraryIndex::reload);
+        registerSingleton("Library", library);
+        registerSingleton("Detail", detail);
+    }
+
+    LibraryIndex index{[this]() -> const std::vector<Workspace>& { return model->workspaces(); }};
+    LibraryState state{index};
+    LibraryPresenter library{*model.model, state};
+    DetailPresenter detail{*model.model, ui};
+};
+
+TEST_F(LibraryViewTest, WorkspacesAreFoundOpenedRenamedAndDeleted) {
+    show("RootView.qml");
+    EXPECT_TRUE(named("Save your first workspace"));
+    picture("library-empty");
+    for (const char* name : {"Product launch", "Thesis, chapter four", "Server room"}) {
+        Workspace workspace = samples::example();
+        workspace.id = Uuid::random();
+        workspace.name = name;
+        workspace.color = name[0] == 'P' ? "coral" : name[0] == 'T' ? "amber" : "slate";
+        workspace.cleanSlate.reset();
+        ASSERT_TRUE(model.store.save(workspace));
+    }
+    model->reload();
+    settle();
+    picture("library-light");
+    type("thesis");
+    EXPECT_TRUE(named("Thesis, chapter four"));
+    EXPECT_EQ(library.count(), 1);
+    press(Qt::Key_Escape);
+    type("nothing like it");
+    EXPECT_TRUE(named("No matching workspaces"));
+    press(Qt::Key_Escape);
+
+    // By keyboard: down into the cards, Space opens, Escape comes back.
+    press(Qt::Key_Down);
+    press(Qt::Key_Space);
+    EXPECT_EQ(ui.page(), "detail");
+    picture("detail-light");
+    click("Rename");
+    type("zz");
+    press(Qt::Key_Return);
+    EXPECT_EQ(model.names().back(), "zz");
+    click("Quit other apps");
+    EXPECT_EQ(model.named("zz").cleanSlate, CleanSlateMode::quit);
+    click("Delete Workspace");
+    click("Cancel");
+    EXPECT_TRUE(until([&] { return !named("Cancel"); }));
+    EXPECT_EQ(model->workspaces().size(), 3U);
+    click("Duplicate Workspace");
+    EXPECT_TRUE(until([&] { return named("Duplicated zz") != nullptr; }));
+    press(Qt::Key_Escape);
+    EXPECT_EQ(ui.page(), "library");
+    EXPECT_EQ(library.count(), 4);
+    theme.setDark(true);
+    picture("library-dark");
+    model.directory.write("workspaces/" + Uuid::random().upper() + ".json", "{");
+    model->reload();
+    settle();
+    picture("library-banner");
+}
+
+TEST_F(LibraryViewTest, ResumingPassesTheStoredMode) {
+    Workspace workspace = samples::named(Uuid::random(), "Work");
+    workspace.cleanSlate = CleanSlateMode::hide;
+    ASSERT_TRUE(model.store.save(workspace));
+    model->reload();
+    show("RootView.qml");
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    ASSERT_TRUE(model->restoreRunning());
+    model.finishRestore();
+    EXPECT_TRUE(model.desktop.world().application("org.editor")->hidden);
+}
+
+TEST(ListedRows, ChangeRowByRow) {
+    class Model : public QAbstractListModel {
+      public:
+        int rowCount(const QModelIndex&) const override { return static_cast<int>(rows.ids().size()); }
+        QVariant data(const QModelIndex&, int) const override { return {}; }
+        using QAbstractListModel::beginInsertRows, QAbstractListModel::beginMoveRows,
+            QAbstractListModel::beginRemoveRows, QAbstractListModel::beginResetModel,
+            QAbstractListModel::endInsertRows, QAbstractListModel::endMoveRows,
+            QAbstractListModel::endRemoveRows, QAbstractListModel::endResetModel;
+        ListedRows rows;
+    };
+    Model model;
+    int resets = 0;
+    QObject::connect(&model, &QAbstractItemModel::modelReset, &model, [&] { ++resets; });
+    std::vector<Uuid> all;
+    for (int i = 0; i < 40; ++i) all.push_back(Uuid::random());
+    std::mt19937 random(7);
+    for (int round = 0; round < 200; ++round) {
+        std::vector<Uuid> wanted = all;
+        std::ranges::shuffle(wanted, random);
+        wanted.resize(random() % 41);
+        model.rows.change(model, wanted);
+        ASSERT_EQ(model.rows.ids(), wanted);
+    }
+    EXPECT_EQ(resets, 0);
+    for (int i = 0; i < 200; ++i) all.push_back(Uuid::random());
+    model.rows.change(model, all);
+    EXPECT_EQ(model.rows.ids(), all);
+}
+
+}  // namespace
+}  // namespace quillo
