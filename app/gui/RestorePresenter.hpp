@@ -18,7 +18,7 @@ class RestorePresenter final : public QObject {
     Q_PROPERTY(QString icon READ icon NOTIFY runChanged)
     Q_PROPERTY(QString colorName READ colorName NOTIFY runChanged)
     Q_PROPERTY(QVariant source READ source NOTIFY runChanged)  // MapSource
-    /// By window key: pending, landing, restored, adjusted, failed or skipped.
+    /// By window key: pending, landing, restored, failed or skipped.
     Q_PROPERTY(QVariantMap states READ states NOTIFY changed)
     Q_PROPERTY(bool running READ running NOTIFY changed)
     Q_PROPERTY(bool clean READ clean NOTIFY changed)          // over, with everything back

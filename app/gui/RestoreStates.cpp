@@ -40,7 +40,7 @@ std::map<std::string, Fate> fates(const std::vector<Report::Item>& items) {
         if (!item.savedIndex) {
             if (trouble(item.status)) fate.whole = kind;
         } else if (kind != "note") {
-            fate.windows[*item.savedIndex] = kind;
+            fate.windows[*item.savedIndex] = kind == "adjusted" ? QStringLiteral("restored") : kind;
         }
     }
     return fates;

@@ -11,14 +11,17 @@ Column {
             caption: Ui.text("Each integration is off by default. macOS will ask for permission the first time one is used. Window positions work without any of these.")
         }
         Repeater {
+            id: adapters
             model: Privacy.adapters
             SettingRow {
+                required property int index
                 required property string key
                 required property string name
                 required property string note
                 required property bool on
                 required property string refusal
                 title: name
+                separator: index + 1 < adapters.count || Privacy.adaptersRefusal !== ""
                 // A reason that holds for all of them is said once, below.
                 caption: refusal !== "" && Privacy.adaptersRefusal === "" ? refusal : note
                 captionColor: refusal !== "" && Privacy.adaptersRefusal === "" ? Theme.warning : Theme.text2

@@ -4,7 +4,6 @@ import Quillo.Core
 
 Rectangle {
     id: root
-    readonly property var colors: Theme.workspaces[Restore.colorName] || Theme.workspaces["slate"]
     readonly property bool over: !Restore.running
 
     implicitWidth: 380
@@ -79,19 +78,15 @@ Rectangle {
             }
         }
 
-        Rectangle {
+        DesktopMap {
             x: 15
             width: parent.width - 30
             height: 152
-            radius: 14
-            color: root.colors.tint
-            DesktopMap {
-                anchors.fill: parent
-                style: "restore"
-                colorName: Restore.colorName
-                source: Restore.source
-                states: Restore.states
-            }
+            style: "restore"
+            wallRadius: 14
+            colorName: Restore.colorName
+            source: Restore.source
+            states: Restore.states
         }
         Item {
             width: parent.width

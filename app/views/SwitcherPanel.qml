@@ -114,13 +114,12 @@ Rectangle {
             horizontalAlignment: Text.AlignHCenter
             elide: Text.ElideMiddle
             text: Switcher.emptyText
-            height: visible ? implicitHeight : 0
             color: Theme.text2
         }
         Rectangle {
             visible: list.visible || Switcher.emptyText !== ""
             width: parent.width
-            height: visible ? 1 : 0
+            height: 1
             color: Theme.border
         }
         Item {

@@ -1,0 +1,216 @@
+// The two panels: the switcher by its keys, the restore panel while a restore runs and when it is over.
+#include "app/gui/RestorePresenter.hpp"
+#include "app/gui/SwitcherPresenter.hpp"
+#include "tests/app/MapSamples.hpp"
+#include "tests/gui/GuiFixture.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace std::chrono_literals;
+
+class PanelsTest : public samples::GuiTest {
+  protected:
+    PanelsTest() {
+        QObject::connect(model.model.get(), &AppModel::workspacesChanged, &index, &LibraryIndex::reload);
+        registerSingleton("Switcher", switcher);
+        registerSingleton("Restore", restore);
+    }
+
+    /// As its window does it: as tall as it wants to be.
+    void open(const QString& file, int width) {
+        model.surfaces.showPanel(PanelID::switcher, {});
+        view.reset();
+        show(file, {width, 100});
+        settle();
+        fit();
+    }
+    void fit() {
+        view->resize(view->width(), static_cast<int>(view->rootObject()->implicitHeight()));
+        settle();
+    }
+    bool switcherOpen() const { return model.surfaces.panelVisible(PanelID::switcher); }
+
+    /// What a restore of the desk as it is now brings back, in the library.
+    Workspace desk(const std::string& name) {
+        model.save(name);
+        return model.named(name);
+    }
+    static Workspace drawn(const std::string& name, const char* icon, const char* color,
+                           WorkspaceSnapshot snapshot) {
+        return Workspace::create(Uuid::random(), name, icon, color, std::move(snapshot), Instant{1000s});
+    }
+
+    LibraryIndex index{[this]() -> const std::vector<Workspace>& { return model->workspaces(); }};
+    SwitcherPresenter switcher{*model.model, index, model.surfaces};
+    RestorePresenter restore{*model.model};
+};
+
+TEST_F(PanelsTest, TheSwitcherFindsAndResumesByKeysFromItsFirstFrame) {
+    model.put({"Alpha", "Beta", "Gamma"});
+    const Workspace beta = model.named("Beta");
+    model->setCleanSlate(beta, CleanSlateMode::hide);
+    open("SwitcherPanel.qml", 480);
+    EXPECT_TRUE(model->nowRefreshing());
+    type("BET");
+    EXPECT_TRUE(named("Beta"));
+    EXPECT_FALSE(named("Alpha"));
+    press(Qt::Key_Return);
+    EXPECT_FALSE(switcherOpen());
+    ASSERT_TRUE(model->restore());
+    EXPECT_EQ(model->restore()->workspace().id, beta.id);
+    model.finishRestore();
+    EXPECT_TRUE(model.desktop.world().application("org.editor")->hidden) << "the stored choice counts";
+}
+
+TEST_F(PanelsTest, TheSwitchersOtherWays) {
+    struct Way {
+        const char* typed;
+        std::vector<std::pair<Qt::Key, Qt::KeyboardModifiers>> keys;
+        bool open, captures;
+        int highlighted;
+    };
+    model.put({"Alpha", "Beta", "Gamma"});
+    const Way ways[] = {
+        {"", {{Qt::Key_Down, {}}, {Qt::Key_Down, {}}, {Qt::Key_Up, {}}}, true, false, 1},
+        {"",
+         {{Qt::Key_Down, {}}, {Qt::Key_Down, {}}, {Qt::Key_Down, {}}, {Qt::Key_Down, {}}},
+         true,
+         false,
+         3},
+        {"", {{Qt::Key_Up, {}}}, true, false, 0},
+        {"", {{Qt::Key_Escape, {}}}, false, false, 0},
+        {"", {{Qt::Key_S, Qt::ControlModifier}}, false, true, 0},
+        {"nothing of the kind", {{Qt::Key_Enter, {}}}, false, true, 0},
+        {"",
+         {{Qt::Key_Down, {}}, {Qt::Key_Down, {}}, {Qt::Key_Down, {}}, {Qt::Key_Return, {}}},
+         false,
+         true,
+         3},
+    };
+    for (const Way& way : ways) {
+        SCOPED_TRACE(std::string(way.typed) + " " + std::to_string(&way - ways));
+        open("SwitcherPanel.qml", 480);
+        type(way.typed);
+        if (*way.typed) EXPECT_TRUE(named(QString("Nothing matches “%1”").arg(way.typed)));
+        for (const auto& [key, modifiers] : way.keys) press(key, modifiers);
+        EXPECT_EQ(switcherOpen(), way.open);
+        EXPECT_EQ(model->capturing(), way.captures);
+        EXPECT_EQ(switcher.highlighted(), way.highlighted);
+        if (way.captures) {
+            model.review();
+            model->dismissDraft();
+        }
+    }
+}
+
+TEST_F(PanelsTest, EightRowsAndTheRestByScrolling) {
+    model.put({"A", "B", "C", "D", "E", "F", "G", "H", "I", "J", "K", "L"});
+    open("SwitcherPanel.qml", 480);
+    const double height = view->rootObject()->implicitHeight();
+    EXPECT_LT(height, 56 * 10 + 60);
+    const QString last = QString::fromStdString(model->workspaces().back().name);
+    EXPECT_GT(named(last)->mapToScene({}).y(), height) << "below what is seen";
+    for (int i = 0; i < 11; ++i) press(Qt::Key_Down);
+    ASSERT_TRUE(named(last));
+    EXPECT_LE(named(last)->mapToScene({0, 56}).y(), height - 72);
+    click(last);
+    ASSERT_TRUE(model->restore());
+    EXPECT_EQ(model->restore()->workspace().name, last.toStdString());
+}
+
+TEST_F(PanelsTest, ARestoreFillsTheMapAndTheRowsAsItGoes) {
+    const Workspace workspace = desk("Desk");
+    model.desktop.world().application("org.editor");
+    model->restore(workspace, {});
+    open("RestorePanel.qml", 380);
+    EXPECT_TRUE(named("Resuming Desk…"));
+    EXPECT_TRUE(named("Looking at what's open…"));
+    EXPECT_EQ(restore.states().value("org.editor#window#0"), "pending");
+    EXPECT_EQ(restore.progress(), 0);
+    ASSERT_TRUE(until([&] { return restore.progress() > 0; }));
+    EXPECT_TRUE(named("Opening 1 app…"));
+    ASSERT_TRUE(until([&] { return !restore.running(); }));
+    settle();
+    fit();
+    EXPECT_TRUE(named("Desk is back"));
+    EXPECT_TRUE(named("org.editor — Notes · Desktop 1: restored"));
+    EXPECT_EQ(restore.states().value("org.editor#window#0"), "restored");
+    EXPECT_EQ(restore.progress(), 1);
+    click("Close");
+    EXPECT_FALSE(model.surfaces.panelVisible(PanelID::restore));
+}
+
+TEST_F(PanelsTest, ARestoreIsStoppedByItsButtonAndSaysWhatIsMissing) {
+    Workspace workspace = desk("Desk");
+    ApplicationSnapshot gone = workspace.snapshot.applications.front();
+    gone.bundleIdentifier = gone.name = "org.gone";
+    for (int i = 0; i < 9; ++i) {
+        gone.bundleIdentifier = "org.gone" + std::to_string(i);
+        workspace.snapshot.applications.push_back(gone);
+    }
+    model->restore(workspace, {});
+    open("RestorePanel.qml", 380);
+    ASSERT_TRUE(until([&] { return !restore.running(); }));
+    settle();
+    EXPECT_TRUE(named("Desk is mostly back"));
+    EXPECT_EQ(restore.states().value("org.gone0#window#1"), "skipped") << "it shares its application's fate";
+    EXPECT_TRUE(restore.onlyTrouble()) << "among many rows those that matter";
+    EXPECT_TRUE(named("not installed") || named("org.gone: skipped: not installed"));
+    EXPECT_FALSE(named("org.editor — Notes · Desktop 1: restored"));
+    fit();
+    click(QString("All · %1").arg(restore.rowCount()));
+    EXPECT_EQ(restore.rows()->rowCount(), restore.rowCount());
+
+    model->restore(workspace, {});
+    settle();
+    EXPECT_TRUE(restore.running());
+    EXPECT_EQ(restore.rowCount(), 0) << "rows of the run before";
+    click("Stop resuming");
+    ASSERT_TRUE(until([&] { return !restore.running(); }));
+    EXPECT_TRUE(model->restore()->report()->cancelled);
+}
+
+TEST_F(PanelsTest, Pictures) {
+    if (qEnvironmentVariableIsEmpty("QUILLO_PICTURES")) GTEST_SKIP() << "for people to look at only";
+    samples::MapSample one, two;
+    one.display("main", {0, 0, 1512, 982}, true)
+        .window("Safari", {3, 4, 50, 80}, "Start Page")
+        .window("Keynote", {34, 20, 36, 50}, "Launch deck.key")
+        .window("Notes", {66, 4, 30, 28}, "Launch checklist")
+        .window("Calendar", {62, 34, 34, 60}, "Calendar")
+        .display("side", {1512, 200, 1200, 800})
+        .window("Mail", {4, 5, 60, 80}, "Inbox")
+        .window("Messages", {48, 30, 48, 66}, "Launch team");
+    two.display("main", {0, 0, 1512, 982}, true).window("Music", {0, 0, 100, 100}, "", samples::inFullScreen);
+    const char* icons[] = {"briefcase",  "hammer", "paintbrush.pointed", "book", "terminal",
+                           "music.note", "leaf"};
+    for (std::size_t i = 0; i < 7; ++i) {
+        ASSERT_TRUE(model.store.save(drawn("Workspace " + std::to_string(i), icons[i],
+                                           Workspace::colors[i].data(), i % 3 == 1 ? two.made : one.made)));
+    }
+    model->reload();
+    const Workspace launch = drawn("Product launch", "briefcase", "coral", one.made);
+    for (const bool dark : {false, true}) {
+        theme.setDark(dark);
+        const QString suffix = dark ? "-dark" : "-light";
+        open("SwitcherPanel.qml", 480);
+        picture("switcher" + suffix);
+        type("tax return");
+        fit();
+        picture("switcher-nomatch" + suffix);
+
+        RestoreRun run(launch);
+        model->restore(launch, {});
+        open("RestorePanel.qml", 380);
+        until([&] { return restore.rowCount() > 2; });
+        fit();
+        picture("restore-progress" + suffix);
+        until([&] { return !restore.running(); });
+        fit();
+        picture("restore-over" + suffix);
+    }
+}
+
+}  // namespace
+}  // namespace quillo
