@@ -17,6 +17,7 @@ constexpr std::array linuxTexts{
     Pair{"Quillo uses Accessibility to restore window positions. Your workspace data stays on this Mac.",
          "Quillo moves windows through your window manager. Your workspace data stays on this computer."},
     Pair{"Privacy & Security → Accessibility → turn on Quillo", ""},
+    Pair{"Access is on. You can go on.", "Your window manager answers. There is nothing to switch on."},
     Pair{"Finish setup — Accessibility needed", "Finish setup — window access needed"},
     Pair{"Keep Quillo handy in the menu bar after you log in.",
          "Keep Quillo handy in the tray after you log in."},

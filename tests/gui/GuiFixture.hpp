@@ -47,7 +47,7 @@ class QmlWarnings {
 
 class GuiTest : public testing::Test {
   protected:
-    GuiTest() {
+    explicit GuiTest(const Scene& scene = Model::desk()) : model(scene) {
         registerItems();
         registerSingleton("Theme", theme);
         registerSingleton("Ui", ui);
@@ -62,6 +62,7 @@ class GuiTest : public testing::Test {
         view->setResizeMode(QQuickView::SizeRootObjectToView);
         view->setColor(theme.background());
         view->setSource(QUrl("qrc:/qt/qml/Quillo/" + file));
+        for (const QQmlError& error : view->errors()) ADD_FAILURE() << error.toString().toStdString();
         ASSERT_EQ(view->status(), QQuickView::Ready);
         view->resize(size);
         view->show();

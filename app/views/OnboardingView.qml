@@ -1,0 +1,212 @@
+// The introduction: what Quillo does, what it needs, its two shortcuts, and the first workspace.
+import QtQuick
+import Quillo.Core
+
+FocusScope {
+    id: root
+    readonly property int step: Onboarding.step
+    readonly property bool refused: step === 1 && !Onboarding.granted
+    readonly property bool roomy: height >= 620
+    focus: true
+
+    readonly property var titles: ["Pick up where you left off.", Ui.text("Allow window access."),
+                                   "Two shortcuts to remember.", "Save your first workspace."]
+    readonly property var texts: [
+        "Save your apps and windows as a workspace, then bring them back where they were.",
+        Ui.text("Quillo uses Accessibility to restore window positions. Your workspace data stays on this Mac."),
+        "They work from any app. Click one to change it.",
+        "Review what's open, remove anything private, then save. Tabs and folders are optional in Settings."]
+
+    function proceed() {
+        if (step === 1 && !Onboarding.granted) Onboarding.requestAccess()
+        else if (step === 3) Onboarding.saveDesktop()
+        else Onboarding.next()
+    }
+    Component.onCompleted: primary.forceActiveFocus(Qt.OtherFocusReason)
+    onStepChanged: {
+        (primary.visible ? primary : later).forceActiveFocus(Qt.OtherFocusReason)
+        if (!Theme.reducedMotion) arrival.restart()
+    }
+    Keys.onEscapePressed: Onboarding.back()
+    Keys.onReturnPressed: if (primary.visible) proceed()
+    Keys.onEnterPressed: if (primary.visible) proceed()
+
+    NumberAnimation { id: arrival; target: page; property: "opacity"; from: 0.2; to: 1; duration: 180; easing.type: Easing.OutCubic }
+
+    Rectangle {
+        id: wall
+        width: parent.width
+        height: Math.max(120, Math.min(Math.round(root.height * 0.54), root.height - page.implicitHeight - foot.height - (root.roomy ? 70 : 32)))
+        color: Theme.accentTint
+        clip: true
+        OnboardingPicture {
+            step: root.step
+            granted: Onboarding.granted
+            width: 1080
+            height: 388
+            x: (wall.width - width) / 2
+            y: root.step === 1 ? 0 : (wall.height - height * scale) / 2
+            transformOrigin: Item.Top
+            scale: Math.min(wall.width / 1080, wall.height / 388, 1.5)
+        }
+        Rectangle {
+            y: parent.height - 1
+            width: parent.width
+            height: 1
+            color: Theme.border
+        }
+    }
+
+    Column {
+        id: page
+        readonly property real inner: Math.min(root.width - 48, 460 * Theme.scale)
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: wall.height + Math.max(12, Math.round((root.height - wall.height - foot.height - implicitHeight) * 0.4))
+        width: root.width - 48
+        spacing: 0
+
+        UiText {
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: Math.min(implicitWidth, parent.width)
+            role: "display"
+            text: root.titles[root.step]
+            horizontalAlignment: Text.AlignHCenter
+            wrapMode: implicitWidth > parent.width ? Text.Wrap : Text.NoWrap
+            Accessible.role: Accessible.Heading
+        }
+        Item { width: 1; height: 8 }
+        UiText {
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: page.inner
+            role: "lead"
+            text: root.texts[root.step]
+            color: Theme.text2
+            horizontalAlignment: Text.AlignHCenter
+            wrapMode: Text.Wrap
+        }
+        Item { width: 1; height: 20 }
+
+        // The second step: how it stands.
+        Row {
+            anchors.horizontalCenter: parent.horizontalCenter
+            visible: root.step === 1 && Onboarding.granted
+            height: visible ? implicitHeight : 0
+            spacing: 8
+            Icon { name: "circle-check"; size: 18; color: Theme.success; anchors.verticalCenter: parent.verticalCenter }
+            UiText {
+                width: Math.min(implicitWidth, page.inner)
+                text: Ui.text("Access is on. You can go on.")
+                color: Theme.success
+                wrapMode: implicitWidth > page.inner ? Text.Wrap : Text.NoWrap
+            }
+        }
+        UiText {
+            anchors.horizontalCenter: parent.horizontalCenter
+            visible: root.refused && text !== ""
+            width: page.inner
+            text: Ui.onLinux ? Onboarding.refusal : ""
+            color: Theme.warning
+            horizontalAlignment: Text.AlignHCenter
+            wrapMode: Text.Wrap
+        }
+
+        // The third step: the recorders.
+        Rectangle {
+            anchors.horizontalCenter: parent.horizontalCenter
+            visible: root.step === 2
+            width: Math.min(parent.width, 520 * Theme.scale)
+            height: visible ? rows.height : 0
+            radius: 12
+            color: Theme.surface
+            border.width: 1
+            border.color: Theme.border
+            Column {
+                id: rows
+                width: parent.width
+                SettingRow {
+                    title: "Open workspace switcher"
+                    caption: "Jump between saved workspaces."
+                    ShortcutField { action: "switcher" }
+                }
+                SettingRow {
+                    title: "Save current desktop"
+                    caption: "Snapshot every open window into a workspace."
+                    separator: false
+                    ShortcutField { action: "save" }
+                }
+            }
+        }
+        Item { width: 1; height: root.step === 0 || root.step === 3 ? 8 : 16 }
+
+        Row {
+            anchors.horizontalCenter: parent.horizontalCenter
+            spacing: 10
+            PushButton {
+                id: primary
+                visible: !root.refused || !Ui.onLinux
+                width: Math.max(180, implicitWidth)
+                large: true
+                kind: "primary"
+                text: root.step === 3 ? "Save current desktop" : root.refused ? "Open System Settings" : "Continue"
+                onClicked: root.proceed()
+            }
+        }
+        Item { width: 1; height: 10 }
+        UiText {
+            anchors.horizontalCenter: parent.horizontalCenter
+            visible: root.refused && text !== ""
+            role: "caption"
+            text: Ui.text("Privacy & Security → Accessibility → turn on Quillo")
+            color: Theme.text2
+        }
+        Row {
+            anchors.horizontalCenter: parent.horizontalCenter
+            visible: root.refused
+            topPadding: 8
+            spacing: 7
+            Spinner { size: 13; anchors.verticalCenter: waiting.verticalCenter }
+            UiText { id: waiting; role: "caption"; text: "Waiting for access…"; color: Theme.text2 }
+        }
+        PushButton {
+            id: later
+            anchors.horizontalCenter: parent.horizontalCenter
+            visible: root.step === 3 || root.refused && Ui.onLinux
+            kind: "plain"
+            text: root.step === 3 ? "Skip for now" : "Continue without access"
+            onClicked: root.step === 3 ? Onboarding.skip() : Onboarding.next()
+        }
+    }
+
+    Item {
+        id: foot
+        width: parent.width
+        height: 56
+        y: parent.height - height
+        PushButton {
+            x: 24
+            anchors.verticalCenter: parent.verticalCenter
+            visible: root.step > 0
+            kind: "plain"
+            iconName: "arrow-left"
+            text: "Back"
+            onClicked: Onboarding.back()
+        }
+        Row {
+            anchors.centerIn: parent
+            spacing: 8
+            Accessible.role: Accessible.Indicator
+            Accessible.name: "Step " + (root.step + 1) + " of " + Onboarding.steps
+            Repeater {
+                model: Onboarding.steps
+                Rectangle {
+                    required property int index
+                    width: index === root.step ? 20 : 7
+                    height: 7
+                    radius: 3.5
+                    color: index === root.step ? Theme.accent : Theme.borderStrong
+                    Behavior on width { NumberAnimation { duration: Theme.duration(140); easing.type: Easing.OutCubic } }
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,135 @@
+// A line of what would be saved: an application, a window of it, or a folder or tab.
+import QtQuick
+import Quillo.Core
+
+Item {
+    id: root
+    required property int index
+    required property string kind
+    required property string title
+    required property string detail
+    required property string identifier
+    required property bool included
+    required property bool faded
+    required property bool openable
+    required property bool open
+    required property bool last
+
+    readonly property bool app: kind === "app"
+    readonly property bool location: kind === "folder" || kind === "tab"
+    readonly property real line: Math.round((app ? 40 : location ? 28 : 32) * Theme.scale)
+    readonly property color ink: included && !faded ? location ? Theme.text2 : Theme.text : Theme.text3
+    readonly property bool current: ListView.isCurrentItem && ListView.view.activeFocus
+    signal toggled()
+    signal openAsked(bool open)
+
+    width: ListView.view ? ListView.view.width : 400
+    height: line + (last && !app ? 8 : 0)
+    Accessible.role: Accessible.TreeItem
+    Accessible.name: title
+    Accessible.description: detail
+    Accessible.checkable: true
+    Accessible.checked: included
+    Accessible.expandable: openable
+    Accessible.expanded: openable && open
+    Accessible.onToggleAction: toggled()
+    Accessible.onPressAction: toggled()
+
+    Rectangle { anchors.fill: parent; color: Theme.surface }
+    Rectangle {
+        visible: root.app && root.index > 0
+        width: parent.width
+        height: 1
+        color: Theme.border
+    }
+    Rectangle {
+        x: 4
+        y: 2
+        width: parent.width - 8
+        height: root.line - 3
+        radius: 8
+        color: root.current && root.ListView.view.byKey ? "transparent" : Theme.text
+        opacity: root.current && root.ListView.view.byKey ? 1 : pointer.hovered ? 0.04 : 0
+        border.width: root.current && root.ListView.view.byKey ? 2 : 0
+        border.color: Theme.focus
+    }
+    HoverHandler { id: pointer }
+    TapHandler { onTapped: { root.ListView.view.currentIndex = root.index; root.toggled() } }
+
+    Item {
+        width: parent.width
+        height: root.line
+
+        Item {
+            visible: root.openable
+            x: root.app ? 0 : 24
+            width: 34
+            height: parent.height
+            Accessible.role: Accessible.Button
+            Accessible.name: (root.open ? "Close " : "Open ") + root.title
+            Accessible.onPressAction: root.openAsked(!root.open)
+            TapHandler {
+                gesturePolicy: TapHandler.WithinBounds
+                onTapped: root.openAsked(!root.open)
+            }
+            Icon {
+                anchors.centerIn: parent
+                name: "chevron-right"
+                size: 15
+                rotation: root.open ? 90 : 0
+                Behavior on rotation { NumberAnimation { duration: Theme.duration(140); easing.type: Easing.OutCubic } }
+            }
+        }
+        AppIcon {
+            visible: root.app
+            x: 34
+            anchors.verticalCenter: parent.verticalCenter
+            identifier: root.app ? root.identifier : ""
+            name: root.title
+            size: 24
+            opacity: root.included ? 1 : 0.4
+        }
+        Icon {
+            visible: !root.app
+            x: root.location ? 82 : 58
+            anchors.verticalCenter: parent.verticalCenter
+            name: root.kind === "folder" ? "folder" : root.kind === "tab" ? "link" : "app-window"
+            size: root.location ? 13 : 14
+            color: root.included && !root.faded ? Theme.text2 : Theme.text3
+        }
+        UiText {
+            id: words
+            readonly property real left: root.app ? 68 : root.location ? 105 : 82
+            readonly property real room: tick.x - left - 16 - (root.app || note.text === "" ? 0 : note.implicitWidth + 16)
+            x: left
+            width: Math.min(implicitWidth, Math.max(40, room))
+            anchors.verticalCenter: parent.verticalCenter
+            role: root.app ? root.included ? "body-strong" : "body-medium" : root.location ? "caption" : "body"
+            text: root.title
+            color: root.ink
+            elide: root.location ? Text.ElideMiddle : Text.ElideRight
+            Accessible.ignored: true
+        }
+        UiText {
+            id: note
+            x: root.app ? words.x + words.width + 10 : tick.x - 16 - width
+            width: root.app ? Math.max(0, Math.min(implicitWidth, tick.x - 16 - x)) : implicitWidth
+            anchors.verticalCenter: parent.verticalCenter
+            role: "caption"
+            text: root.detail
+            color: root.included && !root.faded ? Theme.text2 : Theme.text3
+            Accessible.ignored: true
+        }
+        Toggle {
+            id: tick
+            x: parent.width - width - 18
+            anchors.verticalCenter: parent.verticalCenter
+            small: true
+            checked: root.included
+            faded: root.faded
+            label: "Include " + root.title
+            focusPolicy: Qt.NoFocus
+            onToggled: { root.ListView.view.currentIndex = root.index; root.toggled() }
+        }
+    }
+}

@@ -1,0 +1,151 @@
+// The capture before it is saved: what it is called, and what of it is left out.
+import QtQuick
+import Quillo.Core
+
+FocusScope {
+    id: root
+    readonly property bool wide: width >= 900
+    readonly property bool busy: Review.capturing || !Review.present
+    focus: true
+
+    function cancel() {
+        if (Review.capturing) return
+        if (Review.touched()) discard.open()
+        else Review.cancel()
+    }
+    function begin() { if (!busy) choices.focusName() }
+    Component.onCompleted: begin()
+    onBusyChanged: begin()
+    Keys.onEscapePressed: cancel()
+    Shortcut {
+        sequences: ["Ctrl+Return", "Ctrl+Enter"]
+        enabled: !root.busy && !discard.visible
+        onActivated: Review.save()
+    }
+
+    Row {
+        id: heading
+        x: 24
+        y: Math.round(20 * Theme.scale)
+        spacing: 8
+        UiText {
+            role: "heading"
+            width: Math.min(implicitWidth, root.width - 80)
+            text: Review.capturing ? "Reading your open windows…" : "Review what's open, remove anything private, then save."
+        }
+    }
+    StorageBanner {
+        id: notes
+        x: 24
+        y: top
+        width: root.width - 48
+        lines: Review.notes
+        readonly property real top: heading.y + heading.height + 20
+    }
+
+    Item {
+        id: body
+        visible: !root.busy
+        x: 24
+        y: notes.top + (notes.visible ? notes.height + 16 : 0)
+        width: root.width - 48
+        height: footer.y - y - 8
+
+        Scroller {
+            id: left
+            x: -4
+            y: -4
+            width: root.wide ? 480 : 0
+            height: parent.height + 8
+            visible: root.wide
+            padding: 4
+            Item {
+                id: leftPlace
+                width: parent.width
+                height: root.wide ? choices.implicitHeight : 0
+            }
+        }
+        Rectangle {
+            id: card
+            x: root.wide ? 496 : 0
+            width: parent.width - x
+            height: parent.height
+            radius: root.wide ? 14 : 0
+            color: root.wide ? Theme.surface : "transparent"
+            border.width: root.wide ? 1 : 0
+            border.color: Theme.border
+            ReviewList {
+                id: list
+                anchors.fill: parent
+                anchors.margins: root.wide ? 1 : 0
+                anchors.topMargin: root.wide ? 7 : 0
+                anchors.bottomMargin: root.wide ? 7 : 0
+                header: Item {
+                    width: list.width
+                    height: root.wide ? 0 : choices.implicitHeight + 24
+                }
+            }
+        }
+        ReviewChoices {
+            id: choices
+            parent: root.wide || !list.headerItem ? leftPlace : list.headerItem
+            y: root.wide ? 0 : 4
+            x: root.wide ? 0 : 4
+            width: parent.width - (root.wide ? 0 : 8)
+            mapFirst: !root.wide
+            mapHeight: root.wide ? Math.max(150, Math.min(Math.round(width * 0.627), body.height - rest))
+                                 : Math.round(Math.min(width * 0.45, 300))
+        }
+    }
+    Column {
+        anchors.centerIn: parent
+        visible: root.busy
+        spacing: 14
+        Spinner { anchors.horizontalCenter: parent.horizontalCenter; size: 28 }
+        UiText { text: "Reading windows…"; color: Theme.text2 }
+    }
+
+    Item {
+        id: footer
+        y: parent.height - height
+        width: parent.width
+        height: Math.max(60, buttons.height + 26)
+        UiText {
+            x: 24
+            anchors.verticalCenter: parent.verticalCenter
+            width: buttons.x - 24 - x
+            visible: !root.busy
+            text: Review.counts
+            color: Theme.text2
+            wrapMode: Text.Wrap
+            maximumLineCount: 2
+        }
+        Row {
+            id: buttons
+            x: parent.width - width - 24
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 10
+            PushButton {
+                text: "Cancel"
+                enabled: !Review.capturing
+                onClicked: root.cancel()
+            }
+            PushButton {
+                text: Review.updating ? "Update Workspace" : "Save Workspace"
+                kind: "primary"
+                enabled: !root.busy
+                onClicked: Review.save()
+            }
+        }
+    }
+    Dialog {
+        id: discard
+        title: "Discard this review?"
+        text: "The name you typed and what you left out are not kept. Nothing is saved."
+        actionText: "Discard"
+        cancelText: "Keep Reviewing"
+        danger: true
+        onConfirmed: Review.cancel()
+        onClosed: root.begin()
+    }
+}

@@ -1,0 +1,93 @@
+// The introduction from its first page to the first capture, by mouse and keyboard.
+#include "app/gui/OnboardingPresenter.hpp"
+#include "app/gui/ShortcutsPresenter.hpp"
+#include "platform/simulated/SimulatedKeyMonitor.hpp"
+#include "tests/gui/GuiFixture.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace samples;
+
+class OnboardingTest : public GuiTest {
+  protected:
+    OnboardingTest() {
+        registerSingleton("Onboarding", onboarding);
+        registerSingleton("Shortcuts", shortcuts);
+        model.change([](AppSettings& settings) { settings.onboarded = false; });
+    }
+    bool storedAsOnboarded() { return AppSettings::load(model.defaults).onboarded; }
+
+    OnboardingPresenter onboarding{*model.model};
+    SimulatedKeyMonitor keys;
+    ShortcutsPresenter shortcuts{*model.model, model.hotKeys, keys};
+};
+
+TEST_F(OnboardingTest, ReturnLeadsToTheFirstCapture) {
+    show("OnboardingView.qml");
+    EXPECT_TRUE(named("Pick up where you left off."));
+    picture("onboarding-1");
+    press(Qt::Key_Return);
+    EXPECT_TRUE(named("Window access."));
+    EXPECT_TRUE(named("Your window manager answers. There is nothing to switch on."));
+    EXPECT_FALSE(named("Waiting for access…"));
+    picture("onboarding-2");
+    press(Qt::Key_Return);
+    EXPECT_TRUE(named("Two shortcuts to remember."));
+    picture("onboarding-3");
+    press(Qt::Key_Return);
+    EXPECT_TRUE(named("Save your first workspace."));
+    picture("onboarding-4");
+    press(Qt::Key_Escape);
+    click("Back");
+    EXPECT_TRUE(named("Window access."));
+    click("Continue");
+    click("Continue");
+    EXPECT_EQ(ui.page(), "onboarding");
+    click("Save current desktop");
+    EXPECT_TRUE(storedAsOnboarded());
+    EXPECT_EQ(ui.page(), "review");
+    EXPECT_TRUE(model->capturing());
+}
+
+TEST_F(OnboardingTest, AccessThatComesLeadsOn) {
+    model.setTrusted(false);
+    ASSERT_TRUE(until([&] { return !model->accessibilityGranted(); }));
+    show("OnboardingView.qml");
+    click("Continue");
+    EXPECT_TRUE(named("Waiting for access…"));
+    EXPECT_FALSE(named("Continue"));
+    picture("onboarding-2-waiting");
+    model.setTrusted(true);
+    ASSERT_TRUE(until([&] { return onboarding.step() == OnboardingPresenter::shortcuts; }));
+    // Only the step that waits for it goes on by itself.
+    model.setTrusted(false);
+    ASSERT_TRUE(until([&] { return !model->accessibilityGranted(); }));
+    model.setTrusted(true);
+    ASSERT_TRUE(until([&] { return model->accessibilityGranted(); }));
+    EXPECT_EQ(onboarding.step(), OnboardingPresenter::shortcuts);
+    press(Qt::Key_Return);
+    click("Skip for now");
+    EXPECT_TRUE(storedAsOnboarded());
+    EXPECT_EQ(ui.page(), "library");
+    EXPECT_FALSE(model->capturing());
+}
+
+TEST_F(OnboardingTest, OnAMacTheSettingsAreOpened) {
+    Ui mac(*model.model, TextVariant::onMac);
+    registerSingleton("Ui", mac);
+    model.setTrusted(false);
+    ASSERT_TRUE(until([&] { return !model->accessibilityGranted(); }));
+    show("OnboardingView.qml");
+    press(Qt::Key_Return);
+    EXPECT_TRUE(named("Allow window access."));
+    EXPECT_TRUE(named("Privacy & Security → Accessibility → turn on Quillo"));
+    picture("onboarding-2-mac");
+    click("Open System Settings");
+    EXPECT_TRUE(model->promptedForAccessibility());
+    EXPECT_EQ(onboarding.step(), OnboardingPresenter::access);
+    view.reset();
+}
+
+}  // namespace
+}  // namespace quillo
