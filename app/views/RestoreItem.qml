@@ -44,6 +44,10 @@ Item {
         UiText {
             width: parent.width
             text: root.kind === "opened" || root.kind === "created" ? root.subject + ": " + root.outcome : root.subject
+            // The application stands at the start and the desktop at the end.
+            wrapMode: Theme.scale > 1 ? Text.Wrap : Text.NoWrap
+            maximumLineCount: 2
+            elide: wrapMode === Text.Wrap ? Text.ElideRight : Text.ElideMiddle
             Accessible.ignored: true
         }
         UiText {

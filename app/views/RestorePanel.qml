@@ -58,6 +58,9 @@ Rectangle {
                     width: parent.width
                     role: "heading"
                     text: Restore.title
+                    wrapMode: Text.Wrap
+                    maximumLineCount: 2
+                    elide: Text.ElideRight
                 }
                 UiText {
                     width: parent.width
@@ -128,7 +131,9 @@ Rectangle {
         ListView {
             id: list
             width: parent.width
-            height: count === 0 ? 0 : Math.min(contentHeight + topMargin + bottomMargin, Math.round(8 * 34 * Theme.scale) + topMargin)
+            height: count === 0 ? 0 : Math.min(contentHeight + topMargin + bottomMargin, most)
+            // Eight rows with their reasons, as far as the screen has room for them.
+            readonly property real most: Math.min(Math.round(8 * 52 * Theme.scale) + 16, Math.max(120, Screen.desktopAvailableHeight - 300))
             topMargin: 6
             bottomMargin: 10
             clip: true

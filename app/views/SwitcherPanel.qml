@@ -5,6 +5,8 @@ import Quillo.Core
 Rectangle {
     id: root
     readonly property real rowHeight: Math.round(56 * Theme.scale)
+    // Eight, or as many as the screen has room for beside field and save row.
+    readonly property int mostRows: Math.max(2, Math.min(8, Math.floor((Screen.desktopAvailableHeight - 80) / rowHeight) - 3))
 
     implicitWidth: 480
     implicitHeight: column.implicitHeight + 2
@@ -59,11 +61,11 @@ Rectangle {
             visible: count > 0
             x: 8
             width: parent.width - 16
-            height: Math.min(count, 8) * root.rowHeight + topMargin + bottomMargin
+            height: Math.min(count, root.mostRows) * root.rowHeight + topMargin + bottomMargin
             topMargin: 8
             bottomMargin: 8
             clip: true
-            interactive: count > 8
+            interactive: count > root.mostRows
             boundsBehavior: Flickable.StopAtBounds
             reuseItems: true
             highlightFollowsCurrentItem: false

@@ -34,6 +34,9 @@ Rectangle {
             width: parent.width
             role: "name"
             text: root.title
+            wrapMode: Theme.scale > 1 ? Text.Wrap : Text.NoWrap
+            maximumLineCount: 2
+            elide: Text.ElideRight
             Accessible.ignored: true
         }
         UiText {

