@@ -4,6 +4,7 @@
 
 #include "app/LibraryIndex.hpp"
 #include "app/LibraryState.hpp"
+#include "app/gui/AppIcons.hpp"
 #include "app/gui/DetailPresenter.hpp"
 #include "app/gui/LibraryPresenter.hpp"
 #include "app/gui/OnboardingPresenter.hpp"
@@ -33,7 +34,10 @@ class OpenMainObserver final : public SurfaceObserver {
 /// The engine owns its picture providers.
 void givePictures(QQmlEngine& engine) {
     engine.addImageProvider("shadow", new ShadowPictures);
-    engine.addImageProvider("appicon", new AppIconPictures({}));
+    const auto icons = std::make_shared<AppIcons>();
+    engine.addImageProvider("appicon", new AppIconPictures([icons](const QString& identifier, int size) {
+                                return icons->find(identifier, size);
+                            }));
 }
 
 }  // namespace
