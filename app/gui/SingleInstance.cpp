@@ -44,9 +44,9 @@ QString activationToken() {
 
 /// Of this session and this person alone.
 QString privateDirectory() {
-    const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
     if (!runtime.isEmpty() && QDir(runtime).exists()) return runtime;
-    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/Quillo";
+    QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/Quillo";
     QDir().mkpath(data);
     return data;
 }

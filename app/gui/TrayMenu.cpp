@@ -48,7 +48,7 @@ QString menuText(const QString& text, MenuDrawnBy drawer) {
 }
 
 QString elidedText(const QString& text, int length) {
-    const QString line = text.simplified();
+    QString line = text.simplified();
     QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, line);
     qsizetype end = 0;
     for (int count = 0; characters.toNextBoundary() >= 0; ++count) {
@@ -180,9 +180,7 @@ void TrayMenu::addWorkspaceItem(QMenu& menu, const QString& text, const Uuid& id
                                 std::function<void(const Workspace&)> chosen) {
     connect(menu.addAction(text), &QAction::triggered, this, [this, id, chosen = std::move(chosen)] {
         const auto found = std::ranges::find(model_.workspaces(), id, &Workspace::id);
-        if (found == model_.workspaces().end()) return;
-        const Workspace workspace = *found;  // the operation may read the library anew
-        chosen(workspace);
+        if (found != model_.workspaces().end()) chosen(*found);
     });
 }
 

@@ -1,15 +1,12 @@
 // The tray's menu as a desktop reads and clicks it, over StatusNotifier and its menus on a session bus.
-#include <xcb/xcb.h>
-
 #include <QCoreApplication>
 #include <QDBusArgument>
-#include <QGuiApplication>
 #include <QStringList>
 #include <QWindow>
 
 #include "app/gui/TrayIcon.hpp"
 #include "platform/simulated/SimulatedUpdater.hpp"
-#include "platform/x11/XEmbedTray.hpp"
+#include "platform/x11/SystemTray.hpp"
 #include "tests/app/ModelFixture.hpp"
 #include "tests/gui/session/MockedService.hpp"
 
@@ -235,18 +232,18 @@ TEST(MenuText, ShowsEveryCharacterInMenusThatQtDraws) {
     EXPECT_EQ(menuText("R&D_x & y", MenuDrawnBy::qt), "R&&D_x && y");
 }
 
-TEST(XEmbedTray, IsThereWhileSomebodyOwnsTheTraysSelection) {
-    EXPECT_FALSE(x11::xembedTrayIsThere());
-    auto* const server = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()->connection();
+TEST(SystemTray, OfTheOlderKindIsThereWhileSomebodyOwnsItsSelection) {
+    const auto connection = x11::X11Connection::open({});
+    ASSERT_TRUE(connection);
+    EXPECT_FALSE(x11::hasSystemTray(**connection));
+    xcb_connection_t* const server = (*connection)->xcb();
     constexpr std::string_view name = "_NET_SYSTEM_TRAY_S0";
-    auto* const atom =
-        xcb_intern_atom_reply(server, xcb_intern_atom(server, false, name.size(), name.data()), nullptr);
+    const x11::Reply<xcb_intern_atom_reply_t> atom(
+        xcb_intern_atom_reply(server, xcb_intern_atom(server, false, name.size(), name.data()), nullptr));
     QWindow owner;
     owner.create();
     xcb_set_selection_owner(server, static_cast<xcb_window_t>(owner.winId()), atom->atom, XCB_CURRENT_TIME);
-    xcb_flush(server);
-    std::free(atom);
-    EXPECT_TRUE(untilQt([] { return x11::xembedTrayIsThere(); }));
+    EXPECT_TRUE(x11::hasSystemTray(**connection));
 }
 
 }  // namespace
