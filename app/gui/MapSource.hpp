@@ -13,8 +13,8 @@ namespace quillo {
 using MapSource = std::shared_ptr<const WorkspaceSnapshot>;
 
 /// For a Q_PROPERTY(QVariant ...) or a role of a list.
-inline QVariant mapVariant(MapSource source) {
-    return QVariant::fromValue(std::move(source));
+inline QVariant mapVariant(const MapSource& source) {
+    return QVariant::fromValue(source);
 }
 inline QVariant mapVariant(const WorkspaceSnapshot& snapshot) {
     return mapVariant(std::make_shared<const WorkspaceSnapshot>(snapshot));

@@ -108,18 +108,14 @@ QVariantList SettingsPresenter::earlierSessions() const {
 }
 
 void SettingsPresenter::restoreLastSession() {
-    if (sessionCount() == 0) return;
-    const Workspace session = model_.sessions().front();  // a restore may have the history read again
-    model_.restore(session, session.cleanSlate);
+    if (sessionCount() > 0) model_.restore(model_.sessions().front(), model_.sessions().front().cleanSlate);
 }
 
 void SettingsPresenter::restoreSession(const QString& key) {
     const auto id = Uuid::parse(key.toStdString());
     const auto found =
         std::ranges::find(model_.sessions(), id, [](const Workspace& one) { return std::optional(one.id); });
-    if (!id || found == model_.sessions().end()) return;
-    const Workspace session = *found;
-    model_.restore(session, session.cleanSlate);
+    if (id && found != model_.sessions().end()) model_.restore(*found, found->cleanSlate);
 }
 
 QString SettingsPresenter::availableVersion() const {

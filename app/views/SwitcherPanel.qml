@@ -81,6 +81,7 @@ Rectangle {
                 required property string colorName
                 required property var source
                 width: list.width
+                height: root.rowHeight
                 title: name
                 detail: apps
                 highlighted: index === Switcher.highlighted

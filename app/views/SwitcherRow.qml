@@ -10,7 +10,7 @@ Rectangle {
     property real trailingWidth: 0
     signal picked()
 
-    implicitHeight: Math.round(56 * Theme.scale)
+    implicitHeight: Math.max(Math.round(56 * Theme.scale), words.height + 16)
     radius: 10
     color: highlighted ? Theme.accentTint : area.containsMouse ? Theme.sunken : "transparent"
     Accessible.role: Accessible.ListItem
@@ -26,6 +26,7 @@ Rectangle {
         onClicked: root.picked()
     }
     Column {
+        id: words
         x: 54
         anchors.verticalCenter: parent.verticalCenter
         width: parent.width - x - 10 - (root.trailingWidth > 0 ? root.trailingWidth + 14 : 0)
