@@ -1,9 +1,12 @@
 #include "platform/x11/ApplicationRegistry.hpp"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <unordered_map>
 
+#include "WindowEngine/RestoreReport.hpp"
 #include "WindowEngine/support/Text.hpp"
 
 namespace quillo::x11 {
@@ -33,9 +36,18 @@ bool older(const Member& a, const Member& b) {
     return std::pair(start(a), a.pid) < std::pair(start(b), b.pid);
 }
 
+/// Quillo's own windows are its own also where it is not installed, and for quilloctl too.
+bool isOwn(const WindowReading& window) {
+    if (window.pid == getpid()) return true;
+    if (!text::equalIgnoringCase(window.className, ownName)) return false;
+    const std::optional<std::string> program = programOf(window.pid);
+    return program && fs::path(*program).filename() == "quillo";
+}
+
 }  // namespace
 
 ApplicationRegistry::Verdict ApplicationRegistry::judge(const WindowReading& window) const {
+    if (isOwn(window)) return {-1, std::string(ownBundleIdentifier)};
     const auto verdict = [](int rank, const DesktopEntry* entry) { return Verdict{rank, entry->id}; };
     if (!window.desktopFile.empty()) {
         if (const auto* entry = entries_.withId(entryId(window.desktopFile))) return verdict(0, entry);

@@ -13,6 +13,7 @@ import time
 from x11_application_journeys import clean_slate, documents_come_back
 from x11_desktop import Desktop
 from x11_desktop_journeys import PLACES, desktops_come_back
+from x11_interface_journey import application
 
 TOLERANCE = 2  # points
 TITLES = ("Alpha", "Beta", "Gamma", "letter.txt", "thunar-folder", "Question")
@@ -176,6 +177,7 @@ JOURNEYS = {
     "documents": (documents_come_back, ("letter.txt", "list.txt", "Garden", "House")),
     "desktops": (desktops_come_back, tuple(PLACES)),
     "clean slate": (clean_slate, ("Garden",)),
+    "application": (application, ("letter.txt", "Notes", "Morning")),
 }
 
 
