@@ -104,8 +104,7 @@ QVariantMap ReviewPresenter::states() const {
         const std::string& identifier = application.bundleIdentifier;
         for (const WindowSnapshot& window : application.windows) {
             if (draft.includesApp(identifier) && draft.includesWindow(identifier, window.index)) continue;
-            states.insert(qt(CaptureFilter::windowKey(identifier, window.index)),
-                          QStringLiteral("unticked"));
+            states.insert(qt(CaptureFilter::windowKey(identifier, window.index)), QStringLiteral("unticked"));
         }
     }
     return states;

@@ -43,9 +43,8 @@ std::int64_t contextNumber(const AppContext& context, std::size_t place) {
 }
 
 bool hasWindow(const ApplicationSnapshot& application, std::optional<std::int64_t> index) {
-    return index && std::ranges::any_of(application.windows, [&](const WindowSnapshot& window) {
-               return window.index == *index;
-           });
+    return index && std::ranges::any_of(application.windows,
+                                        [&](const WindowSnapshot& window) { return window.index == *index; });
 }
 
 }  // namespace
@@ -157,14 +156,10 @@ QVariant ReviewRows::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> ReviewRows::roleNames() const {
-    return {{KindRole, "kind"},
-            {TitleRole, "title"},
-            {DetailRole, "detail"},
-            {IdentifierRole, "identifier"},
-            {IncludedRole, "included"},
-            {FadedRole, "faded"},
-            {OpenableRole, "openable"},
-            {OpenRole, "open"},
+    return {{KindRole, "kind"},         {TitleRole, "title"},
+            {DetailRole, "detail"},     {IdentifierRole, "identifier"},
+            {IncludedRole, "included"}, {FadedRole, "faded"},
+            {OpenableRole, "openable"}, {OpenRole, "open"},
             {LastRole, "last"}};
 }
 

@@ -19,8 +19,8 @@ Flow {
 
     function step(index, by) {
         const next = Math.min(entries.length - 1, Math.max(0, index + by))
+        repeater.itemAt(next).forceActiveFocus(Qt.TabFocusReason)  // first: the one in use stays a stop of Tab
         picked(entries[next].value)
-        repeater.itemAt(next).forceActiveFocus(Qt.TabFocusReason)
     }
 
     Repeater {

@@ -87,23 +87,22 @@ Item {
             }
             UiText { x: 70; anchors.verticalCenter: parent.verticalCenter; role: "field-large"; text: "Quillo"; Accessible.ignored: true }
             Icon {
-                visible: Ui.onLinux && root.granted
+                visible: Ui.onLinux
                 x: 440
                 anchors.verticalCenter: parent.verticalCenter
-                name: "circle-check"
+                name: root.granted ? "circle-check" : "circle-alert"
                 size: 26
-                color: Theme.success
+                color: root.granted ? Theme.success : Theme.warning
             }
             Rectangle {
-                visible: !Ui.onLinux || !root.granted
-                readonly property bool on: !Ui.onLinux
+                visible: !Ui.onLinux
                 x: 422
                 anchors.verticalCenter: parent.verticalCenter
                 width: 46
                 height: 26
                 radius: 13
-                color: on ? Theme.accent : Theme.switchOff
-                Rectangle { x: parent.on ? 22 : 2; y: 2; width: 22; height: 22; radius: 11; color: "white" }
+                color: Theme.accent
+                Rectangle { x: 22; y: 2; width: 22; height: 22; radius: 11; color: "white" }
             }
         }
     }

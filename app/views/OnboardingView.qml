@@ -6,7 +6,6 @@ FocusScope {
     id: root
     readonly property int step: Onboarding.step
     readonly property bool refused: step === 1 && !Onboarding.granted
-    readonly property bool roomy: height >= 620
     focus: true
 
     readonly property var titles: ["Pick up where you left off.", Ui.text("Allow window access."),
@@ -36,7 +35,7 @@ FocusScope {
     Rectangle {
         id: wall
         width: parent.width
-        height: Math.max(120, Math.min(Math.round(root.height * 0.54), root.height - page.implicitHeight - foot.height - (root.roomy ? 70 : 32)))
+        height: Math.max(120, Math.min(Math.round(root.height * 0.54), root.height - page.implicitHeight - foot.height - 24))
         color: Theme.accentTint
         clip: true
         OnboardingPicture {
@@ -59,7 +58,7 @@ FocusScope {
 
     Column {
         id: page
-        readonly property real inner: Math.min(root.width - 48, 460 * Theme.scale)
+        readonly property real inner: Math.min(root.width - 48, 440 * Theme.scale)
         anchors.horizontalCenter: parent.horizontalCenter
         y: wall.height + Math.max(12, Math.round((root.height - wall.height - foot.height - implicitHeight) * 0.4))
         width: root.width - 48
@@ -74,7 +73,7 @@ FocusScope {
             wrapMode: implicitWidth > parent.width ? Text.Wrap : Text.NoWrap
             Accessible.role: Accessible.Heading
         }
-        Item { width: 1; height: 8 }
+        Item { width: 1; height: 12 }
         UiText {
             anchors.horizontalCenter: parent.horizontalCenter
             width: page.inner

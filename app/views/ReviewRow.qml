@@ -23,15 +23,15 @@ Item {
     signal toggled()
     signal openAsked(bool open)
 
+    ListView.onPooled: visible = false  // so that nothing reads a line which is not in the list
+    ListView.onReused: visible = true
     width: ListView.view ? ListView.view.width : 400
     height: line + (last && !app ? 8 : 0)
     Accessible.role: Accessible.TreeItem
     Accessible.name: title
-    Accessible.description: detail
+    Accessible.description: openable ? (open ? "Open" : "Closed") + (detail ? ", " + detail : "") : detail
     Accessible.checkable: true
     Accessible.checked: included
-    Accessible.expandable: openable
-    Accessible.expanded: openable && open
     Accessible.onToggleAction: toggled()
     Accessible.onPressAction: toggled()
 
@@ -99,9 +99,9 @@ Item {
         }
         UiText {
             id: words
-            readonly property real left: root.app ? 68 : root.location ? 105 : 82
-            readonly property real room: tick.x - left - 16 - (root.app || note.text === "" ? 0 : note.implicitWidth + 16)
-            x: left
+            readonly property real start: root.app ? 68 : root.location ? 105 : 82
+            readonly property real room: tick.x - start - 16 - (root.app || note.text === "" ? 0 : note.implicitWidth + 16)
+            x: start
             width: Math.min(implicitWidth, Math.max(40, room))
             anchors.verticalCenter: parent.verticalCenter
             role: root.app ? root.included ? "body-strong" : "body-medium" : root.location ? "caption" : "body"

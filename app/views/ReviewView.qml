@@ -14,8 +14,9 @@ FocusScope {
         else Review.cancel()
     }
     function begin() { if (!busy) choices.focusName() }
-    Component.onCompleted: begin()
+    Component.onCompleted: Qt.callLater(begin)  // once all stands in its place
     onBusyChanged: begin()
+    onWideChanged: Qt.callLater(begin)
     Keys.onEscapePressed: cancel()
     Shortcut {
         sequences: ["Ctrl+Return", "Ctrl+Enter"]
@@ -37,17 +38,17 @@ FocusScope {
     StorageBanner {
         id: notes
         x: 24
-        y: top
+        y: from
         width: root.width - 48
         lines: Review.notes
-        readonly property real top: heading.y + heading.height + 20
+        readonly property real from: heading.y + heading.height + 20
     }
 
     Item {
         id: body
         visible: !root.busy
         x: 24
-        y: notes.top + (notes.visible ? notes.height + 16 : 0)
+        y: notes.from + (notes.visible ? notes.height + 16 : 0)
         width: root.width - 48
         height: footer.y - y - 8
 

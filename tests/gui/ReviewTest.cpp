@@ -14,9 +14,9 @@ SceneWindow folderWindow(std::string title, std::string folder, Rect frame) {
 }
 
 Scene desk() {
-    SceneApplication finder =
-        sceneApplication("com.apple.finder", {folderWindow("Recordings", "file:///Research/Recordings/", {560, 360, 560, 400}),
-                                              folderWindow("Downloads", "file:///Downloads/", {20, 500, 400, 300})});
+    SceneApplication finder = sceneApplication(
+        "com.apple.finder", {folderWindow("Recordings", "file:///Research/Recordings/", {560, 360, 560, 400}),
+                             folderWindow("Downloads", "file:///Downloads/", {20, 500, 400, 300})});
     finder.name = "Files";
     SceneApplication bank = sceneApplication("org.bank", {sceneWindow("Accounts", {700, 60, 500, 300})});
     bank.name = "Banking";
@@ -37,6 +37,7 @@ class ReviewTest : public GuiTest {
         model->beginCapture(std::move(updating));
         model.review().setColor("teal");
         show("ReviewView.qml", size);
+        settle();
     }
     static std::string plain(QString text) { return text.replace(QChar::Nbsp, ' ').toStdString(); }
     /// The only workspace, as its file has it.
@@ -74,6 +75,7 @@ TEST_F(ReviewTest, WhatIsUntickedIsNotSaved) {
     EXPECT_LT(named("Include Accounts")->opacity(), 0.5);
     picture("review");
     theme.setDark(true);
+    view->setColor(theme.background());
     picture("review-dark");
     click("Save Workspace");
 
@@ -96,7 +98,9 @@ TEST_F(ReviewTest, EverythingGoesByKeyboard) {
     press(Qt::Key_Right);  // the second icon
     press(Qt::Key_Tab);
     press(Qt::Key_Left);  // the color before teal
-    press(Qt::Key_Tab);   // the list, whose first line is Banking
+    QQuickItem* list = named("What is saved");
+    for (int stop = 0; stop < 3 && view->activeFocusItem() != list; ++stop) press(Qt::Key_Tab);
+    ASSERT_EQ(view->activeFocusItem(), list);  // its first line is Banking
     press(Qt::Key_Left);
     EXPECT_FALSE(named("Include Accounts"));  // closed
     press(Qt::Key_Space);
@@ -113,6 +117,20 @@ TEST_F(ReviewTest, EverythingGoesByKeyboard) {
     EXPECT_EQ(saved("Keys").windowCount(), 4);
     EXPECT_EQ(model.named("Keys").icon, "briefcase");
     EXPECT_EQ(model.named("Keys").color, "lime");
+}
+
+TEST_F(ReviewTest, ANarrowWindowHasOneColumn) {
+    open({}, {800, 600});
+    type("Small");  // the keyboard is in the field, wherever it stands
+    EXPECT_EQ(review.name(), "Small");
+    picture("review-narrow");
+    QQuickItem* field = named("Name this workspace");
+    ASSERT_TRUE(field);
+    EXPECT_GT(field->mapToScene({}).y(), 200);  // below the map
+    view->resize(1080, 720);
+    ASSERT_TRUE(until([&] { return field->mapToScene({}).y() < 100; }));
+    click("Include Banking");
+    EXPECT_EQ(model->draft()->excludedApps().size(), 1U);
 }
 
 TEST_F(ReviewTest, EscapeAsksOnlyWhereSomethingWouldBeLost) {
