@@ -53,7 +53,6 @@ Item {
                 width: Math.min(implicitWidth, parent.width)
                 visible: caption.what.labels.length === 1
                 role: "map-label"
-                font.weight: Font.Medium
                 color: Theme.text2
                 text: caption.labels
             }
@@ -61,7 +60,7 @@ Item {
                 anchors.centerIn: parent
                 visible: caption.what.labels.length > 1
                 mini: true
-                label: qsTr("Desktop that the map shows")
+                label: "Desktop that the map shows"
                 model: caption.labels.split("\n")
                 current: caption.what.current
                 onPicked: index => root.showDesktop(caption.what.display, caption.what.positions[index])

@@ -96,5 +96,87 @@ TEST_F(DesktopMapTest, EveryStyleIsDrawnInBothAppearances) {
     }
 }
 
+QVariantMap one(const std::string& key, const char* state) {
+    return {{QString::fromStdString(key), state}};
+}
+
+TEST_F(DesktopMapTest, IsLaidOutAnewOnlyForWhatMovesSomething) {
+    showMap("restore", {348, 152}, samples::productLaunch(), "coral");
+    const auto layoutsAfter = [&](const char* property, const QVariant& value) {
+        const int before = picture_->layoutCount();
+        map->setProperty(property, value);
+        view->grabWindow();
+        return picture_->layoutCount() - before;
+    };
+    const std::string keynote = keyOf("Keynote");
+    EXPECT_EQ(layoutsAfter("states", one(keynote, "pending")), 1) << "a ghost lies below";
+    EXPECT_EQ(layoutsAfter("states", one(keynote, "landing")), 1);
+    EXPECT_EQ(layoutsAfter("states", one(keynote, "restored")), 0);
+    EXPECT_EQ(layoutsAfter("states", one(keynote, "failed")), 1) << "its disc needs room";
+    EXPECT_EQ(layoutsAfter("states", one(keynote, "skipped")), 0);
+    EXPECT_EQ(layoutsAfter("states", one(keynote, "nonsense")), 1) << "as if none were given";
+    EXPECT_EQ(layoutsAfter("source", map->property("source")), 0) << "the same handle";
+    EXPECT_EQ(layoutsAfter("colorName", "sky"), 0);
+    EXPECT_EQ(layoutsAfter("width", 300), 1);
+    EXPECT_EQ(layoutsAfter("source", QVariant()), 1);
+    EXPECT_TRUE(picture_->layout().displays.empty());
+}
+
+TEST_F(DesktopMapTest, MovesOnlyWhileAWindowLandsAndNotWhereMotionIsReduced) {
+    for (const bool reduced : {false, true}) {
+        theme.setReducedMotion(reduced);
+        showMap("restore", {348, 152}, samples::productLaunch(), "coral", one(keyOf("Browser"), "landing"));
+        int frames = 0;
+        connect(view.get(), &QQuickWindow::frameSwapped, view.get(), [&frames] { ++frames; });
+        QTest::qWait(400);
+        EXPECT_EQ(frames > 1, !reduced) << frames << " frames of a spinner";
+        map->setProperty("states", one(keyOf("Browser"), "restored"));
+        const MapTile& tile = picture_->layout().displays.front().tiles.front();
+        ASSERT_EQ(tile.window.key, keyOf("Browser"));
+        const QPoint corner(qRound(tile.frame.x) + 16, qRound(tile.frame.maxY()) + 12 - 5);
+        const QColor rest = Theme::color(theme.workspaceColors("coral").tile);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return view->grabWindow().pixelColor(corner) == rest; }, 2000));
+        QTest::qWait(300);
+        frames = 0;
+        QTest::qWait(200);
+        EXPECT_EQ(frames, 0) << "nothing is drawn while nothing moves";
+    }
+}
+
+TEST_F(DesktopMapTest, LetsOneChooseTheDesktopByMouseAndKeyboard) {
+    showMap("detail", {672, 324}, samples::productLaunch(), "coral");
+    const auto shown = [&] { return picture_->layout().displays.front().shown; };
+    EXPECT_TRUE(named("2 displays, 8 windows"));
+    QQuickItem* second = named("Desktop 2");
+    click("Desktop 2");
+    EXPECT_EQ(shown(), 1u);
+    EXPECT_EQ(picture_->layout().displays.front().tiles.size(), 1u);
+    EXPECT_EQ(map->property("shownDesktops").toMap().value("large").toInt(), 1);
+    EXPECT_EQ(named("Desktop 2"), second) << "the segments stay";
+    second->forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_Right);
+    EXPECT_EQ(shown(), 2u);
+    EXPECT_TRUE(named("Desktop 3")->hasActiveFocus());
+    press(Qt::Key_Left);
+    press(Qt::Key_Left);
+    EXPECT_EQ(shown(), 0u);
+}
+
+TEST_F(DesktopMapTest, HoldsItsTextAtOneAndAHalfTimesTheSize) {
+    qputenv("QUILLO_TEXT_SCALE", "1.5");
+    Theme large;
+    qunsetenv("QUILLO_TEXT_SCALE");
+    registerSingleton("Theme", large);
+    showMap("detail", {672, 324}, samples::productLaunch(), "coral");
+    EXPECT_EQ(picture_->theme(), &large);
+    picture("map-detail-large-text");
+    const MapDisplay& display = picture_->layout().displays.front();
+    EXPECT_LE(display.caption.maxY(), 324);
+    showMap("card", {332, 118}, samples::productLaunch(), "coral");
+    picture("map-card-large-text");
+    view.reset();
+    registerSingleton("Theme", theme);
+}
+
 }  // namespace
 }  // namespace quillo
