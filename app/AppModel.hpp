@@ -89,7 +89,7 @@ class AppModel final : public QObject {
     void setSettings(AppSettings settings);
     void setShowingSettings(bool showing);
 
-    /// Rescans library and history.
+    /// Reads the library again; the history is read again where it changes.
     void reload();
 
     /// Captures the desktop and opens the review. Without permission, or while a restore runs, it brings the

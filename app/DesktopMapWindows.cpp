@@ -196,7 +196,7 @@ std::vector<Candidate> seen(std::vector<Candidate> candidates, std::size_t& beyo
         });
         if (hidden) continue;
         if (kept.size() < mostCandidates) {
-            kept.push_back(std::move(candidate));
+            kept.push_back(candidate);
         } else {
             ++beyond;
         }
@@ -256,7 +256,7 @@ TileChoice chooseTiles(const std::vector<SavedWindow>& windows, const PlacedDisp
         kept.erase(kept.begin() + mostTiles, kept.end());
         std::ranges::sort(kept, inFront);
     }
-    for (auto one = kept.rbegin(); one != kept.rend(); ++one) choice.tiles.push_back(std::move(one->placed));
+    for (auto one = kept.rbegin(); one != kept.rend(); ++one) choice.tiles.push_back(one->placed);
     return choice;
 }
 

@@ -144,8 +144,7 @@ void LibraryPresenter::act(const QString& id, const std::function<void(const Wor
     const auto& all = model_.workspaces();
     const auto found = wanted ? std::ranges::find(all, *wanted, &Workspace::id) : all.end();
     if (found == all.end()) return;  // deleted meanwhile, by another program perhaps
-    const Workspace workspace = *found;
-    operation(workspace);
+    operation(*found);
 }
 
 void LibraryPresenter::resume(const QString& id) {
