@@ -26,7 +26,8 @@ QString applicationCounts(const ApplicationSnapshot& application) {
 /// An address as people read it: without the scheme of the web, a path from the home directory on.
 QString shortAddress(const Url& url) {
     if (const auto path = url.filePath()) {
-        const QString home = QDir::homePath(), text = qt(*path);
+        const QString home = QDir::homePath();
+        QString text = qt(*path);
         if (text == home || text.startsWith(home + "/")) return "~" + text.mid(home.size());
         return text;
     }
