@@ -189,7 +189,7 @@ bool inFront(const Candidate& a, const Candidate& b) {
 std::vector<Candidate> seen(std::vector<Candidate> candidates, std::size_t& beyond) {
     std::ranges::sort(candidates, inFront);
     std::vector<Candidate> kept;
-    for (Candidate& candidate : candidates) {
+    for (const Candidate& candidate : candidates) {
         const Rect& frame = candidate.placed.frame;
         const bool hidden = std::ranges::any_of(kept, [&](const Candidate& front) {
             return front.placed.frame.intersectionArea(frame) == areaOf(frame);
