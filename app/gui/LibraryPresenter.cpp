@@ -24,6 +24,10 @@ LibraryPresenter::LibraryPresenter(AppModel& model, LibraryState& state, QObject
         model_.refreshNow();
     });
     connect(&model, &AppModel::busyChanged, this, &LibraryPresenter::accessChanged);
+    // A restore has changed the desktop that the strip shows.
+    connect(&model, &AppModel::restoreChanged, this, [this] {
+        if (model_.now() && !model_.restoreRunning()) model_.refreshNow();
+    });
     rowsChanged();
 }
 

@@ -14,7 +14,9 @@ QDateTime dateTime(Instant instant) {
 }
 
 QString time(const QDateTime& when) {
-    return QLocale().toString(when.time(), QLocale::ShortFormat);
+    const QLocale locale;  // the plain C locale's short form has seconds
+    return locale.language() == QLocale::C ? when.time().toString("HH:mm")
+                                           : locale.toString(when.time(), QLocale::ShortFormat);
 }
 
 QString day(const QDate& date, bool withYear) {

@@ -172,7 +172,6 @@ TEST_F(PanelsTest, ARestoreIsStoppedByItsButtonAndSaysWhatIsMissing) {
 }
 
 TEST_F(PanelsTest, Pictures) {
-    if (qEnvironmentVariableIsEmpty("QUILLO_PICTURES")) GTEST_SKIP() << "for people to look at only";
     samples::MapSample one, two;
     one.display("main", {0, 0, 1512, 982}, true)
         .window("Safari", {3, 4, 50, 80}, "Start Page")

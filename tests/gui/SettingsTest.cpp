@@ -210,7 +210,6 @@ TEST_F(SettingsTest, IntegrationsAndPanesByKeyboard) {
 }
 
 TEST_F(SettingsTest, Pictures) {
-    if (qEnvironmentVariableIsEmpty("QUILLO_PICTURES")) GTEST_SKIP() << "for people to look at only";
     model.change([](AppSettings& all) {
         all.autoSnapshotMinutes = 10;
         all.excludedBundleIdentifiers = {"org.editor", "org.viewer"};
