@@ -27,6 +27,8 @@ class QmlWarnings {
         list().clear();
         previous_ =
             qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
+                // Qt says this of itself, when a window is closed in the middle of an animation.
+                if (text.startsWith("QUnifiedTimer::stopAnimationDriver")) return;
                 if (type != QtDebugMsg && type != QtInfoMsg) list() << text;
             });
     }
