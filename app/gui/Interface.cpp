@@ -103,6 +103,12 @@ void Interface::attach(AppModel& model) {
     model.openWindowAction = [this] { windows_.openMain(); };
 }
 
+void Interface::detach() {
+    windows_.dropAll();
+    presenters_.reset();
+    model_ = nullptr;
+}
+
 Ui& Interface::ui() {
     return presenters_->ui;
 }

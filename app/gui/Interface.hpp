@@ -34,8 +34,10 @@ class Interface final : public QObject, public Surfaces {
     explicit Interface(const Parts& parts);
     ~Interface() override;
 
-    /// The model must outlive it from here on.
+    /// The model must outlive it from here on, or be detached.
     void attach(AppModel& model);
+    /// Takes everything off the screen: nothing looks at the model from here on.
+    void detach();
 
     Windows& windows() { return windows_; }
     Ui& ui();

@@ -111,6 +111,12 @@ void Windows::closePanel(PanelID panel) {
     retire(std::move(view));
 }
 
+void Windows::dropAll() {
+    main_.reset();
+    panels_.clear();
+    if (retired_ == 0) engine_.reset();
+}
+
 QQuickWindow* Windows::panelWindow(PanelID panel) const {
     const auto found = panels_.find(panel);
     return found == panels_.end() ? nullptr : found->second.get();

@@ -33,6 +33,9 @@ class Windows final : public QObject {
     void closePanel(PanelID panel);
     bool panelVisible(PanelID panel) const { return panels_.contains(panel); }
 
+    /// At the end of the program: at once, and without a word to anybody.
+    void dropAll();
+
     /// For pictures of them.
     QQuickWindow* mainWindow() const { return main_.get(); }
     QQuickWindow* panelWindow(PanelID panel) const;

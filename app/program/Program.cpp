@@ -27,6 +27,10 @@ Program::Program(const System& system)
     notifier_.clicked = [this] { model_.openMain(); };
 }
 
+Program::~Program() {
+    interface_.detach();
+}
+
 AppServices Program::services(const System& system) {
     return {.desktop = system.desktop,
             .files = system.files,

@@ -35,6 +35,9 @@ class Program {
     };
 
     explicit Program(const System& system);
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+    ~Program();
 
     /// Does what this or another start of the program asks for.
     void carryOut(LaunchRequest request);

@@ -11,7 +11,8 @@ namespace quillo {
 
 /// Has a connection of its own, because its events are read. Each combination is grabbed once for every state
 /// of the lock keys, and grabbed again where a change of the keyboard map moves a modifier. A held key is one
-/// press. A registration costs one round trip, a change of the map two.
+/// press. A registration costs one round trip, a
+/// change of the map one and one more for each registration.
 class X11HotKeys final : public HotKeyService {
   public:
     /// `display` may be empty: $DISPLAY. Where no X server answers, the capability says so and nothing can be
