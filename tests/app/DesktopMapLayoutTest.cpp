@@ -83,7 +83,7 @@ TEST(DesktopMapLayout, ShowsEveryWindowByTheRules) {
 }
 
 TEST(DesktopMapLayout, DisplaysKeepScaleAndArrangement) {
-    const auto framesOf = [](std::vector<Rect> frames, MapStyle style, Size size) {
+    const auto framesOf = [](const std::vector<Rect>& frames, MapStyle style, Size size) {
         WorkspaceSnapshot snapshot;
         for (const Rect& frame : frames)
             snapshot.displays.push_back(samples::display(std::to_string(snapshot.displays.size()), frame));
