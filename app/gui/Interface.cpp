@@ -90,6 +90,9 @@ Interface::Interface(const Parts& parts) : parts_(parts), windows_(parts_.theme,
     // Closing a window keeps the program running in the tray.
     connect(&windows_, &Windows::mainClosed, this,
             [this] { parts_.shell.setActivationPolicy(ActivationPolicy::accessory); });
+    connect(&windows_, &Windows::engineDropped, this, [this] {
+        if (presenters_) presenters_->library.forgetMaps();
+    });
     connect(&windows_, &Windows::panelDismissed, this, [this](PanelID panel) {
         if (panel == PanelID::restore && model_) model_->closeRestorePanel();
     });

@@ -56,6 +56,9 @@ class LibraryPresenter final : public QAbstractListModel {
     QString accessReason() const;
     bool canSave() const { return !model_.restoreRunning() && !model_.capturing(); }
 
+    /// With no view to draw them, maps need no copies of their snapshots.
+    void forgetMaps() { maps_.clear(); }
+
     Q_INVOKABLE void moveCursor(int steps);
     Q_INVOKABLE void setCursor(int row);
     Q_INVOKABLE QString idAt(int row) const;

@@ -4,6 +4,7 @@
 #include <QEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QPixmapCache>
 #include <QQuickItem>
 #include <QScreen>
 #include <utility>
@@ -136,7 +137,10 @@ void Windows::retire(std::unique_ptr<QQuickView> view) {
 }
 
 void Windows::dropEngineWhenUnused() {
-    if (!main_ && panels_.empty() && retired_ == 0) engine_.reset();
+    if (main_ || !panels_.empty() || retired_ > 0 || !engine_) return;
+    engine_.reset();
+    QPixmapCache::clear();
+    Q_EMIT engineDropped();
 }
 
 bool Windows::eventFilter(QObject* watched, QEvent* event) {

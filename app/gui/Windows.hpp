@@ -42,6 +42,8 @@ class Windows final : public QObject {
 
   Q_SIGNALS:
     void mainClosed();
+    /// The last of all windows and panels is gone, and the engine with it.
+    void engineDropped();
     /// By the person: Escape, or the window manager.
     void panelDismissed(quillo::PanelID panel);
 

@@ -23,6 +23,7 @@ Program::Program(const System& system)
           return interface_.windows().mainOpen() || interface_.panelVisible(PanelID::restore);
       }) {
     interface_.attach(model_);
+    QObject::connect(&interface_.windows(), &Windows::engineDropped, system.releaseFreeMemory);
     theme_.setReducedMotion(appearance_.reducedMotion());
     notifier_.clicked = [this] { model_.openMain(); };
 }

@@ -32,6 +32,7 @@ class Program {
         PowerEvents& power;
         TextVariant variant;
         std::function<bool()> olderTrayIsThere;
+        std::function<void()> releaseFreeMemory;
     };
 
     explicit Program(const System& system);

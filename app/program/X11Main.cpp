@@ -7,6 +7,7 @@
 #include "app/program/Program.hpp"
 #include "platform/posix/FileDefaults.hpp"
 #include "platform/posix/FileLog.hpp"
+#include "platform/posix/FreeMemory.hpp"
 #include "platform/posix/PosixFileSystem.hpp"
 #include "platform/posix/StandardDirectories.hpp"
 #include "platform/x11/AutostartEntry.hpp"
@@ -100,7 +101,8 @@ int run(QApplication& application, LaunchRequest request) {
                      .updater = services.updater,
                      .power = services.power,
                      .variant = TextVariant::onLinux,
-                     .olderTrayIsThere = [&] { return x11::hasSystemTray(**connection); }});
+                     .olderTrayIsThere = [&] { return x11::hasSystemTray(**connection); },
+                     .releaseFreeMemory = releaseFreeMemory});
     running = &program;
     program.carryOut(request);
     const int status = application.exec();
