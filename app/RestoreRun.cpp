@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <utility>
-#include <variant>
+
+#include "WindowEngine/RestoreWords.hpp"
 
 namespace quillo {
 namespace {
@@ -10,23 +11,6 @@ namespace {
 std::string counted(std::int64_t count, const std::string& noun) {
     return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
-
-struct DescribeStatus {
-    std::string operator()(const RestoreReport::createdDesktops& status) const {
-        return "created " + counted(status.count, "desktop");
-    }
-    std::string operator()(const RestoreReport::opened& status) const {
-        return "reopened " + counted(status.count, "item");
-    }
-    std::string operator()(const RestoreReport::note& status) const { return status.text; }
-    std::string operator()(const RestoreReport::skipped& status) const { return "skipped: " + status.reason; }
-    std::string operator()(const RestoreReport::failed& status) const { return "failed: " + status.reason; }
-    std::string operator()(const RestoreReport::restored&) const { return "restored"; }
-    std::string operator()(const RestoreReport::adjusted&) const {
-        return "adjusted: back, but its place or size had to differ";
-    }
-    std::string operator()(const RestoreReport::launched&) const { return "launched"; }
-};
 
 std::string totalText(const RestoreReport& report) {
     const RestoreReport::Totals totals = report.totals();
@@ -95,7 +79,7 @@ void RestoreRun::cancel() {
 }
 
 RestoreRow restoreRow(const RestoreReport::Item& item, const Workspace& workspace) {
-    RestoreRow row{.subject = item.app, .outcome = std::visit(DescribeStatus{}, item.status)};
+    RestoreRow row{.subject = item.app, .outcome = restoreWords(item.status)};
     if (!item.savedIndex) return row;
     row.subject += " — " + (item.title && !item.title->empty() ? *item.title : "Untitled");
     const WindowSnapshot* window = savedWindow(item, workspace);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "WindowEngine/RestoreWords.hpp"
 #include "ctl/HumanText.hpp"
 
 namespace quillo::ctl {
@@ -12,37 +13,20 @@ namespace {
 constexpr std::size_t widestApplication = 24;
 constexpr std::size_t widestTitle = 40;
 
-struct StatusText {
+struct StatusLook {
     std::string_view key;  // as --json names it
-    std::string text;
     Style style = Style::plain;
 };
 
-struct DescribeStatus {
-    StatusText operator()(const RestoreReport::createdDesktops& status) const {
-        return {"createdDesktops", "created " + counted(status.count, "desktop"), Style::plain};
-    }
-    StatusText operator()(const RestoreReport::opened& status) const {
-        return {"opened", "reopened " + counted(status.count, "item"), Style::plain};
-    }
-    StatusText operator()(const RestoreReport::note& status) const {
-        return {"note", status.text, Style::dim};
-    }
-    StatusText operator()(const RestoreReport::skipped& status) const {
-        return {"skipped", "skipped: " + status.reason, Style::warning};
-    }
-    StatusText operator()(const RestoreReport::failed& status) const {
-        return {"failed", "failed: " + status.reason, Style::bad};
-    }
-    StatusText operator()(const RestoreReport::restored&) const {
-        return {"restored", "restored", Style::good};
-    }
-    StatusText operator()(const RestoreReport::adjusted&) const {
-        return {"adjusted", "adjusted: back, but its place or size had to differ", Style::warning};
-    }
-    StatusText operator()(const RestoreReport::launched&) const {
-        return {"launched", "launched", Style::plain};
-    }
+struct LookOf {
+    StatusLook operator()(const RestoreReport::createdDesktops&) const { return {"createdDesktops"}; }
+    StatusLook operator()(const RestoreReport::opened&) const { return {"opened"}; }
+    StatusLook operator()(const RestoreReport::note&) const { return {"note", Style::dim}; }
+    StatusLook operator()(const RestoreReport::skipped&) const { return {"skipped", Style::warning}; }
+    StatusLook operator()(const RestoreReport::failed&) const { return {"failed", Style::bad}; }
+    StatusLook operator()(const RestoreReport::restored&) const { return {"restored", Style::good}; }
+    StatusLook operator()(const RestoreReport::adjusted&) const { return {"adjusted", Style::warning}; }
+    StatusLook operator()(const RestoreReport::launched&) const { return {"launched"}; }
 };
 
 struct AddDetail {
@@ -129,10 +113,10 @@ void RestorePrinter::item(const RestoreReport::Item& item) {
 }
 
 void RestorePrinter::printText(const RestoreReport::Item& item) {
-    const StatusText status = std::visit(DescribeStatus{}, item.status);
-    output_.line(padded(fitted(printable(item.app), applicationWidth_), applicationWidth_) + "  " +
-                 padded(fitted(title(item), titleWidth_), titleWidth_) + "  " +
-                 output_.painted(status.style, printable(status.text)));
+    output_.line(
+        padded(fitted(printable(item.app), applicationWidth_), applicationWidth_) + "  " +
+        padded(fitted(title(item), titleWidth_), titleWidth_) + "  " +
+        output_.painted(std::visit(LookOf{}, item.status).style, printable(restoreWords(item.status))));
 }
 
 void RestorePrinter::printJson(const RestoreReport::Item& item) {
@@ -141,7 +125,7 @@ void RestorePrinter::printJson(const RestoreReport::Item& item) {
         .add("bundleIdentifier", item.bundleIdentifier)
         .add("title", item.title)
         .add("savedIndex", item.savedIndex)
-        .add("status", std::visit(DescribeStatus{}, item.status).key);
+        .add("status", std::visit(LookOf{}, item.status).key);
     std::visit(AddDetail{line}, item.status);
     output_.value(std::move(line));
 }
