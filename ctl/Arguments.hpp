@@ -8,7 +8,7 @@ namespace quillo::ctl {
 
 struct Arguments {
     // of every command
-    std::string desktop;        // "x11" or "simulated:FILE"; empty for the system's own
+    std::string desktop;        // systemDesktopName or "simulated:FILE"; empty for the system's own
     std::string dataDirectory;  // empty for the default
     bool json = false;
     bool keepScene = false;  // write the changed scene of a simulated desktop back to its file

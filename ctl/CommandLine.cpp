@@ -1,9 +1,12 @@
 #include "ctl/CommandLine.hpp"
 
+#include <fmt/format.h>
+
 #include <CLI/CLI.hpp>
 #include <iostream>
 
 #include "ctl/HumanText.hpp"
+#include "ctl/SystemLayer.hpp"
 
 namespace quillo::ctl {
 namespace {
@@ -51,7 +54,8 @@ class CommandSet {
 };
 
 void addGlobalOptions(CLI::App& app, Arguments& arguments) {
-    app.add_option("--desktop", arguments.desktop, "the desktop to use: x11, or simulated:FILE for a scene")
+    app.add_option("--desktop", arguments.desktop,
+                   fmt::format("the desktop to use: {}, or simulated:FILE for a scene", systemDesktopName))
         ->envname("QUILLO_DESKTOP");
     app.add_option("--data-dir", arguments.dataDirectory, "where workspaces are kept")
         ->envname("QUILLO_DATA_DIR");

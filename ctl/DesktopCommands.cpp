@@ -102,14 +102,14 @@ void examineStore(Examination& examination, Session& session) {
     examination.tell("workspaces", std::to_string(library.workspaces.size()));
     examination.tell("sessions", std::to_string(session.history.list().size()));
     examination.tell("damaged files", std::to_string(library.issues.size()));
-    examination.tell("log", session.logFile.string());
+    examination.tell("log", session.logPlace);
 }
 
 void examineSettings(Examination& examination, const Session& session, const AppSettings& settings) {
     std::string integrations;
     for (const std::string& id : settings.enabledAdapters)
         integrations += (integrations.empty() ? "" : ", ") + id;
-    examination.tell("settings", session.defaults.file().string());
+    examination.tell("settings", session.defaults.place());
     examination.tell("integrations", integrations.empty() ? "none" : integrations);
     examination.tell("excluded applications", std::to_string(settings.excludedBundleIdentifiers.size()));
     examination.tell("excluded websites", std::to_string(settings.excludedDomains.size()));

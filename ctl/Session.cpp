@@ -45,8 +45,8 @@ AppSettings settingsFor(Session& session, const Arguments& arguments) {
     std::optional<AppSettings> settings = stored ? AppSettings::decode(*stored) : AppSettings{};
     std::optional<std::string> trouble = session.defaults.trouble();
     if (!settings) {
-        trouble = session.defaults.file().filename().string() + ": " + std::string(AppSettings::defaultsKey) +
-                  ": a field is not of the type it must have";
+        trouble = std::filesystem::path(session.defaults.place()).filename().string() + ": " +
+                  std::string(AppSettings::defaultsKey) + ": a field is not of the type it must have";
     }
     if (trouble) {
         session.output.complain("the settings cannot be read, the usual ones are used: " +

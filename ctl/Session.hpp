@@ -11,7 +11,7 @@
 #include "ctl/CommandResult.hpp"
 #include "ctl/Desktop.hpp"
 #include "ctl/Output.hpp"
-#include "platform/posix/FileDefaults.hpp"
+#include "platform/services/UserDefaults.hpp"
 #include "settings/AppSettings.hpp"
 
 namespace quillo::ctl {
@@ -22,9 +22,9 @@ struct Session {
     WorkspaceStore& store;
     SessionHistory& history;
     std::filesystem::path dataDirectory;
-    std::filesystem::path logFile;
+    std::string logPlace;  // where a person finds the log
     /// What the person chose in the application; read when first asked.
-    FileDefaults& defaults;
+    UserDefaults& defaults;
     /// Connects to the desktop. Only the commands that need one call it: the others stay fast and work
     /// without any.
     std::function<Result<std::unique_ptr<Desktop>>()> openDesktop;

@@ -1,6 +1,7 @@
 // A desktop described by a scene file, on a virtual clock.
+#include "ctl/SimulatedLayer.hpp"
+
 #include "WindowEngine/AtomicFile.hpp"
-#include "ctl/DesktopLayers.hpp"
 #include "platform/simulated/SimulatedDesktop.hpp"
 
 namespace quillo::ctl {

@@ -4,8 +4,8 @@
 #include <csignal>
 
 #include "ctl/CommandLine.hpp"
-#include "ctl/DesktopLayers.hpp"
-#include "platform/posix/FileLog.hpp"
+#include "ctl/SimulatedLayer.hpp"
+#include "ctl/SystemLayer.hpp"
 #include "platform/posix/PosixFileSystem.hpp"
 #include "platform/posix/StandardDirectories.hpp"
 
@@ -14,21 +14,24 @@ namespace {
 
 constexpr std::string_view simulatedPrefix = "simulated:";
 
-Result<std::unique_ptr<Desktop>> openDesktop(const Arguments& arguments, FileSystem& files, SystemLog& log) {
+Result<std::unique_ptr<Desktop>> openDesktop(const Arguments& arguments, FileSystem& files,
+                                             SystemLayer& system) {
     const std::string& choice = arguments.desktop;
     if (choice.starts_with(simulatedPrefix)) {
         const auto scene = absolutePath(choice.substr(simulatedPrefix.size()));
-        return openSimulatedDesktop({.path = scene, .keep = arguments.keepScene, .files = files}, log);
+        return openSimulatedDesktop({.path = scene, .keep = arguments.keepScene, .files = files},
+                                    system.log());
     }
-    return openX11Desktop(log);
+    return system.openDesktop(system.log());
 }
 
 /// What --desktop may say, before anything is opened.
 std::optional<Failure> wrongDesktop(const Arguments& arguments) {
     const std::string& choice = arguments.desktop;
     const bool simulated = choice.starts_with(simulatedPrefix) && choice.size() > simulatedPrefix.size();
-    if (!simulated && !choice.empty() && choice != "x11") {
-        return Failure{Exit::usage, fmt::format("--desktop: {} is neither x11 nor simulated:FILE", choice)};
+    if (!simulated && !choice.empty() && choice != systemDesktopName) {
+        return Failure{Exit::usage, fmt::format("--desktop: {} is neither {} nor simulated:FILE", choice,
+                                                systemDesktopName)};
     }
     if (arguments.keepScene && !simulated) {
         return Failure{Exit::usage, "--keep-scene: only a simulated desktop has a scene to keep"};
@@ -43,20 +46,19 @@ CommandResult runCommand(const Invocation& invocation, Output& output) {
     if (!directories) return failure(directories.error().text);
 
     PosixFileSystem files;
-    FileLog log(directories->state / "quillo.log");
+    const std::unique_ptr<SystemLayer> system = systemLayer(files, *directories);
     const std::filesystem::path data =
         arguments.dataDirectory.empty() ? directories->data : absolutePath(arguments.dataDirectory);
     WorkspaceStore store(files, data / "workspaces");
     SessionHistory history(files, data / "sessions");
-    FileDefaults defaults(files, directories->config / "defaults.json");
     Session session{.output = output,
                     .files = files,
                     .store = store,
                     .history = history,
                     .dataDirectory = data,
-                    .logFile = directories->state / "quillo.log",
-                    .defaults = defaults,
-                    .openDesktop = [&] { return openDesktop(arguments, files, log); }};
+                    .logPlace = system->logPlace(),
+                    .defaults = system->defaults(),
+                    .openDesktop = [&] { return openDesktop(arguments, files, *system); }};
     return invocation.command(session, arguments);
 }
 

@@ -21,9 +21,8 @@ class FileDefaults final : public UserDefaults {
   public:
     FileDefaults(FileSystem& files, std::filesystem::path file) : files_(files), file_(std::move(file)) {}
 
-    const std::filesystem::path& file() const { return file_; }
-    /// Why the file counts as empty although there is one; for the person.
-    std::optional<std::string> trouble() const;
+    std::string place() const override { return file_.string(); }
+    std::optional<std::string> trouble() const override;
 
     std::optional<std::string> data(std::string_view key) const override;
     /// `bytes` must be valid UTF-8. A JSON object comes back as one of the same value, spelt anew where a

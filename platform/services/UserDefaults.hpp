@@ -13,6 +13,11 @@ class UserDefaults {
   public:
     virtual ~UserDefaults() = default;
 
+    /// Where they are kept: a file, or what the system calls them.
+    virtual std::string place() const = 0;
+    /// Why they count as empty although there are some; for the person.
+    virtual std::optional<std::string> trouble() const { return std::nullopt; }
+
     /// Absent also where a value of another type stands under the key.
     virtual std::optional<std::string> data(std::string_view key) const = 0;
     /// Sets, or with no bytes removes. On failure the values are as before, here and in what is kept.

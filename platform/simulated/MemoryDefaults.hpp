@@ -11,6 +11,7 @@ namespace quillo {
 
 class MemoryDefaults final : public UserDefaults {
   public:
+    std::string place() const override { return "memory"; }
     std::optional<std::string> data(std::string_view key) const override {
         const auto found = values_.find(key);
         return found == values_.end() ? std::nullopt : std::optional(found->second);

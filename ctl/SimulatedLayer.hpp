@@ -1,4 +1,4 @@
-// The platform layers that main() chooses from, each as a Desktop.
+// The simulated desktop, which every system has.
 #pragma once
 #include <filesystem>
 #include <memory>
@@ -8,9 +8,6 @@
 #include "ctl/Desktop.hpp"
 
 namespace quillo::ctl {
-
-/// The real desktop. Fails where no X server answers; the text says what to do.
-Result<std::unique_ptr<Desktop>> openX11Desktop(SystemLog& log);
 
 struct SceneFile {
     std::filesystem::path path;  // absolute

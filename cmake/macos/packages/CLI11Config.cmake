@@ -1,0 +1,1 @@
+add_library(CLI11::CLI11 INTERFACE IMPORTED)

@@ -1,0 +1,33 @@
+// What this system has where a simulated desktop has something else: its own desktop, log and defaults. Each
+// system's folder (x11/, macos/) defines systemLayer(); the build takes one of them.
+#pragma once
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "WindowEngine/services/FileSystem.hpp"
+#include "WindowEngine/services/SystemLog.hpp"
+#include "ctl/Desktop.hpp"
+#include "platform/posix/StandardDirectories.hpp"
+#include "platform/services/UserDefaults.hpp"
+
+namespace quillo::ctl {
+
+/// What --desktop calls this system's own desktop.
+extern const std::string_view systemDesktopName;
+
+class SystemLayer {
+  public:
+    virtual ~SystemLayer() = default;
+    /// Fails where no desktop answers; the text says what to do.
+    virtual Result<std::unique_ptr<Desktop>> openDesktop(SystemLog& log) = 0;
+    virtual SystemLog& log() = 0;
+    /// Where a person finds the log.
+    virtual std::string logPlace() const = 0;
+    virtual UserDefaults& defaults() = 0;
+};
+
+/// `files` must outlive it.
+std::unique_ptr<SystemLayer> systemLayer(FileSystem& files, const StandardDirectories& directories);
+
+}  // namespace quillo::ctl
