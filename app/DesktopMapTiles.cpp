@@ -69,9 +69,17 @@ MapContent titled(const Rect& area, const MapRequest& request) {
     return content;
 }
 
+/// A name that is cut to a letter or two says less than the icon alone.
+bool isLegible(const std::string& name, const Rect& visible, const MapRequest& request) {
+    const double whole = request.measure ? request.measure(name, MapText::label) : 0;
+    return titled(visible, request).label.width >= std::min(whole, 36 * request.textScale);
+}
+
 /// `titles`: where the style has title bands and the tile is no full-screen window.
 MapContent contentFor(const Rect& visible, const std::string& name, bool titles, const MapRequest& request) {
-    if (titles && visible.width >= 62 && visible.height >= bandHeight - 2) return titled(visible, request);
+    if (titles && visible.width >= 62 && visible.height >= bandHeight - 2 &&
+        isLegible(name, visible, request))
+        return titled(visible, request);
     const double line = lineHeight(MapText::small, request);
     const double label = request.measure ? request.measure(name, MapText::small) + 6 : 1e9;
     if (!name.empty() && visible.width >= std::max(44.0, label) && visible.height >= 28 + line)

@@ -1,7 +1,5 @@
 #include "app/gui/ReviewPresenter.hpp"
 
-#include <QLocale>
-
 #include "WindowEngine/CaptureFilter.hpp"
 #include "app/gui/MapSource.hpp"
 #include "app/gui/Words.hpp"
@@ -12,7 +10,7 @@ namespace {
 /// "6 of 8 windows", on one line.
 QString share(std::int64_t part, std::int64_t all, const QString& noun) {
     const QString nbsp(QChar::Nbsp);
-    return QLocale().toString(static_cast<qlonglong>(part)) + nbsp + "of" + nbsp + counted(all, noun);
+    return number(part) + nbsp + "of" + nbsp + counted(all, noun);
 }
 
 }  // namespace
@@ -117,15 +115,14 @@ QString ReviewPresenter::savedText() const {
 QString ReviewPresenter::leftOutText() const {
     const std::int64_t left = all_.windows - kept_.windows;
     if (left == 0) return {};
-    return QLocale().toString(static_cast<qlonglong>(left)) + QChar(QChar::Nbsp) + "left" +
-           QChar(QChar::Nbsp) + "out";
+    return number(left) + QChar(QChar::Nbsp) + "left" + QChar(QChar::Nbsp) + "out";
 }
 
 QString ReviewPresenter::counts() const {
     QStringList parts{share(kept_.apps, all_.apps, "app"), share(kept_.windows, all_.windows, "window")};
     if (all_.tabs > 0) parts << share(kept_.tabs, all_.tabs, "tab");
     if (all_.folders > 0) parts << share(kept_.folders, all_.folders, "folder");
-    return parts.join(QStringLiteral(" · "));
+    return joined(parts);
 }
 
 bool ReviewPresenter::touched() const {

@@ -20,7 +20,7 @@ QString applicationCounts(const ApplicationSnapshot& application) {
     QStringList parts{counted(alone.windowCount(), "window")};
     if (alone.tabCount() > 0) parts << counted(alone.tabCount(), "tab");
     if (alone.folderCount() > 0) parts << counted(alone.folderCount(), "folder");
-    return parts.join(QStringLiteral(" · "));
+    return joined(parts);
 }
 
 /// An address as people read it: without the scheme of the web, a path from the home directory on.

@@ -41,6 +41,7 @@ constexpr std::array typeRoles{TypeRole{"display", 28, 36, QFont::DemiBold, -0.5
                                TypeRole{"body-strong", 13, 18, QFont::DemiBold},
                                TypeRole{"caption", 12, 16, QFont::Normal},
                                TypeRole{"map-label", 11, 14, QFont::DemiBold},
+                               TypeRole{"map-desktop", 11, 14, QFont::Medium},
                                TypeRole{"map-small", 10, 12, QFont::Medium}};
 
 const TypeRole& typeRole(const QString& name) {

@@ -65,7 +65,7 @@ class Theme final : public QObject {
     QVariantMap workspaces() const { return workspaces_; }
     Q_INVOKABLE QVariantMap workspace(const QString& name) const;
     /// Type by its role: display, title, field-large, query, lead, heading, name, body, body-medium,
-    /// body-strong, caption, map-label, map-small; sizes in logical pixels, with the text scale.
+    /// body-strong, caption, map-label, map-desktop, map-small; sizes in logical pixels, with the text scale.
     Q_INVOKABLE QFont font(const QString& role) const;
     Q_INVOKABLE int lineHeight(const QString& role) const;
     /// The character of a symbol in the symbol font; a question mark for a name that there is none of.

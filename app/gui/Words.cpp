@@ -13,14 +13,20 @@ QDateTime dateTime(Instant instant) {
         std::chrono::duration_cast<std::chrono::milliseconds>(instant.time_since_epoch()).count());
 }
 
+/// All sentences are English: names of days, digits and marks of other languages would only mix with them.
+const QLocale& english() {
+    static const QLocale locale(QLocale::English, QLocale::UnitedStates);
+    return locale;
+}
+
+/// Whether a day has two halves is the person's own habit.
 QString time(const QDateTime& when) {
-    const QLocale locale;  // the plain C locale's short form has seconds
-    return locale.language() == QLocale::C ? when.time().toString("HH:mm")
-                                           : locale.toString(when.time(), QLocale::ShortFormat);
+    const bool halves = QLocale().timeFormat(QLocale::ShortFormat).contains('a', Qt::CaseInsensitive);
+    return english().toString(when.time(), halves ? QStringLiteral("h:mm AP") : QStringLiteral("HH:mm"));
 }
 
 QString day(const QDate& date, bool withYear) {
-    return QLocale().toString(date, withYear ? QStringLiteral("d MMM yyyy") : QStringLiteral("d MMM"));
+    return english().toString(date, withYear ? QStringLiteral("d MMM yyyy") : QStringLiteral("d MMM"));
 }
 
 }  // namespace
@@ -29,9 +35,12 @@ QString qt(std::string_view utf8) {
     return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
 
+QString number(std::int64_t count) {
+    return english().toString(static_cast<qlonglong>(count));
+}
+
 QString counted(std::int64_t count, const QString& noun) {
-    return QLocale().toString(static_cast<qlonglong>(count)) + QChar(QChar::Nbsp) + noun +
-           (count == 1 ? "" : "s");
+    return number(count) + QChar(QChar::Nbsp) + noun + (count == 1 ? "" : "s");
 }
 
 QString shortDate(Instant instant, Instant now) {
@@ -39,7 +48,7 @@ QString shortDate(Instant instant, Instant now) {
     const qint64 days = when.date().daysTo(today.date());
     if (days == 0) return time(when);
     if (days == 1) return QStringLiteral("Yesterday");
-    if (days > 1 && days < 7) return QLocale().dayName(when.date().dayOfWeek());
+    if (days > 1 && days < 7) return english().dayName(when.date().dayOfWeek());
     return day(when.date(), when.date().year() != today.date().year());
 }
 
@@ -58,12 +67,16 @@ QString applicationNames(const WorkspaceSnapshot& snapshot) {
     return names.join(", ");
 }
 
+QString joined(const QStringList& parts) {
+    return parts.join(QChar(QChar::Nbsp) + QStringLiteral("· "));
+}
+
 QString snapshotCounts(const WorkspaceSnapshot& snapshot) {
     QStringList parts{counted(static_cast<std::int64_t>(snapshot.applications.size()), "app"),
                       counted(snapshot.windowCount(), "window"),
                       counted(static_cast<std::int64_t>(snapshot.displays.size()), "display")};
     if (snapshot.desktops) parts << counted(snapshot.desktopCount(), "desktop");
-    return parts.join(QStringLiteral(" · "));
+    return joined(parts);
 }
 
 }  // namespace quillo

@@ -12,14 +12,14 @@ Rectangle {
         x: 16
         anchors.verticalCenter: parent.verticalCenter
         name: "lock"
-        size: 18
+        size: Math.round(18 * Theme.scale)
         color: Theme.warning
     }
     UiText {
         id: words
-        x: 46
+        x: 28 + Math.round(18 * Theme.scale)
         anchors.verticalCenter: parent.verticalCenter
-        width: parent.width - 62 - (button.visible ? button.width + 16 : 0)
+        width: parent.width - x - 16 - (button.visible ? button.width + 16 : 0)
         text: Library.accessReason
         wrapMode: Text.Wrap
     }

@@ -22,12 +22,12 @@ T.Button {
         Icon {
             anchors.verticalCenter: parent.verticalCenter
             name: control.iconName
-            size: 16
+            size: Math.round(16 * Theme.scale)
             color: control.danger ? Theme.danger : Theme.text2
         }
         UiText {
-            x: 26
-            width: parent.width - 26
+            x: 10 + Math.round(16 * Theme.scale)
+            width: parent.width - x
             anchors.verticalCenter: parent.verticalCenter
             text: control.text
             color: control.danger ? Theme.danger : Theme.text

@@ -4,7 +4,7 @@ import Quillo.Core
 
 Grid {
     id: root
-    columns: width < 480 ? 1 : 2
+    columns: width < 480 * Theme.scale ? 1 : 2
     columnSpacing: 40
 
     Repeater {

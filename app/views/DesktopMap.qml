@@ -52,7 +52,7 @@ Item {
                 anchors.centerIn: parent
                 width: Math.min(implicitWidth, parent.width)
                 visible: caption.what.labels.length === 1
-                role: "map-label"
+                role: "map-desktop"
                 color: Theme.text2
                 text: caption.labels
             }

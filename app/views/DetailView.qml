@@ -5,14 +5,18 @@ import Quillo.Core
 FocusScope {
     id: root
     readonly property bool narrow: width < 900
+    readonly property real side: Math.round(Math.min(328 * Theme.scale, width * 0.4))
+
+    // What has the keyboard may lie below; a page begins at its top all the same.
+    Component.onCompleted: Qt.callLater(() => page.contentY = 0)
 
     Item {
         id: bar
         x: 24
         width: parent.width - 48
-        height: 60
+        height: Math.max(60, done.height + 26)
         PushButton {
-            x: -10
+            x: -12
             anchors.verticalCenter: parent.verticalCenter
             kind: "plain"
             iconName: "arrow-left"
@@ -20,6 +24,7 @@ FocusScope {
             onClicked: Ui.back()
         }
         PushButton {
+            id: done
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
             text: "Done"
@@ -28,6 +33,7 @@ FocusScope {
     }
 
     Scroller {
+        id: page
         anchors.top: bar.bottom
         anchors.bottom: parent.bottom
         width: parent.width
@@ -39,13 +45,13 @@ FocusScope {
             Column {
                 id: left
                 x: 24
-                width: root.narrow ? parent.width - 48 : parent.width - 48 - 328 - 32
+                width: root.narrow ? parent.width - 48 : parent.width - 48 - root.side - 32
                 spacing: 0
 
                 Rectangle {
                     readonly property var colors: Theme.workspaces[Detail.colorName] || Theme.workspaces["slate"]
                     width: parent.width
-                    height: Math.max(220, Math.min(380, width * 0.48))
+                    height: Math.max(220, Math.min(Math.max(380, root.height * 0.5), width * 0.48))
                     radius: 16
                     color: colors.tint
                     DesktopMap {
@@ -68,9 +74,9 @@ FocusScope {
 
             Column {
                 id: right
-                x: root.narrow ? 24 : parent.width - 24 - 328
+                x: root.narrow ? 24 : parent.width - 24 - root.side
                 y: root.narrow ? left.height + 24 : 0
-                width: root.narrow ? parent.width - 48 : 328
+                width: root.narrow ? parent.width - 48 : root.side
 
                 Row {
                     width: parent.width
@@ -157,6 +163,7 @@ FocusScope {
                 UiText {
                     x: 26
                     width: parent.width - 26
+                    bottomPadding: 4
                     role: "caption"
                     color: Theme.text2
                     visible: Detail.cleanSlate === 2

@@ -20,7 +20,7 @@ Item {
         if (keep) renamed(field.text)
     }
 
-    implicitHeight: editing ? field.height : title.height
+    implicitHeight: Math.max(title.height, field.visible ? field.height - 8 : 0)
 
     UiText {
         id: title
@@ -28,16 +28,18 @@ Item {
         width: Math.min(implicitWidth, parent.width - pencil.width - 4)
         role: "title"
         text: root.name
+        wrapMode: Text.Wrap
+        maximumLineCount: 2
+        elide: Text.ElideRight
         MouseArea { anchors.fill: parent; cursorShape: Qt.IBeamCursor; onClicked: root.begin() }
     }
     IconButton {
         id: pencil
         visible: !root.editing
-        anchors.left: title.right
-        anchors.leftMargin: 4
+        x: title.contentWidth + 4
         anchors.verticalCenter: title.verticalCenter
-        size: 26
-        iconSize: 14
+        size: Math.round(26 * Theme.scale)
+        iconSize: Math.round(14 * Theme.scale)
         iconName: "pencil"
         tip: "Rename"
         onClicked: root.begin()
@@ -46,6 +48,7 @@ Item {
         id: field
         visible: root.editing
         width: parent.width
+        anchors.verticalCenter: title.verticalCenter
         prompt: "Workspace name"
         onAccepted: root.finish(true)
         Keys.onEscapePressed: root.finish(false)

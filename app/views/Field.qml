@@ -9,12 +9,14 @@ T.TextField {
     property string iconName
     property bool large: false
     property bool bare: false  // without an edge of its own
+    property bool clearable: false
+    readonly property real iconSize: Math.round(16 * Theme.scale)
     signal edited(string text)
 
     implicitHeight: Math.round((large ? 44 : 34) * Theme.scale)
     implicitWidth: 220
-    leftPadding: bare ? 0 : iconName ? 36 : 11
-    rightPadding: bare ? 0 : 11
+    leftPadding: bare ? 0 : iconName ? iconSize + 20 : 11
+    rightPadding: bare ? 0 : clear.visible ? clear.width + 6 : 11
     verticalAlignment: TextInput.AlignVCenter
     font: Theme.font(large ? "field-large" : "body")
     color: Theme.text
@@ -57,8 +59,21 @@ T.TextField {
         anchors.verticalCenter: parent.verticalCenter
         x: 12
         name: control.iconName
-        size: 16
+        size: control.iconSize
         color: Theme.text3
+    }
+    IconButton {
+        id: clear
+        visible: control.clearable && control.length > 0
+        anchors.right: parent.right
+        anchors.rightMargin: 4
+        anchors.verticalCenter: parent.verticalCenter
+        size: Math.round(26 * Theme.scale)
+        iconSize: Math.round(14 * Theme.scale)
+        iconName: "x"
+        tip: "Clear"
+        focusPolicy: Qt.NoFocus
+        onClicked: { control.clear(); control.edited("") }
     }
     background: Item {
         Rectangle {

@@ -5,7 +5,6 @@ import Quillo.Core
 FocusScope {
     id: root
     readonly property int columns: Math.max(1, Math.floor((width - 48 + 18) / 318))
-    readonly property bool narrow: width < 700
 
     function focusSearch() {
         search.forceActiveFocus(Qt.ShortcutFocusReason)
@@ -18,16 +17,18 @@ FocusScope {
         id: bar
         x: 24
         width: parent.width - 48
-        height: 60
+        height: Math.max(60, search.height + 26)
 
         Field {
             id: search
+            visible: !Library.empty
+            clearable: true
             anchors.verticalCenter: parent.verticalCenter
             width: Math.min(320, bar.width - order.width - tools.width - 24)
             iconName: "search"
             prompt: "Search workspaces and apps"
             text: Library.query
-            focus: true
+            focus: !Library.empty
             onEdited: (text) => Library.query = text
             Keys.onDownPressed: if (grid.count > 0) grid.forceActiveFocus(Qt.TabFocusReason)
             Keys.onEscapePressed: (event) => {
@@ -38,6 +39,7 @@ FocusScope {
         }
         PopUpButton {
             id: order
+            visible: !Library.empty
             anchors.left: search.right
             anchors.leftMargin: 10
             anchors.verticalCenter: parent.verticalCenter
@@ -118,15 +120,37 @@ FocusScope {
             height: grid.cellHeight
             current: GridView.isCurrentItem && grid.activeFocus
         }
-        ScrollBar { flickable: grid; anchors.rightMargin: -2 }
+    }
+    ScrollBar {
+        parent: root
+        flickable: grid
+        anchors.top: grid.top
+        visible: needed && grid.visible
     }
 
     Column {
+        id: nothing
+        readonly property real words: emptyTitle.height + emptyHint.height + 16
+                                      + (Library.empty ? emptyButtons.height + 24 + emptyShortcut.height : 0)
         anchors.centerIn: grid
-        width: Math.min(440, parent.width - 48)
+        width: Math.min(440 * Theme.scale, parent.width - 48)
         visible: grid.count === 0
         spacing: 8
+        // The desktop that would be the first workspace, where there is room for it.
+        DesktopMap {
+            id: picture
+            readonly property bool shown: Library.empty && Library.nowMap && Library.accessibilityGranted && height >= 96
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: Math.min(560, root.width - 48)
+            height: Math.min(216, grid.height - nothing.words - 48)
+            visible: shown
+            style: "restore"
+            wallRadius: -1
+            colorName: "slate"
+            source: Library.nowMap
+        }
         Rectangle {
+            visible: !picture.shown && grid.height - nothing.words >= 104
             anchors.horizontalCenter: parent.horizontalCenter
             width: 72
             height: 72
@@ -141,6 +165,7 @@ FocusScope {
         }
         Item { width: 1; height: 6 }
         UiText {
+            id: emptyTitle
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
             role: "title"
@@ -148,6 +173,8 @@ FocusScope {
             wrapMode: Text.Wrap
         }
         UiText {
+            id: emptyHint
+            role: Library.empty ? "lead" : "body"
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
             text: Ui.text(Library.emptyHint)
@@ -155,20 +182,37 @@ FocusScope {
             wrapMode: Text.Wrap
         }
         Item { width: 1; height: 8; visible: Library.empty }
-        Row {
+        Column {
+            id: emptyActions
             anchors.horizontalCenter: parent.horizontalCenter
             visible: Library.empty
-            spacing: 10
-            PushButton {
-                text: "Import Workspace…"
-                onClicked: Library.importWorkspace()
+            spacing: 12
+            Row {
+                id: emptyButtons
+                anchors.horizontalCenter: parent.horizontalCenter
+                spacing: 10
+                PushButton {
+                    large: true
+                    text: "Import Workspace…"
+                    onClicked: Library.importWorkspace()
+                }
+                PushButton {
+                    large: true
+                    kind: "primary"
+                    iconName: "plus"
+                    text: "Save Current Desktop…"
+                    focus: Library.empty
+                    enabled: Library.canSave && Library.accessibilityGranted
+                    onClicked: Library.save()
+                }
             }
-            PushButton {
-                kind: "primary"
-                iconName: "plus"
-                text: "Save Current Desktop…"
-                enabled: Library.canSave && Library.accessibilityGranted
-                onClicked: Library.save()
+            UiText {
+                id: emptyShortcut
+                anchors.horizontalCenter: parent.horizontalCenter
+                visible: Ui.saveShortcut !== "" && grid.height >= nothing.words + 24
+                role: "caption"
+                text: hint.text
+                color: Theme.text2
             }
         }
     }
@@ -177,7 +221,8 @@ FocusScope {
         id: strip
         anchors.bottom: parent.bottom
         width: parent.width
-        height: Math.max(76, words.height + 24)
+        height: visible ? Math.max(76, words.height + 24) : 0
+        visible: !Library.empty
         color: Theme.surface
         Rectangle { width: parent.width; height: 1; color: Theme.border }
 
@@ -205,7 +250,11 @@ FocusScope {
                 text: "Current desktop"
             }
             UiText {
+                id: counts
                 width: parent.width
+                wrapMode: Text.Wrap
+                maximumLineCount: 2
+                elide: Text.ElideRight
                 role: "caption"
                 text: Library.nowText
                 color: Theme.text2
@@ -218,14 +267,18 @@ FocusScope {
             anchors.verticalCenter: parent.verticalCenter
             spacing: 14
             UiText {
-                visible: !root.narrow && Ui.saveShortcut !== ""
+                id: hint
+                // What the desktop holds comes before how its saving is called.
+                readonly property real room: strip.width - 48 - nowMap.width - saving.width - 3 * 14 - counts.implicitWidth
+                visible: Ui.saveShortcut !== "" && implicitWidth <= room
                 anchors.verticalCenter: parent.verticalCenter
                 role: "caption"
                 text: Ui.text("Save workspace · ⌘S (") + Ui.saveShortcut + ")"
                 color: Theme.text2
             }
             PushButton {
-                height: 36
+                id: saving
+                height: Math.round(36 * Theme.scale)
                 kind: "primary"
                 iconName: "plus"
                 text: "Save Current Desktop…"

@@ -62,7 +62,7 @@ T.Popup {
 
                     enabled: entry.enabled !== false && !entry.separator
                     width: Math.max(list.width, implicitWidth)
-                    implicitWidth: line.implicitWidth + 46
+                    implicitWidth: line.x + line.implicitWidth + 12
                     implicitHeight: entry.separator ? 9 : Math.round(32 * Theme.scale)
                     opacity: enabled || entry.separator ? 1 : 0.4
                     hoverEnabled: true
@@ -97,12 +97,12 @@ T.Popup {
                             anchors.verticalCenter: parent.verticalCenter
                             name: menu.current === row.index ? "check" : row.entry.iconName || "check"
                             visible: menu.current === row.index || (row.entry.iconName || "") !== ""
-                            size: 15
+                            size: Math.round(15 * Theme.scale)
                             color: row.entry.danger ? Theme.danger : Theme.text2
                         }
                         UiText {
                             id: line
-                            x: 34
+                            x: 19 + Math.round(15 * Theme.scale)
                             width: Math.min(implicitWidth, 420)
                             anchors.verticalCenter: parent.verticalCenter
                             text: row.entry.text || ""

@@ -16,7 +16,7 @@ T.Button {
 
     text: model[current] || ""
     implicitHeight: Math.round(34 * Theme.scale)
-    implicitWidth: words.implicitWidth + 44
+    implicitWidth: words.implicitWidth + 30 + Math.round(14 * Theme.scale)
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
     opacity: enabled ? 1 : 0.4
@@ -41,7 +41,7 @@ T.Button {
             anchors.right: parent.right
             anchors.rightMargin: 10
             name: "chevrons-up-down"
-            size: 14
+            size: Math.round(14 * Theme.scale)
             color: Theme.text3
         }
     }

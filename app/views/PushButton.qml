@@ -33,7 +33,7 @@ T.Button {
                 visible: control.iconName !== ""
                 width: visible ? size : 0
                 name: control.iconName
-                size: 16
+                size: Math.round(16 * Theme.scale)
                 color: control.kind === "normal" ? Theme.text2 : control.ink
             }
             UiText {

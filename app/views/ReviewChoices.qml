@@ -8,7 +8,8 @@ Item {
     property bool mapFirst: false
     property real mapHeight: Math.round(width * 0.627)
     readonly property var colors: Theme.workspaces[Review.color] || Theme.workspaces["slate"]
-    readonly property real rest: below.y + mapBlock.spacing + legend.height  // all but the map
+    /// What is to be seen with the map at once: in a narrow window no more than the name.
+    readonly property real rest: mapBlock.spacing + legend.height + (mapFirst ? 16 + name.height : below.y)
     implicitHeight: column.implicitHeight
 
     function focusName() { name.forceActiveFocus() }

@@ -91,15 +91,15 @@ Item {
         }
         Icon {
             visible: !root.app
-            x: root.location ? 82 : 58
+            x: (root.location ? 88.5 : 65) - size / 2
             anchors.verticalCenter: parent.verticalCenter
             name: root.kind === "folder" ? "folder" : root.kind === "tab" ? "link" : "app-window"
-            size: root.location ? 13 : 14
+            size: Math.round((root.location ? 13 : 14) * Theme.scale)
             color: root.included && !root.faded ? Theme.text2 : Theme.text3
         }
         UiText {
             id: words
-            readonly property real start: root.app ? 68 : root.location ? 105 : 82
+            readonly property real start: root.app ? 68 : Math.round((root.location ? 99 : 75) + 7 * Theme.scale)
             readonly property real room: tick.x - start - 16 - (root.app || note.text === "" ? 0 : note.implicitWidth + 16)
             x: start
             width: Math.min(implicitWidth, Math.max(40, room))

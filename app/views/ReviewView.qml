@@ -5,6 +5,7 @@ import Quillo.Core
 FocusScope {
     id: root
     readonly property bool wide: width >= 900
+    readonly property real side: Math.max(472, Math.min(640, Math.round(width * 0.4)))
     readonly property bool busy: Review.capturing || !Review.present
     focus: true
 
@@ -56,7 +57,7 @@ FocusScope {
             id: left
             x: -4
             y: -4
-            width: root.wide ? 480 : 0
+            width: root.wide ? root.side + 8 : 0
             height: parent.height + 8
             visible: root.wide
             padding: 4
@@ -68,8 +69,8 @@ FocusScope {
         }
         Rectangle {
             id: card
-            x: root.wide ? 496 : 0
-            width: parent.width - x
+            x: root.wide ? root.side + 24 : -4  // in a narrow window with room for the ring around the name
+            width: parent.width - x + (root.wide ? 0 : 4)
             height: parent.height
             radius: root.wide ? 14 : 0
             color: root.wide ? Theme.surface : "transparent"
@@ -95,7 +96,7 @@ FocusScope {
             width: parent.width - (root.wide ? 0 : 8)
             mapFirst: !root.wide
             mapHeight: root.wide ? Math.max(150, Math.min(Math.round(width * 0.627), body.height - rest))
-                                 : Math.round(Math.min(width * 0.45, 300))
+                                 : Math.max(130, Math.round(Math.min(width * 0.45, 300, body.height - rest - 12)))
         }
     }
     Column {

@@ -14,7 +14,8 @@ Rectangle {
     implicitWidth: row.implicitWidth + 4
     implicitHeight: row.implicitHeight + 4
     radius: 8
-    color: Theme.sunken
+    // Small ones stand on walls of many colours.
+    color: mini ? Qt.rgba(Theme.text.r, Theme.text.g, Theme.text.b, 0.08) : Theme.sunken
     Accessible.role: Accessible.Grouping
     Accessible.name: label
 
@@ -53,7 +54,7 @@ Rectangle {
                     UiText {
                         id: words
                         anchors.centerIn: parent
-                        role: root.mini ? "map-label" : "body-medium"
+                        role: root.mini ? "map-desktop" : "body-medium"
                         text: segment.modelData
                         color: segment.on ? Theme.text : Theme.text2
                         Accessible.ignored: true

@@ -18,14 +18,14 @@ Rectangle {
         x: 16
         y: 12
         name: "triangle-alert"
-        size: 18
+        size: Math.round(18 * Theme.scale)
         color: Theme.warning
     }
     Flickable {
         id: list
-        x: 46
+        x: 28 + Math.round(18 * Theme.scale)
         y: 12
-        width: parent.width - 62
+        width: parent.width - x - 16
         height: Math.min(column.height, Math.round(96 * Theme.scale))
         contentHeight: column.height
         clip: true
@@ -38,7 +38,7 @@ Rectangle {
                 model: root.lines
                 UiText {
                     required property string modelData
-                    width: column.width
+                    width: column.width - (list.contentHeight > list.height ? 12 : 0)
                     text: modelData
                     wrapMode: Text.Wrap
                 }

@@ -32,7 +32,7 @@ Rectangle {
             anchors.verticalCenter: parent.verticalCenter
             name: bad ? "triangle-alert" : "check"
             color: bad ? "#EDB64B" : "white"
-            size: 16
+            size: Math.round(16 * Theme.scale)
         }
         UiText {
             id: words

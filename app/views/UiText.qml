@@ -9,6 +9,7 @@ Text {
     font: Theme.font(role)
     renderType: Text.NativeRendering
     textFormat: Text.PlainText
+    horizontalAlignment: Text.AlignLeft  // names of every script begin where the layout begins
     elide: wrapMode === Text.NoWrap ? Text.ElideRight : Text.ElideNone
     lineHeightMode: wrapMode === Text.NoWrap ? Text.ProportionalHeight : Text.FixedHeight
     lineHeight: wrapMode === Text.NoWrap ? 1 : Theme.lineHeight(role)

@@ -108,9 +108,10 @@ Item {
                 spacing: 2
                 Item {
                     width: parent.width
-                    height: title.height
+                    height: Theme.lineHeight("name")  // whatever script the name is in
                     UiText {
                         id: title
+                        anchors.verticalCenter: parent.verticalCenter
                         width: parent.width - (time.visible ? time.implicitWidth + 10 : 0)
                         role: "name"
                         text: root.name
@@ -157,6 +158,10 @@ Item {
                     onClicked: Library.resume(root.workspaceId)
                 }
             }
+        }
+        ToolTip {
+            visible: mouse.containsMouse && title.truncated && !menu.opened
+            text: root.name
         }
         MenuPopup {
             id: menu

@@ -2,6 +2,7 @@
 #include "app/LibraryIndex.hpp"
 #include "app/gui/DetailPresenter.hpp"
 #include "app/gui/LibraryPresenter.hpp"
+#include "app/gui/Words.hpp"
 #include "tests/gui/GuiFixture.hpp"
 
 namespace quillo {
@@ -86,6 +87,23 @@ TEST_F(LibraryViewTest, ResumingPassesTheStoredMode) {
     ASSERT_TRUE(model->restoreRunning());
     model.finishRestore();
     EXPECT_TRUE(model.desktop.world().application("org.editor")->hidden);
+}
+
+TEST(Words, AreEnglishInEveryCountry) {
+    const QDateTime afternoon(QDate(2026, 11, 21), QTime(15, 4));
+    const auto at = [](const QDateTime& when) {
+        return Instant{std::chrono::seconds{when.toSecsSinceEpoch()}};
+    };
+    for (const auto& [locale, time] : {std::pair{"C", "15:04"}, std::pair{"de_DE", "15:04"},
+                                       std::pair{"en_US", "3:04 PM"}, std::pair{"ar_EG", "3:04 PM"}}) {
+        QLocale::setDefault(QLocale(locale));
+        EXPECT_EQ(counted(1234, "window"), QString("1,234") + QChar(QChar::Nbsp) + "windows") << locale;
+        EXPECT_EQ(shortDate(at(afternoon), at(afternoon)), time) << locale;
+        EXPECT_EQ(shortDate(at(afternoon.addDays(-3)), at(afternoon)), "Wednesday") << locale;
+        EXPECT_EQ(longDate(at(afternoon.addDays(-40)), at(afternoon)), QString("12 Oct 2026 at ") + time)
+            << locale;
+    }
+    QLocale::setDefault(QLocale::system());
 }
 
 TEST(ListedRows, ChangeRowByRow) {
