@@ -8,7 +8,8 @@
 namespace quillo {
 
 /// Callbacks, each for as long as its handle (a Handle, which the seam declares with nothing but a virtual
-/// destructor). They may come and go while they are called, their own included; a handle may outlive the list.
+/// destructor). They may come and go while they are called, their own included; a handle may outlive the
+/// list.
 template <class Function, class Handle>
 class Listeners {
   public:
