@@ -9,7 +9,8 @@ Rectangle {
     color: Theme.warningTint
 
     Icon {
-        x: 16
+        anchors.left: parent.left
+        anchors.leftMargin: 16
         anchors.verticalCenter: parent.verticalCenter
         name: "lock"
         size: Math.round(18 * Theme.scale)
@@ -17,9 +18,10 @@ Rectangle {
     }
     UiText {
         id: words
-        x: 28 + Math.round(18 * Theme.scale)
+        anchors.left: parent.left
+        anchors.leftMargin: 28 + Math.round(18 * Theme.scale)
         anchors.verticalCenter: parent.verticalCenter
-        width: parent.width - x - 16 - (button.visible ? button.width + 16 : 0)
+        width: parent.width - anchors.leftMargin - 16 - (button.visible ? button.width + 16 : 0)
         text: Library.accessReason
         wrapMode: Text.Wrap
     }

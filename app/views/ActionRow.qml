@@ -20,14 +20,16 @@ T.Button {
 
     contentItem: Item {
         Icon {
+            anchors.left: parent.left
             anchors.verticalCenter: parent.verticalCenter
             name: control.iconName
             size: Math.round(16 * Theme.scale)
             color: control.danger ? Theme.danger : Theme.text2
         }
         UiText {
-            x: 10 + Math.round(16 * Theme.scale)
-            width: parent.width - x
+            anchors.left: parent.left
+            anchors.leftMargin: 10 + Math.round(16 * Theme.scale)
+            width: parent.width - anchors.leftMargin
             anchors.verticalCenter: parent.verticalCenter
             text: control.text
             color: control.danger ? Theme.danger : Theme.text

@@ -18,7 +18,8 @@ Grid {
 
             AppIcon {
                 id: icon
-                x: 8
+                anchors.left: parent.left
+                anchors.leftMargin: 8
                 anchors.verticalCenter: parent.verticalCenter
                 identifier: modelData.identifier
                 name: modelData.name

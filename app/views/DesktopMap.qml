@@ -38,6 +38,9 @@ Item {
         model: picture.captions.length
         Item {
             id: caption
+            // Displays stand where they stand, also where people read from right to left.
+            LayoutMirroring.enabled: false
+            LayoutMirroring.childrenInherit: true
             required property int index
             readonly property var what: picture.captions[index] ?? { labels: [], positions: [], current: -1 }
             // As text, so that the segments stay, and keep the focus, while another desktop is shown.

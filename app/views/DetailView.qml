@@ -16,10 +16,11 @@ FocusScope {
         width: parent.width - 48
         height: Math.max(60, done.height + 26)
         PushButton {
-            x: -12
+            anchors.left: parent.left
+            anchors.leftMargin: -12
             anchors.verticalCenter: parent.verticalCenter
             kind: "plain"
-            iconName: "arrow-left"
+            iconName: root.LayoutMirroring.enabled ? "arrow-right" : "arrow-left"
             text: "Back to workspaces · esc"
             onClicked: Ui.back()
         }
@@ -44,7 +45,8 @@ FocusScope {
 
             Column {
                 id: left
-                x: 24
+                anchors.left: parent.left
+                anchors.leftMargin: 24
                 width: root.narrow ? parent.width - 48 : parent.width - 48 - root.side - 32
                 spacing: 0
 
@@ -65,6 +67,7 @@ FocusScope {
                 UiText {
                     visible: !root.narrow
                     x: 8
+                    width: parent.width - 16
                     role: "body-strong"
                     text: "In this workspace"
                     bottomPadding: 8
@@ -74,7 +77,8 @@ FocusScope {
 
             Column {
                 id: right
-                x: root.narrow ? 24 : parent.width - 24 - root.side
+                anchors.right: parent.right
+                anchors.rightMargin: 24
                 y: root.narrow ? left.height + 24 : 0
                 width: root.narrow ? parent.width - 48 : root.side
 
@@ -148,7 +152,7 @@ FocusScope {
                     onClicked: Detail.resume()
                 }
                 Item { width: 1; height: 26 }
-                UiText { role: "body-strong"; text: "When resuming"; bottomPadding: 6 }
+                UiText { width: parent.width; role: "body-strong"; text: "When resuming"; bottomPadding: 6 }
                 Repeater {
                     model: Detail.cleanSlateLabels
                     RadioRow {
@@ -161,7 +165,8 @@ FocusScope {
                     }
                 }
                 UiText {
-                    x: 26
+                    anchors.left: parent.left
+                    anchors.leftMargin: 26
                     width: parent.width - 26
                     bottomPadding: 4
                     role: "caption"
@@ -198,6 +203,7 @@ FocusScope {
                 Item { width: 1; height: 20; visible: root.narrow }
                 UiText {
                     visible: root.narrow
+                    width: parent.width
                     role: "body-strong"
                     text: "In this workspace"
                     bottomPadding: 8

@@ -25,6 +25,7 @@ Item {
     UiText {
         id: title
         visible: !root.editing
+        anchors.left: parent.left
         width: Math.min(implicitWidth, parent.width - pencil.width - 4)
         role: "title"
         text: root.name
@@ -36,7 +37,8 @@ Item {
     IconButton {
         id: pencil
         visible: !root.editing
-        x: title.contentWidth + 4
+        anchors.left: parent.left
+        anchors.leftMargin: title.contentWidth + 4
         anchors.verticalCenter: title.verticalCenter
         size: Math.round(26 * Theme.scale)
         iconSize: Math.round(14 * Theme.scale)

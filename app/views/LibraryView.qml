@@ -23,6 +23,7 @@ FocusScope {
             id: search
             visible: !Library.empty
             clearable: true
+            anchors.left: parent.left
             anchors.verticalCenter: parent.verticalCenter
             width: Math.min(320, bar.width - order.width - tools.width - 24)
             iconName: "search"
@@ -104,8 +105,8 @@ FocusScope {
         Accessible.role: Accessible.List
         Accessible.name: "Workspaces"
 
-        Keys.onLeftPressed: Library.moveCursor(-1)
-        Keys.onRightPressed: Library.moveCursor(1)
+        Keys.onLeftPressed: Library.moveCursor(LayoutMirroring.enabled ? 1 : -1)
+        Keys.onRightPressed: Library.moveCursor(LayoutMirroring.enabled ? -1 : 1)
         Keys.onUpPressed: if (Library.cursor < root.columns) root.focusSearch()
                           else Library.moveCursor(-root.columns)
         Keys.onDownPressed: Library.moveCursor(root.columns)
@@ -228,7 +229,8 @@ FocusScope {
 
         DesktopMap {
             id: nowMap
-            x: 24
+            anchors.left: parent.left
+            anchors.leftMargin: 24
             anchors.verticalCenter: parent.verticalCenter
             width: 128
             height: 52

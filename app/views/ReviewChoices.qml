@@ -26,12 +26,14 @@ Item {
             id: name
             width: parent.width
             large: true
-            leftPadding: 50
+            leftPadding: LayoutMirroring.enabled ? 11 : 50
+            rightPadding: LayoutMirroring.enabled ? 50 : 11
             prompt: "Name this workspace"
             text: Review.name
             onEdited: (text) => Review.name = text
             Badge {
-                x: 7
+                anchors.left: parent.left
+                anchors.leftMargin: 7
                 anchors.verticalCenter: parent.verticalCenter
                 icon: Review.icon
                 colorName: Review.color
@@ -39,7 +41,7 @@ Item {
             }
         }
         Item { width: 1; height: 18 }
-        UiText { text: "Icon"; color: Theme.text2; Accessible.ignored: true }
+        UiText { width: parent.width; text: "Icon"; color: Theme.text2; Accessible.ignored: true }
         Item { width: 1; height: 6 }
         ChoiceRow {
             x: -2
@@ -69,11 +71,11 @@ Item {
             }
         }
         Item { width: 1; height: 18 }
-        UiText { text: "Color"; color: Theme.text2; Accessible.ignored: true }
+        UiText { width: parent.width; text: "Color"; color: Theme.text2; Accessible.ignored: true }
         Item { width: 1; height: 6 }
         ChoiceRow {
             x: -4
-            width: parent.width + 4
+            width: parent.width + 8
             spacing: 12
             cell: 30
             label: "Color"

@@ -28,8 +28,8 @@ ListView {
     Keys.onDownPressed: choose(currentIndex + 1)
     Keys.onSpacePressed: { byKey = true; Review.toggle(currentIndex) }
     Keys.onReturnPressed: (event) => { if (event.modifiers === Qt.NoModifier) { byKey = true; Review.toggle(currentIndex) } else event.accepted = false }
-    Keys.onRightPressed: { byKey = true; Review.setOpen(currentIndex, true) }
-    Keys.onLeftPressed: { byKey = true; Review.setOpen(currentIndex, false) }
+    Keys.onRightPressed: { byKey = true; Review.setOpen(currentIndex, !LayoutMirroring.enabled) }
+    Keys.onLeftPressed: { byKey = true; Review.setOpen(currentIndex, LayoutMirroring.enabled) }
     Keys.onPressed: (event) => {
         if (event.key === Qt.Key_Home) choose(0)
         else if (event.key === Qt.Key_End) choose(count - 1)

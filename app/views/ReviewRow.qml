@@ -62,7 +62,8 @@ Item {
 
         Item {
             visible: root.openable
-            x: root.app ? 0 : 24
+            anchors.left: parent.left
+            anchors.leftMargin: root.app ? 0 : 24
             width: 34
             height: parent.height
             Accessible.role: Accessible.Button
@@ -76,13 +77,14 @@ Item {
                 anchors.centerIn: parent
                 name: "chevron-right"
                 size: 15
-                rotation: root.open ? 90 : 0
+                rotation: root.open ? 90 : root.LayoutMirroring.enabled ? 180 : 0
                 Behavior on rotation { NumberAnimation { duration: Theme.duration(140); easing.type: Easing.OutCubic } }
             }
         }
         AppIcon {
             visible: root.app
-            x: 34
+            anchors.left: parent.left
+            anchors.leftMargin: 34
             anchors.verticalCenter: parent.verticalCenter
             identifier: root.app ? root.identifier : ""
             name: root.title
@@ -91,7 +93,8 @@ Item {
         }
         Icon {
             visible: !root.app
-            x: (root.location ? 88.5 : 65) - size / 2
+            anchors.left: parent.left
+            anchors.leftMargin: (root.location ? 88.5 : 65) - size / 2
             anchors.verticalCenter: parent.verticalCenter
             name: root.kind === "folder" ? "folder" : root.kind === "tab" ? "link" : "app-window"
             size: Math.round((root.location ? 13 : 14) * Theme.scale)
@@ -100,8 +103,9 @@ Item {
         UiText {
             id: words
             readonly property real start: root.app ? 68 : Math.round((root.location ? 99 : 75) + 7 * Theme.scale)
-            readonly property real room: tick.x - start - 16 - (root.app || note.text === "" ? 0 : note.implicitWidth + 16)
-            x: start
+            readonly property real room: tick.start - start - 16 - (root.app || note.text === "" ? 0 : note.implicitWidth + 16)
+            anchors.left: parent.left
+            anchors.leftMargin: start
             width: Math.min(implicitWidth, Math.max(40, room))
             anchors.verticalCenter: parent.verticalCenter
             role: root.app ? root.included ? "body-strong" : "body-medium" : root.location ? "caption" : "body"
@@ -112,8 +116,9 @@ Item {
         }
         UiText {
             id: note
-            x: root.app ? words.x + words.width + 10 : tick.x - 16 - width
-            width: root.app ? Math.max(0, Math.min(implicitWidth, tick.x - 16 - x)) : implicitWidth
+            anchors.left: parent.left
+            anchors.leftMargin: root.app ? words.start + words.width + 10 : tick.start - 16 - width
+            width: root.app ? Math.max(0, Math.min(implicitWidth, tick.start - 16 - anchors.leftMargin)) : implicitWidth
             anchors.verticalCenter: parent.verticalCenter
             role: "caption"
             text: root.detail
@@ -122,7 +127,9 @@ Item {
         }
         Toggle {
             id: tick
-            x: parent.width - width - 18
+            readonly property real start: parent.width - width - 18
+            anchors.right: parent.right
+            anchors.rightMargin: 18
             anchors.verticalCenter: parent.verticalCenter
             small: true
             checked: root.included

@@ -27,7 +27,8 @@ FocusScope {
 
     Row {
         id: heading
-        x: 24
+        anchors.left: parent.left
+        anchors.leftMargin: 24
         y: Math.round(20 * Theme.scale)
         spacing: 8
         UiText {
@@ -55,7 +56,8 @@ FocusScope {
 
         Scroller {
             id: left
-            x: -4
+            anchors.left: parent.left
+            anchors.leftMargin: -4
             y: -4
             width: root.wide ? root.side + 8 : 0
             height: parent.height + 8
@@ -69,8 +71,10 @@ FocusScope {
         }
         Rectangle {
             id: card
-            x: root.wide ? root.side + 24 : -4  // in a narrow window with room for the ring around the name
-            width: parent.width - x + (root.wide ? 0 : 4)
+            // In a narrow window with room for the ring around the name.
+            anchors.right: parent.right
+            anchors.rightMargin: root.wide ? 0 : -4
+            width: root.wide ? parent.width - root.side - 24 : parent.width + 8
             height: parent.height
             radius: root.wide ? 14 : 0
             color: root.wide ? Theme.surface : "transparent"
@@ -113,9 +117,10 @@ FocusScope {
         width: parent.width
         height: Math.max(60, buttons.height + 26)
         UiText {
-            x: 24
+            anchors.left: parent.left
+            anchors.leftMargin: 24
             anchors.verticalCenter: parent.verticalCenter
-            width: buttons.x - 24 - x
+            width: parent.width - buttons.width - 72
             visible: !root.busy
             text: Review.counts
             color: Theme.text2
@@ -124,7 +129,8 @@ FocusScope {
         }
         Row {
             id: buttons
-            x: parent.width - width - 24
+            anchors.right: parent.right
+            anchors.rightMargin: 24
             anchors.verticalCenter: parent.verticalCenter
             spacing: 10
             PushButton {

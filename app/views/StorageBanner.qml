@@ -15,7 +15,8 @@ Rectangle {
     Accessible.ignored: !visible
 
     Icon {
-        x: 16
+        anchors.left: parent.left
+        anchors.leftMargin: 16
         y: 12
         name: "triangle-alert"
         size: Math.round(18 * Theme.scale)
@@ -23,9 +24,10 @@ Rectangle {
     }
     Flickable {
         id: list
-        x: 28 + Math.round(18 * Theme.scale)
+        anchors.left: parent.left
+        anchors.leftMargin: 28 + Math.round(18 * Theme.scale)
         y: 12
-        width: parent.width - x - 16
+        width: parent.width - anchors.leftMargin - 16
         height: Math.min(column.height, Math.round(96 * Theme.scale))
         contentHeight: column.height
         clip: true

@@ -94,7 +94,8 @@ Item {
             anchors.fill: footer
             Badge {
                 id: badge
-                x: 12
+                anchors.left: parent.left
+                anchors.leftMargin: 12
                 anchors.verticalCenter: parent.verticalCenter
                 icon: root.icon
                 colorName: root.colorName
@@ -111,6 +112,7 @@ Item {
                     height: Theme.lineHeight("name")  // whatever script the name is in
                     UiText {
                         id: title
+                        anchors.left: parent.left
                         anchors.verticalCenter: parent.verticalCenter
                         width: parent.width - (time.visible ? time.implicitWidth + 10 : 0)
                         role: "name"
