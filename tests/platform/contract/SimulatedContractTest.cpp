@@ -7,21 +7,11 @@
 #include "WindowEngine/services/ForwardingSystemLog.hpp"
 #include "WindowEngine/services/ForwardingWindowServer.hpp"
 #include "platform/simulated/SimulatedDesktop.hpp"
+#include "tests/platform/contract/ContractScene.hpp"
 #include "tests/platform/contract/ContractSuite.hpp"
 
 namespace quillo {
 namespace {
-
-constexpr std::string_view scene = R"({
-  "displays": [{"id": "LEFT", "frame": [0, 0, 1440, 900], "visibleFrame": [0, 25, 1440, 875], "desktops": 2},
-               {"id": "RIGHT", "frame": [1440, 0, 1280, 1024]}],
-  "applications": [
-    {"identifier": "org.example.editor", "name": "Editor", "windows": [
-      {"title": "Alpha", "frame": [40, 60, 400, 300]},
-      {"title": "Beta", "frame": [500, 80, 420, 320]},
-      {"title": "Gamma", "frame": [1600, 100, 300, 200], "subrole": "AXDialog"}]},
-    {"identifier": "org.example.launcher", "running": false, "windows": [{"title": "New", "frame": [90, 90, 300, 200]}]}
-  ]})";
 
 class SimulatedContractDesktop : public ContractDesktop {
   public:
@@ -35,7 +25,7 @@ class SimulatedContractDesktop : public ContractDesktop {
     }
 
   private:
-    std::unique_ptr<SimulatedDesktop> desktop_ = SimulatedDesktop::create(scene, "scene").value();
+    std::unique_ptr<SimulatedDesktop> desktop_ = SimulatedDesktop::create(contractScene, "scene").value();
 };
 
 class ForwardedContractDesktop final : public SimulatedContractDesktop {

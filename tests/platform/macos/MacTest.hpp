@@ -7,9 +7,22 @@
 
 namespace quillo {
 
+/// Fails the test at its end where objects are left that were not there at its beginning.
+class LeakCheck {
+  public:
+    LeakCheck() = default;
+    LeakCheck(const LeakCheck&) = delete;
+    LeakCheck& operator=(const LeakCheck&) = delete;
+    ~LeakCheck() { EXPECT_EQ(fakes::liveObjects(), before_) << fakes::liveObjectList(); }
+
+  private:
+    const std::size_t before_ = fakes::liveObjects();
+};
+
+/// A fixture's members are gone before it looks: they come after its base.
 class MacTest : public testing::Test {
-  protected:
-    void TearDown() override { EXPECT_EQ(fakes::liveObjects(), 0U) << fakes::liveObjectList(); }
+  private:
+    const LeakCheck leaks_;
 };
 
 }  // namespace quillo
