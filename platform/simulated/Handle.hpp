@@ -1,4 +1,4 @@
-// What stands behind an element of the simulated desktop. Internal to this layer.
+// What stands behind an element of the simulated desktop. Internal to this layer and to the fakes of macOS.
 #pragma once
 #include <string>
 #include <utility>
