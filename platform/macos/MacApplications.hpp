@@ -1,0 +1,42 @@
+// Applications of a Mac, as identities: what the workspace object lists as processes is put together here.
+#pragma once
+#include "WindowEngine/services/Applications.hpp"
+#include "WindowEngine/support/Executor.hpp"
+#include "platform/macos/WorkspaceShell.hpp"
+
+namespace quillo {
+
+class MacApplications final : public Applications {
+  public:
+    /// Both must outlive it.
+    MacApplications(Executor& executor, WorkspaceShell& shell) : executor_(executor), shell_(shell) {}
+
+    std::vector<RunningApplication> running() override;
+    std::optional<RunningApplication> running(ProcessID pid) override;
+    std::optional<RunningApplication> running(std::string_view bundleIdentifier) override;
+    /// All living processes of the identity that `pid` belongs to, the one that stands for it first.
+    std::vector<ProcessID> family(ProcessID pid);
+
+    std::vector<std::string> ownIdentifiers() override;
+    /// Of a running application its own place, which need not be where the system would open it from.
+    std::optional<Url> location(std::string_view bundleIdentifier) override;
+    std::optional<std::string> identifierAt(const Url& location) override;
+    Task<Result<void>> launch(Url location, std::vector<Url> documents) override;
+    Task<Result<void>> open(std::string bundleIdentifier, std::vector<Url> documents) override;
+    bool opensSafely(const Url& document) override;
+    Task<Result<void>> requestWindow(std::string bundleIdentifier) override;
+    bool hide(std::string_view bundleIdentifier) override;
+    bool terminate(std::string_view bundleIdentifier) override;
+    std::optional<ProcessID> serviceProcess(std::string_view bundleIdentifier) override;
+    Capability hiding() override { return Capability::available(); }
+    Capability quitting() override { return Capability::available(); }
+
+  private:
+    bool activate(const Url& location);
+    Task<Result<void>> openWith(Url location, std::vector<Url> documents);
+
+    Executor& executor_;
+    WorkspaceShell& shell_;
+};
+
+}  // namespace quillo

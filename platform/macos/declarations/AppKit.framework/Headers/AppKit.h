@@ -1,0 +1,5 @@
+// Our own declarations of what this program uses of AppKit, after its public documentation.
+#pragma once
+#include <AppKit/NSApplication.h>
+#include <AppKit/NSScreen.h>
+#include <AppKit/NSWorkspace.h>

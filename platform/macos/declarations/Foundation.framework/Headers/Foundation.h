@@ -1,0 +1,9 @@
+#pragma once
+#include <Foundation/NSBundle.h>
+#include <Foundation/NSCollections.h>
+#include <Foundation/NSError.h>
+#include <Foundation/NSKeyValueObserving.h>
+#include <Foundation/NSNotification.h>
+#include <Foundation/NSObjCRuntime.h>
+#include <Foundation/NSObject.h>
+#include <Foundation/NSURL.h>
