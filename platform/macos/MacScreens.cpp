@@ -1,0 +1,45 @@
+#include "platform/macos/MacScreens.hpp"
+
+#include <ApplicationServices/ApplicationServices.h>
+
+#include <algorithm>
+
+#include "platform/macos/CFRef.hpp"
+#include "platform/macos/CFValues.hpp"
+
+namespace quillo {
+namespace {
+
+/// From the bottom left of the primary screen, whose upper edge is at `top`, to its top left.
+Rect flipped(const Rect& rect, double top) {
+    return {rect.x, top - rect.maxY(), rect.width, rect.height};
+}
+
+/// Null comes for a display that went away since it was listed.
+std::optional<std::string> displayUuid(std::uint32_t displayNumber) {
+    const auto uuid = CFRef<CFUUIDRef>::created(CGDisplayCreateUUIDFromDisplayID(displayNumber));
+    return cf::uuid(uuid.get());
+}
+
+bool isTaken(const std::vector<Screen>& screens, const std::string& id) {
+    return std::ranges::find(screens, id, &Screen::stableID) != screens.end();
+}
+
+}  // namespace
+
+std::vector<Screen> MacScreens::screens() {
+    const std::vector<NativeScreen> natives = list_();
+    std::vector<Screen> screens;
+    for (const NativeScreen& native : natives) {
+        const double top = natives.front().frame.maxY();
+        auto id = native.displayNumber ? displayUuid(*native.displayNumber) : std::nullopt;
+        if (id && isTaken(screens, *id)) id.reset();  // it would name two screens
+        screens.push_back({.stableID = std::move(id),
+                           .frame = flipped(native.frame, top),
+                           .visibleFrame = flipped(native.visibleFrame, top),
+                           .scale = native.backingScale});
+    }
+    return screens;
+}
+
+}  // namespace quillo
