@@ -107,9 +107,13 @@ class StructureWalk {
         return true;
     }
 
+    /// No document of ours goes deeper than what is shown.
     std::string path() const {
+        constexpr std::size_t levelsShown = 12;
         std::string path;
-        for (const Level& level : levels_) {
+        for (std::size_t depth = 0; depth < levels_.size(); ++depth) {
+            if (depth == levelsShown) return path + "…";
+            const Level& level = levels_[depth];
             if (level.isArray) {
                 appendIndex(path, level.index);
             } else if (!level.key.empty()) {

@@ -45,8 +45,9 @@ void givePictures(QQmlEngine& engine) {
 /// One for each surface, over the model.
 struct Interface::Presenters {
     Presenters(AppModel& model, const Parts& parts, Surfaces& surfaces)
-        : ui(model, parts.variant),
-          index([&model]() -> const std::vector<Workspace>& { return model.workspaces(); }),
+        : index([&model]() -> const std::vector<Workspace>& { return model.workspaces(); }),
+          reloads(QObject::connect(&model, &AppModel::workspacesChanged, &index, &LibraryIndex::reload)),
+          ui(model, parts.variant),
           libraryState(index),
           library(model, libraryState),
           detail(model, ui),
@@ -57,7 +58,6 @@ struct Interface::Presenters {
           shortcuts(model, parts.hotKeys, parts.keys),
           switcher(model, index, surfaces),
           restore(model) {
-        QObject::connect(&model, &AppModel::workspacesChanged, &index, &LibraryIndex::reload);
         registerItems();
         registerSingleton("Theme", parts.theme);
         registerSingleton("Ui", ui);
@@ -72,8 +72,10 @@ struct Interface::Presenters {
         registerSingleton("Restore", restore);
     }
 
-    Ui ui;
     LibraryIndex index;
+    // Before anybody else hears of a change: Ui may open the library at once.
+    QMetaObject::Connection reloads;
+    Ui ui;
     LibraryState libraryState;
     LibraryPresenter library;
     DetailPresenter detail;

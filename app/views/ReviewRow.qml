@@ -23,8 +23,11 @@ Item {
     signal toggled()
     signal openAsked(bool open)
 
-    ListView.onPooled: visible = false  // so that nothing reads a line which is not in the list
-    ListView.onReused: visible = true
+    // What left the list is kept for another line, at times with its place: nothing may read or press it there.
+    property bool pooled: false
+    ListView.onPooled: pooled = true
+    ListView.onReused: pooled = false
+    visible: index >= 0 && !pooled
     width: ListView.view ? ListView.view.width : 400
     height: line + (last && !app ? 8 : 0)
     Accessible.role: Accessible.TreeItem

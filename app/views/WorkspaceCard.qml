@@ -20,6 +20,11 @@ Item {
     function openMenu() { menu.open() }
     function askToDelete() { confirmation.open() }
 
+    // What left the library is kept for another row, at times with its place: nothing may read or press it there.
+    property bool pooled: false
+    GridView.onPooled: pooled = true
+    GridView.onReused: pooled = false
+    visible: index >= 0 && !pooled
     Accessible.role: Accessible.ListItem
     Accessible.name: name
     Accessible.description: apps

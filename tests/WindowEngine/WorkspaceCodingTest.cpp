@@ -175,7 +175,7 @@ TEST(WorkspaceCoding, RefusesWhatIsNoDocumentAtAll) {
         {"hello", "the document: not valid JSON in line 1: expected a value"},
         {exampleDocument() + exampleDocument(), "something follows the end of the document"},
         {"\xef\xbb\xbf" + exampleDocument(), "the document: not valid JSON in line 1"},
-        {std::string(100'000, '['), "nested too deeply"},
+        {std::string(100'000, '['), "[0][0]…: not valid JSON in line 1: nested too deeply"},
         {"{\"a\x1b[2J\x9b\": ", "a"},
     };
     for (const auto& [document, error] : cases) expectRefused(document, error);

@@ -109,6 +109,14 @@ TEST_F(InterfaceTest, EveryControlOnEverySurfaceHasAName) {
     ASSERT_TRUE(until([&] { return !model->restoreRunning(); }));
 }
 
+TEST_F(InterfaceTest, TheLibraryStandsInForAWorkspaceThatIsDeletedWhileItIsOpen) {
+    model->openMain();
+    interface.openDetail(model->workspaces().at(0).id);
+    model->deleteWorkspace(model->workspaces().at(0));
+    EXPECT_EQ(interface.ui().page(), "library");
+    expectNames(interface.windows().mainWindow(), "library without workspaces");
+}
+
 TEST_F(InterfaceTest, ClosingTheMainWindowLeavesThePanelAndTheProgram) {
     Windows& windows = interface.windows();
     model->openMain();

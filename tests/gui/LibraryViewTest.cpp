@@ -68,6 +68,13 @@ TEST_F(LibraryViewTest, WorkspacesAreFoundOpenedRenamedAndDeleted) {
     press(Qt::Key_Escape);
     EXPECT_EQ(ui.page(), "library");
     EXPECT_EQ(library.count(), 4);
+    // A card that is deleted leaves nothing in its place that a screen reader would name or the mouse find.
+    const QString goneName = library.data(library.index(0), LibraryPresenter::NameRole).toString();
+    press(Qt::Key_Down);
+    press(Qt::Key_Delete);
+    click("Delete Workspace");
+    EXPECT_TRUE(until([&] { return library.count() == 3 && !named("Cancel"); }));
+    EXPECT_FALSE(named(goneName)) << goneName.toStdString();
     theme.setDark(true);
     picture("library-dark");
     model.directory.write("workspaces/" + Uuid::random().upper() + ".json", "{");

@@ -1,0 +1,189 @@
+"""The application by the mouse, with the keyboard for names and paths only; its files tell what happened."""
+import glob
+import json
+import os
+
+from x11_hand import Hand
+from x11_interface_journey import saved
+
+SLUGGISH_PLACE = (60, 500, 484, 316)
+
+HOSTILE = {
+    "#!/bin/sh\nrm -rf $HOME\n": "the document: not valid JSON in line 1",
+    '{"schemaVersion": 99, "name": "Tomorrow"}': "Unsupported workspace schema v99; this build supports v2.",
+    "[" * 100000: "[0][0]",
+}
+
+
+def titles(workspace):
+    return sorted(window["title"] for app in workspace["snapshot"]["applications"] for window in app["windows"])
+
+
+def files(journey, folder="workspaces"):
+    """Every file of the library or the history, with its bytes."""
+    contents = {}
+    for file in glob.glob(f"{journey.desktop.home}/data/Quillo/{folder}/**", recursive=True):
+        if os.path.isfile(file):
+            with open(file, "rb") as stream:
+                contents[file] = stream.read()
+    return contents
+
+
+def sluggish_application(desktop):
+    """A terminal that takes its time to start for as long as there is a file "sluggish"."""
+    entries, script = desktop.home + "/data/applications", desktop.home + "/sluggish.sh"
+    os.makedirs(entries)
+    with open(script, "w", encoding="utf-8") as file:
+        file.write("while test -e $HOME/sluggish; do sleep 0.1; done; exec xterm -class Sluggish -T Sluggish\n")
+    with open(entries + "/sluggish.desktop", "w", encoding="utf-8") as file:
+        file.write("[Desktop Entry]\nType=Application\nName=Sluggish\nStartupWMClass=Sluggish\n"
+                   f"Exec=sh {script}\n")
+    return script
+
+
+def by_mouse(journey):
+    desktop = journey.desktop
+    desktop.environment["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
+    script = sluggish_application(desktop)
+    desktop.start("Notes", "xterm", "-T", "Notes")
+    desktop.start("Secret", "xterm", "-T", "Secret")
+    desktop.move(desktop.start("Sluggish", "sh", script), *SLUGGISH_PLACE)
+    quillo = os.path.join(os.path.dirname(journey.quilloctl), "quillo")
+    desktop.start("Quillo", quillo)
+    desktop.settle()
+    hand = Hand(desktop)
+
+    first_save_without_a_window(journey, hand)
+    export_and_import(journey, hand)
+    one_workspace(journey, hand)
+    resume(journey, hand)
+    stop_a_restore(journey, hand)
+    delete_everything(journey, hand)
+
+
+def first_save_without_a_window(journey, hand):
+    for step in (2, 3, 4):
+        hand.click("Continue")
+        hand.wait_until_shown(f"Step {step} of 4")
+    save(journey, hand, "Save current desktop", "Morning", left_out="Secret")
+    assert titles(saved(journey)["Morning"]) == ["Notes", "Sluggish"], saved(journey)
+
+
+def save(journey, hand, button, name, left_out=None):
+    hand.click(button)
+    if left_out:
+        hand.click("Include " + left_out)
+        hand.wait_until_shown("2\xa0of\xa03\xa0windows")
+    hand.click("Name this workspace")
+    hand.type(name)
+    hand.click("Save Workspace")
+    hand.wait_for(lambda: name in saved(journey), "workspace saved in the review")
+
+
+def choose(hand, workspace, action):
+    """From the menu of the workspace's card."""
+    hand.click(workspace, button=3)
+    hand.click(action)
+
+
+def export_and_import(journey, hand):
+    home = journey.desktop.home
+    choose(hand, "Morning", "Export Workspace…")
+    hand.answer_in("Export Workspace", home + "/exported.json")
+    hand.wait_until_shown("Exported Morning")
+    with open(home + "/exported.json", encoding="utf-8") as file:
+        exported = json.load(file)
+    morning = saved(journey)["Morning"]
+    assert exported == morning, exported
+
+    hand.keys("ctrl+i")
+    hand.answer_in("Import Workspace", home + "/exported.json")
+    hand.wait_until_shown("Imported Morning 2")
+    library = saved(journey)
+    assert set(library) == {"Morning", "Morning 2"} and library["Morning"] == morning, library
+    assert library["Morning 2"]["snapshot"] == morning["snapshot"]
+    assert library["Morning 2"]["id"] != morning["id"]
+
+    before = files(journey)
+    for number, (content, reason) in enumerate(HOSTILE.items()):
+        hostile = f"{home}/hostile{number}.json"
+        with open(hostile, "w", encoding="utf-8") as file:
+            file.write(content)
+        hand.keys("ctrl+i")
+        hand.answer_in("Import Workspace", hostile)
+        hand.wait_until_shown("Couldn't import workspace: " + reason)
+        assert files(journey) == before, "a file that was refused left something in the library"
+
+
+def one_workspace(journey, hand):
+    """Opened by a click, renamed, duplicated; and the copies deleted, each after a question."""
+    hand.click("Morning 2")
+    hand.click("Rename")
+    hand.type("Evening")
+    hand.keys("Return")
+    hand.wait_for(lambda: set(saved(journey)) == {"Morning", "Evening"}, "new name")
+    hand.click("Duplicate Workspace")
+    hand.wait_for(lambda: len(saved(journey)) == 3, "copy")
+    copy = next(name for name in saved(journey) if name not in ("Morning", "Evening"))
+    hand.click("Delete Workspace")
+    hand.answer("Delete “Evening”?", "Cancel")
+    assert len(saved(journey)) == 3, "deleted though it was called off"
+    hand.click("Delete Workspace")
+    hand.answer("Delete “Evening”?", "Delete Workspace")
+    hand.wait_for(lambda: set(saved(journey)) == {"Morning", copy}, "end of what was deleted")
+    choose(hand, copy, "Delete Workspace")
+    hand.answer(f"Delete “{copy}”?", "Delete Workspace")
+    hand.wait_for(lambda: set(saved(journey)) == {"Morning"}, "end of the copy")
+
+
+def panel_is_over(journey, hand):
+    hand.wait_for(lambda: not journey.desktop.window("Quillo restore"), "end of the panel", 30)
+
+
+def resume(journey, hand):
+    """By a double click on the card, then by its button: the window that was closed is back in its place."""
+    desktop = journey.desktop
+    for control, times in (("Morning", 2), ("Resume workspace", 1)):
+        desktop.close_window(desktop.window("Sluggish"))
+        last_use = saved(journey)["Morning"].get("lastRestoredAt")
+        hand.point_at("Morning")  # the button comes with the pointer
+        hand.click(control, times=times)
+        hand.wait_for(lambda: saved(journey)["Morning"].get("lastRestoredAt") != last_use, "time of the last use", 30)
+        assert desktop.window("Sluggish").frame[:2] == SLUGGISH_PLACE[:2], desktop.windows()
+        hand.click("Close")
+        panel_is_over(journey, hand)
+
+
+def stop_a_restore(journey, hand):
+    """While the application takes its time; its window is left where it then appears."""
+    desktop = journey.desktop
+    desktop.close_window(desktop.window("Sluggish"))
+    with open(desktop.home + "/sluggish", "w", encoding="utf-8"):
+        pass
+    last_use = saved(journey)["Morning"]["lastRestoredAt"]
+    hand.click("Morning", times=2)
+    hand.click("Stop resuming")
+    panel_is_over(journey, hand)
+    os.remove(desktop.home + "/sluggish")
+    late = desktop.wait_for(lambda: desktop.window("Sluggish"), "window of the slow application")
+    desktop.settle()
+    assert desktop.window("Sluggish").frame[:2] != SLUGGISH_PLACE[:2], f"a stopped restore moved {late}"
+    assert saved(journey)["Morning"]["lastRestoredAt"] == last_use
+
+
+def delete_everything(journey, hand):
+    """The library and the sessions, after a question; the program lives on, and saves again."""
+    hand.click("Settings · Ctrl+,")
+    hand.click("Save the last session")
+    hand.wait_for(lambda: files(journey, "sessions"), "session")
+    hand.click("Privacy")
+    hand.click("Delete all workspace data")
+    hand.answer("Delete all saved workspaces?", "Cancel")
+    assert files(journey) and files(journey, "sessions"), "deleted though it was called off"
+    hand.click("Delete all workspace data")
+    hand.answer("Delete all saved workspaces?", "Delete Everything")
+    hand.wait_for(lambda: not files(journey) and not files(journey, "sessions"), "end of all data")
+    hand.click("Back to workspaces · esc")
+    hand.wait_until_shown("Save your first workspace")
+    save(journey, hand, "Save Current Desktop…", "Afterwards")
+    assert list(saved(journey)) == ["Afterwards"] and not files(journey, "sessions")
