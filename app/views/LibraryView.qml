@@ -4,7 +4,7 @@ import Quillo.Core
 
 FocusScope {
     id: root
-    readonly property int columns: Math.max(1, Math.floor((width - 48 + 18) / 318))
+    readonly property int columns: Math.max(1, Math.floor((width - 48 + 18) / (318 + 80 * (Theme.scale - 1))))  // names want room
 
     function focusSearch() {
         search.forceActiveFocus(Qt.ShortcutFocusReason)
@@ -25,7 +25,7 @@ FocusScope {
             clearable: true
             anchors.left: parent.left
             anchors.verticalCenter: parent.verticalCenter
-            width: Math.min(320, bar.width - order.width - tools.width - 24)
+            width: Math.min(320 * Theme.scale, bar.width - order.width - tools.width - 24)
             iconName: "search"
             prompt: "Search workspaces and apps"
             text: Library.query
