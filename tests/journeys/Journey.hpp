@@ -15,8 +15,8 @@
 #include "WindowEngine/NativeTabs.hpp"
 #include "WindowEngine/Restore.hpp"
 #include "WindowEngine/RestorePlan.hpp"
-#include "platform/simulated/SimulatedDesktop.hpp"
 #include "tests/LogWords.hpp"
+#include "tests/journeys/JourneyLayer.hpp"
 
 namespace quillo {
 
@@ -96,8 +96,9 @@ class Journey {
   private:
     simulated::Scene scene_;
     std::unique_ptr<SimulatedDesktop> desktop_;
+    std::unique_ptr<JourneyLayer> layer_ = makeJourneyLayer(*desktop_);
     WindowHandleCache handles_;
-    DesktopAccess access_{desktop_->platform(), handles_};
+    DesktopAccess access_{layer_->platform(), handles_};
     Workspace saved_;
 };
 

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <map>
 #include <mutex>
-#include <set>
+#include <unordered_set>
 #include <vector>
 
 namespace quillo::fakes {
@@ -15,8 +15,8 @@ namespace {
 struct Registry {
     std::mutex mutex;
     std::vector<std::string> types{"nothing"};
-    std::set<const Object*> living;
-    std::set<const Object*> immortal;
+    std::unordered_set<const Object*> living;  // asked at every use of an object
+    std::unordered_set<const Object*> immortal;
 };
 
 Registry& registry() {

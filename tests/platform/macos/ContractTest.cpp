@@ -1,25 +1,14 @@
 // The contract over the macOS core and the fakes of the system's functions.
-#include "platform/macos/MacAccessibility.hpp"
-#include "platform/macos/fakes/FakeAccessibility.hpp"
 #include "tests/platform/contract/ContractScene.hpp"
 #include "tests/platform/contract/ContractSuite.hpp"
-#include "tests/platform/macos/MacTest.hpp"
+#include "tests/platform/macos/MacUnderTest.hpp"
 
 namespace quillo {
 namespace {
 
-/// The services of the core where there are any, for the rest the simulated ones.
 class MacContractDesktop final : public ContractDesktop {
   public:
-    MacContractDesktop() {
-        mac_->part<fakes::FakeAccessibility>();
-        accessibility_.emplace(&fakes::FakeMac::symbol);
-    }
-    Platform platform() override {
-        const Platform simulated = desktop_->platform();
-        return {simulated.executor, *accessibility_,   simulated.windowServer, simulated.applications,
-                simulated.screens,  simulated.scripts, simulated.log};
-    }
+    Platform platform() override { return mac_.platform(); }
     Loop& loop() override { return desktop_->executor(); }
     std::string editor() const override { return "org.example.editor"; }
     std::string launcher() const override { return "org.example.launcher"; }
@@ -29,10 +18,8 @@ class MacContractDesktop final : public ContractDesktop {
     }
 
   private:
-    const LeakCheck leaks_;  // first: looks when all else is gone
     std::unique_ptr<SimulatedDesktop> desktop_ = SimulatedDesktop::create(contractScene, "scene").value();
-    std::optional<fakes::FakeMac> mac_{std::in_place, *desktop_};
-    std::optional<MacAccessibility> accessibility_;
+    MacUnderTest mac_{*desktop_};
 };
 
 std::unique_ptr<ContractDesktop> makeDesktop() {
