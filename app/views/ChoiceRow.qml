@@ -9,6 +9,7 @@ Flow {
     property string current
     property string label
     property real cell: 34
+    property bool round: false
     property Component face  // gets `value`, `on`, `hovered`
     readonly property int place: entries.findIndex((entry) => entry.value === current)
     signal picked(string value)
@@ -53,8 +54,8 @@ Flow {
             }
             background: FocusRing {
                 shown: choice.visualFocus
-                gap: 0
-                radius: 11
+                gap: root.round ? 5 : 0  // outside the ring of the chosen one
+                radius: root.round ? width / 2 : 11
             }
             ToolTip {
                 visible: choice.hovered

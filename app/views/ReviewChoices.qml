@@ -78,6 +78,7 @@ Item {
             width: parent.width + 8
             spacing: 12
             cell: 30
+            round: true
             label: "Color"
             current: Review.color
             entries: root.named(Review.colors)
