@@ -15,6 +15,7 @@ from x11_desktop import Desktop
 from x11_desktop_journeys import PLACES, desktops_come_back
 from x11_interface_journey import application
 from x11_mouse_journey import by_mouse
+from x11_tray_journey import in_the_tray
 
 TOLERANCE = 2  # points
 TITLES = ("Alpha", "Beta", "Gamma", "letter.txt", "thunar-folder", "Question")
@@ -180,6 +181,7 @@ JOURNEYS = {
     "clean slate": (clean_slate, ("Garden",)),
     "application": (application, ("letter.txt", "Notes", "Morning")),
     "mouse": (by_mouse, ("Notes", "Secret", "Sluggish", "Morning", "Evening", "Afterwards")),
+    "tray": (in_the_tray, ("Notes", "Morning")),
 }
 
 
