@@ -96,8 +96,10 @@ CFRef<CFTypeRef> objectOf(const std::vector<Element>& value) {
 
 }  // namespace
 
-ElementReference::ElementReference(CFRef<AXUIElementRef> owned, double timeoutSeconds)
-    : element_(std::move(owned)), pid_(pidOf(element_.get())), timeout_(timeoutSeconds) {}
+ElementReference::ElementReference(CFRef<AXUIElementRef> owned, double timeoutSeconds, Names names)
+    : element_(std::move(owned)), pid_(pidOf(element_.get())), names_(names), timeout_(timeoutSeconds) {
+    if (timeout_ > 0) setTimeout(timeout_);
+}
 
 bool ElementReference::same(const ElementHandle& other) const {
     return CFEqual(get(), static_cast<const ElementReference&>(other).get()) != 0;
@@ -113,9 +115,14 @@ const ElementReference& referenceOf(const Element& element) {
 }
 
 Element makeElement(CFRef<AXUIElementRef> owned, double timeoutSeconds) {
-    const auto reference = std::make_shared<const ElementReference>(std::move(owned), timeoutSeconds);
-    if (timeoutSeconds > 0) reference->setTimeout(timeoutSeconds);
-    return Element(reference);
+    using Names = ElementReference::Names;
+    return Element(std::make_shared<const ElementReference>(std::move(owned), timeoutSeconds, Names::part));
+}
+
+Element makeApplication(ProcessID pid, double timeoutSeconds) {
+    return Element(std::make_shared<const ElementReference>(
+        CFRef<AXUIElementRef>::created(AXUIElementCreateApplication(pid)), timeoutSeconds,
+        ElementReference::Names::application));
 }
 
 AttributeMiss missFor(AXError error) {

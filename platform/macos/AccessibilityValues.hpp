@@ -10,18 +10,22 @@ namespace quillo::macos {
 
 class ElementReference final : public ElementHandle {
   public:
-    ElementReference(CFRef<AXUIElementRef> owned, double timeoutSeconds);
+    enum class Names { application, part };
+    ElementReference(CFRef<AXUIElementRef> owned, double timeoutSeconds, Names names);
     bool same(const ElementHandle& other) const override;
 
     AXUIElementRef get() const { return element_.get(); }
     /// Of the process that answers for it; 0 where that is not known.
     ProcessID pid() const { return pid_; }
+    /// Whether it was made for a process rather than read from one.
+    bool isApplication() const { return names_ == Names::application; }
     double timeout() const { return timeout_; }
     void setTimeout(double seconds) const;
 
   private:
     CFRef<AXUIElementRef> element_;  // never null
     ProcessID pid_ = 0;
+    Names names_;
     mutable double timeout_;  // seconds; 0 for the system's own
 };
 
@@ -30,6 +34,7 @@ const ElementReference& referenceOf(const Element& element);
 /// The system bounds requests by the reference they are made with, not by what it names: an element that was
 /// read from another must be given that one's timeout.
 Element makeElement(CFRef<AXUIElementRef> owned, double timeoutSeconds);
+Element makeApplication(ProcessID pid, double timeoutSeconds);
 
 AttributeMiss missFor(AXError error);
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <set>
+#include <utility>
 
 #include "platform/macos/AccessibilityValues.hpp"
 #include "platform/macos/CFValues.hpp"
@@ -12,6 +12,7 @@ namespace {
 
 using macos::attributeOf;
 using macos::ElementReference;
+using macos::makeApplication;
 using macos::makeElement;
 using macos::missFor;
 using macos::referenceOf;
@@ -71,8 +72,9 @@ Attributes readTogether(const ElementReference& element, std::span<const std::st
 
 }  // namespace
 
-MacAccessibility::MacAccessibility(SymbolLookup lookup)
-    : getWindow_(symbol<hiServices::GetWindow>(lookup, hiServices::library, hiServices::getWindow)),
+MacAccessibility::MacAccessibility(SymbolLookup lookup, Family family)
+    : family_(std::move(family)),
+      getWindow_(symbol<hiServices::GetWindow>(lookup, hiServices::library, hiServices::getWindow)),
       createWithRemoteToken_(symbol<hiServices::CreateWithRemoteToken>(lookup, hiServices::library,
                                                                        hiServices::createWithRemoteToken)) {}
 
@@ -95,23 +97,47 @@ void MacAccessibility::prompt() {
 }
 
 Element MacAccessibility::application(ProcessID pid) {
-    return makeElement(CFRef<AXUIElementRef>::created(AXUIElementCreateApplication(pid)), 0);
+    return makeApplication(pid, 0);
 }
 
 void MacAccessibility::setMessagingTimeout(const Element& element, double seconds) {
     referenceOf(element).setTimeout(seconds);
 }
 
+/// What one of the processes does not tell in time is missing from the whole: then nothing is told.
+void MacAccessibility::addWindowsOfFamily(const Element& application, Attribute& windows, Silent& silent) {
+    const ElementReference& presented = referenceOf(application);
+    for (const ProcessID pid : family_(presented.pid())) {
+        auto* list = windows ? std::get_if<std::vector<Element>>(&*windows) : nullptr;
+        if (!list) return;
+        if (pid == presented.pid()) continue;
+        const Element member = makeApplication(pid, presented.timeout());
+        Attribute more = silent.contains(pid) ? std::unexpected(missFor(kAXErrorCannotComplete))
+                                              : readOne(referenceOf(member), ax::windows);
+        if (timedOut(more)) {
+            silent.insert(pid);
+            windows = std::move(more);
+        } else if (const auto* its = more ? std::get_if<std::vector<Element>>(&*more) : nullptr) {
+            list->insert(list->end(), its->begin(), its->end());
+        }
+    }
+}
+
+Attributes MacAccessibility::readRequest(const AttributeRequest& request, Silent& silent) {
+    const ElementReference& element = referenceOf(request.element);
+    if (silent.contains(element.pid())) return missingAll(request.names.size(), kAXErrorCannotComplete);
+    Attributes answers = readTogether(element, request.names);
+    if (std::ranges::any_of(answers, timedOut)) silent.insert(element.pid());
+    for (std::size_t i = 0; family_ && element.isApplication() && i < request.names.size(); ++i) {
+        if (request.names[i] == ax::windows) addWindowsOfFamily(request.element, answers[i], silent);
+    }
+    return answers;
+}
+
 std::vector<std::vector<Attribute>> MacAccessibility::read(std::span<const AttributeRequest> requests) {
     std::vector<Attributes> answers;
-    std::set<ProcessID> silent;
-    for (const AttributeRequest& request : requests) {
-        const ElementReference& element = referenceOf(request.element);
-        answers.push_back(silent.contains(element.pid())
-                              ? missingAll(request.names.size(), kAXErrorCannotComplete)
-                              : readTogether(element, request.names));
-        if (std::ranges::any_of(answers.back(), timedOut)) silent.insert(element.pid());
-    }
+    Silent silent;
+    for (const AttributeRequest& request : requests) answers.push_back(readRequest(request, silent));
     return answers;
 }
 

@@ -8,7 +8,12 @@ namespace quillo {
 
 class MacAccessibility final : public AccessibilityService {
   public:
-    explicit MacAccessibility(SymbolLookup lookup = systemSymbol);
+    /// All living processes of the application that this one belongs to, itself among them.
+    using Family = std::function<std::vector<ProcessID>(ProcessID)>;
+
+    /// An application that runs as several processes is one to the engine, under the pid of one of them: its
+    /// element lists the windows of all. Without a `family` each process stands for itself.
+    explicit MacAccessibility(SymbolLookup lookup, Family family = {});
 
     bool trusted() override;
     Capability access() override;
@@ -28,6 +33,12 @@ class MacAccessibility final : public AccessibilityService {
     Task<void> settleInPlace(Element window) override;
 
   private:
+    /// Processes that let a message of this batch time out.
+    using Silent = std::set<ProcessID>;
+    std::vector<Attribute> readRequest(const AttributeRequest& request, Silent& silent);
+    void addWindowsOfFamily(const Element& application, Attribute& windows, Silent& silent);
+
+    Family family_;
     hiServices::GetWindow* getWindow_;                          // null where the system has none
     hiServices::CreateWithRemoteToken* createWithRemoteToken_;  // likewise
 };

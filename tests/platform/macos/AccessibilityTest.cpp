@@ -221,6 +221,26 @@ TEST_F(AccessibilityTest, AHangCostsOneTimeoutOfItsOwnElement) {
     EXPECT_EQ(secondsOf([&] { ax_->perform(editor[0], ax::raise); }), 0.05);
 }
 
+TEST_F(AccessibilityTest, AnApplicationOfSeveralProcessesListsTheWindowsOfAll) {
+    const ProcessID first = pid(), second = pid("org.example.other"), gone = 99999;
+    ax_.emplace(&fakes::FakeMac::symbol, [=](ProcessID) { return std::vector{first, gone, second}; });
+    const auto all = windows();
+    ASSERT_EQ(all.size(), 3U);
+    EXPECT_EQ(std::get<std::string>(*read(all[2])[3]), "Other");
+    EXPECT_EQ(windows("org.example.other").size(), 3U);  // under whichever pid it is asked for
+
+    hang("org.example.other");
+    const Element application = ax_->application(first);
+    ax_->setMessagingTimeout(application, 0.25);
+    const std::array requests{AttributeRequest{application, {&ax::windows, 1}},
+                              AttributeRequest{all[2], names}, AttributeRequest{all[0], names}};
+    std::vector<std::vector<Attribute>> answers;
+    EXPECT_EQ(secondsOf([&] { answers = ax_->read(requests); }), 0.25);
+    EXPECT_EQ(answers[0][0].error().reason, Reason::timedOut) << "a part of its windows is not its windows";
+    EXPECT_EQ(answers[1][0].error().reason, Reason::timedOut);
+    EXPECT_TRUE(answers[2][0].has_value());
+}
+
 TEST_F(AccessibilityTest, WhatIsGoneOrForbiddenSaysSo) {
     const Element window = windows().front();
     auto& world = desktop_->world();
