@@ -71,6 +71,13 @@ std::optional<std::string> address(CFTypeRef value) {
     return absolute ? text(CFURLGetString(absolute.get())) : std::nullopt;
 }
 
+std::optional<std::string_view> bytes(CFTypeRef value) {
+    const auto data = typed<CFDataRef>(value, CFDataGetTypeID());
+    if (!data) return std::nullopt;
+    return std::string_view(reinterpret_cast<const char*>(CFDataGetBytePtr(data)),
+                            static_cast<std::size_t>(CFDataGetLength(data)));
+}
+
 CFTypeRef lookup(CFTypeRef dictionary, CFStringRef key) {
     const auto entries = typed<CFDictionaryRef>(dictionary, CFDictionaryGetTypeID());
     return entries && key ? CFDictionaryGetValue(entries, key) : nullptr;

@@ -23,6 +23,9 @@ std::optional<Instant> date(CFTypeRef value);          // of a CFDate; in micros
 std::optional<std::string> uuid(CFTypeRef value);      // of a CFUUID; upper case
 std::optional<std::string> address(CFTypeRef value);   // of a CFURL; absolute
 
+/// Of a CFData, which keeps them.
+std::optional<std::string_view> bytes(CFTypeRef value);
+
 /// An integer that fits the type, such as a process or window number.
 template <class Integer>
 std::optional<Integer> integerAs(CFTypeRef value) {

@@ -203,6 +203,10 @@ CFStringRef CFStringCreateWithBytes(CFAllocatorRef, const UInt8* bytes, CFIndex 
     return quillo::text::isValidUtf8(text) ? (new StringBox(utf16(text)))->as<CFStringRef>() : nullptr;
 }
 
+CFStringRef CFStringCreateWithCharacters(CFAllocatorRef, const UniChar* characters, CFIndex count) {
+    return createRawText(std::u16string(characters, characters + count));
+}
+
 CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding encoding, UInt8 lossByte,
                          Boolean, UInt8* buffer, CFIndex maximumLength, CFIndex* usedLength) {
     const std::u16string& units = objectOf<StringBox>(string).value;

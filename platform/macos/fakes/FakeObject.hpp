@@ -32,6 +32,11 @@ class Object {
     Ref as() const {
         return static_cast<Ref>(static_cast<const void*>(this));
     }
+    /// The same for the families whose references are not to something constant.
+    template <class Ref>
+    Ref asMutable() {
+        return static_cast<Ref>(static_cast<void*>(this));
+    }
 
   private:
     const CFTypeID type_;

@@ -14,6 +14,12 @@ typedef int32_t SInt32;
 typedef uint32_t UInt32;
 typedef SInt32 OSStatus;
 typedef UInt32 OSType;
+typedef UInt32 OptionBits;
+typedef unsigned long ByteCount;
+typedef unsigned long ItemCount;
+typedef UInt16 UniChar;
+typedef unsigned long UniCharCount;
+enum { noErr = 0 };
 #endif
 
 #ifdef __cplusplus
