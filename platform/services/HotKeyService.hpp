@@ -32,7 +32,8 @@ class HotKeyHandler {
     virtual ~HotKeyHandler() = default;
 };
 
-/// For the executor's thread; handlers are called on it, in turns of their own.
+/// For the executor's thread; handlers are called on it, in turns of their own or, where the system waits for
+/// the answer, as it delivers the press: they only note it, or post.
 class HotKeyService {
   public:
     /// Told of each press; false passes it on as unhandled.
