@@ -15,17 +15,12 @@ class ListedRows {
   public:
     const std::vector<Uuid>& ids() const { return ids_; }
 
-    /// `Model` calls its own beginInsertRows and so on: it befriends this class.
+    /// `Model` calls its own beginInsertRows and so on: it befriends this class. Then it must say that the
+    /// data of all its rows has changed: a row may stand for another identity than before.
     template <class Model>
     void change(Model& model, const std::vector<Uuid>& wanted) {
+        if (stepsTo(wanted) > 64) return replace(model, wanted);
         removeOthers(model, wanted);
-        // Another order altogether is another list: moving row by row would take longer than drawing anew.
-        if (misplaced(wanted) > 64) {
-            model.beginResetModel();
-            ids_ = wanted;
-            model.endResetModel();
-            return;
-        }
         for (std::size_t i = 0; i < wanted.size(); ++i) {
             if (i < ids_.size() && ids_[i] == wanted[i]) continue;
             const auto from = std::find(ids_.begin() + static_cast<std::ptrdiff_t>(i), ids_.end(), wanted[i]);
@@ -61,10 +56,38 @@ class ListedRows {
         }
     }
 
-    std::size_t misplaced(const std::vector<Uuid>& wanted) const {
-        std::size_t count = wanted.size() - std::min(wanted.size(), ids_.size());
-        for (std::size_t i = 0; i < std::min(wanted.size(), ids_.size()); ++i) count += ids_[i] != wanted[i];
-        return count;
+    /// Another list altogether, as a letter typed makes it: its rows take the places of those before, whose
+    /// delegates show them. Step by step would take longer than a frame may, as would new delegates.
+    template <class Model>
+    void replace(Model& model, const std::vector<Uuid>& wanted) {
+        const std::size_t before = ids_.size(), after = wanted.size();
+        if (before > after) {
+            model.beginRemoveRows({}, static_cast<int>(after), static_cast<int>(before) - 1);
+            ids_.resize(after);
+            model.endRemoveRows();
+        }
+        std::copy_n(wanted.begin(), ids_.size(), ids_.begin());
+        if (after > before) {
+            model.beginInsertRows({}, static_cast<int>(before), static_cast<int>(after) - 1);
+            ids_ = wanted;
+            model.endInsertRows();
+        }
+    }
+
+    /// About how many calls lead there row by row: runs that go, and rows that come or have moved.
+    std::size_t stepsTo(const std::vector<Uuid>& wanted) const {
+        const std::set<Uuid> kept(wanted.begin(), wanted.end());
+        std::size_t steps = 0, place = 0;
+        bool going = false;
+        for (const Uuid& id : ids_) {
+            const bool goes = !kept.contains(id);
+            steps += goes && !going;
+            going = goes;
+            if (goes) continue;
+            steps += wanted[place] != id;
+            ++place;
+        }
+        return steps + wanted.size() - place;
     }
 
     std::vector<Uuid> ids_;

@@ -2,6 +2,7 @@
 
 #include <IconGlyphs.hpp>
 #include <QFontDatabase>
+#include <QResource>
 #include <algorithm>
 
 namespace quillo {
@@ -129,7 +130,10 @@ QString Theme::workspaceSymbol(const QString& icon) const {
 
 QString Theme::symbolFamily() const {
     static const QString family = [] {
-        const int id = QFontDatabase::addApplicationFont(":/symbols/lucide.ttf");
+        // By its name, Qt would keep a megabyte of it twice.
+        const QResource font(":/symbols/lucide.ttf");
+        const auto* const bytes = reinterpret_cast<const char*>(font.data());
+        const int id = QFontDatabase::addApplicationFontFromData(QByteArray::fromRawData(bytes, font.size()));
         return QFontDatabase::applicationFontFamilies(id).value(0);
     }();
     return family;

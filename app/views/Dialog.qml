@@ -11,6 +11,12 @@ T.Popup {
     property string cancelText: "Cancel"
     property bool danger: false
     signal confirmed()
+    property Item before: null  // has the keyboard again afterwards: else the window itself would
+    onAboutToShow: before = parent.Window.activeFocusItem
+    onClosed: {
+        const window = parent ? parent.Window.window : null
+        if (before && window && window.activeFocusItem === window.contentItem) before.forceActiveFocus(Qt.PopupFocusReason)
+    }
 
     parent: T.Overlay.overlay
     x: Math.round((parent.width - width) / 2)

@@ -30,7 +30,7 @@ FocusScope {
             prompt: "Search workspaces and apps"
             text: Library.query
             focus: !Library.empty
-            onEdited: (text) => Library.query = text
+            onEdited: (text) => { Library.query = text; grid.positionViewAtBeginning() }
             Keys.onDownPressed: if (grid.count > 0) grid.forceActiveFocus(Qt.TabFocusReason)
             Keys.onEscapePressed: (event) => {
                 if (Library.query !== "") Library.query = ""
@@ -99,7 +99,10 @@ FocusScope {
         cacheBuffer: 200
         model: Library
         currentIndex: Library.cursor
-        highlightMoveDuration: 0
+        // Following by itself, a view makes every card on the way to the current one.
+        highlightFollowsCurrentItem: false
+        onCurrentIndexChanged: if (activeFocus) positionViewAtIndex(currentIndex, GridView.Contain)
+        onActiveFocusChanged: if (activeFocus) positionViewAtIndex(currentIndex, GridView.Contain)
         activeFocusOnTab: true
         visible: count > 0
         Accessible.role: Accessible.List

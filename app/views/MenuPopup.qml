@@ -7,6 +7,12 @@ T.Popup {
     id: menu
     property var entries: []
     property int current: -1
+    property Item before: null  // has the keyboard again afterwards: else the window itself would
+    onAboutToShow: before = parent.Window.activeFocusItem
+    onClosed: {
+        const window = parent ? parent.Window.window : null
+        if (before && window && window.activeFocusItem === window.contentItem) before.forceActiveFocus(Qt.PopupFocusReason)
+    }
 
     padding: 6
     margins: 8

@@ -14,11 +14,16 @@ Item {
     required property string when
     required property var map
     property bool current: false
-    readonly property bool active: mouse.containsMouse || current || menu.opened || resume.hovered || more.hovered
+    readonly property bool menuShown: menu.item !== null && menu.item.opened
+    readonly property bool active: mouse.containsMouse || current || menuShown
+                                  || resume.hovered || more.hovered
     readonly property var colors: Theme.workspaces[colorName] || Theme.workspaces["slate"]
 
-    function openMenu() { menu.open() }
-    function askToDelete() { confirmation.open() }
+    function openMenu() { popUpMenu(0, 0) }
+    function popUpMenu(left, top) { menu.active = true; menu.item.popupAt(left, top) }
+    function askToDelete() { confirmation.active = true; confirmation.item.open() }
+    // A view of many rows may show another workspace in the same card: what was asked about the one before goes.
+    onWorkspaceIdChanged: { opening.stop(); menu.active = false; confirmation.active = false }
 
     // What left the library is kept for another row, at times with its place: nothing may read or press it there.
     property bool pooled: false
@@ -87,7 +92,7 @@ Item {
             acceptedButtons: Qt.LeftButton | Qt.RightButton
             onClicked: (event) => {
                 Library.setCursor(root.index)
-                if (event.button === Qt.RightButton) menu.popupAt(event.x, event.y)
+                if (event.button === Qt.RightButton) root.popUpMenu(event.x, event.y)
                 else opening.restart()
             }
             onDoubleClicked: { opening.stop(); Library.resume(root.workspaceId) }
@@ -153,7 +158,7 @@ Item {
                     iconName: "ellipsis"
                     tip: "More actions"
                     focusPolicy: Qt.NoFocus
-                    onClicked: menu.popupAt(buttons.x + card.width - footer.width, card.height - 8)
+                    onClicked: root.popUpMenu(buttons.x + card.width - footer.width, card.height - 8)
                 }
                 IconButton {
                     id: resume
@@ -167,27 +172,35 @@ Item {
             }
         }
         ToolTip {
-            visible: mouse.containsMouse && title.truncated && !menu.opened
+            visible: mouse.containsMouse && title.truncated && !root.menuShown
             text: root.name
         }
-        MenuPopup {
+        // Made when asked for: most cards only pass by.
+        Loader {
             id: menu
-            function popupAt(left, top) { x = left; y = top; open() }
-            entries: [
-                { text: "Open", iconName: "app-window", act: () => Ui.openDetail(root.workspaceId) },
-                { text: "Resume workspace", iconName: "rotate-ccw", act: () => Library.resume(root.workspaceId) },
-                { text: "Update from Current Desktop", iconName: "refresh-cw", act: () => Library.update(root.workspaceId) },
-                { separator: true },
-                { text: "Export Workspace…", iconName: "upload", act: () => Library.exportWorkspace(root.workspaceId) },
-                { text: "Duplicate Workspace", iconName: "copy", act: () => Library.duplicate(root.workspaceId) },
-                { separator: true },
-                { text: "Delete Workspace", iconName: "trash-2", danger: true, act: () => confirmation.open() }
-            ]
+            active: false
+            sourceComponent: MenuPopup {
+                function popupAt(left, top) { x = left; y = top; open() }
+                entries: [
+                    { text: "Open", iconName: "app-window", act: () => Ui.openDetail(root.workspaceId) },
+                    { text: "Resume workspace", iconName: "rotate-ccw", act: () => Library.resume(root.workspaceId) },
+                    { text: "Update from Current Desktop", iconName: "refresh-cw", act: () => Library.update(root.workspaceId) },
+                    { separator: true },
+                    { text: "Export Workspace…", iconName: "upload", act: () => Library.exportWorkspace(root.workspaceId) },
+                    { text: "Duplicate Workspace", iconName: "copy", act: () => Library.duplicate(root.workspaceId) },
+                    { separator: true },
+                    { text: "Delete Workspace", iconName: "trash-2", danger: true, act: () => root.askToDelete() }
+                ]
+            }
         }
     }
-    DeleteDialog {
+    Loader {
         id: confirmation
-        name: root.name
-        onConfirmed: Library.remove(root.workspaceId)
+        active: false
+        sourceComponent: DeleteDialog {
+            parent: confirmation.T.Overlay.overlay
+            name: root.name
+            onConfirmed: Library.remove(root.workspaceId)
+        }
     }
 }

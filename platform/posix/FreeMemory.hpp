@@ -1,10 +1,11 @@
-// Memory that was freed, given back to the system.
+// Memory that is not needed now, given back to the system.
 #pragma once
 
 namespace quillo {
 
 /// For moments after much was let go, as when the last window closes: allocators keep it for themselves else.
-/// Takes some milliseconds; does nothing where the allocator has no such call.
+/// With it goes the program's code as far as it is mapped, of which the windows' is the larger part; it comes
+/// back as it is used. Takes some milliseconds; does nothing where the allocator has no such call.
 void releaseFreeMemory();
 
 }  // namespace quillo
