@@ -101,7 +101,7 @@ std::optional<Space> SkyLight::spaceFrom(CFTypeRef dictionary) const {
 
 std::vector<ManagedDisplay> SkyLight::displays() const {
     std::vector<ManagedDisplay> displays;
-    if (missingForSpaces()) return displays;
+    if (!mainConnection_ || !copyManagedDisplaySpaces_) return displays;
     const auto answer = CFRef<CFArrayRef>::created(copyManagedDisplaySpaces_(connection()));
     for (const CFTypeRef entry : cf::items(answer.get())) {
         auto identifier = cf::text(cf::lookup(entry, "Display Identifier"));
@@ -116,7 +116,7 @@ std::vector<ManagedDisplay> SkyLight::displays() const {
 
 std::vector<SpaceID> SkyLight::spacesOf(WindowNumber window) const {
     std::vector<SpaceID> spaces;
-    if (missingForSpaces()) return spaces;
+    if (!mainConnection_ || !copySpacesForWindows_) return spaces;
     const auto windows = arrayOf(window);
     const auto answer =
         CFRef<CFArrayRef>::created(copySpacesForWindows_(connection(), everySpace, windows.get()));
