@@ -36,8 +36,8 @@ using Trouble = std::optional<std::string>;
 /// The creation of desktops on one display.
 class Creation {
   public:
-    Creation(DesktopAccess& desktop, const std::string& displayID)
-        : desktop_(desktop), displayID_(displayID), overview_(desktop) {}
+    Creation(DesktopAccess& desktop, DesktopOverview& overview, const std::string& displayID)
+        : desktop_(desktop), overview_(overview), displayID_(displayID) {}
 
     std::int64_t count() const { return desktopCount(current(desktop_), displayID_); }
     bool isAttached() const { return displayFrame(desktop_, displayID_).has_value(); }
@@ -64,13 +64,13 @@ class Creation {
     }
 
     DesktopAccess& desktop_;
+    DesktopOverview& overview_;
     const std::string& displayID_;
-    DesktopOverview overview_;
 };
 
 class Preparation {
   public:
-    explicit Preparation(DesktopAccess& desktop) : desktop_(desktop) {}
+    explicit Preparation(DesktopAccess& desktop) : desktop_(desktop), overview_(desktop) {}
 
     void fail(std::string failure) {
         Log::desktopCreation(desktop_.platform.log, failure);
@@ -78,7 +78,7 @@ class Preparation {
     }
 
     Task<void> createDesktops(std::string displayID, std::int64_t wanted) {
-        Creation creation(desktop_, displayID);
+        Creation creation(desktop_, overview_, displayID);
         if (!creation.isAttached()) co_return fail(std::string(displayDisconnected));
         for (std::int64_t count = creation.count(); count < wanted; ++count) {
             if (const Trouble trouble = co_await creation.add())
@@ -92,6 +92,8 @@ class Preparation {
 
   private:
     DesktopAccess& desktop_;
+    // One for all displays: an overview that closes cannot be told from one that is open.
+    DesktopOverview overview_;
     DesktopPreparation result_;
 };
 

@@ -11,6 +11,8 @@ namespace quillo::DesktopSpaces {
 namespace {
 
 constexpr SpaceID firstPlanned = SpaceID{1} << 63;
+constexpr std::string_view unreadableDisplay =
+    "The desktops of a display could not be read; none were created there";
 constexpr std::string_view beyondLimit = "The saved layout exceeds the per-display desktop limit";
 
 const DisplaySnapshot* withID(std::string_view id, DisplayList displays) {
@@ -111,6 +113,8 @@ void planCreation(DesktopPlan& plan, const std::string& displayID, std::int64_t 
                   const Capability& creation) {
     const std::int64_t existing = desktopCount(plan.desktops, displayID);
     if (needed <= existing) return;
+    // Every display has one: how many more it needs is not known.
+    if (existing == 0) return note(plan, std::string(unreadableDisplay));
     if (!creation) return note(plan, notCreated(existing + 1, creation.reason()));
     if (needed > desktopLimit) note(plan, std::string(beyondLimit));
     const std::int64_t wanted = std::min(needed, desktopLimit);

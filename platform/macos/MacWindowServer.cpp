@@ -242,7 +242,7 @@ bool MacWindowServer::overviewShows() {
 
 /// The notification opens the overview and closes it, whichever it finds.
 bool MacWindowServer::openOverview() {
-    if (overviewShows()) return true;
+    if (isOverviewOpening() || overviewShows()) return true;
     if (!skyLight_.toggleOverview()) return false;
     overviewAskedFor_ = neighbours_.executor.now();
     return true;
@@ -250,10 +250,13 @@ bool MacWindowServer::openOverview() {
 
 /// Nothing where it was not opened here, or the person has closed it meanwhile: it would open again.
 void MacWindowServer::closeOverview() {
-    const auto asked = std::exchange(overviewAskedFor_, std::nullopt);
-    if (!asked) return;
-    const bool stillOpening = neighbours_.executor.now() - *asked < overviewOpens;
-    if (stillOpening || overviewShows()) skyLight_.toggleOverview();
+    if (!overviewAskedFor_) return;
+    if (isOverviewOpening() || overviewShows()) skyLight_.toggleOverview();
+    overviewAskedFor_.reset();
+}
+
+bool MacWindowServer::isOverviewOpening() const {
+    return overviewAskedFor_ && neighbours_.executor.now() - *overviewAskedFor_ < overviewOpens;
 }
 
 }  // namespace quillo

@@ -47,6 +47,7 @@ class MacWindowServer final : public WindowServer {
     bool isDesktop(SpaceID space) const;
     bool standsOn(WindowNumber number, SpaceID space) const;
     bool overviewShows();
+    bool isOverviewOpening() const;
 
     Neighbours neighbours_;
     SkyLight skyLight_;

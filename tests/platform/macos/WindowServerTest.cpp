@@ -288,6 +288,8 @@ TEST_F(WindowServerTest, TheOverviewIsNeverOpenedByClosingIt) {
     EXPECT_EQ(skyLight_->toggles, 0) << "it was not opened";
 
     ASSERT_TRUE(server_->openOverview());
+    ASSERT_TRUE(server_->openOverview()) << "on its way already";
+    EXPECT_EQ(skyLight_->toggles, 1);
     server_->closeOverview();
     EXPECT_FALSE(overviewShows()) << "closed before it showed";
 
