@@ -78,11 +78,11 @@ const std::string refused = " failed window refused position or minimized state"
                   unassigned = "Reader/Untitled: failed position restored, but Desktop 2 assignment failed";
 
 const Case cases[] = {
-    {FaultKind::launchRefused, "Mail/: failed couldn't launch: the system refused to open the application"},
+    {FaultKind::launchRefused, "Mail/: failed couldn't launch: " + std::string(layerWords.launchRefused)},
     {FaultKind::slowLaunch, "", 8},
     {FaultKind::lateWindows, "Mail/Inbox:" + noWindows, 60},
     {FaultKind::requestWindowRefused,
-     "Reader/: failed couldn't reopen a window: the application did not open a window"},
+     "Reader/: failed couldn't reopen a window: " + std::string(layerWords.windowRefused)},
     {FaultKind::moveRefused, "Editor/Drawing:" + refused},
     {FaultKind::moveIgnored, "Editor/Drawing:" + refused},
     {FaultKind::positionClamped, ""},
@@ -95,7 +95,7 @@ const Case cases[] = {
     {FaultKind::fullscreenSlow, "", 2},
     {FaultKind::fullscreenFlickers, ""},
     {FaultKind::windowVanishes, "Editor/Drawing:" + refused, 1, true},
-    {FaultKind::overviewRefused, noDesktop + "macOS could not open Mission Control"},
+    {FaultKind::overviewRefused, noDesktop + std::string(layerWords.overviewRefused)},
     {FaultKind::addDesktopMissing, noDesktop + "Mission Control did not expose its Add Desktop button"},
     {FaultKind::addDesktopRefused, noDesktop + "Mission Control refused Add Desktop (Accessibility error "
                                                "-25200)"},

@@ -89,6 +89,10 @@ class Journey {
     }
 
     simulated::World& world() { return desktop_->world(); }
+    /// What the world has of a display that the engine knows by this identifier.
+    const simulated::Display* display(const std::string& id) {
+        return world().display(layer_->sceneDisplay(id));
+    }
     const simulated::Scene& scene() const { return scene_; }
     const Workspace& saved() const { return saved_; }
     std::string state() { return desktop_->sceneJson(); }

@@ -1,6 +1,9 @@
 // The platform layer between a journey's engine and its desktop.
 #pragma once
+#include <cstdint>
 #include <memory>
+#include <string>
+#include <string_view>
 
 #include "platform/simulated/SimulatedDesktop.hpp"
 
@@ -10,9 +13,20 @@ class JourneyLayer {
   public:
     virtual ~JourneyLayer() = default;
     virtual Platform platform() = 0;
+    /// The scene's name of a display that the platform identifies so.
+    virtual std::string sceneDisplay(std::string displayID) { return displayID; }
 };
 
 /// One for each test program: the simulated layer itself, or another one over the same desktop.
 std::unique_ptr<JourneyLayer> makeJourneyLayer(SimulatedDesktop& desktop);
+
+/// Reasons that a layer puts in its own words.
+struct LayerWords {
+    std::string_view launchRefused, windowRefused, overviewRefused;
+};
+extern const LayerWords layerWords;
+
+/// How many random desktops are drawn unless QUILLO_SEEDS says.
+extern const std::uint64_t usualSeeds;
 
 }  // namespace quillo

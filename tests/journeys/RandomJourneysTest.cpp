@@ -120,7 +120,7 @@ void expectDesktopsWhereReported(Journey& journey, const Report& report) {
     for (const auto& [item, window, live] : reportedBack(journey, report)) {
         const auto& desktop = window.desktop;
         if (!desktop) continue;
-        const auto& present = journey.world().display(desktop->displayID)->desktops;
+        const auto& present = journey.display(desktop->displayID)->desktops;
         EXPECT_EQ(std::ranges::count(present, live.space), 1) << *item.title;
         if (std::ranges::count(present, std::stoull(desktop->uuid->substr(6))) > 0)
             EXPECT_EQ("space-" + std::to_string(live.space), desktop->uuid) << *item.title;
@@ -146,7 +146,7 @@ void expectAsPlanned(Journey& journey, const Journey::Plan& plan, const DesktopP
     if (planned.desktop) {
         const auto meant = std::ranges::find(desktops.desktops, *planned.desktop, &NativeDesktop::id);
         ASSERT_NE(meant, desktops.desktops.end());
-        const auto& present = journey.world().display(meant->displayID)->desktops;
+        const auto& present = journey.display(meant->displayID)->desktops;
         EXPECT_EQ(live->space, present.at(static_cast<std::size_t>(meant->index)));
     }
     const Rect &now = live->state.frame, &meant = planned.placement.value().frame;
@@ -161,7 +161,7 @@ class RandomJourneys : public testing::Test {
         const char* one = std::getenv("QUILLO_SEED");
         const char* count = std::getenv("QUILLO_SEEDS");
         const std::uint64_t first = one ? std::strtoull(one, nullptr, 10) : 1;
-        const std::uint64_t last = one ? first : count ? std::strtoull(count, nullptr, 10) : 100;
+        const std::uint64_t last = one ? first : count ? std::strtoull(count, nullptr, 10) : usualSeeds;
         for (std::uint64_t seed = first; seed <= last; ++seed) {
             SCOPED_TRACE("QUILLO_SEED=" + std::to_string(seed));
             check(seed);

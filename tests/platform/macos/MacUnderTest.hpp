@@ -1,19 +1,38 @@
 // The macOS core over the fakes of the system's functions, as a whole.
 #pragma once
+#include "WindowEngine/services/ForwardingApplications.hpp"
 #include "platform/macos/MacAccessibility.hpp"
+#include "platform/macos/MacApplications.hpp"
+#include "platform/macos/MacScreens.hpp"
+#include "platform/macos/MacWindowServer.hpp"
 #include "platform/macos/fakes/FakeAccessibility.hpp"
+#include "platform/macos/fakes/FakeDisplays.hpp"
+#include "platform/macos/fakes/FakeSkyLight.hpp"
+#include "platform/macos/fakes/FakeWorkspace.hpp"
 #include "tests/platform/macos/MacTest.hpp"
 
 namespace quillo {
 
+/// Documents of a simulated desktop do not stand on this machine's disk: of those its own layer knows.
+class ApplicationsOfNamedDocuments final : public ForwardingApplications {
+  public:
+    ApplicationsOfNamedDocuments(Applications& applications, Applications& simulated)
+        : ForwardingApplications(applications), simulated_(simulated) {}
+    bool opensSafely(const Url& document) override { return simulated_.opensSafely(document); }
+
+  private:
+    Applications& simulated_;
+};
+
 class MacUnderTest {
   public:
-    explicit MacUnderTest(SimulatedDesktop& desktop) : simulated_(desktop.platform()), mac_(desktop) {}
+    explicit MacUnderTest(SimulatedDesktop& desktop)
+        : simulated_(desktop.platform()), mac_(desktop), workspace_(desktop) {}
 
     /// The services of the core where there are any, for the rest the simulated ones.
     Platform platform() {
-        return {simulated_.executor, accessibility_,     simulated_.windowServer, simulated_.applications,
-                simulated_.screens,  simulated_.scripts, simulated_.log};
+        return {simulated_.executor, accessibility_, windowServer_, applications_, screens_,
+                simulated_.scripts,  simulated_.log};
     }
 
   private:
@@ -22,7 +41,15 @@ class MacUnderTest {
     fakes::FakeMac mac_;
     // A part provides its private functions when it is first asked for: before the core looks for them.
     fakes::FakeAccessibility& framework_ = mac_.part<fakes::FakeAccessibility>();
-    MacAccessibility accessibility_{&fakes::FakeMac::symbol};
+    fakes::FakeSkyLight& skyLight_ = mac_.part<fakes::FakeSkyLight>();
+    MacAccessibility accessibility_{&fakes::FakeMac::symbol,
+                                    [this](ProcessID pid) { return macApplications_.family(pid); }};
+    fakes::FakeWorkspace workspace_;
+    MacApplications macApplications_{simulated_.executor, workspace_};
+    ApplicationsOfNamedDocuments applications_{macApplications_, simulated_.applications};
+    MacScreens screens_{[this] { return mac_.part<fakes::FakeDisplays>().screens(); }};
+    MacWindowServer windowServer_{
+        {simulated_.executor, accessibility_, applications_, screens_}, &fakes::FakeMac::symbol, nullptr};
 };
 
 }  // namespace quillo

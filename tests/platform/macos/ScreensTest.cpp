@@ -24,7 +24,7 @@ TEST_F(ScreensTest, AreFlippedAgainstThePrimaryScreensHeight) {
     const auto natives = displays_.screens();
     EXPECT_EQ(natives[0].visibleFrame, (Rect{0, 45, 1512, 900}));
     EXPECT_EQ(natives[1].frame, (Rect{-200, 982, 1920, 1080}));
-    const auto screens = MacScreens([&] { return natives; }).screens();
+    const auto screens = MacScreens([this] { return displays_.screens(); }).screens();
     ASSERT_EQ(screens.size(), 2U);
     EXPECT_EQ(screens[0].frame, (Rect{0, 0, 1512, 982}));
     EXPECT_EQ(screens[0].visibleFrame, (Rect{0, 37, 1512, 900}));
