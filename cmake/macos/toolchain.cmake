@@ -13,7 +13,7 @@ if(processor STREQUAL "arm64")
 endif()
 
 set(CMAKE_CXX_COMPILER clang++-19)
-set(CMAKE_OBJCXX_COMPILER clang++-19)
+set(CMAKE_OBJCXX_COMPILER /usr/bin/clang++-19)
 set(CMAKE_AR /usr/bin/llvm-ar-19 CACHE FILEPATH "")
 set(CMAKE_RANLIB /usr/bin/llvm-ranlib-19 CACHE FILEPATH "")
 set(CMAKE_INSTALL_NAME_TOOL /usr/bin/llvm-install-name-tool-19 CACHE FILEPATH "")
@@ -33,7 +33,7 @@ foreach(language CXX OBJCXX)
     -iframework ${root}/platform/macos/declarations)
 endforeach()
 set(CMAKE_EXE_LINKER_FLAGS_INIT
-  "-mlinker-version=907 --ld-path=/usr/bin/ld64.lld-19 -nostdlib -L${stubs}/lib -F${root}/platform/macos/declarations")
+  "-mlinker-version=907 --ld-path=/usr/bin/ld64.lld-19 -nostdlib -L${stubs}/lib -L${root}/platform/macos/declarations/lib -F${root}/platform/macos/declarations")
 set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
 
 # Debian's header-only or re-declared libraries, never this machine's own link libraries.

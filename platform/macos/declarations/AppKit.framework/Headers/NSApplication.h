@@ -17,6 +17,8 @@ extern NSAppearanceName const NSAppearanceNameDarkAqua;
 + (nullable NSAppearance*)appearanceNamed:(NSAppearanceName)name;
 @end
 
+extern NSNotificationName const NSApplicationDidFinishLaunchingNotification;
+
 /* Main thread. */
 @interface NSApplication : NSObject
 @property(class, readonly, strong) NSApplication* sharedApplication;

@@ -1,4 +1,5 @@
 #pragma once
+#include <Foundation/NSAppleEventManager.h>
 #include <Foundation/NSBundle.h>
 #include <Foundation/NSCollections.h>
 #include <Foundation/NSError.h>

@@ -13,6 +13,8 @@ NS_ASSUME_NONNULL_BEGIN
 - (BOOL)loadAndReturnError:(NSError* _Nullable* _Nullable)error;
 @end
 
-extern Class _Nullable NSClassFromString(NSString* aClassName);
+CF_EXTERN_C_BEGIN
+CF_EXPORT Class _Nullable NSClassFromString(NSString* aClassName);
+CF_EXTERN_C_END
 
 NS_ASSUME_NONNULL_END

@@ -1,0 +1,23 @@
+#include "platform/macos/shell/BridgeMoveWindow.hpp"
+
+#import <Foundation/Foundation.h>
+
+// The class is the system's own, and none of its headers declares it. UNPROVEN: that windows are numbers in
+// an array, that spaces are unsigned 64-bit numbers, and that no delegate is needed.
+@protocol QuilloBridgedMoveOperation <NSObject>
+- (instancetype)initWithWindows:(NSArray<NSNumber*>*)windows spaceID:(std::uint64_t)spaceID;
+- (void)performWithWMBridgeDelegate:(id)delegate;
+@end
+
+bool QuilloBridgeMoveWindow(std::uint32_t windowID, std::uint64_t spaceID) {
+    @autoreleasepool {
+        const Class found = NSClassFromString(@"SLSBridgedMoveWindowsToManagedSpaceOperation");
+        if (![found instancesRespondToSelector:@selector(initWithWindows:spaceID:)] ||
+            ![found instancesRespondToSelector:@selector(performWithWMBridgeDelegate:)])
+            return false;
+        const id<QuilloBridgedMoveOperation> operation =
+            [(id<QuilloBridgedMoveOperation>)[found alloc] initWithWindows:@[ @(windowID) ] spaceID:spaceID];
+        [operation performWithWMBridgeDelegate:nil];
+        return operation != nil;
+    }
+}

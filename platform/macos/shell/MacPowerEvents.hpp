@@ -1,0 +1,26 @@
+// Sleep and power-off, as the workspace object posts them.
+#pragma once
+#include <memory>
+
+#include "WindowEngine/support/Executor.hpp"
+#include "platform/services/PowerObservers.hpp"
+
+namespace quillo {
+
+/// The system gives nobody a hold: what an observer starts has what time is left. Main thread.
+class MacPowerEvents final : public PowerEvents {
+  public:
+    /// `executor` must outlive it.
+    explicit MacPowerEvents(Executor& executor);
+    ~MacPowerEvents() override;
+
+    Capability capability() const override { return Capability::available(); }
+    std::unique_ptr<PowerObserver> observe(Observer observer) override;
+
+  private:
+    struct Subscriptions;
+    std::shared_ptr<PowerObservers> observers_ = std::make_shared<PowerObservers>();
+    std::unique_ptr<Subscriptions> subscriptions_;
+};
+
+}  // namespace quillo
