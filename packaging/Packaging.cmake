@@ -1,9 +1,10 @@
-# What makes the program at home on a free desktop: its icon, its entry in the menu, its page in software centres.
-# Included where quillo_app_gui is made, which gets the icon's pictures for desktops that know none of it.
+# The program's icon; and what makes it at home on a free desktop: its entry in the menu, its page in software centres.
+# Included where quillo_app_gui is made, which gets the icon's pictures for desktops that know none of it. The bundle
+# for a Mac is made in macos/Bundle.cmake.
 include(GNUInstallDirs)
 find_program(RSVG_CONVERT rsvg-convert)
 if(NOT RSVG_CONVERT)
-  message(FATAL_ERROR "rsvg-convert is needed to draw the application's icon (Debian: librsvg2-bin).")
+  message(FATAL_ERROR "rsvg-convert is needed to draw the application's icon (Debian: librsvg2-bin, Homebrew: librsvg).")
 endif()
 
 set(id app.quillo.Quillo)
@@ -16,10 +17,21 @@ foreach(size 16 22 24 32 48 64 128 256)
   add_custom_command(OUTPUT ${picture} DEPENDS ${icons}/${id}.svg
     COMMAND ${RSVG_CONVERT} -w ${size} -h ${size} -o ${picture} ${icons}/${id}.svg)
   list(APPEND pictures ${picture})
-  install(FILES ${picture} RENAME ${id}.png
-    DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/${size}x${size}/apps)
+  if(NOT APPLE)
+    install(FILES ${picture} RENAME ${id}.png
+      DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/${size}x${size}/apps)
+  endif()
 endforeach()
+if(APPLE)  # for the menu bar, which colours it; twice as large as it shows
+  set(picture ${drawn}/tray-mask.png)
+  add_custom_command(OUTPUT ${picture} DEPENDS ${icons}/${id}-symbolic.svg
+    COMMAND ${RSVG_CONVERT} -w 36 -h 36 -o ${picture} ${icons}/${id}-symbolic.svg)
+  list(APPEND pictures ${picture})
+endif()
 qt_add_resources(quillo_app_gui icons PREFIX /icons BASE ${drawn} FILES ${pictures})
+if(APPLE)
+  return()
+endif()
 
 install(FILES ${icons}/${id}.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
 install(FILES ${icons}/${id}-symbolic.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/symbolic/apps)

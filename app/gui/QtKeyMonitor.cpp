@@ -27,12 +27,13 @@ bool isModifier(int key) {
     }
 }
 
-std::uint32_t modifiersOf(Qt::KeyboardModifiers held) {
-    constexpr std::array<std::pair<Qt::KeyboardModifier, std::uint32_t>, 4> masks{
-        {{Qt::MetaModifier, modifier::command},
+std::uint32_t modifiersOf(Qt::KeyboardModifiers held, NativeKeys native) {
+    const bool exchanged = native == NativeKeys::mac;
+    const std::array<std::pair<Qt::KeyboardModifier, std::uint32_t>, 4> masks{
+        {{exchanged ? Qt::ControlModifier : Qt::MetaModifier, modifier::command},
          {Qt::AltModifier, modifier::option},
          {Qt::ShiftModifier, modifier::shift},
-         {Qt::ControlModifier, modifier::control}}};
+         {exchanged ? Qt::MetaModifier : Qt::ControlModifier, modifier::control}}};
     std::uint32_t all = 0;
     for (const auto& [flag, mask] : masks) all |= held.testFlag(flag) ? mask : 0;
     return all;
@@ -40,7 +41,8 @@ std::uint32_t modifiersOf(Qt::KeyboardModifiers held) {
 
 }  // namespace
 
-QtKeyMonitor::QtKeyMonitor(const KeyboardLayout& layout) : layout_(layout) {
+QtKeyMonitor::QtKeyMonitor(const KeyboardLayout& layout, NativeKeys native)
+    : layout_(layout), native_(native) {
     qGuiApp->installEventFilter(this);
 }
 
@@ -58,8 +60,9 @@ bool QtKeyMonitor::eventFilter(QObject* watched, QEvent* event) {
 bool QtKeyMonitor::consume(const QKeyEvent& event) const {
     if (isModifier(event.key())) return false;
     if (event.isAutoRepeat()) return true;
-    const auto keyCode = layout_.keyCode(event.nativeScanCode());
-    return monitors_.consume({keyCode.value_or(KeyEvent::noKeyCode), modifiersOf(event.modifiers()),
+    const auto number = native_ == NativeKeys::mac ? event.nativeVirtualKey() : event.nativeScanCode();
+    const auto keyCode = layout_.keyCode(number);
+    return monitors_.consume({keyCode.value_or(KeyEvent::noKeyCode), modifiersOf(event.modifiers(), native_),
                               keyCode ? layout_.characters(*keyCode) : std::string()});
 }
 

@@ -1,4 +1,4 @@
-// The application's place in a free desktop.
+// The application's place in the desktop, as Qt has it.
 #pragma once
 #include <QObject>
 
@@ -13,11 +13,12 @@ class QtShell final : public QObject, public Shell {
     Q_OBJECT
 
   public:
-    /// All must outlive it.
-    QtShell(Theme& theme, SystemAppearance& system, DesktopNotifier& notifier, QObject* parent = nullptr);
+    /// All must outlive it. `native`: the system's own, told of all that Qt cannot do there; null on a free
+    /// desktop, where task lists show whichever windows are open and messages go over the session bus.
+    QtShell(Theme& theme, SystemAppearance& system, DesktopNotifier& notifier, Shell* native = nullptr,
+            QObject* parent = nullptr);
 
-    /// Task lists show whichever windows are open: there is nothing to do, and it is only remembered.
-    void setActivationPolicy(ActivationPolicy policy) override { policy_ = policy; }
+    void setActivationPolicy(ActivationPolicy policy) override;
     ActivationPolicy activationPolicy() const { return policy_; }
     /// Tells the theme, and follows the desktop where it is to be as the desktop is.
     void setAppearance(Appearance appearance) override;
@@ -31,6 +32,7 @@ class QtShell final : public QObject, public Shell {
     Theme& theme_;
     SystemAppearance& system_;
     DesktopNotifier& notifier_;
+    Shell* native_;
     Appearance appearance_ = Appearance::system;
     ActivationPolicy policy_ = ActivationPolicy::accessory;
 };

@@ -3,6 +3,7 @@
 #include <QDBusConnectionInterface>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QFile>
 #include <QGuiApplication>
 
 namespace quillo {
@@ -17,6 +18,15 @@ QIcon iconNamed(const QString& name) {
         drawn.addFile(QStringLiteral(":/icons/app.quillo.Quillo-%1.png").arg(size), QSize(size, size));
     }
     return QIcon::fromTheme(name, drawn);
+}
+
+/// A picture that the system colours itself, where the build has one; else the desktop's own.
+QIcon trayIcon() {
+    const QString drawn = QStringLiteral(":/icons/tray-mask.png");
+    if (!QFile::exists(drawn)) return iconNamed("app.quillo.Quillo-symbolic");
+    QIcon mask(drawn);
+    mask.setIsMask(true);
+    return mask;
 }
 
 }  // namespace
@@ -68,7 +78,7 @@ void TrayIcon::askForHost() {
 void TrayIcon::show() {
     if (icon_) return;
     patience_.stop();
-    icon_ = std::make_unique<QSystemTrayIcon>(iconNamed("app.quillo.Quillo-symbolic"));
+    icon_ = std::make_unique<QSystemTrayIcon>(trayIcon());
     icon_->setToolTip("Quillo");
     icon_->setContextMenu(&menu_.menu());
     menu_.setDrawnBy(menu_.menu().platformMenu() ? MenuDrawnBy::desktop : MenuDrawnBy::qt);

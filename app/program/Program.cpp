@@ -3,7 +3,8 @@
 namespace quillo {
 
 Program::Program(const System& system)
-    : keys_(system.keyboard),
+    : shell_(theme_, appearance_, notifier_, system.shell),
+      keys_(system.keyboard, system.nativeKeys),
       updates_(system.updater),
       interface_({.theme = theme_,
                   .shell = shell_,

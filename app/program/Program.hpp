@@ -27,9 +27,11 @@ class Program {
         UserDefaults& defaults;
         HotKeyService& hotKeys;
         const KeyboardLayout& keyboard;
+        NativeKeys nativeKeys;
         LoginItemService& loginItem;
         UpdaterService& updater;
         PowerEvents& power;
+        Shell* shell;  // null where Qt does it all
         TextVariant variant;
         std::function<bool()> olderTrayIsThere;
         std::function<void()> releaseFreeMemory;
@@ -50,7 +52,7 @@ class Program {
     Theme theme_;
     SystemAppearance appearance_;
     DesktopNotifier notifier_;
-    QtShell shell_{theme_, appearance_, notifier_};
+    QtShell shell_;
     QtKeyMonitor keys_;
     UpdateController updates_;
     Interface interface_;

@@ -1,10 +1,9 @@
 // The application on a Linux desktop.
-#include <QMessageBox>
 #include <QQuickWindow>
-#include <cstdio>
 
 #include "app/QtExecutor.hpp"
 #include "app/program/Program.hpp"
+#include "app/program/ProgramArguments.hpp"
 #include "platform/posix/FileDefaults.hpp"
 #include "platform/posix/FileLog.hpp"
 #include "platform/posix/FreeMemory.hpp"
@@ -20,34 +19,6 @@
 
 namespace quillo {
 namespace {
-
-constexpr const char* usage =
-    "usage: quillo [--save | --switcher | --background | --help | --version]\n"
-    "\n"
-    "  quillo               opens the window; a second start brings it forward\n"
-    "  quillo --save        saves the current desktop, after a review\n"
-    "  quillo --switcher    opens or closes the workspace switcher\n"
-    "  quillo --background  stays in the tray, as at login\n"
-    "\n"
-    "quilloctl does the same on the command line.\n";
-
-/// Before there is any application object: what only prints needs no display.
-std::optional<int> printed(const QStringList& arguments) {
-    if (arguments == QStringList{"--help"} || arguments == QStringList{"-h"})
-        return std::fputs(usage, stdout) < 0;
-    if (arguments == QStringList{"--version"}) return std::puts("quillo " QUILLO_VERSION) < 0;
-    if (const auto request = launchRequest(arguments); !request) {
-        std::fprintf(stderr, "quillo: %s\n%s", request.error().text.c_str(), usage);
-        return 2;
-    }
-    return std::nullopt;
-}
-
-int refuse(const std::string& reason) {
-    std::fprintf(stderr, "quillo: %s\n", reason.c_str());
-    QMessageBox::critical(nullptr, "Quillo", QString::fromStdString(reason));
-    return 1;
-}
 
 /// The services, in the order in which they need each other.
 struct LinuxServices {
@@ -97,9 +68,11 @@ int run(QApplication& application, LaunchRequest request) {
                      .defaults = services.defaults,
                      .hotKeys = services.hotKeys,
                      .keyboard = services.keyboard,
+                     .nativeKeys = NativeKeys::x11,
                      .loginItem = services.loginItem,
                      .updater = services.updater,
                      .power = services.power,
+                     .shell = nullptr,
                      .variant = TextVariant::onLinux,
                      .olderTrayIsThere = [&] { return x11::hasSystemTray(**connection); },
                      .releaseFreeMemory = releaseFreeMemory});

@@ -46,7 +46,7 @@ class KeyMonitorX11 : public testing::Test {
     QtExecutor executor;
     std::unique_ptr<x11::X11Connection> connection = *x11::X11Connection::open(desktop.display());
     X11KeyboardLayout layout{*connection};
-    QtKeyMonitor monitor{layout};
+    QtKeyMonitor monitor{layout, NativeKeys::x11};
     ListeningWindow window;
     const Shortcut byDefault{1, 0x1900, "S"};
 };

@@ -1,0 +1,97 @@
+// The application on a Mac.
+#include <QQuickWindow>
+
+#include "app/QtExecutor.hpp"
+#include "app/program/Program.hpp"
+#include "app/program/ProgramArguments.hpp"
+#include "platform/macos/MacDefaults.hpp"
+#include "platform/macos/MacHotKeys.hpp"
+#include "platform/macos/MacKeyboardLayout.hpp"
+#include "platform/macos/MacLog.hpp"
+#include "platform/macos/shell/MacApplicationEvents.hpp"
+#include "platform/macos/shell/MacDesktop.hpp"
+#include "platform/macos/shell/MacLoginItem.hpp"
+#include "platform/macos/shell/MacPowerEvents.hpp"
+#include "platform/macos/shell/MacShell.hpp"
+#include "platform/macos/shell/MacUpdater.hpp"
+#include "platform/posix/FreeMemory.hpp"
+#include "platform/posix/PosixFileSystem.hpp"
+#include "platform/posix/StandardDirectories.hpp"
+
+namespace quillo {
+namespace {
+
+/// The services, in the order in which they need each other.
+struct MacServices {
+    explicit MacServices(Executor& executor) : desktop(executor), power(executor) {}
+
+    PosixFileSystem files;
+    MacLog log;
+    MacDefaults defaults;
+    WindowHandleCache handles;
+    MacDesktop desktop;
+    DesktopAccess access{desktop.platform(log), handles};
+    MacHotKeys hotKeys;
+    MacKeyboardLayout keyboard;
+    MacLoginItem loginItem;
+    MacUpdater updater;
+    MacPowerEvents power;
+    MacShell shell;
+};
+
+Program::System systemOf(MacServices& services, const StandardDirectories& directories) {
+    return {.desktop = services.access,
+            .files = services.files,
+            .data = directories.data,
+            .defaults = services.defaults,
+            .hotKeys = services.hotKeys,
+            .keyboard = services.keyboard,
+            .nativeKeys = NativeKeys::mac,
+            .loginItem = services.loginItem,
+            .updater = services.updater,
+            .power = services.power,
+            .shell = &services.shell,
+            .variant = TextVariant::onMac,
+            .olderTrayIsThere = [] { return true; },  // the menu bar always is
+            .releaseFreeMemory = releaseFreeMemory};
+}
+
+int run(QApplication& application, LaunchRequest request) {
+    const Result<StandardDirectories> directories = StandardDirectories::find();
+    if (!directories) return refuse(directories.error().text);
+    Program* running = nullptr;
+    SingleInstance instance([&running](LaunchRequest asked, const QString&) {
+        if (running) running->carryOut(asked);
+    });
+    const Result<bool> first = instance.claim(request);
+    if (!first) return refuse(first.error().text);
+    if (!*first) return 0;
+
+    QtExecutor executor;
+    MacServices services(executor);
+    Program program(systemOf(services, *directories));
+    running = &program;
+    // The login item brings no arguments: only the system knows that nobody asked for a window.
+    const MacApplicationEvents events(
+        {.started =
+             [&](bool atLogin) { program.carryOut(atLogin ? LaunchRequest::stayInBackground : request); },
+         .reopened = [&] { program.carryOut(LaunchRequest::openWindow); }});
+    const int status = application.exec();
+    running = nullptr;
+    return status;
+}
+
+}  // namespace
+}  // namespace quillo
+
+int main(int argumentCount, char** arguments) {
+    QStringList given;
+    for (int i = 1; i < argumentCount; ++i) given << QString::fromLocal8Bit(arguments[i]);
+    if (const std::optional<int> status = quillo::printed(given)) return *status;
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    QApplication application(argumentCount, arguments);
+    QApplication::setApplicationName("Quillo");
+    QApplication::setWindowIcon(quillo::applicationIcon());
+    QApplication::setQuitOnLastWindowClosed(false);
+    return quillo::run(application, *quillo::launchRequest(given));
+}

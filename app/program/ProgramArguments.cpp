@@ -1,0 +1,40 @@
+#include "app/program/ProgramArguments.hpp"
+
+#include <QMessageBox>
+#include <cstdio>
+
+#include "app/gui/SingleInstance.hpp"
+
+namespace quillo {
+namespace {
+
+constexpr const char* usage =
+    "usage: quillo [--save | --switcher | --background | --help | --version]\n"
+    "\n"
+    "  quillo               opens the window; a second start brings it forward\n"
+    "  quillo --save        saves the current desktop, after a review\n"
+    "  quillo --switcher    opens or closes the workspace switcher\n"
+    "  quillo --background  opens no window, as at login\n"
+    "\n"
+    "quilloctl does the same on the command line.\n";
+
+}  // namespace
+
+std::optional<int> printed(const QStringList& arguments) {
+    if (arguments == QStringList{"--help"} || arguments == QStringList{"-h"})
+        return std::fputs(usage, stdout) < 0;
+    if (arguments == QStringList{"--version"}) return std::puts("quillo " QUILLO_VERSION) < 0;
+    if (const auto request = launchRequest(arguments); !request) {
+        std::fprintf(stderr, "quillo: %s\n%s", request.error().text.c_str(), usage);
+        return 2;
+    }
+    return std::nullopt;
+}
+
+int refuse(const std::string& reason) {
+    std::fprintf(stderr, "quillo: %s\n", reason.c_str());
+    QMessageBox::critical(nullptr, "Quillo", QString::fromStdString(reason));
+    return 1;
+}
+
+}  // namespace quillo
