@@ -140,7 +140,9 @@ std::vector<WindowFacts> MacWindowServer::facts(std::span<const WindowNumber> nu
         if (number == kCGNullWindowID) continue;
         facts.spaces = skyLight_.spacesOf(number);
         const auto traits = skyLight_.traitsOf(number);
-        facts.isStandard = traits && skyLight::isStandard(*traits);
+        // Where accessibility numbers no window, those it lists cannot be told from those it does not: each
+        // would be captured a second time.
+        facts.isStandard = elementsHaveNumbers_ && traits && skyLight::isStandard(*traits);
         facts.isFullscreen =
             std::ranges::any_of(facts.spaces, [&](SpaceID space) { return kinds.isFullScreen(space); });
     }

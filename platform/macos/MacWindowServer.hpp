@@ -27,7 +27,10 @@ class MacWindowServer final : public WindowServer {
     };
     /// `bridge` may be null.
     MacWindowServer(Neighbours neighbours, SymbolLookup lookup, MoveBridge bridge)
-        : neighbours_(neighbours), skyLight_(lookup), bridge_(bridge) {}
+        : neighbours_(neighbours),
+          skyLight_(lookup),
+          bridge_(bridge),
+          elementsHaveNumbers_(lookup(hiServices::library, hiServices::getWindow) != nullptr) {}
 
     std::vector<WindowListEntry> windowList() override;
     std::vector<DisplaySpaces> displaySpaces() override;
@@ -52,6 +55,7 @@ class MacWindowServer final : public WindowServer {
     Neighbours neighbours_;
     SkyLight skyLight_;
     MoveBridge bridge_;
+    bool elementsHaveNumbers_;
     std::optional<TimePoint> overviewAskedFor_;  // empty when it is not ours to close
 };
 

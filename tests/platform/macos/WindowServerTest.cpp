@@ -3,6 +3,8 @@
 #include <array>
 #include <chrono>
 
+#include "WindowEngine/Capture.hpp"
+#include "WindowEngine/Restore.hpp"
 #include "WindowEngine/services/ForwardingApplications.hpp"
 #include "platform/macos/MacAccessibility.hpp"
 #include "platform/macos/MacScreens.hpp"
@@ -90,6 +92,20 @@ class WindowServerTest : public MacTest {
         return asked && spaces == std::vector{secondDesktop()};
     }
 
+    DesktopAccess access() {
+        const Platform simulated = desktop_->platform();
+        return {{simulated.executor, *accessibility_, *server_, *applications_, screens_, simulated.scripts,
+                 simulated.log},
+                handles_};
+    }
+    template <class T>
+    T run(Task<T> task) {
+        Job<T> job(desktop_->executor(), std::move(task));
+        desktop_->executor().runUntil([&] { return job.done(); }, 60s);
+        return job.result();
+    }
+
+    WindowHandleCache handles_;
     std::unique_ptr<SimulatedDesktop> desktop_;
     std::optional<FakeMac> mac_;
     FakeSkyLight* skyLight_ = nullptr;
@@ -139,6 +155,7 @@ TEST_F(WindowServerTest, AMissingFunctionCostsWhatNeedsItAndSaysSo) {
         {{skyLight::windowIteratorGetTags}, noStandard},
         {{skyLight::windowIteratorGetAttributes}, noStandard},
         {{skyLight::coreDockSendNotification}, without({}, &Able::creation, &Able::overview)},
+        {{hiServices::getWindow}, noStandard},
     };
     for (const auto& [names, able] : cases) {
         SCOPED_TRACE(testing::PrintToString(names));
@@ -305,6 +322,43 @@ TEST_F(WindowServerTest, TheOverviewIsNeverOpenedByClosingIt) {
     EXPECT_TRUE(server_->openOverview());
     server_->closeOverview();
     EXPECT_EQ(skyLight_->toggles, before) << "it is the person's";
+}
+
+TEST_F(WindowServerTest, WithoutNumbersOfElementsNoWindowIsCapturedTwice) {
+    start({hiServices::getWindow});
+    DesktopAccess desktop = access();
+    EXPECT_EQ(run(Capture::snapshot(desktop, {})).windowCount(), 3);
+}
+
+TEST_F(WindowServerTest, WithoutDesktopsWindowsAreStillPlaced) {
+    start();
+    DesktopAccess before = access();
+    Workspace saved;
+    saved.snapshot = run(Capture::snapshot(before, {}));
+    ASSERT_EQ(saved.snapshot.desktops->size(), 3U);
+    saved.snapshot.desktops->push_back({FakeDisplays::uuidOf("RIGHT"), 1, {}});
+
+    const auto unread = "macOS did not expose the current desktop layout; no desktops were created";
+    for (const char* missing : {skyLight::mainConnection, skyLight::copyManagedDisplaySpaces,
+                                skyLight::copySpacesForWindows, skyLight::coreDockSendNotification}) {
+        SCOPED_TRACE(missing);
+        start({missing});
+        simulated::Window& plain = *desktop_->world().window("org.example.editor", "Plain");
+        const Rect place = plain.state.frame;
+        desktop_->world().move(plain, {700, 500, 300, 200});
+        DesktopAccess after = access();
+        const RestoreReport report = run(Restore::run(after, saved, {}, {}));
+        EXPECT_EQ(plain.state.frame, place);
+        EXPECT_EQ(report.totals().failed, 1);
+        const auto failed = std::ranges::find_if(report.items, [](const RestoreReport::Item& item) {
+            return std::holds_alternative<RestoreReport::failed>(item.status);
+        });
+        const auto& reason = std::get<RestoreReport::failed>(failed->status).reason;
+        if (missing == skyLight::coreDockSendNotification)
+            EXPECT_NE(reason.find("Mission Control"), std::string::npos) << reason;
+        else
+            EXPECT_EQ(reason, unread);
+    }
 }
 
 }  // namespace
