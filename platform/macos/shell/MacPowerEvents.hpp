@@ -7,7 +7,8 @@
 
 namespace quillo {
 
-/// The system gives nobody a hold: what an observer starts has what time is left. Main thread.
+/// The system gives nobody a hold. For sleep it waits, half a minute at most, while a handler runs; ours
+/// hands the news on, so what an observer starts has what time is left. Main thread.
 class MacPowerEvents final : public PowerEvents {
   public:
     /// `executor` must outlive it.

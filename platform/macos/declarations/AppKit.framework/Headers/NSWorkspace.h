@@ -20,7 +20,7 @@ typedef enum NSApplicationActivationOptions : NSUInteger {
 @property(nullable, readonly, copy) NSDate* launchDate; /* of applications that Launch Services started */
 @property(readonly) NSApplicationActivationPolicy activationPolicy;
 @property(readonly, getter=isTerminated) BOOL terminated;
-/* Whether the request was sent. */
+/* False where it cannot be done; true is the system's word, not the application's. */
 - (BOOL)activateWithOptions:(NSApplicationActivationOptions)options;
 - (BOOL)hide;
 - (BOOL)terminate;

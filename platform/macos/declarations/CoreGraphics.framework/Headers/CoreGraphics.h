@@ -37,7 +37,8 @@ CF_EXPORT const CFStringRef kCGWindowOwnerPID; /* number */
 CF_EXPORT const CFStringRef kCGWindowLayer;    /* number */
 CF_EXPORT const CFStringRef kCGWindowBounds;   /* dictionary, a rectangle: global points, top left */
 
-/* Front to back; null where there is no window server session. */
+/* Front to back where only windows on screen are asked for, else in no order that is promised; null where
+   there is no window server session. */
 CF_EXPORT CFArrayRef CGWindowListCopyWindowInfo(CGWindowListOption option, CGWindowID relativeToWindow);
 
 CF_EXTERN_C_END

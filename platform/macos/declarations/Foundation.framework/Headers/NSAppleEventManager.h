@@ -17,7 +17,7 @@ typedef FourCharCode AEKeyword;
 /* Main thread. */
 @interface NSAppleEventManager : NSObject
 + (NSAppleEventManager*)sharedAppleEventManager;
-/* While an event is handled on this thread; else null. */
+/* While an event is handled on this thread; else null. Not to be kept. */
 @property(nullable, readonly, strong) NSAppleEventDescriptor* currentAppleEvent;
 /* The handler is not kept; it takes the event and the reply. */
 - (void)setEventHandler:(id)handler

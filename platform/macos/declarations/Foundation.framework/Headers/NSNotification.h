@@ -16,8 +16,8 @@ typedef NSString* NSNotificationName;
 /* Any thread. */
 @interface NSNotificationCenter : NSObject
 @property(class, readonly, strong) NSNotificationCenter* defaultCenter;
-/* Keeps block and result until the result is removed; both strongly. With a queue, the poster waits for the
- * block. */
+/* Keeps block and result until the result is removed; both strongly. Without a queue the block runs where
+ * and while the notification is posted; with one, whether the poster waits is not promised. */
 - (id<NSObject>)addObserverForName:(nullable NSNotificationName)name
                             object:(nullable id)object
                              queue:(nullable NSOperationQueue*)queue
