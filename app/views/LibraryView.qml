@@ -4,6 +4,8 @@ import Quillo.Core
 
 FocusScope {
     id: root
+    // Changes when it does, not with all that the library tells: what follows it takes the keyboard each time.
+    readonly property bool empty: Library.empty
     readonly property int columns: Math.max(1, Math.floor((width - 48 + 18) / (318 + 80 * (Theme.scale - 1))))  // names want room
 
     function focusSearch() {
@@ -29,7 +31,7 @@ FocusScope {
             iconName: "search"
             prompt: "Search workspaces and apps"
             text: Library.query
-            focus: !Library.empty
+            focus: !root.empty
             onEdited: (text) => { Library.query = text; grid.positionViewAtBeginning() }
             Keys.onDownPressed: if (grid.count > 0) grid.forceActiveFocus(Qt.TabFocusReason)
             Keys.onEscapePressed: (event) => {
@@ -205,7 +207,7 @@ FocusScope {
                     kind: "primary"
                     iconName: "plus"
                     text: "Save Current Desktop…"
-                    focus: Library.empty
+                    focus: root.empty
                     enabled: Library.canSave && Library.accessibilityGranted
                     onClicked: Library.save()
                 }

@@ -70,6 +70,10 @@ TEST_F(LibraryViewTest, WorkspacesAreFoundOpenedRenamedAndDeleted) {
     EXPECT_EQ(library.count(), 4);
     // A card makes its menu and its question when they are asked for.
     press(Qt::Key_Down);
+    press(Qt::Key_Right);
+    EXPECT_EQ(library.cursor(), 1);
+    EXPECT_TRUE(named("Workspaces")->hasActiveFocus());  // the search field does not take the keyboard back
+    press(Qt::Key_Left);
     press(Qt::Key_Menu);
     EXPECT_TRUE(until([&] { return named("Export Workspace…") != nullptr; }));
     press(Qt::Key_Escape);
