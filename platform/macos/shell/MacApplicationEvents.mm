@@ -33,6 +33,16 @@ bool openedAtLogin() {
 @end
 
 namespace quillo {
+namespace {
+
+void hear(QuilloReopenHandler* reopen) {
+    [NSAppleEventManager.sharedAppleEventManager setEventHandler:reopen
+                                                     andSelector:@selector(reopen:reply:)
+                                                   forEventClass:coreEvents
+                                                      andEventID:reopenApplication];
+}
+
+}  // namespace
 
 struct MacApplicationEvents::Registrations {
     id<NSObject> launch = nil;
@@ -42,22 +52,21 @@ struct MacApplicationEvents::Registrations {
 MacApplicationEvents::MacApplicationEvents(Handlers handlers)
     : registrations_(std::make_unique<Registrations>()) {
     @autoreleasepool {
+        registrations_->reopen.reopened = ^{
+          handlers.reopened();
+        };
+        QuilloReopenHandler* const reopen = registrations_->reopen;
         // Without a queue the block runs while the notification is posted, when the event is still the
-        // current one.
+        // current one. Only by then has the application object put its own handlers in place: one set
+        // before would be replaced by its own.
         registrations_->launch =
             [NSNotificationCenter.defaultCenter addObserverForName:NSApplicationDidFinishLaunchingNotification
                                                             object:nil
                                                              queue:nil
                                                         usingBlock:^(NSNotification*) {
+                                                          hear(reopen);
                                                           handlers.started(openedAtLogin());
                                                         }];
-        registrations_->reopen.reopened = ^{
-          handlers.reopened();
-        };
-        [NSAppleEventManager.sharedAppleEventManager setEventHandler:registrations_->reopen
-                                                         andSelector:@selector(reopen:reply:)
-                                                       forEventClass:coreEvents
-                                                          andEventID:reopenApplication];
     }
 }
 
