@@ -8,6 +8,7 @@
 #include "platform/macos/MacHotKeys.hpp"
 #include "platform/macos/MacKeyboardLayout.hpp"
 #include "platform/macos/MacLog.hpp"
+#include "platform/macos/shell/MacActivity.hpp"
 #include "platform/macos/shell/MacApplicationEvents.hpp"
 #include "platform/macos/shell/MacDesktop.hpp"
 #include "platform/macos/shell/MacLoginItem.hpp"
@@ -37,6 +38,7 @@ struct MacServices {
     MacUpdater updater;
     MacPowerEvents power;
     MacShell shell;
+    MacActivity activity;
 };
 
 Program::System systemOf(MacServices& services, const StandardDirectories& directories) {
@@ -71,6 +73,8 @@ int run(QApplication& application, LaunchRequest request) {
     MacServices services(executor);
     Program program(systemOf(services, *directories));
     running = &program;
+    QObject::connect(&program.model(), &AppModel::busyChanged,
+                     [&] { services.activity.set(program.model().busy()); });
     // The login item brings no arguments: only the system knows that nobody asked for a window.
     const MacApplicationEvents events(
         {.started =

@@ -7,4 +7,5 @@
 #include <Foundation/NSNotification.h>
 #include <Foundation/NSObjCRuntime.h>
 #include <Foundation/NSObject.h>
+#include <Foundation/NSProcessInfo.h>
 #include <Foundation/NSURL.h>
