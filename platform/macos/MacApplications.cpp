@@ -95,7 +95,11 @@ std::optional<RunningApplication> MacApplications::running(std::string_view bund
 
 std::vector<ProcessID> MacApplications::family(ProcessID pid) {
     std::vector<ProcessID> pids;
-    std::ranges::transform(familyOf(shell_, pid), std::back_inserter(pids), &WorkspaceProcess::pid);
+    // The system lets a prohibited one create no windows, and it may not even serve accessibility: asked for
+    // them, it would answer as one that hangs, and those of the others would count as unread.
+    for (const auto& process : familyOf(shell_, pid)) {
+        if (pids.empty() || process.policy != ActivationPolicy::prohibited) pids.push_back(process.pid);
+    }
     return pids;
 }
 

@@ -14,7 +14,8 @@ class MacApplications final : public Applications {
     std::vector<RunningApplication> running() override;
     std::optional<RunningApplication> running(ProcessID pid) override;
     std::optional<RunningApplication> running(std::string_view bundleIdentifier) override;
-    /// All living processes of the identity that `pid` belongs to, the one that stands for it first.
+    /// The living processes of the identity that `pid` belongs to, the one that stands for it first, without
+    /// those beside it that may have no windows.
     std::vector<ProcessID> family(ProcessID pid);
 
     std::vector<std::string> ownIdentifiers() override;

@@ -51,10 +51,12 @@ TEST_F(MacApplicationsTest, SeveralProcessesAreOneApplicationThatItsOldestStands
                    process(40, "org.example.many", regular, {}),
                    process(60, "org.example.many", regular, 200),
                    process(30, "org.example.many", accessory, 1),
+                   process(10, "org.example.many", prohibited, 1),
                    process(20, "org.example.many", regular, 100, true),
                    process(70, {}, prohibited, {}),
                    process(71, {}, prohibited, {})};
-    EXPECT_EQ(applications_.family(40), (std::vector<ProcessID>{60, 50, 40, 30}));
+    EXPECT_EQ(applications_.family(40), (std::vector<ProcessID>{60, 50, 40, 30})) << "none without windows";
+    EXPECT_EQ(applications_.family(71), std::vector<ProcessID>{71});
     const auto known = applications_.running(30);
     ASSERT_TRUE(known);
     EXPECT_EQ(known->pid, 60);
@@ -68,7 +70,7 @@ TEST_F(MacApplicationsTest, SeveralProcessesAreOneApplicationThatItsOldestStands
     EXPECT_EQ(listed, (std::vector<ProcessID>{60, 70, 71}));
 
     EXPECT_TRUE(applications_.terminate("org.example.many"));
-    EXPECT_EQ(shell_.asked.size(), 4U) << "every living one of them";
+    EXPECT_EQ(shell_.asked.size(), 5U) << "every living one of them";
     EXPECT_FALSE(applications_.serviceProcess("org.example.many"));
     EXPECT_TRUE(applications_.serviceProcess("com.apple.dock"));
 }
