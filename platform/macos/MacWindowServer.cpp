@@ -43,10 +43,14 @@ std::vector<WindowListEntry> listedWindows() {
     return entries;
 }
 
-/// Under which pid Applications presents the application of a process; each process is asked about once.
+/// Under which pid Applications presents the application of a process. Each question costs a look at all that
+/// run: most owners stand in the list of applications, and the others are asked about once.
 class Owners {
   public:
-    explicit Owners(Applications& applications) : applications_(applications) {}
+    explicit Owners(Applications& applications) : applications_(applications) {
+        for (const auto& application : applications.running())
+            known_.emplace(application.pid, application.pid);
+    }
 
     ProcessID presented(ProcessID pid) {
         const auto [known, isNew] = known_.try_emplace(pid, pid);

@@ -13,7 +13,7 @@ namespace quillo::fakes {
 namespace {
 
 FakeAccessibility& framework() {
-    return FakeMac::current().part<FakeAccessibility>();
+    return FakeMac::onItsThread().part<FakeAccessibility>();
 }
 
 /// A request that changes something is a message, bounded by its own reference's timeout.

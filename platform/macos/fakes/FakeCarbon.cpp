@@ -62,7 +62,7 @@ class InputSource final : public Object {
 };
 
 FakeCarbon& carbon() {
-    return FakeMac::current().part<FakeCarbon>();
+    return FakeMac::onItsThread().part<FakeCarbon>();
 }
 
 /// The fake's own kind of resource: a count, then so many of these.

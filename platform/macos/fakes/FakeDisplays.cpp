@@ -65,7 +65,7 @@ std::vector<NativeScreen> FakeDisplays::screens() {
 
 CFUUIDRef CGDisplayCreateUUIDFromDisplayID(uint32_t displayID) {
     using namespace quillo;
-    auto& displays = fakes::FakeMac::current().part<fakes::FakeDisplays>();
+    auto& displays = fakes::FakeMac::onItsThread().part<fakes::FakeDisplays>();
     const std::string name = displays.sceneNameOf(displayID);
     if (name.empty() || std::ranges::find(displays.withoutUuid, name) != displays.withoutUuid.end())
         return nullptr;

@@ -24,6 +24,12 @@ FakeMac& FakeMac::current() {
     return *installed;
 }
 
+FakeMac& FakeMac::onItsThread() {
+    if (current().thread_ != std::this_thread::get_id())
+        fail("a function of the system is called on another thread than the main thread");
+    return current();
+}
+
 void* FakeMac::symbol(const char* library, const char* name) {
     const auto& symbols = current().symbols_;
     const auto found = symbols.find({library, name});

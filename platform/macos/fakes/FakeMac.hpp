@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <typeindex>
 #include <utility>
 
@@ -21,6 +22,9 @@ class FakeMac {
     FakeMac& operator=(const FakeMac&) = delete;
     ~FakeMac();
     static FakeMac& current();  // ends the program where there is none
+    /// Of functions that the system, or its documentation, keeps to one thread: the one that made the
+    /// FakeMac. Ends the program on any other.
+    static FakeMac& onItsThread();
 
     SimulatedDesktop& desktop() { return desktop_; }
 
@@ -44,6 +48,7 @@ class FakeMac {
 
   private:
     SimulatedDesktop& desktop_;
+    const std::thread::id thread_ = std::this_thread::get_id();
     std::map<std::pair<std::string, std::string>, void*> symbols_;
     std::map<std::type_index, std::shared_ptr<void>> parts_;
 };

@@ -20,7 +20,7 @@ constexpr std::uint64_t documentTag = 1, floatingTag = 2, shown = 1;  // as SkyL
 
 FakeSkyLight& fake(Connection given) {
     if (given != connection) fail("a connection to the window server that is not this program's");
-    return FakeMac::current().part<FakeSkyLight>();
+    return FakeMac::onItsThread().part<FakeSkyLight>();
 }
 
 /// The answer to a query: what exists of the windows asked for.

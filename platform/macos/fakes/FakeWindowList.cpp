@@ -44,5 +44,5 @@ CFArrayRef CGWindowListCopyWindowInfo(CGWindowListOption option, CGWindowID rela
     if (option != (kCGWindowListOptionAll | kCGWindowListExcludeDesktopElements) ||
         relativeToWindow != kCGNullWindowID)
         fail("a list of windows that the fake does not know");
-    return FakeMac::current().part<FakeWindowList>().copy();
+    return FakeMac::onItsThread().part<FakeWindowList>().copy();
 }

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <thread>
 
 #include "WindowEngine/Capture.hpp"
 #include "WindowEngine/Restore.hpp"
@@ -40,12 +41,19 @@ constexpr std::string_view scene = R"({
 class OnePidForAll final : public ForwardingApplications {
   public:
     using ForwardingApplications::ForwardingApplications;
+    std::vector<RunningApplication> running() override {
+        auto all = ForwardingApplications::running();
+        for (auto& application : all) application.pid = presented.value_or(application.pid);
+        return all;
+    }
     std::optional<RunningApplication> running(ProcessID pid) override {
+        ++asked;
         auto found = ForwardingApplications::running(pid);
         if (found && presented) found->pid = *presented;
         return found;
     }
     std::optional<ProcessID> presented;
+    int asked = 0;
 };
 
 class WindowServerTest : public MacTest {
@@ -114,6 +122,7 @@ class WindowServerTest : public MacTest {
     MacScreens screens_{[this] { return mac_->part<FakeDisplays>().screens(); }};
     std::optional<MacWindowServer> server_;
 };
+using WindowServerDeathTest = WindowServerTest;
 
 /// What is left of the window server.
 struct Able {
@@ -251,10 +260,16 @@ TEST_F(WindowServerTest, AWindowWithoutAllItsNumbersIsNotListed) {
     EXPECT_TRUE(server_->windowList().empty());
     list.instead = {{"kCGWindowLayer", fakes::numberValue(-5)}};
     EXPECT_EQ(server_->windowList().front().layer, -5);
+    EXPECT_EQ(applications_->asked, 0) << "the list of applications tells who owns a window";
     applications_->presented = 4;
     EXPECT_EQ(server_->windowList().front().ownerPid, 4);
     list.instead = {{"kCGWindowOwnerPID", fakes::numberValue(99999)}};  // no application: its own
     EXPECT_EQ(server_->windowList().front().ownerPid, 99999);
+}
+
+TEST_F(WindowServerDeathTest, IsAskedOnTheMainThreadOnly) {
+    start();
+    EXPECT_DEATH(std::thread([&] { server_->windowList(); }).join(), "another thread than the main thread");
 }
 
 TEST_F(WindowServerTest, DisplaysThatShareTheirSpacesEachShowThem) {
