@@ -30,6 +30,14 @@ Error startError(int code) {
     return {ErrorKind::unavailable, "the program could not be started", code};
 }
 
+/// Of systems that leave a child nothing but what the file actions name. Better than a list, of which another
+/// thread may have closed one by the time of the spawn: there, that fails it.
+#ifdef POSIX_SPAWN_CLOEXEC_DEFAULT
+constexpr short closesByItself = POSIX_SPAWN_CLOEXEC_DEFAULT;
+#else
+constexpr short closesByItself = 0;
+#endif
+
 /// The same open file, out of the way of the standard descriptors.
 Descriptor moved(Descriptor descriptor) {
     return Descriptor(::fcntl(descriptor.number(), F_DUPFD_CLOEXEC, 3));
@@ -50,6 +58,7 @@ class SpawnActions {
     }
     /// What libraries opened without closing it on exec is none of the child's business.
     void closeEverythingElse() {
+        if (closesByItself != 0) return;
         const std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir("/dev/fd"), ::closedir);
         if (!directory) return;
         while (const dirent* entry = ::readdir(directory.get())) {
@@ -71,8 +80,8 @@ class SpawnAttributes {
   public:
     SpawnAttributes() {
         ::posix_spawnattr_init(&attributes_);
-        ::posix_spawnattr_setflags(&attributes_,
-                                   POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+        ::posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK |
+                                                     POSIX_SPAWN_SETSIGDEF | closesByItself);
         ::posix_spawnattr_setpgroup(&attributes_, 0);
         sigset_t none, restored;
         sigemptyset(&none);
