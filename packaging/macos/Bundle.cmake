@@ -1,4 +1,4 @@
-# The application bundle: Quillo.app with its icon, quilloctl beside the program, and the update framework where one
+# The application bundle: Quillo.app with its icon, quilloctl as its helper, and the update framework where one
 # is given. Included where the target quillo is made; only on a Mac, for what draws the icon is there.
 set(QUILLO_UPDATE_FRAMEWORK "" CACHE PATH
   "Sparkle.framework to carry in the bundle, with the feed and key of QUILLO_UPDATE_FEED and QUILLO_UPDATE_KEY")
@@ -24,8 +24,10 @@ set_target_properties(quillo PROPERTIES
   MACOSX_BUNDLE_INFO_PLIST ${CMAKE_SOURCE_DIR}/packaging/macos/Info.plist.in
   MACOSX_BUNDLE_ICON_FILE Quillo.icns
   INSTALL_RPATH @executable_path/../Frameworks)
+# Not beside the program: from there it would pass for the application itself, which is then taken to be running.
 add_custom_command(TARGET quillo POST_BUILD
-  COMMAND ${CMAKE_COMMAND} -E copy $<TARGET_FILE:quilloctl> $<TARGET_BUNDLE_CONTENT_DIR:quillo>/MacOS/quilloctl)
+  COMMAND ${CMAKE_COMMAND} -E make_directory $<TARGET_BUNDLE_CONTENT_DIR:quillo>/Helpers
+  COMMAND ${CMAKE_COMMAND} -E copy $<TARGET_FILE:quilloctl> $<TARGET_BUNDLE_CONTENT_DIR:quillo>/Helpers/quilloctl)
 add_dependencies(quillo quilloctl)
 if(QUILLO_UPDATE_FRAMEWORK)
   set(QUILLO_UPDATE_FEED "" CACHE STRING "https address of the update feed")
