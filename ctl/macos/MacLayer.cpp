@@ -2,7 +2,7 @@
 #include "ctl/SystemLayer.hpp"
 #include "platform/macos/MacDefaults.hpp"
 #include "platform/macos/MacLog.hpp"
-#include "platform/macos/RunLoopExecutor.hpp"
+#include "platform/macos/shell/CommandLoop.hpp"
 #include "platform/macos/shell/MacDesktop.hpp"
 
 namespace quillo::ctl {
@@ -18,7 +18,7 @@ class MacLayerDesktop final : public Desktop {
     Result<void> keepChanges() override { return {}; }
 
   private:
-    RunLoopExecutor loop_;
+    CommandLoop loop_;
     WindowHandleCache handles_;
     MacDesktop desktop_;
     DesktopAccess access_;

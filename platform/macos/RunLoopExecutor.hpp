@@ -14,7 +14,7 @@ namespace quillo {
 /// that start, displays that change) arrive on that run loop, between the turns. Turns run in every common
 /// mode, so they go on while a menu is open or a dialog runs, and nothing may assume that a turn ends before
 /// the next one begins.
-class RunLoopExecutor final : public Loop {
+class RunLoopExecutor : public Loop {
   public:
     RunLoopExecutor();
     ~RunLoopExecutor() override;
@@ -22,9 +22,11 @@ class RunLoopExecutor final : public Loop {
     TimePoint now() const noexcept override { return std::chrono::steady_clock::now(); }
     Instant wallNow() const noexcept override { return std::chrono::system_clock::now(); }
 
+  protected:
+    bool advance(TimePoint deadline) override;
+
   private:
     void wake() noexcept override;
-    bool advance(TimePoint deadline) override;
     void dispatch();
     void armTimer();
 
