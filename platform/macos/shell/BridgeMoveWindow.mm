@@ -9,7 +9,7 @@
 - (void)performWithWMBridgeDelegate:(id)delegate;
 @end
 
-bool QuilloBridgeMoveWindow(std::uint32_t windowID, std::uint64_t spaceID) {
+static bool moved(std::uint32_t windowID, std::uint64_t spaceID) {
     @autoreleasepool {
         const Class found = NSClassFromString(@"SLSBridgedMoveWindowsToManagedSpaceOperation");
         if (![found instancesRespondToSelector:@selector(initWithWindows:spaceID:)] ||
@@ -19,5 +19,14 @@ bool QuilloBridgeMoveWindow(std::uint32_t windowID, std::uint64_t spaceID) {
             [(id<QuilloBridgedMoveOperation>)[found alloc] initWithWindows:@[ @(windowID) ] spaceID:spaceID];
         [operation performWithWMBridgeDelegate:nil];
         return operation != nil;
+    }
+}
+
+bool QuilloBridgeMoveWindow(std::uint32_t windowID, std::uint64_t spaceID) {
+    // An object that minds what it is given throws: that costs this way of moving, and not the restore.
+    try {
+        return moved(windowID, spaceID);
+    } catch (...) {
+        return false;
     }
 }

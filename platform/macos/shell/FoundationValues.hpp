@@ -34,7 +34,9 @@ inline NSString* string(std::string_view text) {
 /// escaped.
 inline NSURL* address(const Url& url) {
     const auto path = url.filePath();
-    return path ? [NSURL fileURLWithPath:string(*path)] : [NSURL URLWithString:string(url.string())];
+    if (!path) return [NSURL URLWithString:string(url.string())];
+    const auto place = cf::makeText(*path);  // empty text would name the folder that this program runs in
+    return place && !path->empty() ? [NSURL fileURLWithPath:(__bridge NSString*)place.get()] : nil;
 }
 
 }  // namespace quillo::foundation

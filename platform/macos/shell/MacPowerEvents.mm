@@ -18,9 +18,10 @@ NSNotificationCenter* center() {
 id<NSObject> subscribe(NSNotificationName name, PowerEvent event, Executor& executor,
                        std::weak_ptr<PowerObservers> observers) {
     Executor* const loop = &executor;
+    // Without a queue: one would be another wait, and the system waits for the poster only.
     return [center() addObserverForName:name
                                  object:nil
-                                  queue:NSOperationQueue.mainQueue
+                                  queue:nil
                              usingBlock:^(NSNotification*) {
                                loop->post([observers, event] {
                                    if (const auto list = observers.lock()) list->tell(event, nullptr);
