@@ -90,6 +90,7 @@ void collectCandidates(DesktopAccess& desktop, Reading& reading, const Attribute
     }
 }
 
+/// Once an application let its messaging timeout pass, nobody is asked any more in this enumeration.
 std::vector<Reading> readWindowLists(DesktopAccess& desktop, std::span<const ProcessID> pids) {
     AccessibilityService& service = desktop.platform.accessibility;
     std::vector<Reading> readings;
@@ -101,7 +102,13 @@ std::vector<Reading> readWindowLists(DesktopAccess& desktop, std::span<const Pro
         requests.push_back({pid, {std::move(element), windowListNames}});
     }
     const auto answers = read(desktop, requests);
-    for (std::size_t i = 0; i < readings.size(); ++i) collectCandidates(desktop, readings[i], answers[i][0]);
+    const bool waited = std::ranges::any_of(answers, [](const std::vector<Attribute>& answer) {
+        return isTimeout(answer[0]) && !isUnasked(answer[0]);
+    });
+    for (std::size_t i = 0; i < readings.size(); ++i) {
+        collectCandidates(desktop, readings[i], answers[i][0]);
+        readings[i].result.timedOut |= waited;
+    }
     return readings;
 }
 
@@ -126,7 +133,8 @@ void acceptWindows(DesktopAccess& desktop, Reading& reading,
 void readAllWindows(DesktopAccess& desktop, std::vector<Reading>& readings) {
     AccessibilityService& service = desktop.platform.accessibility;
     std::vector<OwnedRequest> requests;
-    for (const Reading& reading : readings) {
+    for (Reading& reading : readings) {
+        if (reading.result.timedOut) reading.candidates.clear();
         for (const Element& element : reading.candidates) {
             service.setMessagingTimeout(element, messagingTimeout);
             requests.push_back({reading.pid, {element, windowNames}});

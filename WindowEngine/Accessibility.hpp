@@ -87,12 +87,15 @@ inline constexpr double minimumExtent = 1.0;      // a window must be wider and 
 
 struct Enumeration {
     std::vector<LiveWindow> windows;  // indices dense from 0
-    bool timedOut = false;            // the application did not answer within its messaging timeout
+    bool timedOut = false;            // nothing is known: it did not answer in time, or was not asked
 };
 
 /// Windows of many applications, one answer per pid: all window lists are read in one batch, all windows in
-/// a second. An application that hangs costs its messaging timeout once and keeps its cached handles; while
-/// it rests (UnresponsiveApplications) it answers `timedOut` unasked.
+/// a second. An application that
+/// hangs costs its messaging timeout once and keeps its cached handles; while it rests
+/// (UnresponsiveApplications) it answers `timedOut` unasked. The thread is never held up for longer than one
+/// such timeout: where one application let it pass, all answer `timedOut`, and the others are asked next
+/// time.
 std::vector<Enumeration> enumerate(DesktopAccess& desktop, std::span<const ProcessID> pids,
                                    bool recoverHidden);
 /// The same, bringing windows back that only this reading of the window server knows.

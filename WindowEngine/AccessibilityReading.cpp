@@ -31,6 +31,7 @@ std::vector<Attribute> unasked(const AttributeRequest& request) {
 
 void learn(DesktopAccess& desktop, ProcessID owner, const std::vector<Attribute>& answer) {
     UnresponsiveApplications& unresponsive = desktop.handles.unresponsive;
+    if (std::ranges::any_of(answer, isUnasked)) return;
     if (std::ranges::any_of(answer, isTimeout)) {
         unresponsive.timedOut(owner, desktop.platform.executor.now());
     } else if (!unresponsive.resting(owner, desktop.platform.executor.now())) {
@@ -42,6 +43,10 @@ void learn(DesktopAccess& desktop, ProcessID owner, const std::vector<Attribute>
 
 bool isTimeout(const Attribute& attribute) {
     return !attribute && attribute.error().reason == AttributeMiss::Reason::timedOut;
+}
+
+bool isUnasked(const Attribute& attribute) {
+    return isTimeout(attribute) && attribute.error().code == 0;
 }
 
 bool unresponsive(const DesktopAccess& desktop, ProcessID owner) {

@@ -18,6 +18,8 @@ std::vector<std::vector<Attribute>> read(DesktopAccess& desktop, std::span<const
 std::vector<Attribute> read(DesktopAccess& desktop, ProcessID owner, const AttributeRequest& request);
 
 bool isTimeout(const Attribute& attribute);
+/// A timeout that nobody waited for: the application rests, or another one of the batch hangs.
+bool isUnasked(const Attribute& attribute);
 /// Whether the owner does not answer now; then a write would only wait for it.
 bool unresponsive(const DesktopAccess& desktop, ProcessID owner);
 

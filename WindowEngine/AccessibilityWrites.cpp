@@ -19,6 +19,24 @@ std::optional<bool> readFlag(DesktopAccess& desktop, const LiveWindow& window, s
     return value ? std::optional(*value) : std::nullopt;
 }
 
+/// Asks for a change. Where the owner let its messaging timeout pass, nobody waits for it again at once.
+template <class Ask>
+auto ask(DesktopAccess& desktop, const LiveWindow& window, Ask change) {
+    constexpr Duration silence = 900ms;
+    const TimePoint began = desktop.platform.executor.now();
+    auto answer = change(desktop.platform.accessibility);
+    const TimePoint now = desktop.platform.executor.now();
+    if (now - began >= silence) desktop.handles.unresponsive.timedOut(window.pid, now);
+    return answer;
+}
+
+bool writeFlag(DesktopAccess& desktop, const LiveWindow& window, std::string_view name, bool value) {
+    if (unresponsive(desktop, window.pid)) return false;
+    return bool(ask(desktop, window, [&](AccessibilityService& service) {
+        return service.write(window.element, name, value);
+    }));
+}
+
 bool near(double a, double b) {
     return std::abs(a - b) <= positionTolerance;
 }
@@ -44,20 +62,20 @@ WindowMutationResult compare(const std::optional<LiveWindow>& now, const Rect& f
 
 bool setMinimized(DesktopAccess& desktop, const LiveWindow& window, bool value) {
     if (readFlag(desktop, window, ax::minimized) == value) return true;
-    if (unresponsive(desktop, window.pid)) return false;
-    return bool(desktop.platform.accessibility.write(window.element, ax::minimized, value));
+    return writeFlag(desktop, window, ax::minimized, value);
 }
 
 bool setFullscreen(DesktopAccess& desktop, const LiveWindow& window, bool value) {
-    if (unresponsive(desktop, window.pid)) return false;
-    return bool(desktop.platform.accessibility.write(window.element, ax::fullScreen, value));
+    return writeFlag(desktop, window, ax::fullScreen, value);
 }
 
 WindowMutationResult set(DesktopAccess& desktop, const LiveWindow& window, const Rect& frame,
                          bool minimized) {
     const bool restored = setMinimized(desktop, window, false);
     if (!isFinite(frame) || unresponsive(desktop, window.pid)) return {};
-    const FrameWrite written = desktop.platform.accessibility.writeFrame(window.element, frame);
+    const FrameWrite written = ask(desktop, window, [&](AccessibilityService& service) {
+        return service.writeFrame(window.element, frame);
+    });
     const bool set = setMinimized(desktop, window, minimized);
     return {.positionSet = written.positionSet, .sizeSet = written.sizeSet, .minimizedSet = restored && set};
 }
@@ -80,8 +98,7 @@ Task<WindowMutationResult> setAndWait(DesktopAccess& desktop, LiveWindow window,
 
 Task<bool> unminimizeAndWait(DesktopAccess& desktop, LiveWindow window) {
     const Context context = co_await quillo::context();
-    if (!unresponsive(desktop, window.pid))
-        desktop.platform.accessibility.write(window.element, ax::minimized, false);
+    writeFlag(desktop, window, ax::minimized, false);
     const TimePoint deadline = context.now() + verificationTime;
     // Three readings in a row: while the window animates the attribute flips back and forth.
     for (int agreeing = 0; context.now() < deadline;) {
@@ -100,7 +117,9 @@ Task<bool> transitionFullscreen(DesktopAccess& desktop, LiveWindow window, bool 
         .request =
             [&] {
                 if (!unresponsive(desktop, window.pid))
-                    desktop.platform.accessibility.perform(window.element, ax::raise);
+                    ask(desktop, window, [&](AccessibilityService& service) {
+                        return service.perform(window.element, ax::raise);
+                    });
                 return setFullscreen(desktop, window, target);
             },
         .pause = pauseBetweenReadings,

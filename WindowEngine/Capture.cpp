@@ -1,6 +1,8 @@
 #include "WindowEngine/Capture.hpp"
 
 #include <algorithm>
+#include <chrono>
+#include <set>
 #include <utility>
 
 #include "WindowEngine/CaptureContext.hpp"
@@ -13,9 +15,12 @@
 #include "WindowEngine/RestoreReport.hpp"
 #include "WindowEngine/SafariPrivacy.hpp"
 #include "WindowEngine/support/Text.hpp"
+#include "WindowEngine/support/Wait.hpp"
 
 namespace quillo::Capture {
 namespace {
+
+using namespace std::chrono_literals;
 
 /// Everything that is read of the desktop before the first suspension: nothing of it is read twice, and
 /// nothing of it is used after one.
@@ -39,20 +44,39 @@ void applyPrivacyGate(DesktopAccess& desktop, Reading& reading) {
     }
 }
 
-Reading readDesktop(DesktopAccess& desktop, const Options& options) {
+/// `silent`: applications that do not answer, and are not waited for again.
+Reading readDesktop(DesktopAccess& desktop, const Options& options, const std::set<ProcessID>& silent) {
     Reading reading;
     reading.trusted = desktop.platform.accessibility.trusted();
     reading.displays = Displays::current(desktop.platform.screens);
     reading.desktops = DesktopSpaces::current(desktop);
     reading.applications = eligibleApplications(desktop, options);
     std::vector<ProcessID> pids;
-    for (const RunningApplication& application : reading.applications) pids.push_back(application.pid);
+    for (const RunningApplication& application : reading.applications) {
+        if (!silent.contains(application.pid)) pids.push_back(application.pid);
+    }
     reading.server = Accessibility::readWindowServer(desktop);
-    reading.windows = options.recoverHidden
-                          ? Accessibility::enumerateRecovering(desktop, pids, reading.server)
-                          : Accessibility::enumerate(desktop, pids, false);
+    auto answers = options.recoverHidden ? Accessibility::enumerateRecovering(desktop, pids, reading.server)
+                                         : Accessibility::enumerate(desktop, pids, false);
+    auto answer = answers.begin();
+    for (const RunningApplication& application : reading.applications) {
+        const bool hangs = silent.contains(application.pid);
+        reading.windows.push_back(hangs ? Accessibility::Enumeration{{}, true} : std::move(*answer++));
+    }
     applyPrivacyGate(desktop, reading);
     return reading;
+}
+
+/// The first application found to hang that was not known to; everything is then read anew without it, for
+/// while it was waited for the desktop changed.
+std::optional<ProcessID> newlySilent(const DesktopAccess& desktop, const Reading& reading,
+                                     const std::set<ProcessID>& silent) {
+    const TimePoint now = desktop.platform.executor.now();
+    for (const RunningApplication& application : reading.applications) {
+        if (!silent.contains(application.pid) && desktop.handles.unresponsive.resting(application.pid, now))
+            return application.pid;
+    }
+    return std::nullopt;
 }
 
 std::optional<DesktopSnapshot> desktopOf(const Reading& reading, WindowNumber number,
@@ -154,7 +178,13 @@ const std::set<std::string>& alwaysExcluded() {
 
 Task<WorkspaceSnapshot> snapshot(DesktopAccess& desktop, Options options) {
     desktop.handles.unresponsive.clear();
-    const Reading reading = readDesktop(desktop, options);
+    std::set<ProcessID> silent;
+    Reading reading = readDesktop(desktop, options, silent);
+    while (const auto hangs = newlySilent(desktop, reading, silent)) {
+        silent.insert(*hangs);
+        co_await sleepFor(0s);  // at most one messaging timeout at a time
+        reading = readDesktop(desktop, options, silent);
+    }
 
     WorkspaceSnapshot result;
     result.displays = reading.displays;

@@ -42,8 +42,12 @@ class WindowPresence::Membership {
 Task<void> WindowPresence::wait(std::string bundleIdentifier, Patience patience) {
     const Membership membership(*this, bundleIdentifier);
     const TimePoint deadline = now() + patience.timeout;
+    // A look may cost another application's messaging timeout: not in one turn with what comes before or
+    // after.
+    co_await sleepFor(0s);
     co_await waitUntilPresent(bundleIdentifier, deadline);
     if (patience.settle > 0s) co_await waitUntilSettled(bundleIdentifier, deadline, patience.settle);
+    co_await sleepFor(0s);
 }
 
 Task<void> WindowPresence::waitUntilPresent(const std::string& bundleIdentifier, TimePoint deadline) {

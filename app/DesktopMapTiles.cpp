@@ -102,13 +102,16 @@ void addMark(MapTile& tile, const MapRequest& request) {
         content.label.width = std::max(0.0, tile.mark.x - 3 - content.label.x);
     } else if (content.icon.intersects(grown(tile.mark, 2))) {
         const Rect rest{area.x, area.y + 9, area.width - 11, area.height - 9};
-        const bool fits = content.kind == MapContent::Kind::named &&
-                          rest.height >= 18 + lineHeight(MapText::small, request) &&
-                          content.label.y >= tile.mark.maxY();
-        content = fits ? content : iconOnly(rest);
-        const double smaller =
-            std::min(content.icon.width, std::round(std::min(rest.width, rest.height) * 0.7));
-        content.icon = centeredSquare(rest, smaller);
+        const double line = lineHeight(MapText::small, request);
+        const bool fits = content.kind == MapContent::Kind::named && rest.height >= 18 + line;
+        if (!fits) content = iconOnly(rest);
+        // The name stays at the lower edge, where the disc is not; the icon keeps out of both their ways.
+        if (fits) content.label.y = std::max(content.label.y, tile.mark.maxY());
+        if (fits) content.label.y = std::min(content.label.y, area.maxY() - line);
+        const Rect room = fits ? Rect{rest.x, rest.y, rest.width, content.label.y - 2 - rest.y} : rest;
+        const double least = std::min(room.width, room.height);
+        content.icon =
+            centeredSquare(room, std::min(content.icon.width, std::round(least * (fits ? 1 : 0.7))));
     }
 }
 

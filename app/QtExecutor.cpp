@@ -7,6 +7,8 @@
 namespace quillo {
 namespace {
 
+constexpr Duration longestDispatch = std::chrono::milliseconds(5);
+
 QEvent::Type wakeType() {
     static const auto type = static_cast<QEvent::Type>(QEvent::registerEventType());
     return type;
@@ -43,7 +45,9 @@ void QtExecutor::dispatch() {
     armTimer();
     // Before the turns run: one of them may open a nested loop, which must find an event to go on with.
     if (!ready().empty()) wake();
-    for (int turns = 0; turns < turnsAtOnce_ && runTurn(); ++turns) {
+    // A turn may wait for an application that hangs: then what was typed meanwhile comes before the next one.
+    const TimePoint enough = now() + longestDispatch;
+    for (int turns = 0; turns < turnsAtOnce_ && runTurn() && now() < enough; ++turns) {
     }
 }
 

@@ -10,8 +10,8 @@
 namespace quillo {
 
 /// Lives on the thread of the QCoreApplication, which must exist before it. Turns run as Qt delivers events,
-/// a bounded number for each, so that Qt's own events are served between them; they go on running in nested
-/// event loops (menus), so nothing may assume that a turn ends before the next one begins.
+/// a few milliseconds' worth for each, so that Qt's own events are served between them; they go on running in
+/// nested event loops (menus), so nothing may assume that a turn ends before the next one begins.
 class QtExecutor final : public QObject, public Loop {
   public:
     QtExecutor() = default;
@@ -30,7 +30,7 @@ class QtExecutor final : public QObject, public Loop {
     std::atomic<bool> woken_ = false;  // an event of ours is on its way
     QBasicTimer timer_;
     TimePoint armedFor_ = TimePoint::max();
-    int turnsAtOnce_ = 64;
+    int turnsAtOnce_ = 64;  // and no further one once they took longer than a frame has room for
 };
 
 }  // namespace quillo

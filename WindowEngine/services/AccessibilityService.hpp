@@ -116,15 +116,16 @@ class AccessibilityService {
 
     /// One answer per request, in order; in each, one attribute per name, in order. The meaning is that of
     /// reading attribute by attribute; the batch only saves round trips. May block for the messaging
-    /// timeout of an application that hangs, once: after the first timeout the remaining requests of the
-    /// batch to that process answer `timedOut` unasked.
+    /// timeout of one application that hangs: after the first timeout nothing more of the batch is asked of
+    /// anybody, and the remaining requests answer `timedOut`, those to other processes with the code 0.
     virtual std::vector<std::vector<Attribute>> read(std::span<const AttributeRequest> requests) = 0;
 
     virtual AccessibilityCode write(const Element& element, std::string_view name,
                                     const AttributeValue& value) = 0;
 
     /// Position, size, position again: the second write corrects what resizing shifted. `positionSet` when
-    /// either position write was accepted. Acceptance is no proof: callers read back.
+    /// either position write was accepted. Acceptance is no proof: callers read back. After a timeout nothing
+    /// more is asked.
     virtual FrameWrite writeFrame(const Element& window, const Rect& frame) = 0;
 
     virtual AccessibilityCode perform(const Element& element, std::string_view action) = 0;

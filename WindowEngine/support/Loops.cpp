@@ -21,6 +21,13 @@ void VirtualExecutor::runUntil(TimePoint limit) {
     }
 }
 
+bool VirtualExecutor::advance(TimePoint deadline) {
+    const TimePoint began = now_;
+    if (!runTurn()) return rest(deadline);
+    longestTurn_ = std::max(longestTurn_, now_ - began);
+    return true;
+}
+
 bool VirtualExecutor::rest(TimePoint deadline) {
     if (ready().waitWhileClockHeld()) return true;
     const TimePoint next = nextTimer();

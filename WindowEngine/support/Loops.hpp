@@ -37,6 +37,8 @@ class VirtualExecutor final : public Loop {
     /// A call that blocks the thread for `duration`, as of an application that answers only after its
     /// messaging timeout: nothing runs meanwhile. May be called from within a turn.
     void burn(Duration duration) noexcept { now_ = timeAfter(duration); }
+    /// How long a single turn has held up all others at most.
+    Duration longestTurn() const noexcept { return longestTurn_; }
 
     using Loop::runUntil;
     /// Runs everything up to `limit` and leaves the clock there.
@@ -49,10 +51,11 @@ class VirtualExecutor final : public Loop {
   private:
     static constexpr Instant wallStart{std::chrono::seconds{1741944413}};  // 2025-03-14T09:26:53Z
 
-    bool advance(TimePoint deadline) override { return runTurn() || rest(deadline); }
+    bool advance(TimePoint deadline) override;
     bool rest(TimePoint deadline);
 
     TimePoint now_{};
+    Duration longestTurn_{};
 };
 
 /// The plain loop over the steady clock.

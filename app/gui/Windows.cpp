@@ -35,7 +35,10 @@ Windows::Windows(Theme& theme, Prepare prepare, QObject* parent)
     });
 }
 
-Windows::~Windows() = default;
+/// Before the engine that they stand on: one of them may be in the middle of an animation.
+Windows::~Windows() {
+    for (const QPointer<QQuickView>& view : retiring_) delete view;
+}
 
 std::unique_ptr<QQuickView> Windows::makeView(const QString& name) {
     if (!engine_) {
@@ -129,6 +132,8 @@ void Windows::retire(std::unique_ptr<QQuickView> view) {
     view->hide();
     ++retired_;
     QQuickView* gone = view.release();
+    std::erase_if(retiring_, [](const QPointer<QQuickView>& one) { return !one; });
+    retiring_.emplace_back(gone);
     connect(gone, &QObject::destroyed, this, [this] {
         --retired_;
         QMetaObject::invokeMethod(this, &Windows::dropEngineWhenUnused, Qt::QueuedConnection);

@@ -2,11 +2,13 @@
 // QML engine, which lives only while one of them is open.
 #pragma once
 #include <QObject>
+#include <QPointer>
 #include <QQmlEngine>
 #include <QQuickView>
 #include <functional>
 #include <map>
 #include <memory>
+#include <vector>
 
 #include "app/Surfaces.hpp"
 #include "app/gui/Theme.hpp"
@@ -59,7 +61,8 @@ class Windows final : public QObject {
     std::unique_ptr<QQmlEngine> engine_;  // before the views: they go first
     std::unique_ptr<QQuickView> main_;
     std::map<PanelID, std::unique_ptr<QQuickView>> panels_;
-    std::size_t retired_ = 0;  // views that are closed and not yet gone
+    std::size_t retired_ = 0;                     // views that are closed and not yet gone
+    std::vector<QPointer<QQuickView>> retiring_;  // these views
 };
 
 }  // namespace quillo

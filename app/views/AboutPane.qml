@@ -7,18 +7,7 @@ Column {
 
     Row {
         spacing: 16
-        Rectangle {
-            width: 64
-            height: 64
-            radius: 18
-            color: Theme.accent
-            Icon {
-                anchors.centerIn: parent
-                name: "layers"
-                size: 32
-                color: Theme.onAccent
-            }
-        }
+        AppMark { size: 64 }
         Column {
             anchors.verticalCenter: parent.verticalCenter
             spacing: 2

@@ -14,7 +14,8 @@ Rectangle {
 
     UiText {
         id: words
-        x: 12
+        anchors.left: parent.left
+        anchors.leftMargin: 12
         width: Math.min(implicitWidth, 260)
         elide: Text.ElideMiddle
         anchors.verticalCenter: parent.verticalCenter

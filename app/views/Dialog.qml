@@ -22,6 +22,7 @@ T.Popup {
     x: Math.round((parent.width - width) / 2)
     y: Math.round((parent.height - height) / 2 - parent.height / 20)
     width: Math.min(400, (parent ? parent.width : 440) - 40)
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
     padding: 24
     modal: true
     focus: true
@@ -41,6 +42,8 @@ T.Popup {
     }
     contentItem: Column {
         spacing: 8
+        LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
+        LayoutMirroring.childrenInherit: true
         Accessible.role: Accessible.Dialog
         Accessible.name: dialog.title
         Accessible.description: dialog.text

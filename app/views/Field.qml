@@ -15,8 +15,13 @@ T.TextField {
 
     implicitHeight: Math.round((large ? 44 : 34) * Theme.scale)
     implicitWidth: 220
-    leftPadding: bare ? 0 : iconName ? iconSize + 20 : 11
-    rightPadding: bare ? 0 : clear.visible ? clear.width + 6 : 11
+    // What it begins and ends with, wherever that is.
+    readonly property real before: bare ? 0 : iconName ? iconSize + 20 : 11
+    readonly property real after: bare ? 0 : clear.visible ? clear.width + 6 : 11
+    readonly property bool mirrored: LayoutMirroring.enabled
+    leftPadding: mirrored ? after : before
+    rightPadding: mirrored ? before : after
+    horizontalAlignment: TextInput.AlignLeft
     verticalAlignment: TextInput.AlignVCenter
     font: Theme.font(large ? "field-large" : "body")
     color: Theme.text
@@ -45,8 +50,9 @@ T.TextField {
     }
     UiText {
         anchors.fill: parent
-        anchors.leftMargin: control.leftPadding
-        anchors.rightMargin: control.rightPadding
+        anchors.leftMargin: (control.mirrored ? control.rightPadding : control.leftPadding)
+                            + (control.bare ? 4 : 0)  // beside the caret
+        anchors.rightMargin: control.mirrored ? control.leftPadding : control.rightPadding
         verticalAlignment: Text.AlignVCenter
         font: control.font
         text: control.prompt
@@ -57,7 +63,8 @@ T.TextField {
     Icon {
         visible: control.iconName !== "" && !control.bare
         anchors.verticalCenter: parent.verticalCenter
-        x: 12
+        anchors.left: parent.left
+        anchors.leftMargin: 12
         name: control.iconName
         size: control.iconSize
         color: Theme.text3

@@ -14,6 +14,7 @@ Row {
     }
 
     spacing: 3
+    LayoutMirroring.enabled: false  // keys are written from left to right everywhere
     Accessible.role: Accessible.StaticText
     Accessible.name: label
 

@@ -36,6 +36,8 @@ T.Popup {
     }
     contentItem: Flickable {
         id: place
+        LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
+        LayoutMirroring.childrenInherit: true
         implicitWidth: list.implicitWidth
         implicitHeight: list.implicitHeight
         contentHeight: list.implicitHeight
@@ -68,7 +70,7 @@ T.Popup {
 
                     enabled: entry.enabled !== false && !entry.separator
                     width: Math.max(list.width, implicitWidth)
-                    implicitWidth: line.x + line.implicitWidth + 12
+                    implicitWidth: line.anchors.leftMargin + line.implicitWidth + 12
                     implicitHeight: entry.separator ? 9 : Math.round(32 * Theme.scale)
                     opacity: enabled || entry.separator ? 1 : 0.4
                     hoverEnabled: true
@@ -99,7 +101,8 @@ T.Popup {
                     contentItem: Item {
                         visible: !row.entry.separator
                         Icon {
-                            x: 10
+                            anchors.left: parent.left
+                            anchors.leftMargin: 10
                             anchors.verticalCenter: parent.verticalCenter
                             name: menu.current === row.index ? "check" : row.entry.iconName || "check"
                             visible: menu.current === row.index || (row.entry.iconName || "") !== ""
@@ -108,7 +111,8 @@ T.Popup {
                         }
                         UiText {
                             id: line
-                            x: 19 + Math.round(15 * Theme.scale)
+                            anchors.left: parent.left
+                            anchors.leftMargin: 19 + Math.round(15 * Theme.scale)
                             width: Math.min(implicitWidth, 420)
                             anchors.verticalCenter: parent.verticalCenter
                             text: row.entry.text || ""

@@ -4,6 +4,8 @@ import Quillo.Core
 
 Item {
     id: root
+    LayoutMirroring.enabled: false  // a picture
+    LayoutMirroring.childrenInherit: true
     property int step: 0
     property bool granted: false
 
@@ -12,6 +14,7 @@ Item {
         color: Theme.display
         border.width: 1
         border.color: Theme.displayEdge
+        antialiasing: true
     }
 
     // Windows come back to their places on two displays.
@@ -26,8 +29,8 @@ Item {
         OnboardingTile { x: 388; y: 66; width: 132; height: 112; ghost: true }
         OnboardingTile { x: 532; y: 66; width: 94; height: 236; ghost: true }
         OnboardingTile { x: 388; y: 190; width: 132; height: 112; colorName: "teal"; iconName: "folder"; name: "Files"; title: "Projects" }
-        OnboardingTile { x: 700; y: 168; width: 152; height: 128; colorName: "violet"; iconName: "book"; name: "Mail"; title: "Inbox" }
-        OnboardingTile { x: 800; y: 206; width: 120; height: 110; colorName: "lime"; iconName: "user"; name: "Messages"; title: "Sam" }
+        OnboardingTile { x: 700; y: 168; width: 152; height: 128; colorName: "violet"; iconName: "mail"; name: "Mail"; title: "Inbox" }
+        OnboardingTile { x: 800; y: 206; width: 120; height: 110; colorName: "lime"; iconName: "message-circle"; name: "Messages"; title: "Sam" }
         OnboardingTile { x: 400; y: 44; width: 132; height: 112; rotation: -2.5; lifted: true; colorName: "amber"; iconName: "pencil"; name: "Notes"; title: "Monday plan" }
         OnboardingTile { x: 566; y: 34; width: 94; height: 236; rotation: 3; lifted: true; colorName: "rose"; iconName: "music"; name: "Music"; title: "Focus" }
     }
@@ -74,17 +77,8 @@ Item {
             color: Theme.surface
             border.width: 2
             border.color: Theme.focus
-            Rectangle {
-                x: 16
-                y: 18
-                width: 40
-                height: 40
-                radius: 10
-                color: Theme.accent
-                Rectangle { x: 8; y: 9; width: 14; height: 22; radius: 3; color: Theme.onAccent }
-                Rectangle { x: 24; y: 9; width: 8; height: 9; radius: 2.5; color: Theme.onAccent; opacity: 0.8 }
-                Rectangle { x: 24; y: 21; width: 8; height: 10; radius: 2.5; color: Theme.onAccent; opacity: 0.5 }
-            }
+            antialiasing: true
+            AppMark { x: 16; y: 18; size: 40 }
             UiText { x: 70; anchors.verticalCenter: parent.verticalCenter; role: "field-large"; text: "Quillo"; Accessible.ignored: true }
             Icon {
                 visible: Ui.onLinux
@@ -151,6 +145,7 @@ Item {
                 anchors.margins: -9
                 radius: 16
                 color: "transparent"
+                antialiasing: true
                 border.width: 2
                 border.color: Theme.focus
             }

@@ -19,8 +19,26 @@ Item {
         radius: 7
         antialiasing: true
         color: root.ghost ? "transparent" : root.colors.tileBand
-        border.width: 1
-        border.color: root.ghost ? Theme.borderStrong : root.colors.tileBorder
+        border.width: root.ghost ? 0 : 1
+        border.color: root.colors.tileBorder
+    }
+    Loader {  // a dashed edge
+        anchors.fill: parent
+        active: root.ghost
+        sourceComponent: Canvas {
+            readonly property color ink: Theme.text3
+            onInkChanged: requestPaint()
+            onPaint: {
+                const context = getContext("2d")
+                context.reset()
+                context.strokeStyle = ink
+                context.lineWidth = 1
+                context.globalAlpha = 0.7
+                context.setLineDash([4, 3])
+                context.roundedRect(0.5, 0.5, width - 1, height - 1, 7, 7)
+                context.stroke()
+            }
+        }
     }
     Rectangle {
         visible: !root.ghost

@@ -35,7 +35,7 @@ FocusScope {
     Rectangle {
         id: wall
         width: parent.width
-        height: Math.max(120, Math.min(Math.round(root.height * 0.54), root.height - page.implicitHeight - foot.height - 24))
+        height: Math.max(120, Math.min(Math.round(root.height * 0.54), root.height - page.implicitHeight - foot.height - 56))
         color: Theme.accentTint
         clip: true
         OnboardingPicture {
@@ -124,12 +124,14 @@ FocusScope {
                 width: parent.width
                 SettingRow {
                     title: "Open workspace switcher"
-                    caption: "Jump between saved workspaces."
+                    caption: Shortcuts.switcherTaken ? Shortcuts.taken : "Jump between saved workspaces."
+                    captionColor: Shortcuts.switcherTaken ? Theme.danger : Theme.text2
                     ShortcutField { action: "switcher" }
                 }
                 SettingRow {
                     title: "Save current desktop"
-                    caption: "Snapshot every open window into a workspace."
+                    caption: Shortcuts.saveTaken ? Shortcuts.taken : "Snapshot every open window into a workspace."
+                    captionColor: Shortcuts.saveTaken ? Theme.danger : Theme.text2
                     separator: false
                     ShortcutField { action: "save" }
                 }
@@ -182,11 +184,12 @@ FocusScope {
         height: 56
         y: parent.height - height
         PushButton {
-            x: 24
+            anchors.left: parent.left
+            anchors.leftMargin: 24
             anchors.verticalCenter: parent.verticalCenter
             visible: root.step > 0
             kind: "plain"
-            iconName: "arrow-left"
+            iconName: mirrored ? "arrow-right" : "arrow-left"
             text: "Back"
             onClicked: Onboarding.back()
         }

@@ -32,7 +32,8 @@ T.Button {
             id: words
             role: "body-medium"
             anchors.verticalCenter: parent.verticalCenter
-            x: 12
+            anchors.left: parent.left
+            anchors.leftMargin: 12
             text: control.text
             Accessible.ignored: true
         }
@@ -57,6 +58,7 @@ T.Button {
     }
     MenuPopup {
         id: menu
+        x: control.mirrored ? control.width - width : 0
         y: control.height + 4
         current: control.current
         entries: control.model.length === 0 && control.emptyText !== ""

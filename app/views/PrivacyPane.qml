@@ -29,16 +29,18 @@ Column {
                 width: parent.width
                 implicitHeight: Math.round(42 * Theme.scale)
                 AppIcon {
-                    x: 16
+                    anchors.left: parent.left
+                    anchors.leftMargin: 16
                     anchors.verticalCenter: parent.verticalCenter
                     identifier: key
                     name: parent.name
                     size: 24
                 }
                 UiText {
-                    x: 51
+                    anchors.left: parent.left
+                    anchors.leftMargin: 51
                     anchors.verticalCenter: parent.verticalCenter
-                    width: parent.width - x - 60
+                    width: parent.width - 51 - 60
                     role: "body-medium"
                     text: parent.name
                 }
@@ -52,7 +54,8 @@ Column {
                     onClicked: Privacy.includeApp(parent.key)
                 }
                 Rectangle {
-                    x: 16
+                    anchors.left: parent.left
+                    anchors.leftMargin: 16
                     width: parent.width - 16
                     height: 1
                     anchors.bottom: parent.bottom
@@ -124,7 +127,8 @@ Column {
         radius: 12
         color: Theme.successTint
         Icon {
-            x: 16
+            anchors.left: parent.left
+            anchors.leftMargin: 16
             y: 14
             name: "shield-check"
             size: 18
@@ -132,7 +136,8 @@ Column {
         }
         UiText {
             id: promise
-            x: 46
+            anchors.left: parent.left
+            anchors.leftMargin: 46
             y: 14
             width: Math.min(parent.width - 62, 580 * Theme.scale)
             text: Ui.text("Workspaces are plain JSON on this Mac. Nothing is uploaded, and window titles, paths and URLs are never written to logs.")
@@ -144,6 +149,7 @@ Column {
         implicitHeight: erase.height + 10
         PushButton {
             id: erase
+            anchors.left: parent.left
             y: 10
             kind: "danger"
             iconName: "trash-2"

@@ -40,7 +40,8 @@ T.AbstractButton {
         }
         UiText {
             id: words
-            x: 26
+            anchors.left: parent.left
+            anchors.leftMargin: 26
             width: Math.min(implicitWidth, control.width - 26)
             anchors.verticalCenter: parent.verticalCenter
             text: control.text

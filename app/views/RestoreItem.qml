@@ -30,7 +30,8 @@ Item {
         color: root.kind === "failed" ? Theme.dangerTint : Theme.warningTint
     }
     AppIcon {
-        x: 15
+        anchors.left: parent.left
+        anchors.leftMargin: 15
         anchors.verticalCenter: parent.verticalCenter
         identifier: root.identifier
         name: root.app
@@ -38,9 +39,10 @@ Item {
     }
     Column {
         id: words
-        x: 45
+        anchors.left: parent.left
+        anchors.leftMargin: 45
         anchors.verticalCenter: parent.verticalCenter
-        width: parent.width - x - 44 - (first.visible ? first.width + 10 : 0)
+        width: parent.width - 45 - 44 - (first.visible ? first.width + 10 : 0)
         UiText {
             width: parent.width
             text: root.kind === "opened" || root.kind === "created" ? root.subject + ": " + root.outcome : root.subject

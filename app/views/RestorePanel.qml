@@ -12,6 +12,8 @@ Rectangle {
     border.width: 1
     border.color: Theme.panelEdge
     focus: true
+    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
+    LayoutMirroring.childrenInherit: true
     Accessible.role: Accessible.Dialog
     Accessible.name: Restore.title
     Keys.onEscapePressed: Restore.close()
@@ -26,7 +28,8 @@ Rectangle {
             width: parent.width
             height: Math.max(36, words.height) + 32
             Badge {
-                x: 15
+                anchors.left: parent.left
+                anchors.leftMargin: 15
                 y: 16
                 size: 36
                 visible: !root.over
@@ -34,7 +37,8 @@ Rectangle {
                 colorName: Restore.colorName
             }
             Rectangle {
-                x: 15
+                anchors.left: parent.left
+                anchors.leftMargin: 15
                 y: 16
                 width: 36
                 height: 36
@@ -50,14 +54,17 @@ Rectangle {
             }
             Column {
                 id: words
-                x: 63
+                anchors.left: parent.left
+                anchors.leftMargin: 63
                 y: 16
-                width: parent.width - x - 52
+                width: parent.width - 63 - 52
                 spacing: 2
                 UiText {
                     width: parent.width
                     role: "heading"
-                    text: Restore.title
+                    // A name in another direction does not turn the sentence around.
+                    text: root.LayoutMirroring.enabled ? Restore.title : "\u200e" + Restore.title
+                    Accessible.name: Restore.title
                     wrapMode: Text.Wrap
                     maximumLineCount: 2
                     elide: Text.ElideRight
@@ -65,7 +72,8 @@ Rectangle {
                 UiText {
                     width: parent.width
                     role: "caption"
-                    text: Restore.subtitle
+                    text: Restore.subtitle.replace(/(\d) /g, "$1\u00a0")  // a number stays with its noun
+                    Accessible.name: Restore.subtitle
                     color: Theme.text2
                     wrapMode: Text.Wrap
                 }
@@ -105,6 +113,7 @@ Rectangle {
                 Accessible.role: Accessible.ProgressBar
                 Accessible.name: "Windows that are back: " + Math.round(Restore.progress * 100) + " %"
                 Rectangle {
+                    anchors.left: parent.left
                     width: parent.width * Restore.progress
                     height: 2
                     radius: 1
@@ -118,7 +127,8 @@ Rectangle {
             height: visible ? choice.height + 8 : 0
             Segmented {
                 id: choice
-                x: 15
+                anchors.left: parent.left
+                anchors.leftMargin: 15
                 y: 4
                 mini: true
                 label: "Lines shown"
@@ -144,6 +154,9 @@ Rectangle {
             Accessible.role: Accessible.List
             Accessible.name: "What has been restored"
 
+            // What is wrong is read from the beginning.
+            readonly property bool sorted: root.over && Restore.onlyTrouble
+            onSortedChanged: Qt.callLater(positionViewAtBeginning)
             // It follows the newest row, unless somebody reads.
             onCountChanged: if (!reader.hovered && Restore.running) Qt.callLater(positionViewAtEnd)
             add: Transition {

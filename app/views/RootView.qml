@@ -5,6 +5,8 @@ import Quillo.Core
 Rectangle {
     id: root
     color: Theme.background
+    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
+    LayoutMirroring.childrenInherit: true
 
     function fileOf(page) {
         return { onboarding: "OnboardingView.qml", review: "ReviewView.qml", settings: "SettingsView.qml",

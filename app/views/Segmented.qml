@@ -24,6 +24,7 @@ Rectangle {
         x: 2
         y: 2
         Repeater {
+            id: segments
             model: root.model
             T.AbstractButton {
                 id: segment
@@ -36,8 +37,14 @@ Rectangle {
                 focusPolicy: Qt.StrongFocus
                 onClicked: root.picked(index)
                 Keys.onReturnPressed: clicked()
-                Keys.onRightPressed: if (index + 1 < root.model.length) { root.picked(index + 1); nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason) }
-                Keys.onLeftPressed: if (index > 0) { root.picked(index - 1); nextItemInFocusChain(false).forceActiveFocus(Qt.TabFocusReason) }
+                Keys.onRightPressed: step(mirrored ? -1 : 1)
+                Keys.onLeftPressed: step(mirrored ? 1 : -1)
+                function step(by) {
+                    const next = segments.itemAt(index + by)
+                    if (!next) return
+                    root.picked(index + by)
+                    next.forceActiveFocus(Qt.TabFocusReason)
+                }
                 Accessible.role: Accessible.RadioButton
                 Accessible.name: modelData
                 Accessible.checked: on

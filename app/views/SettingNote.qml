@@ -13,7 +13,8 @@ Item {
 
     Icon {
         visible: root.iconName !== ""
-        x: 16
+        anchors.left: parent.left
+        anchors.leftMargin: 16
         y: 9
         name: visible ? root.iconName : "info"
         size: 15
@@ -21,9 +22,10 @@ Item {
     }
     UiText {
         id: words
-        x: root.iconName !== "" ? 40 : 16
+        anchors.left: parent.left
+        anchors.leftMargin: root.iconName !== "" ? 40 : 16
         y: 8
-        width: parent.width - x - 16
+        width: parent.width - anchors.leftMargin - 16
         role: "caption"
         text: root.text
         color: root.ink

@@ -24,7 +24,8 @@ Item {
     }
     Column {
         id: words
-        x: root.padding
+        anchors.left: parent.left
+        anchors.leftMargin: root.padding
         anchors.verticalCenter: parent.verticalCenter
         width: root.width - 2 * root.padding - (place.width > 0 ? place.width + 16 : 0)
         spacing: 3
@@ -53,7 +54,8 @@ Item {
     }
     Rectangle {
         visible: root.separator
-        x: root.padding
+        anchors.left: parent.left
+        anchors.leftMargin: root.padding
         width: parent.width - root.padding
         height: 1
         anchors.bottom: parent.bottom

@@ -15,17 +15,19 @@ Item {
 
     PushButton {
         id: back
-        x: 14
+        anchors.left: parent.left
+        anchors.leftMargin: 14
         y: Math.round((60 - height) / 2)
         kind: "plain"
-        iconName: "arrow-left"
+        iconName: mirrored ? "arrow-right" : "arrow-left"
         text: "Back to workspaces · esc"
         onClicked: Ui.back()
     }
 
     Column {
         id: sidebar
-        x: 24
+        anchors.left: parent.left
+        anchors.leftMargin: 24
         y: 68
         width: Math.round(192 * (1 + (Theme.scale - 1) / 2))
         spacing: 2
@@ -35,7 +37,9 @@ Item {
         UiText {
             role: "title"
             text: "Settings"
+            width: parent.width
             leftPadding: 10
+            rightPadding: 10
             bottomPadding: 12
         }
         Repeater {
@@ -70,15 +74,17 @@ Item {
 
                 contentItem: Item {
                     Icon {
-                        x: 10
+                        anchors.left: parent.left
+                        anchors.leftMargin: 10
                         anchors.verticalCenter: parent.verticalCenter
                         name: tab.modelData.icon
-                        size: 17
+                        size: Math.round(17 * Theme.scale)
                         color: tab.on ? Theme.accentText : Theme.text2
                     }
                     UiText {
-                        x: 37
-                        width: parent.width - x
+                        anchors.left: parent.left
+                        anchors.leftMargin: 20 + Math.round(17 * Theme.scale)
+                        width: parent.width - anchors.leftMargin
                         anchors.verticalCenter: parent.verticalCenter
                         role: tab.on ? "body-strong" : "body"
                         text: tab.modelData.name
@@ -107,14 +113,16 @@ Item {
         anchors.top: parent.top
         anchors.topMargin: 60
         anchors.bottom: parent.bottom
-        x: sidebar.x + sidebar.width + 40
-        width: root.width - x
+        anchors.left: sidebar.right
+        anchors.leftMargin: 40
+        anchors.right: parent.right
         contentSpacing: 0
 
         Item { width: 1; height: 8 }
         Loader {
             id: pane
-            x: 8
+            anchors.left: parent.left
+            anchors.leftMargin: 8
             width: Math.min(792, page.width - 8 - 24)
             source: root.panes[root.current].file
             onLoaded: { page.contentY = 0; arrival.restart() }

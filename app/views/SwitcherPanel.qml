@@ -4,7 +4,7 @@ import Quillo.Core
 
 Rectangle {
     id: root
-    readonly property real rowHeight: Math.round(56 * Theme.scale)
+    readonly property real rowHeight: Math.round((Theme.scale > 1 ? 62 : 56) * Theme.scale)
     // Eight, or as many as the screen has room for beside field and save row.
     readonly property int mostRows: Math.max(2, Math.min(8, Math.floor((Screen.desktopAvailableHeight - 80) / rowHeight) - 3))
 
@@ -13,6 +13,8 @@ Rectangle {
     color: Theme.raised
     border.width: 1
     border.color: Theme.panelEdge
+    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
+    LayoutMirroring.childrenInherit: true
     Accessible.role: Accessible.Dialog
     Accessible.name: "Workspace switcher"
     Component.onCompleted: {
@@ -30,15 +32,17 @@ Rectangle {
             width: parent.width
             height: root.rowHeight
             Icon {
-                x: 18
+                anchors.left: parent.left
+                anchors.leftMargin: 18
                 anchors.verticalCenter: parent.verticalCenter
                 name: "search"
                 size: 18
             }
             Field {
                 id: field
-                x: 48
-                width: parent.width - x - 16
+                anchors.left: parent.left
+                anchors.leftMargin: 48
+                width: parent.width - 48 - 16
                 height: parent.height
                 bare: true
                 focus: true
@@ -88,7 +92,8 @@ Rectangle {
                 trailingWidth: 96
                 onPicked: Switcher.pick(index)
                 Badge {
-                    x: 10
+                    anchors.left: parent.left
+                    anchors.leftMargin: 10
                     anchors.verticalCenter: parent.verticalCenter
                     icon: parent.icon
                     colorName: parent.colorName
@@ -139,7 +144,8 @@ Rectangle {
                 trailingWidth: caps.width
                 onPicked: Switcher.pick(list.count)
                 Rectangle {
-                    x: 10
+                    anchors.left: parent.left
+                    anchors.leftMargin: 10
                     anchors.verticalCenter: parent.verticalCenter
                     width: 32
                     height: 32

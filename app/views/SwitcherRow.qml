@@ -27,9 +27,10 @@ Rectangle {
     }
     Column {
         id: words
-        x: 54
+        anchors.left: parent.left
+        anchors.leftMargin: 54
         anchors.verticalCenter: parent.verticalCenter
-        width: parent.width - x - 10 - (root.trailingWidth > 0 ? root.trailingWidth + 14 : 0)
+        width: parent.width - 54 - 10 - (root.trailingWidth > 0 ? root.trailingWidth + 14 : 0)
         spacing: 1
         UiText {
             width: parent.width

@@ -24,7 +24,8 @@ Rectangle {
     Shadow { level: 3; radius: 20 }
     Row {
         id: row
-        x: 16
+        anchors.left: parent.left
+        anchors.leftMargin: 16
         anchors.verticalCenter: parent.verticalCenter
         spacing: 9
         Icon {

@@ -30,7 +30,7 @@ T.AbstractButton {
         color: control.checked ? control.hovered ? Theme.accentHover : Theme.accent : Theme.switchOff
         Rectangle {
             readonly property real inset: 2
-            x: control.checked ? parent.width - width - inset : inset
+            x: control.checked !== control.mirrored ? parent.width - width - inset : inset
             y: inset
             width: parent.height - 2 * inset
             height: width

@@ -126,6 +126,9 @@ void MacAccessibility::addWindowsOfFamily(const Element& application, Attribute&
 Attributes MacAccessibility::readRequest(const AttributeRequest& request, Silent& silent) {
     const ElementReference& element = referenceOf(request.element);
     if (silent.contains(element.pid())) return missingAll(request.names.size(), kAXErrorCannotComplete);
+    if (!silent.empty())  // the thread was held up long enough
+        return Attributes(request.names.size(),
+                          std::unexpected(AttributeMiss{AttributeMiss::Reason::timedOut, 0}));
     Attributes answers = readTogether(element, request.names);
     if (std::ranges::any_of(answers, timedOut)) silent.insert(element.pid());
     for (std::size_t i = 0; family_ && element.isApplication() && i < request.names.size(); ++i) {

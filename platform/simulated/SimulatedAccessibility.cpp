@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <chrono>
 #include <cstring>
-#include <set>
 
 #include "platform/simulated/Handle.hpp"
 #include "platform/simulated/SimulatedServices.hpp"
@@ -29,6 +28,8 @@ AttributeMiss miss(std::int32_t resultCode) {
 Attribute missing(std::int32_t resultCode) {
     return std::unexpected(miss(resultCode));
 }
+
+const Attribute unasked = std::unexpected(AttributeMiss{AttributeMiss::Reason::timedOut, 0});
 
 }  // namespace
 
@@ -75,13 +76,16 @@ std::int32_t Accessibility::obstacle(const Element& element) {
 
 std::vector<std::vector<Attribute>> Accessibility::read(std::span<const AttributeRequest> requests) {
     std::vector<std::vector<Attribute>> answers;
-    std::set<ProcessID> timedOut;
+    std::optional<ProcessID> silent;
     for (const AttributeRequest& request : requests) {
         const ProcessID pid = handleOf(request.element).pid;
-        const bool asked = !timedOut.contains(pid);
-        const std::int32_t trouble = asked ? obstacle(request.element) : code::cannotComplete;
-        if (trouble == code::cannotComplete) timedOut.insert(pid);
         std::vector<Attribute>& answer = answers.emplace_back();
+        if (silent && pid != silent) {
+            answer.assign(request.names.size(), unasked);
+            continue;
+        }
+        const std::int32_t trouble = silent ? code::cannotComplete : obstacle(request.element);
+        if (trouble == code::cannotComplete) silent = pid;
         for (const std::string_view name : request.names)
             answer.push_back(trouble == code::success ? readOne(request.element, name) : missing(trouble));
     }
@@ -149,8 +153,11 @@ AccessibilityCode Accessibility::write(const Element& element, std::string_view 
 }
 
 FrameWrite Accessibility::writeFrame(const Element& window, const Rect& frame) {
+    const TimePoint began = executor_.now();
     const bool first = bool(write(window, ax::position, frame.origin()));
+    if (executor_.now() > began) return {};  // it hangs
     const bool size = bool(write(window, ax::size, frame.size()));
+    if (executor_.now() > began) return {first, false};
     const bool second = bool(write(window, ax::position, frame.origin()));
     return {first || second, size};
 }

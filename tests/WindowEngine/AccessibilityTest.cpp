@@ -120,7 +120,7 @@ TEST(Accessibility, AnApplicationThatHangsCostsItsTimeoutOnce) {
         const double before = desktop.seconds();
         const auto seen = Accessibility::enumerate(desktop.access, pids, true);
         EXPECT_NEAR(desktop.seconds() - before, cost, 0.001);
-        EXPECT_EQ(titles(seen[1].windows), Titles{"3"});
+        EXPECT_EQ(titles(seen[1].windows), cost < 1 ? Titles{"3"} : Titles{}) << "one timeout at a time";
         return seen[0];
     };
     EXPECT_TRUE(look(1).timedOut);

@@ -1,6 +1,7 @@
 // The runtime on Qt's event loop, and what only it can show.
 #include <QCoreApplication>
 #include <QEventLoop>
+#include <QTimer>
 
 #include "app/QtExecutor.hpp"
 #include "tests/WindowEngine/support/RuntimeSuite.hpp"
@@ -28,6 +29,23 @@ TEST(QtExecutor, RunsUnderQtsOwnLoopBetweenItsEvents) {
     EXPECT_EQ(log, "a");
     EXPECT_TRUE(qtServed);
     EXPECT_TRUE(executor.idle());
+}
+
+TEST(QtExecutor, ServesQtAfterATurnThatTookLong) {
+    QtExecutor executor;
+    QEventLoop loop;
+    std::string log;
+    for (const char turn : {'a', 'b', 'c'}) {
+        executor.post([&log, &executor, turn] {
+            log += turn;
+            for (const TimePoint end = executor.now() + 20ms; executor.now() < end;) {
+            }
+        });
+    }
+    QTimer::singleShot(0, &loop, [&] { log += '|'; });
+    executor.post([&] { loop.quit(); });
+    loop.exec();
+    EXPECT_LE(log.find('|'), 1U) << log;
 }
 
 TEST(QtExecutor, GoesOnInsideANestedLoop) {

@@ -29,6 +29,8 @@ class QmlWarnings {
             qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
                 // Qt says this of itself, when a window is closed in the middle of an animation.
                 if (text.startsWith("QUnifiedTimer::stopAnimationDriver")) return;
+                // This, when rows vanish that it is still preparing.
+                if (text.startsWith("DelegateModel::cancel: index out range")) return;
                 // And this where there is no window manager, as here.
                 if (text == "This plugin does not support raise()") return;
                 if (type != QtDebugMsg && type != QtInfoMsg) list() << text;
