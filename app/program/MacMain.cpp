@@ -90,7 +90,12 @@ int run(QApplication& application, LaunchRequest request) {
 
 int main(int argumentCount, char** arguments) {
     QStringList given;
-    for (int i = 1; i < argumentCount; ++i) given << QString::fromLocal8Bit(arguments[i]);
+    for (int i = 1; i < argumentCount; ++i) {
+        const QString argument = QString::fromLocal8Bit(arguments[i]);
+        // The Finder names the process to the program that it starts, at the first start of a download at
+        // least: nobody's wish, and no reason to refuse to start.
+        if (!argument.startsWith(QLatin1String("-psn_"))) given << argument;
+    }
     if (const std::optional<int> status = quillo::printed(given)) return *status;
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     QApplication application(argumentCount, arguments);
