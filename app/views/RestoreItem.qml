@@ -17,6 +17,9 @@ Item {
                                       opened: "folder-open", created: "monitor", note: "info", failed: "x", skipped: "minus" })
 
     implicitHeight: Math.max(Math.round((second.visible ? 48 : 34) * Theme.scale), words.height + 14) + (bad ? 4 : 0)
+    // A transition of the list would stop half-way where the rows are filtered meanwhile.
+    Component.onCompleted: if (Restore.running) arrival.start()
+    NumberAnimation { id: arrival; target: root; property: "opacity"; from: 0; to: 1; duration: Theme.fade(140) }
     Accessible.role: Accessible.ListItem
     Accessible.name: subject + ": " + outcome
 

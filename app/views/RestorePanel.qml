@@ -159,9 +159,6 @@ Rectangle {
             onSortedChanged: Qt.callLater(positionViewAtBeginning)
             // It follows the newest row, unless somebody reads.
             onCountChanged: if (!reader.hovered && Restore.running) Qt.callLater(positionViewAtEnd)
-            add: Transition {
-                NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.fade(140) }
-            }
             HoverHandler { id: reader }
             ScrollBar { flickable: list }
         }
