@@ -211,7 +211,7 @@ void DesktopMapPainter::paintLetter(const MapWindow& window, const QRectF& place
     const QString name = QString::fromStdString(window.application);
     const QString first =
         name.isEmpty() ? QStringLiteral("?") : QString::fromStdU32String(name.toStdU32String().substr(0, 1));
-    QFont font("Inter");
+    QFont font(Theme::family());
     font.setPixelSize(std::max(6, qRound(place.width() * 0.6)));
     font.setWeight(QFont::DemiBold);
     text(place, first.toUpper().toStdString(), font, onStrong ? QColor(Qt::white) : token(look_.colors.on),

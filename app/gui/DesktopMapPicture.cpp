@@ -237,8 +237,7 @@ void DesktopMapPicture::crossFade() {
 }
 
 void DesktopMapPicture::land(const std::string& key) {
-    if (theme_ && theme_->duration(landingTime) > 0 && window() && isVisible())
-        landings_[key] = clock_.elapsed();
+    if (theme_ && !theme_->reducedMotion() && window() && isVisible()) landings_[key] = clock_.elapsed();
 }
 
 double DesktopMapPicture::landed(const std::string& key) const {

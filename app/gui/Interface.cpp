@@ -32,9 +32,9 @@ class OpenMainObserver final : public SurfaceObserver {
 };
 
 /// The engine owns its picture providers.
-void givePictures(QQmlEngine& engine) {
+void givePictures(QQmlEngine& engine, const FindIcon& systemIcon) {
     engine.addImageProvider("shadow", new ShadowPictures);
-    const auto icons = std::make_shared<AppIcons>();
+    const auto icons = std::make_shared<AppIcons>(systemIcon ? systemIcons(systemIcon) : desktopFileIcons());
     engine.addImageProvider("appicon", new AppIconPictures([icons](const QString& identifier, int size) {
                                 return icons->find(identifier, size);
                             }));
@@ -88,7 +88,9 @@ struct Interface::Presenters {
     RestorePresenter restore;
 };
 
-Interface::Interface(const Parts& parts) : parts_(parts), windows_(parts_.theme, givePictures) {
+Interface::Interface(const Parts& parts)
+    : parts_(parts),
+      windows_(parts_.theme, [find = parts_.systemIcon](QQmlEngine& engine) { givePictures(engine, find); }) {
     // Closing a window keeps the program running in the tray.
     connect(&windows_, &Windows::mainClosed, this,
             [this] { parts_.shell.setActivationPolicy(ActivationPolicy::accessory); });
@@ -123,8 +125,8 @@ void Interface::openDetail(const Uuid& workspace) {
     model_->openMain();
 }
 
-void Interface::openSettings() {
-    ui().openSettings();
+void Interface::openSettings(const QString& pane) {
+    ui().openSettings(pane);
     model_->openMain();
 }
 

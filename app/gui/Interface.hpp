@@ -9,6 +9,7 @@
 #include "app/gui/Theme.hpp"
 #include "app/gui/Ui.hpp"
 #include "app/gui/Windows.hpp"
+#include "platform/services/IconPixels.hpp"
 #include "platform/services/KeyMonitorService.hpp"
 
 namespace quillo {
@@ -29,6 +30,7 @@ class Interface final : public QObject, public Surfaces {
         KeyMonitorService& keys;
         UpdateController& updates;
         TextVariant variant;
+        FindIcon systemIcon = nullptr;  // none: icons come from .desktop files
     };
 
     explicit Interface(const Parts& parts);
@@ -42,7 +44,7 @@ class Interface final : public QObject, public Surfaces {
     Windows& windows() { return windows_; }
     Ui& ui();
     void openDetail(const Uuid& workspace);
-    void openSettings();
+    void openSettings(const QString& pane = {});
     /// Another start of the program, or any part of this one, wants the main window.
     void askForMainWindow();
 

@@ -6,7 +6,24 @@ QtShell::QtShell(Theme& theme, SystemAppearance& system, DesktopNotifier& notifi
                  QObject* parent)
     : QObject(parent), theme_(theme), system_(system), notifier_(notifier), native_(native) {
     connect(&system_, &SystemAppearance::changed, this, &QtShell::apply);
+    const auto clicked = [this] {
+        if (messageClicked) messageClicked();
+    };
+    notifier_.clicked = clicked;
+    if (native_) {
+        native_->messageClicked = clicked;
+        native_->reducedMotionChanged = [this] { apply(); };
+    }
     apply();
+}
+
+QtShell::~QtShell() {
+    notifier_.clicked = nullptr;
+    if (native_) native_->messageClicked = native_->reducedMotionChanged = nullptr;
+}
+
+bool QtShell::reducedMotion() const {
+    return system_.reducedMotion() || (native_ && native_->reducedMotion());
 }
 
 void QtShell::setActivationPolicy(ActivationPolicy policy) {
@@ -21,7 +38,7 @@ void QtShell::setAppearance(Appearance appearance) {
 }
 
 void QtShell::apply() {
-    theme_.setReducedMotion(system_.reducedMotion());
+    theme_.setReducedMotion(reducedMotion());
     theme_.setDark(appearance_ == Appearance::system ? system_.dark() : appearance_ == Appearance::dark);
 }
 

@@ -17,6 +17,7 @@ class QtShell final : public QObject, public Shell {
     /// desktop, where task lists show whichever windows are open and messages go over the session bus.
     QtShell(Theme& theme, SystemAppearance& system, DesktopNotifier& notifier, Shell* native = nullptr,
             QObject* parent = nullptr);
+    ~QtShell() override;
 
     void setActivationPolicy(ActivationPolicy policy) override;
     ActivationPolicy activationPolicy() const { return policy_; }
@@ -25,6 +26,7 @@ class QtShell final : public QObject, public Shell {
     Capability canOpenSystemSettings() const override;
     void openSystemSettings(const std::string& page) override;
     void notify(const std::string& title, const std::string& text) override;
+    bool reducedMotion() const override;
 
   private:
     void apply();

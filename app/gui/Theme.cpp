@@ -4,6 +4,7 @@
 #include <QFontDatabase>
 #include <QResource>
 #include <algorithm>
+#include <utility>
 
 namespace quillo {
 namespace {
@@ -83,6 +84,11 @@ Theme::Theme(QObject* parent)
     fillWorkspaces();
 }
 
+void Theme::setReducedMotion(bool reduced) {
+    reduced = reduced || fromEnvironment_;
+    if (std::exchange(reducedMotion_, reduced) != reduced) Q_EMIT motionChanged();
+}
+
 void Theme::setDark(bool dark) {
     if (std::exchange(dark_, dark) == dark) return;
     fillWorkspaces();
@@ -103,9 +109,16 @@ QVariantMap Theme::workspace(const QString& name) const {
     return roles(workspaceColors(name.toStdString()));
 }
 
+QString Theme::family() {
+    static const QString found = QFontDatabase::hasFamily("Inter")
+                                     ? QStringLiteral("Inter")
+                                     : QFontDatabase::systemFont(QFontDatabase::GeneralFont).family();
+    return found;
+}
+
 QFont Theme::font(const QString& name) const {
     const TypeRole& role = typeRole(name);
-    QFont font("Inter");
+    QFont font(family());
     font.setPixelSize(qRound(role.size * scale_));
     font.setWeight(role.weight);
     font.setLetterSpacing(QFont::AbsoluteSpacing, role.spacing);

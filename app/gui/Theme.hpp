@@ -12,8 +12,9 @@ namespace quillo {
 class Theme final : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool dark READ dark NOTIFY changed)
-    Q_PROPERTY(bool reducedMotion READ reducedMotion CONSTANT)
+    Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY motionChanged)
     Q_PROPERTY(qreal scale READ scale CONSTANT)
+    Q_PROPERTY(QString family READ family CONSTANT)
     Q_PROPERTY(QString symbolFamily READ symbolFamily CONSTANT)
     Q_PROPERTY(QVariantMap workspaces READ workspaces NOTIFY changed)
     Q_PROPERTY(QColor background READ background NOTIFY changed)
@@ -53,7 +54,7 @@ class Theme final : public QObject {
     void setDark(bool dark);
     bool reducedMotion() const { return reducedMotion_; }
     /// Where the system asks for less motion too.
-    void setReducedMotion(bool reduced) { reducedMotion_ = reduced || fromEnvironment_; }
+    void setReducedMotion(bool reduced);
     qreal scale() const { return scale_; }
 
     const ThemeColors& colors() const { return dark_ ? darkTheme : lightTheme; }
@@ -72,11 +73,11 @@ class Theme final : public QObject {
     Q_INVOKABLE QString glyph(const QString& symbol) const;
     /// The symbol for an icon name as workspaces store it; "layers" for one that is unknown.
     Q_INVOKABLE QString workspaceSymbol(const QString& icon) const;
+    /// Of all text: Inter where it is installed, else the system's own.
+    static QString family();
     QString symbolFamily() const;
 
-    /// How long something may move, in milliseconds: 0 where motion is reduced.
-    Q_INVOKABLE int duration(int milliseconds) const { return reducedMotion_ ? 0 : milliseconds; }
-    /// The same for what only fades.
+    /// How long something may fade, in milliseconds; what moves asks for reducedMotion.
     Q_INVOKABLE int fade(int milliseconds) const { return reducedMotion_ ? 80 : milliseconds; }
 
     QColor background() const { return color(colors().background); }
@@ -110,6 +111,7 @@ class Theme final : public QObject {
 
   Q_SIGNALS:
     void changed();
+    void motionChanged();
 
   private:
     void fillWorkspaces();

@@ -50,7 +50,7 @@ bool TrayIcon::shown() const {
 }
 
 void TrayIcon::lookForTray() {
-    if (!bus_.isConnected()) return show();
+    if (!olderTrayIsThere_ || !bus_.isConnected()) return show();
     bus_.connect(notifierWatcher, notifierPath, notifierWatcher, "StatusNotifierHostRegistered", this,
                  SLOT(hostRegistered()));
     connect(&watcher_, &QDBusServiceWatcher::serviceRegistered, this, &TrayIcon::askForHost);
@@ -81,7 +81,9 @@ void TrayIcon::show() {
     icon_ = std::make_unique<QSystemTrayIcon>(trayIcon());
     icon_->setToolTip("Quillo");
     icon_->setContextMenu(&menu_.menu());
-    menu_.setDrawnBy(menu_.menu().platformMenu() ? MenuDrawnBy::desktop : MenuDrawnBy::qt);
+    const bool inMenuBar = !olderTrayIsThere_;
+    menu_.setDrawnBy(menu_.menu().platformMenu() && !inMenuBar ? MenuDrawnBy::desktop : MenuDrawnBy::qt);
+    if (inMenuBar) return icon_->show();  // a click opens the menu, and is told of all the same
     connect(icon_.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
         if (reason == QSystemTrayIcon::Trigger) menu_.model().openMain();
     });

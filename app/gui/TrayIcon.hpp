@@ -22,7 +22,8 @@ class TrayIcon final : public QObject {
   public:
     static constexpr std::chrono::seconds patience{20};
 
-    /// The menu must outlive it. `olderTrayIsThere`: whether an XEmbed tray is there now.
+    /// The menu must outlive it. `olderTrayIsThere`: whether an XEmbed tray is there now; none on a Mac,
+    /// whose menu bar takes the icon at once, and where Qt translates the menu's texts itself.
     TrayIcon(TrayMenu& menu, std::function<bool()> olderTrayIsThere, QObject* parent = nullptr);
 
     /// Whether there is an icon to click on; without one, a main window that was closed comes back only by a

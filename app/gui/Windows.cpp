@@ -63,6 +63,7 @@ void Windows::openMain() {
     const QSize size = mainSize.boundedTo(room.size()).expandedTo(mainMinimum);
     main_->setGeometry(QRect(room.center() - QPoint(size.width() / 2, size.height() / 2), size));
     main_->show();
+    main_->raise();  // on a Mac this, too, brings the program to the front
     main_->requestActivate();
 }
 
@@ -89,8 +90,12 @@ void Windows::showPanel(PanelID panel, PanelPlace where) {
     panels_[panel] = std::move(view);
     // The progress of a restore must not take the keyboard from what the person types into.
     if (panel == PanelID::restore) shown.setProperty("_q_showWithoutActivating", true);
+    shown.setProperty("_q_macAlwaysShowToolWindow", true);  // a Mac hides it with the program otherwise
     shown.show();
-    if (panel == PanelID::switcher) shown.requestActivate();
+    if (panel == PanelID::switcher) {
+        shown.raise();
+        shown.requestActivate();
+    }
 }
 
 void Windows::place(QQuickView& view, PanelPlace where) const {

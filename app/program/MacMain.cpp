@@ -11,6 +11,7 @@
 #include "platform/macos/shell/MacActivity.hpp"
 #include "platform/macos/shell/MacApplicationEvents.hpp"
 #include "platform/macos/shell/MacDesktop.hpp"
+#include "platform/macos/shell/MacIcons.hpp"
 #include "platform/macos/shell/MacLoginItem.hpp"
 #include "platform/macos/shell/MacPowerEvents.hpp"
 #include "platform/macos/shell/MacShell.hpp"
@@ -54,7 +55,8 @@ Program::System systemOf(MacServices& services, const StandardDirectories& direc
             .power = services.power,
             .shell = &services.shell,
             .variant = TextVariant::onMac,
-            .olderTrayIsThere = [] { return true; },  // the menu bar always is
+            .icon = macIcon,
+            .olderTrayIsThere = nullptr,  // the menu bar always is
             .releaseFreeMemory = releaseFreeMemory};
 }
 
@@ -100,7 +102,6 @@ int main(int argumentCount, char** arguments) {
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     QApplication application(argumentCount, arguments);
     QApplication::setApplicationName("Quillo");
-    QApplication::setWindowIcon(quillo::applicationIcon());
     QApplication::setQuitOnLastWindowClosed(false);
     return quillo::run(application, *quillo::launchRequest(given));
 }

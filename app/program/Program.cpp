@@ -13,7 +13,8 @@ Program::Program(const System& system)
                   .desktop = system.desktop,
                   .keys = keys_,
                   .updates = updates_,
-                  .variant = system.variant}),
+                  .variant = system.variant,
+                  .systemIcon = system.icon}),
       model_(services(system)),
       trayMenu_(model_, updates_, theme_, system.variant,
                 {.openDetail = [this](const Uuid& workspace) { interface_.openDetail(workspace); },
@@ -25,8 +26,14 @@ Program::Program(const System& system)
       }) {
     interface_.attach(model_);
     QObject::connect(&interface_.windows(), &Windows::engineDropped, system.releaseFreeMemory);
-    theme_.setReducedMotion(appearance_.reducedMotion());
-    notifier_.clicked = [this] { model_.openMain(); };
+    if (system.variant == TextVariant::onMac) {
+        menuBar_ = std::make_unique<MenuBar>(
+            model_, updates_,
+            MenuBar::Ways{.openSettings = [this](const QString& pane) { interface_.openSettings(pane); },
+                          .closeSwitcher = [this] { interface_.closePanel(PanelID::switcher); },
+                          .quit = [] { QCoreApplication::quit(); }});
+    }
+    shell_.messageClicked = [this] { model_.openMain(); };
 }
 
 Program::~Program() {

@@ -7,6 +7,7 @@
 #include "app/UpdateController.hpp"
 #include "app/gui/DesktopNotifier.hpp"
 #include "app/gui/Interface.hpp"
+#include "app/gui/MenuBar.hpp"
 #include "app/gui/QtKeyMonitor.hpp"
 #include "app/gui/QtShell.hpp"
 #include "app/gui/RestoreNotice.hpp"
@@ -33,7 +34,8 @@ class Program {
         PowerEvents& power;
         Shell* shell;  // null where Qt does it all
         TextVariant variant;
-        std::function<bool()> olderTrayIsThere;
+        FindIcon icon;                           // none: applications' icons come from .desktop files
+        std::function<bool()> olderTrayIsThere;  // see TrayIcon
         std::function<void()> releaseFreeMemory;
     };
 
@@ -59,6 +61,7 @@ class Program {
     AppModel model_;
     TrayMenu trayMenu_;
     TrayIcon tray_;
+    std::unique_ptr<MenuBar> menuBar_;  // on a Mac
     RestoreNotice notice_;
 };
 

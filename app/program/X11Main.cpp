@@ -74,6 +74,7 @@ int run(QApplication& application, LaunchRequest request) {
                      .power = services.power,
                      .shell = nullptr,
                      .variant = TextVariant::onLinux,
+                     .icon = nullptr,
                      .olderTrayIsThere = [&] { return x11::hasSystemTray(**connection); },
                      .releaseFreeMemory = releaseFreeMemory});
     running = &program;

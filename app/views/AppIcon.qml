@@ -21,7 +21,7 @@ Item {
             text: root.name ? Array.from(root.name)[0].toUpperCase() : "?"
             textFormat: Text.PlainText
             color: Theme.dark ? Theme.background : "white"
-            font.family: "Inter"
+            font.family: Theme.family
             font.pixelSize: root.size * 0.5
             font.weight: Font.DemiBold
             Accessible.ignored: true

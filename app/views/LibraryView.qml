@@ -119,6 +119,12 @@ FocusScope {
         Keys.onEnterPressed: Library.resume(Library.idAt(Library.cursor))
         Keys.onSpacePressed: Ui.openDetail(Library.idAt(Library.cursor))
         Keys.onDeletePressed: if (currentItem) currentItem.askToDelete()
+        // What a Mac's keyboard calls "delete".
+        Keys.onPressed: (event) => {
+            if (event.key !== Qt.Key_Backspace || Ui.onLinux) return
+            if (currentItem) currentItem.askToDelete()
+            event.accepted = true
+        }
         Keys.onMenuPressed: if (currentItem) currentItem.openMenu()
 
         delegate: WorkspaceCard {

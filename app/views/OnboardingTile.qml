@@ -76,7 +76,7 @@ Item {
         x: 9
         y: 34
         font.pixelSize: 11
-        font.family: "Inter"
+        font.family: Theme.family
         text: root.title
         color: Theme.text2
         renderType: Text.QtRendering

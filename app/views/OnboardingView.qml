@@ -206,7 +206,7 @@ FocusScope {
                     height: 7
                     radius: 3.5
                     color: index === root.step ? Theme.accent : Theme.borderStrong
-                    Behavior on width { NumberAnimation { duration: Theme.duration(140); easing.type: Easing.OutCubic } }
+                    Behavior on width { NumberAnimation { duration: Theme.reducedMotion ? 0 : 140; easing.type: Easing.OutCubic } }
                 }
             }
         }

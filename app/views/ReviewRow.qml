@@ -81,7 +81,7 @@ Item {
                 name: "chevron-right"
                 size: 15
                 rotation: root.open ? 90 : root.LayoutMirroring.enabled ? 180 : 0
-                Behavior on rotation { NumberAnimation { duration: Theme.duration(140); easing.type: Easing.OutCubic } }
+                Behavior on rotation { NumberAnimation { duration: Theme.reducedMotion ? 0 : 140; easing.type: Easing.OutCubic } }
             }
         }
         AppIcon {

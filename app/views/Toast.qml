@@ -19,7 +19,7 @@ Rectangle {
     Behavior on opacity { NumberAnimation { duration: Theme.fade(root.shown ? 160 : 120) } }
     transform: Translate {
         y: root.shown || Theme.reducedMotion ? 0 : 8
-        Behavior on y { NumberAnimation { duration: Theme.duration(160); easing.type: Easing.OutCubic } }
+        Behavior on y { NumberAnimation { duration: Theme.reducedMotion ? 0 : 160; easing.type: Easing.OutCubic } }
     }
     Shadow { level: 3; radius: 20 }
     Row {

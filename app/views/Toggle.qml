@@ -37,7 +37,7 @@ T.AbstractButton {
             radius: width / 2
             color: "white"
             Behavior on x {
-                NumberAnimation { duration: Theme.duration(140); easing.type: Easing.OutCubic }
+                NumberAnimation { duration: Theme.reducedMotion ? 0 : 140; easing.type: Easing.OutCubic }
             }
         }
         FocusRing {

@@ -1,6 +1,7 @@
 // The application's place in the desktop: whether it shows in the dock, how it looks, and the system's pages
 // that it sends people to.
 #pragma once
+#include <functional>
 #include <string>
 
 #include "WindowEngine/services/Applications.hpp"
@@ -22,6 +23,12 @@ class Shell {
     virtual void openSystemSettings(const std::string& page) = 0;
     /// A short message of the system's own, outside any window.
     virtual void notify(const std::string& title, const std::string& text) = 0;
+    /// The person clicked on such a message.
+    std::function<void()> messageClicked;
+    /// Whether the person asked the system for less motion.
+    virtual bool reducedMotion() const = 0;
+    /// That has changed.
+    std::function<void()> reducedMotionChanged;
 };
 
 }  // namespace quillo

@@ -22,12 +22,14 @@ class SimulatedShell final : public Shell {
     void notify(const std::string& title, const std::string& text) override {
         notifications.push_back({title, text});
     }
+    bool reducedMotion() const override { return reduced; }
 
     Capability settings = Capability::available();
     std::vector<ActivationPolicy> policies{};  // in order of asking, as all of these
     std::vector<Appearance> appearances{};
     std::vector<std::string> openedPages{};
     std::vector<Notification> notifications{};
+    bool reduced = false;
 };
 
 }  // namespace quillo

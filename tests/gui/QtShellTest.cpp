@@ -25,6 +25,17 @@ TEST(QtShellTest, TheSystemsOwnShellIsToldBesideTheTheme) {
     EXPECT_EQ(native.notifications, (std::vector<SimulatedShell::Notification>{{"title", "text"}}));
     EXPECT_EQ(native.openedPages, std::vector<std::string>{"x-apple.systempreferences:page"});
     EXPECT_TRUE(theme.dark());
+
+    int clicks = 0;
+    shell.messageClicked = [&] { ++clicks; };
+    native.messageClicked();
+    notifier.clicked();
+    EXPECT_EQ(clicks, 2);
+    for (const bool reduced : {true, false}) {
+        native.reduced = reduced;
+        native.reducedMotionChanged();
+        EXPECT_EQ(theme.reducedMotion(), reduced);
+    }
     EXPECT_FALSE(QtShell(theme, system, notifier).canOpenSystemSettings());
 }
 

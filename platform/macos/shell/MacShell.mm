@@ -5,7 +5,38 @@
 
 #include "platform/macos/shell/FoundationValues.hpp"
 
+@interface QuilloMessageDelegate : NSObject <UNUserNotificationCenterDelegate>
+@property(nonatomic, copy, nullable) void (^clicked)(void);  // main thread
+@end
+
+@implementation QuilloMessageDelegate
+- (void)userNotificationCenter:(UNUserNotificationCenter*)center
+       willPresentNotification:(UNNotification*)notification
+         withCompletionHandler:(void (^)(UNNotificationPresentationOptions options))completionHandler {
+    (void)center, (void)notification;
+    completionHandler(UNNotificationPresentationOptionBanner | UNNotificationPresentationOptionList);
+}
+
+- (void)userNotificationCenter:(UNUserNotificationCenter*)center
+    didReceiveNotificationResponse:(UNNotificationResponse*)response
+             withCompletionHandler:(void (^)(void))completionHandler {
+    (void)center;
+    if ([response.actionIdentifier isEqualToString:UNNotificationDefaultActionIdentifier]) {
+        [NSOperationQueue.mainQueue addOperationWithBlock:^{
+          if (self.clicked) self.clicked();
+        }];
+    }
+    completionHandler();
+}
+@end
+
 namespace quillo {
+
+struct MacShell::Registrations {
+    QuilloMessageDelegate* messages = [QuilloMessageDelegate new];  // the center does not keep it
+    id<NSObject> motion = nil;
+};
+
 namespace {
 
 NSApplicationActivationPolicy native(ActivationPolicy policy) {
@@ -27,6 +58,11 @@ NSAppearance* native(Appearance appearance) {
     return [NSAppearance appearanceNamed:dark ? NSAppearanceNameDarkAqua : NSAppearanceNameAqua];
 }
 
+/// Null in a program without a bundle, where the center throws.
+UNUserNotificationCenter* messageCenter() {
+    return NSBundle.mainBundle.bundleIdentifier ? [UNUserNotificationCenter currentNotificationCenter] : nil;
+}
+
 void deliver(UNUserNotificationCenter* center, NSString* title, NSString* text) {
     UNMutableNotificationContent* const content = [UNMutableNotificationContent new];
     content.title = title;
@@ -39,6 +75,36 @@ void deliver(UNUserNotificationCenter* center, NSString* title, NSString* text) 
 }
 
 }  // namespace
+
+MacShell::MacShell() : registrations_(std::make_unique<Registrations>()) {
+    @autoreleasepool {
+        registrations_->messages.clicked = ^{
+          if (messageClicked) messageClicked();
+        };
+        messageCenter().delegate = registrations_->messages;
+        registrations_->motion = [NSWorkspace.sharedWorkspace.notificationCenter
+            addObserverForName:NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification
+                        object:nil
+                         queue:NSOperationQueue.mainQueue
+                    usingBlock:^(NSNotification*) {
+                      if (reducedMotionChanged) reducedMotionChanged();
+                    }];
+    }
+}
+
+MacShell::~MacShell() {
+    @autoreleasepool {
+        registrations_->messages.clicked = nil;  // what was posted meanwhile finds nobody
+        messageCenter().delegate = nil;
+        [NSWorkspace.sharedWorkspace.notificationCenter removeObserver:registrations_->motion];
+    }
+}
+
+bool MacShell::reducedMotion() const {
+    @autoreleasepool {
+        return NSWorkspace.sharedWorkspace.accessibilityDisplayShouldReduceMotion;
+    }
+}
 
 void MacShell::setActivationPolicy(ActivationPolicy policy) {
     @autoreleasepool {
@@ -61,8 +127,7 @@ void MacShell::openSystemSettings(const std::string& page) {
 
 void MacShell::notify(const std::string& title, const std::string& text) {
     @autoreleasepool {
-        if (!NSBundle.mainBundle.bundleIdentifier) return;  // the center throws in a program without a bundle
-        UNUserNotificationCenter* const center = [UNUserNotificationCenter currentNotificationCenter];
+        UNUserNotificationCenter* const center = messageCenter();
         NSString* const heading = foundation::string(title);
         NSString* const body = foundation::string(text);
         [center requestAuthorizationWithOptions:UNAuthorizationOptionAlert

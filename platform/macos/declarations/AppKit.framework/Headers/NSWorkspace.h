@@ -1,5 +1,6 @@
 #pragma once
 #include <AppKit/NSApplication.h>
+#include <AppKit/NSImage.h>
 #include <sys/types.h>
 
 NS_ASSUME_NONNULL_BEGIN
@@ -34,6 +35,8 @@ typedef enum NSApplicationActivationOptions : NSUInteger {
 @property BOOL createsNewApplicationInstance;
 @end
 
+/* All three are posted in the workspace's own center only. */
+extern NSNotificationName const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification;
 extern NSNotificationName const NSWorkspaceWillPowerOffNotification;
 extern NSNotificationName const NSWorkspaceWillSleepNotification;
 
@@ -44,6 +47,8 @@ extern NSNotificationName const NSWorkspaceWillSleepNotification;
     NSArray<NSRunningApplication*>* runningApplications; /* in no order that is promised */
 - (nullable NSURL*)URLForApplicationWithBundleIdentifier:(NSString*)bundleIdentifier;
 - (NSArray<NSURL*>*)URLsForApplicationsWithBundleIdentifier:(NSString*)bundleIdentifier;
+- (NSImage*)iconForFile:(NSString*)fullPath; /* a general one where the file has none; 32 points at first */
+@property(readonly) BOOL accessibilityDisplayShouldReduceMotion;
 - (BOOL)openURL:(NSURL*)url;
 /* Handlers are called once, on a concurrent queue. */
 - (void)openApplicationAtURL:(NSURL*)applicationURL

@@ -12,6 +12,7 @@ extern NSURLResourceKey const NSURLIsApplicationKey; /* NSNumber, boolean */
 @interface NSURL : NSObject <NSCopying>
 + (nullable instancetype)URLWithString:(NSString*)string;
 + (NSURL*)fileURLWithPath:(NSString*)path;
+@property(nullable, readonly, copy) NSString* path; /* without percent escapes */
 - (nullable NSURL*)URLByAppendingPathComponent:(NSString*)component;
 /* Values that cannot be had are missing from the dictionary. Blocks for the disk. */
 - (nullable NSDictionary<NSURLResourceKey, id>*)resourceValuesForKeys:(NSArray<NSURLResourceKey>*)keys

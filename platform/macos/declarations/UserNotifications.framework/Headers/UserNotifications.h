@@ -26,9 +26,40 @@ typedef enum UNAuthorizationOptions : NSUInteger {
                               trigger:(nullable UNNotificationTrigger*)trigger;
 @end
 
+typedef NSUInteger UNNotificationPresentationOptions;
+enum : NSUInteger {
+    UNNotificationPresentationOptionList = 1 << 3,
+    UNNotificationPresentationOptionBanner = 1 << 4
+};
+
+extern NSString* const UNNotificationDefaultActionIdentifier; /* it was clicked */
+
+@interface UNNotification : NSObject <NSCopying>
+@end
+
+@interface UNNotificationResponse : NSObject <NSCopying>
+@property(readonly, copy) NSString* actionIdentifier;
+@end
+
+@class UNUserNotificationCenter;
+
+/* On which thread is not documented. The handlers are to be called. */
+@protocol UNUserNotificationCenterDelegate <NSObject>
+@optional
+/* While the application is in front; without this method its messages are not shown then. */
+- (void)userNotificationCenter:(UNUserNotificationCenter*)center
+       willPresentNotification:(UNNotification*)notification
+         withCompletionHandler:(void (^)(UNNotificationPresentationOptions options))completionHandler;
+- (void)userNotificationCenter:(UNUserNotificationCenter*)center
+    didReceiveNotificationResponse:(UNNotificationResponse*)response
+             withCompletionHandler:(void (^)(void))completionHandler;
+@end
+
 /* Any thread; handlers may be called on another. Throws in a program that has no bundle. */
 @interface UNUserNotificationCenter : NSObject
 + (UNUserNotificationCenter*)currentNotificationCenter;
+/* To be set before the application has launched. */
+@property(nullable, weak) id<UNUserNotificationCenterDelegate> delegate;
 - (void)requestAuthorizationWithOptions:(UNAuthorizationOptions)options
                       completionHandler:(void (^)(BOOL granted, NSError* _Nullable error))completionHandler;
 - (void)addNotificationRequest:(UNNotificationRequest*)request
