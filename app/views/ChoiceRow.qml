@@ -27,7 +27,7 @@ Flow {
     Repeater {
         id: repeater
         model: root.entries
-        T.AbstractButton {
+        T.RadioButton {
             id: choice
             required property var modelData
             required property int index
@@ -41,9 +41,8 @@ Flow {
             Keys.onReturnPressed: click()
             Keys.onRightPressed: root.step(index, root.LayoutMirroring.enabled ? -1 : 1)
             Keys.onLeftPressed: root.step(index, root.LayoutMirroring.enabled ? 1 : -1)
-            Accessible.role: Accessible.RadioButton
             Accessible.name: modelData.name
-            Accessible.checked: on
+            checked: on
             Accessible.onPressAction: choice.click()
 
             contentItem: Loader {

@@ -3,7 +3,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Quillo.Core
 
-T.AbstractButton {
+T.RadioButton {
     id: control
     signal picked()
 
@@ -13,9 +13,7 @@ T.AbstractButton {
     hoverEnabled: true
     onClicked: picked()
     Keys.onReturnPressed: clicked()
-    Accessible.role: Accessible.RadioButton
     Accessible.name: text
-    Accessible.checked: control.checked
     Accessible.onPressAction: control.clicked()
 
     contentItem: Item {

@@ -26,7 +26,7 @@ Rectangle {
         Repeater {
             id: segments
             model: root.model
-            T.AbstractButton {
+            T.RadioButton {
                 id: segment
                 required property string modelData
                 required property int index
@@ -45,9 +45,8 @@ Rectangle {
                     root.picked(index + by)
                     next.forceActiveFocus(Qt.TabFocusReason)
                 }
-                Accessible.role: Accessible.RadioButton
                 Accessible.name: modelData
-                Accessible.checked: on
+                checked: on
                 Accessible.onPressAction: segment.clicked()
 
                 background: Rectangle {

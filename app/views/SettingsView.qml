@@ -45,7 +45,7 @@ Item {
         Repeater {
             id: tabs
             model: root.panes
-            T.AbstractButton {
+            T.TabButton {
                 id: tab
                 required property var modelData
                 required property int index
@@ -60,8 +60,8 @@ Item {
                 Keys.onReturnPressed: clicked()
                 Keys.onDownPressed: step(1)
                 Keys.onUpPressed: step(-1)
-                Accessible.role: Accessible.PageTab
                 Accessible.name: modelData.name
+                checked: on
                 Accessible.selected: on
                 Accessible.onPressAction: tab.clicked()
 

@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Quillo.Core
 
-T.AbstractButton {
+T.CheckBox {
     id: control
     property bool small: false
     property bool faded: false  // what it belongs to is off; it keeps its state
@@ -16,7 +16,7 @@ T.AbstractButton {
     hoverEnabled: true
     opacity: faded || !enabled ? 0.4 : 1
     onClicked: toggled()
-    Accessible.role: Accessible.CheckBox
+    nextCheckState: () => checkState  // only what is bound changes it
     Accessible.name: label
     Accessible.checkable: true
     Accessible.checked: control.checked

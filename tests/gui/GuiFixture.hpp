@@ -88,14 +88,16 @@ class GuiTest : public testing::Test {
         for (int turn = 0; turn < 5; ++turn) QCoreApplication::processEvents();
     }
 
+    using Wanted = std::function<bool(QAccessibleInterface*)>;
     /// The item with this accessible name that is shown; null where there is none.
-    QQuickItem* named(const QString& name, QQuickItem* below = nullptr) {
+    QQuickItem* named(const QString& name, QQuickItem* below = nullptr, const Wanted& wanted = {}) {
         QQuickItem* item = below ? below : view->contentItem();
         if (!item->isVisible()) return nullptr;
         QAccessibleInterface* face = QAccessible::queryAccessibleInterface(item);
-        if (item->isEnabled() && face && face->text(QAccessible::Name) == name) return item;
+        if (item->isEnabled() && face && face->text(QAccessible::Name) == name && (!wanted || wanted(face)))
+            return item;
         for (QQuickItem* child : item->childItems()) {
-            if (QQuickItem* found = named(name, child)) return found;
+            if (QQuickItem* found = named(name, child, wanted)) return found;
         }
         return nullptr;
     }

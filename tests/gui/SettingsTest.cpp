@@ -47,6 +47,29 @@ class SettingsTest : public samples::GuiTest {
     ShortcutsPresenter shortcuts{*model.model, model.hotKeys, keys};
 };
 
+TEST_F(SettingsTest, ControlsAreWhatTheyLookLikeToAssistivePrograms) {
+    open("general");
+    const struct {
+        const char* name;
+        QAccessible::Role role;
+        bool checked;
+    } controls[] = {
+        {"Open Quillo at login", QAccessible::CheckBox, settings.openAtLogin()},
+        {"Global shortcuts", QAccessible::CheckBox, true},
+        {"System", QAccessible::RadioButton, true},
+        {"Dark", QAccessible::RadioButton, false},
+        {"Privacy", QAccessible::PageTab, false},
+        {"Back to workspaces · esc", QAccessible::Button, false},
+    };
+    for (const auto& control : controls) {
+        const auto same = [&](QAccessibleInterface* face) { return face->role() == control.role; };
+        QQuickItem* item = named(control.name, nullptr, same);
+        ASSERT_TRUE(item) << control.name;
+        EXPECT_EQ(bool(QAccessible::queryAccessibleInterface(item)->state().checked), control.checked)
+            << control.name;
+    }
+}
+
 TEST_F(SettingsTest, WhatIsSwitchedIsStoredAtOnce) {
     open("general");
     EXPECT_TRUE(named("Allowed"));
