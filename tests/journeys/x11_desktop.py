@@ -10,6 +10,7 @@ import subprocess
 import tempfile
 import time
 
+KNOWN_LEAKS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../leak-suppressions.txt")
 XORG_CONFIGURATION = os.path.join(os.path.dirname(__file__), "../platform/x11/dummy-xorg.conf")
 
 WINDOW_MANAGERS = {
@@ -40,6 +41,7 @@ class Desktop:
         self.window_manager = window_manager
         self.home = tempfile.mkdtemp(prefix="quillo-journey-")
         self.environment = {
+            "LSAN_OPTIONS": f"suppressions={KNOWN_LEAKS}:print_suppressions=0",
             "PATH": os.environ["PATH"], "HOME": self.home, "LANG": "C.UTF-8", "GSETTINGS_BACKEND": "keyfile",
             "XDG_DATA_HOME": self.home + "/data", "XDG_CONFIG_HOME": self.home + "/config",
             "XDG_STATE_HOME": self.home + "/state", "XDG_CACHE_HOME": self.home + "/cache",
