@@ -85,7 +85,7 @@ MacShell::MacShell() : registrations_(std::make_unique<Registrations>()) {
         registrations_->motion = [NSWorkspace.sharedWorkspace.notificationCenter
             addObserverForName:NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification
                         object:nil
-                         queue:NSOperationQueue.mainQueue
+                         queue:nil  // on the main thread, which posts it; none is left over at the end
                     usingBlock:^(NSNotification*) {
                       if (reducedMotionChanged) reducedMotionChanged();
                     }];
