@@ -1,5 +1,6 @@
 #include "app/gui/Windows.hpp"
 
+#include <QCoreApplication>
 #include <QCursor>
 #include <QEvent>
 #include <QGuiApplication>
@@ -35,9 +36,9 @@ Windows::Windows(Theme& theme, Prepare prepare, QObject* parent)
     });
 }
 
-/// Before the engine that they stand on: one of them may be in the middle of an animation.
 Windows::~Windows() {
     for (const QPointer<QQuickView>& view : retiring_) delete view;
+    dropAll();
 }
 
 std::unique_ptr<QQuickView> Windows::makeView(const QString& name) {
@@ -123,7 +124,7 @@ void Windows::closePanel(PanelID panel) {
 void Windows::dropAll() {
     main_.reset();
     panels_.clear();
-    if (retired_ == 0) engine_.reset();
+    if (retired_ == 0) dropEngine();
 }
 
 QQuickWindow* Windows::panelWindow(PanelID panel) const {
@@ -148,9 +149,16 @@ void Windows::retire(std::unique_ptr<QQuickView> view) {
 
 void Windows::dropEngineWhenUnused() {
     if (main_ || !panels_.empty() || retired_ > 0 || !engine_) return;
-    engine_.reset();
+    dropEngine();
     QPixmapCache::clear();
     Q_EMIT engineDropped();
+}
+
+/// Lists leave the deletion of their rows to a later turn, and a row that is being animated goes on moving until
+/// then: without its engine that ends the program.
+void Windows::dropEngine() {
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    engine_.reset();
 }
 
 bool Windows::eventFilter(QObject* watched, QEvent* event) {

@@ -55,6 +55,7 @@ class Windows final : public QObject {
     void place(QQuickView& view, PanelPlace place) const;
     void retire(std::unique_ptr<QQuickView> view);
     void dropEngineWhenUnused();
+    void dropEngine();
 
     Theme& theme_;
     Prepare prepare_;

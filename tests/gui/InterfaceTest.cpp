@@ -54,5 +54,18 @@ TEST_F(InterfaceTest, FiftyOpeningsLeaveNothingBehind) {
     EXPECT_TRUE(until([] { return QGuiApplication::allWindows().isEmpty(); }));
 }
 
+/// Rows that a list has dropped are deleted a turn later and slide on until then, which without their engine is a
+/// crash.
+TEST_F(InterfaceTest, NothingOfAListOutlivesItsEngine) {
+    model->openMain();
+    model->beginCapture();
+    ASSERT_TRUE(until([&] { return model->draft() != nullptr; }));
+    settle();
+    model->dismissDraft();
+    ASSERT_FALSE(qApp->findChildren<QQuickItem*>().isEmpty());
+    interface.detach();
+    EXPECT_TRUE(qApp->findChildren<QQuickItem*>().isEmpty());
+}
+
 }  // namespace
 }  // namespace quillo
