@@ -154,8 +154,8 @@ void Windows::dropEngineWhenUnused() {
     Q_EMIT engineDropped();
 }
 
-/// Lists leave the deletion of their rows to a later turn, and a row that is being animated goes on moving until
-/// then: without its engine that ends the program.
+/// Lists leave the deletion of their rows to a later turn, and a row that is being animated goes on moving
+/// until then: without its engine that ends the program.
 void Windows::dropEngine() {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     engine_.reset();

@@ -54,8 +54,8 @@ TEST_F(InterfaceTest, FiftyOpeningsLeaveNothingBehind) {
     EXPECT_TRUE(until([] { return QGuiApplication::allWindows().isEmpty(); }));
 }
 
-/// Rows that a list has dropped are deleted a turn later and slide on until then, which without their engine is a
-/// crash.
+/// Rows that a list has dropped are deleted a turn later and slide on until then, which without their engine
+/// is a crash.
 TEST_F(InterfaceTest, NothingOfAListOutlivesItsEngine) {
     model->openMain();
     model->beginCapture();
