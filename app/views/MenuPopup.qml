@@ -4,7 +4,7 @@ import QtQuick.Templates as T
 import Quillo.Core
 
 T.Popup {
-    id: menu
+    id: popup
     property var entries: []
     property int current: -1
     property Item before: null  // has the keyboard again afterwards: else the window itself would
@@ -60,8 +60,8 @@ T.Popup {
             }
             Repeater {
                 id: repeater
-                model: menu.entries
-                T.AbstractButton {
+                model: popup.entries
+                T.MenuItem {
                     id: row
                     required property var modelData
                     required property int index
@@ -76,14 +76,14 @@ T.Popup {
                     hoverEnabled: true
                     onActiveFocusChanged: if (activeFocus) place.reveal(row)
                     onHoveredChanged: if (hovered && enabled) forceActiveFocus(Qt.MouseFocusReason)
-                    onClicked: { menu.close(); if (entry.act) entry.act() }
+                    onClicked: { popup.close(); if (entry.act) entry.act() }
                     Keys.onReturnPressed: clicked()
                     Keys.onEnterPressed: clicked()
                     Keys.onDownPressed: list.focusRow((index + 1) % repeater.count, 1)
                     Keys.onUpPressed: list.focusRow((index - 1 + repeater.count) % repeater.count, -1)
-                    Accessible.role: entry.separator ? Accessible.Separator : Accessible.MenuItem
+                    Accessible.ignored: entry.separator === true
                     Accessible.name: entry.text || ""
-                    Accessible.checked: menu.current === index
+                    Accessible.checked: popup.current === index
                     Accessible.onPressAction: row.clicked()
 
                     background: Rectangle {
@@ -104,8 +104,8 @@ T.Popup {
                             anchors.left: parent.left
                             anchors.leftMargin: 10
                             anchors.verticalCenter: parent.verticalCenter
-                            name: menu.current === row.index ? "check" : row.entry.iconName || "check"
-                            visible: menu.current === row.index || (row.entry.iconName || "") !== ""
+                            name: popup.current === row.index ? "check" : row.entry.iconName || "check"
+                            visible: popup.current === row.index || (row.entry.iconName || "") !== ""
                             size: Math.round(15 * Theme.scale)
                             color: row.entry.danger ? Theme.danger : Theme.text2
                         }

@@ -75,7 +75,8 @@ TEST_F(LibraryViewTest, WorkspacesAreFoundOpenedRenamedAndDeleted) {
     EXPECT_TRUE(named("Workspaces")->hasActiveFocus());  // the search field does not take the keyboard back
     press(Qt::Key_Left);
     press(Qt::Key_Menu);
-    EXPECT_TRUE(until([&] { return named("Export Workspace…") != nullptr; }));
+    const auto isEntry = [](QAccessibleInterface* face) { return face->role() == QAccessible::MenuItem; };
+    EXPECT_TRUE(until([&] { return named("Export Workspace…", nullptr, isEntry) != nullptr; }));
     press(Qt::Key_Escape);
     EXPECT_TRUE(until([&] { return !named("Export Workspace…"); }));
     press(Qt::Key_Delete);
