@@ -35,6 +35,54 @@ int millisecondsUntil(AccessibilityBus::Deadline deadline) {
     return static_cast<int>(std::chrono::ceil<std::chrono::milliseconds>(left).count());
 }
 
+void iterate() {
+    g_main_context_iteration(g_main_context_get_thread_default(), true);
+}
+
+struct Connecting {
+    GObjectPtr<GDBusConnection> connection;
+    bool ended = false;
+};
+
+void takeConnection(GObject*, GAsyncResult* result, gpointer data) {
+    auto& connecting = *static_cast<Connecting*>(data);
+    GError* error = nullptr;
+    connecting.connection.reset(g_dbus_connection_new_for_address_finish(result, &error));
+    const GErrorPtr reason(error);
+    connecting.ended = true;
+}
+
+/// Is cancelled at the deadline, or with `owner`. Its timer runs in the thread's default context.
+class Limit {
+  public:
+    Limit(AccessibilityBus::Deadline deadline, GCancellable* owner)
+        : owner_(owner),
+          timer_(g_timeout_source_new(static_cast<guint>(std::max(0, millisecondsUntil(deadline))))) {
+        const auto passOn = +[](GCancellable*, gpointer to) { g_cancellable_cancel(G_CANCELLABLE(to)); };
+        link_ = g_cancellable_connect(owner, G_CALLBACK(passOn), cancellable.get(), nullptr);
+        const auto expire = +[](gpointer to) -> gboolean {
+            g_cancellable_cancel(G_CANCELLABLE(to));
+            return G_SOURCE_REMOVE;
+        };
+        g_source_set_callback(timer_, expire, cancellable.get(), nullptr);
+        g_source_attach(timer_, g_main_context_get_thread_default());
+    }
+    Limit(const Limit&) = delete;
+    Limit& operator=(const Limit&) = delete;
+    ~Limit() {
+        g_source_destroy(timer_);
+        g_source_unref(timer_);
+        g_cancellable_disconnect(owner_, link_);
+    }
+
+    const GObjectPtr<GCancellable> cancellable{g_cancellable_new()};
+
+  private:
+    GCancellable* owner_;
+    GSource* timer_;
+    gulong link_ = 0;
+};
+
 std::vector<Accessible> accessiblesIn(GVariant* reply) {
     std::vector<Accessible> found;
     if (!reply) return found;
@@ -51,17 +99,19 @@ std::vector<Accessible> accessiblesIn(GVariant* reply) {
 }  // namespace
 
 std::unique_ptr<AccessibilityBus> AccessibilityBus::connect(const std::string& address,
-                                                            GCancellable* cancellable) {
+                                                            GCancellable* cancellable, Deadline deadline) {
     if (!address.starts_with("unix:") || address.contains(';')) return nullptr;
-    GError* error = nullptr;
-    GObjectPtr<GDBusConnection> connection(g_dbus_connection_new_for_address_sync(
+    const Limit limit(deadline, cancellable);
+    Connecting connecting;
+    g_dbus_connection_new_for_address(
         address.c_str(),
         static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                           G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
-        nullptr, cancellable, &error));
-    const GErrorPtr reason(error);
-    if (!connection) return nullptr;
-    return std::unique_ptr<AccessibilityBus>(new AccessibilityBus(std::move(connection), cancellable));
+        nullptr, limit.cancellable.get(), takeConnection, &connecting);
+    while (!connecting.ended) iterate();
+    if (!connecting.connection) return nullptr;
+    return std::unique_ptr<AccessibilityBus>(
+        new AccessibilityBus(std::move(connecting.connection), cancellable));
 }
 
 AccessibilityBus::~AccessibilityBus() {
@@ -85,7 +135,7 @@ std::vector<AccessibilityBus::Reply> AccessibilityBus::callAll(std::vector<Call>
         ++round.outstanding;
     }
     // Each call ends by its own time limit, so this does.
-    while (round.outstanding > 0) g_main_context_iteration(g_main_context_get_thread_default(), true);
+    while (round.outstanding > 0) iterate();
     return std::move(round.replies);
 }
 

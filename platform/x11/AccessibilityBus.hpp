@@ -37,8 +37,10 @@ class AccessibilityBus {
         bool timedOut = false;  // the application did not answer in time
     };
 
-    /// Absent when nothing listens there. Only sockets of this machine are tried, whatever the address says.
-    static std::unique_ptr<AccessibilityBus> connect(const std::string& address, GCancellable* cancellable);
+    /// Absent when nothing listens there, or what listens does not answer in time. Only sockets of this
+    /// machine are tried, whatever the address says.
+    static std::unique_ptr<AccessibilityBus> connect(const std::string& address, GCancellable* cancellable,
+                                                     Deadline deadline);
     AccessibilityBus(const AccessibilityBus&) = delete;
     AccessibilityBus& operator=(const AccessibilityBus&) = delete;
     ~AccessibilityBus();

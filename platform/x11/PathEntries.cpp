@@ -117,12 +117,12 @@ Frame* frameOf(const PathEntries::Window& window, std::vector<Frame>& frames) {
 
 }  // namespace
 
-bool PathEntries::isConnected(const std::string& address) {
+bool PathEntries::isConnected(const std::string& address, Deadline deadline) {
     if (address == address_ && bus_ && bus_->alive()) return true;
     if (address == address_ && Clock::now() < nextConnect_) return false;
     address_ = address;
     entries_.clear();
-    bus_ = AccessibilityBus::connect(address, cancellable_);
+    bus_ = AccessibilityBus::connect(address, cancellable_, deadline);
     nextConnect_ = Clock::now() + restAfterTimeout;
     return bus_ != nullptr;
 }
@@ -140,7 +140,7 @@ std::map<xcb_window_t, std::string> PathEntries::read(const std::vector<Window>&
                                                       const std::string& address, const std::string& home,
                                                       Deadline deadline) {
     Found found;
-    if (windows.empty() || !isConnected(address)) return found;
+    if (windows.empty() || !isConnected(address, deadline)) return found;
     std::vector<Candidate> known;
     for (const auto& window : windows) {
         const auto entry = entries_.find(window.number);

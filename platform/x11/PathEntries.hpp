@@ -53,7 +53,7 @@ class PathEntries {
     };
     using Found = std::map<xcb_window_t, std::string>;
 
-    bool isConnected(const std::string& address);
+    bool isConnected(const std::string& address, Deadline deadline);
     bool rests(ProcessID pid) const;
     bool isKnown(const Accessible& frame) const;
     /// Asks for the candidates' texts, and remembers those that show their window's folder.
