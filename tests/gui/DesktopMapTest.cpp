@@ -91,7 +91,6 @@ TEST_F(DesktopMapTest, EveryStyleIsDrawnInBothAppearances) {
             const bool failed = front->window.state == TileState::failed;
             const QColor expected = Theme::color(failed ? theme.colors().dangerTint : colors.tileFront);
             EXPECT_EQ(view->grabWindow().pixelColor(corner).name(), expected.name());
-            picture(QString("map-%1-%2").arg(c.name, dark ? "dark" : "light"));
         }
     }
 }
@@ -172,11 +171,8 @@ TEST_F(DesktopMapTest, HoldsItsTextAtOneAndAHalfTimesTheSize) {
     registerSingleton("Theme", large);
     showMap("detail", {672, 324}, samples::productLaunch(), "coral");
     EXPECT_EQ(picture_->theme(), &large);
-    picture("map-detail-large-text");
     const MapDisplay& display = picture_->layout().displays.front();
     EXPECT_LE(display.caption.maxY(), 324);
-    showMap("card", {332, 118}, samples::productLaunch(), "coral");
-    picture("map-card-large-text");
     view.reset();
     registerSingleton("Theme", theme);
 }

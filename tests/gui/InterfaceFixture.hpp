@@ -1,5 +1,7 @@
 // The whole interface over a model on a simulated desktop: every surface can be opened in turn.
 #pragma once
+#include <utility>
+
 #include "app/UpdateController.hpp"
 #include "app/gui/Interface.hpp"
 #include "platform/simulated/SimulatedKeyMonitor.hpp"
@@ -8,9 +10,35 @@
 
 namespace quillo::samples {
 
+/// How the person has set the system, the window and the text.
+struct Look {
+    const char* name;
+    QSize window{1080, 720};
+    bool dark = false;
+    const char* textScale = "1";
+    bool mirrored = false;
+};
+
+/// Before the theme is made, which reads the text scale once.
+class LookSet {
+  protected:
+    explicit LookSet(const Look& look) {
+        qputenv("QUILLO_TEXT_SCALE", look.textScale);
+        QGuiApplication::setLayoutDirection(look.mirrored ? Qt::RightToLeft : Qt::LeftToRight);
+    }
+    LookSet(const LookSet&) = delete;
+    LookSet& operator=(const LookSet&) = delete;
+    ~LookSet() {
+        qunsetenv("QUILLO_TEXT_SCALE");
+        QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+    }
+};
+
 class InterfaceTest : public testing::Test {
   protected:
-    explicit InterfaceTest(const Scene& scene = Model::desk()) : desk(scene) {
+    explicit InterfaceTest(const Scene& scene = Model::desk(), TextVariant texts = TextVariant::onLinux,
+                           Capability updating = Capability::available())
+        : desk(scene), updater(std::move(updating)), variant(texts) {
         Workspace workspace = example();
         workspace.name = "Work";
         EXPECT_TRUE(desk.store.save(workspace));
@@ -129,6 +157,7 @@ class InterfaceTest : public testing::Test {
     Model desk;
     Theme theme;
     SimulatedUpdater updater;
+    const TextVariant variant;
     UpdateController updates{updater};
     SimulatedKeyMonitor keys;
     Interface interface{{.theme = theme,
@@ -138,7 +167,7 @@ class InterfaceTest : public testing::Test {
                          .desktop = desk.desktop.access,
                          .keys = keys,
                          .updates = updates,
-                         .variant = TextVariant::onLinux}};
+                         .variant = variant}};
     std::unique_ptr<AppModel> model;
 };
 

@@ -28,7 +28,6 @@ class LibraryViewTest : public GuiTest {
 TEST_F(LibraryViewTest, WorkspacesAreFoundOpenedRenamedAndDeleted) {
     show("RootView.qml");
     EXPECT_TRUE(named("Save your first workspace"));
-    picture("library-empty");
     for (const char* name : {"Product launch", "Thesis, chapter four", "Server room"}) {
         Workspace workspace = samples::example();
         workspace.id = Uuid::random();
@@ -39,7 +38,6 @@ TEST_F(LibraryViewTest, WorkspacesAreFoundOpenedRenamedAndDeleted) {
     }
     model->reload();
     settle();
-    picture("library-light");
     type("thesis");
     EXPECT_TRUE(named("Thesis, chapter four"));
     EXPECT_EQ(library.count(), 1);
@@ -52,7 +50,6 @@ TEST_F(LibraryViewTest, WorkspacesAreFoundOpenedRenamedAndDeleted) {
     press(Qt::Key_Down);
     press(Qt::Key_Space);
     EXPECT_EQ(ui.page(), "detail");
-    picture("detail-light");
     click("Rename");
     type("zz");
     press(Qt::Key_Return);
@@ -91,12 +88,10 @@ TEST_F(LibraryViewTest, WorkspacesAreFoundOpenedRenamedAndDeleted) {
     click("Delete Workspace");
     EXPECT_TRUE(until([&] { return library.count() == 3 && !named("Cancel"); }));
     EXPECT_FALSE(named(goneName)) << goneName.toStdString();
-    theme.setDark(true);
-    picture("library-dark");
     model.directory.write("workspaces/" + Uuid::random().upper() + ".json", "{");
     model->reload();
     settle();
-    picture("library-banner");
+    EXPECT_EQ(library.issues().size(), 1);
 }
 
 TEST_F(LibraryViewTest, ResumingPassesTheStoredMode) {

@@ -26,18 +26,14 @@ class OnboardingTest : public GuiTest {
 TEST_F(OnboardingTest, ReturnLeadsToTheFirstCapture) {
     show("OnboardingView.qml");
     EXPECT_TRUE(named("Pick up where you left off."));
-    picture("onboarding-1");
     press(Qt::Key_Return);
     EXPECT_TRUE(named("Window access."));
     EXPECT_TRUE(named("Your window manager answers. There is nothing to switch on."));
     EXPECT_FALSE(named("Waiting for access…"));
-    picture("onboarding-2");
     press(Qt::Key_Return);
     EXPECT_TRUE(named("Two shortcuts to remember."));
-    picture("onboarding-3");
     press(Qt::Key_Return);
     EXPECT_TRUE(named("Save your first workspace."));
-    picture("onboarding-4");
     press(Qt::Key_Escape);
     click("Back");
     EXPECT_TRUE(named("Window access."));
@@ -57,7 +53,6 @@ TEST_F(OnboardingTest, AccessThatComesLeadsOn) {
     click("Continue");
     EXPECT_TRUE(named("Waiting for access…"));
     EXPECT_FALSE(named("Continue"));
-    picture("onboarding-2-waiting");
     model.setTrusted(true);
     ASSERT_TRUE(until([&] { return onboarding.step() == OnboardingPresenter::shortcuts; }));
     // Only the step that waits for it goes on by itself.
@@ -82,7 +77,6 @@ TEST_F(OnboardingTest, OnAMacTheSettingsAreOpened) {
     press(Qt::Key_Return);
     EXPECT_TRUE(named("Allow window access."));
     EXPECT_TRUE(named("Privacy & Security → Accessibility → turn on Quillo"));
-    picture("onboarding-2-mac");
     click("Open System Settings");
     EXPECT_TRUE(model->promptedForAccessibility());
     EXPECT_EQ(onboarding.step(), OnboardingPresenter::access);

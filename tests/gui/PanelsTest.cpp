@@ -1,13 +1,10 @@
 // The two panels: the switcher by its keys, the restore panel while a restore runs and when it is over.
 #include "app/gui/RestorePresenter.hpp"
 #include "app/gui/SwitcherPresenter.hpp"
-#include "tests/app/MapSamples.hpp"
 #include "tests/gui/GuiFixture.hpp"
 
 namespace quillo {
 namespace {
-
-using namespace std::chrono_literals;
 
 class PanelsTest : public samples::GuiTest {
   protected:
@@ -35,10 +32,6 @@ class PanelsTest : public samples::GuiTest {
     Workspace desk(const std::string& name) {
         model.save(name);
         return model.named(name);
-    }
-    static Workspace drawn(const std::string& name, const char* icon, const char* color,
-                           WorkspaceSnapshot snapshot) {
-        return Workspace::create(Uuid::random(), name, icon, color, std::move(snapshot), Instant{1000s});
     }
 
     LibraryIndex index{[this]() -> const std::vector<Workspace>& { return model->workspaces(); }};
@@ -170,54 +163,6 @@ TEST_F(PanelsTest, ARestoreIsStoppedByItsButtonAndSaysWhatIsMissing) {
     click("Stop resuming");
     ASSERT_TRUE(until([&] { return !restore.running(); }));
     EXPECT_TRUE(model->restore()->report()->cancelled);
-}
-
-TEST_F(PanelsTest, Pictures) {
-    samples::MapSample one, two;
-    one.display("main", {0, 0, 1512, 982}, true)
-        .window("Safari", {3, 4, 50, 80}, "Start Page")
-        .window("Keynote", {34, 20, 36, 50}, "Launch deck.key")
-        .window("Notes", {66, 4, 30, 28}, "Launch checklist")
-        .window("Calendar", {62, 34, 34, 60}, "Calendar")
-        .display("side", {1512, 200, 1200, 800})
-        .window("Mail", {4, 5, 60, 80}, "Inbox")
-        .window("Messages", {48, 30, 48, 66}, "Launch team");
-    two.display("main", {0, 0, 1512, 982}, true).window("Music", {0, 0, 100, 100}, "", samples::inFullScreen);
-    const char* icons[] = {"briefcase",  "hammer", "paintbrush.pointed", "book", "terminal",
-                           "music.note", "leaf"};
-    for (std::size_t i = 0; i < 7; ++i) {
-        ASSERT_TRUE(model.store.save(drawn("Workspace " + std::to_string(i), icons[i],
-                                           Workspace::colors[i].data(), i % 3 == 1 ? two.made : one.made)));
-    }
-    model->reload();
-    Workspace launch = drawn("Product launch", "briefcase", "coral", desk("Desk").snapshot);
-    ApplicationSnapshot viewer{
-        "org.viewer", "Viewer", model.desktop.plain.applications.location("org.viewer"), {}, {}};
-    viewer.windows = {
-        samples::savedWindow(model.desktop, {10, 400, 300, 200}, "Page"),
-        samples::savedWindow(model.desktop, {1500, 100, 700, 500}, "A page that is no longer there")};
-    viewer.windows.back().index = 1;
-    ApplicationSnapshot gone{"org.gone", "Presenter", {}, {}, {}};
-    gone.windows = {samples::savedWindow(model.desktop, {600, 300, 500, 400}, "Launch deck")};
-    launch.snapshot.applications.insert(launch.snapshot.applications.end(), {viewer, gone});
-    for (const bool dark : {false, true}) {
-        theme.setDark(dark);
-        const QString suffix = dark ? "-dark" : "-light";
-        open("SwitcherPanel.qml", 480);
-        picture("switcher" + suffix);
-        type("tax return");
-        fit();
-        picture("switcher-nomatch" + suffix);
-
-        model->restore(launch, {});
-        open("RestorePanel.qml", 380);
-        until([&] { return restore.rowCount() > 1; });
-        fit();
-        picture("restore-progress" + suffix);
-        until([&] { return !restore.running(); });
-        fit();
-        picture("restore-over" + suffix);
-    }
 }
 
 }  // namespace

@@ -73,10 +73,6 @@ TEST_F(ReviewTest, WhatIsUntickedIsNotSaved) {
     ASSERT_TRUE(named("Include Accounts"));
     EXPECT_TRUE(named("Include Accounts")->property("checked").toBool());
     EXPECT_LT(named("Include Accounts")->opacity(), 0.5);
-    picture("review");
-    theme.setDark(true);
-    view->setColor(theme.background());
-    picture("review-dark");
     click("Save Workspace");
 
     const WorkspaceSnapshot snapshot = saved("Interview week");
@@ -110,7 +106,6 @@ TEST_F(ReviewTest, EverythingGoesByKeyboard) {
     press(Qt::Key_Down);  // Notes
     press(Qt::Key_Space);
     press(Qt::Key_Space);
-    picture("review-keys");
     press(Qt::Key_Return, Qt::ControlModifier);
 
     EXPECT_EQ(saved("Keys").applications.size(), 2U);
@@ -123,7 +118,6 @@ TEST_F(ReviewTest, ANarrowWindowHasOneColumn) {
     open({}, {800, 600});
     type("Small");  // the keyboard is in the field, wherever it stands
     EXPECT_EQ(review.name(), "Small");
-    picture("review-narrow");
     QQuickItem* field = named("Name this workspace");
     ASSERT_TRUE(field);
     EXPECT_GT(field->mapToScene({}).y(), 200);  // below the map
@@ -142,7 +136,6 @@ TEST_F(ReviewTest, EscapeAsksOnlyWhereSomethingWouldBeLost) {
     click("Include Banking");
     press(Qt::Key_Escape);
     EXPECT_TRUE(named("Discard this review?"));
-    picture("review-discard");
     press(Qt::Key_Escape);  // the question away, the review as it was
     ASSERT_TRUE(until([&] { return !named("Keep Reviewing"); }));
     ASSERT_TRUE(model->draft());

@@ -232,26 +232,5 @@ TEST_F(SettingsTest, IntegrationsAndPanesByKeyboard) {
     EXPECT_EQ(updater.installed, std::vector<std::string>{"2.0"});
 }
 
-TEST_F(SettingsTest, Pictures) {
-    model.change([](AppSettings& all) {
-        all.autoSnapshotMinutes = 10;
-        all.excludedBundleIdentifiers = {"org.editor", "org.viewer"};
-        all.excludedDomains = {"bank.example.com", "health.example.org"};
-    });
-    const Shortcut save = defaultShortcut(HotKeyAction::save);
-    model.hotKeys.taken = {{save.keyCode, save.modifiers}};
-    model.change([](AppSettings& all) { all.shortcutsEnabled = false; });
-    model.change([](AppSettings& all) { all.shortcutsEnabled = true; });
-    for (const bool dark : {false, true}) {
-        theme.setDark(dark);
-        for (const char* pane : {"general", "integrations", "privacy", "about"}) {
-            open(pane, dark ? QSize(1024, 700) : QSize(1080, 720));
-            if (dark && pane == std::string_view("general"))
-                click("Shortcut for the switcher: Ctrl+Alt+Super+R");
-            picture(QString("settings-") + pane + (dark ? "-dark" : "-light"));
-        }
-    }
-}
-
 }  // namespace
 }  // namespace quillo

@@ -66,28 +66,12 @@ TEST_F(FocusOrderTest, TabWalksEverySurfaceInReadingOrderAndBack) {
     });
 }
 
-struct Look {
-    const char* name;
-    bool mirrored;
-    const char* textScale;
-    QSize window;
-};
-
-/// Before the theme is made, which reads it once.
-class LookSet : public testing::WithParamInterface<Look> {
+class LayoutTest : public samples::LookSet,
+                   public samples::InterfaceTest,
+                   public testing::WithParamInterface<samples::Look> {
   protected:
-    LookSet() {
-        qputenv("QUILLO_TEXT_SCALE", GetParam().textScale);
-        QGuiApplication::setLayoutDirection(GetParam().mirrored ? Qt::RightToLeft : Qt::LeftToRight);
-    }
-    ~LookSet() override {
-        qunsetenv("QUILLO_TEXT_SCALE");
-        QGuiApplication::setLayoutDirection(Qt::LeftToRight);
-    }
-};
+    LayoutTest() : LookSet(GetParam()) {}
 
-class LayoutTest : public LookSet, public samples::InterfaceTest {
-  protected:
     /// Where the ink of a text is.
     static QRectF ink(QQuickItem& text) {
         const double width = std::min(text.property("contentWidth").toDouble(), text.width());
@@ -151,12 +135,14 @@ TEST_P(LayoutTest, NothingIsCutOffOrOverlaps) {
     onEverySurface([](QQuickWindow& window, const char*) { expectReadable(window); }, GetParam().window);
 }
 
-INSTANTIATE_TEST_SUITE_P(Looks, LayoutTest,
-                         testing::Values(Look{"plain", false, "1", {1080, 720}},
-                                         Look{"small", false, "1.5", {760, 520}},
-                                         Look{"mirrored", true, "1", {1080, 720}},
-                                         Look{"mirroredSmall", true, "1.5", {760, 520}}),
-                         [](const auto& look) { return std::string(look.param.name); });
+using samples::Look;
+INSTANTIATE_TEST_SUITE_P(
+    Looks, LayoutTest,
+    testing::Values(Look{.name = "plain"}, Look{.name = "small", .window = {760, 520}, .textScale = "1.5"},
+                    Look{.name = "mirrored", .mirrored = true},
+                    Look{
+                        .name = "mirroredSmall", .window = {760, 520}, .textScale = "1.5", .mirrored = true}),
+    [](const auto& look) { return std::string(look.param.name); });
 
 }  // namespace
 }  // namespace quillo
