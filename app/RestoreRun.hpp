@@ -27,7 +27,7 @@ class RestoreRun final : public QObject {
     /// Nothing failed, nothing was skipped, and nobody stopped it.
     bool clean() const;
 
-    /// "Resuming Work…", then "Work is back" or "Work is mostly back"; "Work was stopped" for a run that was.
+    /// "Resuming Work…", then "Work is back" where it is clean, else "Work is mostly back".
     std::string title() const;
     /// While it runs, how many applications it has come to; then the totals.
     std::string subtitle() const;
