@@ -28,7 +28,8 @@ bool trouble(const Report::Status& status) {
 struct Fate {
     std::map<std::int64_t, QString> windows;  // by place; the latest word counts
     bool begun = false;
-    QString whole;  // of the application, where it failed or was skipped
+    QString whole;         // of the application, where it failed or was skipped
+    bool missing = false;  // none of its windows can come
 };
 
 std::map<std::string, Fate> fates(const std::vector<Report::Item>& items) {
@@ -39,6 +40,7 @@ std::map<std::string, Fate> fates(const std::vector<Report::Item>& items) {
         const QString kind = kindOf(item.status);
         if (!item.savedIndex) {
             if (trouble(item.status)) fate.whole = kind;
+            if (kind == "skipped") fate.missing = true;
         } else if (kind != "note") {
             fate.windows[*item.savedIndex] = kind == "adjusted" ? QStringLiteral("restored") : kind;
         }
@@ -71,7 +73,9 @@ RestoreStates RestoreStates::of(const RestoreRun& run) {
         const Fate fate = found == known.end() ? Fate{} : found->second;
         for (std::size_t place = 0; place < application.windows.size(); ++place) {
             const auto own = fate.windows.find(static_cast<std::int64_t>(place));
-            QString state = over ? fate.whole : fate.begun ? QStringLiteral("landing") : QString();
+            QString state = over || fate.missing ? fate.whole
+                            : fate.begun         ? QStringLiteral("landing")
+                                                 : QString();
             if (own != fate.windows.end()) state = own->second;
             if (state.isEmpty()) state = QStringLiteral("pending");
             ++windows;

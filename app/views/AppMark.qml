@@ -14,7 +14,7 @@ Rectangle {
     antialiasing: true
     Accessible.ignored: true
 
-    Rectangle { x: 8 * root.unit; y: 9 * root.unit; width: 14 * root.unit; height: 22 * root.unit; radius: 3 * root.unit; color: Theme.onAccent; antialiasing: true }
-    Rectangle { x: 24 * root.unit; y: 9 * root.unit; width: 8 * root.unit; height: 9 * root.unit; radius: 2.5 * root.unit; color: Theme.onAccent; opacity: 0.8; antialiasing: true }
-    Rectangle { x: 24 * root.unit; y: 21 * root.unit; width: 8 * root.unit; height: 10 * root.unit; radius: 2.5 * root.unit; color: Theme.onAccent; opacity: 0.5; antialiasing: true }
+    Rectangle { x: Math.round(8 * root.unit); y: Math.round(9 * root.unit); width: Math.round(14 * root.unit); height: Math.round(22 * root.unit); radius: 3 * root.unit; color: Theme.onAccent; antialiasing: true }
+    Rectangle { x: Math.round(24 * root.unit); y: Math.round(9 * root.unit); width: Math.round(8 * root.unit); height: Math.round(9 * root.unit); radius: 2.5 * root.unit; color: Theme.onAccent; opacity: 0.8; antialiasing: true }
+    Rectangle { x: Math.round(24 * root.unit); y: Math.round(21 * root.unit); width: Math.round(8 * root.unit); height: Math.round(10 * root.unit); radius: 2.5 * root.unit; color: Theme.onAccent; opacity: 0.5; antialiasing: true }
 }

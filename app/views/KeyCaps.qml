@@ -25,8 +25,8 @@ Row {
             readonly property string symbol: root.symbols[modelData] || ""
             readonly property string word: Ui.modifierWord(modelData)
 
-            width: Math.max(24, (symbol !== "" && word === "" ? 14 : words.implicitWidth) + 12)
-            height: 24
+            width: Math.max(height, (symbol !== "" && word === "" ? Math.round(14 * Theme.scale) : Math.ceil(words.implicitWidth)) + 12)
+            height: Math.round(24 * Theme.scale)
             radius: 6
             color: Theme.sunken
             border.width: 1
@@ -35,7 +35,7 @@ Row {
                 anchors.centerIn: parent
                 visible: parent.symbol !== "" && parent.word === ""
                 name: visible ? parent.symbol : "x"
-                size: 14
+                size: Math.round(14 * Theme.scale)
             }
             UiText {
                 id: words

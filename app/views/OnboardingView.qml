@@ -15,6 +15,8 @@ FocusScope {
         Ui.text("Quillo uses Accessibility to restore window positions. Your workspace data stays on this Mac."),
         "They work from any app. Click one to change it.",
         "Review what's open, remove anything private, then save. Tabs and folders are optional in Settings."]
+    // Two sentences that do not fit in a line have a line each.
+    function balanced(text, fits) { return fits ? text : text.replace(". ", ".\n") }
 
     function proceed() {
         if (step === 1 && !Onboarding.granted) Onboarding.requestAccess()
@@ -35,18 +37,16 @@ FocusScope {
     Rectangle {
         id: wall
         width: parent.width
-        height: Math.max(120, Math.min(Math.round(root.height * 0.54), root.height - page.implicitHeight - foot.height - 56))
+        height: Math.round(Math.max(96, Math.min(root.height * 0.54, root.height - page.implicitHeight - foot.height - 56)))
         color: Theme.accentTint
         clip: true
         OnboardingPicture {
             step: root.step
             granted: Onboarding.granted
-            width: 1080
-            height: 388
-            x: (wall.width - width) / 2
-            y: root.step === 1 ? 0 : (wall.height - height * scale) / 2
-            transformOrigin: Item.Top
-            scale: Math.min(wall.width / 1080, wall.height / 388, 1.5)
+            // The wall's edge may cut the second step's picture off below the row that counts.
+            unit: Math.min(wall.width / 1080, wall.height / (root.step === 1 ? 300 : 388), 1.5)
+            x: Math.round((wall.width - width) / 2)
+            y: root.step === 1 ? 0 : Math.round((wall.height - height) / 2)
         }
         Rectangle {
             y: parent.height - 1
@@ -78,10 +78,12 @@ FocusScope {
             anchors.horizontalCenter: parent.horizontalCenter
             width: page.inner
             role: "lead"
-            text: root.texts[root.step]
+            text: root.balanced(root.texts[root.step], whole.advanceWidth <= width)
+            Accessible.name: root.texts[root.step]
             color: Theme.text2
             horizontalAlignment: Text.AlignHCenter
             wrapMode: Text.Wrap
+            TextMetrics { id: whole; font: Theme.font("lead"); text: root.texts[root.step] }
         }
         Item { width: 1; height: 20 }
 
@@ -91,7 +93,7 @@ FocusScope {
             visible: root.step === 1 && Onboarding.granted
             height: visible ? implicitHeight : 0
             spacing: 8
-            Icon { name: "circle-check"; size: 18; color: Theme.success; anchors.verticalCenter: parent.verticalCenter }
+            Icon { name: "circle-check"; size: Math.round(18 * Theme.scale); color: Theme.success; anchors.verticalCenter: parent.verticalCenter }
             UiText {
                 width: Math.min(implicitWidth, page.inner)
                 text: Ui.text("Access is on. You can go on.")
@@ -137,7 +139,7 @@ FocusScope {
                 }
             }
         }
-        Item { width: 1; height: root.step === 0 || root.step === 3 ? 8 : 16 }
+        Item { width: 1; height: root.step === 2 || root.step === 1 && (Ui.onLinux || !root.refused) ? 16 : 8 }
 
         Row {
             anchors.horizontalCenter: parent.horizontalCenter
@@ -145,14 +147,14 @@ FocusScope {
             PushButton {
                 id: primary
                 visible: !root.refused || !Ui.onLinux
-                width: Math.max(180, implicitWidth)
+                width: Math.max(180, implicitWidth + 12)
                 large: true
                 kind: "primary"
                 text: root.step === 3 ? "Save current desktop" : root.refused ? "Open System Settings" : "Continue"
                 onClicked: root.proceed()
             }
         }
-        Item { width: 1; height: 10 }
+        Item { width: 1; height: root.refused && !Ui.onLinux ? 16 : 10 }
         UiText {
             anchors.horizontalCenter: parent.horizontalCenter
             visible: root.refused && text !== ""
@@ -163,9 +165,10 @@ FocusScope {
         Row {
             anchors.horizontalCenter: parent.horizontalCenter
             visible: root.refused
-            topPadding: 8
+            topPadding: Ui.onLinux ? 0 : 12
+            bottomPadding: Ui.onLinux ? 6 : 0
             spacing: 7
-            Spinner { size: 13; anchors.verticalCenter: waiting.verticalCenter }
+            Spinner { size: Math.round(13 * Theme.scale); anchors.verticalCenter: waiting.verticalCenter }
             UiText { id: waiting; role: "caption"; text: "Waiting for access…"; color: Theme.text2 }
         }
         PushButton {

@@ -48,10 +48,12 @@ Item {
         width: parent.width - 45 - 44 - (first.visible ? first.width + 10 : 0)
         UiText {
             width: parent.width
-            text: root.kind === "opened" || root.kind === "created" ? root.subject + ": " + root.outcome : root.subject
+            // No line begins with a dot or with a desktop's number.
+            text: (root.kind === "opened" || root.kind === "created" ? root.subject + ": " + root.outcome : root.subject)
+                  .replace(/ · /g, "\u00a0· ").replace(/ (\d+)$/, "\u00a0$1")
             // The application stands at the start and the desktop at the end.
             wrapMode: Theme.scale > 1 ? Text.Wrap : Text.NoWrap
-            maximumLineCount: 2
+            maximumLineCount: 4
             elide: wrapMode === Text.Wrap ? Text.ElideRight : Text.ElideMiddle
             Accessible.ignored: true
         }

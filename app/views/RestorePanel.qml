@@ -162,6 +162,6 @@ Rectangle {
             HoverHandler { id: reader }
             ScrollBar { flickable: list }
         }
-        Item { width: 1; height: 6 }
+        Item { width: 1; height: list.count === 0 ? 14 : 6 }
     }
 }

@@ -32,17 +32,18 @@ Rectangle {
             width: parent.width
             height: root.rowHeight
             Icon {
+                id: glass
                 anchors.left: parent.left
                 anchors.leftMargin: 18
                 anchors.verticalCenter: parent.verticalCenter
                 name: "search"
-                size: 18
+                size: Math.round(18 * Theme.scale)
             }
             Field {
                 id: field
-                anchors.left: parent.left
-                anchors.leftMargin: 48
-                width: parent.width - 48 - 16
+                anchors.left: glass.right
+                anchors.leftMargin: 12
+                width: parent.width - 18 - glass.width - 12 - 16
                 height: parent.height
                 bare: true
                 focus: true
@@ -63,8 +64,7 @@ Rectangle {
         ListView {
             id: list
             visible: count > 0
-            x: 8
-            width: parent.width - 16
+            width: parent.width
             height: Math.min(count, root.mostRows) * root.rowHeight + topMargin + bottomMargin
             topMargin: 8
             bottomMargin: 8
@@ -75,7 +75,12 @@ Rectangle {
             highlightFollowsCurrentItem: false
             keyNavigationEnabled: false
             currentIndex: Switcher.highlighted
-            onCurrentIndexChanged: if (currentIndex < count) positionViewAtIndex(currentIndex, ListView.Contain)
+            onCurrentIndexChanged: {
+                if (currentIndex >= count) return
+                positionViewAtIndex(currentIndex, ListView.Contain)
+                const row = itemAtIndex(currentIndex)  // and it does not touch the edge
+                if (row) contentY = Math.max(row.y + row.height + bottomMargin - height, Math.min(contentY, row.y - topMargin))
+            }
             model: Switcher.rows
             delegate: SwitcherRow {
                 required property int index
@@ -84,7 +89,8 @@ Rectangle {
                 required property string icon
                 required property string colorName
                 required property var source
-                width: list.width
+                x: 8
+                width: list.width - 16
                 height: root.rowHeight
                 title: name
                 detail: apps

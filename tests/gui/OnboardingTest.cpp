@@ -46,6 +46,32 @@ TEST_F(OnboardingTest, ReturnLeadsToTheFirstCapture) {
     EXPECT_TRUE(model->capturing());
 }
 
+/// Drawn between pixels, an edge or a corner of it is lost. What leans is not meant.
+void expectWholePixels(const QQuickItem& item, bool picture = false) {
+    if (item.rotation() != 0) return;
+    picture = picture || QString(item.metaObject()->className()).startsWith("OnboardingPicture");
+    if (picture && item.inherits("QQuickRectangle")) {
+        const QRectF place = item.mapRectToScene({0, 0, item.width(), item.height()});
+        EXPECT_EQ(place, QRectF(place.toAlignedRect()))
+            << place.x() << " " << place.y() << " " << place.width();
+    }
+    for (const QQuickItem* child : item.childItems()) expectWholePixels(*child, picture);
+}
+
+TEST_F(OnboardingTest, ThePicturesAreSharpInEveryWindow) {
+    for (const QSize size : {QSize(1024, 700), QSize(1440, 900), QSize(761, 521)}) {
+        show("OnboardingView.qml", size);
+        for (int step = 0; step < onboarding.steps(); ++step) {
+            EXPECT_EQ(onboarding.step(), step);
+            settle();
+            expectWholePixels(*view->rootObject());
+            onboarding.next();
+        }
+        while (onboarding.step() > 0) onboarding.back();
+        view.reset();
+    }
+}
+
 TEST_F(OnboardingTest, AccessThatComesLeadsOn) {
     model.setTrusted(false);
     ASSERT_TRUE(until([&] { return !model->accessibilityGranted(); }));
