@@ -151,25 +151,27 @@ double captionHeight(const MapRequest& request) {
     return mapMeasures(request.style).large ? 7 + std::round(20 * request.textScale) + 4 : 0;
 }
 
-std::vector<PlacedDisplay> placeDisplays(std::span<const DisplaySnapshot> displays,
-                                         const MapRequest& request) {
-    std::vector<PlacedDisplay> placed;
-    std::vector<Rect> frames;
+std::vector<PlacedDisplay> usableDisplays(std::span<const DisplaySnapshot> displays) {
+    std::vector<PlacedDisplay> found;
     for (const DisplaySnapshot& display : displays) {
-        if (!usable(display.frame) || placed.size() == mostDisplays) continue;
-        placed.push_back({&display, {}});
-        frames.push_back(display.frame);
+        if (usable(display.frame) && found.size() < mostDisplays) found.push_back({&display, {}});
     }
-    if (placed.empty()) return placed;
+    return found;
+}
+
+void placeDisplays(std::vector<PlacedDisplay>& displays, const MapRequest& request) {
+    if (displays.empty()) return;
+    std::vector<Rect> frames;
+    for (const PlacedDisplay& placed : displays) frames.push_back(placed.display->frame);
     const Space space = spaceFor(request);
     if (overlapping(frames) || (frames.size() > 1 && tooSmall(scaled(frames, space)))) frames = inRow(frames);
     const std::vector<Rect> pixels = scaled(frames, space);
-    const double pips = showsIcons(request) ? 9 : 0;
-    const double below = mapMeasures(request.style).large ? captionHeight(request) : pips;
-    for (std::size_t i = 0; i < placed.size(); ++i) {
-        placed[i].frame = without(pixels[i], gapsOf(i, pixels, mapMeasures(request.style).gap, below));
+    const MapMeasures measures = mapMeasures(request.style);
+    for (std::size_t i = 0; i < displays.size(); ++i) {
+        const double pips = displays[i].several && showsIcons(request) ? 9 : 0;
+        const double below = measures.large ? captionHeight(request) : pips;
+        displays[i].frame = without(pixels[i], gapsOf(i, pixels, measures.gap, below));
     }
-    return placed;
 }
 
 }  // namespace quillo

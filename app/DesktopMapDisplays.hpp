@@ -23,13 +23,15 @@ double captionHeight(const MapRequest& request);
 
 struct PlacedDisplay {
     const DisplaySnapshot* display;
-    Rect frame;  // in the map
+    Rect frame;            // in the map
+    bool several = false;  // desktops: small maps have a row of pips below it
 };
 
 /// In the snapshot's order; displays that have no usable frame, and those beyond the first sixteen, are left
-/// out. Where the arrangement cannot be drawn (displays on top of each other, or a world apart) they stand in
-/// a row.
-std::vector<PlacedDisplay> placeDisplays(std::span<const DisplaySnapshot> displays,
-                                         const MapRequest& request);
+/// out. They have no place yet.
+std::vector<PlacedDisplay> usableDisplays(std::span<const DisplaySnapshot> displays);
+/// Where the arrangement cannot be drawn (displays on top of each other, or a world apart) they stand in a
+/// row.
+void placeDisplays(std::vector<PlacedDisplay>& displays, const MapRequest& request);
 
 }  // namespace quillo

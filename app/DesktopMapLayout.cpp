@@ -209,8 +209,10 @@ bool isMarked(TileState state) {
 
 DesktopMapLayout layoutDesktopMap(const WorkspaceSnapshot& snapshot, const MapRequest& request) {
     DesktopMapLayout layout{.displays = {}, .icons = showsIcons(request)};
-    const std::vector<PlacedDisplay> displays = placeDisplays(snapshot.displays, request);
+    std::vector<PlacedDisplay> displays = usableDisplays(snapshot.displays);
     const std::vector<DisplayWindows> windows = windowsOfDisplays(snapshot, displays, request);
+    for (std::size_t i = 0; i < displays.size(); ++i) displays[i].several = windows[i].choices.size() > 1;
+    placeDisplays(displays, request);
     for (std::size_t i = 0; i < displays.size(); ++i) {
         layout.displays.push_back(makeDisplay(displays[i], windows[i], request));
     }

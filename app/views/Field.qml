@@ -51,7 +51,7 @@ T.TextField {
     UiText {
         anchors.fill: parent
         anchors.leftMargin: (control.mirrored ? control.rightPadding : control.leftPadding)
-                            + (control.bare ? 4 : 0)  // beside the caret
+                            + (control.bare ? 4 : 3)  // beside the caret
         anchors.rightMargin: control.mirrored ? control.leftPadding : control.rightPadding
         verticalAlignment: Text.AlignVCenter
         font: control.font

@@ -6,6 +6,7 @@ FocusScope {
     id: root
     // Changes when it does, not with all that the library tells: what follows it takes the keyboard each time.
     readonly property bool empty: Library.empty
+    readonly property real stripHeight: strip.height
     readonly property int columns: Math.max(1, Math.floor((width - 48 + 18) / (318 + 80 * (Theme.scale - 1))))  // names want room
 
     function focusSearch() {
@@ -32,7 +33,7 @@ FocusScope {
             prompt: "Search workspaces and apps"
             text: Library.query
             focus: !root.empty
-            onEdited: (text) => { Library.query = text; grid.positionViewAtBeginning() }
+            onEdited: (text) => { Library.query = text; grid.showTop() }
             Keys.onDownPressed: if (grid.count > 0) grid.forceActiveFocus(Qt.TabFocusReason)
             Keys.onEscapePressed: (event) => {
                 if (Library.query !== "") Library.query = ""
@@ -57,11 +58,15 @@ FocusScope {
             anchors.verticalCenter: parent.verticalCenter
             spacing: 10
             IconButton {
+                size: Math.round(34 * Theme.scale)
+                iconSize: Math.round(18 * Theme.scale)
                 iconName: "gallery-vertical-end"
                 tip: "Open workspace switcher"
                 onClicked: Ui.toggleSwitcher()
             }
             IconButton {
+                size: Math.round(34 * Theme.scale)
+                iconSize: Math.round(18 * Theme.scale)
                 iconName: "settings"
                 tip: Ui.text("Settings · ⌘,")
                 onClicked: Ui.openSettings()
@@ -79,7 +84,7 @@ FocusScope {
     AccessBanner {
         id: access
         anchors.top: banner.bottom
-        anchors.topMargin: banner.visible ? 8 : 0
+        anchors.topMargin: visible && banner.visible ? 8 : 0
         x: 24
         width: parent.width - 48
     }
@@ -87,13 +92,13 @@ FocusScope {
     GridView {
         id: grid
         anchors.top: access.bottom
-        anchors.topMargin: access.visible || banner.visible ? 12 : 0
+        anchors.topMargin: access.visible || banner.visible ? 13 : 0
         anchors.bottom: strip.top
         x: 24 - 9
         width: parent.width - 48 + 18
         topMargin: 3
         bottomMargin: 16
-        cellWidth: Math.floor(width / root.columns)
+        cellWidth: Math.floor(width / root.columns * 4096) / 4096  // not rounded: the last card ends with the page
         cellHeight: Math.round(118 + 60 * Theme.scale) + 16
         clip: true
         boundsBehavior: Flickable.StopAtBounds
@@ -103,8 +108,16 @@ FocusScope {
         currentIndex: Library.cursor
         // Following by itself, a view makes every card on the way to the current one.
         highlightFollowsCurrentItem: false
-        onCurrentIndexChanged: if (activeFocus) positionViewAtIndex(currentIndex, GridView.Contain)
-        onActiveFocusChanged: if (activeFocus) positionViewAtIndex(currentIndex, GridView.Contain)
+        onCurrentIndexChanged: if (activeFocus) showCurrent()
+        onActiveFocusChanged: if (activeFocus) showCurrent()
+        function showCurrent() {
+            if (currentIndex < root.columns) showTop()
+            else positionViewAtIndex(currentIndex, GridView.Contain)
+        }
+        function showTop() {
+            positionViewAtBeginning()
+            contentY = originY - topMargin
+        }
         activeFocusOnTab: true
         visible: count > 0
         Accessible.role: Accessible.List
@@ -142,8 +155,8 @@ FocusScope {
 
     Column {
         id: nothing
-        readonly property real words: emptyTitle.height + emptyHint.height + 16
-                                      + (Library.empty ? emptyButtons.height + 24 + emptyShortcut.height : 0)
+        readonly property real words: emptyTitle.height + emptyHint.height + 22
+                                      + (Library.empty ? emptyButtons.height + 36 + emptyShortcut.height : 0)
         anchors.centerIn: grid
         width: Math.min(440 * Theme.scale, parent.width - 48)
         visible: grid.count === 0
@@ -215,6 +228,7 @@ FocusScope {
                     text: "Save Current Desktop…"
                     focus: root.empty
                     enabled: Library.canSave && Library.accessibilityGranted
+                    tip: saving.tip
                     onClicked: Library.save()
                 }
             }

@@ -41,7 +41,7 @@ Rectangle {
     Toast {
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.bottom: parent.bottom
-        anchors.bottomMargin: Ui.page === "library" ? 92 : 28
+        anchors.bottomMargin: page.item && page.item.stripHeight ? page.item.stripHeight + 16 : 28
         shown: Ui.toast !== ""
         text: ""
         readonly property string latest: Ui.toast

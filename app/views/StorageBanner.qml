@@ -28,7 +28,9 @@ Rectangle {
         anchors.leftMargin: 28 + Math.round(18 * Theme.scale)
         y: 12
         width: parent.width - anchors.leftMargin - 16
-        height: Math.min(column.height, Math.round(96 * Theme.scale))
+        // Five lines; where issues have two of them, nothing of the sixth.
+        readonly property real most: 5 * Theme.lineHeight("body") + 4 * column.spacing
+        height: column.height <= most ? column.height : most - Math.round(2 * Theme.scale)
         contentHeight: column.height
         clip: true
         boundsBehavior: Flickable.StopAtBounds
@@ -40,6 +42,7 @@ Rectangle {
                 model: root.lines
                 UiText {
                     required property string modelData
+                    anchors.left: column.left
                     width: column.width - (list.contentHeight > list.height ? 12 : 0)
                     text: modelData
                     wrapMode: Text.Wrap

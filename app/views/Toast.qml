@@ -38,9 +38,12 @@ Rectangle {
         UiText {
             id: words
             role: "body-medium"
-            width: Math.min(implicitWidth, 480)
-            wrapMode: implicitWidth > 480 ? Text.Wrap : Text.NoWrap
-            maximumLineCount: 3
+            readonly property real room: (root.parent ? root.parent.width : 0) - 48
+            readonly property real most: Math.min(480 * Theme.scale, room - 41 - 16 * Theme.scale)
+            width: Math.min(implicitWidth, most)
+            wrapMode: implicitWidth > most ? Text.Wrap : Text.NoWrap
+            maximumLineCount: 4
+            elide: Text.ElideRight
             text: root.text
             color: "white"
         }

@@ -23,13 +23,14 @@ Loader {
         padding: 6
         leftPadding: 10
         rightPadding: 10
-        implicitWidth: contentItem.implicitWidth + leftPadding + rightPadding
+        implicitWidth: Math.min(contentItem.implicitWidth + leftPadding + rightPadding, root.Window.width - 2 * margins)
         implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
 
         contentItem: UiText {
             role: "caption"
             text: tip.text
             color: "white"
+            wrapMode: Text.Wrap
         }
         background: Rectangle {
             radius: 7

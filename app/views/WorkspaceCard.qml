@@ -19,7 +19,9 @@ Item {
                                   || resume.hovered || more.hovered
     readonly property var colors: Theme.workspaces[colorName] || Theme.workspaces["slate"]
 
-    function openMenu() { popUpMenu(0, 0) }
+    readonly property bool mirrored: LayoutMirroring.enabled
+    function openMenu() { popUpMenu(mirrored ? card.width : 0, 0) }
+    /// The menu goes from there the way one reads.
     function popUpMenu(left, top) { menu.active = true; menu.item.popupAt(left, top) }
     function askToDelete() { confirmation.active = true; confirmation.item.open() }
     // A view of many rows may show another workspace in the same card: what was asked about the one before goes.
@@ -39,8 +41,9 @@ Item {
 
     Rectangle {
         id: card
-        x: 9
-        width: parent.width - 18
+        readonly property real from: Math.round(root.x)
+        x: from - root.x + 9
+        width: Math.round(root.x + root.width) - from - 18
         height: parent.height - 16
         radius: 14
         color: root.colors.tint
@@ -158,7 +161,7 @@ Item {
                     iconName: "ellipsis"
                     tip: "More actions"
                     focusPolicy: Qt.NoFocus
-                    onClicked: root.popUpMenu(buttons.x + card.width - footer.width, card.height - 8)
+                    onClicked: root.popUpMenu(buttons.x + more.x + (root.mirrored ? more.width : 0), card.height - 8)
                 }
                 IconButton {
                     id: resume
@@ -180,7 +183,9 @@ Item {
             id: menu
             active: false
             sourceComponent: MenuPopup {
-                function popupAt(left, top) { x = left; y = top; open() }
+                property real from: 0
+                function popupAt(place, top) { from = place; y = top; open() }
+                x: root.mirrored ? from - width : from
                 entries: [
                     { text: "Open", iconName: "app-window", act: () => Ui.openDetail(root.workspaceId) },
                     { text: "Resume workspace", iconName: "rotate-ccw", act: () => Library.resume(root.workspaceId) },

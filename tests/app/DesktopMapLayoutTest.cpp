@@ -104,10 +104,10 @@ TEST(DesktopMapLayout, DisplaysKeepScaleAndArrangement) {
          {{0, 0, 1000, 1000}, {1000, 0, 1000, 1000}},
          MapStyle::card,
          {{72, 12, 91, 94}, {169, 12, 91, 94}}},
-        {"one above the other, with room for pips between",
+        {"one above the other",
          {{0, 0, 1000, 500}, {0, -500, 1000, 500}},
          MapStyle::card,
-         {{119, 62, 94, 44}, {119, 12, 94, 35}}},
+         {{119, 62, 94, 44}, {119, 12, 94, 44}}},
         {"on top of each other: in a row",
          {{0, 0, 1000, 1000}, {0, 0, 1000, 1000}},
          MapStyle::card,
@@ -129,6 +129,12 @@ TEST(DesktopMapLayout, DisplaysKeepScaleAndArrangement) {
             if (got != c.expected)
                 ADD_FAILURE() << frame.x << " " << frame.y << " " << frame.width << " " << frame.height;
     }
+    MapSample several;
+    several.display("upper", {0, -500, 1000, 500}, true).desktops("upper", 2);
+    several.display("lower", {0, 0, 1000, 500});
+    EXPECT_EQ(layoutDesktopMap(several.made, request(MapStyle::card, card)).displays.at(0).frame,
+              (Rect{119, 12, 94, 35}))
+        << "room for pips between";
 }
 
 TEST(DesktopMapLayout, CrowdsAndHomelessWindowsAreCounted) {

@@ -135,6 +135,45 @@ TEST_P(LayoutTest, NothingIsCutOffOrOverlaps) {
     onEverySurface([](QQuickWindow& window, const char*) { expectReadable(window); }, GetParam().window);
 }
 
+TEST_P(LayoutTest, TheLibraryKeepsToItsEdges) {
+    for (int i = 0; i < 9; ++i) ASSERT_TRUE(desk.store.save(samples::named(Uuid::random(), "Morning")));
+    model->reload();
+    change([](AppSettings& settings) { settings.onboarded = true; });
+    model->openMain();
+    const QSize size = GetParam().window + QSize(1, 0);  // no number of columns divides it
+    main()->resize(size);
+    settle();
+    QTest::keyClick(main(), 'm');
+    model->show(
+        "Couldn't save “The quarterly report with everything that belongs to it, and a few other things "
+        "besides”: there is no room left on the disk that holds your workspaces.");
+    double left = size.width(), right = 0, strip = 0, toast = size.height();
+    const auto look = [&](QQuickItem& item) {
+        const QString type = item.metaObject()->className();
+        if (item.property("stripHeight").isValid()) strip = item.property("stripHeight").toDouble();
+        if (type.startsWith("WorkspaceCard")) {
+            const QRectF card = sceneRect(*item.childItems().at(0));
+            left = std::min(left, card.left());
+            right = std::max(right, card.right());
+        }
+        if (type.startsWith("Toast")) toast = item.y() + item.height();
+        if (item.inherits("QQuickGridView")) {
+            EXPECT_EQ(item.property("contentY").toDouble(), -item.property("topMargin").toDouble());
+        }
+        if (isText(item) && item.property("text").toString().startsWith("Couldn't")) {
+            EXPECT_FALSE(item.property("truncated").toBool());
+        }
+        return true;
+    };
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        walk(main()->contentItem(), look);
+        return toast < size.height();
+    }));
+    EXPECT_NEAR(left, 24, 0.01);
+    EXPECT_NEAR(right, size.width() - 24, 0.01);
+    EXPECT_EQ(toast, size.height() - strip - 16);
+}
+
 using samples::Look;
 INSTANTIATE_TEST_SUITE_P(
     Looks, LayoutTest,
