@@ -150,6 +150,7 @@ std::vector<MapSegment> segmentsFor(const MapDisplay& display, const MapRequest&
     std::vector<MapSegment> segments;
     for (std::size_t i = 0; i < display.desktops.size(); ++i)
         segments.push_back({display.desktops[i].label, i});
+    if (segments.size() == 1 && widthOf(segments[0].label, MapText::label, request) > space) return {};
     if (segments.size() < 2 || segmentsWidth(segments, request) <= space) return segments;
     for (MapSegment& segment : segments) {
         if (segment.label.starts_with("Desktop ")) segment.label.erase(0, 8);

@@ -88,6 +88,12 @@ MapContent contentFor(const Rect& visible, const std::string& name, bool titles,
     return {};
 }
 
+/// Down to where a name ends that begins within the band, because another window hides its upper part.
+void widenBand(MapTile& tile) {
+    const double hidden = tile.visible.y - 1 - tile.frame.y;
+    if (hidden < tile.band) tile.band = std::min(bandHeight + hidden, tile.frame.height);
+}
+
 /// The disc in the corner of what is visible, and the content out of its way.
 void addMark(MapTile& tile, const MapRequest& request) {
     const Rect& area = tile.visible;
@@ -141,6 +147,7 @@ std::vector<MapTile> makeTiles(const std::vector<PlacedWindow>& windows, const s
         tile.band = titles && frame.height >= 60 ? bandHeight : 0;
         tile.visible = icons ? visiblePart(frame, inFront, titles) : Rect{};
         if (icons) tile.content = contentFor(tile.visible, tile.window.application, titles, request);
+        if (tile.band > 0 && tile.content.kind == MapContent::Kind::titled) widenBand(tile);
         if (icons && isMarked(tile.window.state)) addMark(tile, request);
         inFront.push_back(frame);
     }

@@ -186,7 +186,7 @@ bool inFront(const Candidate& a, const Candidate& b) {
 }
 
 /// Front to back; those that a single one before them hides are left out.
-std::vector<Candidate> seen(std::vector<Candidate> candidates, std::size_t& beyond) {
+std::vector<Candidate> seen(std::vector<Candidate> candidates) {
     std::ranges::sort(candidates, inFront);
     std::vector<Candidate> kept;
     for (const Candidate& candidate : candidates) {
@@ -195,11 +195,8 @@ std::vector<Candidate> seen(std::vector<Candidate> candidates, std::size_t& beyo
             return front.placed.frame.intersectionArea(frame) == areaOf(frame);
         });
         if (hidden) continue;
-        if (kept.size() < mostCandidates) {
-            kept.push_back(candidate);
-        } else {
-            ++beyond;
-        }
+        kept.push_back(candidate);
+        if (kept.size() == mostCandidates) break;
     }
     return kept;
 }
@@ -245,14 +242,16 @@ std::vector<DisplayWindows> windowsOfDisplays(const WorkspaceSnapshot& snapshot,
 
 TileChoice chooseTiles(const std::vector<SavedWindow>& windows, const PlacedDisplay& display) {
     TileChoice choice;
-    std::vector<Candidate> kept = seen(candidatesOf(windows, display), choice.more);
+    std::vector<Candidate> candidates = candidatesOf(windows, display);
+    const std::size_t all = candidates.size();
+    std::vector<Candidate> kept = seen(std::move(candidates));
     if (kept.size() > mostTiles) {
         std::ranges::sort(kept, [](const Candidate& a, const Candidate& b) {
             if (a.rank != b.rank) return a.rank < b.rank;
             const double areaA = areaOf(a.placed.frame), areaB = areaOf(b.placed.frame);
             return areaA != areaB ? areaA > areaB : a.placed.saved.place < b.placed.saved.place;
         });
-        choice.more += kept.size() - mostTiles;
+        choice.more = all - mostTiles;  // the hidden ones too, so that the windows add up
         kept.erase(kept.begin() + mostTiles, kept.end());
         std::ranges::sort(kept, inFront);
     }

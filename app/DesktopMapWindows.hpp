@@ -44,11 +44,11 @@ struct PlacedWindow {
 
 struct TileChoice {
     std::vector<PlacedWindow> tiles;  // back to front; ghosts first
-    std::size_t more = 0;             // which could be seen but are too many
+    std::size_t more = 0;             // besides these, where they are too many
 };
 
 /// The tiles of the windows that are not minimized: of more than twelve, those in front of their applications
-/// and then the larger ones. Windows that another one hides as a whole are not counted.
+/// and then the larger ones. Those that another one hides as a whole are only counted, and only then.
 TileChoice chooseTiles(const std::vector<SavedWindow>& windows, const PlacedDisplay& display);
 
 }  // namespace quillo

@@ -153,7 +153,12 @@ TEST(DesktopMapLayout, CrowdsAndHomelessWindowsAreCounted) {
         layoutDesktopMap(samples::crowded(), request(MapStyle::detail, detail)).displays.at(0);
     EXPECT_LE(crowd.tiles.size(), 12u);
     EXPECT_GE(crowd.tiles.size(), 10u);
-    EXPECT_TRUE(crowd.more.starts_with("+4")) << crowd.more;
+    EXPECT_EQ(crowd.more, "+48") << "of sixty";
+    for (const MapTile& tile : crowd.tiles) {
+        const bool inBand =
+            tile.content.kind == MapContent::Kind::titled && tile.content.icon.y < tile.frame.y + tile.band;
+        if (inBand) EXPECT_LE(tile.content.icon.maxY(), tile.frame.y + tile.band) << tile.window.title;
+    }
     ASSERT_TRUE(crowd.dock);
     EXPECT_EQ(crowd.dock->chips.size(), 6u);
     EXPECT_EQ(crowd.dock->more, "+3");
@@ -164,14 +169,16 @@ TEST(DesktopMapLayout, DesktopsThatDoNotFitAreLeftToThoseAroundTheShownOne) {
         std::int64_t desktops;
         std::size_t shown;
         std::string expected;
+        double width = 1000;
     };
     const Case cases[] = {{1, 0, "Desktop 1"},
+                          {1, 0, "", 100},
                           {3, 2, "Desktop 1,Desktop 2,Desktop 3"},
                           {12, 0, "1,2,3,4,5,6,7,8,9,10,11,12"},
                           {30, 20, "13,14,15,16,17,18,19,20,21,22,23,24,25,26,27,28,29"}};
     for (const Case& c : cases) {
         MapSample sample;
-        sample.display("only", {0, 0, 1000, 500}, true).desktops("only", c.desktops);
+        sample.display("only", {0, 0, c.width, 500}, true).desktops("only", c.desktops);
         MapRequest asked = request(MapStyle::detail, detail);
         asked.shownDesktops = {{"only", c.shown}};
         std::string labels;
