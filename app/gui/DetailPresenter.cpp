@@ -11,7 +11,7 @@ namespace {
 QString describe(const ApplicationSnapshot& application) {
     const auto& windows = application.windows;
     QString text = counted(static_cast<std::int64_t>(windows.size()), "window");
-    if (windows.size() == 1 && windows[0].isMinimized) text += ", minimized";
+    if (!windows.empty() && std::ranges::all_of(windows, &WindowSnapshot::isMinimized)) text += ", minimized";
     if (windows.size() == 1 && windows[0].isFullscreen) text += ", full screen";
     if (application.context) {
         const bool folders = application.context->adapter == "finder";

@@ -44,5 +44,11 @@ T.Button {
         color: control.danger ? Theme.dangerTint : Theme.text
         opacity: control.hovered || control.down ? control.danger ? 1 : control.down ? 0.1 : 0.05 : 0
     }
-    FocusRing { shown: control.visualFocus; radius: 8; gap: 0 }
+    FocusRing {  // where the pointer's mark is too
+        anchors.leftMargin: -8
+        anchors.rightMargin: -8
+        shown: control.visualFocus
+        radius: 8
+        gap: -2
+    }
 }

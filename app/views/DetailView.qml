@@ -158,7 +158,6 @@ FocusScope {
                     RadioRow {
                         required property string modelData
                         required property int index
-                        width: right.width
                         text: modelData
                         checked: Detail.cleanSlate === index
                         onPicked: Detail.setCleanSlate(index)
@@ -166,8 +165,8 @@ FocusScope {
                 }
                 UiText {
                     anchors.left: parent.left
-                    anchors.leftMargin: 26
-                    width: parent.width - 26
+                    anchors.leftMargin: 10 + Math.round(16 * Theme.scale)
+                    width: parent.width - anchors.leftMargin
                     bottomPadding: 4
                     role: "caption"
                     color: Theme.text2

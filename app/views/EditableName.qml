@@ -20,7 +20,9 @@ Item {
         if (keep) renamed(field.text)
     }
 
-    implicitHeight: Math.max(title.height, field.visible ? field.height - 8 : 0)
+    // The field needs room for its halo above; below, the next line leaves it.
+    readonly property real halo: 3
+    implicitHeight: editing ? Math.max(title.height, halo + field.height) : title.height
 
     UiText {
         id: title
@@ -50,7 +52,7 @@ Item {
         id: field
         visible: root.editing
         width: parent.width
-        anchors.verticalCenter: title.verticalCenter
+        anchors.bottom: parent.bottom
         prompt: "Workspace name"
         onAccepted: root.finish(true)
         Keys.onEscapePressed: root.finish(false)

@@ -10,10 +10,11 @@ T.Button {
     property bool large: false
     property bool compact: false
     property string tip
-    readonly property color ink: kind === "primary" ? Theme.onAccent : kind === "danger" ? Theme.danger : Theme.text
+    readonly property color ink: kind === "primary" ? Theme.onAccent : kind === "danger" ? Theme.danger
+                                : kind === "plain" && !hovered ? Theme.text2 : Theme.text
 
     implicitHeight: Math.round((large ? 40 : compact ? 30 : 32) * Theme.scale)
-    implicitWidth: row.implicitWidth + 28
+    implicitWidth: Math.ceil(row.implicitWidth) + 28  // whole pixels, for edges in line
     focusPolicy: Qt.StrongFocus
     opacity: enabled ? 1 : 0.4
     hoverEnabled: true

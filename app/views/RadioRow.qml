@@ -7,8 +7,11 @@ T.RadioButton {
     id: control
     signal picked()
 
+    readonly property real size: Math.round(16 * Theme.scale)
+
+    width: parent ? parent.width : implicitWidth
     implicitHeight: Math.round(34 * Theme.scale)
-    implicitWidth: words.implicitWidth + 28
+    implicitWidth: words.implicitWidth + size + 12
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
     onClicked: picked()
@@ -19,28 +22,29 @@ T.RadioButton {
     contentItem: Item {
         Rectangle {
             id: disc
+            anchors.left: parent.left
             anchors.verticalCenter: parent.verticalCenter
-            width: 16
-            height: 16
-            radius: 8
+            width: control.size
+            height: control.size
+            radius: width / 2
             color: control.checked ? Theme.accent : Theme.surface
             border.width: control.checked ? 0 : 1
             border.color: control.hovered ? Theme.text3 : Theme.borderStrong
             Rectangle {
                 anchors.centerIn: parent
                 visible: control.checked
-                width: 6
-                height: 6
-                radius: 3
+                width: Math.round(6 * Theme.scale)
+                height: width
+                radius: width / 2
                 color: Theme.onAccent
             }
-            FocusRing { shown: control.visualFocus; radius: 12 }
+            FocusRing { shown: control.visualFocus; radius: width / 2 }
         }
         UiText {
             id: words
             anchors.left: parent.left
-            anchors.leftMargin: 26
-            width: Math.min(implicitWidth, control.width - 26)
+            anchors.leftMargin: control.size + 10
+            width: Math.min(implicitWidth, parent.width - control.size - 10)
             anchors.verticalCenter: parent.verticalCenter
             text: control.text
             Accessible.ignored: true

@@ -51,9 +51,16 @@ TEST_F(LibraryViewTest, WorkspacesAreFoundOpenedRenamedAndDeleted) {
     press(Qt::Key_Space);
     EXPECT_EQ(ui.page(), "detail");
     click("Rename");
+    const auto place = [](QQuickItem* item) {
+        return item->mapRectToScene({0, 0, item->width(), item->height()});
+    };
+    EXPECT_TRUE(until([&] {  // the field takes its room, and covers nothing
+        return place(named("Workspace name")).bottom() <= place(named(detail.saved())).top();
+    }));
     type("zz");
     press(Qt::Key_Return);
     EXPECT_EQ(model.names().back(), "zz");
+    EXPECT_EQ(named("Quit other apps")->width(), named("Delete Workspace")->width());  // the whole row
     click("Quit other apps");
     EXPECT_EQ(model.named("zz").cleanSlate, CleanSlateMode::quit);
     click("Delete Workspace");
