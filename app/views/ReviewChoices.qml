@@ -170,7 +170,7 @@ Item {
                         model: 3
                         Rectangle {
                             required property int index
-                            x: 1 + index * 4
+                            x: index * 4 - 1
                             y: 5.5
                             width: 10
                             height: 1

@@ -5,6 +5,8 @@ import Quillo.Core
 ListView {
     id: list
     property bool byKey: false  // the keyboard was used last
+    property real inset: 0      // of the lines, on both sides
+    readonly property bool scrolls: contentHeight > height + 1
 
     model: Review.rows
     clip: true
@@ -23,7 +25,24 @@ ListView {
         currentIndex = Math.min(count - 1, Math.max(0, index))
         positionViewAtIndex(currentIndex, ListView.Contain)
     }
-    onActiveFocusChanged: if (!activeFocus) byKey = false
+    onActiveFocusChanged: {
+        if (activeFocus) choose(currentIndex)  // it comes by key only: a click leaves the keyboard where it is
+        else byKey = false
+    }
+    // What has the keyboard in the header is to be seen.
+    readonly property Item focusItem: Window.activeFocusItem
+    onFocusItemChanged: Qt.callLater(follow)
+    function follow() {
+        let item = focusItem
+        while (item && item !== headerItem) item = item.parent
+        if (!item || height <= 0) return
+        forceLayout()
+        const top = focusItem.mapToItem(list, 0, 0).y
+        const bottom = top + focusItem.height
+        if (top < 0) contentY += top - 12
+        else if (bottom > height) contentY += bottom - height + 12
+        returnToBounds()
+    }
     Keys.onUpPressed: choose(currentIndex - 1)
     Keys.onDownPressed: choose(currentIndex + 1)
     Keys.onSpacePressed: { byKey = true; Review.toggle(currentIndex) }
@@ -44,5 +63,9 @@ ListView {
         onToggled: Review.toggle(index)
         onOpenAsked: (open) => Review.setOpen(index, open)
     }
-    ScrollBar { flickable: list }
+    ScrollBar {
+        flickable: list
+        y: list.inset > 0 ? 0 : 6  // clear of a card's corners
+        height: list.height - 2 * y
+    }
 }

@@ -19,6 +19,8 @@ Item {
     readonly property bool location: kind === "folder" || kind === "tab"
     readonly property real line: Math.round((app ? 40 : location ? 28 : 32) * Theme.scale)
     readonly property color ink: included && !faded ? location ? Theme.text2 : Theme.text : Theme.text3
+    readonly property real inset: ListView.view ? ListView.view.inset : 0
+    readonly property bool besideBar: inset === 0 && ListView.view !== null && ListView.view.scrolls
     readonly property bool current: ListView.isCurrentItem && ListView.view.activeFocus
     signal toggled()
     signal openAsked(bool open)
@@ -38,17 +40,26 @@ Item {
     Accessible.onToggleAction: toggled()
     Accessible.onPressAction: toggled()
 
-    Rectangle { anchors.fill: parent; color: Theme.surface }
+    Rectangle {  // for lines that no card holds
+        visible: root.inset > 0
+        x: root.inset
+        width: parent.width - 2 * root.inset
+        height: parent.height
+        color: Theme.surface
+    }
     Rectangle {
         visible: root.app && root.index > 0
-        width: parent.width
+        x: root.inset
+        width: parent.width - 2 * root.inset
         height: 1
         color: Theme.border
     }
     Rectangle {
-        x: 4
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.leftMargin: root.inset + 4
+        anchors.rightMargin: root.inset + (root.besideBar ? 12 : 4)
         y: 2
-        width: parent.width - 8
         height: root.line - 3
         radius: 8
         color: root.current && root.ListView.view.byKey ? "transparent" : Theme.text
@@ -60,7 +71,8 @@ Item {
     TapHandler { onTapped: { root.ListView.view.currentIndex = root.index; root.toggled() } }
 
     Item {
-        width: parent.width
+        x: root.inset
+        width: parent.width - 2 * root.inset
         height: root.line
 
         Item {

@@ -14,7 +14,11 @@ FocusScope {
         if (Review.touched()) discard.open()
         else Review.cancel()
     }
-    function begin() { if (!busy) choices.focusName() }
+    function begin() {
+        if (busy) return
+        choices.focusName()
+        Qt.callLater(list.positionViewAtBeginning)  // the map and the name
+    }
     Component.onCompleted: Qt.callLater(begin)  // once all stands in its place
     onBusyChanged: begin()
     onWideChanged: Qt.callLater(begin)
@@ -57,12 +61,12 @@ FocusScope {
         Scroller {
             id: left
             anchors.left: parent.left
-            anchors.leftMargin: -4
-            y: -4
-            width: root.wide ? root.side + 8 : 0
-            height: parent.height + 8
+            anchors.leftMargin: -padding
+            y: -padding
+            width: root.wide ? root.side + 2 * padding : 0
+            height: parent.height + 2 * padding
             visible: root.wide
-            padding: 4
+            padding: 12  // for the rings around what is at the edge
             Item {
                 id: leftPlace
                 width: parent.width
@@ -71,10 +75,10 @@ FocusScope {
         }
         Rectangle {
             id: card
-            // In a narrow window with room for the ring around the name.
+            // In a narrow window from edge to edge, with room for rings and the scroll bar beside what it holds.
             anchors.right: parent.right
-            anchors.rightMargin: root.wide ? 0 : -4
-            width: root.wide ? parent.width - root.side - 24 : parent.width + 8
+            anchors.rightMargin: root.wide ? 0 : -24
+            width: root.wide ? parent.width - root.side - 24 : root.width
             height: parent.height
             radius: root.wide ? 14 : 0
             color: root.wide ? Theme.surface : "transparent"
@@ -84,8 +88,7 @@ FocusScope {
                 id: list
                 anchors.fill: parent
                 anchors.margins: root.wide ? 1 : 0
-                anchors.topMargin: root.wide ? 7 : 0
-                anchors.bottomMargin: root.wide ? 7 : 0
+                inset: root.wide ? 0 : 24
                 header: Item {
                     width: list.width
                     height: root.wide ? 0 : choices.implicitHeight + 24
@@ -96,8 +99,8 @@ FocusScope {
             id: choices
             parent: root.wide || !list.headerItem ? leftPlace : list.headerItem
             y: root.wide ? 0 : 4
-            x: root.wide ? 0 : 4
-            width: parent.width - (root.wide ? 0 : 8)
+            x: list.inset
+            width: parent.width - 2 * list.inset
             mapFirst: !root.wide
             mapHeight: root.wide ? Math.max(150, Math.min(Math.round(width * 0.627), body.height - rest))
                                  : Math.max(130, Math.round(Math.min(width * 0.45, 300, body.height - rest - 12)))

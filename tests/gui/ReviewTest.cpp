@@ -96,7 +96,8 @@ TEST_F(ReviewTest, EverythingGoesByKeyboard) {
     press(Qt::Key_Left);  // the color before teal
     QQuickItem* list = named("What is saved");
     for (int stop = 0; stop < 3 && view->activeFocusItem() != list; ++stop) press(Qt::Key_Tab);
-    ASSERT_EQ(view->activeFocusItem(), list);  // its first line is Banking
+    ASSERT_EQ(view->activeFocusItem(), list);       // its first line is Banking
+    EXPECT_TRUE(list->property("byKey").toBool());  // and has the ring
     press(Qt::Key_Left);
     EXPECT_TRUE(until([&] { return !named("Include Accounts"); }));  // closed
     press(Qt::Key_Space);
@@ -121,6 +122,9 @@ TEST_F(ReviewTest, ANarrowWindowHasOneColumn) {
     QQuickItem* field = named("Name this workspace");
     ASSERT_TRUE(field);
     EXPECT_GT(field->mapToScene({}).y(), 200);  // below the map
+    press(Qt::Key_Tab);
+    press(Qt::Key_Tab);  // the colors, which come into view
+    EXPECT_LE(view->activeFocusItem()->mapToScene({0, 30}).y(), named("Save Workspace")->mapToScene({}).y());
     view->resize(1080, 720);
     ASSERT_TRUE(until([&] { return field->mapToScene({}).y() < 100; }));
     click("Include Banking");
