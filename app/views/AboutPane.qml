@@ -6,6 +6,7 @@ Column {
     spacing: 14
 
     Row {
+        width: parent.width
         spacing: 16
         AppMark { size: 64 }
         Column {
@@ -25,6 +26,7 @@ Column {
                      : !ready ? "" : Settings.relaunchRefusal !== "" ? Settings.relaunchRefusal
                      : "The update is ready. It will also install when you quit Quillo.\nRelaunch now, or keep working and quit later."
             PushButton {
+                compact: true
                 visible: Settings.updatesRefusal === ""
                 text: parent.parent.ready ? "Relaunch to Update" : "Check for Updates…"
                 kind: parent.parent.ready ? "primary" : "normal"
@@ -34,6 +36,8 @@ Column {
         }
     }
     SettingNote {
+        x: 1
+        width: parent.width - 2
         text: Ui.text("Updates download in the background and install when you quit Quillo. Closing a window keeps Quillo running in the menu bar.")
     }
 }

@@ -5,10 +5,11 @@ import Quillo.Core
 Rectangle {
     id: root
     property string text
+    property real maximum: 300
     signal removed()
 
     implicitHeight: Math.round(28 * Theme.scale)
-    implicitWidth: words.width + 12 + 6 + remove.width
+    implicitWidth: words.width + 18 + remove.width
     radius: height / 2
     color: Theme.sunken
 
@@ -16,7 +17,7 @@ Rectangle {
         id: words
         anchors.left: parent.left
         anchors.leftMargin: 12
-        width: Math.min(implicitWidth, 260)
+        width: Math.min(Math.ceil(implicitWidth), root.maximum - 18 - remove.width)
         elide: Text.ElideMiddle
         anchors.verticalCenter: parent.verticalCenter
         text: root.text
@@ -26,8 +27,8 @@ Rectangle {
         anchors.right: parent.right
         anchors.rightMargin: 2
         anchors.verticalCenter: parent.verticalCenter
-        size: 24
-        iconSize: 13
+        size: Math.round(24 * Theme.scale)
+        iconSize: Math.round(13 * Theme.scale)
         iconName: "x"
         tip: "Remove " + root.text
         onClicked: root.removed()

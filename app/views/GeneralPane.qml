@@ -19,6 +19,7 @@ Column {
                 PushButton {
                     anchors.verticalCenter: parent.verticalCenter
                     visible: Settings.loginNeedsApproval && !Ui.onLinux
+                    compact: true
                     text: "Allow in Settings"
                     onClicked: Settings.openLoginSettings()
                 }
@@ -53,7 +54,7 @@ Column {
                     anchors.verticalCenter: parent.verticalCenter
                     visible: Settings.accessGranted
                     name: "check"
-                    size: 15
+                    size: Math.round(15 * Theme.scale)
                     color: Theme.success
                 }
                 UiText {
@@ -65,6 +66,7 @@ Column {
                 }
                 PushButton {
                     visible: !Settings.accessGranted && Settings.canAllowAccess
+                    compact: true
                     text: "Allow in Settings"
                     onClicked: Settings.allowAccess()
                 }
@@ -93,12 +95,16 @@ Column {
         }
         SettingRow {
             sub: true
+            separator: Shortcuts.refusal === ""
             title: "Snapshot every open window into a workspace."
             caption: Shortcuts.saveTaken ? Shortcuts.taken : ""
             captionColor: Theme.danger
             ShortcutField { action: "save" }
         }
-        SettingNote { text: Ui.text(Shortcuts.hint) }
+        SettingNote {
+            visible: Shortcuts.refusal === ""
+            text: Ui.text(Shortcuts.hint)
+        }
     }
 
     SettingGroup {
@@ -112,12 +118,15 @@ Column {
             }
         }
         SettingRow {
+            id: interval
             visible: Settings.savesSessions
             height: visible ? implicitHeight : 0
             sub: true
             title: "Snapshot interval"
             PopUpButton {
                 label: "Snapshot interval"
+                compact: true
+                trailing: !interval.stacked
                 model: Settings.intervals
                 current: Settings.interval
                 onPicked: (index) => Settings.interval = index
@@ -133,6 +142,7 @@ Column {
                 width: parent.width - 32
                 spacing: 8
                 PushButton {
+                    compact: true
                     iconName: "history"
                     text: "Restore last session"
                     enabled: Settings.canRestore
@@ -141,7 +151,7 @@ Column {
                 PopUpButton {
                     property var earlier: []
                     text: "Restore earlier…"
-                    implicitHeight: Math.round(32 * Theme.scale)
+                    compact: true
                     enabled: Settings.canRestore && Settings.sessionCount > 1
                     current: -1
                     model: earlier.map(session => session.text)

@@ -41,6 +41,8 @@ Column {
         }
     }
     SettingNote {
+        x: 1
+        width: parent.width - 2
         text: Ui.text("Documents and folders that apps report themselves (TextEdit, Preview, Xcode, Ghostty…) are reopened without an integration.")
     }
 }

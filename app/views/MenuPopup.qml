@@ -7,6 +7,8 @@ T.Popup {
     id: popup
     property var entries: []
     property int current: -1
+    property real minimum: 200  // width
+    readonly property bool marked: current >= 0 || entries.some(entry => entry.iconName)  // some have a symbol
     property Item before: null  // has the keyboard again afterwards: else the window itself would
     onAboutToShow: before = parent.Window.activeFocusItem
     onClosed: {
@@ -16,7 +18,7 @@ T.Popup {
 
     padding: 6
     margins: 8
-    implicitWidth: Math.max(200, list.implicitWidth + 2 * padding)
+    implicitWidth: Math.max(minimum, list.implicitWidth + 2 * padding)
     implicitHeight: list.implicitHeight + 2 * padding
     focus: true
     modal: true
@@ -112,7 +114,7 @@ T.Popup {
                         UiText {
                             id: line
                             anchors.left: parent.left
-                            anchors.leftMargin: 19 + Math.round(15 * Theme.scale)
+                            anchors.leftMargin: popup.marked ? 19 + Math.round(15 * Theme.scale) : 12
                             width: Math.min(implicitWidth, 420)
                             anchors.verticalCenter: parent.verticalCenter
                             text: row.entry.text || ""

@@ -8,15 +8,21 @@ T.Button {
     property var model: []
     property int current: 0
     property string label  // accessible name
+    property bool compact: false
+    property bool trailing: false  // stands at the end of its line: so does the menu
     property string emptyText  // the menu's only line while there is nothing to pick
     signal aboutToOpen()       // last chance to fill `model`
     signal picked(int index)
 
-    function openMenu() { aboutToOpen(); menu.open() }
+    function openMenu() {
+        aboutToOpen()
+        menu.above = mapToItem(null, 0, 0).y
+        menu.open()
+    }
 
     text: model[current] || ""
-    implicitHeight: Math.round(34 * Theme.scale)
-    implicitWidth: words.implicitWidth + 30 + Math.round(14 * Theme.scale)
+    implicitHeight: Math.round((compact ? 30 : 34) * Theme.scale)
+    implicitWidth: Math.ceil(words.implicitWidth) + 30 + Math.round(14 * Theme.scale)
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
     opacity: enabled ? 1 : 0.4
@@ -58,8 +64,12 @@ T.Button {
     }
     MenuPopup {
         id: menu
-        x: control.mirrored ? control.width - width : 0
-        y: control.height + 4
+        property real above: 0  // how much of the window is above the button
+        readonly property real below: control.Window.height - above - control.height
+        x: control.mirrored !== control.trailing ? control.width - width : 0
+        // Never over the button that opens it, where there is room beside it.
+        y: below < height + 12 && above > below ? -height - 4 : control.height + 4
+        minimum: control.width
         current: control.current
         entries: control.model.length === 0 && control.emptyText !== ""
                  ? [{ text: control.emptyText, enabled: false }]

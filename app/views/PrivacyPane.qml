@@ -9,10 +9,13 @@ Column {
 
     SettingGroup {
         SettingRow {
+            id: exclude
             title: "Excluded apps"
             PopUpButton {
                 id: running
                 property var apps: []
+                compact: true
+                trailing: !exclude.stacked
                 text: "Exclude a running app…"
                 emptyText: "No other app is running"
                 current: -1
@@ -34,13 +37,13 @@ Column {
                     anchors.verticalCenter: parent.verticalCenter
                     identifier: key
                     name: parent.name
-                    size: 24
+                    size: Math.round(24 * Theme.scale)
                 }
                 UiText {
                     anchors.left: parent.left
-                    anchors.leftMargin: 51
+                    anchors.leftMargin: 27 + Math.round(24 * Theme.scale)
                     anchors.verticalCenter: parent.verticalCenter
-                    width: parent.width - 51 - 60
+                    width: parent.width - anchors.leftMargin - 60
                     role: "body-medium"
                     text: parent.name
                 }
@@ -48,7 +51,8 @@ Column {
                     anchors.right: parent.right
                     anchors.rightMargin: 12
                     anchors.verticalCenter: parent.verticalCenter
-                    size: 26
+                    size: Math.round(26 * Theme.scale)
+                    iconSize: Math.round(16 * Theme.scale)
                     iconName: "x"
                     tip: "Stop excluding " + parent.name
                     onClicked: Privacy.includeApp(parent.key)
@@ -108,6 +112,7 @@ Column {
                     Chip {
                         required property string key
                         text: key
+                        maximum: parent.width
                         onRemoved: Privacy.includeDomain(key)
                     }
                 }
@@ -131,15 +136,15 @@ Column {
             anchors.leftMargin: 16
             y: 14
             name: "shield-check"
-            size: 18
+            size: Math.round(18 * Theme.scale)
             color: Theme.success
         }
         UiText {
             id: promise
             anchors.left: parent.left
-            anchors.leftMargin: 46
+            anchors.leftMargin: 28 + Math.round(18 * Theme.scale)
             y: 14
-            width: Math.min(parent.width - 62, 580 * Theme.scale)
+            width: Math.min(parent.width - anchors.leftMargin - 16, 580 * Theme.scale)
             text: Ui.text("Workspaces are plain JSON on this Mac. Nothing is uploaded, and window titles, paths and URLs are never written to logs.")
             wrapMode: Text.Wrap
         }

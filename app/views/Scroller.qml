@@ -22,14 +22,24 @@ Flickable {
     }
 
     readonly property Item focusItem: Window.activeFocusItem
-    onFocusItemChanged: {
+    onFocusItemChanged: Qt.callLater(follow)  // by then it says whether it was the keyboard
+    // With the keyboard one comes to what a control belongs to as well: its words are around it.
+    function follow() {
         let item = focusItem
         while (item && item !== holder) item = item.parent
-        if (!item || !focusItem) return
+        if (!item) return
+        const around = focusItem.visualFocus ? Math.round(44 * Theme.scale) : 0
         const top = focusItem.mapToItem(holder, 0, 0).y + padding
         const bottom = top + focusItem.height
-        if (top < contentY) contentY = Math.max(0, top - 12)
-        else if (bottom > contentY + height) contentY = Math.min(contentHeight - height, bottom - height + 12)
+        if (top - around < contentY) scrollTo(top - Math.max(around, 12))
+        else if (bottom + around > contentY + height) scrollTo(bottom + Math.max(around, 12) - height)
+    }
+    function scrollTo(y) { contentY = Math.max(0, Math.min(contentHeight - height, y)) }
+    Keys.onPressed: (event) => {  // to what has nothing to press
+        const pages = event.key === Qt.Key_PageDown ? 1 : event.key === Qt.Key_PageUp ? -1 : 0
+        if (pages === 0 || !interactive) return
+        scrollTo(contentY + pages * (height - 40))
+        event.accepted = true
     }
 
     ScrollBar {

@@ -32,7 +32,7 @@ Rectangle {
                 required property int index
                 readonly property bool on: root.current === index
 
-                implicitWidth: words.implicitWidth + (root.mini ? 16 : 24)
+                implicitWidth: Math.ceil(words.implicitWidth) + (root.mini ? 16 : 24)
                 implicitHeight: Math.round((root.mini ? 20 : 26) * Theme.scale)
                 focusPolicy: Qt.StrongFocus
                 onClicked: root.picked(index)

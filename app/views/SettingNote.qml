@@ -17,18 +17,19 @@ Item {
         anchors.leftMargin: 16
         y: 9
         name: visible ? root.iconName : "info"
-        size: 15
+        size: Math.round(15 * Theme.scale)
         color: root.ink
     }
     UiText {
         id: words
         anchors.left: parent.left
-        anchors.leftMargin: root.iconName !== "" ? 40 : 16
+        anchors.leftMargin: root.iconName !== "" ? 25 + Math.round(15 * Theme.scale) : 16
         y: 8
         width: parent.width - anchors.leftMargin - 16
         role: "caption"
         text: root.text
         color: root.ink
         wrapMode: Text.Wrap
+        lineHeight: Math.round(17 * Theme.scale)
     }
 }

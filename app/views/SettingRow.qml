@@ -1,4 +1,4 @@
-// A row of the settings: what it is at the left, the control at the right.
+// A row of the settings: what it is at the left, the control at the right, or below where the two have no room.
 import QtQuick
 import Quillo.Core
 
@@ -14,8 +14,14 @@ Item {
     /// The switch that a click anywhere on the row turns; null where there is none.
     property Item toggle: place.children.length === 1 && place.children[0].toggled ? place.children[0] : null
 
+    readonly property bool mirrored: LayoutMirroring.enabled
+    readonly property real room: width - 2 * padding
+    readonly property bool stacked: place.implicitWidth > room * 0.4
+                                    && name.implicitWidth > room - place.implicitWidth - 16
+
     width: parent ? parent.width : 400
-    implicitHeight: Math.max(sub ? 44 : 52, words.implicitHeight + 20, place.height + 16)
+    implicitHeight: stacked ? words.implicitHeight + 8 + place.height + 20
+                            : Math.max(sub ? 44 : 52, words.implicitHeight + 18, place.height + 12)
 
     MouseArea {
         anchors.fill: parent
@@ -26,10 +32,10 @@ Item {
         id: words
         anchors.left: parent.left
         anchors.leftMargin: root.padding
-        anchors.verticalCenter: parent.verticalCenter
-        width: root.width - 2 * root.padding - (place.width > 0 ? place.width + 16 : 0)
-        spacing: 3
+        y: root.stacked ? 9 : Math.round((root.height - height) / 2)
+        width: root.room - (place.width > 0 && !root.stacked ? place.width + 16 : 0)
         UiText {
+            id: name
             width: parent.width
             role: "body-medium"
             text: root.title
@@ -42,15 +48,13 @@ Item {
             text: root.caption
             color: root.captionColor
             wrapMode: Text.Wrap
+            lineHeight: Math.round(17 * Theme.scale)
         }
     }
-    Item {
+    Row {  // what is not shown takes no room
         id: place
-        anchors.right: parent.right
-        anchors.rightMargin: root.padding
-        anchors.verticalCenter: parent.verticalCenter
-        width: childrenRect.width
-        height: childrenRect.height
+        x: root.stacked !== root.mirrored ? root.padding : root.width - root.padding - width
+        y: root.stacked ? words.y + words.height + 8 : Math.round((root.height - height) / 2)
     }
     Rectangle {
         visible: root.separator

@@ -11,6 +11,7 @@ Item {
         { key: "privacy", name: "Privacy", icon: "shield", file: "PrivacyPane.qml" },
         { key: "about", name: "About", icon: "info", file: "AboutPane.qml" }
     ]
+    Keys.forwardTo: page
     readonly property int current: Math.max(0, panes.findIndex(pane => pane.key === Ui.settingsPane))
 
     PushButton {

@@ -19,7 +19,7 @@ Item {
         anchors.fill: parent
         enabled: root.recorder.enabled
         implicitHeight: Math.max(32, keys.height + 8)
-        implicitWidth: root.recording ? ask.implicitWidth + 24 : keys.width + 8
+        implicitWidth: root.recording ? Math.ceil(ask.implicitWidth) + 24 : Math.ceil(keys.width) + 8
         focusPolicy: Qt.StrongFocus
         hoverEnabled: true
         opacity: enabled ? 1 : 0.4

@@ -10,8 +10,8 @@ T.CheckBox {
     property bool faded: false  // what it belongs to is off; it keeps its state
     property string label
 
-    implicitWidth: small ? 30 : 38
-    implicitHeight: small ? 18 : 22
+    implicitWidth: Math.round((small ? 30 : 38) * Theme.scale)
+    implicitHeight: Math.round((small ? 18 : 22) * Theme.scale)
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
     opacity: faded || !enabled ? 0.4 : 1

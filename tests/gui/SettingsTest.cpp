@@ -1,4 +1,6 @@
 // The settings, by mouse and keyboard: what is switched is stored and applied at once.
+#include <QQmlProperty>
+
 #include "WindowEngine/Adapters.hpp"
 #include "app/UpdateController.hpp"
 #include "app/gui/PrivacyPresenter.hpp"
@@ -105,6 +107,7 @@ TEST_F(SettingsTest, SaysWhatCannotBe) {
     model.loginItem.unregisterFailure = Error{ErrorKind::refused, "not now"};
     open("general");
     EXPECT_TRUE(named("No server of keys."));
+    EXPECT_FALSE(named(ui.text(shortcuts.hint()))) << "how to set what cannot be set";
     model->loginItem().setEnabled(true);  // reads anew
     settle();
     EXPECT_TRUE(named(ui.text("Allow Quillo in System Settings to finish enabling this.")));
@@ -157,6 +160,35 @@ TEST_F(SettingsTest, AnEarlierSessionComesBack) {
     awaitNoPopup();
     click("Restore last session");
     EXPECT_EQ(model->restore()->workspace().id, SessionHistory::latestID);
+}
+
+TEST_F(SettingsTest, WhatIsOpenedOrReachedIsSeenWhole) {
+    settings.setSavesSessions(true);
+    open("general", {760, 520});
+    const auto place = [&](const QString& name) {
+        QQuickItem* const item = named(name);
+        return item ? item->mapRectToScene({0, 0, item->width(), item->height()}) : QRectF();
+    };
+    named("Automatic updates")->forceActiveFocus(Qt::TabFocusReason);
+    const QString words = "Check hourly and prepare updates without interrupting your work.";
+    EXPECT_TRUE(until([&] { return place(words).bottom() <= 500; }))
+        << "the end of its group is below the window";
+    const QString interval = "Snapshot interval: " + settings.intervals().at(settings.interval());
+    named(interval)->forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_Space);
+    ASSERT_TRUE(until([&] { return place("Every hour").isValid(); }));
+    for (const QString& choice : {settings.intervals().front(), settings.intervals().back()}) {
+        EXPECT_FALSE(place(choice).intersects(place(interval)))
+            << choice.toStdString() << " is over its button";
+    }
+}
+
+TEST_F(SettingsTest, FromRightToLeftEveryPageBeginsAtTheRight) {
+    open("about");
+    for (const char* property : {"LayoutMirroring.enabled", "LayoutMirroring.childrenInherit"})
+        QQmlProperty::write(view->rootObject(), property, true, qmlContext(view->rootObject()));
+    settle();
+    EXPECT_GT(named("Version " + settings.version())->mapToScene({0, 0}).x(), 540);
 }
 
 TEST_F(SettingsTest, ExclusionsAreAddedAndTakenAway) {
