@@ -67,7 +67,7 @@ TEST_F(KeyMonitorX11, RecordsWhatIsPressedAndTheWindowSeesNothingOfIt) {
              Case{"us", "alt+shift+38", Shortcut{0, option | shift, "A"}},
              {"us", "super+BackSpace", Shortcut{51, command, "⌫"}},
              {"us", "BackSpace", byDefault},
-             {"us", "ctrl+F5", Shortcut{96, control, "F5"}},
+             {"us", "ctrl+shift+F5", Shortcut{96, control | shift, "F5"}},  // Ctrl+F5 is a key of xfwm4
              {"us", "ctrl+q", Shortcut{12, control, "Q"}},
              {"us", "ctrl+alt+shift+super+space", Shortcut{49, 0x1B00, "Space"}},
              {"us", "Escape", std::nullopt},
