@@ -23,6 +23,10 @@ void addAbout(const ApplicationRestore& restore, const SavedDocument& document,
                       .status = std::move(status)});
 }
 
+void addRefused(const ApplicationRestore& restore, const SavedDocument& document) {
+    addAbout(restore, document, RestoreReport::failed{"document could not be opened: " + document.refusal});
+}
+
 bool namesDocuments(std::span<const LiveWindowInfo> live) {
     return std::ranges::any_of(live,
                                [](const LiveWindowInfo& window) { return window.documentURL.has_value(); });
@@ -33,7 +37,7 @@ Task<void> openEach(const ApplicationRestore& restore, std::vector<SavedDocument
                     std::vector<SavedDocument>& accepted) {
     for (SavedDocument& document : documents) {
         const auto opened = co_await restore.desktop.platform.applications.open(
-            restore.application.bundleIdentifier, {document.url});
+            restore.application.bundleIdentifier, {document.target.value_or(document.url)});
         if (opened) {
             accepted.push_back(std::move(document));
         } else {
@@ -42,26 +46,39 @@ Task<void> openEach(const ApplicationRestore& restore, std::vector<SavedDocument
     }
 }
 
+/// What may be handed to the application for a saved address.
+Result<Url> targetOf(Applications& applications, std::string_view identifier, const Url& saved,
+                     bool followsLinks) {
+    auto target = applications.openable(identifier, saved);
+    if (target && !followsLinks && target->filePath() != saved.standardized().filePath())
+        return fail(ErrorKind::refused, "a link leads to it");
+    return target;
+}
+
 }  // namespace
 
 DocumentPlan planDocuments(const Platform& platform, const ApplicationSnapshot& application,
-                           const std::set<std::string>& enabledAdapters,
-                           std::span<const LiveWindowInfo> live) {
+                           const Options& options, std::span<const LiveWindowInfo> live) {
     std::set<std::string> elsewhere;
-    if (contextAdapter(platform, application, enabledAdapters))
+    if (contextAdapter(platform, application, options.enabledAdapters))
         elsewhere = SavedDocuments::locations(*application.context);
     DocumentPlan plan;
     for (SavedDocument& document :
          SavedDocuments::missing(SavedDocuments::of(application, elsewhere), live)) {
-        const bool safe = platform.applications.opensSafely(document.url);
-        (safe ? plan.open : plan.refused).push_back(std::move(document));
+        auto target =
+            targetOf(platform.applications, application.bundleIdentifier, document.url, options.followsLinks);
+        if (target) {
+            document.target = *std::move(target);
+        } else {
+            document.refusal = std::move(target.error().text);
+        }
+        (document.target ? plan.open : plan.refused).push_back(std::move(document));
     }
     return plan;
 }
 
 void reportRefused(const ApplicationRestore& restore, const DocumentPlan& plan) {
-    for (const SavedDocument& document : plan.refused)
-        addAbout(restore, document, RestoreReport::failed{"document could not be opened"});
+    for (const SavedDocument& document : plan.refused) addRefused(restore, document);
 }
 
 Task<void> openDocuments(const ApplicationRestore& restore, std::vector<SavedDocument> documents) {

@@ -9,15 +9,14 @@ namespace quillo::Restore {
 
 /// Where a saved document stands in a run.
 struct DocumentPlan {
-    std::vector<SavedDocument> open;     // to be handed to the application
-    std::vector<SavedDocument> refused;  // gone, or something that opening would run
+    std::vector<SavedDocument> open;     // to be handed to the application: their targets
+    std::vector<SavedDocument> refused;  // each with the reason
 };
 
 /// The documents that are the documents' business: not those in folders that an integration brings back.
 /// `live` are the application's windows.
 DocumentPlan planDocuments(const Platform& platform, const ApplicationSnapshot& application,
-                           const std::set<std::string>& enabledAdapters,
-                           std::span<const LiveWindowInfo> live);
+                           const Options& options, std::span<const LiveWindowInfo> live);
 
 /// Reports what is not to be opened.
 void reportRefused(const ApplicationRestore& restore, const DocumentPlan& plan);

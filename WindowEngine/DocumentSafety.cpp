@@ -11,12 +11,28 @@ namespace quillo::DocumentSafety {
 namespace {
 
 // What an editor opens (.sh, .py) is not here: where such a file would be run, its mode says so.
-constexpr std::array<std::string_view, 34> files{
-    "apk",          "app",  "appimage", "applescript", "bat",        "cmd",     "command", "deb",  "desktop",
-    "dmg",          "exe",  "fileloc",  "flatpak",     "flatpakref", "inetloc", "jar",     "jnlp", "lnk",
-    "mobileconfig", "mpkg", "msi",      "pif",         "pkg",        "ps1",     "reg",     "rpm",  "scpt",
-    "scptd",        "scr",  "snap",     "terminal",    "tool",       "vbs",     "wflow",
-};
+constexpr auto files = std::to_array<std::string_view>({
+    "apk",          "app",          "appimage",
+    "appinstaller", "applescript",  "application",
+    "appref-ms",    "appx",         "bat",
+    "class",        "cmd",          "command",
+    "cpl",          "crx",          "deb",
+    "desktop",      "directory",    "dmg",
+    "exe",          "fileloc",      "flatpak",
+    "flatpakref",   "flatpakrepo",  "hta",
+    "inetloc",      "ipa",          "jar",
+    "jnlp",         "jse",          "kdelnk",
+    "lnk",          "mobileconfig", "mpkg",
+    "msc",          "msi",          "msix",
+    "msixbundle",   "osax",         "oxt",
+    "pif",          "pkg",          "ps1",
+    "psm1",         "pyz",          "pyzw",
+    "reg",          "rpm",          "scpt",
+    "scptd",        "scr",          "settingcontent-ms",
+    "snap",         "terminal",     "tool",
+    "vbe",          "vbs",          "wflow",
+    "wsf",          "wsh",          "xpi",
+});
 constexpr std::array<std::string_view, 15> folders{
     "action",   "app",         "bundle", "framework", "kext",    "mpkg",     "pkg", "plugin",
     "prefpane", "qlgenerator", "saver",  "scptd",     "service", "workflow", "xpc",

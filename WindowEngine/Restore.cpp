@@ -11,6 +11,7 @@
 #include "WindowEngine/Displays.hpp"
 #include "WindowEngine/DocumentRestore.hpp"
 #include "WindowEngine/Log.hpp"
+#include "WindowEngine/RestoreScope.hpp"
 #include "WindowEngine/WindowPlacement.hpp"
 #include "WindowEngine/WindowPresence.hpp"
 
@@ -20,7 +21,7 @@ namespace {
 /// What all tasks of one run share; it outlives them, since the run joins them before it ends.
 struct Run {
     DesktopAccess& desktop;
-    const Workspace& workspace;
+    Workspace& workspace;
     const Options& options;
     const ItemSink& sink;
     TimePoint started;
@@ -32,7 +33,7 @@ struct Run {
     double secondsSinceStart() const { return std::chrono::duration<double>(now() - started).count(); }
 };
 
-/// The saved location is used only when what stands there is that application; a workspace file may come
+/// The saved location decides only among installed applications of that identifier; a workspace file may come
 /// from somebody else.
 std::optional<Url> locationOf(Applications& applications, const ApplicationSnapshot& application) {
     if (application.applicationURL &&
@@ -42,8 +43,7 @@ std::optional<Url> locationOf(Applications& applications, const ApplicationSnaps
 }
 
 DocumentPlan documentsOf(const ApplicationRestore& restore, std::span<const LiveWindowInfo> live) {
-    return planDocuments(restore.desktop.platform, restore.application, restore.options.enabledAdapters,
-                         live);
+    return planDocuments(restore.desktop.platform, restore.application, restore.options, live);
 }
 
 /// False when there is no application to go on with.
@@ -57,7 +57,8 @@ Task<bool> launch(ApplicationRestore& restore) {
     DocumentPlan documents;
     if (applications.documentsTravelWithLaunch()) documents = documentsOf(restore, {});
     std::vector<Url> urls;
-    for (const SavedDocument& document : documents.open) urls.push_back(document.url);
+    for (const SavedDocument& document : documents.open)
+        urls.push_back(document.target.value_or(document.url));
     const auto launched = co_await applications.launch(*location, std::move(urls));
     if (!launched) {
         restore.add(RestoreReport::failed{"couldn't launch: " + launched.error().text});
@@ -168,6 +169,14 @@ Task<void> prepareDesktops(Run& run) {
     run.displays = Displays::current(run.desktop.platform.screens);
 }
 
+/// Each application once, under its own name, within the limits.
+void narrow(Run& run) {
+    RestoreScope scope = scopeOf(std::move(run.workspace.snapshot), run.options.limited);
+    run.workspace.snapshot = std::move(scope.snapshot);
+    giveShownNames(run.desktop.platform.applications, run.workspace.snapshot);
+    for (RestoreReport::Item& item : scope.leftOut) run.sink.add(std::move(item));
+}
+
 Task<void> restoreWorkspace(Run& run) {
     if (!run.desktop.platform.accessibility.trusted()) {
         run.sink.add(RestoreReport::failed{"Accessibility permission not granted"});
@@ -177,6 +186,7 @@ Task<void> restoreWorkspace(Run& run) {
     co_await prepareDesktops(run);
     co_await cleanSlate(run.desktop, run.workspace, run.options.cleanSlate.value_or(CleanSlateMode::keep),
                         run.sink);
+    narrow(run);  // not before: what the limits leave out is still no other application, to be hidden or quit
     co_await restoreApplications(run);
 }
 

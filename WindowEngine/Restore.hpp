@@ -15,6 +15,8 @@ struct Options {
     std::optional<CleanSlateMode> cleanSlate = std::nullopt;  // absent: other applications are kept
     double settleDelay = 1.0;  // seconds without a new window after which an application is complete
     std::set<std::string> enabledAdapters = {};  // integrations whose context is restored
+    bool limited = true;  // RestoreScope's limits hold; a person may lift them for what they saved themself
+    bool followsLinks = true;  // a document that a symbolic link leads to is opened; not of a stranger's file
 };
 
 /// Called on the executor's thread for each item as it is made, in report order.

@@ -12,7 +12,7 @@ class Collection {
 
     void add(const std::optional<Url>& url, const std::optional<std::string>& title) {
         if (url && url->isFile() && known_.insert(url->standardized().string()).second)
-            documents_.push_back({*url, title});
+            documents_.push_back({.url = *url, .title = title});
     }
     std::vector<SavedDocument> take() { return std::move(documents_); }
 
@@ -54,6 +54,7 @@ std::vector<SavedDocument> missing(std::vector<SavedDocument> documents,
     }
     std::erase_if(documents, [&](const SavedDocument& document) {
         return addresses.contains(document.url.standardized().string()) ||
+               (document.target && addresses.contains(document.target->standardized().string())) ||
                (document.title && titles.contains(*document.title));
     });
     return documents;

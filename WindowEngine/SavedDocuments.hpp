@@ -11,8 +11,10 @@
 namespace quillo {
 
 struct SavedDocument {
-    Url url;                           // a file: address
-    std::optional<std::string> title;  // of the window or native tab that showed it
+    Url url;                                   // a file: address
+    std::optional<std::string> title;          // of the window or native tab that showed it
+    std::optional<Url> target = std::nullopt;  // what is opened for it, once judged: links are resolved
+    std::string refusal = {};                  // why nothing is
 };
 
 namespace SavedDocuments {

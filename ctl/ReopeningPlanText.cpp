@@ -49,13 +49,14 @@ void printDocuments(Output& output, const ApplicationSnapshot& application,
     for (const SavedDocument& document : documents) {
         if (output.json()) {
             JsonLine line = lineAbout(application);
-            line.add("document", document.url.string()).add("opened", opened);
+            line.add("document", document.target.value_or(document.url).string()).add("opened", opened);
+            if (!opened) line.add("reason", document.refusal);
             output.value(std::move(line));
         } else if (opened) {
-            output.line("  opens   " + location(document.url));
+            output.line("  opens   " + location(document.target.value_or(document.url)));
         } else {
-            output.line("  " + output.painted(Style::warning, "leaves  ") + location(document.url) +
-                        " (gone, or opening would run it)");
+            output.line("  " + output.painted(Style::warning, "leaves  ") + location(document.url) + " (" +
+                        document.refusal + ")");
         }
     }
 }
@@ -79,7 +80,8 @@ Task<ReopeningPlan> planReopening(DesktopAccess& desktop, const ApplicationSnaps
                                   std::span<const LiveWindowInfo> live, bool isRunning,
                                   const std::set<std::string>& enabledAdapters) {
     ReopeningPlan plan;
-    plan.documents = Restore::planDocuments(desktop.platform, application, enabledAdapters, live);
+    plan.documents = Restore::planDocuments(desktop.platform, application,
+                                            Restore::Options{.enabledAdapters = enabledAdapters}, live);
     plan.askedForWindow = isRunning && Restore::needsWindow(desktop.platform, application, enabledAdapters);
     co_await planContext(desktop, application, isRunning, enabledAdapters, plan);
     co_return plan;

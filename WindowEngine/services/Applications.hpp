@@ -47,25 +47,31 @@ class Applications {
     /// the engine never captures anywhere. A running application's own identifier is compared in lower case.
     virtual std::set<std::string> neverCaptured() { return {}; }
 
-    /// Where an installed application lives; absent when it is not installed.
+    /// Where an installed application lives; absent when it is not installed, even while a program runs
+    /// under that identifier.
     virtual std::optional<Url> location(std::string_view bundleIdentifier) = 0;
-    /// Which identifier the application at `location` carries; absent when there is none, and for a bare
-    /// program or whatever else the system does not hold for an installed application: the location may come
-    /// from a stranger's file, and what carries the saved identifier is launched.
+    /// Which identifier the installed application at `location` carries; absent for a bare program and for
+    /// whatever else the system does not hold for an installed application: the location may come from a
+    /// stranger's file, which must not choose what is run.
     virtual std::optional<std::string> identifierAt(const Url& location) = 0;
+    /// What the installed application calls itself, in the person's language; absent when it is not
+    /// installed.
+    virtual std::optional<std::string> name(std::string_view bundleIdentifier) = 0;
 
-    /// Launches the application at `location`, or activates it when it runs. Waits (suspended, never
-    /// blocking) until the system accepts or refuses it, not for its windows. `documents` travel with the
-    /// launch. The error's text is the system's reason without path or title.
+    /// Launches the installed application at `location`, or activates it when it runs; refuses any other.
+    /// Waits (suspended, never blocking) until the system accepts or refuses it, not for its windows.
+    /// `documents` travel with the launch. The error's text is the system's reason without path or title.
     virtual Task<Result<void>> launch(Url location, std::vector<Url> documents) = 0;
     /// Whether documents handed to launch() spare an application the empty window that it would open without
     /// any, so that they should not be opened after it.
     virtual bool documentsTravelWithLaunch() { return false; }
     /// Opens documents with a running application.
     virtual Task<Result<void>> open(std::string bundleIdentifier, std::vector<Url> documents) = 0;
-    /// Whether `document` may be handed to launch() or open(): a file or a folder that exists, and that
-    /// opening cannot run. A workspace may come from a stranger. Blocks for the disk only.
-    virtual bool opensSafely(const Url& document) = 0;
+    /// `document` as launch() and open() may be given it: the address of the very file or folder that was
+    /// judged, with all links resolved. Refused with a reason, which names neither path nor title, unless it
+    /// exists, opening it cannot run it, and this installed application declares that it opens such
+    /// documents. A workspace may come from a stranger. Blocks for the disk only.
+    virtual Result<Url> openable(std::string_view bundleIdentifier, const Url& document) = 0;
     /// Asks a running application without windows for one.
     virtual Task<Result<void>> requestWindow(std::string bundleIdentifier) = 0;
 

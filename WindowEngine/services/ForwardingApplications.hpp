@@ -23,6 +23,9 @@ class ForwardingApplications : public Applications {
     std::optional<std::string> identifierAt(const Url& location) override {
         return target_.identifierAt(location);
     }
+    std::optional<std::string> name(std::string_view bundleIdentifier) override {
+        return target_.name(bundleIdentifier);
+    }
     Task<Result<void>> launch(Url location, std::vector<Url> documents) override {
         return target_.launch(std::move(location), std::move(documents));
     }
@@ -30,7 +33,9 @@ class ForwardingApplications : public Applications {
     Task<Result<void>> open(std::string bundleIdentifier, std::vector<Url> documents) override {
         return target_.open(std::move(bundleIdentifier), std::move(documents));
     }
-    bool opensSafely(const Url& document) override { return target_.opensSafely(document); }
+    Result<Url> openable(std::string_view bundleIdentifier, const Url& document) override {
+        return target_.openable(bundleIdentifier, document);
+    }
     Task<Result<void>> requestWindow(std::string bundleIdentifier) override {
         return target_.requestWindow(std::move(bundleIdentifier));
     }

@@ -194,8 +194,8 @@ bool Url::isWeb() const {
 
 bool Url::isFile() const {
     if (scheme() != "file") return false;
-    const auto name = host();
-    return !name || text::equalIgnoringCase(*name, "localhost");
+    const auto authority = split(text_).authority.value_or("");
+    return authority.empty() || text::equalIgnoringCase(authority, "localhost");
 }
 
 std::optional<std::string> Url::filePath() const {

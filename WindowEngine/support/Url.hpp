@@ -26,7 +26,7 @@ class Url {
     /// of an escape that cannot be decoded as it is.
     std::optional<std::string> asciiHost() const;
     bool isWeb() const;   // scheme http or https: what a browser may be given
-    bool isFile() const;  // scheme file with an empty host or localhost
+    bool isFile() const;  // scheme file with an empty authority or localhost, without user or port
     /// Decoded path of a file URL, without a trailing slash except for "/"; absent for any other URL,
     /// for bad percent escapes and for a decoded NUL byte.
     std::optional<std::string> filePath() const;

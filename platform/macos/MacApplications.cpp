@@ -3,11 +3,11 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <tuple>
 
 #include "WindowEngine/support/Completion.hpp"
-#include "platform/macos/OpenableDocument.hpp"
 #include "platform/macos/WorkspaceErrors.hpp"
 
 namespace quillo {
@@ -73,6 +73,22 @@ Family familyNamed(WorkspaceShell& shell, std::string_view identifier) {
     return {};
 }
 
+/// Where a person, an administrator or the system puts applications; whatever lies in their folders too.
+bool isInstalledPlace(const Url& location) {
+    const auto path = location.standardized().filePath().value_or("");
+    const char* const home = std::getenv("HOME");
+    const std::array folders{std::string("/Applications/"), std::string("/System/"),
+                             std::string(home && *home == '/' ? home : "") + "/Applications/"};
+    return std::ranges::any_of(folders, [&](const std::string& folder) { return path.starts_with(folder); });
+}
+
+/// Those of the identifier that count as installed, the one that the system would open first.
+std::vector<Url> installedPlaces(WorkspaceShell& shell, std::string_view identifier) {
+    std::vector<Url> places = shell.locations(identifier);
+    std::erase_if(places, [](const Url& place) { return !isInstalledPlace(place); });
+    return places;
+}
+
 std::optional<RunningApplication> describedIfAny(const Family& family) {
     return family.empty() ? std::nullopt : std::optional(described(family));
 }
@@ -123,7 +139,7 @@ std::vector<std::string> MacApplications::ownIdentifiers() {
 std::optional<Url> MacApplications::location(std::string_view bundleIdentifier) {
     if (const auto application = running(bundleIdentifier); application && application->bundleURL)
         return application->bundleURL;
-    const auto locations = shell_.locations(bundleIdentifier);
+    const auto locations = installedPlaces(shell_, bundleIdentifier);
     return locations.empty() ? std::nullopt : std::optional(locations.front());
 }
 
@@ -132,9 +148,14 @@ std::optional<std::string> MacApplications::identifierAt(const Url& location) {
     auto identifier = shell_.identifierAt(location);
     if (!identifier) return std::nullopt;
     // Any folder may say of itself whose it is: it counts only where the system has it in its own list.
-    const auto installed = shell_.locations(*identifier);
+    const auto installed = installedPlaces(shell_, *identifier);
     const bool known = contains(installed, location.standardized(), &Url::standardized);
     return known ? std::move(identifier) : std::nullopt;
+}
+
+std::optional<std::string> MacApplications::name(std::string_view bundleIdentifier) {
+    const auto places = installedPlaces(shell_, bundleIdentifier);
+    return places.empty() ? std::nullopt : shell_.name(places.front());
 }
 
 Task<Result<void>> MacApplications::openWith(Url location, std::vector<Url> documents) {
@@ -150,18 +171,17 @@ Task<Result<void>> MacApplications::openWith(Url location, std::vector<Url> docu
     }
 }
 
-bool MacApplications::activate(const Url& location) {
-    const auto identifier = shell_.identifierAt(location);
-    const Family family = identifier ? familyNamed(shell_, *identifier) : Family();
+bool MacApplications::activate(std::string_view identifier) {
+    const Family family = familyNamed(shell_, identifier);
     return !family.empty() && shell_.activate(family.front().pid);
 }
 
 Task<Result<void>> MacApplications::launch(Url location, std::vector<Url> documents) {
-    if (!location.filePath())
-        co_return fail(ErrorKind::invalidArgument, "the application's location is no file");
+    const auto identifier = identifierAt(location);
+    if (!identifier) co_return fail(ErrorKind::notFound, "the application is not installed");
     // The system's launcher would also ask a running application to open again, on which some bring up a
     // window.
-    if (documents.empty() && activate(location)) co_return Result<void>();
+    if (documents.empty() && activate(*identifier)) co_return Result<void>();
     co_return co_await openWith(std::move(location), std::move(documents));
 }
 
@@ -177,8 +197,16 @@ Task<Result<void>> MacApplications::requestWindow(std::string bundleIdentifier) 
     co_return co_await open(std::move(bundleIdentifier), {});
 }
 
-bool MacApplications::opensSafely(const Url& document) {
-    return documentOpensSafelyOnMac(document, shell_);
+Result<Url> MacApplications::openable(std::string_view bundleIdentifier, const Url& document) {
+    auto judged = judge_(document, shell_);
+    if (!judged) return judged;
+    const auto places = shell_.locations(bundleIdentifier);
+    const auto opens = [&](const Url& opener) {
+        return contains(places, opener.standardized(), &Url::standardized);
+    };
+    if (!std::ranges::any_of(shell_.openers(*judged), opens))
+        return fail(ErrorKind::refused, "the application does not say that it opens such documents");
+    return judged;
 }
 
 bool MacApplications::hide(std::string_view bundleIdentifier) {

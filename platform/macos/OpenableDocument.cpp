@@ -38,15 +38,19 @@ bool holdsProgram(const std::string& path) {
 
 }  // namespace
 
-bool documentOpensSafelyOnMac(const Url& document, WorkspaceShell& shell) {
-    if (!documentOpensSafely(document)) return false;
+Result<Url> openableDocumentOnMac(const Url& document, WorkspaceShell& shell) {
+    auto openable = openableDocument(document);
+    if (!openable) return openable;
     std::error_code error;
-    const auto real = std::filesystem::canonical(*document.filePath(), error);
-    if (error || (std::filesystem::is_directory(real, error) && holdsProgram(real.string()))) return false;
+    const std::filesystem::path real = openable->filePath().value();
     // Of the file itself: the system would call a symbolic link an alias.
     const auto facts = shell.facts(Url::file(real.string()));
-    if (!facts || facts->isApplication || facts->isAlias) return false;
-    return std::ranges::find_first_of(facts->types, runningTypes) == facts->types.end();
+    if (!facts) return fail(ErrorKind::refused, "the system does not say what it is");
+    if (facts->isAlias) return fail(ErrorKind::refused, "it stands for something else");
+    if ((std::filesystem::is_directory(real, error) && holdsProgram(real.string())) || facts->isApplication ||
+        std::ranges::find_first_of(facts->types, runningTypes) != facts->types.end())
+        return fail(ErrorKind::refused, "opening it could run a program");
+    return openable;
 }
 
 }  // namespace quillo

@@ -55,7 +55,11 @@ class WorkspaceShell {
     virtual std::vector<Url> locations(std::string_view identifier) = 0;
     /// What the bundle at `location` says of itself.
     virtual std::optional<std::string> identifierAt(const Url& location) = 0;
+    /// What it calls itself, in the person's language.
+    virtual std::optional<std::string> name(const Url& location) = 0;
     virtual std::optional<DocumentFacts> facts(const Url& document) = 0;
+    /// All applications that the system knows to open such a document.
+    virtual std::vector<Url> openers(const Url& document) = 0;
 
     /// Opens the documents with the application at `location`, which is launched where it does not run.
     /// Without documents: launches it, or activates it and asks it to open again, on which one without

@@ -62,6 +62,12 @@ std::optional<std::string> ApplicationList::identifierAt(const Url& location) {
     return std::nullopt;
 }
 
+std::optional<std::string> ApplicationList::name(std::string_view bundleIdentifier) {
+    const Application* application = world_.application(bundleIdentifier);
+    return application && application->scene.installed ? std::optional(application->scene.name)
+                                                       : std::nullopt;
+}
+
 Task<Result<void>> ApplicationList::launch(Url location, std::vector<Url> documents) {
     co_await sleepFor(50ms);
     world_.advance();
@@ -94,9 +100,12 @@ Task<Result<void>> ApplicationList::open(std::string bundleIdentifier, std::vect
     co_return Result<void>{};
 }
 
-bool ApplicationList::opensSafely(const Url& document) {
+Result<Url> ApplicationList::openable(std::string_view, const Url& document) {
     const auto path = document.filePath();
-    return path && !DocumentSafety::isProgramFile(*path) && !DocumentSafety::isProgramFolder(*path);
+    if (!path) return fail(ErrorKind::refused, "its address is not one of a file on this computer");
+    if (DocumentSafety::isProgramFile(*path) || DocumentSafety::isProgramFolder(*path))
+        return fail(ErrorKind::refused, "opening it could run a program");
+    return document.standardized();
 }
 
 Task<Result<void>> ApplicationList::requestWindow(std::string bundleIdentifier) {

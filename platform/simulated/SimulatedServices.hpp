@@ -76,10 +76,11 @@ class ApplicationList final : public Applications {
     std::vector<std::string> ownIdentifiers() override { return {}; }
     std::optional<Url> location(std::string_view bundleIdentifier) override;
     std::optional<std::string> identifierAt(const Url& location) override;
+    std::optional<std::string> name(std::string_view bundleIdentifier) override;
     Task<Result<void>> launch(Url location, std::vector<Url> documents) override;
     Task<Result<void>> open(std::string bundleIdentifier, std::vector<Url> documents) override;
     /// Documents are names here: only their endings tell.
-    bool opensSafely(const Url& document) override;
+    Result<Url> openable(std::string_view bundleIdentifier, const Url& document) override;
     Task<Result<void>> requestWindow(std::string bundleIdentifier) override;
     bool hide(std::string_view bundleIdentifier) override;
     bool terminate(std::string_view bundleIdentifier) override;

@@ -7,6 +7,9 @@
 #include <algorithm>
 #include <memory>
 
+#include "platform/posix/DocumentOnDisk.hpp"
+#include "platform/x11/ContentTypes.hpp"
+#include "platform/x11/DesktopEntries.hpp"
 #include "platform/x11/GObjectPtr.hpp"
 
 namespace quillo::x11 {
@@ -51,16 +54,19 @@ const char* whyNotStarted(const GError* error) {
                                               : "the application's program may not be run";
 }
 
-GObjectPtr<GDesktopAppInfo> applicationAt(const std::string& file, bool withDocuments) {
-    if (file.ends_with(".desktop"))
-        return GObjectPtr<GDesktopAppInfo>(g_desktop_app_info_new_from_filename(file.c_str()));
-    if (access(file.c_str(), X_OK) != 0) return nullptr;
-    std::string escaped;  // the command line of a .desktop file has % for its fields
-    for (const char c : file) escaped += c == '%' ? "%%" : std::string(1, c);
-    const GText quoted(g_shell_quote(escaped.c_str()));
-    const auto flags = withDocuments ? G_APP_INFO_CREATE_SUPPORTS_URIS : G_APP_INFO_CREATE_NONE;
-    return GObjectPtr<GDesktopAppInfo>(
-        G_DESKTOP_APP_INFO(g_app_info_create_from_commandline(quoted.get(), nullptr, flags, nullptr)));
+/// What was judged a moment ago may have been replaced since.
+Result<void> judgedAgain(GDesktopAppInfo* application, const std::vector<Url>& documents) {
+    if (documents.empty()) return {};
+    const auto types = declaredTypes(application);
+    for (const Url& document : documents) {
+        const auto openable = openableDocument(document);
+        if (!openable) return std::unexpected(openable.error());
+        if (*openable != document) return fail(ErrorKind::refused, "it was replaced by a link");
+        const auto type = ContentTypes::of(document.filePath().value());
+        if (!type || !ContentTypes::declares(types, *type))
+            return fail(ErrorKind::refused, "the application does not say that it opens such documents");
+    }
+    return {};
 }
 
 /// GIO's connection to the session bus would end this program when the bus goes away.
@@ -70,13 +76,11 @@ GObjectPtr<GDBusConnection> sessionBus() {
     return bus;
 }
 
-Launched launchNow(const std::string& file, const std::vector<Url>& documents, const std::string& display) {
-    const auto application = applicationAt(file, !documents.empty());
+Launched launchNow(const std::string& entry, const std::vector<Url>& documents, const std::string& display) {
+    const GObjectPtr<GDesktopAppInfo> application(g_desktop_app_info_new_from_filename(entry.c_str()));
     if (!application) return fail(ErrorKind::notFound, "the application is not installed or cannot be run");
-    GAppInfo* info = G_APP_INFO(application.get());
-    if (!documents.empty() && !g_app_info_supports_uris(info) && !g_app_info_supports_files(info)) {
-        return fail(ErrorKind::refused, "the application does not open documents");
-    }
+    if (auto judged = judgedAgain(application.get(), documents); !judged)
+        return std::unexpected(std::move(judged.error()));
     std::unique_ptr<GList, GListFree> addresses;
     for (auto url = documents.rbegin(); url != documents.rend(); ++url) {
         addresses.reset(g_list_prepend(addresses.release(), const_cast<char*>(url->string().c_str())));
@@ -110,13 +114,13 @@ void ApplicationLauncher::joinEnded() {
     });
 }
 
-Task<Launched> ApplicationLauncher::launch(std::string file, std::vector<Url> documents) {
+Task<Launched> ApplicationLauncher::launch(std::string entry, std::vector<Url> documents) {
     joinEnded();
     Completion<Launched> completion(executor_);
     auto ended = std::make_shared<bool>(false);
     auto work = [&executor = executor_, setter = completion.setter(), held = executor_.outsideWork(), ended,
-                 file, documents, display = display_] {
-        setter.set(launchNow(file, documents, display));
+                 entry, documents, display = display_] {
+        setter.set(launchNow(entry, documents, display));
         executor.post([ended] { *ended = true; });
     };
     running_.push_back({std::thread(std::move(work)), ended});

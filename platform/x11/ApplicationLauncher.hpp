@@ -23,9 +23,11 @@ class ApplicationLauncher {
     ApplicationLauncher& operator=(const ApplicationLauncher&) = delete;
     ~ApplicationLauncher();  // waits for launches that are under way
 
-    /// `file` is a .desktop file or a program. Gives the new process; absent when the system started the
-    /// application in another way (over its session bus). The error's text holds no path or title.
-    Task<Result<std::optional<ProcessID>>> launch(std::string file, std::vector<Url> documents);
+    /// `entry` is the .desktop file of an installed application, `documents` canonical addresses of what it
+    /// declares to open; both are judged once more right before they are handed over. Gives the new process;
+    /// absent when the system started the application in another way (over its session bus). The error's text
+    /// holds no path or title.
+    Task<Result<std::optional<ProcessID>>> launch(std::string entry, std::vector<Url> documents);
 
   private:
     struct Running {

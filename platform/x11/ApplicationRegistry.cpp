@@ -8,6 +8,8 @@
 
 #include "WindowEngine/RestoreReport.hpp"
 #include "WindowEngine/support/Text.hpp"
+#include "platform/posix/DocumentOnDisk.hpp"
+#include "platform/x11/ContentTypes.hpp"
 
 namespace quillo::x11 {
 namespace {
@@ -142,7 +144,6 @@ void ApplicationRegistry::describe(KnownApplication& application,
             const auto& window = windows[application.windows.front()];
             running.localizedName = window.className.empty() ? window.instanceName : window.className;
         }
-        if (const auto file = launchableFile(running.pid)) running.bundleURL = Url::file(*file);
     }
     if (running.localizedName && running.localizedName->empty())
         running.localizedName = running.bundleIdentifier;
@@ -165,17 +166,32 @@ std::optional<Url> ApplicationRegistry::location(std::string_view identifier) {
     return entry ? std::optional(Url::file(entry->file)) : std::nullopt;
 }
 
+std::optional<std::string> ApplicationRegistry::name(std::string_view identifier) {
+    entries_.refresh();
+    const auto* entry = entries_.withId(identifier);
+    return entry ? std::optional(entry->name) : std::nullopt;
+}
+
 std::optional<std::string> ApplicationRegistry::identifierAt(const Url& location) {
     entries_.refresh();
+    // Nothing else carries an identifier, not even an entry's own program: given other arguments it would be
+    // another application, and an interpreter any at all. Nor does a .desktop file that lies about somewhere.
     const auto path = location.filePath();
-    std::error_code error;
-    if (!path || !fs::is_regular_file(*path, error)) return std::nullopt;
-    if (const auto* entry = entries_.withFile(*path)) return entry->id;
-    const auto real = fs::canonical(*path, error).string();
-    if (const auto* entry = error ? nullptr : entries_.withProgram(real)) return entry->id;
-    // Nothing else carries an identifier. A workspace may come from a stranger: it must not be able to name
-    // any program, or a .desktop file that lies about somewhere, and have it run.
-    return std::nullopt;
+    const auto* entry = path ? entries_.withFile(*path) : nullptr;
+    return entry ? std::optional(entry->id) : std::nullopt;
+}
+
+Result<ApplicationRegistry::Opening> ApplicationRegistry::opening(std::string_view identifier,
+                                                                  const Url& document) {
+    entries_.refresh();
+    const auto* entry = entries_.withId(identifier);
+    if (!entry) return fail(ErrorKind::notFound, "the application is not installed");
+    auto openable = openableDocument(document);
+    if (!openable) return std::unexpected(std::move(openable.error()));
+    const auto type = ContentTypes::of(openable->filePath().value());
+    const auto* opener = type ? entries_.opener(*entry, *type) : nullptr;
+    if (!opener) return fail(ErrorKind::refused, "the application does not say that it opens such documents");
+    return Opening{*std::move(openable), opener->file};
 }
 
 }  // namespace quillo::x11

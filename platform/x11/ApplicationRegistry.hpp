@@ -34,8 +34,19 @@ class ApplicationRegistry {
     /// What the application that this window alone speaks for opens; nothing where it names none.
     OpenedKinds opens(const WindowReading& window);
 
+    /// Of the installed menu entry with this identifier.
     std::optional<Url> location(std::string_view identifier);
+    std::optional<std::string> name(std::string_view identifier);
+    /// Of the installed menu entry that this file is.
     std::optional<std::string> identifierAt(const Url& location);
+
+    /// A document as it may be opened, and the file of the menu entry that opens it.
+    struct Opening {
+        Url document;
+        std::string entry;
+    };
+    /// Refused with a reason that names nothing, as Applications::openable() says. Blocks for the disk.
+    Result<Opening> opening(std::string_view identifier, const Url& document);
 
   private:
     struct Launch {

@@ -1,12 +1,11 @@
 #include "platform/x11/DesktopEntries.hpp"
 
-#include <gio/gdesktopappinfo.h>
-
 #include <algorithm>
 #include <array>
 #include <chrono>
 
 #include "WindowEngine/support/Text.hpp"
+#include "platform/x11/ContentTypes.hpp"
 #include "platform/x11/GObjectPtr.hpp"
 
 namespace quillo::x11 {
@@ -39,11 +38,59 @@ std::vector<fs::path> searchOrder() {
     return roots;
 }
 
-bool isOneOf(const char* const* types, std::string_view wanted) {
-    for (; types && *types; ++types) {
-        if (*types == wanted) return true;
+bool isFieldForDocuments(std::string_view word) {
+    return word == "%f" || word == "%F" || word == "%u" || word == "%U";
+}
+
+/// The words of an Exec line as they are written, quotation marks and all.
+std::vector<std::string> wordsOf(std::string_view command) {
+    std::vector<std::string> words(1);
+    char quote = 0;
+    for (std::size_t i = 0; i < command.size(); ++i) {
+        const char c = command[i];
+        if (c == '\\' && i + 1 < command.size()) {
+            words.back() += c;
+            words.back() += command[++i];
+            continue;
+        }
+        if (quote == 0 && (c == ' ' || c == '\t')) {
+            if (!words.back().empty()) words.emplace_back();
+            continue;
+        }
+        if (c == quote) {
+            quote = 0;
+        } else if (quote == 0 && (c == '"' || c == '\'')) {
+            quote = c;
+        }
+        words.back() += c;
     }
-    return false;
+    if (words.back().empty()) words.pop_back();
+    return words;
+}
+
+std::string commandOf(std::string_view execLine) {
+    std::string command;
+    for (const auto& word : wordsOf(execLine)) {
+        const bool isField = word.size() == 2 && word.front() == '%';
+        if (!isField) command += (command.empty() ? "" : " ") + word;
+    }
+    return command;
+}
+
+/// What is handed over stands as a word of its own, or as the end of one ("--open=%f"), never within quotes.
+bool takesDocuments(GAppInfo* app) {
+    if (!g_app_info_supports_uris(app) && !g_app_info_supports_files(app)) return false;
+    const auto words = wordsOf(orEmpty(g_app_info_get_commandline(app)));
+    return std::ranges::any_of(words, [](std::string_view word) {
+        return word.size() >= 2 && isFieldForDocuments(word.substr(word.size() - 2)) &&
+               word.find_first_of("\"'") == std::string_view::npos;
+    });
+}
+
+OpenedKinds kindsOf(GAppInfo* app, const std::vector<std::string>& types) {
+    return {.documents = takesDocuments(app),
+            .folders = std::ranges::find(types, "inode/directory") != types.end(),
+            .pages = std::ranges::find(types, "x-scheme-handler/http") != types.end()};
 }
 
 fs::file_time_type changeTime(const fs::path& path) {
@@ -53,6 +100,15 @@ fs::file_time_type changeTime(const fs::path& path) {
 }
 
 }  // namespace
+
+std::vector<std::string> declaredTypes(GDesktopAppInfo* entry) {
+    GAppInfo* const app = G_APP_INFO(entry);
+    if (!takesDocuments(app)) return {};
+    std::vector<std::string> types;
+    for (const auto* type = g_app_info_get_supported_types(app); type && *type; ++type)
+        types.emplace_back(*type);
+    return types;
+}
 
 DesktopEntries::Directory DesktopEntries::lookedAt(const fs::path& path) {
     constexpr std::chrono::milliseconds clockStep(50);  // file systems stamp with the kernel's tick
@@ -102,21 +158,23 @@ void DesktopEntries::add(const fs::path& root, const fs::path& file) {
         return;
     }
     GAppInfo* app = G_APP_INFO(info.get());
-    const auto* types = g_app_info_get_supported_types(app);
+    auto types = declaredTypes(info.get());
+    const auto opens = kindsOf(app, types);
     DesktopEntry entry{.id = id,
                        .name = orEmpty(g_app_info_get_name(app)),
                        .file = file.string(),
                        .windowClass = orEmpty(g_desktop_app_info_get_startup_wm_class(info.get())),
                        .program = resolvedProgram(g_app_info_get_executable(app)),
+                       .command = commandOf(orEmpty(g_app_info_get_commandline(app))),
                        .shown = !g_desktop_app_info_get_nodisplay(info.get()),
-                       .opens = {.documents = g_app_info_supports_uris(app) || g_app_info_supports_files(app),
-                                 .folders = isOneOf(types, "inode/directory"),
-                                 .pages = isOneOf(types, "x-scheme-handler/http")}};
+                       .types = std::move(types),
+                       .opens = opens};
     const auto index = entries_.size();
     byId_[id].push_back(index);
     byLowerId_[text::lowercase(id)].push_back(index);
     if (!entry.windowClass.empty()) byWindowClass_[text::lowercase(entry.windowClass)].push_back(index);
-    if (!entry.program.empty()) byProgram_[entry.program].push_back(index);
+    if (!entry.command.empty()) byCommand_[entry.command].push_back(index);
+    if (!entry.program.empty() && entry.shown) byProgram_[entry.program].push_back(index);
     entries_.push_back(std::move(entry));
 }
 
@@ -146,6 +204,15 @@ const DesktopEntry* DesktopEntries::withProgram(const std::string& program) cons
     const auto base = fs::path(program).filename().string();
     const auto* named = withIdIgnoringCase(base);
     return named && named->program == program ? named : nullptr;
+}
+
+const DesktopEntry* DesktopEntries::opener(const DesktopEntry& application, std::string_view type) const {
+    if (ContentTypes::declares(application.types, type)) return &application;
+    const auto same = byCommand_.find(application.command);
+    if (same == byCommand_.end()) return nullptr;
+    const auto found = std::ranges::find_if(
+        same->second, [&](std::size_t i) { return ContentTypes::declares(entries_[i].types, type); });
+    return found == same->second.end() ? nullptr : &entries_[*found];
 }
 
 const DesktopEntry* DesktopEntries::withFile(const std::string& file) const {

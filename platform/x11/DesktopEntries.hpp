@@ -1,5 +1,7 @@
 // The installed applications, as their .desktop files describe them.
 #pragma once
+#include <gio/gdesktopappinfo.h>
+
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -21,9 +23,17 @@ struct DesktopEntry {
     std::string file;         // absolute path
     std::string windowClass;  // StartupWMClass, may be empty
     std::string program;      // absolute path with links resolved; empty when it cannot be found
+    std::string command;      // its Exec line without the fields for what is opened
     bool shown = true;        // in menus
+    std::vector<std::string> types =
+        {};  // of the documents that it declares to open; none where it takes none
     OpenedKinds opens;
 };
+
+/// The types of an entry that takes documents by itself: none where its Exec line has no field for them, or
+/// only within quotation marks, where a shell or an interpreter would read a document's name as its own
+/// language.
+std::vector<std::string> declaredTypes(GDesktopAppInfo* entry);
 
 /// Read when first asked, and again when one of the directories has changed. Where several files give the
 /// same id, the first directory of the XDG search order wins.
@@ -36,9 +46,14 @@ class DesktopEntries {
     /// Whatever the case of its letters.
     const DesktopEntry* withIdIgnoringCase(std::string_view id) const;
     const DesktopEntry* withWindowClass(std::string_view windowClass) const;
-    /// Absent where several share the program and none is named like it.
+    /// Of those that menus show; absent where several share the program and none is named like it.
     const DesktopEntry* withProgram(const std::string& program) const;
     const DesktopEntry* withFile(const std::string& file) const;
+
+    /// The entry through which `application` opens documents of this type: itself, or another that is started
+    /// by the same command (file managers keep one for the menu and one for folders). Absent where none
+    /// declares that type.
+    const DesktopEntry* opener(const DesktopEntry& application, std::string_view type) const;
 
   private:
     struct Directory {
@@ -56,7 +71,7 @@ class DesktopEntries {
 
     std::vector<Directory> directories_;
     std::vector<DesktopEntry> entries_;
-    Index byId_, byLowerId_, byWindowClass_, byProgram_;
+    Index byId_, byLowerId_, byWindowClass_, byProgram_, byCommand_;
 };
 
 }  // namespace quillo::x11

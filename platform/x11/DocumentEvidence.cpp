@@ -115,7 +115,7 @@ std::optional<DocumentOnDisk> inArguments(std::span<const std::string> arguments
                                           const std::string& directory, std::string_view title) {
     for (const auto& argument : arguments) {
         const auto path = pathOfArgument(argument, directory);
-        if (!path || !mentions(title, *path) || !documentOpensSafely(Url::file(*path))) continue;
+        if (!path || !mentions(title, *path) || !openableDocument(Url::file(*path))) continue;
         if (auto document = onDisk(*path)) return document;
     }
     return std::nullopt;

@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include <array>
 #include <charconv>
 #include <filesystem>
 #include <fstream>
@@ -28,23 +27,6 @@ std::chrono::nanoseconds bootTime() {
         if (line.starts_with("btime ")) return std::chrono::seconds(std::stoll(line.substr(6)));
     }
     return {};
-}
-
-bool isInterpreter(std::string_view program) {
-    static constexpr std::array names{"python", "perl", "ruby", "bash", "dash", "sh", "gjs", "node", "java"};
-    const auto base = program.substr(program.rfind('/') + 1);
-    for (const std::string_view name : names) {
-        const auto rest = base.starts_with(name) ? base.substr(name.size()) : std::string_view("x");
-        if (rest.find_first_not_of("0123456789.") == std::string_view::npos) return true;
-    }
-    return false;
-}
-
-std::optional<std::string> scriptOf(ProcessID pid) {
-    const auto arguments = argumentsOf(pid);
-    const auto script = arguments.empty() ? std::string() : arguments.front();
-    const bool usable = script.starts_with('/') && access(script.c_str(), X_OK) == 0;
-    return usable ? std::optional(script) : std::nullopt;
 }
 
 }  // namespace
@@ -77,11 +59,6 @@ std::optional<std::string> programOf(ProcessID pid) {
     auto program = std::filesystem::read_symlink(procFile(pid, "exe"), error).string();
     if (error || program.empty() || program.ends_with(" (deleted)")) return std::nullopt;
     return program;
-}
-
-std::optional<std::string> launchableFile(ProcessID pid) {
-    auto program = programOf(pid);
-    return program && isInterpreter(*program) ? scriptOf(pid) : program;
 }
 
 std::vector<std::string> argumentsOf(ProcessID pid) {

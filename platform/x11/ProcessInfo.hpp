@@ -22,10 +22,6 @@ std::optional<ProcessInfo> processInfo(ProcessID pid);
 /// The same for as long as the process lives.
 Instant startInstant(const ProcessInfo& process);
 
-/// The file of an application that has no .desktop file, fit to be launched: the program, or for an
-/// interpreter the script it runs. Absent when it cannot be told or was deleted.
-std::optional<std::string> launchableFile(ProcessID pid);
-
 /// Absolute path of the program; absent when it cannot be read or was deleted.
 std::optional<std::string> programOf(ProcessID pid);
 

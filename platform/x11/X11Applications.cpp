@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdlib>
+#include <map>
 
 #include "platform/x11/SecretKeepers.hpp"
 #include "platform/x11/WindowRequests.hpp"
@@ -64,46 +65,66 @@ std::set<std::string> X11Applications::neverCaptured() {
     return SecretKeepers::identifiers();
 }
 
-std::optional<Url> X11Applications::whereItIs(std::string_view bundleIdentifier) {
-    const auto* application = view_.applicationNamed(bundleIdentifier);
-    if (application && application->running.bundleURL) return application->running.bundleURL;
-    return view_.registry().location(bundleIdentifier);
-}
-
 std::optional<Url> X11Applications::location(std::string_view bundleIdentifier) {
-    return whereItIs(bundleIdentifier);
+    return view_.registry().location(bundleIdentifier);
 }
 
 std::optional<std::string> X11Applications::identifierAt(const Url& location) {
     return view_.registry().identifierAt(location);
 }
 
-Task<Result<void>> X11Applications::start(Url location, std::vector<Url> documents) {
-    const auto file = location.filePath();
-    if (!file) co_return fail(ErrorKind::invalidArgument, "the application's location is no file");
-    const auto identifier = view_.registry().identifierAt(location);
-    const auto pid = co_await launcher_.launch(*file, std::move(documents));
+std::optional<std::string> X11Applications::name(std::string_view bundleIdentifier) {
+    return view_.registry().name(bundleIdentifier);
+}
+
+Result<Url> X11Applications::openable(std::string_view bundleIdentifier, const Url& document) {
+    auto opening = view_.registry().opening(bundleIdentifier, document);
+    if (!opening) return std::unexpected(std::move(opening.error()));
+    return std::move(opening->document);
+}
+
+/// `entry` is the file of a menu entry: the application's own, or the one that opens these documents for it.
+Task<Result<void>> X11Applications::start(std::string identifier, std::string entry,
+                                          std::vector<Url> documents) {
+    const auto pid = co_await launcher_.launch(std::move(entry), std::move(documents));
     view_.invalidate();
     if (!pid) co_return std::unexpected(pid.error());
-    if (*pid && identifier && file->ends_with(".desktop")) view_.registry().recordLaunch(**pid, *identifier);
+    if (*pid) view_.registry().recordLaunch(**pid, std::move(identifier));
+    co_return Result<void>();
+}
+
+/// Judges each document anew, whoever asked for it: one that may not be opened keeps all from it.
+Task<Result<void>> X11Applications::startWith(std::string identifier, std::vector<Url> documents) {
+    std::map<std::string, std::vector<Url>> byEntry;
+    for (const auto& document : documents) {
+        auto opening = view_.registry().opening(identifier, document);
+        if (!opening) co_return std::unexpected(std::move(opening.error()));
+        byEntry[opening->entry].push_back(std::move(opening->document));
+    }
+    for (auto& [entry, opened] : byEntry) {
+        if (auto started = co_await start(identifier, entry, std::move(opened)); !started) co_return started;
+    }
     co_return Result<void>();
 }
 
 Task<Result<void>> X11Applications::launch(Url location, std::vector<Url> documents) {
     const auto identifier = view_.registry().identifierAt(location);
-    const auto* application = identifier ? view_.applicationNamed(*identifier) : nullptr;
+    if (!identifier) co_return fail(ErrorKind::notFound, "the application is not installed");
+    if (!documents.empty()) co_return co_await startWith(*identifier, std::move(documents));
+    const auto* application = view_.applicationNamed(*identifier);
     const auto windows = application ? listedWindows(*application) : std::vector<WindowReading>();
-    if (documents.empty() && !windows.empty()) {
+    if (!windows.empty()) {
         WindowRequests(view_).activate(windows.back().window);
         co_return Result<void>();
     }
-    co_return co_await start(std::move(location), std::move(documents));
+    co_return co_await start(*identifier, location.filePath().value(), {});
 }
 
 Task<Result<void>> X11Applications::open(std::string bundleIdentifier, std::vector<Url> documents) {
-    const auto where = whereItIs(bundleIdentifier);
+    const auto where = location(bundleIdentifier);
     if (!where) co_return fail(ErrorKind::notFound, "the application is not installed");
-    co_return co_await start(*where, std::move(documents));
+    if (!documents.empty()) co_return co_await startWith(std::move(bundleIdentifier), std::move(documents));
+    co_return co_await start(std::move(bundleIdentifier), where->filePath().value(), {});
 }
 
 Task<Result<void>> X11Applications::requestWindow(std::string bundleIdentifier) {

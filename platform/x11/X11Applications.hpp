@@ -1,7 +1,6 @@
 // Applications of an EWMH desktop: found from their windows and .desktop files, launched through GIO.
 #pragma once
 #include "WindowEngine/services/Applications.hpp"
-#include "platform/posix/DocumentOnDisk.hpp"
 #include "platform/x11/ApplicationLauncher.hpp"
 #include "platform/x11/DesktopView.hpp"
 
@@ -17,13 +16,13 @@ class X11Applications final : public Applications {
     std::optional<RunningApplication> running(std::string_view bundleIdentifier) override;
     std::vector<std::string> ownIdentifiers() override;
     std::set<std::string> neverCaptured() override;
-    /// Also the program of a running application that has no .desktop file.
     std::optional<Url> location(std::string_view bundleIdentifier) override;
     std::optional<std::string> identifierAt(const Url& location) override;
+    std::optional<std::string> name(std::string_view bundleIdentifier) override;
     Task<Result<void>> launch(Url location, std::vector<Url> documents) override;
     bool documentsTravelWithLaunch() override { return true; }
     Task<Result<void>> open(std::string bundleIdentifier, std::vector<Url> documents) override;
-    bool opensSafely(const Url& document) override { return documentOpensSafely(document); }
+    Result<Url> openable(std::string_view bundleIdentifier, const Url& document) override;
     Task<Result<void>> requestWindow(std::string bundleIdentifier) override;
     /// Minimizes every window.
     bool hide(std::string_view bundleIdentifier) override;
@@ -35,8 +34,8 @@ class X11Applications final : public Applications {
     Capability quitting() override { return Capability::available(); }
 
   private:
-    Task<Result<void>> start(Url location, std::vector<Url> documents);
-    std::optional<Url> whereItIs(std::string_view bundleIdentifier);
+    Task<Result<void>> start(std::string identifier, std::string entry, std::vector<Url> documents);
+    Task<Result<void>> startWith(std::string identifier, std::vector<Url> documents);
     std::vector<WindowReading> listedWindows(const KnownApplication& application);
     std::vector<xcb_window_t> closable(std::span<const WindowReading> windows);
 

@@ -156,7 +156,8 @@ TEST(Documents, OfAStrangerAreNotRun) {
         snapshot.applications[0].windows[0].title = "bait";
         EXPECT_EQ(
             texts(desktop.restore(snapshot)),
-            (Texts{"org.editor/bait: failed document could not be opened", "org.editor/bait: restored"}))
+            (Texts{"org.editor/bait: failed document could not be opened: opening it could run a program",
+                   "org.editor/bait: restored"}))
             << name;
         EXPECT_EQ(desktop.world().windowsOf("org.editor").size(), 1u);
     }

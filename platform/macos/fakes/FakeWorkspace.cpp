@@ -46,6 +46,7 @@ std::optional<ProcessID> FakeWorkspace::parent(ProcessID pid) {
 }
 
 std::vector<Url> FakeWorkspace::locations(std::string_view identifier) {
+    if (const auto known = unpacked.find(identifier); known != unpacked.end()) return {known->second};
     const auto location = applications().location(identifier);
     return location ? std::vector{*location} : std::vector<Url>();
 }
@@ -54,6 +55,20 @@ std::optional<std::string> FakeWorkspace::identifierAt(const Url& location) {
     const auto stranger = strangers.find(location.filePath().value_or(""));
     return stranger != strangers.end() ? std::optional(stranger->second)
                                        : applications().identifierAt(location);
+}
+
+std::optional<std::string> FakeWorkspace::name(const Url& location) {
+    const auto identifier = identifierAt(location);
+    return identifier ? applications().name(*identifier) : std::nullopt;
+}
+
+std::vector<Url> FakeWorkspace::openers(const Url& document) {
+    const auto only = onlyOpener.find(document.filePath().value_or(""));
+    if (only != onlyOpener.end()) return locations(only->second);
+    std::vector<Url> all;
+    for (const auto& application : desktop_.world().applications())
+        std::ranges::move(locations(application.scene.identifier), std::back_inserter(all));
+    return all;
 }
 
 std::optional<DocumentFacts> FakeWorkspace::facts(const Url& document) {

@@ -19,7 +19,9 @@ class FakeWorkspace final : public WorkspaceShell {
     std::optional<std::string> ownIdentifier() override { return own; }
     std::vector<Url> locations(std::string_view identifier) override;
     std::optional<std::string> identifierAt(const Url& location) override;
+    std::optional<std::string> name(const Url& location) override;
     std::optional<DocumentFacts> facts(const Url& document) override;
+    std::vector<Url> openers(const Url& document) override;
     void open(const Url& location, const std::vector<Url>& documents, Answered answered) override;
     bool activate(ProcessID pid) override;
     bool hide(ProcessID pid) override;
@@ -31,6 +33,10 @@ class FakeWorkspace final : public WorkspaceShell {
     std::map<std::string, std::string>
         strangers;  // path of a bundle that is not installed, what it says it is
     std::map<std::string, DocumentFacts> documents;  // by path; others are plain files, and told nothing of
+    std::map<std::string, Url, std::less<>>
+        unpacked;  // of an identifier: known, in no folder for applications
+    std::map<std::string, std::string>
+        onlyOpener;  // of a document's path, an identifier; others: all open it
     std::optional<std::string> own;
     std::optional<WorkspaceError> refusal;  // of all that is to be opened
     bool dropsAnswers = false;

@@ -47,6 +47,14 @@ NSRunningApplication* runningApplication(ProcessID pid) {
     return [NSRunningApplication runningApplicationWithProcessIdentifier:pid];
 }
 
+std::vector<Url> urls(NSArray<NSURL*>* places) {
+    std::vector<Url> all;
+    for (NSURL* place in places) {
+        if (auto url = foundation::url(place)) all.push_back(std::move(*url));
+    }
+    return all;
+}
+
 bool isTrue(id value) {
     return [value isKindOfClass:NSNumber.class] && ((NSNumber*)value).boolValue;
 }
@@ -90,12 +98,8 @@ std::optional<std::string> NativeWorkspace::ownIdentifier() {
 
 std::vector<Url> NativeWorkspace::locations(std::string_view identifier) {
     @autoreleasepool {
-        std::vector<Url> all;
         NSString* const wanted = foundation::string(identifier);
-        for (NSURL* place in [NSWorkspace.sharedWorkspace URLsForApplicationsWithBundleIdentifier:wanted]) {
-            if (auto url = foundation::url(place)) all.push_back(std::move(*url));
-        }
-        return all;
+        return urls([NSWorkspace.sharedWorkspace URLsForApplicationsWithBundleIdentifier:wanted]);
     }
 }
 
@@ -104,6 +108,26 @@ std::optional<std::string> NativeWorkspace::identifierAt(const Url& location) {
         NSURL* const place = foundation::address(location);
         NSBundle* const bundle = place ? [NSBundle bundleWithURL:place] : nil;
         return foundation::text(bundle.bundleIdentifier);
+    }
+}
+
+std::optional<std::string> NativeWorkspace::name(const Url& location) {
+    @autoreleasepool {
+        NSURL* const place = foundation::address(location);
+        NSBundle* const bundle = place ? [NSBundle bundleWithURL:place] : nil;
+        for (NSString* key in @[ @"CFBundleDisplayName", @"CFBundleName" ]) {
+            const id value = [bundle objectForInfoDictionaryKey:key];
+            if ([value isKindOfClass:NSString.class]) return foundation::text(value);
+        }
+        return std::nullopt;
+    }
+}
+
+std::vector<Url> NativeWorkspace::openers(const Url& document) {
+    @autoreleasepool {
+        NSURL* const place = foundation::address(document);
+        return place ? urls([NSWorkspace.sharedWorkspace URLsForApplicationsToOpenURL:place])
+                     : std::vector<Url>();
     }
 }
 

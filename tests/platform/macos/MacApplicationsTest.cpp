@@ -35,6 +35,10 @@ class MacApplicationsTest : public testing::Test {
                 .terminated = terminated};
     }
 
+    Result<Url> openable(const std::filesystem::path& path) {
+        return applications_.openable("org.example.editor", Url::file(path.string()));
+    }
+
     std::unique_ptr<SimulatedDesktop> desktop_ =
         SimulatedDesktop::create(R"({"displays": [{"id": "A", "frame": [0, 0, 1440, 900]}], "applications": [
             {"identifier": "org.example.editor", "name": "Editor", "windows": [{"title": "Alpha"}]},
@@ -92,6 +96,10 @@ TEST_F(MacApplicationsTest, ItselfAndTheTerminalItRunsInAreItsOwn) {
 TEST_F(MacApplicationsTest, WhatSaysItIsAnotherApplicationIsNotIt) {
     shell_.strangers = {{"/Volumes/Gift/Editor.app", "org.example.editor"},
                         {"/Users/x/bare", "org.example.none"}};
+    EXPECT_FALSE(run(applications_.launch(Url::file("/Volumes/Gift/Editor.app"), {})));
+    shell_.unpacked.emplace("org.example.gift", Url::file("/Users/x/Downloads/Gift.app", true));
+    EXPECT_EQ(applications_.location("org.example.gift"), std::nullopt)
+        << "known to the system, not installed";
     EXPECT_EQ(applications_.identifierAt(Url::file("/Volumes/Gift/Editor.app")), std::nullopt);
     EXPECT_EQ(applications_.identifierAt(Url::file("/Users/x/bare")), std::nullopt);
     const Url installed = applications_.location("org.example.editor").value();
@@ -170,10 +178,11 @@ TEST_F(MacApplicationsTest, OpensOnlyWhatTheDiskAndTheSystemCallHarmless) {
             std::ofstream(path) << "text";
         }
         if (std::string_view(one.name) != "link") shell_.documents[path.string()] = one.facts;
-        EXPECT_EQ(applications_.opensSafely(Url::file(path.string())), one.opens) << one.name;
+        EXPECT_EQ(openable(path).has_value(), one.opens) << one.name;
     }
-    EXPECT_FALSE(applications_.opensSafely(Url::file((root / "Unknown").string())))
-        << "the system says nothing of it";
+    EXPECT_FALSE(openable(root / "Unknown")) << "the system says nothing of it";
+    shell_.onlyOpener[(root / "note.txt").string()] = "org.example.launcher";
+    EXPECT_FALSE(openable(root / "note.txt")) << "the editor does not say that it opens it";
     std::filesystem::remove_all(root);
 }
 

@@ -1,6 +1,6 @@
 // The macOS core over the fakes of the system's functions, as a whole.
 #pragma once
-#include "WindowEngine/services/ForwardingApplications.hpp"
+#include "WindowEngine/DocumentSafety.hpp"
 #include "platform/macos/MacAccessibility.hpp"
 #include "platform/macos/MacApplications.hpp"
 #include "platform/macos/MacScreens.hpp"
@@ -13,16 +13,13 @@
 
 namespace quillo {
 
-/// Documents of a simulated desktop do not stand on this machine's disk: of those its own layer knows.
-class ApplicationsOfNamedDocuments final : public ForwardingApplications {
-  public:
-    ApplicationsOfNamedDocuments(Applications& applications, Applications& simulated)
-        : ForwardingApplications(applications), simulated_(simulated) {}
-    bool opensSafely(const Url& document) override { return simulated_.opensSafely(document); }
-
-  private:
-    Applications& simulated_;
-};
+/// Documents of a simulated desktop do not stand on this machine's disk.
+inline Result<Url> openableByName(const Url& document, WorkspaceShell&) {
+    const auto path = document.filePath();
+    if (!path || DocumentSafety::isProgramFile(*path) || DocumentSafety::isProgramFolder(*path))
+        return fail(ErrorKind::refused, "opening it could run a program");
+    return document.standardized();
+}
 
 class MacUnderTest {
   public:
@@ -43,10 +40,9 @@ class MacUnderTest {
     fakes::FakeAccessibility& framework_ = mac_.part<fakes::FakeAccessibility>();
     fakes::FakeSkyLight& skyLight_ = mac_.part<fakes::FakeSkyLight>();
     MacAccessibility accessibility_{&fakes::FakeMac::symbol,
-                                    [this](ProcessID pid) { return macApplications_.family(pid); }};
+                                    [this](ProcessID pid) { return applications_.family(pid); }};
     fakes::FakeWorkspace workspace_;
-    MacApplications macApplications_{simulated_.executor, workspace_};
-    ApplicationsOfNamedDocuments applications_{macApplications_, simulated_.applications};
+    MacApplications applications_{simulated_.executor, workspace_, &openableByName};
     MacScreens screens_{[this] { return mac_.part<fakes::FakeDisplays>().screens(); }};
     MacWindowServer windowServer_{
         {simulated_.executor, accessibility_, applications_, screens_}, &fakes::FakeMac::symbol, nullptr};

@@ -22,6 +22,11 @@ class DocumentOnDiskTest : public ::testing::Test {
                         "ELF\x02\x01\x01");
         directory.write("windows", "MZ\x90\0"s);
         directory.write("MZ.txt", "MZ is a place");
+        directory.write("entry.txt", "\xef\xbb\xbf\n# a note\n  [Desktop Entry]\nExec=x\n");
+        directory.write("about entries.txt", "A file begins with\n[Desktop Entry]\n");
+        fs::create_directories(directory / "far/below");
+        fs::create_directory_symlink(directory / "far/below", directory / "shortcut");
+        directory.write("far/letter.txt", "the other one");
         directory.write("empty", "");
         for (const auto* folder : {"folder", "x.app", "X.APP", "example.com", "x.app/Contents"})
             fs::create_directory(directory / folder);
@@ -40,7 +45,7 @@ class DocumentOnDiskTest : public ::testing::Test {
         link("round.txt", "round.txt");
     }
     bool opens(const std::string& rest) {
-        return documentOpensSafely(*Url::parse("file://" + directory.path().string() + "/" + rest));
+        return openableDocument(*Url::parse("file://" + directory.path().string() + "/" + rest)).has_value();
     }
     TemporaryDirectory directory;
 };
@@ -49,7 +54,7 @@ TEST_F(DocumentOnDiskTest, OnlyWhatOpeningCannotRun) {
     for (const std::string rest :
          {"letter.txt", "letter.txt/", "short", "a.sh", "empty", "MZ.txt", "folder", "folder/", "example.com",
           "folder/../letter.txt", "a%252Etxt", "100%25.txt", "caf%C3%A9%20%231%3F.txt", "app",
-          "x.app/Contents/readme.txt", "x.app/Contents"})
+          "x.app/Contents/readme.txt", "x.app/Contents", "about%20entries.txt"})
         EXPECT_TRUE(opens(rest)) << rest;
     for (const std::string rest : {"script",          "evil.desktop", "evil%2Edesktop",
                                    "%65vil.desktop",  "Evil.DeskTop", ".desktop",
@@ -60,17 +65,23 @@ TEST_F(DocumentOnDiskTest, OnlyWhatOpeningCannotRun) {
                                    "documents",       "pipe",         "to-pipe.txt",
                                    "dangling.txt",    "round.txt",    "missing.txt",
                                    "letter.txt?x",    "letter.txt#x", "missing%00/letter.txt",
-                                   "letter.txt%00",   "letter.txt%",  "a%2etxt"})
+                                   "letter.txt%00",   "letter.txt%",  "a%2etxt",
+                                   "entry.txt"})
         EXPECT_FALSE(opens(rest)) << rest;
+    // What is judged is what is opened: a reader that drops ".." by itself would come to another file.
+    const auto judged = openableDocument(Url::file((directory / "shortcut/../letter.txt").string()));
+    EXPECT_EQ(judged.value(), Url::file(fs::canonical(directory / "far/letter.txt").string()));
 }
 
 TEST(DocumentOnDisk, AnythingButAFileOfThisMachineIsRefused) {
     for (const auto* address :
          {"file:///dev/null", "file:///dev/zero", "file:///dev/tty", "file:///bin/sh",
           "file://elsewhere/etc/passwd", "file:etc/passwd", "https://example.org/etc/passwd",
-          "javascript:alert(1)", "smb://host/share/a.txt"})
-        EXPECT_FALSE(documentOpensSafely(*Url::parse(address))) << address;
-    EXPECT_TRUE(documentOpensSafely(*Url::parse("file://localhost/etc/passwd")));
+          "javascript:alert(1)", "smb://host/share/a.txt", "file://x@localhost/etc/passwd",
+          "file://:80/etc/passwd", "file:///proc/self/environ", "file:///sys/kernel", "file:///dev/shm",
+          "file:///tmp/../net/elsewhere"})
+        EXPECT_FALSE(openableDocument(*Url::parse(address))) << address;
+    EXPECT_TRUE(openableDocument(*Url::parse("file://localhost/etc/passwd")));
 }
 
 }  // namespace

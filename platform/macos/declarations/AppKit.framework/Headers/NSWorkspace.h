@@ -47,6 +47,7 @@ extern NSNotificationName const NSWorkspaceWillSleepNotification;
     NSArray<NSRunningApplication*>* runningApplications; /* in no order that is promised */
 - (nullable NSURL*)URLForApplicationWithBundleIdentifier:(NSString*)bundleIdentifier;
 - (NSArray<NSURL*>*)URLsForApplicationsWithBundleIdentifier:(NSString*)bundleIdentifier;
+- (NSArray<NSURL*>*)URLsForApplicationsToOpenURL:(NSURL*)url; /* macOS 12; the best match first */
 - (NSImage*)iconForFile:(NSString*)fullPath; /* a general one where the file has none; 32 points at first */
 @property(readonly) BOOL accessibilityDisplayShouldReduceMotion;
 - (BOOL)openURL:(NSURL*)url;
