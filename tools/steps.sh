@@ -1,10 +1,11 @@
-# Sourced by ./test: runs named steps one after the other, counts what passed, failed and was skipped, and
+# Sourced by ./test and tools/check: runs named steps one after the other, counts what passed, failed and was skipped, and
 # closes with one line that says so. A step's output goes to a file and is shown only when the step fails.
 #
 #   step NAME COMMAND...        one check: passes when the command does
 #   suite NAME COMMAND...       a run of ctest or of journeys: every test case in it is counted
 #   skip NAME REASON            said at the end
-#   finish                      the summary; its status is the run's
+#   finish                      the summary; its status is the run's. The counts are left in build/steps/NAME.counts,
+#                               NAME being the script's.
 
 passed=0 failed=0 skipped=0
 failures= skips=
@@ -17,10 +18,22 @@ begin_step() {
     step_began=$(date +%s)
     mkdir -p "$steps_directory"
     printf '%-58s ' "$1"
+    # Something is seen of a long step each minute, where somebody looks or a log is kept.
+    (
+        trap 'kill $!; exit' TERM
+        while :; do
+            sleep 60 >/dev/null 2>&1 &
+            wait $!
+            printf '.'
+        done
+    ) &
+    step_ticker=$!
 }
 
 # end_step STATUS TEXT: closes the line, and shows the log where the step failed.
 end_step() {
+    kill "$step_ticker" 2>/dev/null
+    wait "$step_ticker" 2>/dev/null
     printf '%-28s %5d s\n' "$2" "$(($(date +%s) - step_began))"
     [ "$1" -ne 0 ] || return 0
     failures="$failures
@@ -82,6 +95,7 @@ finish() {
     [ -z "$skips" ] || echo "Skipped:$skips"
     [ -z "$failures" ] || echo "Failed:$failures"
     echo "$(($(date +%s) - began)) seconds"
+    echo "$passed $failed $skipped" >"$steps_directory/$(basename "$0").counts"
     echo "$passed passed, $failed failed, $skipped skipped"
     [ "$failed" -eq 0 ]
 }
