@@ -11,6 +11,7 @@
 #include <string>
 
 #include "WindowEngine/support/Instant.hpp"
+#include "WindowEngine/support/Text.hpp"
 
 namespace quillo {
 namespace {
@@ -24,12 +25,8 @@ void makeDirectories(const std::filesystem::path& directory) {
 
 std::string formatted(std::string_view category, LogLevel level, std::string_view message) {
     const auto now = std::chrono::time_point_cast<Instant::duration>(std::chrono::system_clock::now());
-    std::string line = fmt::format("{} app.quillo {} {} {}", formatInstant(now), category,
-                                   level == LogLevel::error ? "error" : "info", message);
-    for (char& character : line) {
-        if (character == '\n' || character == '\r') character = ' ';  // one message, one line
-    }
-    return line + '\n';
+    return fmt::format("{} app.quillo {} {} {}\n", formatInstant(now), category,
+                       level == LogLevel::error ? "error" : "info", text::printable(message));
 }
 
 }  // namespace
