@@ -17,6 +17,7 @@ struct FileLogTest : testing::Test {
 TEST_F(FileLogTest, AppendsOneLineAMessageReadableByItsOwnerOnly) {
     const mode_t before = umask(0);
     FileLog(directory / name).write("capture", LogLevel::info, "captured 2 apps, 3 windows");
+    chmod((directory / name).c_str(), 0644);  // of a version that did not look
     FileLog(directory / name).write("restore", LogLevel::error, "two\nlines \x1b[2J\xff");
     umask(before);
     const std::regex expected(
