@@ -99,7 +99,9 @@ TEST_F(ApplicationsTest, TwoProcessesOfOneIdentityAreOneApplication) {
 TEST_F(ApplicationsTest, LaunchesAreDetachedAndRememberTheirIdentity) {
     install("launched", "", "--class=Misleading --title=started %F");
     const auto before = executor.wallNow();
+    setenv("XDG_ACTIVATION_TOKEN", std::string(200'000, 'x').c_str(), 1);  // more than a process may inherit
     ASSERT_TRUE(run(applications().launch(entry("launched"), {Url::file("/tmp/a b"), Url::file("/tmp/c")})));
+    unsetenv("XDG_ACTIVATION_TOKEN");
     ASSERT_TRUE(running("launched")) << "known before its first window";
     ASSERT_TRUE(eventually([&] { return windowTitled("started|/tmp/a b|/tmp/c").has_value(); }));
     const auto found = running("launched");
