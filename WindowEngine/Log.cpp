@@ -2,12 +2,26 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 namespace quillo::Log {
 namespace {
 
 constexpr std::string_view captureCategory = "capture";
 constexpr std::string_view hotKeyCategory = "hotkeys";
 constexpr std::string_view restoreCategory = "restore";
+
+/// A system that has no identifiers lends some other text, a window's class perhaps, and whoever wrote that
+/// may have put a title or an address there.
+std::string_view identifier(std::string_view given) {
+    constexpr std::size_t longest = 255;
+    const auto belongs = [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '.' ||
+               c == '_' || c == '-';
+    };
+    const bool isOne = !given.empty() && given.size() <= longest && std::ranges::all_of(given, belongs);
+    return isOne ? given : "(not an identifier)";
+}
 
 }  // namespace
 
@@ -25,12 +39,13 @@ void adapterFailed(SystemLog& log, std::string_view adapter, std::string_view fa
 }
 
 void ready(SystemLog& log, std::string_view bundleIdentifier, double seconds) {
-    log.write(restoreCategory, LogLevel::info, fmt::format("{} ready at {:.6f}s", bundleIdentifier, seconds));
+    log.write(restoreCategory, LogLevel::info,
+              fmt::format("{} ready at {:.6f}s", identifier(bundleIdentifier), seconds));
 }
 
 void requestedWindow(SystemLog& log, std::string_view bundleIdentifier) {
     log.write(restoreCategory, LogLevel::info,
-              fmt::format("requested a new window for windowless {}", bundleIdentifier));
+              fmt::format("requested a new window for windowless {}", identifier(bundleIdentifier)));
 }
 
 void desktopCreation(SystemLog& log, std::string_view failure) {

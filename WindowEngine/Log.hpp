@@ -1,5 +1,6 @@
 // The engine's log lines, in one place so that what reaches a log can be seen at a glance: counts, seconds,
-// identifiers of applications and integrations; never a title, a path or an address.
+// identifiers of applications and integrations; never a title, a path or an address. An identifier that does
+// not look like one, letters, digits and . _ - only, is not written.
 #pragma once
 #include <cstddef>
 #include <cstdint>

@@ -30,23 +30,11 @@ void forEachCharacter(std::string_view text, Visit visit) {
     }
 }
 
-bool turnsDirection(UChar32 character) {
-    return (character >= 0x202a && character <= 0x202e) || (character >= 0x2066 && character <= 0x2069) ||
-           character == 0x200e || character == 0x200f || character == 0x061c;
-}
-
 std::size_t columnsOf(UChar32 character) {
     const int category = u_charType(character);
     if (category == U_NON_SPACING_MARK || category == U_ENCLOSING_MARK || category == U_FORMAT_CHAR) return 0;
     const int width = u_getIntPropertyValue(character, UCHAR_EAST_ASIAN_WIDTH);
     return width == U_EA_WIDE || width == U_EA_FULLWIDTH ? 2 : 1;
-}
-
-std::string spelledOut(UChar32 character) {
-    if (character == '\n') return "\\n";
-    if (character == '\t') return "\\t";
-    const auto code = static_cast<std::uint32_t>(character);
-    return code < 0x100 ? fmt::format("\\x{:02x}", code) : fmt::format("\\u{:04x}", code);
 }
 
 /// ICU's own default follows LC_MESSAGES; dates have a variable of their own.
@@ -59,21 +47,6 @@ icu::Locale dateLocale() {
 }
 
 }  // namespace
-
-std::string printable(std::string_view text) {
-    std::string result;
-    forEachCharacter(text, [&](UChar32 character, std::string_view bytes) {
-        if (character == replacement) {
-            result += "\xef\xbf\xbd";
-        } else if (u_iscntrl(character) || turnsDirection(character) || character == 0x2028 ||
-                   character == 0x2029) {
-            result += spelledOut(character);
-        } else {
-            result += bytes;
-        }
-    });
-    return result;
-}
 
 std::size_t columns(std::string_view text) {
     std::size_t total = 0;

@@ -14,8 +14,8 @@ inline void expectOnlyKnownSentences(const std::string& log) {
                                   R"(captured \d+ apps, \d+ windows|)"
                                   R"(adapter (finder|chromium|safari) captured \d+ urls|)"
                                   R"(adapter (finder|chromium|safari) failed: [A-Z][a-zA-Z ]+\.|)"
-                                  R"([\w.-]+ ready at \d+\.\d+s|)"
-                                  R"(requested a new window for windowless [\w.-]+|)"
+                                  R"((\(not an identifier\)|[\w.-]+) ready at \d+\.\d+s|)"
+                                  R"(requested a new window for windowless (\(not an identifier\)|[\w.-]+)|)"
                                   R"(Desktop creation: [A-Z][\w ;:,()-]+|)"
                                   R"(hotkey [⌃⌥⇧⌘]+\S+ unavailable: -?\d+|)"
                                   R"(restore finished: \d+ items in \d+\.\d+s))");

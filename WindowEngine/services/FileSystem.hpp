@@ -31,7 +31,8 @@ class FileSystem {
 
     /// The whole file. A symbolic link as last component is refused, as is anything but a regular file.
     virtual Result<std::string> read(const Path& file) = 0;
-    /// Creates the directory and its parents, each with mode 0700; one that exists keeps its mode.
+    /// Creates the directory and its parents, each with mode 0700 whatever the umask. One that exists and is
+    /// the person's own is closed to others; its parents keep their modes.
     virtual Result<void> createDirectories(const Path& directory) = 0;
     /// Creates a new file (mode 0600; an existing one is an error), writes and syncs it. On failure no file
     /// remains.

@@ -9,7 +9,8 @@ enum class LogLevel { info, error };
 class SystemLog {
   public:
     virtual ~SystemLog() = default;
-    /// `category` is "capture", "restore" or "hotkeys" (subsystem app.quillo). Never fails, any thread.
+    /// `category` is "capture", "restore" or "hotkeys" (subsystem app.quillo). What is not printable in
+    /// `message` is spelt out (text::printable), on one line. Never fails, any thread.
     virtual void write(std::string_view category, LogLevel level, std::string_view message) = 0;
 };
 

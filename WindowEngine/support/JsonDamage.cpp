@@ -109,7 +109,7 @@ class StructureWalk {
 
     /// No document of ours goes deeper than what is shown.
     std::string path() const {
-        constexpr std::size_t levelsShown = 12;
+        constexpr std::size_t levelsShown = 12, longestKeyShown = 40;
         std::string path;
         for (std::size_t depth = 0; depth < levels_.size(); ++depth) {
             if (depth == levelsShown) return path + "…";
@@ -117,17 +117,10 @@ class StructureWalk {
             if (level.isArray) {
                 appendIndex(path, level.index);
             } else if (!level.key.empty()) {
-                appendKey(path, printable(level.key));
+                appendKey(path, text::printable(level.key.substr(0, longestKeyShown)));
             }
         }
         return path.empty() ? "the document" : path;
-    }
-
-    // Keys come from the damaged file: nothing of them may steer a terminal or fill it.
-    static std::string printable(std::string_view key) {
-        std::string shown(key.substr(0, 40));
-        std::ranges::replace_if(shown, [](char c) { return c < ' ' || c > '~'; }, '?');
-        return shown;
     }
 
     std::string_view bytes_;

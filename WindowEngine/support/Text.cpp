@@ -1,5 +1,6 @@
 #include "WindowEngine/support/Text.hpp"
 
+#include <fmt/format.h>
 #include <simdjson.h>
 #include <unicode/coll.h>
 #include <unicode/normlzr.h>
@@ -40,6 +41,13 @@ bool isBlank(UChar32 c) {
 }
 bool isWhite(UChar32 c) {
     return u_isUWhiteSpace(c) != 0;
+}
+
+std::string spelledOut(UChar32 character) {
+    if (character == '\n') return "\\n";
+    if (character == '\t') return "\\t";
+    const auto code = static_cast<std::uint32_t>(character);
+    return code < 0x100 ? fmt::format("\\x{:02x}", code) : fmt::format("\\u{:04x}", code);
 }
 
 template <class Predicate>
@@ -126,6 +134,25 @@ bool isValidUtf8(std::string_view s) {
 
 std::string repaired(std::string_view s) {
     return isValidUtf8(s) ? std::string(s) : encoded(decoded(s));
+}
+
+std::string printable(std::string_view s) {
+    std::string result;
+    const auto end = static_cast<std::int32_t>(s.size());
+    for (std::int32_t next = 0; next < end;) {
+        const auto start = static_cast<std::size_t>(next);
+        UChar32 character = 0;
+        U8_NEXT(s.data(), next, end, character);
+        const std::string_view bytes = s.substr(start, static_cast<std::size_t>(next) - start);
+        if (character < 0) {
+            for (const char byte : bytes) result += spelledOut(static_cast<unsigned char>(byte));
+        } else if (u_iscntrl(character)) {  // also those that turn the direction, and line separators
+            result += spelledOut(character);
+        } else {
+            result += bytes;
+        }
+    }
+    return result;
 }
 
 std::weak_ordering compareLocalized(std::string_view a, std::string_view b) {

@@ -18,6 +18,11 @@ bool isValidUtf8(std::string_view s);
 /// Invalid sequences replaced by U+FFFD.
 std::string repaired(std::string_view s);
 
+/// For terminals and logs. Names and titles come from elsewhere: control characters, those that turn the
+/// writing direction or break a line, and bytes that are not UTF-8 are spelt out (\n, \x1b, \u202e, \xff), so
+/// that they can neither drive a terminal nor fake a line.
+std::string printable(std::string_view s);
+
 /// Case-insensitive comparison in the person's locale (ICU collation, secondary strength).
 std::weak_ordering compareLocalized(std::string_view a, std::string_view b);
 /// Bytes whose order is that of the names as a file browser lists them in the person's locale: without regard

@@ -4,14 +4,14 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDeadlineTimer>
-#include <QDir>
+#include <QFile>
 #include <QLocalSocket>
-#include <QStandardPaths>
 #include <QStringList>
 #include <QThread>
 #include <algorithm>
 #include <array>
 
+#include "app/gui/ActivationToken.hpp"
 #include "app/gui/ApplicationObject.hpp"
 
 namespace quillo {
@@ -21,6 +21,7 @@ namespace {
 constexpr auto serviceName = "app.quillo.Quillo", objectPath = "/app/quillo/Quillo",
                interfaceName = "org.freedesktop.Application";
 constexpr int answerMilliseconds = 5000;
+constexpr qint64 longestMessage = 4096;
 
 struct RequestName {
     LaunchRequest request;
@@ -33,22 +34,6 @@ constexpr std::array requestNames{RequestName{LaunchRequest::openWindow, "", ""}
 
 QString actionOf(LaunchRequest request) {
     return QString::fromLatin1(std::ranges::find(requestNames, request, &RequestName::request)->action);
-}
-
-QString activationToken() {
-    for (const char* variable : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"}) {
-        if (qEnvironmentVariableIsSet(variable)) return qEnvironmentVariable(variable);
-    }
-    return {};
-}
-
-/// Of this session and this person alone.
-QString privateDirectory() {
-    QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    if (!runtime.isEmpty() && QDir(runtime).exists()) return runtime;
-    QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/Quillo";
-    QDir().mkpath(data);
-    return data;
 }
 
 std::unexpected<Error> noAnswer() {
@@ -73,8 +58,14 @@ Result<LaunchRequest> launchRequest(const QStringList& arguments) {
                 "unknown argument: " + arguments.value(arguments.size() == 1 ? 0 : 1).toStdString());
 }
 
-SingleInstance::SingleInstance(Requested requested, QObject* parent)
-    : QObject(parent), requested_(std::move(requested)) {
+SingleInstance::SingleInstance(Requested requested, FileSystem& files, std::filesystem::path directory,
+                               QObject* parent)
+    : QObject(parent),
+      requested_([given = std::move(requested)](LaunchRequest request, const QString& token) {
+          given(request, usableActivationToken(token));
+      }),
+      files_(files),
+      directory_(std::move(directory)) {
     connect(&server_, &QLocalServer::newConnection, this, &SingleInstance::serveConnection);
 }
 
@@ -84,16 +75,16 @@ SingleInstance::~SingleInstance() {
     QDBusConnection::sessionBus().unregisterObject(objectPath);
 }
 
-Result<bool> SingleInstance::claim(LaunchRequest request) {
+Result<bool> SingleInstance::claim(LaunchRequest request, const QString& activationToken) {
     switch (claimName()) {
         case Claim::first:
             return true;
         case Claim::taken:
-            return handOverOnBus(request);
+            return handOverOnBus(request, activationToken);
         case Claim::noBus:
             break;
     }
-    return claimLock(request);
+    return claimLock(request, activationToken);
 }
 
 /// The object is there before the name is: whoever finds the name is answered.
@@ -106,11 +97,10 @@ SingleInstance::Claim SingleInstance::claimName() {
     return ownsName_ ? Claim::first : Claim::taken;
 }
 
-Result<bool> SingleInstance::handOverOnBus(LaunchRequest request) {
+Result<bool> SingleInstance::handOverOnBus(LaunchRequest request, const QString& token) {
     const bool plain = request == LaunchRequest::openWindow;
     QDBusMessage message = QDBusMessage::createMethodCall(serviceName, objectPath, interfaceName,
                                                           plain ? "Activate" : "ActivateAction");
-    const QString token = activationToken();
     const QVariantMap platformData{{"activation-token", token}, {"desktop-startup-id", token}};
     if (!plain) message << actionOf(request) << QVariantList();
     message << platformData;
@@ -120,22 +110,24 @@ Result<bool> SingleInstance::handOverOnBus(LaunchRequest request) {
     return noAnswer();
 }
 
-Result<bool> SingleInstance::claimLock(LaunchRequest request) {
-    const QString place = privateDirectory() + "/quillo";
-    lock_ = std::make_unique<QLockFile>(place + ".lock");
-    lock_->setStaleLockTime(0);  // until its process is gone, however long that runs
-    if (!lock_->tryLock(0)) {
-        if (lock_->error() == QLockFile::LockFailedError) return handOverOnSocket(request, place + ".socket");
-        return fail(ErrorKind::io, "Quillo cannot write to its runtime directory.");
-    }
-    QLocalServer::removeServer(place + ".socket");  // of a process that ended without tidying up
-    server_.setSocketOptions(QLocalServer::UserAccessOption);
-    server_.listen(place + ".socket");
+/// The directory lets nobody else in, so that the socket needs no guarding while it is made.
+Result<bool> SingleInstance::claimLock(LaunchRequest request, const QString& token) {
+    if (const auto created = files_.createDirectories(directory_); !created)
+        return std::unexpected(created.error());
+    const QString socket = QString::fromStdString((directory_ / "socket").string());
+    auto lock = files_.lock(directory_);
+    if (!lock && lock.error().kind == ErrorKind::locked) return handOverOnSocket(request, token, socket);
+    if (!lock) return std::unexpected(lock.error());
+    lock_ = *std::move(lock);
+    QLocalServer::removeServer(socket);  // of a process that ended without tidying up
+    server_.listen(socket);
+    QFile::setPermissions(socket, QFile::ReadOwner | QFile::WriteOwner);
     return true;
 }
 
 /// One line with the action and one with the token; the answer tells that they have arrived.
-Result<bool> SingleInstance::handOverOnSocket(LaunchRequest request, const QString& place) {
+Result<bool> SingleInstance::handOverOnSocket(LaunchRequest request, const QString& token,
+                                              const QString& place) {
     const QDeadlineTimer deadline(answerMilliseconds);
     QLocalSocket socket;
     for (;; QThread::msleep(20)) {  // the first may hold the lock, and not listen yet
@@ -143,7 +135,7 @@ Result<bool> SingleInstance::handOverOnSocket(LaunchRequest request, const QStri
         if (socket.waitForConnected(200)) break;
         if (deadline.hasExpired()) return noAnswer();
     }
-    socket.write((actionOf(request) + '\n' + activationToken() + '\n').toUtf8());
+    socket.write((actionOf(request) + '\n' + token + '\n').toUtf8());
     socket.flush();
     if (!socket.waitForReadyRead(static_cast<int>(deadline.remainingTime()))) return noAnswer();
     return false;
@@ -153,8 +145,11 @@ void SingleInstance::serveConnection() {
     while (QLocalSocket* const socket = server_.nextPendingConnection()) {
         connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
         connect(socket, &QLocalSocket::readyRead, this, [this, socket] {
-            const QStringList lines = QString::fromUtf8(socket->peek(4096)).split('\n');
-            if (lines.size() < 3) return;
+            const QStringList lines = QString::fromUtf8(socket->peek(longestMessage)).split('\n');
+            if (lines.size() < 3) {
+                if (socket->bytesAvailable() >= longestMessage) socket->abort();
+                return;
+            }
             socket->readAll();
             socket->write("taken\n");
             socket->flush();

@@ -1,13 +1,14 @@
 // One Quillo for each session: a second start hands over what it was started for, and ends.
 #pragma once
 #include <QLocalServer>
-#include <QLockFile>
 #include <QObject>
 #include <QString>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
 
+#include "WindowEngine/services/FileSystem.hpp"
 #include "WindowEngine/support/Error.hpp"
 
 namespace quillo {
@@ -24,35 +25,40 @@ Result<LaunchRequest> launchRequest(const QStringList& arguments);
 std::optional<LaunchRequest> requestOfAction(const QString& action);
 
 /// The session bus holds the name app.quillo.Quillo for the first start, which others call through
-/// org.freedesktop.Application. Without a session bus, a lock and a socket in the runtime directory (or,
-/// where there is none, in the person's data directory) do the same.
+/// org.freedesktop.Application. Without a session bus, the lock of a directory and a socket in it do the
+/// same.
 class SingleInstance final : public QObject {
     Q_OBJECT
 
   public:
     /// Another start asks for something; in a turn of Qt's loop, once this process is the first. The token
-    /// lets a window come to the front on the person's behalf; empty where there is none.
+    /// lets a window come to the front on the person's behalf; empty where there is none that is usable.
     using Requested = std::function<void(LaunchRequest request, const QString& activationToken)>;
 
-    explicit SingleInstance(Requested requested, QObject* parent = nullptr);
+    /// `directory` is made when there is no bus; it must be for this and the person's alone. The locks of
+    /// `files` should not wait. `files` outlives this.
+    SingleInstance(Requested requested, FileSystem& files, std::filesystem::path directory,
+                   QObject* parent = nullptr);
     ~SingleInstance() override;
 
     /// True: this process is the first. False: another one is, and has been handed the request. An error:
     /// another one is, and does not answer. May block for some seconds on the other.
-    Result<bool> claim(LaunchRequest request);
+    Result<bool> claim(LaunchRequest request, const QString& activationToken);
 
   private:
     enum class Claim { first, taken, noBus };
 
     Claim claimName();
-    Result<bool> handOverOnBus(LaunchRequest request);
-    Result<bool> claimLock(LaunchRequest request);
-    Result<bool> handOverOnSocket(LaunchRequest request, const QString& socket);
+    Result<bool> handOverOnBus(LaunchRequest request, const QString& token);
+    Result<bool> claimLock(LaunchRequest request, const QString& token);
+    Result<bool> handOverOnSocket(LaunchRequest request, const QString& token, const QString& place);
     void serveConnection();
 
     Requested requested_;
     bool ownsName_ = false;
-    std::unique_ptr<QLockFile> lock_;
+    FileSystem& files_;
+    std::filesystem::path directory_;
+    std::unique_ptr<DirectoryLock> lock_;
     QLocalServer server_;
 };
 

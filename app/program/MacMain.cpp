@@ -64,10 +64,12 @@ int run(QApplication& application, LaunchRequest request) {
     const Result<StandardDirectories> directories = StandardDirectories::find();
     if (!directories) return refuse(directories.error().text);
     Program* running = nullptr;
-    SingleInstance instance([&running](LaunchRequest asked, const QString&) {
+    const auto carryOut = [&running](LaunchRequest asked, const QString&) {
         if (running) running->carryOut(asked);
-    });
-    const Result<bool> first = instance.claim(request);
+    };
+    PosixFileSystem lockedAtOnce(std::chrono::milliseconds(0));
+    SingleInstance instance(carryOut, lockedAtOnce, directories->runtime);
+    const Result<bool> first = instance.claim(request, {});
     if (!first) return refuse(first.error().text);
     if (!*first) return 0;
 

@@ -3,6 +3,7 @@
 #include <QMessageBox>
 #include <cstdio>
 
+#include "WindowEngine/support/Text.hpp"
 #include "app/gui/SingleInstance.hpp"
 
 namespace quillo {
@@ -25,14 +26,14 @@ std::optional<int> printed(const QStringList& arguments) {
         return std::fputs(usage, stdout) < 0;
     if (arguments == QStringList{"--version"}) return std::puts("quillo " QUILLO_VERSION) < 0;
     if (const auto request = launchRequest(arguments); !request) {
-        std::fprintf(stderr, "quillo: %s\n%s", request.error().text.c_str(), usage);
+        std::fprintf(stderr, "quillo: %s\n%s", text::printable(request.error().text).c_str(), usage);
         return 2;
     }
     return std::nullopt;
 }
 
 int refuse(const std::string& reason) {
-    std::fprintf(stderr, "quillo: %s\n", reason.c_str());
+    std::fprintf(stderr, "quillo: %s\n", text::printable(reason).c_str());
     QMessageBox::critical(nullptr, "Quillo", QString::fromStdString(reason));
     return 1;
 }

@@ -2,6 +2,7 @@
 #include <QQuickWindow>
 
 #include "app/QtExecutor.hpp"
+#include "app/gui/ActivationToken.hpp"
 #include "app/program/Program.hpp"
 #include "app/program/ProgramArguments.hpp"
 #include "platform/posix/FileDefaults.hpp"
@@ -44,15 +45,17 @@ struct LinuxServices {
     LogindPowerEvents power;
 };
 
-int run(QApplication& application, LaunchRequest request) {
+int run(QApplication& application, LaunchRequest request, const QString& token) {
     const Result<StandardDirectories> directories = StandardDirectories::find();
     if (!directories) return refuse(directories.error().text);
     Program* running = nullptr;
-    SingleInstance instance([&running](LaunchRequest asked, const QString& token) {
-        if (!token.isEmpty()) qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+    const auto carryOut = [&running](LaunchRequest asked, const QString& activationToken) {
+        const OfferedActivationToken offered(activationToken);
         if (running) running->carryOut(asked);
-    });
-    const Result<bool> first = instance.claim(request);
+    };
+    PosixFileSystem lockedAtOnce(std::chrono::milliseconds(0));
+    SingleInstance instance(carryOut, lockedAtOnce, directories->runtime);
+    const Result<bool> first = instance.claim(request, token);
     if (!first) return refuse(first.error().text);
     if (!*first) return 0;
 
@@ -78,7 +81,7 @@ int run(QApplication& application, LaunchRequest request) {
                      .olderTrayIsThere = [&] { return x11::hasSystemTray(**connection); },
                      .releaseFreeMemory = releaseFreeMemory});
     running = &program;
-    program.carryOut(request);
+    carryOut(request, token);
     const int status = application.exec();
     running = nullptr;
     return status;
@@ -94,10 +97,11 @@ int main(int argumentCount, char** arguments) {
     // Windows of others are moved through the X server, and the global shortcuts are its own.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "xcb");
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    const QString token = quillo::takeActivationToken();
     QApplication application(argumentCount, arguments);
     QApplication::setApplicationName("Quillo");
     QApplication::setDesktopFileName("app.quillo.Quillo");
     QApplication::setWindowIcon(quillo::applicationIcon());
     QApplication::setQuitOnLastWindowClosed(false);
-    return quillo::run(application, *quillo::launchRequest(given));
+    return quillo::run(application, *quillo::launchRequest(given), token);
 }

@@ -1,15 +1,17 @@
 #include "platform/macos/MacLog.hpp"
 
+#include "WindowEngine/support/Text.hpp"
+
 namespace quillo {
 
 /// Each message is public as a whole: without that mark the log would show no text to anybody but a debugger.
 /// It may be, because what is logged carries names of applications and integrations only, never titles, paths
 /// or addresses.
 void MacLog::write(std::string_view category, LogLevel level, std::string_view message) {
-    const std::string text(message);
+    const std::string line = text::printable(message);
     const os_log_t log = logOf(category);
     const os_log_type_t type = level == LogLevel::error ? OS_LOG_TYPE_ERROR : OS_LOG_TYPE_INFO;
-    os_log_with_type(log, type, "%{public}s", text.c_str());
+    os_log_with_type(log, type, "%{public}s", line.c_str());
 }
 
 os_log_t MacLog::logOf(std::string_view category) {

@@ -1,35 +1,23 @@
 #include "platform/posix/FileLog.hpp"
 
-#include <fcntl.h>
 #include <fmt/format.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <string>
 
 #include "WindowEngine/support/Instant.hpp"
+#include "WindowEngine/support/Text.hpp"
+#include "platform/posix/PrivateFiles.hpp"
 
 namespace quillo {
 namespace {
 
-/// Each directory that is missing is made for its owner only.
-void makeDirectories(const std::filesystem::path& directory) {
-    if (directory.empty() || mkdir(directory.c_str(), 0700) == 0 || errno != ENOENT) return;
-    makeDirectories(directory.parent_path());
-    mkdir(directory.c_str(), 0700);
-}
-
 std::string formatted(std::string_view category, LogLevel level, std::string_view message) {
     const auto now = std::chrono::time_point_cast<Instant::duration>(std::chrono::system_clock::now());
-    std::string line = fmt::format("{} app.quillo {} {} {}", formatInstant(now), category,
-                                   level == LogLevel::error ? "error" : "info", message);
-    for (char& character : line) {
-        if (character == '\n' || character == '\r') character = ' ';  // one message, one line
-    }
-    return line + '\n';
+    return fmt::format("{} app.quillo {} {} {}\n", formatInstant(now), category,
+                       level == LogLevel::error ? "error" : "info", text::printable(message));
 }
 
 }  // namespace
@@ -46,14 +34,12 @@ void FileLog::rotate(std::size_t coming) const {
 void FileLog::write(std::string_view category, LogLevel level, std::string_view message) {
     const std::string line = formatted(category, level, message);
     const std::lock_guard guard(mutex_);
-    makeDirectories(file_.parent_path());
+    if (!PrivateFiles::createDirectories(file_.parent_path())) return;
     rotate(line.size());
     // Opened for each message: few are written, and another process may have moved the file meanwhile.
-    const int descriptor =
-        open(file_.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600);
-    if (descriptor < 0) return;
-    [[maybe_unused]] const ssize_t written = ::write(descriptor, line.data(), line.size());
-    close(descriptor);
+    const Descriptor file = PrivateFiles::open(file_, O_WRONLY | O_APPEND | O_NONBLOCK);
+    if (!file) return;
+    [[maybe_unused]] const ssize_t written = ::write(file.get(), line.data(), line.size());
 }
 
 }  // namespace quillo

@@ -8,6 +8,7 @@
 
 #include "platform/posix/Descriptor.hpp"
 #include "platform/posix/PosixFileSystem.hpp"
+#include "platform/posix/PrivateFiles.hpp"
 
 namespace quillo {
 namespace {
@@ -41,12 +42,6 @@ Attempt acquire(int descriptor, std::chrono::milliseconds patience) {
     }
 }
 
-Descriptor openLockFile(const Path& directory) {
-    const Path file = directory / ".lock";
-    return Descriptor(
-        retried([&] { return ::open(file.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600); }));
-}
-
 }  // namespace
 
 Result<std::unique_ptr<DirectoryLock>> PosixFileSystem::lock(const Path& directory) {
@@ -54,7 +49,7 @@ Result<std::unique_ptr<DirectoryLock>> PosixFileSystem::lock(const Path& directo
     if (!opened) return fileError("lock", directory);
     Attempt attempt = acquire(opened.get(), lockPatience_);
     if (attempt == Attempt::unsupported) {
-        opened = openLockFile(directory);
+        opened = PrivateFiles::open(directory / ".lock", O_RDWR);
         if (!opened) return fileError("lock", directory);
         attempt = acquire(opened.get(), lockPatience_);
     }

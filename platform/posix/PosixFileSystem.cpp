@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "platform/posix/Descriptor.hpp"
+#include "platform/posix/PrivateFiles.hpp"
 
 namespace quillo {
 namespace {
@@ -92,17 +93,6 @@ Result<void> syncNames(const Path& directory) {
     return {};
 }
 
-Result<void> createDirectory(const Path& directory) {
-    if (::mkdir(directory.c_str(), 0700) == 0) {
-        (void)syncNames(directory.has_parent_path() ? directory.parent_path() : Path("."));
-        return {};
-    }
-    struct stat status{};
-    const int code = errno;
-    if (code == EEXIST && ::stat(directory.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) return {};
-    return fileError("create the directory", directory, code);
-}
-
 }  // namespace
 
 std::unexpected<Error> fileError(std::string_view verb, const Path& file, int code) {
@@ -123,18 +113,11 @@ Result<std::string> PosixFileSystem::read(const Path& file) {
 }
 
 Result<void> PosixFileSystem::createDirectories(const Path& directory) {
-    Path built;
-    for (const Path& part : directory) {
-        built /= part;
-        if (part.empty() || built == built.root_path()) continue;
-        if (auto created = createDirectory(built); !created) return created;
-    }
-    return {};
+    return PrivateFiles::createDirectories(directory, [](const Path& within) { (void)syncNames(within); });
 }
 
 Result<void> PosixFileSystem::createFile(const Path& file, std::string_view bytes) {
-    const Descriptor opened(retried(
-        [&] { return ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600); }));
+    const Descriptor opened = PrivateFiles::open(file, O_WRONLY | O_EXCL);
     if (!opened) return fileError("create", file);
     auto result = writeAll(opened.get(), bytes, file);
     if (result && sync(opened.get()) < 0) result = fileError("write", file);

@@ -5,6 +5,8 @@
 
 #include <cstdlib>
 
+#include "platform/posix/PrivateFiles.hpp"
+
 namespace quillo {
 namespace {
 
@@ -32,18 +34,24 @@ Result<StandardDirectories> StandardDirectories::find() {
                     "there is no home directory: HOME is not set to an absolute path");
     }
 #ifdef __APPLE__
-    return StandardDirectories{.data = home / "Library/Application Support/Quillo",
-                               .state = home / "Library/Logs/Quillo",
-                               .config = home / "Library/Preferences/Quillo"};
+    StandardDirectories found{.data = home / "Library/Application Support/Quillo",
+                              .state = home / "Library/Logs/Quillo",
+                              .config = home / "Library/Preferences/Quillo",
+                              .runtime = {}};
 #else
     const auto directory = [&home](const char* variable, const char* usual) {
         const Path chosen = fromEnvironment(variable);
         return (chosen.empty() ? home / usual : chosen) / "Quillo";
     };
-    return StandardDirectories{.data = directory("XDG_DATA_HOME", ".local/share"),
-                               .state = directory("XDG_STATE_HOME", ".local/state"),
-                               .config = directory("XDG_CONFIG_HOME", ".config")};
+    StandardDirectories found{.data = directory("XDG_DATA_HOME", ".local/share"),
+                              .state = directory("XDG_STATE_HOME", ".local/state"),
+                              .config = directory("XDG_CONFIG_HOME", ".config"),
+                              .runtime = {}};
 #endif
+    for (const Path& own : {found.data, found.state, found.config}) PrivateFiles::narrow(own);
+    const Path session = fromEnvironment("XDG_RUNTIME_DIR");
+    found.runtime = PrivateFiles::isPrivate(session) ? session / "quillo" : found.data / "run";
+    return found;
 }
 
 }  // namespace quillo

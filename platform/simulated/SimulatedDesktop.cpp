@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "WindowEngine/support/Text.hpp"
 #include "platform/simulated/SimulatedScripts.hpp"
 #include "platform/simulated/SimulatedServices.hpp"
 
@@ -78,7 +79,8 @@ std::vector<Screen> ScreenList::screens() {
 }
 
 void MemoryLog::write(std::string_view category, LogLevel level, std::string_view message) {
-    lines.push_back(fmt::format("{} {}: {}", category, level == LogLevel::info ? "info" : "error", message));
+    lines.push_back(fmt::format("{} {}: {}", category, level == LogLevel::info ? "info" : "error",
+                                text::printable(message)));
 }
 
 }  // namespace simulated

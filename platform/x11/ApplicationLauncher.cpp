@@ -87,6 +87,8 @@ Launched launchNow(const std::string& entry, const std::vector<Url>& documents, 
     }
     const GObjectPtr<GAppLaunchContext> context(g_app_launch_context_new());
     if (!display.empty()) g_app_launch_context_setenv(context.get(), "DISPLAY", display.c_str());
+    for (const char* ours : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"})
+        g_app_launch_context_unsetenv(context.get(), ours);  // good for one window, which is none of theirs
     const DevNull nowhere;
     const auto bus = sessionBus();
     std::optional<ProcessID> pid;

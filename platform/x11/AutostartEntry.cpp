@@ -211,7 +211,9 @@ Result<void> AutostartEntry::registerItem() {
                     "the name of the folder that Quillo is installed in has characters that no startup "
                     "entry can hold");
     }
-    if (auto made = files_.createDirectories(entry_.parent_path()); !made) return made;
+    if (!files_.exists(entry_.parent_path())) {  // one that is there is shared with others, with its mode
+        if (auto made = files_.createDirectories(entry_.parent_path()); !made) return made;
+    }
     return writeAtomically(files_, entry_, entryFor(*program));
 }
 

@@ -2,6 +2,8 @@
 
 #include <set>
 
+#include "WindowEngine/Log.hpp"
+#include "platform/simulated/SimulatedServices.hpp"
 #include "tests/WindowEngine/DesktopFixture.hpp"
 
 namespace quillo::samples {
@@ -27,6 +29,20 @@ Texts logLines(Desktop& desktop, std::string_view containing) {
         if (line.contains(containing)) found.push_back(line);
     }
     return found;
+}
+
+TEST(Log, NamesAnApplicationOnlyByWhatIsAnIdentifier) {
+    simulated::MemoryLog log;
+    const std::string longest(255, 'x');
+    for (const std::string& one :
+         {std::string("org.a_B-9"), longest, longest + "x", std::string("https://a.example/?q"),
+          std::string("a b"), std::string("a\n"), std::string("caf\xc3\xa9"), std::string()})
+        Log::requestedWindow(log, one);
+    const std::string sentence = "restore info: requested a new window for windowless ";
+    Texts expected(8, sentence + "(not an identifier)");
+    expected[0] = sentence + "org.a_B-9";
+    expected[1] = sentence + longest;
+    EXPECT_EQ(log.lines, expected);
 }
 
 TEST(Restore, WithoutPermissionThereIsOneItemAndNothingElse) {

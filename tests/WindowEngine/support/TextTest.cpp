@@ -34,6 +34,13 @@ TEST(Text, ValidatesUtf8) {
         EXPECT_FALSE(isValidUtf8(bad));
 }
 
+TEST(Text, SpellsOutWhatCouldDriveATerminalOrFakeALine) {
+    EXPECT_EQ(printable("a é 漢 😀 \xef\xbf\xbd \\"), "a é 漢 😀 \xef\xbf\xbd \\");
+    EXPECT_EQ(printable(std::string_view("\0\n\t\r\x1b[2J\x7f", 9)), R"(\x00\n\t\x0d\x1b[2J\x7f)");
+    EXPECT_EQ(printable("\xc2\x9b\xe2\x80\xa8\xe2\x80\xae"), R"(\x9b\u2028\u202e)");
+    EXPECT_EQ(printable("\xff \xc0\xaf \xe2\x82"), R"(\xff \xc0\xaf \xe2\x82)");
+}
+
 TEST(Text, CollatesWithoutCase) {
     EXPECT_EQ(compareLocalized("work", "WORK"), std::weak_ordering::equivalent);
     EXPECT_EQ(compareLocalized("apple", "Banana"), std::weak_ordering::less);

@@ -5,7 +5,10 @@
 #include <QApplication>
 #include <QTextStream>
 
+#include "app/gui/ActivationToken.hpp"
 #include "app/gui/SingleInstance.hpp"
+#include "platform/posix/PosixFileSystem.hpp"
+#include "platform/posix/StandardDirectories.hpp"
 #include "tests/platform/x11/PrivateDesktop.hpp"
 
 namespace {
@@ -18,14 +21,17 @@ int say(const QString& text, int status) {
 }
 
 int start(int argumentCount, char** arguments) {
+    const QString token = takeActivationToken();
     const QCoreApplication application(argumentCount, arguments);
-    SingleInstance instance([](LaunchRequest request, const QString& token) {
+    const auto requested = [](LaunchRequest request, const QString& token) {
         const char* const names[] = {"open", "save", "switcher"};
         say(names[static_cast<int>(request)] + (" " + token), 0);
-    });
+    };
+    PosixFileSystem files(std::chrono::milliseconds(0));
+    SingleInstance instance(requested, files, StandardDirectories::find()->runtime);
     const auto request = launchRequest(QCoreApplication::arguments().mid(2));
     if (!request) return say(QString::fromStdString(request.error().text), 2);
-    const auto first = instance.claim(*request);
+    const auto first = instance.claim(*request, token);
     if (!first) return say(QString::fromStdString(first.error().text), 1);
     say(*first ? "first" : "handed over", 0);
     return *first ? QCoreApplication::exec() : 0;

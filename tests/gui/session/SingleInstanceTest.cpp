@@ -1,9 +1,12 @@
 // Starts of the program as processes: one is the first, the others hand over.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <QCoreApplication>
 #include <QProcess>
+#include <filesystem>
 
+#include "app/gui/ActivationToken.hpp"
 #include "tests/gui/session/MockedService.hpp"
 
 namespace quillo::x11test {
@@ -49,8 +52,50 @@ TEST_P(SingleInstanceTest, OtherStartsHandOverUntilTheFirstIsGone) {
             EXPECT_EQ(other.status(), 0);
             EXPECT_EQ(first.line(), told);
         }
+        for (const QString& unusable : {QString(1025, 'x'), QString("to\nken"), QString("to\u202eken")}) {
+            Start other(GetParam(), {"--save"}, unusable);
+            EXPECT_EQ(other.line(), "handed over");
+            EXPECT_EQ(first.line(), "save");
+        }
     }
 }
+
+TEST(SingleInstance, ItsSocketIsForThePersonAloneWhateverTheUmask) {
+    const std::string folder = qEnvironmentVariable("XDG_RUNTIME_DIR").toStdString() + "/quillo";
+    for (const mode_t mask : {0u, 0777u}) {
+        std::filesystem::remove_all(folder);
+        const mode_t before = umask(mask);
+        Start first(false, {});
+        umask(before);
+        ASSERT_EQ(first.line(), "first");
+        using std::filesystem::perms, std::filesystem::status;
+        EXPECT_EQ(status(folder).permissions(), perms::owner_all);
+        EXPECT_EQ(status(folder + "/socket").permissions(), perms::owner_read | perms::owner_write);
+    }
+}
+
+TEST(ActivationToken, IsUsedOnceAndStaysInNoEnvironment) {
+    const QString most(1024, '~');
+    for (const auto& [newer, older, taken, left] :
+         {std::tuple{QString("new"), QString("old"), QString("new"), "old"},
+          {"", most, most, "~"},
+          {most + "~", "a b", "a b", "a b"},
+          {"caf\u00e9", most + "~", "", ""}}) {
+        qputenv("XDG_ACTIVATION_TOKEN", newer.toUtf8());
+        qputenv("DESKTOP_STARTUP_ID", older.toUtf8());
+        EXPECT_EQ(takeActivationToken(), taken);
+        EXPECT_TRUE(qEnvironmentVariable("DESKTOP_STARTUP_ID").startsWith(left)) << "for Qt, which takes it";
+        EXPECT_EQ(qEnvironmentVariableIsSet("DESKTOP_STARTUP_ID"), *left != 0);
+        {
+            EXPECT_FALSE(qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"));
+            const OfferedActivationToken offered(taken);
+            EXPECT_EQ(qEnvironmentVariable("XDG_ACTIVATION_TOKEN"), taken);
+        }
+        for (const char* name : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"})
+            EXPECT_FALSE(qEnvironmentVariableIsSet(name)) << name;
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(With, SingleInstanceTest, testing::Values(true, false),
                          [](const auto& of) { return of.param ? "SessionBus" : "Socket"; });
 

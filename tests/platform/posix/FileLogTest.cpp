@@ -17,11 +17,12 @@ struct FileLogTest : testing::Test {
 TEST_F(FileLogTest, AppendsOneLineAMessageReadableByItsOwnerOnly) {
     const mode_t before = umask(0);
     FileLog(directory / name).write("capture", LogLevel::info, "captured 2 apps, 3 windows");
-    FileLog(directory / name).write("restore", LogLevel::error, "two\nlines");
+    chmod((directory / name).c_str(), 0644);  // of a version that did not look
+    FileLog(directory / name).write("restore", LogLevel::error, "two\nlines \x1b[2J\xff");
     umask(before);
     const std::regex expected(
         "[-0-9]{10}T[:0-9]{8}Z app.quillo capture info captured 2 apps, 3 windows\n"
-        "[-0-9]{10}T[:0-9]{8}Z app.quillo restore error two lines\n");
+        "[-0-9]{10}T[:0-9]{8}Z app.quillo restore error two\\\\nlines \\\\x1b\\[2J\\\\xff\n");
     EXPECT_TRUE(std::regex_match(directory.read(name), expected)) << directory.read(name);
     EXPECT_EQ(directory.mode(name), 0600U);
     for (const char* folder : {"state", "state/Quillo"}) EXPECT_EQ(directory.mode(folder), 0700U);

@@ -26,19 +26,34 @@ class PosixFileSystemTest : public ::testing::Test {
 };
 
 TEST_F(PosixFileSystemTest, WritesReadsAndCopiesForTheOwnerOnly) {
-    const ::mode_t before = ::umask(0);
     std::string bytes("a\0b\xff", 4);
     bytes.append(200'000, 'x');
-    ASSERT_TRUE(files.createDirectories(directory / "one/two"));
-    ASSERT_TRUE(files.createDirectories(directory / "one/two/"));  // there already
-    ASSERT_TRUE(files.createFile(directory / "one/two/a", bytes));
-    ASSERT_TRUE(files.copy(directory / "one/two/a", directory / "b"));
-    ::umask(before);
-    EXPECT_EQ(files.read(directory / "b"), bytes);
-    for (const char* folder : {"one", "one/two"}) EXPECT_EQ(directory.mode(folder), 0700u);
-    for (const char* file : {"one/two/a", "b"}) EXPECT_EQ(directory.mode(file), 0600u);
+    for (const ::mode_t mask : {0u, 0777u}) {
+        const ::mode_t before = ::umask(mask);
+        EXPECT_TRUE(files.createDirectories(directory / "one/two"));
+        EXPECT_TRUE(files.createDirectories(directory / "one/two/"));  // there already
+        EXPECT_TRUE(files.createFile(directory / "one/two/a", bytes));
+        EXPECT_TRUE(files.copy(directory / "one/two/a", directory / "one/b"));
+        ::umask(before);
+        EXPECT_EQ(files.read(directory / "one/b"), bytes);
+        for (const char* folder : {"one", "one/two"}) EXPECT_EQ(directory.mode(folder), 0700u) << mask;
+        for (const char* file : {"one/two/a", "one/b"}) EXPECT_EQ(directory.mode(file), 0600u) << mask;
+        EXPECT_TRUE(files.removeTree(directory / "one"));
+    }
     EXPECT_TRUE(files.syncDirectory(directory.path()));
     EXPECT_NE(files.read("/proc/self/cmdline").value(), "");  // says it is empty and is not
+}
+
+TEST_F(PosixFileSystemTest, ClosesAnOpenDirectoryButNoneThatIsShared) {
+    for (const auto& [name, mode, then] :
+         {std::tuple{"open", 0755u, 0700u}, {"group", 02770u, 02700u}, {"shared", 01777u, 01777u}}) {
+        std::filesystem::create_directory(directory / name);
+        ASSERT_EQ(::chmod((directory / name).c_str(), mode), 0);
+        EXPECT_TRUE(files.createDirectories(directory / (name + std::string("/below"))));
+        EXPECT_EQ(directory.mode(name), mode) << "a parent, that others may need";
+        EXPECT_TRUE(files.createDirectories(directory / name));
+        EXPECT_EQ(directory.mode(name), then);
+    }
 }
 
 TEST_F(PosixFileSystemTest, CreatingNeverReplacesAndRenamingDoes) {
