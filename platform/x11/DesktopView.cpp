@@ -52,7 +52,7 @@ const DesktopReading& DesktopView::reading() {
 const std::vector<KnownApplication>& DesktopView::applications() {
     if (!turn_->applications) {
         const auto& windows = reading().windows;
-        turn_->applications = registry_.applications(windows);
+        turn_->applications = registry_.applications({windows.begin(), windows.end()});
     }
     return *turn_->applications;
 }

@@ -9,7 +9,7 @@
 
 #include "WindowEngine/services/Capability.hpp"
 #include "WindowEngine/support/Executor.hpp"
-#include "platform/x11/ApplicationRegistry.hpp"
+#include "platform/linux/ApplicationRegistry.hpp"
 #include "platform/x11/WindowReading.hpp"
 #include "platform/x11/X11Connection.hpp"
 

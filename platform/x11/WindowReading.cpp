@@ -95,6 +95,7 @@ void readType(WindowReading& reading, const X11Connection& connection, const Pro
     if (known != names.end()) {
         reading.type = typeNamed(ewmh, *known);
         reading.isDock = *known == ewmh._NET_WM_WINDOW_TYPE_DOCK;
+        reading.isFurniture = reading.type == WindowType::furniture || reading.type == WindowType::desktop;
     }
     const auto parent = owned.firstWord().value_or(0);
     if (reading.type == WindowType::normal && parent != 0 && parent != reading.window) {

@@ -10,6 +10,7 @@
 
 #include "WindowEngine/services/AccessibilityService.hpp"
 #include "WindowEngine/support/Rect.hpp"
+#include "platform/linux/ApplicationRegistry.hpp"
 #include "platform/x11/X11Connection.hpp"
 
 namespace quillo::x11 {
@@ -30,14 +31,11 @@ struct Extents {
 
 inline constexpr std::uint32_t everyDesktop = 0xFFFFFFFF;  // _NET_WM_DESKTOP of a sticky window
 
-struct WindowReading {
+struct WindowReading : WindowEvidence {
     xcb_window_t window = 0;
     WindowType type = WindowType::normal;
-    bool isDock = false;  // a panel, whose struts count
-    ProcessID pid = 0;    // 0 where no local process is known
-    std::string className, instanceName;
-    std::string title;  // UTF-8
-    std::string desktopFile, gtkApplicationID;
+    bool isDock = false;                   // a panel, whose struts count
+    std::string title;                     // UTF-8
     std::optional<std::uint32_t> desktop;  // number, or everyDesktop
     bool hidden = false;                   // minimized
     bool fullscreen = false, maximized = false, shaded = false;
@@ -47,7 +45,7 @@ struct WindowReading {
 
     /// What a person sees of it: with its decoration, without its shadow.
     Rect frame() const;
-    bool isListed() const { return type != WindowType::furniture && type != WindowType::desktop; }
+    bool isListed() const { return !isFurniture; }
 };
 
 /// One entry per window that exists, in the order given.

@@ -4,8 +4,8 @@
 #include <unordered_map>
 
 #include "WindowEngine/services/AccessibilityService.hpp"
+#include "platform/linux/WindowDocuments.hpp"
 #include "platform/x11/DesktopView.hpp"
-#include "platform/x11/WindowDocuments.hpp"
 #include "platform/x11/WindowMover.hpp"
 
 namespace quillo::x11 {

@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <map>
 
-#include "platform/x11/SecretKeepers.hpp"
+#include "platform/linux/SecretKeepers.hpp"
 #include "platform/x11/WindowRequests.hpp"
 
 namespace quillo::x11 {

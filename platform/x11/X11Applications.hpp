@@ -1,7 +1,7 @@
 // Applications of an EWMH desktop: found from their windows and .desktop files, launched through GIO.
 #pragma once
 #include "WindowEngine/services/Applications.hpp"
-#include "platform/x11/ApplicationLauncher.hpp"
+#include "platform/linux/ApplicationLauncher.hpp"
 #include "platform/x11/DesktopView.hpp"
 
 namespace quillo::x11 {

@@ -1,7 +1,7 @@
 #include "platform/x11/X11Desktop.hpp"
 
+#include "platform/linux/NoScripts.hpp"
 #include "platform/x11/DesktopView.hpp"
-#include "platform/x11/NoScripts.hpp"
 #include "platform/x11/X11Accessibility.hpp"
 #include "platform/x11/X11Applications.hpp"
 #include "platform/x11/X11Connection.hpp"
@@ -20,7 +20,7 @@ struct X11Desktop::Services {
     x11::X11WindowServer windowServer{view, screens};
     x11::X11Accessibility accessibility{view};
     x11::X11Applications applications{view};
-    x11::NoScripts scripts;
+    NoScripts scripts;
 };
 
 X11Desktop::X11Desktop(std::unique_ptr<Services> services) : services_(std::move(services)) {}

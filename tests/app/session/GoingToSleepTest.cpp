@@ -1,7 +1,7 @@
 // The model with the real power events over a mocked login service: what the computer waits for.
-#include "platform/x11/LogindPowerEvents.hpp"
+#include "platform/linux/LogindPowerEvents.hpp"
 #include "tests/app/ModelFixture.hpp"
-#include "tests/platform/x11/session/MockedLogind.hpp"
+#include "tests/platform/linux/session/MockedLogind.hpp"
 
 namespace quillo::x11test {
 namespace {

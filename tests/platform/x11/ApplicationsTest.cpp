@@ -6,7 +6,7 @@
 #include <fstream>
 
 #include "WindowEngine/Capture.hpp"
-#include "platform/x11/ProcessInfo.hpp"
+#include "platform/linux/ProcessInfo.hpp"
 #include "tests/platform/x11/X11Test.hpp"
 
 namespace quillo::x11test {
@@ -106,7 +106,7 @@ TEST_F(ApplicationsTest, LaunchesAreDetachedAndRememberTheirIdentity) {
     const auto found = running("launched");
     ASSERT_TRUE(found) << "its windows name another class";
     EXPECT_EQ(getsid(found->pid), found->pid) << "a session of its own: no terminal's hang-up reaches it";
-    EXPECT_NE(x11::processInfo(found->pid)->parent, getpid());
+    EXPECT_NE(processInfo(found->pid)->parent, getpid());
     EXPECT_LT(std::chrono::abs(*found->launchDate - before), std::chrono::seconds(5));
 }
 

@@ -6,7 +6,7 @@
 #include <fstream>
 #include <set>
 
-#include "platform/x11/DocumentEvidence.hpp"
+#include "platform/linux/DocumentEvidence.hpp"
 #include "tests/TemporaryDirectory.hpp"
 #include "tests/platform/x11/X11Test.hpp"
 
@@ -176,7 +176,7 @@ TEST(DocumentEvidence, OfATitle) {
         {"", ""},
     };
     for (const auto& one : cases) {
-        const auto found = x11::DocumentEvidence::inTitle(one.title, home.path().string());
+        const auto found = DocumentEvidence::inTitle(one.title, home.path().string());
         auto expected = one.path;
         while (expected.ends_with('/')) expected.pop_back();
         EXPECT_EQ(found ? found->path : "", expected) << one.title.substr(0, 100);

@@ -1,9 +1,9 @@
-#include "platform/x11/AccessibilityBus.hpp"
+#include "platform/linux/AccessibilityBus.hpp"
 
 #include <algorithm>
 #include <utility>
 
-namespace quillo::x11 {
+namespace quillo {
 namespace {
 
 constexpr auto accessibleInterface = "org.a11y.atspi.Accessible";
@@ -176,4 +176,4 @@ std::vector<std::vector<Accessible>> AccessibilityBus::children(const std::vecto
     return found;
 }
 
-}  // namespace quillo::x11
+}  // namespace quillo

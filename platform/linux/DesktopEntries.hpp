@@ -9,7 +9,7 @@
 #include <unordered_map>
 #include <vector>
 
-namespace quillo::x11 {
+namespace quillo {
 
 struct OpenedKinds {
     bool documents = false;
@@ -74,4 +74,4 @@ class DesktopEntries {
     Index byId_, byLowerId_, byWindowClass_, byProgram_, byCommand_;
 };
 
-}  // namespace quillo::x11
+}  // namespace quillo

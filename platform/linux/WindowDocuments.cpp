@@ -1,4 +1,4 @@
-#include "platform/x11/WindowDocuments.hpp"
+#include "platform/linux/WindowDocuments.hpp"
 
 #include <condition_variable>
 #include <cstdlib>
@@ -6,10 +6,10 @@
 #include <optional>
 #include <thread>
 
-#include "platform/x11/PathEntries.hpp"
-#include "platform/x11/ProcessInfo.hpp"
+#include "platform/linux/PathEntries.hpp"
+#include "platform/linux/ProcessInfo.hpp"
 
-namespace quillo::x11 {
+namespace quillo {
 namespace {
 
 using namespace std::chrono_literals;
@@ -20,7 +20,7 @@ constexpr auto longestReading = 200ms;  // of what applications answer
 constexpr auto longestEnd = 1s;
 constexpr std::size_t mostRemembered = 4096;
 
-struct Job {
+struct Inquiry {
     std::vector<DocumentQuestion> questions;
     std::string bus;
 };
@@ -39,7 +39,7 @@ std::optional<WindowDocument> fromTitleOrArguments(const DocumentQuestion& quest
     return document ? std::optional(WindowDocument{std::move(*document), true}) : std::nullopt;
 }
 
-WindowDocuments::Answers lookFor(const Job& job, const std::string& home, PathEntries& entries) {
+WindowDocuments::Answers lookFor(const Inquiry& job, const std::string& home, PathEntries& entries) {
     WindowDocuments::Answers answers;
     std::vector<PathEntries::Window> managers;
     for (const auto& question : job.questions) {
@@ -74,11 +74,11 @@ struct WindowDocuments::Shared {
     const GObjectPtr<GCancellable> cancellable{g_cancellable_new()};
     std::mutex mutex;  // for all below
     std::condition_variable changed;
-    std::optional<Job> next;
+    std::optional<Inquiry> next;
     std::optional<Clock::time_point> busySince;
     std::uint64_t asked = 0, answered = 0;
     Answers answers;  // to the question answered last
-    std::map<xcb_window_t, Remembered> lastKnown;
+    std::map<std::uint32_t, Remembered> lastKnown;
     bool ending = false, ended = false;
 };
 
@@ -101,7 +101,7 @@ void WindowDocuments::Shared::workUntilTheEnd(PathEntries& entries) {
     for (;;) {
         changed.wait(lock, [this] { return ending || next; });
         if (ending) return;
-        const Job job = *std::exchange(next, std::nullopt);
+        const Inquiry job = *std::exchange(next, std::nullopt);
         const auto number = asked;
         busySince = Clock::now();
         lock.unlock();
@@ -150,7 +150,7 @@ WindowDocuments::Answers WindowDocuments::ask(const std::vector<DocumentQuestion
     if (!thread_.joinable()) thread_ = std::thread([shared = shared_] { shared->work(); });
     std::unique_lock lock(shared_->mutex);
     const auto number = ++shared_->asked;
-    shared_->next = Job{questions, std::move(bus)};
+    shared_->next = Inquiry{questions, std::move(bus)};
     shared_->changed.notify_all();
     const bool answered = !shared_->isStuck() && shared_->changed.wait_for(lock, longestWait, [&] {
         return shared_->answered >= number;
@@ -162,4 +162,4 @@ WindowDocuments::Answers WindowDocuments::ask(const std::vector<DocumentQuestion
     return answers;
 }
 
-}  // namespace quillo::x11
+}  // namespace quillo

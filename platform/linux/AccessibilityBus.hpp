@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "WindowEngine/services/AccessibilityService.hpp"
-#include "platform/x11/GObjectPtr.hpp"
+#include "platform/linux/GObjectPtr.hpp"
 
-namespace quillo::x11 {
+namespace quillo {
 
 /// An object of an application on the bus.
 struct Accessible {
@@ -63,4 +63,4 @@ class AccessibilityBus {
     GCancellable* cancellable_;  // the owner's
 };
 
-}  // namespace quillo::x11
+}  // namespace quillo

@@ -2,7 +2,7 @@
 #pragma once
 #include "WindowEngine/services/ScriptInterpreter.hpp"
 
-namespace quillo::x11 {
+namespace quillo {
 
 class NoScripts final : public ScriptInterpreter {
   public:
@@ -15,4 +15,4 @@ class NoScripts final : public ScriptInterpreter {
     static constexpr auto reason = "Applications cannot be scripted on this system.";
 };
 
-}  // namespace quillo::x11
+}  // namespace quillo

@@ -1,4 +1,4 @@
-#include "platform/x11/AutostartEntry.hpp"
+#include "platform/linux/AutostartEntry.hpp"
 
 #include <glib.h>
 
@@ -8,14 +8,12 @@
 #include <memory>
 
 #include "WindowEngine/AtomicFile.hpp"
-#include "platform/x11/GObjectPtr.hpp"
+#include "platform/linux/GObjectPtr.hpp"
 
 namespace quillo {
 namespace {
 
 namespace fs = std::filesystem;
-using x11::GErrorPtr;
-using x11::GText;
 
 constexpr auto fileName = "app.quillo.Quillo.desktop";
 constexpr auto group = G_KEY_FILE_DESKTOP_GROUP;

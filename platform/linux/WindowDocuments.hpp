@@ -2,8 +2,6 @@
 // the application itself, either of which may hang: so it is done on a thread of its own, and waited for only
 // briefly.
 #pragma once
-#include <xcb/xcb.h>
-
 #include <chrono>
 #include <map>
 #include <memory>
@@ -13,12 +11,12 @@
 
 #include "WindowEngine/services/AccessibilityService.hpp"
 #include "WindowEngine/support/Rect.hpp"
-#include "platform/x11/DocumentEvidence.hpp"
+#include "platform/linux/DocumentEvidence.hpp"
 
-namespace quillo::x11 {
+namespace quillo {
 
 struct DocumentQuestion {
-    xcb_window_t window = 0;
+    std::uint32_t window = 0;
     ProcessID pid = 0;
     std::string title;
     Rect frame;
@@ -32,7 +30,7 @@ struct WindowDocument {
 
 class WindowDocuments {
   public:
-    using Answers = std::map<xcb_window_t, WindowDocument>;
+    using Answers = std::map<std::uint32_t, WindowDocument>;
 
     WindowDocuments();
     WindowDocuments(const WindowDocuments&) = delete;
@@ -50,4 +48,4 @@ class WindowDocuments {
     std::thread thread_;              // from the first question on
 };
 
-}  // namespace quillo::x11
+}  // namespace quillo

@@ -1,4 +1,4 @@
-#include "platform/x11/ContentTypes.hpp"
+#include "platform/linux/ContentTypes.hpp"
 
 #include <fcntl.h>
 #include <gio/gio.h>
@@ -8,10 +8,10 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/linux/GObjectPtr.hpp"
 #include "platform/posix/Descriptor.hpp"
-#include "platform/x11/GObjectPtr.hpp"
 
-namespace quillo::x11::ContentTypes {
+namespace quillo::ContentTypes {
 namespace {
 
 /// Opened by whatever declares them, these are started, installed or followed to something else. Scripts are
@@ -67,4 +67,4 @@ bool declares(std::span<const std::string> declared, std::string_view type) {
         declared, [&](const std::string& one) { return g_content_type_is_a(wanted.c_str(), one.c_str()); });
 }
 
-}  // namespace quillo::x11::ContentTypes
+}  // namespace quillo::ContentTypes

@@ -1,4 +1,4 @@
-#include "platform/x11/ProcessInfo.hpp"
+#include "platform/linux/ProcessInfo.hpp"
 
 #include <unistd.h>
 
@@ -9,7 +9,7 @@
 #include <sstream>
 #include <string_view>
 
-namespace quillo::x11 {
+namespace quillo {
 namespace {
 
 std::string procFile(ProcessID pid, std::string_view name) {
@@ -75,4 +75,4 @@ std::string workingDirectoryOf(ProcessID pid) {
     return std::filesystem::read_symlink(procFile(pid, "cwd"), error).string();
 }
 
-}  // namespace quillo::x11
+}  // namespace quillo

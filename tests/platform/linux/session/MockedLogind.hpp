@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/x11/GObjectPtr.hpp"
+#include "platform/linux/GObjectPtr.hpp"
 #include "tests/platform/x11/PrivateDesktop.hpp"
 
 namespace quillo::x11test {
@@ -19,14 +19,14 @@ class SystemBus {
     void end() { daemon_.end(); }
     bool has(const char* service);
     /// Null, and the test fails, when there is no answer.
-    x11::GVariantPtr call(const char* interface, const char* method, GVariant* arguments);
+    GVariantPtr call(const char* interface, const char* method, GVariant* arguments);
     /// The same, without waiting.
     void send(const char* interface, const char* method, GVariant* arguments);
 
   private:
     std::string address_;
     Process daemon_;
-    x11::GObjectPtr<GDBusConnection> connection_;
+    GObjectPtr<GDBusConnection> connection_;
 };
 
 class MockedLogind {

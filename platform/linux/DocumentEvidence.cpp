@@ -1,4 +1,4 @@
-#include "platform/x11/DocumentEvidence.hpp"
+#include "platform/linux/DocumentEvidence.hpp"
 
 #include <sys/stat.h>
 
@@ -10,7 +10,7 @@
 #include "WindowEngine/support/Url.hpp"
 #include "platform/posix/DocumentOnDisk.hpp"
 
-namespace quillo::x11::DocumentEvidence {
+namespace quillo::DocumentEvidence {
 namespace {
 
 constexpr std::size_t longestPath = 4096;
@@ -134,4 +134,4 @@ bool mentions(std::string_view title, std::string_view path) {
     return false;
 }
 
-}  // namespace quillo::x11::DocumentEvidence
+}  // namespace quillo::DocumentEvidence

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace quillo::x11::ContentTypes {
+namespace quillo::ContentTypes {
 
 /// Of a folder or regular file, by its name and its first bytes; an empty file counts as plain text where its
 /// name says nothing. Absent for what cannot be read, for links and whatever else is no ordinary file, and
@@ -16,4 +16,4 @@ std::optional<std::string> of(const std::string& path);
 /// Whether `type` is one of `declared` or a kind of one (C++ source is plain text).
 bool declares(std::span<const std::string> declared, std::string_view type);
 
-}  // namespace quillo::x11::ContentTypes
+}  // namespace quillo::ContentTypes

@@ -1,4 +1,4 @@
-#include "tests/platform/x11/session/MockedLogind.hpp"
+#include "tests/platform/linux/session/MockedLogind.hpp"
 
 #include <gtest/gtest.h>
 
@@ -8,9 +8,6 @@
 namespace quillo::x11test {
 namespace {
 
-using x11::GErrorPtr;
-using x11::GObjectPtr;
-using x11::GVariantPtr;
 
 constexpr auto logind = "org.freedesktop.login1";
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace quillo::x11::DocumentEvidence {
+namespace quillo::DocumentEvidence {
 
 struct DocumentOnDisk {
     std::string path;  // absolute
@@ -29,4 +29,4 @@ std::optional<DocumentOnDisk> inArguments(std::span<const std::string> arguments
 /// Whether the last component of `path` stands in the title as a word of its own.
 bool mentions(std::string_view title, std::string_view path);
 
-}  // namespace quillo::x11::DocumentEvidence
+}  // namespace quillo::DocumentEvidence

@@ -8,7 +8,7 @@
 #include "WindowEngine/services/AccessibilityService.hpp"
 #include "WindowEngine/support/Instant.hpp"
 
-namespace quillo::x11 {
+namespace quillo {
 
 struct ProcessInfo {
     ProcessID parent = 0;
@@ -31,4 +31,4 @@ std::vector<std::string> argumentsOf(ProcessID pid);
 /// Absolute path; empty when it cannot be read.
 std::string workingDirectoryOf(ProcessID pid);
 
-}  // namespace quillo::x11
+}  // namespace quillo

@@ -6,9 +6,9 @@
 #include <cstdlib>
 #include <memory>
 
+#include "platform/linux/AutostartEntry.hpp"
+#include "platform/linux/GObjectPtr.hpp"
 #include "platform/posix/PosixFileSystem.hpp"
-#include "platform/x11/AutostartEntry.hpp"
-#include "platform/x11/GObjectPtr.hpp"
 #include "tests/TemporaryDirectory.hpp"
 #include "tests/platform/x11/PrivateDesktop.hpp"
 
@@ -122,11 +122,11 @@ TEST_F(AutostartEntryTest, SaysWhatTheEntrySays) {
 
 /// An installed entry for any program, quoted by others than the entry under test.
 std::string foreignEntry(const std::string& program) {
-    std::string exec = x11::GText(g_shell_quote(program.c_str())).get();
+    std::string exec = GText(g_shell_quote(program.c_str())).get();
     for (auto at = exec.find('%'); at != exec.npos; at = exec.find('%', at + 2)) exec.insert(at, 1, '%');
     const std::unique_ptr<GKeyFile, decltype(&g_key_file_free)> keys(g_key_file_new(), g_key_file_free);
     g_key_file_set_string(keys.get(), G_KEY_FILE_DESKTOP_GROUP, "Exec", exec.c_str());
-    return x11::GText(g_key_file_to_data(keys.get(), nullptr, nullptr)).get();
+    return GText(g_key_file_to_data(keys.get(), nullptr, nullptr)).get();
 }
 
 TEST_F(AutostartEntryTest, StartsTheProgramWhateverItsFolderIsNamed) {
@@ -141,7 +141,7 @@ TEST_F(AutostartEntryTest, StartsTheProgramWhateverItsFolderIsNamed) {
         const std::unique_ptr<GKeyFile, decltype(&g_key_file_free)> keys(g_key_file_new(), g_key_file_free);
         g_key_file_load_from_file(keys.get(), (home / autostart).c_str(), G_KEY_FILE_NONE, nullptr);
         std::string exec =
-            x11::GText(g_key_file_get_string(keys.get(), G_KEY_FILE_DESKTOP_GROUP, "Exec", nullptr)).get();
+            GText(g_key_file_get_string(keys.get(), G_KEY_FILE_DESKTOP_GROUP, "Exec", nullptr)).get();
         for (auto at = exec.find("%%"); at != exec.npos; at = exec.find("%%", at + 1)) exec.erase(at, 1);
         const Process started({"sh", "-c", exec});
         EXPECT_TRUE(waitFor([&] { return fs::exists(running.string() + ".ran"); }));

@@ -1,4 +1,4 @@
-#include "platform/x11/LogindPowerEvents.hpp"
+#include "platform/linux/LogindPowerEvents.hpp"
 
 #include <gio/gio.h>
 #include <gio/gunixfdlist.h>
@@ -9,17 +9,13 @@
 #include <string>
 #include <utility>
 
+#include "platform/linux/GObjectPtr.hpp"
 #include "platform/posix/Descriptor.hpp"
-#include "platform/x11/GObjectPtr.hpp"
 
 namespace quillo {
 namespace {
 
 using namespace std::chrono_literals;
-using x11::GErrorPtr;
-using x11::GObjectPtr;
-using x11::GText;
-using x11::GVariantPtr;
 
 constexpr auto service = "org.freedesktop.login1";
 constexpr auto managerPath = "/org/freedesktop/login1";

@@ -13,7 +13,7 @@
 #include "WindowEngine/support/Task.hpp"
 #include "WindowEngine/support/Url.hpp"
 
-namespace quillo::x11 {
+namespace quillo {
 
 class ApplicationLauncher {
   public:
@@ -41,4 +41,4 @@ class ApplicationLauncher {
     std::vector<Running> running_;
 };
 
-}  // namespace quillo::x11
+}  // namespace quillo

@@ -1,14 +1,14 @@
-#include "platform/x11/DesktopEntries.hpp"
+#include "platform/linux/DesktopEntries.hpp"
 
 #include <algorithm>
 #include <array>
 #include <chrono>
 
 #include "WindowEngine/support/Text.hpp"
-#include "platform/x11/ContentTypes.hpp"
-#include "platform/x11/GObjectPtr.hpp"
+#include "platform/linux/ContentTypes.hpp"
+#include "platform/linux/GObjectPtr.hpp"
 
-namespace quillo::x11 {
+namespace quillo {
 namespace {
 
 namespace fs = std::filesystem;
@@ -220,4 +220,4 @@ const DesktopEntry* DesktopEntries::withFile(const std::string& file) const {
     return found == entries_.end() ? nullptr : &*found;
 }
 
-}  // namespace quillo::x11
+}  // namespace quillo

@@ -1,4 +1,4 @@
-#include "platform/x11/ApplicationRegistry.hpp"
+#include "platform/linux/ApplicationRegistry.hpp"
 
 #include <unistd.h>
 
@@ -8,10 +8,10 @@
 
 #include "WindowEngine/RestoreReport.hpp"
 #include "WindowEngine/support/Text.hpp"
+#include "platform/linux/ContentTypes.hpp"
 #include "platform/posix/DocumentOnDisk.hpp"
-#include "platform/x11/ContentTypes.hpp"
 
-namespace quillo::x11 {
+namespace quillo {
 namespace {
 
 namespace fs = std::filesystem;
@@ -24,7 +24,7 @@ std::string entryId(std::string_view desktopFile) {
 }
 
 /// For an application without a .desktop file: what its windows call it.
-std::string identifierFromClass(const WindowReading& window) {
+std::string identifierFromClass(const WindowEvidence& window) {
     return text::lowercase(window.className.empty() ? window.instanceName : window.className);
 }
 
@@ -39,7 +39,7 @@ bool older(const Member& a, const Member& b) {
 }
 
 /// Quillo's own windows are its own also where it is not installed, and for quilloctl too.
-bool isOwn(const WindowReading& window) {
+bool isOwn(const WindowEvidence& window) {
     if (window.pid == getpid()) return true;
     if (!text::equalIgnoringCase(window.className, ownName)) return false;
     const std::optional<std::string> program = programOf(window.pid);
@@ -48,7 +48,7 @@ bool isOwn(const WindowReading& window) {
 
 }  // namespace
 
-ApplicationRegistry::Verdict ApplicationRegistry::judge(const WindowReading& window) const {
+ApplicationRegistry::Verdict ApplicationRegistry::judge(const WindowEvidence& window) const {
     if (isOwn(window)) return {-1, std::string(ownBundleIdentifier)};
     const auto verdict = [](int rank, const DesktopEntry* entry) { return Verdict{rank, entry->id}; };
     if (!window.desktopFile.empty()) {
@@ -87,7 +87,7 @@ void ApplicationRegistry::dropEndedLaunches() {
     std::erase_if(launches_, [this](const auto& launch) { return !launchedAs(launch.first); });
 }
 
-std::vector<KnownApplication> ApplicationRegistry::applications(std::span<const WindowReading> windows) {
+std::vector<KnownApplication> ApplicationRegistry::applications(const std::vector<WindowEvidence>& windows) {
     entries_.refresh();
     dropEndedLaunches();
     std::unordered_map<ProcessID, Verdict> verdicts;
@@ -125,7 +125,7 @@ std::vector<KnownApplication> ApplicationRegistry::applications(std::span<const 
 }
 
 void ApplicationRegistry::describe(KnownApplication& application,
-                                   std::span<const WindowReading> windows) const {
+                                   std::span<const WindowEvidence> windows) const {
     std::vector<Member> members;
     for (const auto pid : application.processes) members.push_back({pid, processInfo(pid)});
     std::ranges::sort(members, older);
@@ -150,11 +150,11 @@ void ApplicationRegistry::describe(KnownApplication& application,
     // A panel or a desktop background is no application that a person opens and closes.
     const bool onlyFurniture =
         !application.windows.empty() &&
-        std::ranges::none_of(application.windows, [&](std::size_t i) { return windows[i].isListed(); });
+        std::ranges::none_of(application.windows, [&](std::size_t i) { return !windows[i].isFurniture; });
     running.activationPolicy = onlyFurniture ? ActivationPolicy::accessory : ActivationPolicy::regular;
 }
 
-OpenedKinds ApplicationRegistry::opens(const WindowReading& window) {
+OpenedKinds ApplicationRegistry::opens(const WindowEvidence& window) {
     entries_.refresh();
     const auto* entry = entries_.withId(judge(window).identifier);
     return entry ? entry->opens : OpenedKinds();
@@ -194,4 +194,4 @@ Result<ApplicationRegistry::Opening> ApplicationRegistry::opening(std::string_vi
     return Opening{*std::move(openable), opener->file};
 }
 
-}  // namespace quillo::x11
+}  // namespace quillo

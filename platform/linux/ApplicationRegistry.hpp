@@ -9,16 +9,23 @@
 #include <vector>
 
 #include "WindowEngine/services/Applications.hpp"
-#include "platform/x11/DesktopEntries.hpp"
-#include "platform/x11/ProcessInfo.hpp"
-#include "platform/x11/WindowReading.hpp"
+#include "platform/linux/DesktopEntries.hpp"
+#include "platform/linux/ProcessInfo.hpp"
 
-namespace quillo::x11 {
+namespace quillo {
+
+/// What a window says of the application it belongs to.
+struct WindowEvidence {
+    ProcessID pid = 0;  // 0 where no local process is known
+    std::string className, instanceName;
+    std::string desktopFile, gtkApplicationID;
+    bool isFurniture = false;  // docks, desktops, menus, notifications: no window of an application
+};
 
 struct KnownApplication {
     RunningApplication running;
     std::vector<ProcessID> processes;  // living ones, the oldest first
-    std::vector<std::size_t> windows;  // positions in the reading, in its order
+    std::vector<std::size_t> windows;  // positions in the evidence, in its order
     OpenedKinds opens{};
 };
 
@@ -26,13 +33,13 @@ class ApplicationRegistry {
   public:
     /// The applications of these windows and those launched from here that still live, in the order of
     /// their first window.
-    std::vector<KnownApplication> applications(std::span<const WindowReading> windows);
+    std::vector<KnownApplication> applications(const std::vector<WindowEvidence>& windows);
 
     /// Remembers what this process was launched as, the best evidence for windows that say nothing.
     void recordLaunch(ProcessID pid, std::string identifier);
 
     /// What the application that this window alone speaks for opens; nothing where it names none.
-    OpenedKinds opens(const WindowReading& window);
+    OpenedKinds opens(const WindowEvidence& window);
 
     /// Of the installed menu entry with this identifier.
     std::optional<Url> location(std::string_view identifier);
@@ -59,13 +66,13 @@ class ApplicationRegistry {
         std::string identifier;
     };
 
-    Verdict judge(const WindowReading& window) const;
+    Verdict judge(const WindowEvidence& window) const;
     const std::string* launchedAs(ProcessID pid) const;
     void dropEndedLaunches();
-    void describe(KnownApplication& application, std::span<const WindowReading> windows) const;
+    void describe(KnownApplication& application, std::span<const WindowEvidence> windows) const;
 
     DesktopEntries entries_;
     std::map<ProcessID, Launch> launches_;
 };
 
-}  // namespace quillo::x11
+}  // namespace quillo

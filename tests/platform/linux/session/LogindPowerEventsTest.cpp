@@ -7,9 +7,9 @@
 #include <optional>
 
 #include "WindowEngine/support/Loops.hpp"
+#include "platform/linux/LogindPowerEvents.hpp"
 #include "platform/posix/Descriptor.hpp"
-#include "platform/x11/LogindPowerEvents.hpp"
-#include "tests/platform/x11/session/MockedLogind.hpp"
+#include "tests/platform/linux/session/MockedLogind.hpp"
 
 namespace quillo::x11test {
 namespace {

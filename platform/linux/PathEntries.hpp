@@ -2,8 +2,6 @@
 // from one thread, with a time limit at each call; an application that does not answer is left alone for a
 // while.
 #pragma once
-#include <xcb/xcb.h>
-
 #include <map>
 #include <memory>
 #include <set>
@@ -11,16 +9,16 @@
 #include <vector>
 
 #include "WindowEngine/support/Rect.hpp"
-#include "platform/x11/AccessibilityBus.hpp"
+#include "platform/linux/AccessibilityBus.hpp"
 
-namespace quillo::x11 {
+namespace quillo {
 
 class PathEntries {
   public:
     using Deadline = AccessibilityBus::Deadline;
 
     struct Window {
-        xcb_window_t number = 0;
+        std::uint32_t number = 0;
         ProcessID pid = 0;
         std::string title;
         Rect frame;  // where several of a process have one title
@@ -30,8 +28,8 @@ class PathEntries {
 
     /// The text of each window's entry that is an absolute path to an existing folder the title speaks of;
     /// windows without one are missing. `address` is the bus's; another one than before means another bus.
-    std::map<xcb_window_t, std::string> read(const std::vector<Window>& windows, const std::string& address,
-                                             const std::string& home, Deadline deadline);
+    std::map<std::uint32_t, std::string> read(const std::vector<Window>& windows, const std::string& address,
+                                              const std::string& home, Deadline deadline);
 
   private:
     struct Entry {
@@ -51,7 +49,7 @@ class PathEntries {
         Accessible frame{};
         Accessible object{};
     };
-    using Found = std::map<xcb_window_t, std::string>;
+    using Found = std::map<std::uint32_t, std::string>;
 
     bool isConnected(const std::string& address, Deadline deadline);
     bool rests(ProcessID pid) const;
@@ -70,8 +68,8 @@ class PathEntries {
     std::string address_;
     std::unique_ptr<AccessibilityBus> bus_;
     Deadline nextConnect_{}, nextSearch_{};
-    std::map<xcb_window_t, Entry> entries_;    // where they were found
+    std::map<std::uint32_t, Entry> entries_;   // where they were found
     std::map<ProcessID, Deadline> restUntil_;  // of applications that did not answer
 };
 
-}  // namespace quillo::x11
+}  // namespace quillo

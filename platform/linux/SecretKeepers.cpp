@@ -1,8 +1,8 @@
-#include "platform/x11/SecretKeepers.hpp"
+#include "platform/linux/SecretKeepers.hpp"
 
 #include <iterator>
 
-namespace quillo::x11::SecretKeepers {
+namespace quillo::SecretKeepers {
 namespace {
 
 constexpr const char* known[] = {
@@ -119,4 +119,4 @@ std::set<std::string> identifiers() {
     return {std::begin(known), std::end(known)};
 }
 
-}  // namespace quillo::x11::SecretKeepers
+}  // namespace quillo::SecretKeepers

@@ -1,4 +1,4 @@
-#include "platform/x11/PathEntries.hpp"
+#include "platform/linux/PathEntries.hpp"
 
 #include <algorithm>
 #include <array>
@@ -6,9 +6,9 @@
 #include <cstdint>
 #include <set>
 
-#include "platform/x11/DocumentEvidence.hpp"
+#include "platform/linux/DocumentEvidence.hpp"
 
-namespace quillo::x11 {
+namespace quillo {
 namespace {
 
 using namespace std::chrono_literals;
@@ -136,9 +136,9 @@ bool PathEntries::rests(ProcessID pid) const {
     return rest != restUntil_.end() && Clock::now() < rest->second;
 }
 
-std::map<xcb_window_t, std::string> PathEntries::read(const std::vector<Window>& windows,
-                                                      const std::string& address, const std::string& home,
-                                                      Deadline deadline) {
+std::map<std::uint32_t, std::string> PathEntries::read(const std::vector<Window>& windows,
+                                                       const std::string& address, const std::string& home,
+                                                       Deadline deadline) {
     Found found;
     if (windows.empty() || !isConnected(address, deadline)) return found;
     std::vector<Candidate> known;
@@ -262,4 +262,4 @@ std::vector<PathEntries::Candidate> PathEntries::descend(std::vector<Search>& se
     return candidates;
 }
 
-}  // namespace quillo::x11
+}  // namespace quillo

@@ -1,4 +1,4 @@
-#include "platform/x11/ApplicationLauncher.hpp"
+#include "platform/linux/ApplicationLauncher.hpp"
 
 #include <fcntl.h>
 #include <gio/gdesktopappinfo.h>
@@ -7,12 +7,12 @@
 #include <algorithm>
 #include <memory>
 
+#include "platform/linux/ContentTypes.hpp"
+#include "platform/linux/DesktopEntries.hpp"
+#include "platform/linux/GObjectPtr.hpp"
 #include "platform/posix/DocumentOnDisk.hpp"
-#include "platform/x11/ContentTypes.hpp"
-#include "platform/x11/DesktopEntries.hpp"
-#include "platform/x11/GObjectPtr.hpp"
 
-namespace quillo::x11 {
+namespace quillo {
 namespace {
 
 using Launched = Result<std::optional<ProcessID>>;
@@ -129,4 +129,4 @@ Task<Launched> ApplicationLauncher::launch(std::string entry, std::vector<Url> d
     co_return co_await completion;
 }
 
-}  // namespace quillo::x11
+}  // namespace quillo

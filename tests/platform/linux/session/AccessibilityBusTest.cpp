@@ -3,7 +3,7 @@
 #include <gio/gunixsocketaddress.h>
 #include <gtest/gtest.h>
 
-#include "platform/x11/AccessibilityBus.hpp"
+#include "platform/linux/AccessibilityBus.hpp"
 #include "tests/TemporaryDirectory.hpp"
 
 namespace quillo::x11 {

@@ -3,11 +3,11 @@
 #include <set>
 #include <string>
 
-namespace quillo::x11::SecretKeepers {
+namespace quillo::SecretKeepers {
 
 /// In lower case. Each is known by the base name of its .desktop file as its makers, Flathub and snap call
 /// it, and by the class of its windows, for which the registry takes an application that has no .desktop
 /// file.
 std::set<std::string> identifiers();
 
-}  // namespace quillo::x11::SecretKeepers
+}  // namespace quillo::SecretKeepers

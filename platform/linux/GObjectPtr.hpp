@@ -4,7 +4,7 @@
 
 #include <memory>
 
-namespace quillo::x11 {
+namespace quillo {
 
 struct GObjectUnref {
     void operator()(void* object) const noexcept { g_object_unref(object); }
@@ -27,4 +27,4 @@ struct GVariantUnref {
 };
 using GVariantPtr = std::unique_ptr<GVariant, GVariantUnref>;
 
-}  // namespace quillo::x11
+}  // namespace quillo
