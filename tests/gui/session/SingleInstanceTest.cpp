@@ -77,15 +77,14 @@ TEST(SingleInstance, ItsSocketIsForThePersonAloneWhateverTheUmask) {
 TEST(ActivationToken, IsUsedOnceAndStaysInNoEnvironment) {
     const QString most(1024, '~');
     for (const auto& [newer, older, taken, left] :
-         {std::tuple{QString("new"), QString("old"), QString("new"), "old"},
-          {"", most, most, "~"},
+         {std::tuple{QString("new"), QString("old"), QString("new"), QString("old")},
+          {"", most, most, most},
           {most + "~", "a b", "a b", "a b"},
           {"caf\u00e9", most + "~", "", ""}}) {
         qputenv("XDG_ACTIVATION_TOKEN", newer.toUtf8());
         qputenv("DESKTOP_STARTUP_ID", older.toUtf8());
         EXPECT_EQ(takeActivationToken(), taken);
-        EXPECT_TRUE(qEnvironmentVariable("DESKTOP_STARTUP_ID").startsWith(left)) << "for Qt, which takes it";
-        EXPECT_EQ(qEnvironmentVariableIsSet("DESKTOP_STARTUP_ID"), *left != 0);
+        EXPECT_EQ(qEnvironmentVariable("DESKTOP_STARTUP_ID"), left) << "for Qt, which takes it";
         {
             EXPECT_FALSE(qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"));
             const OfferedActivationToken offered(taken);
