@@ -26,14 +26,14 @@ foreach(language CXX OBJCXX)
     -nostdinc++ -nostdlibinc
     -isystem /usr/lib/llvm-19/include/c++/v1
     -isystem ${stubs}/include
-    -isystem ${root}/platform/macos/declarations/include
+    -isystem ${root}/cmake/macos/declarations/include
     -isystem ${headers}/include/any-macos.13-any
     -isystem ${headers}/include/any-macos-any
     -isystem ${headers}/include/${processor}-macos.13-none
-    -iframework ${root}/platform/macos/declarations)
+    -iframework ${root}/cmake/macos/declarations)
 endforeach()
 set(CMAKE_EXE_LINKER_FLAGS_INIT
-  "-mlinker-version=907 --ld-path=/usr/bin/ld64.lld-19 -nostdlib -L${stubs}/lib -L${root}/platform/macos/declarations/lib -F${root}/platform/macos/declarations")
+  "-mlinker-version=907 --ld-path=/usr/bin/ld64.lld-19 -nostdlib -L${stubs}/lib -L${root}/cmake/macos/declarations/lib -F${root}/cmake/macos/declarations")
 set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
 
 # Debian's header-only or re-declared libraries, never this machine's own link libraries.

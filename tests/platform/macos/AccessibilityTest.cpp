@@ -5,8 +5,8 @@
 #include "WindowEngine/Accessibility.hpp"
 #include "platform/macos/CFValues.hpp"
 #include "platform/macos/MacAccessibility.hpp"
-#include "platform/macos/fakes/FakeAccessibility.hpp"
 #include "tests/platform/macos/MacTest.hpp"
+#include "tests/platform/macos/fakes/FakeAccessibility.hpp"
 
 namespace quillo {
 namespace {

@@ -6,8 +6,8 @@
 
 #include "platform/macos/CFValues.hpp"
 #include "platform/macos/PrivateSymbols.hpp"
-#include "platform/macos/fakes/FakeCoreFoundation.hpp"
 #include "tests/platform/macos/MacTest.hpp"
+#include "tests/platform/macos/fakes/FakeCoreFoundation.hpp"
 
 namespace quillo {
 namespace {

@@ -8,7 +8,7 @@
 #include "platform/macos/MacApplications.hpp"
 #include "platform/macos/OpenableDocument.hpp"
 #include "platform/macos/WorkspaceErrors.hpp"
-#include "platform/macos/fakes/FakeWorkspace.hpp"
+#include "tests/platform/macos/fakes/FakeWorkspace.hpp"
 
 namespace quillo {
 namespace {

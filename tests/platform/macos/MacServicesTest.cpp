@@ -8,11 +8,11 @@
 #include "platform/macos/MacHotKeys.hpp"
 #include "platform/macos/MacKeyboardLayout.hpp"
 #include "platform/macos/MacLog.hpp"
-#include "platform/macos/fakes/FakeCarbon.hpp"
-#include "platform/macos/fakes/FakeLog.hpp"
-#include "platform/macos/fakes/FakePreferences.hpp"
 #include "settings/Shortcut.hpp"
 #include "tests/platform/macos/MacTest.hpp"
+#include "tests/platform/macos/fakes/FakeCarbon.hpp"
+#include "tests/platform/macos/fakes/FakeLog.hpp"
+#include "tests/platform/macos/fakes/FakePreferences.hpp"
 
 namespace quillo {
 namespace {

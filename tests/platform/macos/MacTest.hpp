@@ -2,8 +2,8 @@
 #pragma once
 #include <gtest/gtest.h>
 
-#include "platform/macos/fakes/FakeMac.hpp"
-#include "platform/macos/fakes/FakeObject.hpp"
+#include "tests/platform/macos/fakes/FakeMac.hpp"
+#include "tests/platform/macos/fakes/FakeObject.hpp"
 
 namespace quillo {
 

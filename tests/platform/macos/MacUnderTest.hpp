@@ -5,11 +5,11 @@
 #include "platform/macos/MacApplications.hpp"
 #include "platform/macos/MacScreens.hpp"
 #include "platform/macos/MacWindowServer.hpp"
-#include "platform/macos/fakes/FakeAccessibility.hpp"
-#include "platform/macos/fakes/FakeDisplays.hpp"
-#include "platform/macos/fakes/FakeSkyLight.hpp"
-#include "platform/macos/fakes/FakeWorkspace.hpp"
 #include "tests/platform/macos/MacTest.hpp"
+#include "tests/platform/macos/fakes/FakeAccessibility.hpp"
+#include "tests/platform/macos/fakes/FakeDisplays.hpp"
+#include "tests/platform/macos/fakes/FakeSkyLight.hpp"
+#include "tests/platform/macos/fakes/FakeWorkspace.hpp"
 
 namespace quillo {
 

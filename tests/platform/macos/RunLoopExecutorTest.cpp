@@ -3,9 +3,9 @@
 #include <thread>
 
 #include "platform/macos/RunLoopExecutor.hpp"
-#include "platform/macos/fakes/FakeRunLoop.hpp"
 #include "tests/WindowEngine/support/RuntimeSuite.hpp"
 #include "tests/platform/macos/MacTest.hpp"
+#include "tests/platform/macos/fakes/FakeRunLoop.hpp"
 
 namespace quillo {
 

@@ -1,7 +1,7 @@
 // Screens: from AppKit's corner to the engine's, and who they are.
 #include "platform/macos/MacScreens.hpp"
-#include "platform/macos/fakes/FakeDisplays.hpp"
 #include "tests/platform/macos/MacTest.hpp"
+#include "tests/platform/macos/fakes/FakeDisplays.hpp"
 
 namespace quillo {
 namespace {

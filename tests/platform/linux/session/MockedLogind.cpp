@@ -8,7 +8,6 @@
 namespace quillo::x11test {
 namespace {
 
-
 constexpr auto logind = "org.freedesktop.login1";
 
 std::string writeConfiguration(const std::string& address) {
