@@ -37,7 +37,8 @@ std::string normalize(std::string_view title);
 double score(const WindowSnapshot& saved, const LiveWindowInfo& live);
 Evidence evidence(const WindowSnapshot& saved, const LiveWindowInfo& live);
 
-/// Greedy one-to-one assignment, best score first; sorted by savedIndex.
+/// Greedy one-to-one assignment, best score first; sorted by savedIndex. Beyond 250,000 pairs a window is
+/// compared with a few only: those with its document or title, and those about its place in the list.
 std::vector<Match> match(std::span<const WindowSnapshot> saved, std::span<const LiveWindowInfo> live);
 
 }  // namespace quillo::WindowMatcher

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 #include <span>
+#include <system_error>
 #include <utility>
 
 #include "WindowEngine/WorkspaceCoding.hpp"
@@ -79,6 +80,8 @@ class RecordReader {
     }
 
   private:
+    std::int64_t entries_ = 0;  // of all lists so far
+
     bool refuse(const Place& place, std::string_view reason) {
         const std::string path = place.path();
         failure = Error{ErrorKind::invalidData,
@@ -133,6 +136,11 @@ class RecordReader {
     bool read(Element element, const Place& place, std::vector<T>& list) {
         simdjson::dom::array array;
         if (element.get_array().get(array)) return refuse(place, "expected a list");
+        entries_ += static_cast<std::int64_t>(array.size());
+        if (entries_ > mostEntries) {
+            failure = tooLarge(place.path() + ": with it the lists have more than 200,000 entries").error();
+            return false;
+        }
         list.reserve(array.size());
         for (const Element entry : array) {
             if (!append(entry, {&place, {}, static_cast<std::int64_t>(list.size())}, list)) return false;
@@ -248,7 +256,16 @@ Result<Workspace> parse(simdjson::dom::parser& parser, std::string_view bytes, s
 
 }  // namespace
 
+std::unexpected<Error> tooLarge(std::string text) {
+    return fail(ErrorKind::invalidData, std::move(text), static_cast<int>(std::errc::file_too_large));
+}
+
+bool isTooLarge(const Error& error) {
+    return error.code == static_cast<int>(std::errc::file_too_large);
+}
+
 Result<Workspace> decode(std::string_view bytes, std::size_t readableBeyond) {
+    if (bytes.size() > mostBytes) return tooLarge("the document: larger than 32 MB");
     constexpr std::size_t usualSize = 1 << 20;
     if (bytes.size() > usualSize) {  // its buffers are not kept
         simdjson::dom::parser parser;

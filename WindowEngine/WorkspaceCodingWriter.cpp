@@ -80,7 +80,9 @@ Result<std::string> document(const R& record) {
 }  // namespace
 
 Result<std::string> encode(const Workspace& workspace) {
-    return document(workspace);
+    auto bytes = document(workspace);
+    if (bytes && bytes->size() > mostBytes) return tooLarge("the document: larger than 32 MB");
+    return bytes;
 }
 Result<std::string> encode(const WorkspaceSnapshot& snapshot) {
     return document(snapshot);

@@ -111,16 +111,17 @@ Result<Workspace> WorkspaceScan::recover(const std::string& name, Error trouble)
         report(Kind::unreadable, name, "Could not read " + name + " or its backup.", trouble.text);
         return std::unexpected(std::move(trouble));
     }
-    repair(name, *saved, lock.has_value());
+    // What is only too large for this program may be whole.
+    if (lock && !WorkspaceCoding::isTooLarge(trouble)) repair(name, *saved);
     report(Kind::recoveredBackup, name, "Recovered " + saved->name + " from its previous valid backup.",
            trouble.text);
     return saved;
 }
 
 // Its failure changes nothing for the person: the backup stands, and the next scan tries again.
-void WorkspaceScan::repair(const std::string& name, const Workspace& workspace, bool locked) const {
+void WorkspaceScan::repair(const std::string& name, const Workspace& workspace) const {
     const auto bytes = WorkspaceCoding::encode(workspace);
-    if (locked && bytes) (void)WorkspaceFiles::replace(files_, directory_ / name, workspace.id, *bytes);
+    if (bytes) (void)WorkspaceFiles::replace(files_, directory_ / name, workspace.id, *bytes);
 }
 
 void WorkspaceScan::accept(const std::string& name, Workspace workspace) {

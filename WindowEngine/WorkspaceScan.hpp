@@ -24,7 +24,7 @@ class WorkspaceScan {
     std::vector<Result<Workspace>> readAll(const std::vector<std::string>& names) const;
     void settle(const std::string& name, Result<Workspace> found);
     Result<Workspace> recover(const std::string& name, Error trouble);
-    void repair(const std::string& name, const Workspace& workspace, bool locked) const;
+    void repair(const std::string& name, const Workspace& workspace) const;
     void accept(const std::string& name, Workspace workspace);
     void moveLegacy(const std::string& name, const Workspace& workspace);
     Result<void> moveLegacyFiles(const std::string& name, const Workspace& workspace);

@@ -21,7 +21,7 @@ CaptureDraft::CaptureDraft(WorkspaceSnapshot snapshot, std::optional<Workspace> 
     : name_(updating ? updating->name : ""),
       icon_(updating ? updating->icon : icons.front()),
       color_(updating ? updating->color : colorByChance()),
-      snapshot_(std::make_shared<const WorkspaceSnapshot>(std::move(snapshot))),
+      snapshot_(std::move(snapshot)),
       updating_(std::move(updating)),
       testRestoreAfterSave_(testRestoreAfterSave) {}
 
@@ -71,7 +71,7 @@ void CaptureDraft::include(std::set<std::string>& excluded, const std::string& k
 }
 
 WorkspaceSnapshot CaptureDraft::filteredSnapshot() const {
-    return CaptureFilter::apply(*snapshot_, excludedApps_, excludedWindows_, excludedContextURLs_);
+    return CaptureFilter::apply(snapshot_, excludedApps_, excludedWindows_, excludedContextURLs_);
 }
 
 std::string reviewLabel(const WindowSnapshot& window) {

@@ -3,7 +3,6 @@
 #pragma once
 #include <QObject>
 #include <array>
-#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -29,9 +28,7 @@ class CaptureDraft final : public QObject {
     const std::string& name() const { return name_; }
     const std::string& icon() const { return icon_; }
     const std::string& color() const { return color_; }
-    const WorkspaceSnapshot& snapshot() const { return *snapshot_; }
-    /// The same, for what may outlive the review.
-    std::shared_ptr<const WorkspaceSnapshot> sharedSnapshot() const { return snapshot_; }
+    const WorkspaceSnapshot& snapshot() const { return snapshot_; }
     const std::optional<Workspace>& updating() const { return updating_; }
     bool testRestoreAfterSave() const { return testRestoreAfterSave_; }
 
@@ -67,7 +64,7 @@ class CaptureDraft final : public QObject {
 
     const Uuid id_ = Uuid::random();
     std::string name_, icon_, color_;
-    const std::shared_ptr<const WorkspaceSnapshot> snapshot_;
+    const WorkspaceSnapshot snapshot_;
     std::set<std::string> excludedApps_, excludedWindows_, excludedContextURLs_;
     const std::optional<Workspace> updating_;
     const bool testRestoreAfterSave_;

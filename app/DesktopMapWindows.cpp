@@ -7,6 +7,7 @@
 #include <unordered_map>
 
 #include "WindowEngine/CaptureFilter.hpp"
+#include "WindowEngine/support/Text.hpp"
 #include "app/VisibleRectangle.hpp"
 
 namespace quillo {
@@ -15,6 +16,7 @@ namespace {
 constexpr std::size_t mostDesktops = 32;
 constexpr std::size_t mostTiles = 12;
 constexpr std::size_t mostCandidates = 200;  // bounds the search for hidden ones
+constexpr std::size_t mostCharacters = 200;  // of names and titles, which strangers give
 
 constexpr std::size_t nowhere = static_cast<std::size_t>(-1);
 
@@ -85,7 +87,7 @@ void addDesktops(const WorkspaceSnapshot& snapshot, const std::vector<PlacedDisp
     }
 }
 
-std::vector<DesktopChoice> choicesOf(Stock stock) {
+std::vector<DesktopChoice> choicesOf(Stock& stock) {
     std::vector<DesktopChoice> choices;
     // A display of which only a full-screen window is known shows that one, and no empty desktop beside it.
     if (stock.byDesktop.empty() && (stock.fullscreen.empty() || !stock.everywhere.empty()))
@@ -95,22 +97,19 @@ std::vector<DesktopChoice> choicesOf(Stock stock) {
         const DesktopSnapshot desktop{.displayID = {}, .index = index, .uuid = {}};
         choices.push_back({{"Desktop " + std::to_string(desktop.number())}, std::move(windows)});
     }
-    for (DesktopChoice& choice : choices)
-        choice.windows.insert(choice.windows.end(), stock.everywhere.begin(), stock.everywhere.end());
     for (const SavedWindow& saved : stock.fullscreen) {
         if (choices.size() == mostDesktops) break;
-        const std::string& name = saved.application->name;
+        const std::string name = text::clipped(saved.application->name, mostCharacters);
         choices.push_back({{name.empty() ? "Full screen" : name}, {saved}, true});
     }
     return choices;
 }
 
-std::size_t fullest(const std::vector<DesktopChoice>& choices) {
-    std::size_t best = 0;
-    for (std::size_t i = 1; i < choices.size(); ++i) {
-        if (choices[i].windows.size() > choices[best].windows.size()) best = i;
-    }
-    return best;
+std::size_t fullest(const std::vector<DesktopChoice>& choices, std::size_t everywhere) {
+    const auto windows = [&](const DesktopChoice& choice) {
+        return choice.windows.size() + (choice.fullscreen ? 0 : everywhere);
+    };
+    return static_cast<std::size_t>(std::ranges::max_element(choices, {}, windows) - choices.begin());
 }
 
 TileState stateOf(const ApplicationSnapshot& application, const WindowSnapshot& window,
@@ -208,7 +207,8 @@ std::string SavedWindow::key() const {
 }
 
 MapWindow SavedWindow::described() const {
-    return {key(), application->bundleIdentifier, application->name, window->title.value_or(""), state};
+    return {key(), application->bundleIdentifier, text::clipped(application->name, mostCharacters),
+            text::clipped(window->title.value_or(""), mostCharacters), state};
 }
 
 std::vector<DisplayWindows> windowsOfDisplays(const WorkspaceSnapshot& snapshot,
@@ -232,10 +232,15 @@ std::vector<DisplayWindows> windowsOfDisplays(const WorkspaceSnapshot& snapshot,
         }
     }
     for (std::size_t i = 0; i < displays.size(); ++i) {
-        result[i].choices = choicesOf(std::move(stocks[i]));
+        result[i].choices = choicesOf(stocks[i]);
         const auto asked = request.shownDesktops.find(displays[i].display->id);
         const bool valid = asked != request.shownDesktops.end() && asked->second < result[i].choices.size();
-        result[i].shown = valid ? asked->second : fullest(result[i].choices);
+        result[i].shown = valid ? asked->second : fullest(result[i].choices, stocks[i].everywhere.size());
+        // On every desktop, of which one is shown.
+        DesktopChoice& shown = result[i].choices[result[i].shown];
+        const std::vector<SavedWindow>& everywhere = stocks[i].everywhere;
+        if (!shown.fullscreen)
+            shown.windows.insert(shown.windows.end(), everywhere.begin(), everywhere.end());
     }
     return result;
 }

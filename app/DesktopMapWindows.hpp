@@ -21,7 +21,7 @@ struct SavedWindow {
 /// One choice of what a display shows.
 struct DesktopChoice {
     MapDesktop desktop;
-    std::vector<SavedWindow> windows;  // in the snapshot's order
+    std::vector<SavedWindow> windows;  // in the snapshot's order; those of no known desktop in the shown one
     bool fullscreen = false;           // a single full-screen window, which owns the desktop
 };
 

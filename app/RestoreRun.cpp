@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "WindowEngine/RestoreWords.hpp"
+#include "WindowEngine/support/Text.hpp"
 
 namespace quillo {
 namespace {
@@ -26,6 +27,8 @@ std::string totalText(const RestoreReport& report) {
     return text;
 }
 
+constexpr std::size_t mostCharacters = 200;  // of a stranger's names and titles
+
 /// Null where the item is about none, or the workspace has no such window.
 const WindowSnapshot* savedWindow(const RestoreReport::Item& item, const Workspace& workspace) {
     const auto& applications = workspace.snapshot.applications;
@@ -38,6 +41,11 @@ const WindowSnapshot* savedWindow(const RestoreReport::Item& item, const Workspa
 
 }  // namespace
 
+RestoreRun::RestoreRun(Workspace workspace) : workspace_(std::move(workspace)) {
+    for (const ApplicationSnapshot& application : workspace_.snapshot.applications)
+        awaited_.insert(application.bundleIdentifier);
+}
+
 bool RestoreRun::clean() const {
     if (!report_ || report_->cancelled) return false;
     const RestoreReport::Totals totals = report_->totals();
@@ -45,14 +53,15 @@ bool RestoreRun::clean() const {
 }
 
 std::string RestoreRun::title() const {
-    if (!report_) return "Resuming " + workspace_.name + "…";
-    return workspace_.name + (clean() ? " is back" : " is mostly back");
+    const std::string name = text::clipped(workspace_.name, mostCharacters);
+    if (!report_) return "Resuming " + name + "…";
+    return name + (clean() ? " is back" : " is mostly back");
 }
 
 std::string RestoreRun::subtitle() const {
     if (report_) return totalText(*report_);
-    if (applications_.empty()) return "Looking at what's open…";
-    return "Opening " + counted(static_cast<std::int64_t>(applications_.size()), "app") + "…";
+    if (begun_ == 0) return "Looking at what's open…";
+    return "Opening " + counted(begun_, "app") + "…";
 }
 
 void RestoreRun::begin(Executor& executor, Task<> task, std::function<void()> ended) {
@@ -62,10 +71,7 @@ void RestoreRun::begin(Executor& executor, Task<> task, std::function<void()> en
 
 void RestoreRun::add(const RestoreReport::Item& item) {
     items_.push_back(item);
-    const bool known = std::ranges::any_of(
-        workspace_.snapshot.applications,
-        [&](const ApplicationSnapshot& one) { return one.bundleIdentifier == item.bundleIdentifier; });
-    if (known) applications_.insert(item.bundleIdentifier);
+    begun_ += static_cast<std::int64_t>(awaited_.erase(item.bundleIdentifier));
     Q_EMIT itemAdded();
 }
 
@@ -79,9 +85,10 @@ void RestoreRun::cancel() {
 }
 
 RestoreRow restoreRow(const RestoreReport::Item& item, const Workspace& workspace) {
-    RestoreRow row{.subject = item.app, .outcome = restoreWords(item.status)};
+    RestoreRow row{.subject = text::clipped(item.app, mostCharacters), .outcome = restoreWords(item.status)};
     if (!item.savedIndex) return row;
-    row.subject += " — " + (item.title && !item.title->empty() ? *item.title : "Untitled");
+    const bool titled = item.title && !item.title->empty();
+    row.subject += " — " + (titled ? text::clipped(*item.title, mostCharacters) : "Untitled");
     const WindowSnapshot* window = savedWindow(item, workspace);
     if (window && window->desktop) row.subject += " · Desktop " + std::to_string(window->desktop->number());
     return row;

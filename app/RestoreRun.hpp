@@ -17,7 +17,7 @@ class RestoreRun final : public QObject {
     Q_OBJECT
 
   public:
-    explicit RestoreRun(Workspace workspace) : workspace_(std::move(workspace)) {}
+    explicit RestoreRun(Workspace workspace);
 
     const Workspace& workspace() const { return workspace_; }
     /// In the order the engine delivered them.
@@ -46,7 +46,8 @@ class RestoreRun final : public QObject {
   private:
     Workspace workspace_;
     std::vector<RestoreReport::Item> items_;
-    std::set<std::string> applications_;  // of the workspace, with an item so far
+    std::set<std::string> awaited_;  // applications of the workspace without an item so far
+    std::int64_t begun_ = 0;         // those with one
     std::optional<RestoreReport> report_;
     std::optional<Job<>> task_;  // last: it works on all of the above
 };

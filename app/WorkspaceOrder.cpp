@@ -20,7 +20,8 @@ std::vector<std::size_t> placesBefore(std::size_t count, auto before) {
 std::vector<std::size_t> byName(std::span<const Workspace> workspaces) {
     std::vector<std::string> keys;  // comparing names themselves would read each of them a dozen times
     keys.reserve(workspaces.size());
-    for (const Workspace& workspace : workspaces) keys.push_back(text::nameSortKey(workspace.name));
+    for (const Workspace& workspace : workspaces)
+        keys.push_back(text::nameSortKey(text::beginning(workspace.name, 400)));
     return placesBefore(keys.size(), [&](std::size_t a, std::size_t b) { return keys[a] < keys[b]; });
 }
 

@@ -2,9 +2,18 @@
 
 #include <algorithm>
 #include <iterator>
+#include <ranges>
 #include <utility>
 
+#include "WindowEngine/support/Text.hpp"
+
 namespace quillo {
+namespace {
+
+/// A stranger's workspace may hold any number of names of any length: nobody types further.
+constexpr std::size_t mostApplications = 1000, mostBytes = 400;
+
+}  // namespace
 
 WorkspaceSearch::WorkspaceSearch(std::span<const Workspace> workspaces, text::CaseRules rules)
     : rules_(rules) {
@@ -12,9 +21,10 @@ WorkspaceSearch::WorkspaceSearch(std::span<const Workspace> workspaces, text::Ca
     for (const Workspace& workspace : workspaces) {
         places_.push_back(names_.size());
         text::SearchableTexts& names = names_.emplace_back(rules);
-        names.add(workspace.name);
-        for (const ApplicationSnapshot& application : workspace.snapshot.applications)
-            names.add(application.name);
+        names.add(text::beginning(workspace.name, mostBytes));
+        for (const ApplicationSnapshot& application :
+             workspace.snapshot.applications | std::views::take(mostApplications))
+            names.add(text::beginning(application.name, mostBytes));
     }
     for (const WorkspaceOrder order : allWorkspaceOrders)
         sorted_[std::to_underlying(order)] = sortedPlaces(workspaces, order);

@@ -19,7 +19,8 @@ class WorkspaceSearch {
                              text::CaseRules rules = text::personCaseRules());
 
     /// The workspaces whose name, or the name of one of whose applications, contains the query, in the order
-    /// of the list; all of them for a query of nothing but white space.
+    /// of the list (of names and applications beyond any desktop's, the first ones count); all of them for a
+    /// query of nothing but white space.
     std::vector<std::size_t> matches(std::string_view query) const;
     /// The same, sorted.
     std::vector<std::size_t> matches(std::string_view query, WorkspaceOrder order) const;

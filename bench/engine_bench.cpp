@@ -46,6 +46,7 @@ void pairing(benchmark::State& state) {
     state.SetComplexityN(state.range(0));
 }
 BENCHMARK(pairing)->Arg(75)->Arg(150)->Arg(300)->Complexity()->Unit(benchmark::kMillisecond);
+BENCHMARK(pairing)->Arg(10'000)->Unit(benchmark::kMillisecond);  // not compared one by one
 
 /// `stackHeight` windows in each place.
 void folding(benchmark::State& state) {

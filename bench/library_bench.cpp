@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "WindowEngine/WorkspaceStore.hpp"
+#include "app/DesktopMapLayout.hpp"
 #include "app/LibraryState.hpp"
 #include "app/Switcher.hpp"
 #include "bench/SampleLibrary.hpp"
@@ -78,6 +79,26 @@ void reload(benchmark::State& state) {
     if (library.rows().size() != count) state.SkipWithError("not every workspace was read");
 }
 BENCHMARK(reload)->Arg(500)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+// The map of one display: a person's windows, and as many as a stranger's file may hold.
+void desktopMap(benchmark::State& state) {
+    WorkspaceSnapshot snapshot = bench::sampleWorkspace(0).snapshot;
+    for (ApplicationSnapshot& application : snapshot.applications) application.windows.clear();
+    for (std::int64_t i = 0; i < state.range(0); ++i) {
+        auto& windows = snapshot.applications[static_cast<std::size_t>(i) % 8].windows;
+        WindowSnapshot& window = windows.emplace_back(bench::sampleWindow(static_cast<int>(windows.size())));
+        window.desktop.reset();
+        window.frame = {static_cast<double>(i * 7919 % 1300), static_cast<double>(i * 104729 % 800),
+                        static_cast<double>(40 + i * 31 % 700), static_cast<double>(40 + i * 17 % 500)};
+    }
+    const MapRequest request{
+        .style = MapStyle::detail,
+        .width = 900,
+        .height = 420,
+        .measure = [](std::string_view text, MapText) { return 7.0 * static_cast<double>(text.size()); }};
+    for (auto _ : state) benchmark::DoNotOptimize(layoutDesktopMap(snapshot, request));
+}
+BENCHMARK(desktopMap)->Arg(60)->Arg(10'000)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace quillo

@@ -29,7 +29,8 @@ class FileSystem {
 
     virtual ~FileSystem() = default;
 
-    /// The whole file. A symbolic link as last component is refused, as is anything but a regular file.
+    /// The whole file. A symbolic link as last component is refused, as is anything but a regular file; one
+    /// that is larger than 32 MB is invalidData, its code std::errc::file_too_large.
     virtual Result<std::string> read(const Path& file) = 0;
     /// Creates the directory and its parents, each with mode 0700 whatever the umask. One that exists and is
     /// the person's own is closed to others; its parents keep their modes.

@@ -50,6 +50,15 @@ std::string spelledOut(UChar32 character) {
     return code < 0x100 ? fmt::format("\\x{:02x}", code) : fmt::format("\\u{:04x}", code);
 }
 
+bool breaksLine(UChar32 c) {
+    const auto type = u_charType(c);
+    return type == U_CONTROL_CHAR || type == U_LINE_SEPARATOR || type == U_PARAGRAPH_SEPARATOR;
+}
+// Embeddings, overrides and isolates.
+bool turnsDirection(UChar32 c) {
+    return (c >= 0x202A && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069);
+}
+
 template <class Predicate>
 std::string trimmed(std::string_view s, Predicate removed) {
     std::int32_t begin = 0, end = static_cast<std::int32_t>(s.size());
@@ -153,6 +162,28 @@ std::string printable(std::string_view s) {
         }
     }
     return result;
+}
+
+std::string_view beginning(std::string_view s, std::size_t bytes) {
+    if (s.size() <= bytes) return s;
+    while (bytes > 0 && U8_IS_TRAIL(s[bytes])) --bytes;
+    return s.substr(0, bytes);
+}
+
+std::string clipped(std::string_view s, std::size_t characters) {
+    icu::UnicodeString line;
+    std::int32_t lastBegin = 0;  // of the last character, which an ellipsis may replace
+    std::size_t count = 0;
+    const auto end = static_cast<std::int32_t>(s.size());
+    for (std::int32_t at = 0; at < end;) {
+        UChar32 c;
+        U8_NEXT_OR_FFFD(s.data(), at, end, c);
+        if (turnsDirection(c)) continue;
+        if (count++ == characters) return encoded(line.tempSubString(0, lastBegin)) + "…";
+        if (!u_hasBinaryProperty(c, UCHAR_GRAPHEME_EXTEND)) lastBegin = line.length();
+        line.append(breaksLine(c) ? UChar32{' '} : c);
+    }
+    return encoded(line);
 }
 
 std::weak_ordering compareLocalized(std::string_view a, std::string_view b) {

@@ -17,6 +17,12 @@ std::string trimBlanks(std::string_view s);
 bool isValidUtf8(std::string_view s);
 /// Invalid sequences replaced by U+FFFD.
 std::string repaired(std::string_view s);
+/// At most so many bytes from the start, cut between two characters.
+std::string_view beginning(std::string_view s, std::size_t bytes);
+/// A text from a stranger as one line of at most so many characters, the last of them an ellipsis where more
+/// follow. Line breaks and control characters become blanks, and what would turn the direction of the words
+/// around it goes.
+std::string clipped(std::string_view s, std::size_t characters);
 
 /// For terminals and logs. Names and titles come from elsewhere: control characters, those that turn the
 /// writing direction or break a line, and bytes that are not UTF-8 are spelt out (\n, \x1b, \u202e, \xff), so

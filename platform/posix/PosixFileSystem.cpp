@@ -15,7 +15,8 @@ namespace {
 
 using Path = FileSystem::Path;
 
-constexpr std::int64_t largestFile = std::int64_t{256} << 20;
+/// No file of ours comes near it, and a stranger's must not fill the memory.
+constexpr std::int64_t largestFile = std::int64_t{32} << 20;
 
 ErrorKind kindOf(int code) {
     switch (code) {
@@ -61,6 +62,11 @@ int sync(int descriptor) {
     return retried([&] { return ::fsync(descriptor); });
 }
 
+std::unexpected<Error> tooLarge(const Path& file) {
+    return fail(ErrorKind::invalidData, "Could not read " + file.string() + ": it is larger than 32 MB",
+                EFBIG);
+}
+
 Result<std::string> readAll(int descriptor, std::size_t expected, const Path& file) {
     std::string bytes;
     int code = 0;
@@ -79,7 +85,7 @@ Result<std::string> readAll(int descriptor, std::size_t expected, const Path& fi
         });
         if (code != 0) return fileError("read", file, code);
         if (length < room) return bytes;
-        if (length > static_cast<std::size_t>(largestFile)) return fileError("read", file, EFBIG);
+        if (length > static_cast<std::size_t>(largestFile)) return tooLarge(file);
     }
 }
 
@@ -108,7 +114,7 @@ Result<std::string> PosixFileSystem::read(const Path& file) {
     if (!S_ISREG(status.st_mode)) {
         return fail(ErrorKind::io, "Could not read " + file.string() + ": it is not a regular file");
     }
-    if (status.st_size > largestFile) return fileError("read", file, EFBIG);
+    if (status.st_size > largestFile) return tooLarge(file);
     return readAll(opened.get(), static_cast<std::size_t>(status.st_size), file);
 }
 

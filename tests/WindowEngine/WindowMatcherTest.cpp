@@ -168,5 +168,24 @@ TEST(WindowMatcher, PairsLikeThePlainRules) {
     }
 }
 
+TEST(WindowMatcher, ThousandsFindTheirTitlesDocumentsAndPlacesAllTheSame) {
+    constexpr std::int64_t count = 3000;
+    std::vector<WindowSnapshot> saved(count);
+    std::vector<LiveWindowInfo> live(count);
+    const auto document = [](std::int64_t i) { return Url::file("/d" + std::to_string(i)); };
+    for (std::int64_t i = 0; i < count; ++i) {
+        const auto at = static_cast<std::size_t>(i), mirrored = static_cast<std::size_t>(count - 1 - i);
+        saved[at].index = live[at].index = i;
+        if (i % 3 == 0) saved[at].title = live[mirrored].title = "Window " + std::to_string(i);
+        if (i % 3 == 1) saved[at].documentURL = live[mirrored].documentURL = document(i);
+        saved[at].frame = live[at].frame = {0, 0, 100, 100};
+    }
+    const std::vector<Match> matches = WindowMatcher::match(saved, live);
+    ASSERT_EQ(matches.size(), static_cast<std::size_t>(count)) << "nobody is left where windows are";
+    for (const Match& match : matches) {
+        if (match.savedIndex % 3 < 2) EXPECT_EQ(match.liveIndex, count - 1 - match.savedIndex);
+    }
+}
+
 }  // namespace
 }  // namespace quillo

@@ -129,6 +129,8 @@ TEST(WorkspaceCoding, NamesTheFieldThatIsWrong) {
                       list = R"("desktops")",
                       noRect =
                           "snapshot.applications[0].windows[0].frame: expected [[x, y], [width, height]]";
+    std::string many;
+    for (int i = 0; i < WorkspaceCoding::mostEntries; ++i) many += R"(,"")";
     const struct {
         std::string from, to, error;
     } cases[] = {
@@ -157,6 +159,8 @@ TEST(WorkspaceCoding, NamesTheFieldThatIsWrong) {
         {R"("desktops": [)", R"("desktops": [[], )", "snapshot.desktops[0]: expected an object"},
         {list, R"("notes": ["a",], "desktops")", "snapshot.notes[1]: not valid JSON in line"},
         {list, "\"notes\": [\"a \xff note\"], \"desktops\"", "snapshot.notes[0]: not valid JSON in line"},
+        {list, R"("notes": ["")" + many + R"(], "desktops")",
+         "snapshot.notes: with it the lists have more than 200,000 entries"},
         {R"("color")", nested(70), "nested too deeply"},
         {"\n  },\n  \"updatedAt", "\n  }\n  \"updatedAt", "snapshot: not valid JSON in line"},
         {R"("color":)", R"("color")", "color: not valid JSON in line 3: expected :"},
@@ -177,6 +181,7 @@ TEST(WorkspaceCoding, RefusesWhatIsNoDocumentAtAll) {
         {"\xef\xbb\xbf" + exampleDocument(), "the document: not valid JSON in line 1"},
         {std::string(100'000, '['), "[0][0]…: not valid JSON in line 1: nested too deeply"},
         {"{\"a\x1b[2J\x9b\": ", "a"},
+        {std::string(WorkspaceCoding::mostBytes + 1, ' '), "the document: larger than 32 MB"},
     };
     for (const auto& [document, error] : cases) expectRefused(document, error);
 }

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "WindowEngine/WorkspaceCoding.hpp"
 #include "WindowEngine/WorkspaceStore.hpp"
 #include "platform/posix/PosixFileSystem.hpp"
 #include "tests/TemporaryDirectory.hpp"
@@ -93,6 +94,20 @@ TEST_F(WorkspaceStoreTest, ADamagedOrMissingPrimaryIsRepairedFromItsBackup) {
         EXPECT_EQ(store.scan(), (WorkspaceScanResult{{first}, {}}));
         EXPECT_EQ(directory.read(primary), document(first));
         EXPECT_EQ(directory.names(), (Names{primary, backup}));
+    }
+}
+
+TEST_F(WorkspaceStoreTest, APrimaryThatIsTooLargeStaysBesideTheBackupThatServes) {
+    constexpr std::uintmax_t size = WorkspaceCoding::mostBytes + 1;
+    directory.write(backup, document(first));
+    directory.write(primary, "{");
+    std::filesystem::resize_file(directory / primary, size);
+    for (int scan = 0; scan < 2; ++scan) {
+        const WorkspaceScanResult result = store.scan();
+        EXPECT_EQ(result.workspaces, std::vector{first});
+        ASSERT_EQ(result.issues.size(), 1U);
+        EXPECT_TRUE(result.issues[0].detail.ends_with(primary + ": it is larger than 32 MB"));
+        EXPECT_EQ(std::filesystem::file_size(directory / primary), size);
     }
 }
 

@@ -73,6 +73,15 @@ TEST(WorkspaceSearch, NeverFindsAcrossTwoNames) {
     EXPECT_TRUE(search.matches("rs").empty());
 }
 
+TEST(WorkspaceSearch, LooksThroughTheBeginningOfWhatIsNoDesktop) {
+    Names many;
+    for (int i = 0; i < 10'000; ++i) many.push_back(std::to_string(i));
+    const std::vector list{workspace("Work", many), workspace(std::string(1000, 'x') + "z")};
+    const WorkspaceSearch search(list);
+    const std::pair<const char*, std::size_t> cases[] = {{"999", 1}, {"9999", 0}, {"xxx", 1}, {"z", 0}};
+    for (const auto& [query, matches] : cases) EXPECT_EQ(search.matches(query).size(), matches) << query;
+}
+
 TEST(WorkspaceOrder, SortsByItsKeyAndKeepsEqualOnes) {
     const struct {
         WorkspaceOrder order;

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <stdexcept>
+#include <tuple>
 
 #include "WindowEngine/support/Text.hpp"
 
@@ -39,6 +40,25 @@ TEST(Text, SpellsOutWhatCouldDriveATerminalOrFakeALine) {
     EXPECT_EQ(printable(std::string_view("\0\n\t\r\x1b[2J\x7f", 9)), R"(\x00\n\t\x0d\x1b[2J\x7f)");
     EXPECT_EQ(printable("\xc2\x9b\xe2\x80\xa8\xe2\x80\xae"), R"(\x9b\u2028\u202e)");
     EXPECT_EQ(printable("\xff \xc0\xaf \xe2\x82"), R"(\xff \xc0\xaf \xe2\x82)");
+}
+
+TEST(Text, IsCutBetweenCharactersAndShownOnOneLine) {
+    EXPECT_EQ(beginning("añb", 2), "a");
+    EXPECT_EQ(beginning("añb", 9), "añb");
+    const std::string accents = "abe\xcc\x81\xcc\x81";  // an e with two accents
+    const std::tuple<std::string, std::size_t, std::string> cases[] = {
+        {"three", 5, "three"},
+        {"three", 4, "thr…"},
+        {"日本語", 2, "日…"},
+        {accents, 4, "ab…"},
+        {"a\nb\x1b[1mc\xe2\x80\xa8"
+         "d\x7f",
+         20, "a b [1mc d "},
+        {"pay\xe2\x80\xaegnp.exe", 20, "paygnp.exe"},  // an override of the direction
+        {"\xff", 3, "\xef\xbf\xbd"},
+        {std::string(100'000, 'x'), 3, "xx…"},
+        {"", 3, ""}};
+    for (const auto& [text, characters, shown] : cases) EXPECT_EQ(clipped(text, characters), shown);
 }
 
 TEST(Text, CollatesWithoutCase) {
