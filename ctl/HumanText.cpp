@@ -1,11 +1,9 @@
 #include "ctl/HumanText.hpp"
 
 #include <fmt/format.h>
-#include <unicode/bytestream.h>
 #include <unicode/datefmt.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
-#include <unicode/utf8.h>
 
 #include <array>
 #include <cmath>
@@ -15,38 +13,11 @@
 namespace quillo::ctl {
 namespace {
 
-constexpr UChar32 replacement = 0xfffd;
-
-/// Calls `visit(code point, its bytes)`; bytes that are not UTF-8 come as U+FFFD.
-template <class Visit>
-void forEachCharacter(std::string_view text, Visit visit) {
-    const auto length = static_cast<std::int32_t>(text.size());
-    for (std::int32_t next = 0; next < length;) {
-        const std::int32_t start = next;
-        UChar32 character = 0;
-        U8_NEXT(text.data(), next, length, character);
-        visit(character < 0 ? replacement : character,
-              text.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(next - start)));
-    }
-}
-
-bool turnsDirection(UChar32 character) {
-    return (character >= 0x202a && character <= 0x202e) || (character >= 0x2066 && character <= 0x2069) ||
-           character == 0x200e || character == 0x200f || character == 0x061c;
-}
-
 std::size_t columnsOf(UChar32 character) {
     const int category = u_charType(character);
     if (category == U_NON_SPACING_MARK || category == U_ENCLOSING_MARK || category == U_FORMAT_CHAR) return 0;
     const int width = u_getIntPropertyValue(character, UCHAR_EAST_ASIAN_WIDTH);
     return width == U_EA_WIDE || width == U_EA_FULLWIDTH ? 2 : 1;
-}
-
-std::string spelledOut(UChar32 character) {
-    if (character == '\n') return "\\n";
-    if (character == '\t') return "\\t";
-    const auto code = static_cast<std::uint32_t>(character);
-    return code < 0x100 ? fmt::format("\\x{:02x}", code) : fmt::format("\\u{:04x}", code);
 }
 
 /// ICU's own default follows LC_MESSAGES; dates have a variable of their own.
@@ -60,24 +31,9 @@ icu::Locale dateLocale() {
 
 }  // namespace
 
-std::string printable(std::string_view text) {
-    std::string result;
-    forEachCharacter(text, [&](UChar32 character, std::string_view bytes) {
-        if (character == replacement) {
-            result += "\xef\xbf\xbd";
-        } else if (u_iscntrl(character) || turnsDirection(character) || character == 0x2028 ||
-                   character == 0x2029) {
-            result += spelledOut(character);
-        } else {
-            result += bytes;
-        }
-    });
-    return result;
-}
-
 std::size_t columns(std::string_view text) {
     std::size_t total = 0;
-    forEachCharacter(text, [&](UChar32 character, std::string_view) { total += columnsOf(character); });
+    text::forEachCharacter(text, [&](UChar32 character, std::string_view) { total += columnsOf(character); });
     return total;
 }
 
@@ -86,7 +42,7 @@ std::string fitted(std::string_view text, std::size_t width) {
     std::string result;
     std::size_t used = 1;  // the ellipsis
     bool full = false;
-    forEachCharacter(text, [&](UChar32 character, std::string_view bytes) {
+    text::forEachCharacter(text, [&](UChar32 character, std::string_view bytes) {
         used += columnsOf(character);
         full = full || used > width;
         if (!full) result += bytes;

@@ -8,13 +8,13 @@
 
 #include "WindowEngine/Workspace.hpp"
 #include "WindowEngine/support/Instant.hpp"
+#include "WindowEngine/support/Printable.hpp"
 #include "WindowEngine/support/Rect.hpp"
 
 namespace quillo::ctl {
 
-/// Names and titles come from elsewhere: control characters and those that turn the writing direction are
-/// spelt out (\n, \x1b, \u202e), so that they can neither drive the terminal nor fake a line.
-std::string printable(std::string_view text);
+/// Names and titles come from elsewhere.
+using text::printable;
 
 /// Columns that printable text takes in a terminal: wide characters two, combining ones none.
 std::size_t columns(std::string_view text);

@@ -4,28 +4,10 @@
 #include <fmt/ranges.h>
 
 #include "WindowEngine/CleanSlate.hpp"
-#include "WindowEngine/ContextRestore.hpp"
 #include "ctl/HumanText.hpp"
 
 namespace quillo::ctl {
 namespace {
-
-Task<void> planContext(DesktopAccess& desktop, const ApplicationSnapshot& application, bool isRunning,
-                       const std::set<std::string>& enabledAdapters, ReopeningPlan& plan) {
-    if (!application.context) co_return;
-    const ContextAdapter* adapter = Restore::contextAdapter(desktop.platform, application, enabledAdapters);
-    if (!adapter) {
-        plan.contextTrouble = Restore::unavailableIntegration(*application.context);
-        co_return;
-    }
-    AdapterCaptureResult now;
-    if (isRunning) now = co_await adapter->capture(desktop, application.bundleIdentifier);
-    if (now.failure) {
-        plan.contextTrouble = *now.failure;
-    } else {
-        plan.steps = adapter->plan(*application.context, now.context.value_or(AppContext{}));
-    }
-}
 
 /// A location as a person writes it.
 std::string location(const Url& url) {
@@ -74,16 +56,6 @@ void printStep(Output& output, const ApplicationSnapshot& application, const Ada
 }
 
 }  // namespace
-
-Task<ReopeningPlan> planReopening(DesktopAccess& desktop, const ApplicationSnapshot& application,
-                                  std::span<const LiveWindowInfo> live, bool isRunning,
-                                  const std::set<std::string>& enabledAdapters) {
-    ReopeningPlan plan;
-    plan.documents = Restore::planDocuments(desktop.platform, application, enabledAdapters, live);
-    plan.askedForWindow = isRunning && Restore::needsWindow(desktop.platform, application, enabledAdapters);
-    co_await planContext(desktop, application, isRunning, enabledAdapters, plan);
-    co_return plan;
-}
 
 void printReopening(Output& output, const ApplicationSnapshot& application, const ReopeningPlan& plan) {
     printDocuments(output, application, plan.documents.open, true);
