@@ -1,4 +1,6 @@
 // Restoring a workspace, with the panel that shows it.
+#include <utility>
+
 #include "app/AppModel.hpp"
 
 namespace quillo {
@@ -13,14 +15,83 @@ constexpr Duration cleanPanelTime = 4s, troubledPanelTime = 10s;
 
 void AppModel::restore(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate) {
     if (capturing() || snapshotting() || draft_ || restoreRunning()) return;
+    if (const auto reason = reasonToAsk(workspace)) return ask(*reason, workspace, cleanSlate);
+    begin(workspace, cleanSlate);
+}
+
+std::optional<ResumeQuestion::Reason> AppModel::reasonToAsk(const Workspace& workspace) const {
+    if (!known_.isKnown(workspace)) return ResumeQuestion::Reason::notSavedHere;
+    return std::nullopt;
+}
+
+void AppModel::ask(ResumeQuestion::Reason reason, const Workspace& workspace,
+                   std::optional<CleanSlateMode> cleanSlate) {
+    Asked asked{workspace, cleanSlate};
+    if (asked_ == asked) {  // a double click asks twice
+        if (question_) openMain();
+        return;
+    }
+    asked_ = std::move(asked);
+    question_.reset();
+    const CleanSlateMode mode = cleanSlate.value_or(CleanSlateMode::keep);
+    questionTask_.start(executor(), prepareQuestion(reason, asked_->workspace, mode), [this] {
+        if (!question_) dropQuestion();
+    });
+    Q_EMIT questionChanged();
+    Q_EMIT busyChanged();
+}
+
+/// What would be done is looked up while the desktop stays as it is.
+Task<> AppModel::prepareQuestion(ResumeQuestion::Reason reason, Workspace workspace,
+                                 CleanSlateMode cleanSlate) {
+    const RestorePreview preview =
+        co_await Restore::preview(services_.desktop, workspace.snapshot, settings_.enabledAdapters);
+    co_await checkpoint();
+    question_ = ResumeQuestion{.reason = reason,
+                               .workspace = workspace.id,
+                               .name = workspace.name,
+                               .consequences = Restore::consequences(services_.desktop.platform.applications,
+                                                                     preview, workspace, cleanSlate)};
+    Q_EMIT questionChanged();
+    openMain();
+}
+
+/// Without a word; whether there was one.
+bool AppModel::forgetQuestion() {
+    questionTask_.cancel();
+    question_.reset();
+    return std::exchange(asked_, std::nullopt).has_value();
+}
+
+void AppModel::dropQuestion() {
+    if (!forgetQuestion()) return;
+    Q_EMIT questionChanged();
+    Q_EMIT busyChanged();
+}
+
+void AppModel::answerQuestion(bool resume) {
+    if (!question_) return;
+    if (!resume || capturing() || snapshotting() || draft_ || restoreRunning()) return dropQuestion();
+    const Asked asked = *asked_;
+    // Less done to other applications than the workspace says is not agreed to for the next time.
+    const CleanSlateMode says = asked.workspace.cleanSlate.value_or(CleanSlateMode::keep);
+    const bool forGood = says == CleanSlateMode::keep || says == asked.cleanSlate;
+    const Result<void> noted = forGood ? known_.agreed(asked.workspace) : Result<void>{};
+    begin(asked.workspace, asked.cleanSlate);
+    noteProvenance(noted);
+}
+
+void AppModel::begin(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate) {
     const auto run = std::make_shared<RestoreRun>(workspace);
     dispose(std::exchange(restore_, run));
+    const bool wasAsked = forgetQuestion();
     panelTimer_.cancel();
     services_.surfaces.showPanel(PanelID::restore, panelPlace);
     const Restore::Options options{.cleanSlate = cleanSlate, .enabledAdapters = settings_.enabledAdapters};
     run->begin(executor(), runRestore(run.get(), options), [this, started = run.get()] {
         if (!started->report()) restoreEnded(*started, {.items = started->items(), .cancelled = true});
     });
+    if (wasAsked) Q_EMIT questionChanged();
     Q_EMIT restoreChanged();
     Q_EMIT busyChanged();
 }

@@ -12,6 +12,7 @@
 #include "platform/x11/AutostartEntry.hpp"
 #include "platform/x11/LogindPowerEvents.hpp"
 #include "platform/x11/PackageUpdater.hpp"
+#include "platform/x11/Sha256.hpp"
 #include "platform/x11/SystemTray.hpp"
 #include "platform/x11/X11Desktop.hpp"
 #include "platform/x11/X11HotKeys.hpp"
@@ -66,6 +67,7 @@ int run(QApplication& application, LaunchRequest request) {
                      .files = services.files,
                      .data = directories->data,
                      .defaults = services.defaults,
+                     .digest = x11::sha256,
                      .hotKeys = services.hotKeys,
                      .keyboard = services.keyboard,
                      .nativeKeys = NativeKeys::x11,
