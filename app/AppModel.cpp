@@ -18,6 +18,11 @@ AppModel::AppModel(const AppServices& services, QObject* parent)
       services_(services),
       store_(services.files, services.data / "workspaces"),
       history_(services.files, services.data / "sessions"),
+      known_(services.defaults, services.digest,
+             [this](const Uuid& id) {
+                 return services_.files.exists(store_.url(id)) ||
+                        services_.files.exists(history_.store().url(id));
+             }),
       settings_(AppSettings::load(services.defaults)),
       accessibilityGranted_(services.desktop.platform.accessibility.trusted()),
       loginItem_(services.defaults, LoginItemController::operations(services.loginItem)),
@@ -50,7 +55,7 @@ void AppModel::observeSystem() {
 }
 
 bool AppModel::busy() const {
-    return capturing() || nowRefreshing() || draft_ || restoreRunning() || snapshotting();
+    return capturing() || nowRefreshing() || draft_ || asked_ || restoreRunning() || snapshotting();
 }
 
 bool AppModel::canRelaunchForUpdate() const {

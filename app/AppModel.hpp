@@ -13,6 +13,7 @@
 
 #include "WindowEngine/Accessibility.hpp"
 #include "WindowEngine/Restore.hpp"
+#include "WindowEngine/RestorePreview.hpp"
 #include "WindowEngine/SessionHistory.hpp"
 #include "WindowEngine/WorkspaceStore.hpp"
 #include "app/CaptureDraft.hpp"
@@ -25,6 +26,7 @@
 #include "platform/services/PowerEvents.hpp"
 #include "platform/services/Shell.hpp"
 #include "settings/AppSettings.hpp"
+#include "settings/KnownWorkspaces.hpp"
 
 namespace quillo {
 
@@ -34,11 +36,20 @@ struct AppServices {
     FileSystem& files;
     std::filesystem::path data;  // holds workspaces/ and sessions/
     UserDefaults& defaults;
+    Digest digest;
     HotKeyService& hotKeys;
     LoginItemService& loginItem;
     PowerEvents& power;
     Shell& shell;
     Surfaces& surfaces;
+};
+
+/// What a person is asked before a workspace is brought back.
+struct ResumeQuestion {
+    ReasonToAsk reason = ReasonToAsk::notSavedHere;
+    Uuid workspace;
+    std::string name;
+    Consequences consequences;
 };
 
 /// Everything happens on the executor's thread. Every change of a field is told by its signal, after all
@@ -73,10 +84,13 @@ class AppModel final : public QObject {
     bool promptedForAccessibility() const { return promptedForAccessibility_; }
     bool showingSettings() const { return showingSettings_; }
 
+    /// Waits for answerQuestion().
+    const std::optional<ResumeQuestion>& question() const { return question_; }
+
     bool restoreRunning() const { return restore_ && !restore_->report(); }
     /// An automatic session capture runs.
     bool snapshotting() const { return autoSnapshotTask_.active(); }
-    /// Whether a capture, a review or a restore is under way, automatic ones included.
+    /// Whether a capture, a review, a question or a restore is under way, automatic ones included.
     bool busy() const;
     /// Whether the program may be replaced by its update now; otherwise relaunchRefusal says why not.
     bool canRelaunchForUpdate() const;
@@ -101,8 +115,11 @@ class AppModel final : public QObject {
     void dismissDraft();
 
     /// Does nothing while a capture, a review or another restore is under way. Without a mode other
-    /// applications are kept.
+    /// applications are kept. A workspace that was not saved on this machine is asked about first, once: its
+    /// restore waits for the answer, as long as nothing else is begun.
     void restore(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate);
+    /// Of question(). What is agreed to is remembered, and begun.
+    void answerQuestion(bool resume);
     /// The panel's close control: stops the run where it still goes on, and closes the panel.
     void closeRestorePanel();
     /// What a restore of this workspace does to other applications from now on.
@@ -137,6 +154,7 @@ class AppModel final : public QObject {
     void accessibilityGrantedChanged();
     void draftChanged();
     void restoreChanged();
+    void questionChanged();
     void capturingChanged();
     void toastChanged();
     void nowChanged();
@@ -156,7 +174,12 @@ class AppModel final : public QObject {
     Task<> captureAutomatically(Uuid generation, AppSettings settings);
     Task<> captureNow();
     Task<> clearToast();
-    Task<> runRestore(RestoreRun* run, Restore::Options options);
+    Task<> runRestore(RestoreRun* run, Workspace workspace, Restore::Options options);
+    void ask(ReasonToAsk reason, const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate);
+    Task<> prepareQuestion(ReasonToAsk reason, Workspace workspace, CleanSlateMode cleanSlate);
+    bool forgetQuestion();
+    void dropQuestion();
+    void begin(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate, bool agreedNow);
     Task<> closePanelLater(Duration delay);
     Task<> exportTask(Workspace workspace);
     Task<> importTask();
@@ -166,6 +189,8 @@ class AppModel final : public QObject {
     Result<void> changeStored(const Uuid& id, const std::function<void(Workspace&)>& change);
     Result<void> writeExport(const Workspace& workspace, const std::filesystem::path& file);
     Result<std::string> importFile(const std::filesystem::path& file);
+    /// Says where it could not be noted where a workspace comes from: its restore will ask.
+    void noteProvenance(const Result<void>& noted);
     void setAutoSnapshotError(std::optional<std::string> message);
     void captureEnded(std::shared_ptr<CaptureDraft> draft);
     void nowEnded(std::optional<WorkspaceSnapshot> snapshot);
@@ -179,6 +204,7 @@ class AppModel final : public QObject {
     AppServices services_;
     WorkspaceStore store_;
     SessionHistory history_;
+    KnownWorkspaces known_;
 
     std::vector<Workspace> sessions_;
     std::optional<std::string> autoSnapshotError_;
@@ -190,6 +216,14 @@ class AppModel final : public QObject {
     bool accessibilityGranted_ = false;
     std::shared_ptr<CaptureDraft> draft_;
     std::shared_ptr<RestoreRun> restore_;
+    struct Asked {  // what question_ is about, or will be
+        Workspace workspace;
+        std::optional<CleanSlateMode> cleanSlate;
+
+        bool operator==(const Asked&) const = default;
+    };
+    std::optional<Asked> asked_;
+    std::optional<ResumeQuestion> question_;
     bool capturing_ = false;
     std::optional<std::string> toast_;
     LoginItemController loginItem_;
@@ -204,7 +238,7 @@ class AppModel final : public QObject {
     std::unique_ptr<SurfaceObserver> reopenObserver_;
 
     // Last: what runs ends before what it works on.
-    TaskSlot autoSnapshotTimer_, autoSnapshotTask_, permissionPoll_, captureTask_, nowTask_;
+    TaskSlot autoSnapshotTimer_, autoSnapshotTask_, permissionPoll_, captureTask_, nowTask_, questionTask_;
     TaskSlot toastTimer_, panelTimer_, exporting_, importing_;
     DirectoryWatch libraryWatch_, historyWatch_;
 };

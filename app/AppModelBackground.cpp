@@ -56,7 +56,7 @@ Task<> AppModel::captureAutomatically(Uuid generation, AppSettings settings) {
 }
 
 void AppModel::saveSession(const WorkspaceSnapshot& snapshot) {
-    if (const Result<bool> saved = history_.save(snapshot, wallNow()); !saved) {
+    if (const Result<bool> saved = quillo::saveSession(history_, known_, snapshot, wallNow()); !saved) {
         return setAutoSnapshotError("Couldn't save the last session: " + saved.error().text);
     }
     reloadSessions();

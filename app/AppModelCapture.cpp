@@ -12,8 +12,10 @@ void AppModel::beginCapture(std::optional<Workspace> updating, bool testRestoreA
     if (capturing() || snapshotting()) return;
     if (restoreRunning()) return openMain();
     capturing_ = true;
+    const bool wasAsked = forgetQuestion();
     captureTask_.start(executor(), captureForReview(std::move(updating), testRestoreAfterSave),
                        [this] { captureEnded(nullptr); });
+    if (wasAsked) Q_EMIT questionChanged();
     Q_EMIT capturingChanged();
     Q_EMIT busyChanged();
 }
@@ -55,16 +57,20 @@ void AppModel::commit(CaptureDraft& reviewed) {
     workspace.name = keepsName ? name : uniqueName(name, workspaces_);
     workspace.icon = draft->icon();
     workspace.color = draft->color();
+    // What it does to other applications stays only where that was chosen here.
+    if (draft->updating() && !known_.isCleanSlateChosenHere(*draft->updating())) workspace.cleanSlate.reset();
     workspace.snapshot = draft->filteredSnapshot();
     workspace.updatedAt = time;
     if (const Result<void> saved = store_.save(workspace); !saved) {
         return show("Couldn't save: " + saved.error().text);
     }
+    const Result<void> noted = known_.savedHere(workspace);
     dispose(std::exchange(draft_, nullptr));  // before anybody hears of it: nothing saves it once more
     reload();
     Q_EMIT draftChanged();
     Q_EMIT busyChanged();
     show("Saved " + workspace.name);
+    noteProvenance(noted);
     if (draft->testRestoreAfterSave()) restore(workspace, std::nullopt);
 }
 

@@ -20,11 +20,16 @@ std::string proposedFileName(std::string name) {
 
 }  // namespace
 
+void AppModel::noteProvenance(const Result<void>& noted) {
+    if (!noted) show("Couldn't note what was done here; resuming will ask first: " + noted.error().text);
+}
+
 void AppModel::deleteWorkspace(const Workspace& workspace) {
     const std::string name = workspace.name;  // the workspace may be the library's own, which is read again
     if (const Result<void> removed = store_.remove(workspace.id); !removed) {
         return show("Couldn't delete " + name + ": " + removed.error().text);
     }
+    (void)known_.forget(workspace.id);  // what is left of it is no harm
     reload();
 }
 
@@ -38,8 +43,10 @@ void AppModel::duplicate(const Workspace& workspace) {
     if (const Result<void> saved = store_.save(copy); !saved) {
         return show("Couldn't duplicate " + name + ": " + saved.error().text);
     }
+    const Result<void> noted = known_.madeFrom(workspace, copy);
     reload();
     show("Duplicated " + name);
+    noteProvenance(noted);
 }
 
 /// What is stored counts, not what was last read: another process may have changed it.
@@ -62,10 +69,16 @@ void AppModel::rename(const Workspace& workspace, const std::string& to) {
 }
 
 void AppModel::setCleanSlate(const Workspace& workspace, CleanSlateMode mode) {
-    const Result<void> saved =
-        changeStored(workspace.id, [mode](Workspace& stored) { stored.cleanSlate = mode; });
+    Workspace before, after;
+    const Result<void> saved = changeStored(workspace.id, [&](Workspace& stored) {
+        before = stored;
+        stored.cleanSlate = mode;
+        after = stored;
+    });
     if (!saved) return show("Couldn't save restore preference");
+    const Result<void> noted = known_.madeFrom(before, after);
     reload();
+    noteProvenance(noted);
 }
 
 Result<void> AppModel::writeExport(const Workspace& workspace, const std::filesystem::path& file) {
@@ -118,6 +131,7 @@ void AppModel::deleteAllData() {
         [[maybe_unused]] const Result<void> removed = store_.remove(workspace.id);  // the directory goes too
     }
     const Result<void> removed = services_.files.removeTree(store_.directory());
+    (void)known_.forgetAll();
     reload();
     if (!removed) show("Couldn't delete all workspace data: " + removed.error().text);
 }

@@ -223,8 +223,10 @@ class Application {
                                                                   .keys = keys_,
                                                                   .updates = updates_,
                                                                   .variant = TextVariant::onLinux});
-        model_ = std::make_unique<AppModel>(AppServices{*access_, files_, data_.path(), defaults_, hotKeys_,
-                                                        loginItem_, power_, shell_, *interface_});
+        model_ =
+            std::make_unique<AppModel>(AppServices{*access_, files_, data_.path(), defaults_,
+                                                   [](std::string_view bytes) { return std::string(bytes); },
+                                                   hotKeys_, loginItem_, power_, shell_, *interface_});
         interface_->attach(*model_);
     }
     Application(const Application&) = delete;

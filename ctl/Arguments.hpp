@@ -20,6 +20,7 @@ struct Arguments {
     std::optional<std::string> update;      // save --update W
     std::vector<std::string> only;          // restore --only APP
     bool force = false;                     // export --force
+    bool yes = false;                       // restore --yes
     std::vector<std::string> adapters;      // --adapter ID
     std::optional<std::string> cleanSlate;  // --clean-slate MODE; absent: as the workspace says
 };

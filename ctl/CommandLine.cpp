@@ -114,6 +114,8 @@ void addDesktopCommands(CommandSet& commands) {
         ->allow_extra_args(false);
     addAdapters(restore, arguments);
     addCleanSlate(restore, arguments);
+    restore->add_flag("-y,--yes", arguments.yes,
+                      "restore also what was not saved on this computer, without asking");
 }
 
 void addLibraryCommands(CommandSet& commands) {

@@ -25,6 +25,7 @@ CommandResult store(Session& session, std::string_view preposition, const Worksp
     if (const Result<void> saved = session.store.save(workspace); !saved) {
         return couldNot("save " + printable(workspace.name), saved.error());
     }
+    noteProvenance(session, session.known.savedHere(workspace));
     return reportSaved(session,
                        fmt::format("Saved {} {}", reportCaptured(session, workspace.snapshot), preposition),
                        workspace);
@@ -45,6 +46,8 @@ CommandResult renew(Session& session, const Arguments& arguments) {
     if (!workspace) return std::unexpected(workspace.error());
     Expected<WorkspaceSnapshot> snapshot = captureDesktop(session, arguments);
     if (!snapshot) return std::unexpected(snapshot.error());
+    // What it does to other applications stays only where that was chosen here.
+    if (!session.known.isCleanSlateChosenHere(*workspace)) workspace->cleanSlate.reset();
     workspace->snapshot = *std::move(snapshot);
     workspace->updatedAt = now();
     return store(session, "in", *workspace);

@@ -13,7 +13,7 @@ CommandResult saveToHistory(Session& session, const Arguments& arguments) {
     const Expected<WorkspaceSnapshot> snapshot = captureDesktop(session, arguments);
     if (!snapshot) return std::unexpected(snapshot.error());
     const std::string captured = reportCaptured(session, *snapshot);
-    const Result<bool> saved = session.history.save(*snapshot, now());
+    const Result<bool> saved = saveSession(session.history, session.known, *snapshot, now());
     if (!saved) return couldNot("save the last session", saved.error());
     const Result<Workspace> latest = session.history.store().load(SessionHistory::latestID);
     if (!latest) return couldNot("read the last session", latest.error());

@@ -1,11 +1,9 @@
 #include "ctl/HumanText.hpp"
 
 #include <fmt/format.h>
-#include <unicode/bytestream.h>
 #include <unicode/datefmt.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
-#include <unicode/utf8.h>
 
 #include <array>
 #include <cmath>
@@ -14,21 +12,6 @@
 
 namespace quillo::ctl {
 namespace {
-
-constexpr UChar32 replacement = 0xfffd;
-
-/// Calls `visit(code point, its bytes)`; bytes that are not UTF-8 come as U+FFFD.
-template <class Visit>
-void forEachCharacter(std::string_view text, Visit visit) {
-    const auto length = static_cast<std::int32_t>(text.size());
-    for (std::int32_t next = 0; next < length;) {
-        const std::int32_t start = next;
-        UChar32 character = 0;
-        U8_NEXT(text.data(), next, length, character);
-        visit(character < 0 ? replacement : character,
-              text.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(next - start)));
-    }
-}
 
 std::size_t columnsOf(UChar32 character) {
     const int category = u_charType(character);
@@ -50,7 +33,7 @@ icu::Locale dateLocale() {
 
 std::size_t columns(std::string_view text) {
     std::size_t total = 0;
-    forEachCharacter(text, [&](UChar32 character, std::string_view) { total += columnsOf(character); });
+    text::forEachCharacter(text, [&](UChar32 character, std::string_view) { total += columnsOf(character); });
     return total;
 }
 
@@ -59,7 +42,7 @@ std::string fitted(std::string_view text, std::size_t width) {
     std::string result;
     std::size_t used = 1;  // the ellipsis
     bool full = false;
-    forEachCharacter(text, [&](UChar32 character, std::string_view bytes) {
+    text::forEachCharacter(text, [&](UChar32 character, std::string_view bytes) {
         used += columnsOf(character);
         full = full || used > width;
         if (!full) result += bytes;

@@ -13,6 +13,7 @@
 
 namespace quillo::ctl {
 
+/// Names and titles come from elsewhere.
 using text::printable;
 
 /// Columns that printable text takes in a terminal: wide characters two, combining ones none.

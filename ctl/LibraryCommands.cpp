@@ -138,6 +138,7 @@ CommandResult duplicateWorkspace(Session& session, const Arguments& arguments) {
     if (const Result<void> saved = session.store.save(copy); !saved) {
         return couldNot("duplicate " + printable(source->name), saved.error());
     }
+    noteProvenance(session, session.known.madeFrom(*source, copy));
     return reportSaved(session, "Duplicated " + printable(source->name) + " as", copy);
 }
 
@@ -147,6 +148,7 @@ CommandResult deleteWorkspace(Session& session, const Arguments& arguments) {
     if (const Result<void> removed = session.store.remove(workspace->id); !removed) {
         return couldNot("delete " + printable(workspace->name), removed.error());
     }
+    (void)session.known.forget(workspace->id);  // what is left of it is no harm
     return reportSaved(session, "Deleted", *workspace);
 }
 

@@ -6,7 +6,10 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <iostream>
+#include <string>
 
+#include "WindowEngine/support/Text.hpp"
 #include "ctl/HumanText.hpp"
 
 namespace quillo::ctl {
@@ -92,6 +95,20 @@ void Output::progress(std::string_view text) {
 void Output::clearProgress() {
     if (progressShown_) put(stdout, "\r\x1b[K");
     progressShown_ = false;
+}
+
+bool Output::canAsk() const {
+    return !json_ && width_ > 0 && isatty(STDIN_FILENO) != 0;
+}
+
+bool Output::confirmed(std::string_view question) {
+    clearProgress();
+    put(stdout, question);
+    put(stdout, " [y/N] ");
+    std::fflush(stdout);
+    std::string answer;
+    return std::getline(std::cin, answer) &&
+           (text::equalIgnoringCase(answer, "y") || text::equalIgnoringCase(answer, "yes"));
 }
 
 std::string Output::painted(Style style, std::string_view text) const {

@@ -27,6 +27,11 @@ class Output {
     /// A line that the next output replaces; only a terminal gets it.
     void progress(std::string_view text);
 
+    /// Whether somebody is there to answer: both streams are a terminal's, and text is wanted.
+    bool canAsk() const;
+    /// Puts a question that Return, or the end of input, answers with no.
+    bool confirmed(std::string_view question);
+
     /// Colours only on a terminal, and not where NO_COLOR is set.
     std::string painted(Style style, std::string_view text) const;
 

@@ -5,6 +5,7 @@
 
 #include "ctl/DesktopPlanText.hpp"
 #include "ctl/HumanText.hpp"
+#include "ctl/ReopeningPlanText.hpp"
 #include "ctl/SnapshotText.hpp"
 
 namespace quillo::ctl {
@@ -66,7 +67,7 @@ std::vector<std::string> steps(const WindowPlan& plan, const DesktopPlan& deskto
 }
 
 const LiveWindowInfo* liveWindow(const PlannedApplication& application, const WindowPlan& plan) {
-    return plan.liveIndex ? &application.live[static_cast<std::size_t>(*plan.liveIndex)] : nullptr;
+    return plan.liveIndex ? &application.live[static_cast<std::size_t>(*plan.liveIndex)].info : nullptr;
 }
 
 /// Why no live window is named. Before a launch that is no verdict: its windows are yet to come.

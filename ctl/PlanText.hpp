@@ -1,7 +1,7 @@
 // What a restore would do, window by window, as lines.
 #pragma once
+#include "WindowEngine/RestorePreview.hpp"
 #include "ctl/Output.hpp"
-#include "ctl/RestorePreview.hpp"
 
 namespace quillo::ctl {
 

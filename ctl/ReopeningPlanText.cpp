@@ -4,28 +4,10 @@
 #include <fmt/ranges.h>
 
 #include "WindowEngine/CleanSlate.hpp"
-#include "WindowEngine/ContextRestore.hpp"
 #include "ctl/HumanText.hpp"
 
 namespace quillo::ctl {
 namespace {
-
-Task<void> planContext(DesktopAccess& desktop, const ApplicationSnapshot& application, bool isRunning,
-                       const std::set<std::string>& enabledAdapters, ReopeningPlan& plan) {
-    if (!application.context) co_return;
-    const ContextAdapter* adapter = Restore::contextAdapter(desktop.platform, application, enabledAdapters);
-    if (!adapter) {
-        plan.contextTrouble = Restore::unavailableIntegration(*application.context);
-        co_return;
-    }
-    AdapterCaptureResult now;
-    if (isRunning) now = co_await adapter->capture(desktop, application.bundleIdentifier);
-    if (now.failure) {
-        plan.contextTrouble = *now.failure;
-    } else {
-        plan.steps = adapter->plan(*application.context, now.context.value_or(AppContext{}));
-    }
-}
 
 /// A location as a person writes it.
 std::string location(const Url& url) {
@@ -76,17 +58,6 @@ void printStep(Output& output, const ApplicationSnapshot& application, const Ada
 
 }  // namespace
 
-Task<ReopeningPlan> planReopening(DesktopAccess& desktop, const ApplicationSnapshot& application,
-                                  std::span<const LiveWindowInfo> live, bool isRunning,
-                                  const std::set<std::string>& enabledAdapters) {
-    ReopeningPlan plan;
-    plan.documents = Restore::planDocuments(desktop.platform, application,
-                                            Restore::Options{.enabledAdapters = enabledAdapters}, live);
-    plan.askedForWindow = isRunning && Restore::needsWindow(desktop.platform, application, enabledAdapters);
-    co_await planContext(desktop, application, isRunning, enabledAdapters, plan);
-    co_return plan;
-}
-
 void printReopening(Output& output, const ApplicationSnapshot& application, const ReopeningPlan& plan) {
     printDocuments(output, application, plan.documents.open, true);
     printDocuments(output, application, plan.documents.refused, false);
@@ -98,6 +69,19 @@ void printReopening(Output& output, const ApplicationSnapshot& application, cons
         output.value(std::move(line));
     } else {
         output.line("  " + output.painted(Style::warning, printable(plan.contextTrouble)));
+    }
+}
+
+void printLeftOut(Output& output, const RestoreReport::Item& item) {
+    const std::string& reason = std::get<RestoreReport::skipped>(item.status).reason;
+    if (output.json()) {
+        JsonLine line;
+        line.add("application", item.app)
+            .add("bundleIdentifier", item.bundleIdentifier)
+            .add("reason", reason);
+        output.value(std::move(line));
+    } else {
+        output.line(output.painted(Style::warning, printable(item.app) + ": " + reason));
     }
 }
 

@@ -3,11 +3,14 @@
 
 #include <algorithm>
 
+#include "WindowEngine/ConsequenceWords.hpp"
 #include "WindowEngine/Restore.hpp"
+#include "WindowEngine/RestoreScope.hpp"
 #include "WindowEngine/support/Text.hpp"
 #include "ctl/Commands.hpp"
 #include "ctl/HumanText.hpp"
 #include "ctl/PlanText.hpp"
+#include "ctl/ReopeningPlanText.hpp"
 #include "ctl/RestorePrinter.hpp"
 
 namespace quillo::ctl {
@@ -64,6 +67,80 @@ bool noteRestored(Session& session, const Uuid& id) {
     return false;
 }
 
+std::string words(ReasonToAsk reason, const Workspace& workspace) {
+    switch (reason) {
+        case ReasonToAsk::notSavedHere:
+            return printable(workspace.name) + " was not saved on this computer";
+        case ReasonToAsk::beyondLimits:
+            return fmt::format("{} holds more than {} windows and documents of one application or {} in all",
+                               printable(workspace.name), Restore::mostOfOneApplication, Restore::mostInAll);
+    }
+    return {};
+}
+
+/// What was agreed to for a part of the workspace, or with less done to other applications than it says, is
+/// not agreed to for all of it.
+bool isAllOfIt(const Workspace& workspace, const Arguments& arguments) {
+    const CleanSlateMode says = workspace.cleanSlate.value_or(CleanSlateMode::keep);
+    return arguments.only.empty() &&
+           (says == CleanSlateMode::keep || cleanSlate(workspace, arguments) == says);
+}
+
+void printConsequences(Output& output, const Consequences& consequences) {
+    for (const ConsequenceGroup& group : consequenceGroups(consequences)) {
+        output.line("  " + output.painted(Style::bold, group.heading));
+        for (const std::string& line : group.lines) output.line("    " + line);
+        if (group.more > 0) output.line(fmt::format("    and {} more", group.more));
+    }
+}
+
+/// Shows what a restore of the part that was asked for would do, and asks.
+Expected<void> askPerson(Session& session, Desktop& desktop, const Workspace& part,
+                         const Restore::Options& options, const std::string& reason) {
+    if (!session.output.canAsk()) {
+        return failure(reason + "; look at it with plan, then give --yes to restore it");
+    }
+    DesktopAccess& access = desktop.access();
+    const std::optional<RestorePreview> preview =
+        run(desktop, Restore::preview(access, part.snapshot, options));
+    if (!preview) return failure("cancelled", Exit::cancelled);
+    session.output.line(reason + ". Restoring it would do this:");
+    printConsequences(session.output,
+                      Restore::consequences(access.platform.applications, *preview, part,
+                                            options.cleanSlate.value_or(CleanSlateMode::keep)));
+    if (!session.output.confirmed("Restore it?")) return failure("cancelled", Exit::cancelled);
+    return {};
+}
+
+/// Asks where that is needed, and sets what the restore may do then. `part` is what --only leaves of
+/// `workspace`.
+Expected<void> consent(Session& session, Desktop& desktop, const Workspace& workspace, const Workspace& part,
+                       Restore::Options& options, const Arguments& arguments) {
+    const std::optional<ReasonToAsk> reason = session.known.reasonToAsk(workspace);
+    session.known.permit(workspace, reason.has_value(), options);
+    if (!reason) return {};
+    if (!arguments.yes) {
+        Expected<void> asked = askPerson(session, desktop, part, options, words(*reason, workspace));
+        if (!asked) return asked;
+    }
+    if (isAllOfIt(workspace, arguments)) noteProvenance(session, session.known.agreed(workspace));
+    return {};
+}
+
+void printProvenance(Session& session, const Workspace& workspace) {
+    if (session.known.isSavedHere(workspace)) return;
+    const bool agreed = session.known.isAgreed(workspace);
+    if (session.output.json()) {
+        JsonLine line;
+        line.add("workspace", workspace.name).add("savedHere", false).add("agreed", agreed);
+        session.output.value(std::move(line));
+        return;
+    }
+    session.output.line(session.output.painted(
+        Style::warning, printable(workspace.name) + " was not saved on this computer; " +
+                            (agreed ? "you agreed to restore it" : "restore asks first")));
+}
+
 }  // namespace
 
 CommandResult planRestore(Session& session, const Arguments& arguments) {
@@ -71,13 +148,16 @@ CommandResult planRestore(Session& session, const Arguments& arguments) {
     if (!found) return std::unexpected(found.error());
     const Expected<std::unique_ptr<Desktop>> desktop = openTrustedDesktop(session);
     if (!desktop) return std::unexpected(desktop.error());
-    const Restore::Options options = restoreOptions(session, found->workspace, arguments);
+    Restore::Options options = restoreOptions(session, found->workspace, arguments);
+    session.known.permit(found->workspace, true, options);
     DesktopAccess& access = (*desktop)->access();
     const std::optional<RestorePreview> plan =
-        run(**desktop, preview(access, found->workspace.snapshot, options.enabledAdapters));
+        run(**desktop, Restore::preview(access, found->workspace.snapshot, options));
     if (!plan) return failure("cancelled", Exit::cancelled);
+    printProvenance(session, found->workspace);
     printCleanSlate(session.output, access.platform.applications, found->workspace,
                     options.cleanSlate.value_or(CleanSlateMode::keep));
+    for (const RestoreReport::Item& item : plan->scope->leftOut) printLeftOut(session.output, item);
     printPlan(session.output, *plan);
     return Exit::done;
 }
@@ -85,19 +165,27 @@ CommandResult planRestore(Session& session, const Arguments& arguments) {
 CommandResult restoreWorkspace(Session& session, const Arguments& arguments) {
     Expected<Found> found = findWithHistory(session, arguments.workspace);
     if (!found) return std::unexpected(found.error());
+    const Workspace whole = found->workspace;
     Workspace& workspace = found->workspace;
     if (const Expected<void> kept = keepOnly(workspace, arguments.only); !kept) {
         return std::unexpected(kept.error());
     }
     const Expected<std::unique_ptr<Desktop>> desktop = openTrustedDesktop(session);
     if (!desktop) return std::unexpected(desktop.error());
+    Restore::Options options = restoreOptions(session, workspace, arguments);
+    if (const Expected<void> agreed = consent(session, **desktop, whole, workspace, options, arguments);
+        !agreed) {
+        return std::unexpected(agreed.error());
+    }
 
-    RestorePrinter printer(session.output, workspace);
+    Workspace shown = workspace;
+    shown.snapshot = Restore::scopeOf(shown.snapshot, options.limited).snapshot;
+    Restore::giveShownNames((*desktop)->access().platform.applications, shown.snapshot);
+    RestorePrinter printer(session.output, shown);
     printer.begin();
     const std::optional<RestoreReport> report =
-        run(**desktop,
-            Restore::run((*desktop)->access(), workspace, restoreOptions(session, workspace, arguments),
-                         [&printer](const RestoreReport::Item& item) { printer.item(item); }));
+        run(**desktop, Restore::run((*desktop)->access(), workspace, options,
+                                    [&printer](const RestoreReport::Item& item) { printer.item(item); }));
     const Result<void> kept = (*desktop)->keepChanges();
     if (!report) return failure("cancelled", Exit::cancelled);
     printer.end(*report);

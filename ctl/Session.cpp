@@ -57,6 +57,12 @@ AppSettings settingsFor(Session& session, const Arguments& arguments) {
     return chosen;
 }
 
+void noteProvenance(Session& session, const Result<void>& noted) {
+    if (noted) return;
+    session.output.complain("could not note that this was done here, so a restore will ask first: " +
+                            printable(noted.error().text));
+}
+
 std::vector<Workspace> scan(Session& session) {
     return scan(session, session.store);
 }

@@ -13,6 +13,7 @@
 #include "ctl/Output.hpp"
 #include "platform/services/UserDefaults.hpp"
 #include "settings/AppSettings.hpp"
+#include "settings/KnownWorkspaces.hpp"
 
 namespace quillo::ctl {
 
@@ -25,6 +26,7 @@ struct Session {
     std::string logPlace;  // where a person finds the log
     /// What the person chose in the application; read when first asked.
     UserDefaults& defaults;
+    KnownWorkspaces& known;
     /// Connects to the desktop. Only the commands that need one call it: the others stay fast and work
     /// without any.
     std::function<Result<std::unique_ptr<Desktop>>()> openDesktop;
@@ -33,6 +35,9 @@ struct Session {
 /// The person's settings, with the integrations that this call names (--adapter) switched on besides. A
 /// file that cannot be read is complained of: its exclusions do not hold.
 AppSettings settingsFor(Session& session, const Arguments& arguments);
+
+/// Complains where it could not be noted where a workspace comes from: restoring it will ask.
+void noteProvenance(Session& session, const Result<void>& noted);
 
 /// The workspaces of the library, or of the given store. What is wrong there goes to standard error.
 std::vector<Workspace> scan(Session& session);

@@ -25,6 +25,8 @@ class SystemLayer {
     /// Where a person finds the log.
     virtual std::string logPlace() const = 0;
     virtual UserDefaults& defaults() = 0;
+    /// SHA-256, as KnownWorkspaces wants it.
+    virtual std::string digest(std::string_view bytes) const = 0;
 };
 
 /// `files` must outlive it.

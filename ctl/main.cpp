@@ -51,6 +51,9 @@ CommandResult runCommand(const Invocation& invocation, Output& output) {
         arguments.dataDirectory.empty() ? directories->data : absolutePath(arguments.dataDirectory);
     WorkspaceStore store(files, data / "workspaces");
     SessionHistory history(files, data / "sessions");
+    KnownWorkspaces known(
+        system->defaults(), [&](std::string_view bytes) { return system->digest(bytes); },
+        [&](const Uuid& id) { return files.exists(store.url(id)) || files.exists(history.store().url(id)); });
     Session session{.output = output,
                     .files = files,
                     .store = store,
@@ -58,6 +61,7 @@ CommandResult runCommand(const Invocation& invocation, Output& output) {
                     .dataDirectory = data,
                     .logPlace = system->logPlace(),
                     .defaults = system->defaults(),
+                    .known = known,
                     .openDesktop = [&] { return openDesktop(arguments, files, *system); }};
     return invocation.command(session, arguments);
 }

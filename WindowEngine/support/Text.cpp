@@ -186,6 +186,19 @@ std::string clipped(std::string_view s, std::size_t characters) {
     return encoded(line);
 }
 
+std::string shortenedInMiddle(std::string_view text, std::size_t most) {
+    std::vector<std::size_t> starts;  // of the characters
+    std::size_t at = 0;
+    forEachCharacter(text, [&](UChar32, std::string_view bytes) {
+        starts.push_back(at);
+        at += bytes.size();
+    });
+    if (starts.size() <= most || most < 3) return std::string(text);
+    const std::size_t head = most / 2, tail = most - 1 - head;
+    return std::string(text.substr(0, starts[head])) + "…" +
+           std::string(text.substr(starts[starts.size() - tail]));
+}
+
 std::weak_ordering compareLocalized(std::string_view a, std::string_view b) {
     const icu::Collator* collator = personCollator();
     if (!collator) return ordering(decoded(a).caseCompare(decoded(b), U_FOLD_CASE_DEFAULT));

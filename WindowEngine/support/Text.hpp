@@ -1,6 +1,10 @@
 // Text as people read it, through ICU. All input is UTF-8; invalid sequences are replaced by U+FFFD.
 #pragma once
+#include <unicode/utf8.h>
+
 #include <compare>
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,6 +32,23 @@ std::string clipped(std::string_view s, std::size_t characters);
 /// writing direction or break a line, and bytes that are not UTF-8 are spelt out (\n, \x1b, \u202e, \xff), so
 /// that they can neither drive a terminal nor fake a line.
 std::string printable(std::string_view s);
+
+/// Of more than `most` characters the middle is left out, with an ellipsis in its place: both ends of a path
+/// or an address tell something.
+std::string shortenedInMiddle(std::string_view text, std::size_t most);
+
+/// Calls `visit(code point, its bytes)`; bytes that are not UTF-8 come as U+FFFD.
+template <class Visit>
+void forEachCharacter(std::string_view text, Visit visit) {
+    const auto length = static_cast<std::int32_t>(text.size());
+    for (std::int32_t next = 0; next < length;) {
+        const std::int32_t start = next;
+        UChar32 character = 0;
+        U8_NEXT_OR_FFFD(text.data(), next, length, character);
+        visit(character,
+              text.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(next - start)));
+    }
+}
 
 /// Case-insensitive comparison in the person's locale (ICU collation, secondary strength).
 std::weak_ordering compareLocalized(std::string_view a, std::string_view b);

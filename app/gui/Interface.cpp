@@ -11,6 +11,7 @@
 #include "app/gui/Pictures.hpp"
 #include "app/gui/PrivacyPresenter.hpp"
 #include "app/gui/QmlTypes.hpp"
+#include "app/gui/QuestionPresenter.hpp"
 #include "app/gui/RestorePresenter.hpp"
 #include "app/gui/ReviewPresenter.hpp"
 #include "app/gui/SettingsPresenter.hpp"
@@ -57,7 +58,8 @@ struct Interface::Presenters {
           privacy(model, parts.desktop),
           shortcuts(model, parts.hotKeys, parts.keys),
           switcher(model, index, surfaces),
-          restore(model) {
+          restore(model),
+          question(model) {
         registerItems();
         registerSingleton("Theme", parts.theme);
         registerSingleton("Ui", ui);
@@ -70,6 +72,7 @@ struct Interface::Presenters {
         registerSingleton("Shortcuts", shortcuts);
         registerSingleton("Switcher", switcher);
         registerSingleton("Restore", restore);
+        registerSingleton("Question", question);
     }
 
     LibraryIndex index;
@@ -86,6 +89,7 @@ struct Interface::Presenters {
     ShortcutsPresenter shortcuts;
     SwitcherPresenter switcher;
     RestorePresenter restore;
+    QuestionPresenter question;
 };
 
 Interface::Interface(const Parts& parts)

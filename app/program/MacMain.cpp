@@ -8,6 +8,7 @@
 #include "platform/macos/MacHotKeys.hpp"
 #include "platform/macos/MacKeyboardLayout.hpp"
 #include "platform/macos/MacLog.hpp"
+#include "platform/macos/MacSha256.hpp"
 #include "platform/macos/shell/MacActivity.hpp"
 #include "platform/macos/shell/MacApplicationEvents.hpp"
 #include "platform/macos/shell/MacDesktop.hpp"
@@ -47,6 +48,7 @@ Program::System systemOf(MacServices& services, const StandardDirectories& direc
             .files = services.files,
             .data = directories.data,
             .defaults = services.defaults,
+            .digest = macSha256,
             .hotKeys = services.hotKeys,
             .keyboard = services.keyboard,
             .nativeKeys = NativeKeys::mac,

@@ -45,6 +45,7 @@ AppServices Program::services(const System& system) {
             .files = system.files,
             .data = system.data,
             .defaults = system.defaults,
+            .digest = system.digest,
             .hotKeys = system.hotKeys,
             .loginItem = system.loginItem,
             .power = system.power,

@@ -26,6 +26,7 @@ class Program {
         FileSystem& files;
         std::filesystem::path data;
         UserDefaults& defaults;
+        Digest digest;
         HotKeyService& hotKeys;
         const KeyboardLayout& keyboard;
         NativeKeys nativeKeys;

@@ -8,6 +8,7 @@
 #include "platform/linux/AutostartEntry.hpp"
 #include "platform/linux/LogindPowerEvents.hpp"
 #include "platform/linux/PackageUpdater.hpp"
+#include "platform/linux/Sha256.hpp"
 #include "platform/posix/FileDefaults.hpp"
 #include "platform/posix/FileLog.hpp"
 #include "platform/posix/FreeMemory.hpp"
@@ -69,6 +70,7 @@ int run(QApplication& application, LaunchRequest request, const QString& token) 
                      .files = services.files,
                      .data = directories->data,
                      .defaults = services.defaults,
+                     .digest = sha256,
                      .hotKeys = services.hotKeys,
                      .keyboard = services.keyboard,
                      .nativeKeys = NativeKeys::x11,

@@ -10,6 +10,8 @@ T.Popup {
     property string actionText
     property string cancelText: "Cancel"
     property bool danger: false
+    property bool armed: true          // whether it can be confirmed by now
+    property Component details: null  // between the text and the buttons
     signal confirmed()
     property Item before: null  // has the keyboard again afterwards: else the window itself would
     onAboutToShow: before = parent.Window.activeFocusItem
@@ -60,6 +62,11 @@ T.Popup {
             color: Theme.text2
             wrapMode: Text.Wrap
         }
+        Loader {
+            width: parent.width
+            visible: dialog.details !== null
+            sourceComponent: dialog.details
+        }
         Item { width: 1; height: 8 }
         Row {
             anchors.right: parent.right
@@ -73,6 +80,7 @@ T.Popup {
             PushButton {
                 id: action
                 text: dialog.actionText
+                enabled: dialog.armed
                 kind: dialog.danger ? "danger" : "primary"
                 onClicked: { dialog.close(); dialog.confirmed() }
                 KeyNavigation.left: cancel

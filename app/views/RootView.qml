@@ -1,5 +1,6 @@
 // The main window: one page at a time, and the message of the moment over it.
 import QtQuick
+import QtQuick.Templates as T
 import Quillo.Core
 
 Rectangle {
@@ -37,6 +38,18 @@ Rectangle {
             id: arrival
             NumberAnimation { target: page; property: "opacity"; from: 0.3; to: 1; duration: 140; easing.type: Easing.OutCubic }
         }
+    }
+    Loader {
+        id: question
+        readonly property bool asked: Question.shown && T.Overlay.overlay !== null  // in a window by now
+        active: false
+        function follow() {
+            if (asked) active = true
+            if (item) item.visible = asked
+        }
+        onAskedChanged: follow()
+        Component.onCompleted: follow()
+        sourceComponent: ResumeDialog { parent: question.T.Overlay.overlay }
     }
     Toast {
         anchors.horizontalCenter: parent.horizontalCenter

@@ -2,6 +2,7 @@
 #include "ctl/SystemLayer.hpp"
 #include "platform/macos/MacDefaults.hpp"
 #include "platform/macos/MacLog.hpp"
+#include "platform/macos/MacSha256.hpp"
 #include "platform/macos/shell/CommandLoop.hpp"
 #include "platform/macos/shell/MacDesktop.hpp"
 
@@ -32,6 +33,7 @@ class MacLayer final : public SystemLayer {
     SystemLog& log() override { return log_; }
     std::string logPlace() const override { return "the system's log, under the subsystem app.quillo"; }
     UserDefaults& defaults() override { return defaults_; }
+    std::string digest(std::string_view bytes) const override { return macSha256(bytes); }
 
   private:
     MacLog log_;

@@ -2,6 +2,7 @@
 #include <cstdlib>
 
 #include "ctl/SystemLayer.hpp"
+#include "platform/linux/Sha256.hpp"
 #include "platform/posix/FileDefaults.hpp"
 #include "platform/posix/FileLog.hpp"
 #include "platform/x11/X11Desktop.hpp"
@@ -48,6 +49,7 @@ class X11Layer final : public SystemLayer {
     SystemLog& log() override { return log_; }
     std::string logPlace() const override { return logFile_.string(); }
     UserDefaults& defaults() override { return defaults_; }
+    std::string digest(std::string_view bytes) const override { return sha256(bytes); }
 
   private:
     std::filesystem::path logFile_;

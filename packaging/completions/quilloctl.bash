@@ -47,7 +47,7 @@ _quilloctl() {
         save) options="--update --adapter $options" ;;
         history) options="--adapter $options" ;;
         plan) options="--adapter --clean-slate $options" ;;
-        restore) options="--only --adapter --clean-slate $options" ;;
+        restore) options="--only --adapter --clean-slate --yes -y $options" ;;
         export) options="--force $options" ;;
     esac
     if [[ $current == -* ]]; then

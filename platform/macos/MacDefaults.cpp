@@ -28,6 +28,10 @@ std::optional<std::string> MacDefaults::trouble() const {
     return place() + ": " + keys + ": a value of another type stands there";
 }
 
+void MacDefaults::refresh() {
+    CFPreferencesAppSynchronize(application_.get());  // also reads what others have stored
+}
+
 std::optional<std::string> MacDefaults::data(std::string_view key) const {
     return read(key, dataOf);
 }

@@ -10,7 +10,7 @@ namespace quillo {
 
 /// Under the application's identifier, whichever program of ours asks: the command line has the same ones.
 /// Data and flags stand as the system's own data and booleans. What another program wrote comes with the next
-/// set, and otherwise when the system passes it on.
+/// set or refresh, and otherwise when the system passes it on.
 class MacDefaults final : public UserDefaults {
   public:
     static constexpr std::string_view usualApplication = "app.quillo.Quillo";
@@ -21,6 +21,7 @@ class MacDefaults final : public UserDefaults {
     std::string place() const override;
     /// Names the keys that were asked for and hold a value of another type.
     std::optional<std::string> trouble() const override;
+    void refresh() override;
 
     std::optional<std::string> data(std::string_view key) const override;
     Result<void> setData(std::string_view key, std::optional<std::string> bytes) override;

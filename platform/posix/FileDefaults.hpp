@@ -12,17 +12,18 @@
 namespace quillo {
 
 /// A JSON object with one member for each value: flags as true, JSON objects as they are, all other bytes as
-/// a string. Read when first asked; replaced in one step, each time after reading it again, so that two
-/// programs do not lose each other's values. What cannot be read counts as empty. A damaged file is kept
-/// aside before it is replaced, as NAME.damaged, NAME.damaged-2 and so on up to nine; none of these is
-/// overwritten: a tenth is an error of the set. A set that failed only to make the change durable leaves it
-/// in place.
+/// a string. Read when first asked, and after refresh(); replaced in one step, each time after reading it
+/// again, so that two programs do not lose each other's values. What cannot be read counts as empty. A
+/// damaged file is kept aside before it is replaced, as NAME.damaged, NAME.damaged-2 and so on up to nine;
+/// none of these is overwritten: a tenth is an error of the set. A set that failed only to make the change
+/// durable leaves it in place.
 class FileDefaults final : public UserDefaults {
   public:
     FileDefaults(FileSystem& files, std::filesystem::path file) : files_(files), file_(std::move(file)) {}
 
     std::string place() const override { return file_.string(); }
     std::optional<std::string> trouble() const override;
+    void refresh() override { content_.reset(); }
 
     std::optional<std::string> data(std::string_view key) const override;
     /// `bytes` must be valid UTF-8. A JSON object comes back as one of the same value, spelt anew where a

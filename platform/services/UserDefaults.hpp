@@ -18,6 +18,9 @@ class UserDefaults {
     /// Why they count as empty although there are some; for the person.
     virtual std::optional<std::string> trouble() const { return std::nullopt; }
 
+    /// What other programs have set meanwhile is there from now on.
+    virtual void refresh() {}
+
     /// Absent also where a value of another type stands under the key.
     virtual std::optional<std::string> data(std::string_view key) const = 0;
     /// Sets, or with no bytes removes. On failure the values are as before, here and in what is kept.

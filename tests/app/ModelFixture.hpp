@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <set>
@@ -92,6 +93,11 @@ class TestDisk final : public ForwardingFileSystem {
     }
 };
 
+/// Tells contents apart, which is all that is wanted of a digest here.
+inline std::string digestForTests(std::string_view bytes) {
+    return std::to_string(std::hash<std::string_view>{}(bytes));
+}
+
 class Model {
   public:
     /// A desk with two applications, one of them not running.
@@ -113,7 +119,8 @@ class Model {
     void start() {
         model.reset();
         model = std::make_unique<AppModel>(AppServices{desktop.access, disk, directory.path(), defaults,
-                                                       hotKeys, loginItem, *powerEvents, shell, surfaces});
+                                                       digestForTests, hotKeys, loginItem, *powerEvents,
+                                                       shell, surfaces});
         model->openWindowAction = [this] { ++windowsOpened; };
     }
 
@@ -133,12 +140,14 @@ class Model {
         if (found == model->workspaces().end()) throw std::logic_error("no workspace of this name");
         return *found;
     }
-    /// Puts workspaces into the library, by another process as it were.
-    void put(std::initializer_list<const char*> names) {
-        for (const char* name : names) {
-            EXPECT_TRUE(store.save(samples::named(Uuid::random(), name)));
-        }
+    /// Puts one into the library as if it had been saved here by quilloctl.
+    void keep(const Workspace& workspace) {
+        EXPECT_TRUE(store.save(workspace));
+        EXPECT_TRUE(known.savedHere(workspace));
         model->reload();
+    }
+    void put(std::initializer_list<const char*> names) {
+        for (const char* name : names) keep(samples::named(Uuid::random(), name));
     }
     /// Until the capture that was begun is under review.
     CaptureDraft& review() {
@@ -166,6 +175,7 @@ class Model {
     WorkspaceStore store{posix, directory / "workspaces"};
     SessionHistory history{posix, directory / "sessions"};
     MemoryDefaults defaults;
+    KnownWorkspaces known{defaults, digestForTests, [](const Uuid&) { return true; }};
     SimulatedHotKeys hotKeys{desktop.executor()};
     SimulatedLoginItem loginItem;
     SimulatedPowerEvents power{desktop.executor()};

@@ -26,8 +26,7 @@ Workspace viewing(Model& model, bool extraWindow = false) {
     viewer.windows = {samples::savedWindow(model.desktop, {10, 400, 300, 200}, "Page")};
     if (extraWindow) viewer.windows.push_back(samples::savedWindow(model.desktop, {30, 40, 60, 50}, "Lost"));
     workspace.snapshot.applications = {viewer};
-    EXPECT_TRUE(model.store.save(workspace));
-    model->reload();
+    model.keep(workspace);
     return workspace;
 }
 
@@ -97,9 +96,84 @@ TEST(ModelRuns, TheLastUsedTimeIsMissedAloud) {
     // A session of the history is in no library: nothing to record, nothing to say.
     model.disk.createFailure.reset();
     model.run(20s);
-    model->restore(samples::named(Uuid::random(), "Last session"), {});
+    const Workspace session = samples::named(Uuid::random(), "Last session");
+    ASSERT_TRUE(model.known.savedHere(session));
+    model->restore(session, {});
     model.finishRestore();
     EXPECT_FALSE(model->toast());
+}
+
+/// What was not saved here is asked about, once, and the desktop stays as it is until the answer.
+TEST(ModelRuns, AWorkspaceFromElsewhereIsAskedAboutOnce) {
+    Model model;
+    Workspace stranger = viewing(model);
+    stranger.cleanSlate = CleanSlateMode::quit;
+    ASSERT_TRUE(model.store.save(stranger));  // a file that was changed in the library's folder
+    model->reload();
+    const auto asks = [&](std::optional<CleanSlateMode> mode) {
+        model->restore(model.named("Viewing"), mode);
+        model->restore(model.named("Viewing"), mode);  // by a double click
+        EXPECT_TRUE(model->busy());
+        model.run(1s);
+        EXPECT_FALSE(model->restoreRunning() && model->question());
+        return model->question().has_value();
+    };
+    ASSERT_TRUE(asks(CleanSlateMode::quit));
+    EXPECT_EQ(model.windowsOpened, 1);
+    const ResumeQuestion question = *model->question();
+    EXPECT_EQ(question.name, "Viewing");
+    EXPECT_EQ(question.consequences,
+              (Consequences{.quit = {"org.editor"}, .hidden = {}, .launched = {"viewer"}, .opened = {}}));
+    model->answerQuestion(false);
+    model->answerQuestion(true);  // there is no question any more
+    EXPECT_FALSE(model->question() || model->restore() || model->busy());
+    EXPECT_TRUE(asks(CleanSlateMode::quit)) << "a no is not remembered";
+    model->beginCapture();  // something else is begun: the question is dropped
+    EXPECT_FALSE(model->question());
+    model.review();
+    model->dismissDraft();
+
+    // Agreed to with less than the file says: it is asked about again.
+    ASSERT_TRUE(asks(std::nullopt));
+    EXPECT_TRUE(model->question()->consequences.quit.empty());
+    model->answerQuestion(true);
+    model.finishRestore();
+    EXPECT_TRUE(model.desktop.world().application("org.editor")->running);
+    ASSERT_TRUE(asks(CleanSlateMode::quit));
+    model->answerQuestion(true);
+    EXPECT_TRUE(model->restoreRunning());
+    model.finishRestore();
+    EXPECT_FALSE(model.desktop.world().application("org.editor")->running);
+    model.start();  // and remembered
+    EXPECT_FALSE(asks(CleanSlateMode::quit));
+    EXPECT_TRUE(model->restore());
+}
+
+TEST(ModelRuns, WhatWasSavedHereIsNotAskedAboutWhateverBecameOfIt) {
+    Model model;
+    model.save("Work");
+    model->setCleanSlate(model.named("Work"), CleanSlateMode::hide);
+    model->rename(model.named("Work"), "Desk");
+    model->duplicate(model.named("Desk"));
+    for (const char* name : {"Desk", "Desk copy"}) {
+        EXPECT_TRUE(model.known.isSavedHere(model.named(name))) << name;
+    }
+    // A stranger's choice about other applications does not outlive what it came with; one's own does.
+    for (const bool own : {false, true}) {
+        Workspace stranger = samples::named(Uuid::random(), own ? "Own" : "Theirs");
+        stranger.cleanSlate = CleanSlateMode::hide;
+        ASSERT_TRUE(model.store.save(stranger));
+        model->reload();
+        if (own) model->setCleanSlate(stranger, CleanSlateMode::quit);
+        EXPECT_FALSE(model.known.isKnown(model.named(stranger.name)));
+        model->beginCapture(model.named(stranger.name));
+        model->commit(model.review());
+        const Workspace& renewed = model.named(stranger.name);
+        EXPECT_TRUE(model.known.isSavedHere(renewed));
+        EXPECT_EQ(renewed.cleanSlate, own ? std::optional(CleanSlateMode::quit) : std::nullopt);
+    }
+    model->deleteAllData();
+    EXPECT_FALSE(model.defaults.data(KnownWorkspaces::defaultsKey));
 }
 
 TEST(ModelRuns, SavingAndThenTestingTheRestorePassesNoMode) {

@@ -28,8 +28,9 @@ class RandomModel {
         settings.autoSnapshotMinutes = chance(70) ? 5 : 0;
         settings.enabledAdapters = {"finder", "chromium", "safari"};
         EXPECT_TRUE(settings.save(defaults_));
-        model_ = std::make_unique<AppModel>(AppServices{desktop_.access, disk_, "/data", defaults_, hotKeys_,
-                                                        loginItem_, power_, shell_, surfaces_});
+        model_ = std::make_unique<AppModel>(AppServices{desktop_.access, disk_, "/data", defaults_,
+                                                        samples::digestForTests, hotKeys_, loginItem_, power_,
+                                                        shell_, surfaces_});
         index_.emplace([this]() -> const std::vector<Workspace>& { return model_->workspaces(); });
         library_.emplace(*index_);
         connect();
@@ -59,6 +60,7 @@ class RandomModel {
         model_->dismissDraft();
         run(1h);  // a draft may still come of a capture
         model_->dismissDraft();
+        model_->answerQuestion(false);
         run(10min);
         EXPECT_FALSE(model_->busy());
         EXPECT_FALSE(model_->toast());
@@ -139,7 +141,8 @@ class RandomModel {
         for (const auto signal :
              {&AppModel::busyChanged, &AppModel::draftChanged, &AppModel::restoreChanged,
               &AppModel::workspacesChanged, &AppModel::sessionsChanged, &AppModel::settingsChanged,
-              &AppModel::capturingChanged, &AppModel::nowRefreshingChanged, &AppModel::toastChanged}) {
+              &AppModel::questionChanged, &AppModel::capturingChanged, &AppModel::nowRefreshingChanged,
+              &AppModel::toastChanged}) {
             QObject::connect(&*model_, signal, [this] {
                 checkExclusion();
                 if (!std::exchange(handling_, true)) {
@@ -168,7 +171,7 @@ class RandomModel {
             case 6:
                 return model_->restore(anyWorkspace(), CleanSlateMode(number(0, 2)));
             case 7:
-                return model_->closeRestorePanel();
+                return chance(60) ? model_->answerQuestion(chance(80)) : model_->closeRestorePanel();
             case 8:
                 return model_->rename(anyWorkspace(), name());
             case 9:
@@ -351,6 +354,7 @@ class RandomModel {
                    snapshotting = model_->snapshotting(), draft = model_->draft() != nullptr;
         EXPECT_LE(capturing + restoring + snapshotting, 1);
         EXPECT_FALSE(draft && (restoring || snapshotting));
+        EXPECT_FALSE(model_->question() && (capturing || restoring || snapshotting || draft));
         EXPECT_FALSE(model_->nowRefreshing() && snapshotting);
         if (snapshotting && !std::exchange(snapshotting_, snapshotting)) {
             captureSettings_ = model_->settings();

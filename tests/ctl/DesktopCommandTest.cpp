@@ -271,6 +271,53 @@ TEST_F(DesktopCommandTest, FoldersTabsDocumentsAndOtherApplicationsArePlannedAnd
         {{on("poor", with({"plan", "Rich", "--json"}, chromium)), 0, R"("newWindow":true,"urls":[")"}});
 }
 
+TEST_F(DesktopCommandTest, WhatWasNotSavedHereIsAskedAboutOnce) {
+    const std::string gift = home_ / "gift.json",
+                      refused = "Work 2 was not saved on this computer; look at it";
+    done({"export", "Work", gift});
+    done({"import", gift});
+    const auto answered = [&](const std::string& answer, const std::string& options = "") {
+        const std::string command = QUILLOCTL " --desktop simulated:" + (home_ / "disturbed").string() +
+                                    " restore \\\"work 2\\\" " + options;
+        return runWith({"TERM=dumb"},
+                       {"bash", "-c", "printf '" + answer + "' | script -qec \"" + command + "\" /dev/null"});
+    };
+    const std::string shown =
+        " was not saved on this computer. Restoring it would do this:\r\n"
+        "  Launches\r\n    Terminal\r\n  Makes 1 desktop\r\nRestore it? [y/N] ";
+    expectSteps({{on("disturbed", {"restore", "work 2"}), 1, refused},
+                 {on("disturbed", {"restore", "work 2", "--json"}), 1, "--yes"},
+                 {on("disturbed", {"plan", "work 2"}), 0, "not saved on this computer; restore asks first\n"},
+                 {on("disturbed", {"plan", "work 2", "--json"}), 0, R"("savedHere":false,"agreed":false)"},
+                 {on("disturbed", {"restore", "work 2", "--only", "Editor", "--yes"}), 0, "2 restored"},
+                 {on("disturbed", {"restore", "work 2"}), 1, refused}});  // what was agreed to was a part
+    for (const char* no : {"n\\n", "\\n", ""}) {
+        const Ran ran = answered(no);
+        EXPECT_EQ(ran.status, 130) << no;
+        EXPECT_NE(ran.out.find(shown), std::string::npos) << ran.out;
+        EXPECT_EQ(ran.out.find("restored"), std::string::npos) << ran.out;
+    }
+    EXPECT_NE(answered("y\\n").out.find("3 restored"), std::string::npos);
+    expectSteps({{on("disturbed", {"restore", "work 2"}), 0, "3 restored"},
+                 {on("disturbed", {"plan", "work 2"}), 0, "you agreed to restore it\n"},
+                 {{"rename", "work 2", "Mine"}, 0, "Renamed"},
+                 {{"duplicate", "Mine"}, 0, "Duplicated"},
+                 {on("disturbed", {"restore", "Mine copy"}), 0, "3 restored"}});
+
+    // A file that was changed in its place is another one, and its wish to quit does not survive a renewal.
+    const std::string id = members(done({"show", "Work", "--json"}), "id").front();
+    const std::string stored = ".local/share/Quillo/workspaces/" + Uuid::parse(id)->lower() + ".json";
+    std::string document = home_.read(stored);
+    document.insert(document.find('{') + 1, R"("cleanSlate": "quit",)");
+    home_.write(stored, document);
+    expectSteps({{on("disturbed", {"restore", "Work"}), 1, "not saved on this computer"},
+                 {on("disturbed", {"restore", "Work", "--clean-slate", "keep", "-y"}), 0, "3 restored"},
+                 {on("disturbed", {"restore", "Work"}), 1, "not saved on this computer"},
+                 {on("arranged", {"save", "--update", "Work"}), 0, "Saved"},
+                 {on("disturbed", {"restore", "Work"}), 0, "3 restored"}});
+    EXPECT_EQ(done({"show", "Work", "--json"}).find("cleanSlate"), std::string::npos);
+}
+
 TEST_F(DesktopCommandTest, EveryReaderGetsItsForm) {
     const std::string json = done(on("disturbed", {"--json", "restore", "work"}));
     Texts statuses = members(json, "status");

@@ -14,6 +14,7 @@
 
 #include "app/gui/Pictures.hpp"
 #include "app/gui/QmlTypes.hpp"
+#include "app/gui/QuestionPresenter.hpp"
 #include "app/gui/Theme.hpp"
 #include "app/gui/Ui.hpp"
 #include "tests/app/ModelFixture.hpp"
@@ -59,6 +60,7 @@ class GuiTest : public testing::Test {
         registerItems();
         registerSingleton("Theme", theme);
         registerSingleton("Ui", ui);
+        registerSingleton("Question", question);
     }
 
     /// Shows qrc:/qt/qml/Quillo/FILE. Presenters are to be registered before.
@@ -137,6 +139,7 @@ class GuiTest : public testing::Test {
     Model model;
     Theme theme;
     Ui ui{*model.model, TextVariant::onLinux};
+    QuestionPresenter question{*model.model};
     std::unique_ptr<QQuickView> view;
 };
 

@@ -81,6 +81,7 @@ TEST_P(HungApplicationsTest, HoldTheInterfaceUpForOneMessagingTimeoutAtATime) {
         desk.desktop.world().add(fault);
     }
     if (hang.restores) {
+        ASSERT_TRUE(desk.known.savedHere(workspace));
         model->restore(workspace, {});
         runTyping([&] { return !model->restoreRunning(); });
         EXPECT_GE(model->restore()->report()->items.size(), 5U);

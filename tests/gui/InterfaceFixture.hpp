@@ -41,13 +41,13 @@ class InterfaceTest : public testing::Test {
         : desk(scene), updater(std::move(updating)), variant(texts) {
         Workspace workspace = example();
         workspace.name = "Work";
-        EXPECT_TRUE(desk.store.save(workspace));
+        desk.keep(workspace);
         start();
     }
     void start() {
         model = std::make_unique<AppModel>(AppServices{desk.desktop.access, desk.disk, desk.directory.path(),
-                                                       desk.defaults, desk.hotKeys, desk.loginItem,
-                                                       desk.power, desk.shell, interface});
+                                                       desk.defaults, digestForTests, desk.hotKeys,
+                                                       desk.loginItem, desk.power, desk.shell, interface});
         interface.attach(*model);
     }
     void TearDown() override {

@@ -104,14 +104,51 @@ TEST_F(LibraryViewTest, WorkspacesAreFoundOpenedRenamedAndDeleted) {
 TEST_F(LibraryViewTest, ResumingPassesTheStoredMode) {
     Workspace workspace = samples::named(Uuid::random(), "Work");
     workspace.cleanSlate = CleanSlateMode::hide;
-    ASSERT_TRUE(model.store.save(workspace));
-    model->reload();
+    model.keep(workspace);
     show("RootView.qml");
     press(Qt::Key_Down);
     press(Qt::Key_Return);
     ASSERT_TRUE(model->restoreRunning());
     model.finishRestore();
     EXPECT_TRUE(model.desktop.world().application("org.editor")->hidden);
+}
+
+TEST_F(LibraryViewTest, WhatAWorkspaceFromElsewhereWouldDoIsShownAndAskedAbout) {
+    Workspace stranger = samples::named(Uuid::random(), "Gift\n");
+    stranger.cleanSlate = CleanSlateMode::quit;
+    stranger.snapshot.applications = {{"org.viewer", "viewer", {}, {{}}, {}}};
+    ASSERT_TRUE(model.store.save(stranger));
+    model->reload();
+    show("RootView.qml");
+    settle();
+    const auto asks = [&] { return named("Resume Anyway") != nullptr; };
+    const auto ask = [&] {
+        named("Workspaces")->forceActiveFocus(Qt::TabFocusReason);
+        press(Qt::Key_Return);
+        ASSERT_TRUE(until([&] { return question.shown() && named("Cancel"); }));
+    };
+    ask();
+    EXPECT_TRUE(named("“Gift\\n” was not saved on this computer"));
+    for (const char* shown : {"Quits", "org.editor", "Launches", "viewer"})
+        EXPECT_TRUE(named(shown)) << shown;
+    EXPECT_FALSE(asks()) << "the click that brought it up must not agree";
+    EXPECT_TRUE(named("Cancel")->hasActiveFocus());
+    press(Qt::Key_Return);
+    EXPECT_TRUE(until([&] { return !named("Cancel"); }));
+    EXPECT_FALSE(model->question() || model->restore());
+    for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Space}) {
+        ask();
+        press(key);
+        EXPECT_TRUE(until([&] { return !model->question() && !named("Cancel"); }));
+        EXPECT_FALSE(model->restore());
+    }
+    ask();
+    ASSERT_TRUE(until(asks));
+    click("Resume Anyway");
+    EXPECT_TRUE(model->restoreRunning());
+    model.finishRestore();
+    EXPECT_TRUE(until([&] { return !named("Cancel"); }));
+    EXPECT_TRUE(model.known.isAgreed(model.named("Gift\n")));
 }
 
 TEST(Words, AreEnglishInEveryCountry) {

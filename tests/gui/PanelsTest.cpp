@@ -146,6 +146,7 @@ TEST_F(PanelsTest, ARestoreIsStoppedByItsButtonAndSaysWhatIsMissing) {
         gone.bundleIdentifier = "org.gone" + std::to_string(i);
         workspace.snapshot.applications.push_back(gone);
     }
+    ASSERT_TRUE(model.known.savedHere(workspace));
     model->restore(workspace, {});
     open("RestorePanel.qml", 380);
     ASSERT_TRUE(until([&] { return restore.states().value("org.gone0#window#1") == "skipped"; }));

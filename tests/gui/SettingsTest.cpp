@@ -143,7 +143,8 @@ TEST_F(SettingsTest, AnEarlierSessionComesBack) {
     model.save("Desk");
     WorkspaceSnapshot snapshot = model->workspaces().front().snapshot;
     for (int i = 0; i < 3; ++i) {
-        ASSERT_TRUE(model.history.save(snapshot, Instant{std::chrono::hours{24 * (i + 1)}}));
+        ASSERT_TRUE(
+            saveSession(model.history, model.known, snapshot, Instant{std::chrono::hours{24 * (i + 1)}}));
         snapshot.applications.front().windows.front().title = "Page " + std::to_string(i);
     }
     model.disk.tellWatchers();

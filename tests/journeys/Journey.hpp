@@ -10,11 +10,8 @@
 #include <vector>
 
 #include "WindowEngine/Capture.hpp"
-#include "WindowEngine/DesktopCreation.hpp"
-#include "WindowEngine/Displays.hpp"
-#include "WindowEngine/NativeTabs.hpp"
 #include "WindowEngine/Restore.hpp"
-#include "WindowEngine/RestorePlan.hpp"
+#include "WindowEngine/RestorePreview.hpp"
 #include "tests/LogWords.hpp"
 #include "tests/journeys/JourneyLayer.hpp"
 
@@ -64,28 +61,10 @@ class Journey {
     }
     void settle() { desktop_->executor().runFor(std::chrono::seconds(2)); }
 
-    /// What the windows of an application look like to a restore, and what one would do with them.
-    struct Plan {
-        std::vector<LiveWindow> live;
-        std::vector<WindowPlan> windows;
-    };
-    DesktopPlan planDesktops() {
-        const WorkspaceSnapshot& saved = saved_.snapshot;
-        return DesktopSpaces::plan(saved.desktops.value(), saved.displays,
-                                   Displays::current(access_.platform.screens), DesktopSpaces::read(access_));
-    }
-    Plan plan(const ApplicationSnapshot& application) {
-        const auto running = access_.platform.applications.running(application.bundleIdentifier);
-        if (!running) return {};
-        Plan plan{Accessibility::windows(access_, running->pid, true), {}};
-        const auto spaces = DesktopSpaces::spacesOf(
-            access_, plan.live, NativeTabs::applications().contains(application.bundleIdentifier));
-        std::vector<LiveWindowInfo> infos;
-        for (const LiveWindow& window : plan.live) infos.push_back(window.info);
-        const auto displays = Displays::current(access_.platform.screens);
-        plan.windows = planWindows(application.windows, infos, saved_.snapshot.displays, displays,
-                                   planDesktops().targets, spaces);
-        return plan;
+    /// What a restore would do now.
+    RestorePreview preview() { return run(Restore::preview(access_, saved_.snapshot, integrations)).value(); }
+    Consequences consequences(const RestorePreview& preview) {
+        return Restore::consequences(access_.platform.applications, preview, saved_, CleanSlateMode::keep);
     }
 
     simulated::World& world() { return desktop_->world(); }

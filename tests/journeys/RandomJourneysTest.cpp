@@ -130,7 +130,7 @@ void expectDesktopsWhereReported(Journey& journey, const Report& report) {
 }
 
 /// The item that a plan announced, and the window as the plan meant it to become.
-void expectAsPlanned(Journey& journey, const Journey::Plan& plan, const DesktopPlan& desktops,
+void expectAsPlanned(Journey& journey, const PlannedApplication& plan, const DesktopPlan& desktops,
                      const Report::Item& item) {
     const WindowPlan& planned = plan.windows[static_cast<std::size_t>(*item.savedIndex)];
     if (!planned.liveIndex) {
@@ -236,24 +236,24 @@ TEST_F(RandomJourneys, APlanSaysWhatTheRestoreThenDoes) {
         RandomJourney journey(seed);
         journey.save();
         journey.disturb(seed % 2 == 0);
-        std::map<std::string, Journey::Plan> plans;
-        for (const ApplicationSnapshot& application : journey.saved().snapshot.applications)
-            plans[application.bundleIdentifier] = journey.plan(application);
-        const DesktopPlan desktops = journey.planDesktops();
-        std::int64_t missing = 0;
-        for (const auto& creation : desktops.creations) missing += creation.wanted - creation.existing;
+        const RestorePreview preview = journey.preview();
+        std::map<std::string, PlannedApplication> plans;
+        for (const PlannedApplication& plan : preview.applications)
+            plans[plan.saved->bundleIdentifier] = plan;
+        const Consequences announced = journey.consequences(preview);
         const Report report = journey.restore();
-        EXPECT_EQ(report.totals().createdDesktops, missing);
+        EXPECT_EQ(report.totals().createdDesktops, announced.desktops);
+        EXPECT_EQ(report.totals().launched, std::ssize(announced.launched));
         std::set<std::string> opened;
         for (const Report::Item& item : report.items) {
             if (std::holds_alternative<Report::opened>(item.status)) opened.insert(item.bundleIdentifier);
         }
         for (const Report::Item& item : report.items) {
-            const Journey::Plan& plan = plans[item.bundleIdentifier];
+            const PlannedApplication& plan = plans[item.bundleIdentifier];
             // Of windows that are asked for, or opened with a document or a tab, the plan knows nothing.
             if (plan.live.empty() || !item.savedIndex || opened.contains(item.bundleIdentifier)) continue;
             SCOPED_TRACE(item.bundleIdentifier + " " + item.title.value_or(""));
-            expectAsPlanned(journey, plan, desktops, item);
+            expectAsPlanned(journey, plan, preview.desktops, item);
         }
     });
 }

@@ -75,7 +75,10 @@ def hostile_documents_stay_closed(journey):
     journey.quillo("import", home + "/stranger.json")
     for window in desktop.windows():
         desktop.close_window(window)
-    items = journey.restore(workspace="Stranger")
+    numbers = {window.number for window in desktop.windows()}
+    journey.quillo("restore", "Stranger", expect=(1,))  # without anybody to ask
+    assert {window.number for window in desktop.windows()} <= numbers, desktop.windows()
+    items = journey.restore("Stranger", "--yes")
     refused = [item for item in items if item.get("reason", "").startswith("document could not be opened: ")]
     assert len(refused) == 2, items
     assert not any(name in w.title for w in desktop.windows() for name in ("picture", "program", "shortcut")), (

@@ -35,8 +35,8 @@ class Journey:
             f"{done.stdout.decode()}{done.stderr.decode()}")
         return done.stdout.decode()
 
-    def restore(self, workspace="Morning"):
-        lines = self.quillo("--json", "restore", workspace, expect=(0, 3)).splitlines()
+    def restore(self, workspace="Morning", *options):
+        lines = self.quillo("--json", "restore", workspace, *options, expect=(0, 3)).splitlines()
         return [json.loads(line) for line in lines]
 
     # -- the desktop ----------------------------------------------------------------------------------------

@@ -176,7 +176,7 @@ class Stage : LookSet, public InterfaceTest {
             Uuid::random(), name, icons.at(place % icons.size()),
             std::string(Workspace::colors.at(place % Workspace::colors.size())), std::move(snapshot),
             std::chrono::time_point_cast<Instant::duration>(std::chrono::system_clock::now() - number_ * 3h));
-        EXPECT_TRUE(desk.store.save(workspace));
+        desk.keep(workspace);
         model->reload();
         return workspace.id;
     }
@@ -272,7 +272,23 @@ class Stage : LookSet, public InterfaceTest {
         }
         return workspace;
     }
-    void resume(const Workspace& workspace) { model->restore(workspace, {}); }
+    void resume(const Workspace& workspace) {
+        EXPECT_TRUE(desk.known.savedHere(workspace));
+        model->restore(workspace, {});
+    }
+    /// One from elsewhere, with a list that is longer than its room.
+    void askToResume(const char* name) {
+        Workspace workspace = troubled(name, 0);
+        workspace.id = Uuid::random();
+        WindowSnapshot window = workspace.snapshot.applications.front().windows.front();
+        for (int i = 0; i < 12; ++i) {
+            window.documentURL = Url::file("/home/ada/Documents/A folder with a name that goes on/" +
+                                           std::to_string(i) + "/letter.txt");
+            workspace.snapshot.applications.front().windows.push_back(window);
+        }
+        model->restore(workspace, CleanSlateMode::quit);
+        EXPECT_TRUE(until([&] { return find("Resume Anyway") != nullptr; }));
+    }
     void resumeHalfWay(const Workspace& workspace) {
         resume(workspace);
         EXPECT_TRUE(until([&] { return model->restore()->items().size() > 2; }));

@@ -92,6 +92,7 @@ const Surface pages[] = {
     {"detail-desktop-2", [](Stage& s) { s.detail("Product launch"), s.press("Desktop 2"); }},
     {"detail-quit", [](Stage& s) { s.detail("Product launch"), s.press("Quit other apps"); }},
     {"detail-end", [](Stage& s) { s.detail("Product launch"), s.toTheEnd(); }},
+    {"library-question", [](Stage& s) { s.fill(3), s.askToResume("From a friend"); }},
     {"detail-delete", [](Stage& s) { s.detail("Product launch"), s.press("Delete Workspace"); }},
     {"detail-tip-rename", [](Stage& s) { s.detail("Product launch"), s.hover("Rename"); }, false, true},
 

@@ -8,6 +8,7 @@
 #include "platform/macos/MacHotKeys.hpp"
 #include "platform/macos/MacKeyboardLayout.hpp"
 #include "platform/macos/MacLog.hpp"
+#include "platform/macos/MacSha256.hpp"
 #include "settings/Shortcut.hpp"
 #include "tests/platform/macos/MacTest.hpp"
 #include "tests/platform/macos/fakes/FakeCarbon.hpp"
@@ -204,6 +205,11 @@ TEST_F(MacServicesTest, LogsWholeMessagesAsPublic) {
         {"app.quillo", "restore", 0x10, "é"},
         {"app.quillo", "capture", 0x10, ""}};
     EXPECT_EQ(written.lines, expected);
+}
+
+TEST(MacSha256, IsTheStandards) {
+    EXPECT_EQ(macSha256("abc"), "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
+    EXPECT_EQ(macSha256(""), "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855");
 }
 
 }  // namespace

@@ -91,6 +91,9 @@ TEST_F(FileDefaultsTest, TwoProgramsDoNotLoseEachOthersValues) {
     ASSERT_TRUE(other.setBoolean("others", true));
     ASSERT_TRUE(defaults.setData("more", "x"));
     EXPECT_TRUE(defaults.boolean("others") && other.boolean("mine"));
+    EXPECT_FALSE(other.data("more"));
+    other.refresh();
+    EXPECT_EQ(other.data("more"), "x");
 }
 
 TEST_F(FileDefaultsTest, ADamagedFileIsKeptAside) {

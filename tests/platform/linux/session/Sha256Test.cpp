@@ -1,0 +1,14 @@
+#include <gtest/gtest.h>
+
+#include "platform/linux/Sha256.hpp"
+
+namespace quillo {
+namespace {
+
+TEST(Sha256, IsTheStandards) {
+    EXPECT_EQ(sha256("abc"), "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
+    EXPECT_EQ(sha256(""), "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855");
+}
+
+}  // namespace
+}  // namespace quillo
