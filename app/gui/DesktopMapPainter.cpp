@@ -327,8 +327,7 @@ void DesktopMapPainter::text(const QRectF& place, const std::string& words, cons
     if (words.empty() || place.width() <= 0) return;
     painter_.setFont(font);
     painter_.setPen(color);
-    // One line, whatever a title holds; nothing is measured of a text that cannot be seen anyway.
-    const QString line = QString::fromStdString(words.substr(0, 400)).simplified();
+    const QString line = QString::fromStdString(words).simplified();
     const QString shown = QFontMetricsF(font).elidedText(line, Qt::ElideRight, place.width() + 1);
     painter_.drawText(place.adjusted(-1, -4, 1, 4),
                       static_cast<int>(alignment | Qt::AlignAbsolute) | Qt::TextSingleLine, shown);

@@ -159,8 +159,7 @@ MapRequest DesktopMapPicture::request() const {
     request.textScale = theme_->scale();
     const QFontMetricsF small(mapFont(*theme_, MapText::small)), label(mapFont(*theme_, MapText::label));
     request.measure = [small, label](std::string_view text, MapText role) {
-        const QString words =
-            QString::fromUtf8(text.data(), static_cast<qsizetype>(text.substr(0, 400).size()));
+        const QString words = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
         return (role == MapText::small ? small : label).horizontalAdvance(words);
     };
     return request;

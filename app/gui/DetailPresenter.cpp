@@ -1,11 +1,13 @@
 #include "app/gui/DetailPresenter.hpp"
 
 #include <algorithm>
-
-#include "app/gui/Words.hpp"
+#include <ranges>
 
 namespace quillo {
 namespace {
+
+/// The grid makes all its cells at once.
+constexpr std::int64_t mostApps = 200;
 
 /// "1 window · 6 tabs", "1 window, minimized", "2 windows · Desktop 2".
 QString describe(const ApplicationSnapshot& application) {
@@ -43,7 +45,7 @@ void DetailPresenter::reload() {
     if (found == all.end() || workspace_ == *found) return;
     const bool sameMap = workspace_ && workspace_->id == found->id && workspace_->snapshot == found->snapshot;
     workspace_ = *found;
-    if (!sameMap) map_ = std::make_shared<const WorkspaceSnapshot>(found->snapshot);
+    if (!sameMap) map_ = drawnPart(found->snapshot);
     Q_EMIT changed();
 }
 
@@ -77,12 +79,17 @@ QVariantList DetailPresenter::counts() const {
 
 QVariantList DetailPresenter::apps() const {
     QVariantList all;
-    for (const ApplicationSnapshot& application : shown().snapshot.applications) {
+    for (const ApplicationSnapshot& application :
+         shown().snapshot.applications | std::views::take(mostApps)) {
         all << QVariantMap{{"identifier", qt(application.bundleIdentifier)},
-                           {"name", qt(application.name)},
+                           {"name", line(application.name)},
                            {"what", describe(application)}};
     }
     return all;
+}
+
+QString DetailPresenter::moreApps() const {
+    return andMore(static_cast<std::int64_t>(shown().snapshot.applications.size()) - mostApps);
 }
 
 QStringList DetailPresenter::cleanSlateLabels() const {

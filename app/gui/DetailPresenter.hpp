@@ -6,6 +6,7 @@
 #include "app/AppModel.hpp"
 #include "app/gui/MapSource.hpp"
 #include "app/gui/Ui.hpp"
+#include "app/gui/Words.hpp"
 
 namespace quillo {
 
@@ -21,8 +22,9 @@ class DetailPresenter final : public QObject {
     Q_PROPERTY(QVariant map READ map NOTIFY changed)
     /// { count, noun } of applications, windows, displays and, where known, desktops.
     Q_PROPERTY(QVariantList counts READ counts NOTIFY changed)
-    /// { identifier, name, what } of each application.
+    /// { identifier, name, what } of each application, as many as a page may hold.
     Q_PROPERTY(QVariantList apps READ apps NOTIFY changed)
+    Q_PROPERTY(QString moreApps READ moreApps NOTIFY changed)  // "and 9,800 more"; empty: these are all
     Q_PROPERTY(int cleanSlate READ cleanSlate NOTIFY changed)
     Q_PROPERTY(QStringList cleanSlateLabels READ cleanSlateLabels CONSTANT)
     Q_PROPERTY(bool canResume READ canResume NOTIFY busyChanged)
@@ -32,7 +34,7 @@ class DetailPresenter final : public QObject {
 
     bool known() const { return workspace_.has_value(); }
     QString workspaceId() const { return QString::fromStdString(shown().id.lower()); }
-    QString name() const { return QString::fromStdString(shown().name); }
+    QString name() const { return line(shown().name); }
     QString icon() const { return QString::fromStdString(shown().icon); }
     QString colorName() const { return QString::fromStdString(shown().color); }
     QString saved() const;
@@ -40,6 +42,7 @@ class DetailPresenter final : public QObject {
     QVariant map() const { return QVariant::fromValue(map_); }
     QVariantList counts() const;
     QVariantList apps() const;
+    QString moreApps() const;
     int cleanSlate() const { return static_cast<int>(shown().cleanSlate.value_or(CleanSlateMode::keep)); }
     QStringList cleanSlateLabels() const;
     bool canResume() const {

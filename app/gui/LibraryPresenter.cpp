@@ -14,7 +14,7 @@ LibraryPresenter::LibraryPresenter(AppModel& model, LibraryState& state, QObject
     connect(&state, &LibraryState::changed, this, &LibraryPresenter::changed);
     connect(&model, &AppModel::storageIssuesChanged, this, &LibraryPresenter::issuesChanged);
     connect(&model, &AppModel::nowChanged, this, [this] {
-        now_ = model_.now() ? std::make_shared<const WorkspaceSnapshot>(*model_.now()) : nullptr;
+        now_ = model_.now() ? drawnPart(*model_.now()) : nullptr;
         Q_EMIT nowChanged();
     });
     connect(&model, &AppModel::nowRefreshingChanged, this, &LibraryPresenter::nowChanged);
@@ -53,7 +53,7 @@ QVariant LibraryPresenter::data(const QModelIndex& index, int role) const {
         case IdRole:
             return QString::fromStdString(found->id.lower());
         case NameRole:
-            return qt(found->name);
+            return line(found->name);
         case IconRole:
             return qt(found->icon);
         case ColorRole:
@@ -73,7 +73,7 @@ QVariant LibraryPresenter::data(const QModelIndex& index, int role) const {
 MapSource LibraryPresenter::map(const Workspace& workspace) const {
     CachedMap& cached = maps_[workspace.id];
     if (!cached.source || cached.updatedAt != workspace.updatedAt) {
-        cached = {workspace.updatedAt, std::make_shared<const WorkspaceSnapshot>(workspace.snapshot)};
+        cached = {workspace.updatedAt, drawnPart(workspace.snapshot)};
     }
     return cached.source;
 }
@@ -111,7 +111,7 @@ QStringList LibraryPresenter::issues() const {
     QStringList lines;
     for (const WorkspaceLoadIssue& issue : model_.storageIssues()) {
         const bool named = issue.message.find(issue.fileName) != std::string::npos;
-        lines << qt(named ? issue.message : issue.fileName + ": " + issue.message);
+        lines << line(named ? issue.message : issue.fileName + ": " + issue.message);
     }
     return lines;
 }

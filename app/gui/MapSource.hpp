@@ -16,9 +16,9 @@ using MapSource = std::shared_ptr<const WorkspaceSnapshot>;
 inline QVariant mapVariant(const MapSource& source) {
     return QVariant::fromValue(source);
 }
-inline QVariant mapVariant(const WorkspaceSnapshot& snapshot) {
-    return mapVariant(std::make_shared<const WorkspaceSnapshot>(snapshot));
-}
+/// A copy of what maps draw of a desktop: without tabs, addresses and what integrations recorded, and with
+/// titles no longer than a tile is wide.
+MapSource drawnPart(const WorkspaceSnapshot& snapshot);
 
 }  // namespace quillo
 

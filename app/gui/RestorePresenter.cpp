@@ -1,6 +1,7 @@
 #include "app/gui/RestorePresenter.hpp"
 
 #include "app/gui/RestoreStates.hpp"
+#include "app/gui/Words.hpp"
 
 namespace quillo {
 namespace {
@@ -8,17 +9,21 @@ namespace {
 /// The place of "trouble" among the fields.
 constexpr int troubleRole = Qt::UserRole + 7;
 constexpr int rowsWithoutScrolling = 8;
+/// Of all lines, and of those with trouble: nobody reads more.
+constexpr int mostRows = 200;
+/// Of up to 200 windows the map follows each item; of more it lags a millisecond behind for every twenty, so
+/// that looking through them all takes a small part of the time.
+constexpr std::int64_t windowsAtOnce = 200, windowsAMillisecond = 20;
 
 QVariantList rowValues(const RestoreReport::Item& item, const Workspace& workspace) {
     const RestoreRow row = restoreRow(item, workspace);
-    const QString kind = kindOf(item.status);
-    return {QString::fromStdString(item.app),
+    return {line(item.app),
             QString::fromStdString(item.bundleIdentifier),
             QString::fromStdString(row.subject),
             QString::fromStdString(row.outcome),
             reasonOf(item.status),
-            kind,
-            kind == "failed" || kind == "skipped" ? "trouble" : ""};
+            kindOf(item.status),
+            isTrouble(item.status) ? "trouble" : ""};
 }
 
 }  // namespace
@@ -26,6 +31,8 @@ QVariantList rowValues(const RestoreReport::Item& item, const Workspace& workspa
 RestorePresenter::RestorePresenter(AppModel& model, QObject* parent) : QObject(parent), model_(model) {
     shown_.setSourceModel(&all_);
     shown_.setFilterRole(troubleRole);
+    statesDue_.setSingleShot(true);
+    connect(&statesDue_, &QTimer::timeout, this, &RestorePresenter::followStates);
     connect(&model, &AppModel::restoreChanged, this, &RestorePresenter::followRun);
     followRun();
 }
@@ -52,40 +59,63 @@ void RestorePresenter::setOnlyTrouble(bool only) {
     Q_EMIT changed();
 }
 
+QString RestorePresenter::more() const {
+    return andMore((onlyTrouble_ ? troubleCount_ : rowCount_) - shown_.rowCount());
+}
+
 void RestorePresenter::followRun() {
-    if (run_ == model_.restore()) return follow();
+    if (run_ && run_ == model_.restore()) return follow();
     if (run_) run_->disconnect(this);
     run_ = model_.restore();
     source_ = nullptr;
     onlyTrouble_ = false;
     shown_.setFilterFixedString({});
+    rows_.clear();
+    rowCount_ = troubleCount_ = 0;
     if (run_) {
-        source_ = std::make_shared<const WorkspaceSnapshot>(run_->workspace().snapshot);
+        const WorkspaceSnapshot& snapshot = run_->workspace().snapshot;
+        source_ = drawnPart(snapshot);
+        const std::int64_t windows = snapshot.windowCount();
+        statesDue_.setInterval(windows <= windowsAtOnce ? 0
+                                                        : static_cast<int>(windows / windowsAMillisecond));
         connect(run_, &RestoreRun::itemAdded, this, &RestorePresenter::follow);
         connect(run_, &RestoreRun::finished, this, [this] {
             follow();
+            followStates();
             // Among many rows, those that matter now.
-            if (troubleCount_ > 0 && rowCount() > rowsWithoutScrolling) setOnlyTrouble(true);
+            if (troubleCount_ > 0 && rowCount_ > rowsWithoutScrolling) setOnlyTrouble(true);
         });
     }
     Q_EMIT runChanged();
     follow();
+    followStates();
 }
 
 void RestorePresenter::follow() {
-    std::vector<RowList::Row> rows;
-    troubleCount_ = 0;
-    const RestoreStates states = run_ ? RestoreStates::of(*run_) : RestoreStates{};
-    if (run_) {
-        for (const RestoreReport::Item& item : run_->items()) {
-            rows.push_back({QString::fromStdString(item.id.lower()), rowValues(item, run_->workspace())});
-            troubleCount_ += !rows.back().values.back().toString().isEmpty();
-        }
+    const auto count = run_ ? static_cast<int>(run_->items().size()) : 0;
+    const std::size_t before = rows_.size();
+    for (; rowCount_ < count; ++rowCount_) {
+        const RestoreReport::Item& item = run_->items()[static_cast<std::size_t>(rowCount_)];
+        const bool listed = isTrouble(item.status) ? troubleCount_++ < mostRows : false;
+        if (listed || rowCount_ < mostRows)
+            rows_.push_back({QString::fromStdString(item.id.lower()), rowValues(item, run_->workspace())});
     }
-    all_.setRows(rows);
+    if (rows_.size() != before || rows_.empty()) all_.setRows(rows_);
+    if (statesDue_.interval() == 0) {
+        followStates();
+    } else if (!statesDue_.isActive()) {
+        statesDue_.start();
+    }
+    Q_EMIT changed();
+}
+
+/// What has become of every window: with many of them not at each item that comes.
+void RestorePresenter::followStates() {
+    statesDue_.stop();
+    const RestoreStates states = run_ ? RestoreStates::of(*run_) : RestoreStates{};
     states_ = states.byWindow;
     progress_ = states.decided;
-    Q_EMIT changed();
+    Q_EMIT statesChanged();
 }
 
 }  // namespace quillo

@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QSortFilterProxyModel>
+#include <QTimer>
 #include <QVariantMap>
 
 #include "app/AppModel.hpp"
@@ -19,14 +20,15 @@ class RestorePresenter final : public QObject {
     Q_PROPERTY(QString colorName READ colorName NOTIFY runChanged)
     Q_PROPERTY(QVariant source READ source NOTIFY runChanged)  // MapSource
     /// By window key: pending, landing, restored, failed or skipped.
-    Q_PROPERTY(QVariantMap states READ states NOTIFY changed)
+    Q_PROPERTY(QVariantMap states READ states NOTIFY statesChanged)
     Q_PROPERTY(bool running READ running NOTIFY changed)
-    Q_PROPERTY(bool clean READ clean NOTIFY changed)          // over, with everything back
-    Q_PROPERTY(double progress READ progress NOTIFY changed)  // of all windows, 0 to 1
+    Q_PROPERTY(bool clean READ clean NOTIFY changed)                // over, with everything back
+    Q_PROPERTY(double progress READ progress NOTIFY statesChanged)  // of all windows, 0 to 1
     /// app, identifier, subject, outcome, reason, kind (restored, adjusted, launched, opened, created, note,
-    /// failed, skipped); in the order they came.
+    /// failed, skipped); in the order they came, as many as a person may read.
     Q_PROPERTY(QAbstractItemModel* rows READ rows CONSTANT)
-    Q_PROPERTY(int rowCount READ rowCount NOTIFY changed)          // of all
+    Q_PROPERTY(QString more READ more NOTIFY changed)              // "and 9,800 more"; empty: these are all
+    Q_PROPERTY(int rowCount READ rowCount NOTIFY changed)          // of all, listed or not
     Q_PROPERTY(int troubleCount READ troubleCount NOTIFY changed)  // failed and skipped ones
     Q_PROPERTY(bool onlyTrouble READ onlyTrouble WRITE setOnlyTrouble NOTIFY changed)
 
@@ -44,7 +46,8 @@ class RestorePresenter final : public QObject {
     bool clean() const { return run_ && run_->clean(); }
     double progress() const { return progress_; }
     QAbstractItemModel* rows() { return &shown_; }
-    int rowCount() const { return all_.count(); }
+    QString more() const;
+    int rowCount() const { return rowCount_; }
     int troubleCount() const { return troubleCount_; }
     bool onlyTrouble() const { return onlyTrouble_; }
     void setOnlyTrouble(bool only);
@@ -54,20 +57,24 @@ class RestorePresenter final : public QObject {
 
   Q_SIGNALS:
     void changed();
+    void statesChanged();
     void runChanged();
 
   private:
     void followRun();
     void follow();
+    void followStates();
 
     AppModel& model_;
     QPointer<RestoreRun> run_;
     MapSource source_;
     QVariantMap states_;
     double progress_ = 0;
+    QTimer statesDue_;
+    std::vector<RowList::Row> rows_;
     RowList all_{{"app", "identifier", "subject", "outcome", "reason", "kind", "trouble"}};
     QSortFilterProxyModel shown_;
-    int troubleCount_ = 0;
+    int rowCount_ = 0, troubleCount_ = 0;
     bool onlyTrouble_ = false;
 };
 

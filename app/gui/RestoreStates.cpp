@@ -20,10 +20,6 @@ struct NameStatus {
     const char* operator()(const Report::launched&) const { return "launched"; }
 };
 
-bool trouble(const Report::Status& status) {
-    return std::holds_alternative<Report::failed>(status) || std::holds_alternative<Report::skipped>(status);
-}
-
 /// What the items say of one application of the workspace.
 struct Fate {
     std::map<std::int64_t, QString> windows;  // by place; the latest word counts
@@ -39,7 +35,7 @@ std::map<std::string, Fate> fates(const std::vector<Report::Item>& items) {
         fate.begun = true;
         const QString kind = kindOf(item.status);
         if (!item.savedIndex) {
-            if (trouble(item.status)) fate.whole = kind;
+            if (isTrouble(item.status)) fate.whole = kind;
             if (kind == "skipped") fate.missing = true;
         } else if (kind != "note") {
             fate.windows[*item.savedIndex] = kind == "adjusted" ? QStringLiteral("restored") : kind;
@@ -52,6 +48,10 @@ std::map<std::string, Fate> fates(const std::vector<Report::Item>& items) {
 
 QString kindOf(const Report::Status& status) {
     return QString::fromUtf8(std::visit(NameStatus{}, status));
+}
+
+bool isTrouble(const Report::Status& status) {
+    return std::holds_alternative<Report::failed>(status) || std::holds_alternative<Report::skipped>(status);
 }
 
 QString reasonOf(const Report::Status& status) {
@@ -67,10 +67,11 @@ RestoreStates RestoreStates::of(const RestoreRun& run) {
     RestoreStates states;
     const auto known = fates(run.items());
     const bool over = run.report().has_value();
+    const Fate none;
     std::size_t windows = 0, decided = 0;
     for (const ApplicationSnapshot& application : run.workspace().snapshot.applications) {
         const auto found = known.find(application.bundleIdentifier);
-        const Fate fate = found == known.end() ? Fate{} : found->second;
+        const Fate& fate = found == known.end() ? none : found->second;
         for (std::size_t place = 0; place < application.windows.size(); ++place) {
             const auto own = fate.windows.find(static_cast<std::int64_t>(place));
             QString state = over || fate.missing ? fate.whole

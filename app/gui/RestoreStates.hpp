@@ -8,6 +8,7 @@ namespace quillo {
 
 /// "restored", "adjusted", "failed", "skipped", "launched", "opened", "created" or "note".
 QString kindOf(const RestoreReport::Status& status);
+bool isTrouble(const RestoreReport::Status& status);  // failed or skipped
 /// Why it failed or was skipped, and what a note says; else empty.
 QString reasonOf(const RestoreReport::Status& status);
 

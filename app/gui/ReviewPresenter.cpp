@@ -1,7 +1,6 @@
 #include "app/gui/ReviewPresenter.hpp"
 
 #include "WindowEngine/CaptureFilter.hpp"
-#include "app/gui/MapSource.hpp"
 #include "app/gui/Words.hpp"
 
 namespace quillo {
@@ -29,6 +28,7 @@ void ReviewPresenter::draftReplaced() {
         connect(draft, &CaptureDraft::exclusionsChanged, this, &ReviewPresenter::countAnew);
     }
     all_ = draft ? amountOf(draft->snapshot()) : Amount{};
+    map_ = draft ? drawnPart(draft->snapshot()) : nullptr;
     Q_EMIT draftChanged();
     Q_EMIT changed();
     countAnew();
@@ -50,16 +50,16 @@ ReviewPresenter::Amount ReviewPresenter::amountOf(const WorkspaceSnapshot& snaps
 QStringList ReviewPresenter::notes() const {
     QStringList lines;
     if (!present() || !model_.draft()->snapshot().notes) return lines;
-    for (const std::string& note : *model_.draft()->snapshot().notes) lines << qt(note);
+    for (const std::string& note : *model_.draft()->snapshot().notes) lines << line(note);
     return lines;
 }
 
 QVariant ReviewPresenter::map() const {
-    return mapVariant(present() ? model_.draft()->sharedSnapshot() : nullptr);
+    return mapVariant(map_);
 }
 
 QString ReviewPresenter::name() const {
-    return present() ? qt(model_.draft()->name()) : QString();
+    return present() ? line(model_.draft()->name()) : QString();
 }
 
 void ReviewPresenter::setName(const QString& name) {

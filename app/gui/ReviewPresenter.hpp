@@ -5,6 +5,7 @@
 #include <QVariantMap>
 
 #include "app/AppModel.hpp"
+#include "app/gui/MapSource.hpp"
 #include "app/gui/ReviewRows.hpp"
 
 namespace quillo {
@@ -73,6 +74,7 @@ class ReviewPresenter final : public QObject {
 
     AppModel& model_;
     ReviewRows rows_;
+    MapSource map_;
     Amount all_, kept_;
 };
 

@@ -3,6 +3,8 @@
 #include <QDir>
 #include <QStringList>
 #include <algorithm>
+#include <map>
+#include <set>
 
 #include "app/gui/Words.hpp"
 
@@ -11,6 +13,9 @@ namespace {
 
 /// Beyond so many windows the list begins as an overview of the applications.
 constexpr std::int64_t windowsShownAtOnce = 24;
+
+/// Below one application; beyond them there is only the application to leave out.
+constexpr std::int64_t mostRows = 1000;
 
 constexpr std::string_view finder = "finder";
 
@@ -43,11 +48,6 @@ std::int64_t contextNumber(const AppContext& context, std::size_t place) {
     return context.windows[place].sourceWindowIndex.value_or(static_cast<std::int64_t>(place));
 }
 
-bool hasWindow(const ApplicationSnapshot& application, std::optional<std::int64_t> index) {
-    return index && std::ranges::any_of(application.windows,
-                                        [&](const WindowSnapshot& window) { return window.index == *index; });
-}
-
 }  // namespace
 
 void ReviewRows::show(CaptureDraft* draft) {
@@ -73,48 +73,76 @@ void ReviewRows::addApplication(const ApplicationSnapshot& application, bool ope
     const std::size_t self = entries_.size();
     entries_.push_back({.kind = Kind::app,
                         .parent = none,
-                        .title = qt(application.name),
+                        .title = line(application.name),
                         .detail = applicationCounts(application),
                         .application = application.bundleIdentifier,
                         .window = 0,
                         .address = 0,
                         .end = 0,
                         .open = open});
-    for (const WindowSnapshot& window : application.windows) addWindow(application, window, self);
-    // Without a window that they would be left out with, they are the application's own.
+    room_ = mostRows;
+    left_ = 0;
+    std::multimap<std::int64_t, std::size_t> contextPlaces;  // by the window that they would be left out with
+    std::set<std::int64_t> windows;
+    for (const WindowSnapshot& window : application.windows) windows.insert(window.index);
     const std::size_t places = application.context ? application.context->windows.size() : 0;
+    std::vector<std::size_t> own;  // without a window they are the application's
     for (std::size_t place = 0; place < places; ++place) {
-        if (!hasWindow(application, application.context->windows[place].sourceWindowIndex))
-            addLocations(application, place, self);
+        const auto source = application.context->windows[place].sourceWindowIndex;
+        if (source && windows.contains(*source)) {
+            contextPlaces.emplace(*source, place);
+        } else {
+            own.push_back(place);
+        }
     }
+    for (const WindowSnapshot& window : application.windows) {
+        const std::size_t at = entries_.size();
+        addWindow(application, window, self);
+        const auto [first, last] = contextPlaces.equal_range(window.index);
+        for (auto one = first; one != last; ++one) addLocations(application, one->second, at);
+        if (at < entries_.size()) entries_[at].end = entries_.size();
+    }
+    for (const std::size_t place : own) addLocations(application, place, self);
+    if (left_ > 0) addMore(self);
     entries_[self].end = entries_.size();
+}
+
+bool ReviewRows::takeRoom() {
+    if (room_ == 0) ++left_;
+    return room_ > 0 && room_-- > 0;
+}
+
+void ReviewRows::addMore(std::size_t parent) {
+    entries_.push_back({.kind = Kind::more,
+                        .parent = parent,
+                        .title = andMore(left_),
+                        .detail = {},
+                        .application = {},
+                        .window = 0,
+                        .address = 0,
+                        .end = entries_.size() + 1});
 }
 
 void ReviewRows::addWindow(const ApplicationSnapshot& application, const WindowSnapshot& window,
                            std::size_t parent) {
-    const std::size_t self = entries_.size();
+    if (!takeRoom()) return;
     entries_.push_back({.kind = Kind::window,
                         .parent = parent,
-                        .title = qt(reviewLabel(window)),
+                        .title = line(reviewLabel(window)),
                         .detail = qt(placementLabel(window)),
                         .application = application.bundleIdentifier,
                         .window = window.index,
                         .address = 0});
-    const std::size_t places = application.context ? application.context->windows.size() : 0;
-    for (std::size_t place = 0; place < places; ++place) {
-        if (application.context->windows[place].sourceWindowIndex == window.index)
-            addLocations(application, place, self);
-    }
-    entries_[self].end = entries_.size();
 }
 
 void ReviewRows::addLocations(const ApplicationSnapshot& application, std::size_t place, std::size_t parent) {
     const AppContext& context = *application.context;
     const std::vector<Url>& urls = context.windows[place].urls;
     for (std::size_t i = 0; i < urls.size(); ++i) {
+        if (!takeRoom()) continue;
         entries_.push_back({.kind = context.adapter == finder ? Kind::folder : Kind::tab,
                             .parent = parent,
-                            .title = shortAddress(urls[i]),
+                            .title = line(shortAddress(urls[i]).toStdString()),
                             .detail = {},
                             .application = application.bundleIdentifier,
                             .window = contextNumber(context, place),
@@ -131,7 +159,7 @@ QVariant ReviewRows::data(const QModelIndex& index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
     const auto row = static_cast<std::size_t>(index.row());
     const Entry& entry = entries_[shown_[row]];
-    static constexpr const char* kinds[] = {"app", "window", "folder", "tab"};
+    static constexpr const char* kinds[] = {"app", "window", "folder", "tab", "more"};
     switch (role) {
         case KindRole:
             return QString::fromLatin1(kinds[static_cast<std::size_t>(entry.kind)]);
@@ -176,6 +204,8 @@ void ReviewRows::toggle(int row) {
         case Kind::folder:
         case Kind::tab:
             return draft_->includeContextURL(entry.application, entry.window, entry.address, wanted);
+        case Kind::more:
+            return;
     }
 }
 
@@ -213,6 +243,8 @@ bool ReviewRows::included(const Entry& entry) const {
         case Kind::folder:
         case Kind::tab:
             return draft_->includesContextURL(entry.application, entry.window, entry.address);
+        case Kind::more:
+            break;
     }
     return true;
 }

@@ -15,7 +15,7 @@ class ReviewRows final : public QAbstractListModel {
 
   public:
     enum Role {
-        KindRole = Qt::UserRole,  // "app", "window", "folder" or "tab"
+        KindRole = Qt::UserRole,  // "app", "window", "folder", "tab", or "more": how many are not listed
         TitleRole,
         DetailRole,      // of an application its counts, of a window its desktop
         IdentifierRole,  // the application's
@@ -41,7 +41,7 @@ class ReviewRows final : public QAbstractListModel {
 
   private:
     static constexpr std::size_t none = static_cast<std::size_t>(-1);
-    enum class Kind : std::uint8_t { app, window, folder, tab };
+    enum class Kind : std::uint8_t { app, window, folder, tab, more };
     struct Entry {
         Kind kind;
         std::size_t parent;  // in entries_; none for an application
@@ -56,6 +56,8 @@ class ReviewRows final : public QAbstractListModel {
     void addApplication(const ApplicationSnapshot& application, bool open);
     void addWindow(const ApplicationSnapshot& application, const WindowSnapshot& window, std::size_t parent);
     void addLocations(const ApplicationSnapshot& application, std::size_t place, std::size_t parent);
+    void addMore(std::size_t parent);
+    bool takeRoom();  // for another row of the application; else it counts as left
     bool included(const Entry& entry) const;
     bool faded(const Entry& entry) const;
     bool reachable(std::size_t entry) const;  // everything above it is open
@@ -63,8 +65,9 @@ class ReviewRows final : public QAbstractListModel {
     void tickChanged();
 
     CaptureDraft* draft_ = nullptr;
-    std::vector<Entry> entries_;      // each followed by what is below it
-    std::vector<std::size_t> shown_;  // places in entries_
+    std::int64_t room_ = 0, left_ = 0;  // of the application being added
+    std::vector<Entry> entries_;        // each followed by what is below it
+    std::vector<std::size_t> shown_;    // places in entries_
 };
 
 }  // namespace quillo

@@ -4,23 +4,13 @@
 #include <optional>
 
 #include "app/LibraryTexts.hpp"
+#include "app/gui/Words.hpp"
 
 namespace quillo {
 namespace {
 
-QString written(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 QString keyOf(const Workspace& workspace) {
     return QString::fromStdString(workspace.id.lower());
-}
-
-QString appNames(const Workspace& workspace) {
-    QStringList names;
-    for (const ApplicationSnapshot& app : workspace.snapshot.applications)
-        names << QString::fromStdString(app.name);
-    return names.join(", ");
 }
 
 Switcher::Operations operations(AppModel& model, Surfaces& surfaces) {
@@ -65,9 +55,9 @@ QVariant SwitcherRows::value(const QString& key, int field) const {
     const Workspace& workspace = index_.workspaces()[*place];
     switch (field) {
         case 0:
-            return QString::fromStdString(workspace.name);
+            return line(workspace.name);
         case 1:
-            return appNames(workspace);
+            return applicationNames(workspace.snapshot);
         case 2:
             return QString::fromStdString(workspace.icon);
         case 3:
@@ -81,7 +71,7 @@ QVariant SwitcherRows::value(const QString& key, int field) const {
 MapSource SwitcherRows::mapOf(const QString& key, const Workspace& workspace) const {
     Seen& seen = maps_[key];
     if (!seen.map || seen.updatedAt != workspace.updatedAt)
-        seen = {workspace.updatedAt, std::make_shared<const WorkspaceSnapshot>(workspace.snapshot)};
+        seen = {workspace.updatedAt, drawnPart(workspace.snapshot)};
     return seen.map;
 }
 
@@ -109,15 +99,15 @@ SwitcherPresenter::SwitcherPresenter(AppModel& model, const LibraryIndex& index,
 }
 
 QString SwitcherPresenter::prompt() const {
-    return written(LibraryTexts::switcherPrompt);
+    return qt(LibraryTexts::switcherPrompt);
 }
 
 QString SwitcherPresenter::saveTitle() const {
-    return written(LibraryTexts::saveRow);
+    return qt(LibraryTexts::saveRow);
 }
 
 QString SwitcherPresenter::saveDetail() const {
-    return written(LibraryTexts::saveRowDetail);
+    return qt(LibraryTexts::saveRowDetail);
 }
 
 bool SwitcherPresenter::press(int key, int modifiers) {

@@ -6,23 +6,12 @@
 #include "app/LibraryTexts.hpp"
 #include "app/WorkspaceOrder.hpp"
 #include "app/gui/MenuIcons.hpp"
+#include "app/gui/Words.hpp"
 
 namespace quillo {
 namespace {
 
 constexpr int nameLength = 40, applicationsLength = 56;
-
-QString fromUtf8(std::string_view utf8) {
-    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
-}
-
-QString applicationNames(const Workspace& workspace) {
-    QStringList names;
-    for (const ApplicationSnapshot& application : workspace.snapshot.applications) {
-        names << fromUtf8(application.name);
-    }
-    return elidedText(names.join(", "), applicationsLength);
-}
 
 std::vector<const Workspace*> latest(const std::vector<Workspace>& all) {
     std::vector<const Workspace*> latest;
@@ -67,10 +56,10 @@ TrayMenu::TrayMenu(AppModel& model, UpdateController& updates, Theme& theme, Tex
       variant_(variant),
       ways_(std::move(ways)) {
     header_ = addText({});
-    finishSetup_ = addItem(fromUtf8(platformText("Finish setup — Accessibility needed", variant_)),
+    finishSetup_ = addItem(qt(platformText("Finish setup — Accessibility needed", variant_)),
                            "triangle-alert", [this] { model_.openMain(); });
     menu_.addSeparator();
-    empty_ = addText(fromUtf8(LibraryTexts::menuEmpty));
+    empty_ = addText(qt(LibraryTexts::menuEmpty));
     emptyHint_ =
         addText(QStringLiteral("Save what's open now and it shows up here, one click from coming back."));
     more_ = addItem(QStringLiteral("More in Quillo…"), "ellipsis", [this] { model_.openMain(); });
@@ -122,7 +111,7 @@ void TrayMenu::refreshState() {
     update_->setEnabled(!ready || model_.canRelaunchForUpdate());
     const std::string text =
         ready ? "Relaunch to update · " + *ready : "Update available · " + available.value_or(std::string());
-    update_->setText(written(elidedText(fromUtf8(text), nameLength)));
+    update_->setText(written(elidedText(qt(text), nameLength)));
 }
 
 void TrayMenu::refreshWorkspaces() {
@@ -164,7 +153,7 @@ TrayMenu::Row TrayMenu::makeRow(const Workspace& workspace) {
     addWorkspaceItem(*menu, QStringLiteral("Resume"), id,
                      [this](const Workspace& one) { model_.restore(one, one.cleanSlate); });
     for (const CleanSlateMode mode : allCleanSlateModes) {
-        addWorkspaceItem(*menu, QStringLiteral("Resume · ") + fromUtf8(label(mode)), id,
+        addWorkspaceItem(*menu, QStringLiteral("Resume · ") + qt(label(mode)), id,
                          [this, mode](const Workspace& one) { model_.restore(one, mode); });
     }
     menu->addSeparator();
@@ -185,8 +174,8 @@ void TrayMenu::addWorkspaceItem(QMenu& menu, const QString& text, const Uuid& id
 }
 
 void TrayMenu::fillRow(Row& row, const Workspace& workspace) {
-    row.menu->setTitle(written(elidedText(fromUtf8(workspace.name), nameLength)));
-    row.applications->setText(written(applicationNames(workspace)));
+    row.menu->setTitle(written(elidedText(line(workspace.name), nameLength)));
+    row.applications->setText(written(elidedText(applicationNames(workspace.snapshot), applicationsLength)));
     row.applications->setVisible(!workspace.snapshot.applications.empty());
     if (std::string look = workspace.icon + "/" + workspace.color; look != row.look) {
         row.look = std::move(look);

@@ -5,6 +5,7 @@
 
 #include "app/AppModel.hpp"
 #include "app/PlatformTexts.hpp"
+#include "app/gui/Words.hpp"
 
 namespace quillo {
 
@@ -26,7 +27,7 @@ class Ui final : public QObject {
     QString detailId() const { return detailId_; }
     QString settingsPane() const { return settingsPane_; }
     void setSettingsPane(const QString& pane);
-    QString toast() const { return QString::fromStdString(model_.toast().value_or("")); }
+    QString toast() const { return line(model_.toast().value_or("")); }
     bool onLinux() const { return variant_ == TextVariant::onLinux; }
     QString saveShortcut() const;
 

@@ -4,6 +4,9 @@
 #include <QLocale>
 #include <QStringList>
 #include <chrono>
+#include <ranges>
+
+#include "WindowEngine/support/Text.hpp"
 
 namespace quillo {
 namespace {
@@ -35,6 +38,10 @@ QString qt(std::string_view utf8) {
     return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
 
+QString line(std::string_view utf8) {
+    return qt(text::clipped(utf8, 400));
+}
+
 QString number(std::int64_t count) {
     return english().toString(static_cast<qlonglong>(count));
 }
@@ -61,9 +68,17 @@ QString longDate(Instant instant, Instant now) {
     return date + " at " + time(when);
 }
 
+QString andMore(std::int64_t count) {
+    return count > 0 ? "and " + number(count) + " more" : QString();
+}
+
 QString applicationNames(const WorkspaceSnapshot& snapshot) {
+    constexpr std::size_t most = 30, mostCharacters = 80;
+    const auto& all = snapshot.applications;
     QStringList names;
-    for (const ApplicationSnapshot& application : snapshot.applications) names << qt(application.name);
+    for (const ApplicationSnapshot& application : all | std::views::take(most))
+        names << qt(text::clipped(application.name, mostCharacters));
+    if (all.size() > most) names << andMore(static_cast<std::int64_t>(all.size() - most));
     return names.join(", ");
 }
 

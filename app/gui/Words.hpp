@@ -11,6 +11,8 @@
 namespace quillo {
 
 QString qt(std::string_view utf8);
+/// A name or title on one line, cut where no view is wide enough for more.
+QString line(std::string_view utf8);
 /// "1,234".
 QString number(std::int64_t count);
 /// "1 window", "3 windows", with a space that does not break.
@@ -20,7 +22,9 @@ QString counted(std::int64_t count, const QString& noun);
 QString shortDate(Instant instant, Instant now);
 /// Of the detail: "12 Nov 2026 at 09:14", "today at 08:52".
 QString longDate(Instant instant, Instant now);
-/// "Mail, Notes, Safari": the names of the applications.
+/// "and 9,800 more"; empty for none.
+QString andMore(std::int64_t count);
+/// "Mail, Notes, Safari, and 12 more": the names of the applications.
 QString applicationNames(const WorkspaceSnapshot& snapshot);
 /// With a dot between them; a line breaks behind the dot.
 QString joined(const QStringList& parts);

@@ -1,4 +1,4 @@
-// The applications of the workspace in the detail, in two columns where there is room.
+// The applications of the workspace in the detail, in two columns where there is room, and how many are left out.
 import QtQuick
 import Quillo.Core
 
@@ -47,5 +47,12 @@ Grid {
                 Accessible.ignored: true
             }
         }
+    }
+    UiText {
+        visible: text !== ""
+        leftPadding: 8
+        topPadding: 8
+        text: Detail.moreApps
+        color: Theme.text2
     }
 }

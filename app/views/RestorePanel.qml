@@ -151,6 +151,15 @@ Rectangle {
             boundsBehavior: Flickable.StopAtBounds
             model: Restore.rows
             delegate: RestoreItem { width: list.width }
+            footer: UiText {
+                visible: text !== ""
+                height: visible ? implicitHeight : 0
+                leftPadding: 45
+                topPadding: 8
+                bottomPadding: 4
+                text: Restore.more
+                color: Theme.text2
+            }
             Accessible.role: Accessible.List
             Accessible.name: "What has been restored"
 

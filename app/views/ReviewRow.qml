@@ -16,9 +16,10 @@ Item {
     required property bool last
 
     readonly property bool app: kind === "app"
+    readonly property bool more: kind === "more"
     readonly property bool location: kind === "folder" || kind === "tab"
     readonly property real line: Math.round((app ? 40 : location ? 28 : 32) * Theme.scale)
-    readonly property color ink: included && !faded ? location ? Theme.text2 : Theme.text : Theme.text3
+    readonly property color ink: more ? Theme.text2 : included && !faded ? location ? Theme.text2 : Theme.text : Theme.text3
     readonly property real inset: ListView.view ? ListView.view.inset : 0
     readonly property bool besideBar: inset === 0 && ListView.view !== null && ListView.view.scrolls
     readonly property bool current: ListView.isCurrentItem && ListView.view.activeFocus
@@ -35,7 +36,7 @@ Item {
     Accessible.role: Accessible.TreeItem
     Accessible.name: title
     Accessible.description: openable ? (open ? "Open" : "Closed") + (detail ? ", " + detail : "") : detail
-    Accessible.checkable: true
+    Accessible.checkable: !more
     Accessible.checked: included
     Accessible.onToggleAction: toggled()
     Accessible.onPressAction: toggled()
@@ -107,7 +108,7 @@ Item {
             opacity: root.included ? 1 : 0.4
         }
         Icon {
-            visible: !root.app
+            visible: !root.app && !root.more
             anchors.left: parent.left
             anchors.leftMargin: (root.location ? 88.5 : 65) - size / 2
             anchors.verticalCenter: parent.verticalCenter
@@ -146,6 +147,7 @@ Item {
             anchors.right: parent.right
             anchors.rightMargin: 18
             anchors.verticalCenter: parent.verticalCenter
+            visible: !root.more
             small: true
             checked: root.included
             faded: root.faded
