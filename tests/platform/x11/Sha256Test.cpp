@@ -1,6 +1,6 @@
-#include "platform/x11/Sha256.hpp"
-
 #include <gtest/gtest.h>
+
+#include "platform/x11/Sha256.hpp"
 
 namespace quillo::x11 {
 namespace {
