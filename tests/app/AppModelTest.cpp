@@ -58,8 +58,7 @@ TEST(AppModel, AnUpdateKeepsWhatTheWorkspaceIs) {
     Workspace before = samples::named(Uuid::random(), "Work");
     before.lastRestoredAt = Instant{7s};
     before.cleanSlate = CleanSlateMode::hide;
-    ASSERT_TRUE(model.store.save(before));
-    model->reload();
+    model.keep(before);
     for (const char* name : {"Work", "work"}) {
         model->beginCapture(model->workspaces().at(0));
         CaptureDraft& draft = model.review();

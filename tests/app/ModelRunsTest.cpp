@@ -123,7 +123,7 @@ TEST(ModelRuns, AWorkspaceFromElsewhereIsAskedAboutOnce) {
     const ResumeQuestion question = *model->question();
     EXPECT_EQ(question.name, "Viewing");
     EXPECT_EQ(question.consequences,
-              (Consequences{.quit = {"org.editor"}, .hidden = {}, .launched = {"viewer"}, .opened = {}}));
+              (Consequences{.quit = {"org.editor"}, .hidden = {}, .launched = {"org.viewer (saved as “viewer”)"}, .opened = {}}));
     model->answerQuestion(false);
     model->answerQuestion(true);  // there is no question any more
     EXPECT_FALSE(model->question() || model->restore() || model->busy());

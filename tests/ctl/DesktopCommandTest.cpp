@@ -1,4 +1,5 @@
 // doctor, windows, displays, save, plan and restore over scenes: what a person sees and what a script gets.
+#include "WindowEngine/support/Uuid.hpp"
 #include "tests/ctl/Quilloctl.hpp"
 
 namespace quillo::ctl {

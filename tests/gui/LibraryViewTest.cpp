@@ -143,7 +143,7 @@ TEST_F(LibraryViewTest, WhatAWorkspaceFromElsewhereWouldDoIsShownAndAskedAbout) 
         EXPECT_FALSE(model->restore());
     }
     ask();
-    ASSERT_TRUE(until(asks));
+    ASSERT_TRUE(QTest::qWaitFor(asks, 10000));
     click("Resume Anyway");
     EXPECT_TRUE(model->restoreRunning());
     model.finishRestore();
