@@ -122,8 +122,10 @@ TEST(ModelRuns, AWorkspaceFromElsewhereIsAskedAboutOnce) {
     EXPECT_EQ(model.windowsOpened, 1);
     const ResumeQuestion question = *model->question();
     EXPECT_EQ(question.name, "Viewing");
-    EXPECT_EQ(question.consequences,
-              (Consequences{.quit = {"org.editor"}, .hidden = {}, .launched = {"org.viewer (saved as “viewer”)"}, .opened = {}}));
+    EXPECT_EQ(question.consequences, (Consequences{.quit = {"org.editor"},
+                                                   .hidden = {},
+                                                   .launched = {"org.viewer (saved as “viewer”)"},
+                                                   .opened = {}}));
     model->answerQuestion(false);
     model->answerQuestion(true);  // there is no question any more
     EXPECT_FALSE(model->question() || model->restore() || model->busy());

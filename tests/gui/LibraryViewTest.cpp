@@ -129,7 +129,7 @@ TEST_F(LibraryViewTest, WhatAWorkspaceFromElsewhereWouldDoIsShownAndAskedAbout) 
     };
     ask();
     EXPECT_TRUE(named("“Gift\\n” was not saved on this computer"));
-    for (const char* shown : {"Quits", "org.editor", "Launches", "viewer"})
+    for (const char* shown : {"Quits", "org.editor", "Launches", "org.viewer (saved as “viewer”)"})
         EXPECT_TRUE(named(shown)) << shown;
     EXPECT_FALSE(asks()) << "the click that brought it up must not agree";
     EXPECT_TRUE(named("Cancel")->hasActiveFocus());
@@ -149,6 +149,29 @@ TEST_F(LibraryViewTest, WhatAWorkspaceFromElsewhereWouldDoIsShownAndAskedAbout) 
     model.finishRestore();
     EXPECT_TRUE(until([&] { return !named("Cancel"); }));
     EXPECT_TRUE(model.known.isAgreed(model.named("Gift\n")));
+}
+
+TEST_F(LibraryViewTest, AStrangersThousandsAreShownAsFarAsOneLooksAndCounted) {
+    Workspace many = samples::named(Uuid::random(), "Two\nlines" + std::string(100'000, 'x'));
+    for (int i = 0; i < 10'000; ++i) {
+        ApplicationSnapshot& application = many.snapshot.applications.emplace_back();
+        application.bundleIdentifier = "org.a" + std::to_string(i);
+        application.name = "App " + std::to_string(i);
+    }
+    const auto all = static_cast<qsizetype>(many.snapshot.applications.size());
+    ASSERT_TRUE(model.store.save(many));
+    model->reload();
+    show("RootView.qml");
+    settle();
+    const QModelIndex row = library.index(0);
+    EXPECT_TRUE(row.data(LibraryPresenter::NameRole).toString().startsWith("Two lines"));
+    EXPECT_EQ(row.data(LibraryPresenter::NameRole).toString().size(), 400);
+    EXPECT_TRUE(row.data(LibraryPresenter::AppsRole).toString().endsWith(", " + andMore(all - 30)));
+    ui.openDetail(library.idAt(0));
+    settle();
+    EXPECT_EQ(detail.apps().size(), 200);
+    EXPECT_EQ(detail.moreApps(), andMore(all - 200));
+    EXPECT_TRUE(named(detail.moreApps()));
 }
 
 TEST(Words, AreEnglishInEveryCountry) {

@@ -62,7 +62,9 @@ class Journey {
     void settle() { desktop_->executor().runFor(std::chrono::seconds(2)); }
 
     /// What a restore would do now.
-    RestorePreview preview() { return run(Restore::preview(access_, saved_.snapshot, {.enabledAdapters = integrations})).value(); }
+    RestorePreview preview() {
+        return run(Restore::preview(access_, saved_.snapshot, {.enabledAdapters = integrations})).value();
+    }
     Consequences consequences(const RestorePreview& preview) {
         return Restore::consequences(access_.platform.applications, preview, saved_, CleanSlateMode::keep);
     }
