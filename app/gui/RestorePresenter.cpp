@@ -11,8 +11,8 @@ constexpr int troubleRole = Qt::UserRole + 7;
 constexpr int rowsWithoutScrolling = 8;
 /// Of all lines, and of those with trouble: nobody reads more.
 constexpr int mostRows = 200;
-/// Of up to 200 windows the map follows each item; of more it lags a millisecond behind for every twenty, so
-/// that looking through them all takes a small part of the time.
+/// With up to 200 windows each item is shown at once; with more they wait, a millisecond for every twenty, so
+/// that showing what has become of all of them takes a small part of the time.
 constexpr std::int64_t windowsAtOnce = 200, windowsAMillisecond = 20;
 
 QVariantList rowValues(const RestoreReport::Item& item, const Workspace& workspace) {
@@ -31,8 +31,8 @@ QVariantList rowValues(const RestoreReport::Item& item, const Workspace& workspa
 RestorePresenter::RestorePresenter(AppModel& model, QObject* parent) : QObject(parent), model_(model) {
     shown_.setSourceModel(&all_);
     shown_.setFilterRole(troubleRole);
-    statesDue_.setSingleShot(true);
-    connect(&statesDue_, &QTimer::timeout, this, &RestorePresenter::followStates);
+    due_.setSingleShot(true);
+    connect(&due_, &QTimer::timeout, this, &RestorePresenter::follow);
     connect(&model, &AppModel::restoreChanged, this, &RestorePresenter::followRun);
     followRun();
 }
@@ -76,22 +76,23 @@ void RestorePresenter::followRun() {
         const WorkspaceSnapshot& snapshot = run_->workspace().snapshot;
         source_ = drawnPart(snapshot);
         const std::int64_t windows = snapshot.windowCount();
-        statesDue_.setInterval(windows <= windowsAtOnce ? 0
-                                                        : static_cast<int>(windows / windowsAMillisecond));
-        connect(run_, &RestoreRun::itemAdded, this, &RestorePresenter::follow);
+        due_.setInterval(windows <= windowsAtOnce ? 0 : static_cast<int>(windows / windowsAMillisecond));
+        connect(run_, &RestoreRun::itemAdded, this, [this] {
+            if (due_.interval() == 0) return follow();
+            if (!due_.isActive()) due_.start();
+        });
         connect(run_, &RestoreRun::finished, this, [this] {
             follow();
-            followStates();
             // Among many rows, those that matter now.
             if (troubleCount_ > 0 && rowCount_ > rowsWithoutScrolling) setOnlyTrouble(true);
         });
     }
     Q_EMIT runChanged();
     follow();
-    followStates();
 }
 
 void RestorePresenter::follow() {
+    due_.stop();
     const auto count = run_ ? static_cast<int>(run_->items().size()) : 0;
     const std::size_t before = rows_.size();
     for (; rowCount_ < count; ++rowCount_) {
@@ -101,21 +102,10 @@ void RestorePresenter::follow() {
             rows_.push_back({QString::fromStdString(item.id.lower()), rowValues(item, run_->workspace())});
     }
     if (rows_.size() != before || rows_.empty()) all_.setRows(rows_);
-    if (statesDue_.interval() == 0) {
-        followStates();
-    } else if (!statesDue_.isActive()) {
-        statesDue_.start();
-    }
-    Q_EMIT changed();
-}
-
-/// What has become of every window: with many of them not at each item that comes.
-void RestorePresenter::followStates() {
-    statesDue_.stop();
     const RestoreStates states = run_ ? RestoreStates::of(*run_) : RestoreStates{};
     states_ = states.byWindow;
     progress_ = states.decided;
-    Q_EMIT statesChanged();
+    Q_EMIT changed();
 }
 
 }  // namespace quillo

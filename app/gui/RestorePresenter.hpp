@@ -20,10 +20,10 @@ class RestorePresenter final : public QObject {
     Q_PROPERTY(QString colorName READ colorName NOTIFY runChanged)
     Q_PROPERTY(QVariant source READ source NOTIFY runChanged)  // MapSource
     /// By window key: pending, landing, restored, failed or skipped.
-    Q_PROPERTY(QVariantMap states READ states NOTIFY statesChanged)
+    Q_PROPERTY(QVariantMap states READ states NOTIFY changed)
     Q_PROPERTY(bool running READ running NOTIFY changed)
-    Q_PROPERTY(bool clean READ clean NOTIFY changed)                // over, with everything back
-    Q_PROPERTY(double progress READ progress NOTIFY statesChanged)  // of all windows, 0 to 1
+    Q_PROPERTY(bool clean READ clean NOTIFY changed)          // over, with everything back
+    Q_PROPERTY(double progress READ progress NOTIFY changed)  // of all windows, 0 to 1
     /// app, identifier, subject, outcome, reason, kind (restored, adjusted, launched, opened, created, note,
     /// failed, skipped); in the order they came, as many as a person may read.
     Q_PROPERTY(QAbstractItemModel* rows READ rows CONSTANT)
@@ -57,20 +57,18 @@ class RestorePresenter final : public QObject {
 
   Q_SIGNALS:
     void changed();
-    void statesChanged();
     void runChanged();
 
   private:
     void followRun();
     void follow();
-    void followStates();
 
     AppModel& model_;
     QPointer<RestoreRun> run_;
     MapSource source_;
     QVariantMap states_;
     double progress_ = 0;
-    QTimer statesDue_;
+    QTimer due_;  // for items that wait to be shown
     std::vector<RowList::Row> rows_;
     RowList all_{{"app", "identifier", "subject", "outcome", "reason", "kind", "trouble"}};
     QSortFilterProxyModel shown_;

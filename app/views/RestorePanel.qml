@@ -151,14 +151,17 @@ Rectangle {
             boundsBehavior: Flickable.StopAtBounds
             model: Restore.rows
             delegate: RestoreItem { width: list.width }
-            footer: UiText {
-                visible: text !== ""
-                height: visible ? implicitHeight : 0
-                leftPadding: 45
-                topPadding: 8
-                bottomPadding: 4
-                text: Restore.more
-                color: Theme.text2
+            footer: Item {
+                width: list.width
+                height: rest.text === "" ? 0 : rest.implicitHeight
+                UiText {
+                    id: rest
+                    leftPadding: 45
+                    topPadding: 8
+                    bottomPadding: 4
+                    text: Restore.more
+                    color: Theme.text2
+                }
             }
             Accessible.role: Accessible.List
             Accessible.name: "What has been restored"
