@@ -35,7 +35,7 @@ class DesktopMapTest : public samples::GuiTest {
         map->setProperty("style", style);
         map->setProperty("colorName", color);
         map->setProperty("states", states);
-        map->setProperty("source", mapVariant(snapshot));
+        map->setProperty("source", mapVariant(drawnPart(snapshot)));
         if (style == "card") map->setProperty("wallRadius", 0);
         view->resize(size + QSize(24, 24));
         view->show();

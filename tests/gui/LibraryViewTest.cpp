@@ -114,6 +114,29 @@ TEST_F(LibraryViewTest, ResumingPassesTheStoredMode) {
     EXPECT_TRUE(model.desktop.world().application("org.editor")->hidden);
 }
 
+TEST_F(LibraryViewTest, AStrangersThousandsAreShownAsFarAsOneLooksAndCounted) {
+    Workspace many = samples::named(Uuid::random(), "Two\nlines" + std::string(100'000, 'x'));
+    for (int i = 0; i < 10'000; ++i) {
+        ApplicationSnapshot& application = many.snapshot.applications.emplace_back();
+        application.bundleIdentifier = "org.a" + std::to_string(i);
+        application.name = "App " + std::to_string(i);
+    }
+    const auto all = static_cast<qsizetype>(many.snapshot.applications.size());
+    ASSERT_TRUE(model.store.save(many));
+    model->reload();
+    show("RootView.qml");
+    settle();
+    const QModelIndex row = library.index(0);
+    EXPECT_TRUE(row.data(LibraryPresenter::NameRole).toString().startsWith("Two lines"));
+    EXPECT_EQ(row.data(LibraryPresenter::NameRole).toString().size(), 400);
+    EXPECT_TRUE(row.data(LibraryPresenter::AppsRole).toString().endsWith(", " + andMore(all - 30)));
+    ui.openDetail(library.idAt(0));
+    settle();
+    EXPECT_EQ(detail.apps().size(), 200);
+    EXPECT_EQ(detail.moreApps(), andMore(all - 200));
+    EXPECT_TRUE(named(detail.moreApps()));
+}
+
 TEST(Words, AreEnglishInEveryCountry) {
     const QDateTime afternoon(QDate(2026, 11, 21), QTime(15, 4));
     const auto at = [](const QDateTime& when) {

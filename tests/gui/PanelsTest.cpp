@@ -1,6 +1,7 @@
 // The two panels: the switcher by its keys, the restore panel while a restore runs and when it is over.
 #include "app/gui/RestorePresenter.hpp"
 #include "app/gui/SwitcherPresenter.hpp"
+#include "app/gui/Words.hpp"
 #include "tests/gui/GuiFixture.hpp"
 
 namespace quillo {
@@ -136,6 +137,27 @@ TEST_F(PanelsTest, ARestoreFillsTheMapAndTheRowsAsItGoes) {
     EXPECT_EQ(restore.progress(), 1);
     click("Close");
     EXPECT_FALSE(model.surfaces.panelVisible(PanelID::restore));
+}
+
+TEST_F(PanelsTest, OfThousandsOfLinesTheFirstAreListedAndTheRestCounted) {
+    Workspace workspace = desk("Desk");
+    workspace.snapshot.applications.resize(1);
+    for (int i = 0; i < 2000; ++i) {
+        const std::string name = "org.gone" + std::to_string(i);
+        workspace.snapshot.applications.push_back({name, name, {}, {WindowSnapshot{}}, {}});
+    }
+    model->restore(workspace, {});
+    open("RestorePanel.qml", 380);
+    ASSERT_TRUE(until([&] { return !restore.running(); }));
+    settle();
+    EXPECT_EQ(restore.troubleCount(), 2000);
+    EXPECT_EQ(restore.rows()->rowCount(), 200);
+    EXPECT_EQ(restore.more(), "and 1,800 more");
+    EXPECT_EQ(restore.progress(), 1);
+    EXPECT_EQ(restore.states().value("org.gone1999#window#0"), "skipped");
+    restore.setOnlyTrouble(false);
+    EXPECT_EQ(restore.more(), andMore(restore.rowCount() - restore.rows()->rowCount()));
+    EXPECT_LE(restore.rows()->rowCount(), 400);
 }
 
 TEST_F(PanelsTest, ARestoreIsStoppedByItsButtonAndSaysWhatIsMissing) {

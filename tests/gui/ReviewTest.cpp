@@ -1,5 +1,6 @@
 // The review of a capture by mouse and keyboard; what was saved is read from the workspace's file.
 #include "app/gui/ReviewPresenter.hpp"
+#include "app/gui/Words.hpp"
 #include "tests/gui/GuiFixture.hpp"
 
 namespace quillo {
@@ -181,6 +182,20 @@ TEST_F(ReviewTest, ListsWhatTheFilterTakesAway) {
         rows.toggle(row);
         EXPECT_EQ(draft.filteredSnapshot(), snapshot);
     }
+    // Of thousands the first ones are listed, and how many there are besides.
+    snapshot.applications.resize(1);
+    snapshot.applications[0].context.reset();
+    snapshot.applications[0].windows.assign(10'000, WindowSnapshot{});
+    CaptureDraft many(snapshot, {}, false);
+    rows.show(&many);
+    rows.setOpen(0, true);
+    ASSERT_EQ(rows.rowCount(), 1002);
+    EXPECT_EQ(rows.index(1001).data(ReviewRows::KindRole), "more");
+    EXPECT_EQ(rows.index(1001).data(ReviewRows::TitleRole), andMore(9000));
+    rows.toggle(1001);
+    EXPECT_EQ(many.filteredSnapshot(), snapshot);
+
+    rows.show(&draft);
     const int all = rows.rowCount();
     rows.setOpen(0, false);
     EXPECT_LT(rows.rowCount(), all);
