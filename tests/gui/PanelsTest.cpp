@@ -146,6 +146,7 @@ TEST_F(PanelsTest, OfThousandsOfLinesTheFirstAreListedAndTheRestCounted) {
         const std::string name = "org.gone" + std::to_string(i);
         workspace.snapshot.applications.push_back({name, name, {}, {WindowSnapshot{}}, {}});
     }
+    ASSERT_TRUE(model.known.savedHere(workspace) && model.known.agreed(workspace));
     model->restore(workspace, {});
     open("RestorePanel.qml", 380);
     ASSERT_TRUE(until([&] { return !restore.running(); }));
