@@ -29,12 +29,22 @@ void add(std::vector<ConsequenceGroup>& groups, std::string heading, const std::
     group.more = all.size() - count;
 }
 
+/// What is chosen holds for whatever runs when the workspace comes back, now or another time: it is said also
+/// where nothing else runs at the moment.
+void addOthers(std::vector<ConsequenceGroup>& groups, const Consequences& consequences) {
+    if (consequences.others == CleanSlateMode::keep) return;
+    const bool quits = consequences.others == CleanSlateMode::quit;
+    const auto& names = quits ? consequences.quit : consequences.hidden;
+    add(groups, quits ? "Quits all other apps" : "Hides all other apps", names);
+    if (names.empty())
+        groups.push_back({quits ? "Quits all other apps" : "Hides all other apps", {"None runs now"}, 0});
+}
+
 }  // namespace
 
 std::vector<ConsequenceGroup> consequenceGroups(const Consequences& consequences) {
     std::vector<ConsequenceGroup> groups;
-    add(groups, "Quits", consequences.quit);
-    add(groups, "Hides", consequences.hidden);
+    addOthers(groups, consequences);
     add(groups, "Launches", consequences.launched);
     add(groups, "Opens", consequences.opened);
     if (consequences.desktops == 1) groups.push_back({"Makes 1 desktop", {}, 0});

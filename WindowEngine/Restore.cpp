@@ -171,9 +171,9 @@ Task<void> prepareDesktops(Run& run) {
 
 /// Each application once, under its own name, within the limits.
 void narrow(Run& run) {
+    giveShownNames(run.desktop.platform.applications, run.workspace.snapshot);
     RestoreScope scope = scopeOf(std::move(run.workspace.snapshot), run.options.limited);
     run.workspace.snapshot = std::move(scope.snapshot);
-    giveShownNames(run.desktop.platform.applications, run.workspace.snapshot);
     for (RestoreReport::Item& item : scope.leftOut) run.sink.add(std::move(item));
 }
 

@@ -127,8 +127,8 @@ void addOpened(Consequences& all, const ReopeningPlan& plan, const std::string& 
 }  // namespace
 
 Task<RestorePreview> Restore::preview(DesktopAccess& desktop, WorkspaceSnapshot snapshot, Options options) {
+    giveShownNames(desktop.platform.applications, snapshot);
     const auto scope = std::make_shared<RestoreScope>(scopeOf(std::move(snapshot), options.limited));
-    giveShownNames(desktop.platform.applications, scope->snapshot);
     RestorePreview preview = windowsOf(desktop, scope);
     for (PlannedApplication& application : preview.applications) {
         if (application.presence != Presence::missing) co_await planReopening(desktop, application, options);
@@ -138,7 +138,7 @@ Task<RestorePreview> Restore::preview(DesktopAccess& desktop, WorkspaceSnapshot 
 
 Consequences Restore::consequences(Applications& applications, const RestorePreview& preview,
                                    const Workspace& workspace, CleanSlateMode mode) {
-    Consequences all;
+    Consequences all{.others = mode};
     if (mode != CleanSlateMode::keep) {
         for (const RunningApplication& target : cleanSlateTargets(applications, workspace)) {
             auto& names = mode == CleanSlateMode::hide ? all.hidden : all.quit;

@@ -51,11 +51,12 @@ struct Consequences {
 
         bool operator==(const Opening&) const = default;
     };
-    std::vector<std::string> quit;      // applications that are asked to
-    std::vector<std::string> hidden;    // applications
-    std::vector<std::string> launched;  // applications
-    std::vector<Opening> opened;        // documents, folders and pages
-    std::int64_t desktops = 0;          // made
+    CleanSlateMode others = CleanSlateMode::keep;  // what becomes of them
+    std::vector<std::string> quit;                 // applications that are asked to
+    std::vector<std::string> hidden;               // applications
+    std::vector<std::string> launched;             // applications
+    std::vector<Opening> opened;                   // documents, folders and pages
+    std::int64_t desktops = 0;                     // made
 
     bool operator==(const Consequences&) const = default;
 };

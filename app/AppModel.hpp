@@ -71,6 +71,10 @@ class AppModel final : public QObject {
     const AppSettings& settings() const { return settings_; }
     bool accessibilityGranted() const { return accessibilityGranted_; }
     /// Why other applications' windows cannot be read, where they cannot.
+    /// As RestoreScope names it: an application cannot pass for another by the name in a file.
+    std::string shownName(const ApplicationSnapshot& application) const {
+        return Restore::shownName(services_.desktop.platform.applications, application);
+    }
     Capability accessibilityAccess() const { return services_.desktop.platform.accessibility.access(); }
     CaptureDraft* draft() const { return draft_.get(); }    // null when nothing is under review
     RestoreRun* restore() const { return restore_.get(); }  // the current or the last run; null before any

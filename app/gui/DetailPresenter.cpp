@@ -82,7 +82,7 @@ QVariantList DetailPresenter::apps() const {
     for (const ApplicationSnapshot& application :
          shown().snapshot.applications | std::views::take(mostApps)) {
         all << QVariantMap{{"identifier", qt(application.bundleIdentifier)},
-                           {"name", line(application.name)},
+                           {"name", line(model_.shownName(application))},
                            {"what", describe(application)}};
     }
     return all;

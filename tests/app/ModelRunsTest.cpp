@@ -122,7 +122,8 @@ TEST(ModelRuns, AWorkspaceFromElsewhereIsAskedAboutOnce) {
     EXPECT_EQ(model.windowsOpened, 1);
     const ResumeQuestion question = *model->question();
     EXPECT_EQ(question.name, "Viewing");
-    EXPECT_EQ(question.consequences, (Consequences{.quit = {"org.editor"},
+    EXPECT_EQ(question.consequences, (Consequences{.others = CleanSlateMode::quit,
+                                                   .quit = {"org.editor"},
                                                    .hidden = {},
                                                    .launched = {"org.viewer (saved as “viewer”)"},
                                                    .opened = {}}));

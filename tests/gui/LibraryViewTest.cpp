@@ -129,7 +129,8 @@ TEST_F(LibraryViewTest, WhatAWorkspaceFromElsewhereWouldDoIsShownAndAskedAbout) 
     };
     ask();
     EXPECT_TRUE(named("“Gift\\n” was not saved on this computer"));
-    for (const char* shown : {"Quits", "org.editor", "Launches", "org.viewer (saved as “viewer”)"})
+    for (const char* shown :
+         {"Quits all other apps", "org.editor", "Launches", "org.viewer (saved as “viewer”)"})
         EXPECT_TRUE(named(shown)) << shown;
     EXPECT_FALSE(asks()) << "the click that brought it up must not agree";
     EXPECT_TRUE(named("Cancel")->hasActiveFocus());
