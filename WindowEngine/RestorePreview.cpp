@@ -138,7 +138,8 @@ Task<RestorePreview> Restore::preview(DesktopAccess& desktop, WorkspaceSnapshot 
 
 Consequences Restore::consequences(Applications& applications, const RestorePreview& preview,
                                    const Workspace& workspace, CleanSlateMode mode) {
-    Consequences all{.others = mode};
+    Consequences all;
+    all.others = mode;
     if (mode != CleanSlateMode::keep) {
         for (const RunningApplication& target : cleanSlateTargets(applications, workspace)) {
             auto& names = mode == CleanSlateMode::hide ? all.hidden : all.quit;
