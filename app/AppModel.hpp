@@ -11,11 +11,11 @@
 #include <string>
 #include <vector>
 
-#include "WindowEngine/Accessibility.hpp"
-#include "WindowEngine/Restore.hpp"
-#include "WindowEngine/RestorePreview.hpp"
-#include "WindowEngine/SessionHistory.hpp"
-#include "WindowEngine/WorkspaceStore.hpp"
+#include "WindowEngine/desktop/Accessibility.hpp"
+#include "WindowEngine/library/SessionHistory.hpp"
+#include "WindowEngine/library/WorkspaceStore.hpp"
+#include "WindowEngine/restore/Restore.hpp"
+#include "WindowEngine/restore/RestorePreview.hpp"
 #include "app/CaptureDraft.hpp"
 #include "app/DirectoryWatch.hpp"
 #include "app/HotKeys.hpp"

@@ -1,5 +1,5 @@
 // What runs by itself: session snapshots, and the look at the permission once a second.
-#include "WindowEngine/AutoSnapshotPolicy.hpp"
+#include "WindowEngine/library/AutoSnapshotPolicy.hpp"
 #include "app/AppModel.hpp"
 
 namespace quillo {

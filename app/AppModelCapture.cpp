@@ -1,7 +1,7 @@
 // Capturing the desktop for the person: the review, and the preview of what is open now.
 #include <utility>
 
-#include "WindowEngine/ImportedWorkspace.hpp"
+#include "WindowEngine/library/ImportedWorkspace.hpp"
 #include "WindowEngine/support/Text.hpp"
 #include "app/AppModel.hpp"
 

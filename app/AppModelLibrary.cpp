@@ -2,9 +2,9 @@
 // after a failure it stays as it was.
 #include <algorithm>
 
-#include "WindowEngine/AtomicFile.hpp"
-#include "WindowEngine/ImportedWorkspace.hpp"
-#include "WindowEngine/WorkspaceCoding.hpp"
+#include "WindowEngine/library/AtomicFile.hpp"
+#include "WindowEngine/library/ImportedWorkspace.hpp"
+#include "WindowEngine/records/WorkspaceCoding.hpp"
 #include "WindowEngine/support/Text.hpp"
 #include "app/AppModel.hpp"
 

@@ -1,7 +1,7 @@
 // Restoring a workspace, with the panel that shows it.
 #include <utility>
 
-#include "WindowEngine/RestoreScope.hpp"
+#include "WindowEngine/restore/RestoreScope.hpp"
 #include "app/AppModel.hpp"
 
 namespace quillo {

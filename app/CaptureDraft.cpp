@@ -3,7 +3,7 @@
 #include <random>
 #include <utility>
 
-#include "WindowEngine/CaptureFilter.hpp"
+#include "WindowEngine/capture/CaptureFilter.hpp"
 
 namespace quillo {
 namespace {

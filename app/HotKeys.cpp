@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "WindowEngine/Log.hpp"
+#include "WindowEngine/desktop/Log.hpp"
 
 namespace quillo {
 namespace {

@@ -4,7 +4,7 @@
 #include <functional>
 #include <vector>
 
-#include "WindowEngine/Workspace.hpp"
+#include "WindowEngine/records/Workspace.hpp"
 #include "app/WorkspaceSearch.hpp"
 
 namespace quillo {

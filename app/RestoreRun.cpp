@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "WindowEngine/RestoreWords.hpp"
+#include "WindowEngine/restore/RestoreWords.hpp"
 #include "WindowEngine/support/Text.hpp"
 
 namespace quillo {

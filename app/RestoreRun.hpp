@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "WindowEngine/RestoreReport.hpp"
-#include "WindowEngine/Workspace.hpp"
+#include "WindowEngine/records/Workspace.hpp"
+#include "WindowEngine/restore/RestoreReport.hpp"
 #include "WindowEngine/support/Job.hpp"
 
 namespace quillo {

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "WindowEngine/Workspace.hpp"
+#include "WindowEngine/records/Workspace.hpp"
 
 namespace quillo {
 

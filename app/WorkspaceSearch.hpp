@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "WindowEngine/Workspace.hpp"
+#include "WindowEngine/records/Workspace.hpp"
 #include "WindowEngine/support/TextSearch.hpp"
 #include "app/WorkspaceOrder.hpp"
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "WindowEngine/WorkspaceCoding.hpp"
+#include "WindowEngine/records/WorkspaceCoding.hpp"
 
 namespace quillo::bench {
 

@@ -4,9 +4,9 @@
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
 
-#include "WindowEngine/NativeTabs.hpp"
-#include "WindowEngine/SessionHistory.hpp"
-#include "WindowEngine/WindowMatcher.hpp"
+#include "WindowEngine/library/SessionHistory.hpp"
+#include "WindowEngine/records/NativeTabs.hpp"
+#include "WindowEngine/restore/WindowMatcher.hpp"
 
 namespace quillo {
 namespace {

@@ -19,7 +19,7 @@
 #include <string>
 #include <vector>
 
-#include "WindowEngine/WorkspaceCoding.hpp"
+#include "WindowEngine/records/WorkspaceCoding.hpp"
 #include "app/QtExecutor.hpp"
 #include "app/UpdateController.hpp"
 #include "app/gui/Interface.hpp"

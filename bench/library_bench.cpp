@@ -7,10 +7,10 @@
 #include <string_view>
 #include <vector>
 
-#include "WindowEngine/WorkspaceStore.hpp"
-#include "app/DesktopMapLayout.hpp"
+#include "WindowEngine/library/WorkspaceStore.hpp"
 #include "app/LibraryState.hpp"
 #include "app/Switcher.hpp"
+#include "app/map/DesktopMapLayout.hpp"
 #include "bench/SampleLibrary.hpp"
 #include "platform/posix/PosixFileSystem.hpp"
 

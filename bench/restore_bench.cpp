@@ -5,8 +5,8 @@
 
 #include <chrono>
 
-#include "WindowEngine/Capture.hpp"
-#include "WindowEngine/Restore.hpp"
+#include "WindowEngine/capture/Capture.hpp"
+#include "WindowEngine/restore/Restore.hpp"
 #include "platform/simulated/SimulatedDesktop.hpp"
 
 namespace quillo {

@@ -10,7 +10,7 @@
 #include <chrono>
 #include <vector>
 
-#include "WindowEngine/WorkspaceStore.hpp"
+#include "WindowEngine/library/WorkspaceStore.hpp"
 #include "bench/SampleLibrary.hpp"
 #include "platform/posix/PosixFileSystem.hpp"
 

@@ -19,7 +19,7 @@
 #include <string>
 #include <vector>
 
-#include "WindowEngine/Capture.hpp"
+#include "WindowEngine/capture/Capture.hpp"
 #include "WindowEngine/support/Loops.hpp"
 #include "platform/x11/X11Desktop.hpp"
 #include "tests/platform/x11/PrivateDesktop.hpp"

@@ -44,14 +44,15 @@ function(quillo_precompile name)
   endif()
 endfunction()
 
-# A library of all sources directly in a folder; named after its folder, linked to what stands below it, with the
-# headers under PRECOMPILE precompiled beside the common ones.
+# A library of all sources directly in the folders under FOLDER (default: the present one), linked to what stands below
+# it, with the headers under PRECOMPILE precompiled beside the common ones.
 function(quillo_library name)
-  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
   cmake_parse_arguments(arg "" "" "FOLDER;LINK;PRECOMPILE" ${ARGN})
-  if(arg_FOLDER)
-    file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${arg_FOLDER}/*.cpp)
+  if(NOT arg_FOLDER)
+    set(arg_FOLDER .)
   endif()
+  list(TRANSFORM arg_FOLDER REPLACE "(.+)" "${CMAKE_CURRENT_SOURCE_DIR}/\\1/*.cpp")
+  file(GLOB sources CONFIGURE_DEPENDS ${arg_FOLDER})
   if(NOT sources)
     add_library(${name} INTERFACE)
     target_link_libraries(${name} INTERFACE quillo_flags ${arg_LINK})

@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "WindowEngine/Accessibility.hpp"
+#include "WindowEngine/desktop/Accessibility.hpp"
 #include "WindowEngine/support/Job.hpp"
 #include "WindowEngine/support/Loops.hpp"
 #include "ctl/Interrupt.hpp"

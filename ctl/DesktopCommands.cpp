@@ -3,9 +3,9 @@
 
 #include <random>
 
-#include "WindowEngine/Capture.hpp"
-#include "WindowEngine/Displays.hpp"
-#include "WindowEngine/ImportedWorkspace.hpp"
+#include "WindowEngine/capture/Capture.hpp"
+#include "WindowEngine/desktop/Displays.hpp"
+#include "WindowEngine/library/ImportedWorkspace.hpp"
 #include "ctl/Commands.hpp"
 #include "ctl/HumanText.hpp"
 #include "ctl/SnapshotText.hpp"

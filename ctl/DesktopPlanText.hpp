@@ -2,8 +2,8 @@
 #pragma once
 #include <string>
 
-#include "WindowEngine/DesktopTargets.hpp"
-#include "WindowEngine/RestorePlan.hpp"
+#include "WindowEngine/restore/DesktopTargets.hpp"
+#include "WindowEngine/restore/RestorePlan.hpp"
 #include "ctl/Output.hpp"
 
 namespace quillo::ctl {

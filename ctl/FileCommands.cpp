@@ -1,9 +1,9 @@
 // export, import, validate: workspaces as files outside the store.
 #include <fmt/format.h>
 
-#include "WindowEngine/AtomicFile.hpp"
-#include "WindowEngine/ImportedWorkspace.hpp"
-#include "WindowEngine/WorkspaceCoding.hpp"
+#include "WindowEngine/library/AtomicFile.hpp"
+#include "WindowEngine/library/ImportedWorkspace.hpp"
+#include "WindowEngine/records/WorkspaceCoding.hpp"
 #include "ctl/Commands.hpp"
 #include "ctl/HumanText.hpp"
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "WindowEngine/Workspace.hpp"
+#include "WindowEngine/records/Workspace.hpp"
 #include "WindowEngine/support/Instant.hpp"
 #include "WindowEngine/support/Rect.hpp"
 #include "WindowEngine/support/Text.hpp"

@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
-#include "WindowEngine/ImportedWorkspace.hpp"
-#include "WindowEngine/WorkspaceCoding.hpp"
+#include "WindowEngine/library/ImportedWorkspace.hpp"
+#include "WindowEngine/records/WorkspaceCoding.hpp"
 #include "ctl/Commands.hpp"
 #include "ctl/HumanText.hpp"
 #include "ctl/SnapshotText.hpp"

@@ -1,6 +1,6 @@
 // What a restore would do, window by window, as lines.
 #pragma once
-#include "WindowEngine/RestorePreview.hpp"
+#include "WindowEngine/restore/RestorePreview.hpp"
 #include "ctl/Output.hpp"
 
 namespace quillo::ctl {

@@ -3,7 +3,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
-#include "WindowEngine/CleanSlate.hpp"
+#include "WindowEngine/restore/CleanSlate.hpp"
 #include "ctl/HumanText.hpp"
 
 namespace quillo::ctl {

@@ -1,6 +1,6 @@
 // What a restore would do beside the windows: the clean slate, documents, folders and tabs, as lines.
 #pragma once
-#include "WindowEngine/RestorePreview.hpp"
+#include "WindowEngine/restore/RestorePreview.hpp"
 #include "ctl/Output.hpp"
 
 namespace quillo::ctl {

@@ -3,9 +3,9 @@
 
 #include <algorithm>
 
-#include "WindowEngine/ConsequenceWords.hpp"
-#include "WindowEngine/Restore.hpp"
-#include "WindowEngine/RestoreScope.hpp"
+#include "WindowEngine/restore/ConsequenceWords.hpp"
+#include "WindowEngine/restore/Restore.hpp"
+#include "WindowEngine/restore/RestoreScope.hpp"
 #include "WindowEngine/support/Text.hpp"
 #include "ctl/Commands.hpp"
 #include "ctl/HumanText.hpp"

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "WindowEngine/RestoreWords.hpp"
+#include "WindowEngine/restore/RestoreWords.hpp"
 #include "ctl/HumanText.hpp"
 
 namespace quillo::ctl {

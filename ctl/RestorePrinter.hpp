@@ -2,8 +2,8 @@
 #pragma once
 #include <string>
 
-#include "WindowEngine/RestoreReport.hpp"
-#include "WindowEngine/Workspace.hpp"
+#include "WindowEngine/records/Workspace.hpp"
+#include "WindowEngine/restore/RestoreReport.hpp"
 #include "ctl/Output.hpp"
 
 namespace quillo::ctl {

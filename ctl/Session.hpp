@@ -4,8 +4,8 @@
 #include <functional>
 #include <memory>
 
-#include "WindowEngine/SessionHistory.hpp"
-#include "WindowEngine/WorkspaceStore.hpp"
+#include "WindowEngine/library/SessionHistory.hpp"
+#include "WindowEngine/library/WorkspaceStore.hpp"
 #include "WindowEngine/services/FileSystem.hpp"
 #include "ctl/Arguments.hpp"
 #include "ctl/CommandResult.hpp"

@@ -1,7 +1,7 @@
 // A desktop described by a scene file, on a virtual clock.
 #include "ctl/SimulatedLayer.hpp"
 
-#include "WindowEngine/AtomicFile.hpp"
+#include "WindowEngine/library/AtomicFile.hpp"
 #include "platform/simulated/SimulatedDesktop.hpp"
 
 namespace quillo::ctl {

@@ -2,7 +2,7 @@
 #pragma once
 #include <span>
 
-#include "WindowEngine/Workspace.hpp"
+#include "WindowEngine/records/Workspace.hpp"
 #include "ctl/Output.hpp"
 
 namespace quillo::ctl {

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "WindowEngine/Capture.hpp"
+#include "WindowEngine/capture/Capture.hpp"
 #include "platform/services/Appearance.hpp"
 #include "platform/services/UserDefaults.hpp"
 #include "settings/Shortcut.hpp"

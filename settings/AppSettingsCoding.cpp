@@ -6,7 +6,7 @@
 #include <limits>
 #include <utility>
 
-#include "WindowEngine/AutoSnapshotPolicy.hpp"
+#include "WindowEngine/library/AutoSnapshotPolicy.hpp"
 #include "WindowEngine/support/JsonWriter.hpp"
 #include "settings/AppSettings.hpp"
 

@@ -4,8 +4,8 @@
 
 #include <utility>
 
-#include "WindowEngine/RestoreScope.hpp"
-#include "WindowEngine/WorkspaceCoding.hpp"
+#include "WindowEngine/records/WorkspaceCoding.hpp"
+#include "WindowEngine/restore/RestoreScope.hpp"
 #include "WindowEngine/support/JsonWriter.hpp"
 
 namespace quillo {

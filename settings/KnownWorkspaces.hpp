@@ -9,9 +9,9 @@
 #include <string>
 #include <string_view>
 
-#include "WindowEngine/Restore.hpp"
-#include "WindowEngine/SessionHistory.hpp"
-#include "WindowEngine/Workspace.hpp"
+#include "WindowEngine/library/SessionHistory.hpp"
+#include "WindowEngine/records/Workspace.hpp"
+#include "WindowEngine/restore/Restore.hpp"
 #include "platform/services/UserDefaults.hpp"
 
 namespace quillo {

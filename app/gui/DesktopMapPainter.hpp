@@ -4,8 +4,8 @@
 #include <QPainter>
 #include <functional>
 
-#include "app/DesktopMapLayout.hpp"
 #include "app/gui/Theme.hpp"
+#include "app/map/DesktopMapLayout.hpp"
 
 namespace quillo {
 

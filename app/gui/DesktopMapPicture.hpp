@@ -9,9 +9,9 @@
 #include <map>
 #include <string>
 
-#include "app/DesktopMapLayout.hpp"
 #include "app/gui/MapSource.hpp"
 #include "app/gui/Theme.hpp"
+#include "app/map/DesktopMapLayout.hpp"
 
 namespace quillo {
 

@@ -4,7 +4,7 @@
 #include <QVariant>
 #include <memory>
 
-#include "WindowEngine/Workspace.hpp"
+#include "WindowEngine/records/Workspace.hpp"
 
 namespace quillo {
 

@@ -2,7 +2,7 @@
 #pragma once
 #include <QIcon>
 
-#include "WindowEngine/Workspace.hpp"
+#include "WindowEngine/records/Workspace.hpp"
 #include "app/gui/Theme.hpp"
 
 namespace quillo::MenuIcons {

@@ -4,8 +4,8 @@
 #include <QFileInfo>
 #include <algorithm>
 
-#include "WindowEngine/Adapters.hpp"
-#include "WindowEngine/Capture.hpp"
+#include "WindowEngine/capture/Capture.hpp"
+#include "WindowEngine/integrations/Adapters.hpp"
 
 namespace quillo {
 namespace {

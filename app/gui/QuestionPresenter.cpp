@@ -1,7 +1,7 @@
 #include "app/gui/QuestionPresenter.hpp"
 
-#include "WindowEngine/ConsequenceWords.hpp"
-#include "WindowEngine/RestoreScope.hpp"
+#include "WindowEngine/restore/ConsequenceWords.hpp"
+#include "WindowEngine/restore/RestoreScope.hpp"
 #include "WindowEngine/support/Text.hpp"
 #include "app/gui/Words.hpp"
 

@@ -2,7 +2,7 @@
 
 #include <map>
 
-#include "WindowEngine/CaptureFilter.hpp"
+#include "WindowEngine/capture/CaptureFilter.hpp"
 
 namespace quillo {
 namespace {

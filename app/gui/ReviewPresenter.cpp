@@ -1,6 +1,6 @@
 #include "app/gui/ReviewPresenter.hpp"
 
-#include "WindowEngine/CaptureFilter.hpp"
+#include "WindowEngine/capture/CaptureFilter.hpp"
 #include "app/gui/Words.hpp"
 
 namespace quillo {

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <span>
 
-#include "WindowEngine/AutoSnapshotPolicy.hpp"
+#include "WindowEngine/library/AutoSnapshotPolicy.hpp"
 
 namespace quillo {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "WindowEngine/Workspace.hpp"
+#include "WindowEngine/records/Workspace.hpp"
 
 namespace quillo {
 

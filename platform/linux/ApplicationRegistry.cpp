@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <unordered_map>
 
-#include "WindowEngine/RestoreReport.hpp"
+#include "WindowEngine/records/OwnIdentity.hpp"
 #include "WindowEngine/support/Text.hpp"
 #include "platform/linux/ContentTypes.hpp"
 #include "platform/posix/DocumentOnDisk.hpp"

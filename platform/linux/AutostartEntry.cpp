@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <memory>
 
-#include "WindowEngine/AtomicFile.hpp"
+#include "WindowEngine/library/AtomicFile.hpp"
 #include "platform/linux/GObjectPtr.hpp"
 
 namespace quillo {

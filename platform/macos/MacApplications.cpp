@@ -7,13 +7,12 @@
 #include <cstdlib>
 #include <tuple>
 
+#include "WindowEngine/records/OwnIdentity.hpp"
 #include "WindowEngine/support/Completion.hpp"
 #include "platform/macos/WorkspaceErrors.hpp"
 
 namespace quillo {
 namespace {
-
-constexpr std::string_view fixedIdentifier = "app.quillo.Quillo";
 
 /// Living processes of one identity; the one that stands for it first.
 using Family = std::vector<WorkspaceProcess>;
@@ -120,7 +119,7 @@ std::vector<ProcessID> MacApplications::family(ProcessID pid) {
 }
 
 std::vector<std::string> MacApplications::ownIdentifiers() {
-    std::vector<std::string> identifiers{std::string(fixedIdentifier)};
+    std::vector<std::string> identifiers{std::string(ownBundleIdentifier)};
     const auto add = [&](const std::optional<std::string>& identifier) {
         if (identifier && !contains(identifiers, *identifier, std::identity()))
             identifiers.push_back(*identifier);

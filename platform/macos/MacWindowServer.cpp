@@ -5,7 +5,7 @@
 #include <chrono>
 #include <map>
 
-#include "WindowEngine/Displays.hpp"
+#include "WindowEngine/desktop/Displays.hpp"
 #include "platform/macos/CFValues.hpp"
 
 namespace quillo {

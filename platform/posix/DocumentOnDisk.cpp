@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-#include "WindowEngine/DocumentSafety.hpp"
+#include "WindowEngine/restore/DocumentSafety.hpp"
 #include "platform/posix/Descriptor.hpp"
 
 namespace quillo {

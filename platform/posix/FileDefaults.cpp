@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "WindowEngine/AtomicFile.hpp"
+#include "WindowEngine/library/AtomicFile.hpp"
 #include "WindowEngine/support/JsonDamage.hpp"
 #include "WindowEngine/support/JsonWriter.hpp"
 #include "WindowEngine/support/Text.hpp"

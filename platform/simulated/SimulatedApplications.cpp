@@ -2,7 +2,7 @@
 
 #include <chrono>
 
-#include "WindowEngine/DocumentSafety.hpp"
+#include "WindowEngine/restore/DocumentSafety.hpp"
 #include "platform/simulated/SimulatedServices.hpp"
 
 namespace quillo::simulated {

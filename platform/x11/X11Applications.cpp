@@ -7,13 +7,12 @@
 #include <cstdlib>
 #include <map>
 
+#include "WindowEngine/records/OwnIdentity.hpp"
 #include "platform/linux/SecretKeepers.hpp"
 #include "platform/x11/WindowRequests.hpp"
 
 namespace quillo::x11 {
 namespace {
-
-constexpr std::string_view ownIdentifier = "app.quillo.Quillo";
 
 std::optional<RunningApplication> runningOf(const KnownApplication* application) {
     return application ? std::optional(application->running) : std::nullopt;
@@ -44,7 +43,7 @@ std::optional<RunningApplication> X11Applications::running(std::string_view bund
 }
 
 std::vector<std::string> X11Applications::ownIdentifiers() {
-    std::vector<std::string> identifiers{std::string(ownIdentifier)};
+    std::vector<std::string> identifiers{std::string(ownBundleIdentifier)};
     const auto add = [&](const KnownApplication* application) {
         if (!application || !application->running.bundleIdentifier) return;
         const auto& identifier = *application->running.bundleIdentifier;

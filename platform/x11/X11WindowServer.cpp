@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <unordered_map>
 
-#include "WindowEngine/Displays.hpp"
+#include "WindowEngine/desktop/Displays.hpp"
 #include "platform/x11/WindowRequests.hpp"
 
 namespace quillo::x11 {

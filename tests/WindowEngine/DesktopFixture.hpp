@@ -8,10 +8,10 @@
 #include <string>
 #include <vector>
 
-#include "WindowEngine/Capture.hpp"
-#include "WindowEngine/DesktopSpaces.hpp"
-#include "WindowEngine/Displays.hpp"
-#include "WindowEngine/Restore.hpp"
+#include "WindowEngine/capture/Capture.hpp"
+#include "WindowEngine/desktop/DesktopSpaces.hpp"
+#include "WindowEngine/desktop/Displays.hpp"
+#include "WindowEngine/restore/Restore.hpp"
 #include "WindowEngine/services/ForwardingAccessibilityService.hpp"
 #include "platform/simulated/SimulatedDesktop.hpp"
 #include "tests/WindowEngine/DesktopSamples.hpp"

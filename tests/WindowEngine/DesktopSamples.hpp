@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "WindowEngine/Workspace.hpp"
+#include "WindowEngine/records/Workspace.hpp"
 
 namespace quillo::samples {
 

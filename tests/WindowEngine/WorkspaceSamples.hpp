@@ -4,8 +4,8 @@
 #include <iterator>
 #include <random>
 
-#include "WindowEngine/WorkspaceCoding.hpp"
-#include "WindowEngine/WorkspaceFields.hpp"
+#include "WindowEngine/records/WorkspaceCoding.hpp"
+#include "WindowEngine/records/WorkspaceFields.hpp"
 
 namespace quillo::samples {
 

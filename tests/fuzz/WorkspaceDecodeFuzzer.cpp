@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "WindowEngine/WorkspaceCoding.hpp"
+#include "WindowEngine/records/WorkspaceCoding.hpp"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);

@@ -2,7 +2,7 @@
 #include <QQuickItem>
 
 #include "app/gui/DesktopMapPicture.hpp"
-#include "tests/app/MapSamples.hpp"
+#include "tests/app/map/MapSamples.hpp"
 #include "tests/gui/GuiFixture.hpp"
 
 namespace quillo {

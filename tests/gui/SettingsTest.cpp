@@ -1,7 +1,7 @@
 // The settings, by mouse and keyboard: what is switched is stored and applied at once.
 #include <QQmlProperty>
 
-#include "WindowEngine/Adapters.hpp"
+#include "WindowEngine/integrations/Adapters.hpp"
 #include "app/UpdateController.hpp"
 #include "app/gui/PrivacyPresenter.hpp"
 #include "app/gui/SettingsPresenter.hpp"

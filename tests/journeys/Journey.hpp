@@ -9,9 +9,9 @@
 #include <utility>
 #include <vector>
 
-#include "WindowEngine/Capture.hpp"
-#include "WindowEngine/Restore.hpp"
-#include "WindowEngine/RestorePreview.hpp"
+#include "WindowEngine/capture/Capture.hpp"
+#include "WindowEngine/restore/Restore.hpp"
+#include "WindowEngine/restore/RestorePreview.hpp"
 #include "tests/LogWords.hpp"
 #include "tests/journeys/JourneyLayer.hpp"
 

@@ -10,8 +10,8 @@
 #include <map>
 #include <set>
 
-#include "WindowEngine/SessionHistory.hpp"
-#include "WindowEngine/WorkspaceCoding.hpp"
+#include "WindowEngine/library/SessionHistory.hpp"
+#include "WindowEngine/records/WorkspaceCoding.hpp"
 #include "tests/journeys/Journey.hpp"
 #include "tests/journeys/RandomDesktop.hpp"
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "app/gui/AppIcons.hpp"
-#include "tests/app/MapSamples.hpp"
+#include "tests/app/map/MapSamples.hpp"
 #include "tests/gui/InterfaceFixture.hpp"
 
 namespace quillo::samples {

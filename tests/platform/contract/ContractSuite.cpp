@@ -4,8 +4,8 @@
 #include <cmath>
 #include <set>
 
-#include "WindowEngine/DesktopCreation.hpp"
-#include "WindowEngine/Displays.hpp"
+#include "WindowEngine/desktop/Displays.hpp"
+#include "WindowEngine/restore/DesktopCreation.hpp"
 
 namespace quillo {
 namespace {

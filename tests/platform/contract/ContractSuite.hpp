@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-#include "WindowEngine/Accessibility.hpp"
+#include "WindowEngine/desktop/Accessibility.hpp"
 #include "WindowEngine/support/Job.hpp"
 #include "WindowEngine/support/Loops.hpp"
 

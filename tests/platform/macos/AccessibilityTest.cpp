@@ -2,7 +2,7 @@
 #include <array>
 #include <cmath>
 
-#include "WindowEngine/Accessibility.hpp"
+#include "WindowEngine/desktop/Accessibility.hpp"
 #include "platform/macos/CFValues.hpp"
 #include "platform/macos/MacAccessibility.hpp"
 #include "tests/platform/macos/MacTest.hpp"

@@ -1,6 +1,6 @@
 // The macOS core over the fakes of the system's functions, as a whole.
 #pragma once
-#include "WindowEngine/DocumentSafety.hpp"
+#include "WindowEngine/restore/DocumentSafety.hpp"
 #include "platform/macos/MacAccessibility.hpp"
 #include "platform/macos/MacApplications.hpp"
 #include "platform/macos/MacScreens.hpp"

@@ -4,8 +4,8 @@
 #include <chrono>
 #include <thread>
 
-#include "WindowEngine/Capture.hpp"
-#include "WindowEngine/Restore.hpp"
+#include "WindowEngine/capture/Capture.hpp"
+#include "WindowEngine/restore/Restore.hpp"
 #include "WindowEngine/services/ForwardingApplications.hpp"
 #include "platform/macos/MacAccessibility.hpp"
 #include "platform/macos/MacScreens.hpp"

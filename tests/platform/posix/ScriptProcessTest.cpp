@@ -3,7 +3,7 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 
-#include "WindowEngine/AppleScript.hpp"
+#include "WindowEngine/integrations/AppleScript.hpp"
 #include "WindowEngine/support/Loops.hpp"
 #include "platform/posix/ScriptProcess.hpp"
 #include "tests/TemporaryDirectory.hpp"

@@ -1,9 +1,9 @@
 // What the simulated applications do when they are handed documents, sent scripts, or asked to quit.
 #include <gtest/gtest.h>
 
-#include "WindowEngine/ChromiumAdapter.hpp"
-#include "WindowEngine/FinderAdapter.hpp"
-#include "WindowEngine/SafariAdapter.hpp"
+#include "WindowEngine/integrations/ChromiumAdapter.hpp"
+#include "WindowEngine/integrations/FinderAdapter.hpp"
+#include "WindowEngine/integrations/SafariAdapter.hpp"
 #include "platform/simulated/SimulatedDesktop.hpp"
 
 namespace quillo {

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <fstream>
 
-#include "WindowEngine/Capture.hpp"
+#include "WindowEngine/capture/Capture.hpp"
 #include "platform/linux/ProcessInfo.hpp"
 #include "tests/platform/x11/X11Test.hpp"
 

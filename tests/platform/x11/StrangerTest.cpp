@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <fstream>
 
-#include "WindowEngine/Restore.hpp"
+#include "WindowEngine/restore/Restore.hpp"
 #include "tests/TemporaryDirectory.hpp"
 #include "tests/platform/x11/X11Test.hpp"
 

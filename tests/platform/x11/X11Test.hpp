@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "WindowEngine/Accessibility.hpp"
+#include "WindowEngine/desktop/Accessibility.hpp"
 #include "WindowEngine/support/Loops.hpp"
 #include "platform/x11/X11Desktop.hpp"
 #include "tests/platform/x11/PrivateDesktop.hpp"

@@ -1,0 +1,210 @@
+#include "WindowEngine/capture/Capture.hpp"
+
+#include <algorithm>
+#include <chrono>
+#include <set>
+#include <utility>
+
+#include "WindowEngine/capture/CaptureContext.hpp"
+#include "WindowEngine/capture/CaptureFilter.hpp"
+#include "WindowEngine/capture/FullscreenCaptureMerge.hpp"
+#include "WindowEngine/desktop/DesktopSpaces.hpp"
+#include "WindowEngine/desktop/Displays.hpp"
+#include "WindowEngine/desktop/Log.hpp"
+#include "WindowEngine/integrations/SafariPrivacy.hpp"
+#include "WindowEngine/records/NativeTabs.hpp"
+#include "WindowEngine/records/OwnIdentity.hpp"
+#include "WindowEngine/support/Text.hpp"
+#include "WindowEngine/support/Wait.hpp"
+
+namespace quillo::Capture {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Everything that is read of the desktop before the first suspension: nothing of it is read twice, and
+/// nothing of it is used after one.
+struct Reading {
+    bool trusted = false;
+    std::vector<DisplaySnapshot> displays;
+    std::vector<NativeDesktop> desktops;
+    std::vector<RunningApplication> applications;
+    std::vector<Accessibility::Enumeration> windows;  // one for each application
+    WindowServerReading server;
+    std::vector<std::string> notes;
+};
+
+/// Directly after the enumeration, so that a window is verified as it was read.
+void applyPrivacyGate(DesktopAccess& desktop, Reading& reading) {
+    for (std::size_t i = 0; i < reading.applications.size(); ++i) {
+        const RunningApplication& application = reading.applications[i];
+        if (SafariPrivacy::removeUnverified(desktop, *application.bundleIdentifier, application.pid,
+                                            reading.windows[i].windows))
+            reading.notes.push_back("Safari: skipped windows whose browsing privacy could not be verified.");
+    }
+}
+
+/// `silent`: applications that do not answer, and are not waited for again.
+Reading readDesktop(DesktopAccess& desktop, const Options& options, const std::set<ProcessID>& silent) {
+    Reading reading;
+    reading.trusted = desktop.platform.accessibility.trusted();
+    reading.displays = Displays::current(desktop.platform.screens);
+    reading.desktops = DesktopSpaces::current(desktop);
+    reading.applications = eligibleApplications(desktop, options);
+    std::vector<ProcessID> pids;
+    for (const RunningApplication& application : reading.applications) {
+        if (!silent.contains(application.pid)) pids.push_back(application.pid);
+    }
+    reading.server = Accessibility::readWindowServer(desktop);
+    auto answers = options.recoverHidden ? Accessibility::enumerateRecovering(desktop, pids, reading.server)
+                                         : Accessibility::enumerate(desktop, pids, false);
+    auto answer = answers.begin();
+    for (const RunningApplication& application : reading.applications) {
+        const bool hangs = silent.contains(application.pid);
+        reading.windows.push_back(hangs ? Accessibility::Enumeration{{}, true} : std::move(*answer++));
+    }
+    applyPrivacyGate(desktop, reading);
+    return reading;
+}
+
+/// The first application found to hang that was not known to; everything is then read anew without it, for
+/// while it was waited for the desktop changed.
+std::optional<ProcessID> newlySilent(const DesktopAccess& desktop, const Reading& reading,
+                                     const std::set<ProcessID>& silent) {
+    const TimePoint now = desktop.platform.executor.now();
+    for (const RunningApplication& application : reading.applications) {
+        if (!silent.contains(application.pid) && desktop.handles.unresponsive.resting(application.pid, now))
+            return application.pid;
+    }
+    return std::nullopt;
+}
+
+std::optional<DesktopSnapshot> desktopOf(const Reading& reading, WindowNumber number,
+                                         const std::optional<std::string>& displayID) {
+    const auto facts = reading.server.facts.find(number);
+    if (facts == reading.server.facts.end()) return std::nullopt;
+    return DesktopSpaces::desktopOf(facts->second, reading.desktops, displayID);
+}
+
+Rect normalizedFrame(const Rect& frame, const DisplaySnapshot* display,
+                     const std::vector<DisplaySnapshot>& all) {
+    if (!display && all.empty()) return {};
+    return Displays::normalize(frame, (display ? *display : all.front()).frame);
+}
+
+WindowSnapshot windowSnapshot(const Reading& reading, const LiveWindow& window) {
+    const LiveWindowInfo& info = window.info;
+    const DisplaySnapshot* display = Displays::display(info.frame, reading.displays);
+    WindowSnapshot result;
+    result.title = info.title;
+    result.subrole = info.subrole;
+    result.documentURL = info.documentURL;
+    result.frame = info.frame;
+    if (display) result.displayID = display->id;
+    // A full-screen window owns its own desktop.
+    if (!info.isFullscreen && window.windowID)
+        result.desktop = desktopOf(reading, *window.windowID, result.displayID);
+    result.normalizedFrame = normalizedFrame(info.frame, display, reading.displays);
+    result.isMinimized = info.isMinimized;
+    result.isFullscreen = info.isFullscreen;
+    result.fullscreenConfirmed = true;
+    result.index = info.index;
+    return result;
+}
+
+std::vector<WindowSnapshot> windowSnapshots(const Reading& reading, std::size_t application) {
+    const std::vector<LiveWindow>& live = reading.windows[application].windows;
+    std::vector<WindowSnapshot> windows;
+    for (const LiveWindow& window : live) windows.push_back(windowSnapshot(reading, window));
+    const RunningApplication& owner = reading.applications[application];
+    // Without the permission every window is a hidden one; and the window server knows of private windows
+    // too, and there is nothing to verify them by.
+    if (!reading.trusted || owner.bundleIdentifier == SafariPrivacy::safari) return windows;
+    const auto hidden =
+        Accessibility::hiddenWindows(reading.server, owner.pid, Accessibility::windowNumbers(live));
+    return FullscreenCaptureMerge::apply(
+        std::move(windows), hidden, reading.displays,
+        [&](WindowNumber number, const std::optional<std::string>& displayID) {
+            return desktopOf(reading, number, displayID);
+        });
+}
+
+ApplicationSnapshot applicationSnapshot(const Reading& reading, std::size_t index) {
+    const RunningApplication& application = reading.applications[index];
+    ApplicationSnapshot result;
+    result.bundleIdentifier = *application.bundleIdentifier;
+    result.name = application.localizedName.value_or(result.bundleIdentifier);
+    result.applicationURL = application.bundleURL;
+    result.windows = windowSnapshots(reading, index);
+    return result;
+}
+
+void sortByName(std::vector<ApplicationSnapshot>& applications) {
+    // Equal names keep the order in which they were found.
+    std::vector<std::size_t> order(applications.size());
+    for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
+    std::ranges::sort(order, [&](std::size_t a, std::size_t b) {
+        const auto names = text::compareLocalized(applications[a].name, applications[b].name);
+        return names == 0 ? a < b : names < 0;
+    });
+    std::vector<ApplicationSnapshot> sorted;
+    for (const std::size_t index : order) sorted.push_back(std::move(applications[index]));
+    applications = std::move(sorted);
+}
+
+}  // namespace
+
+std::vector<RunningApplication> eligibleApplications(DesktopAccess& desktop, const Options& options) {
+    std::vector<RunningApplication> eligible = desktop.platform.applications.running();
+    const auto secret = desktop.platform.applications.neverCaptured();
+    std::erase_if(eligible, [&](const RunningApplication& application) {
+        if (application.activationPolicy != ActivationPolicy::regular || !application.bundleIdentifier)
+            return true;
+        const std::string& identifier = *application.bundleIdentifier;
+        return options.excludedBundleIdentifiers.contains(identifier) ||
+               alwaysExcluded().contains(identifier) || identifier == ownBundleIdentifier ||
+               secret.contains(text::lowercase(identifier));
+    });
+    return eligible;
+}
+
+const std::set<std::string>& alwaysExcluded() {
+    static const std::set<std::string> identifiers{
+        "com.1password.1password",  "com.agilebits.onepassword7", "com.bitwarden.desktop",
+        "com.apple.keychainaccess", "com.apple.SecurityAgent",    "com.apple.Passwords",
+    };
+    return identifiers;
+}
+
+Task<WorkspaceSnapshot> snapshot(DesktopAccess& desktop, Options options) {
+    desktop.handles.unresponsive.clear();
+    std::set<ProcessID> silent;
+    Reading reading = readDesktop(desktop, options, silent);
+    while (const auto hangs = newlySilent(desktop, reading, silent)) {
+        silent.insert(*hangs);
+        co_await sleepFor(0s);  // at most one messaging timeout at a time
+        reading = readDesktop(desktop, options, silent);
+    }
+
+    WorkspaceSnapshot result;
+    result.displays = reading.displays;
+    result.desktops.emplace();
+    for (const NativeDesktop& native : reading.desktops)
+        result.desktops->push_back(DesktopSpaces::snapshot(native));
+    std::vector<std::string> notes = reading.notes;
+    for (std::size_t i = 0; i < reading.applications.size(); ++i) {
+        ApplicationSnapshot application = applicationSnapshot(reading, i);
+        co_await captureContext(desktop, options, reading.windows[i].windows, application, notes);
+        application.windows =
+            CaptureFilter::removingWebDocuments(options.excludedDomains, std::move(application.windows));
+        result.applications.push_back(NativeTabs::collapse(std::move(application)));
+    }
+    if (!notes.empty()) result.notes = std::move(notes);
+    sortByName(result.applications);
+    Log::captured(desktop.platform.log, result.applications.size(),
+                  static_cast<std::size_t>(result.windowCount()));
+    result.capturedAt = desktop.platform.executor.wallNow();
+    co_return result;
+}
+
+}  // namespace quillo::Capture

@@ -1,0 +1,28 @@
+// The live desktop as one snapshot.
+#pragma once
+#include <set>
+#include <string>
+#include <vector>
+
+#include "WindowEngine/desktop/Accessibility.hpp"
+
+namespace quillo::Capture {
+
+struct Options {
+    std::set<std::string> excludedBundleIdentifiers = {};
+    std::set<std::string> excludedDomains = {};  // as people type them; their web addresses are left out
+    std::set<std::string> enabledAdapters = {};  // integrations that may be asked
+    bool recoverHidden = false;  // look by remote tokens for windows that accessibility does not list
+};
+
+/// Password and security applications that are never looked at.
+const std::set<std::string>& alwaysExcluded();
+
+/// The running applications whose windows a capture with these options reads, in the platform's order.
+std::vector<RunningApplication> eligibleApplications(DesktopAccess& desktop, const Options& options);
+
+/// Never fails: what cannot be read is left out. Windows are read before the first suspension, integrations
+/// are asked one after the other after it. Two captures may overlap.
+Task<WorkspaceSnapshot> snapshot(DesktopAccess& desktop, Options options);
+
+}  // namespace quillo::Capture

@@ -1,0 +1,59 @@
+#include "WindowEngine/library/ImportedWorkspace.hpp"
+
+#include <algorithm>
+#include <utility>
+
+#include "WindowEngine/records/WorkspaceCoding.hpp"
+#include "WindowEngine/support/Text.hpp"
+
+namespace quillo {
+namespace {
+
+// The context's addresses that may not stay, counted; windows emptied by it vanish.
+std::int64_t cleanContext(AppContext& context) {
+    const bool folders = context.adapter == "finder";
+    const auto refused = [&](const Url& url) { return folders ? !url.isFile() : !url.isWeb(); };
+    std::int64_t dropped = 0;
+    std::erase_if(context.windows, [&](ContextWindow& window) {
+        const auto count = static_cast<std::int64_t>(std::erase_if(window.urls, refused));
+        dropped += count;
+        return count > 0 && window.urls.empty();
+    });
+    return dropped;
+}
+
+bool isTaken(std::string_view name, std::span<const Workspace> library) {
+    return std::ranges::any_of(
+        library, [&](const Workspace& workspace) { return text::equalIgnoringCase(workspace.name, name); });
+}
+
+}  // namespace
+
+std::int64_t cleanContext(WorkspaceSnapshot& snapshot) {
+    std::int64_t dropped = 0;
+    for (ApplicationSnapshot& application : snapshot.applications) {
+        if (!application.context) continue;
+        const std::int64_t count = cleanContext(*application.context);
+        if (count > 0 && application.context->windows.empty()) application.context.reset();
+        dropped += count;
+    }
+    return dropped;
+}
+
+std::string uniqueName(std::string_view base, std::span<const Workspace> library) {
+    std::string name(base);
+    for (std::int64_t counter = 2; isTaken(name, library); ++counter) {
+        name = std::string(base) + " " + std::to_string(counter);
+    }
+    return name;
+}
+
+Result<ImportedWorkspace> ImportedWorkspace::read(std::string_view bytes, std::span<const Workspace> library,
+                                                  Instant now) {
+    auto decoded = WorkspaceCoding::decode(bytes);
+    if (!decoded) return std::unexpected(std::move(decoded.error()));
+    const std::int64_t dropped = cleanContext(decoded->snapshot);
+    return ImportedWorkspace{decoded->importedCopy(uniqueName(decoded->name, library), now), dropped};
+}
+
+}  // namespace quillo

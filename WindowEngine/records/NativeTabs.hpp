@@ -1,0 +1,25 @@
+// Some applications show native tabs to accessibility as separate windows that lie exactly on top of each
+// other. Folding makes one saved window of such a stack, with the tabs listed in it. Pure.
+#pragma once
+#include <set>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "WindowEngine/records/Workspace.hpp"
+
+namespace quillo::NativeTabs {
+
+/// Identifiers of the applications whose windows are folded.
+const std::set<std::string, std::less<>>& applications();
+
+/// The first window of a stack keeps its place, index, geometry and state; its `tabs` lists itself first.
+/// Folding again changes nothing. Linear in the number of windows.
+std::vector<WindowSnapshot> collapse(std::vector<WindowSnapshot> windows, std::string_view bundleIdentifier);
+ApplicationSnapshot collapse(ApplicationSnapshot application);
+
+/// Documents of all tabs, in the order of windows and tabs; may repeat.
+std::vector<Url> documents(std::span<const WindowSnapshot> windows);
+
+}  // namespace quillo::NativeTabs

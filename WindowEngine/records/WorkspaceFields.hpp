@@ -1,0 +1,102 @@
+// Which keys each record has in a document, once for the writer and the reader. A field is optional in the
+// document exactly where the record's member is a std::optional.
+#pragma once
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string_view>
+#include <tuple>
+#include <type_traits>
+
+#include "WindowEngine/records/Workspace.hpp"
+
+namespace quillo::detail {
+
+template <class Record, class Value>
+struct Field {
+    std::string_view key;
+    Value Record::* member;
+};
+
+/// Specialised per record below, fields in ascending order of their keys.
+template <class Record>
+inline constexpr auto fieldsOf = nullptr;
+
+template <>
+inline constexpr auto fieldsOf<Workspace> = std::tuple{Field{"cleanSlate", &Workspace::cleanSlate},
+                                                       Field{"color", &Workspace::color},
+                                                       Field{"createdAt", &Workspace::createdAt},
+                                                       Field{"icon", &Workspace::icon},
+                                                       Field{"id", &Workspace::id},
+                                                       Field{"lastRestoredAt", &Workspace::lastRestoredAt},
+                                                       Field{"name", &Workspace::name},
+                                                       Field{"schemaVersion", &Workspace::schemaVersion},
+                                                       Field{"snapshot", &Workspace::snapshot},
+                                                       Field{"updatedAt", &Workspace::updatedAt}};
+
+template <>
+inline constexpr auto fieldsOf<WorkspaceSnapshot> = std::tuple{
+    Field{"applications", &WorkspaceSnapshot::applications},
+    Field{"capturedAt", &WorkspaceSnapshot::capturedAt}, Field{"desktops", &WorkspaceSnapshot::desktops},
+    Field{"displays", &WorkspaceSnapshot::displays}, Field{"notes", &WorkspaceSnapshot::notes}};
+
+template <>
+inline constexpr auto fieldsOf<DisplaySnapshot> =
+    std::tuple{Field{"frame", &DisplaySnapshot::frame}, Field{"id", &DisplaySnapshot::id},
+               Field{"isPrimary", &DisplaySnapshot::isPrimary}, Field{"scale", &DisplaySnapshot::scale},
+               Field{"visibleFrame", &DisplaySnapshot::visibleFrame}};
+
+template <>
+inline constexpr auto fieldsOf<DesktopSnapshot> =
+    std::tuple{Field{"displayID", &DesktopSnapshot::displayID}, Field{"index", &DesktopSnapshot::index},
+               Field{"uuid", &DesktopSnapshot::uuid}};
+
+template <>
+inline constexpr auto fieldsOf<ApplicationSnapshot> =
+    std::tuple{Field{"applicationURL", &ApplicationSnapshot::applicationURL},
+               Field{"bundleIdentifier", &ApplicationSnapshot::bundleIdentifier},
+               Field{"context", &ApplicationSnapshot::context}, Field{"name", &ApplicationSnapshot::name},
+               Field{"windows", &ApplicationSnapshot::windows}};
+
+template <>
+inline constexpr auto fieldsOf<WindowSnapshot> =
+    std::tuple{Field{"desktop", &WindowSnapshot::desktop},
+               Field{"displayID", &WindowSnapshot::displayID},
+               Field{"documentURL", &WindowSnapshot::documentURL},
+               Field{"frame", &WindowSnapshot::frame},
+               Field{"fullscreenConfirmed", &WindowSnapshot::fullscreenConfirmed},
+               Field{"index", &WindowSnapshot::index},
+               Field{"isFullscreen", &WindowSnapshot::isFullscreen},
+               Field{"isMinimized", &WindowSnapshot::isMinimized},
+               Field{"normalizedFrame", &WindowSnapshot::normalizedFrame},
+               Field{"subrole", &WindowSnapshot::subrole},
+               Field{"tabs", &WindowSnapshot::tabs},
+               Field{"title", &WindowSnapshot::title}};
+
+template <>
+inline constexpr auto fieldsOf<TabSnapshot> =
+    std::tuple{Field{"documentURL", &TabSnapshot::documentURL}, Field{"title", &TabSnapshot::title}};
+
+template <>
+inline constexpr auto fieldsOf<AppContext> =
+    std::tuple{Field{"adapter", &AppContext::adapter}, Field{"windows", &AppContext::windows}};
+
+template <>
+inline constexpr auto fieldsOf<ContextWindow> = std::tuple{
+    Field{"sourceWindowID", &ContextWindow::sourceWindowID},
+    Field{"sourceWindowIndex", &ContextWindow::sourceWindowIndex}, Field{"urls", &ContextWindow::urls}};
+
+template <class T>
+concept Record = !std::is_same_v<decltype(fieldsOf<T>), const std::nullptr_t>;
+
+template <Record R>
+inline constexpr auto keysOf = std::apply(
+    [](const auto&... field) { return std::array<std::string_view, sizeof...(field)>{field.key...}; },
+    fieldsOf<R>);
+
+template <class T>
+inline constexpr bool isOptional = false;
+template <class T>
+inline constexpr bool isOptional<std::optional<T>> = true;
+
+}  // namespace quillo::detail

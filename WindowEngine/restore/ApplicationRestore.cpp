@@ -1,0 +1,22 @@
+#include "WindowEngine/restore/ApplicationRestore.hpp"
+
+#include "WindowEngine/integrations/SafariPrivacy.hpp"
+
+namespace quillo::Restore {
+
+std::vector<LiveWindow> liveWindows(DesktopAccess& desktop, const ApplicationSnapshot& application,
+                                    bool recoverHidden) {
+    const auto running = desktop.platform.applications.running(application.bundleIdentifier);
+    if (!running) return {};
+    auto windows = Accessibility::windows(desktop, running->pid, recoverHidden);
+    SafariPrivacy::removeUnverified(desktop, application.bundleIdentifier, running->pid, windows);
+    return windows;
+}
+
+std::vector<LiveWindowInfo> infosOf(const std::vector<LiveWindow>& windows) {
+    std::vector<LiveWindowInfo> infos;
+    for (const LiveWindow& window : windows) infos.push_back(window.info);
+    return infos;
+}
+
+}  // namespace quillo::Restore

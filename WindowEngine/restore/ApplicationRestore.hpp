@@ -1,0 +1,37 @@
+// What a restore run shares with the steps that bring back one of its applications. Internal to Restore.
+#pragma once
+#include <chrono>
+#include <vector>
+
+#include "WindowEngine/restore/ItemSink.hpp"
+#include "WindowEngine/restore/SavedDocuments.hpp"
+#include "WindowEngine/restore/WindowPresence.hpp"
+
+namespace quillo::Restore {
+
+inline Duration toDuration(double seconds) {
+    return std::chrono::duration_cast<Duration>(std::chrono::duration<double>(seconds));
+}
+
+/// One application of a run. The references outlive every task of it.
+struct ApplicationRestore {
+    DesktopAccess& desktop;
+    const ApplicationSnapshot& application;
+    const Options& options;
+    const ItemSink& sink;
+    WindowPresence& presence;
+    TimePoint deadline;                    // its launch timeout, counted from its start
+    bool launched = false;                 // by this run
+    std::vector<SavedDocument> sent = {};  // documents that travelled with the launch
+
+    TimePoint now() const { return desktop.platform.executor.now(); }
+    void add(RestoreReport::Status status) const { sink.add(application, std::move(status)); }
+};
+
+/// The windows of the application as a restore may see them: of Safari's only those verified as normal
+/// browsing; a private window is neither moved nor reported.
+std::vector<LiveWindow> liveWindows(DesktopAccess& desktop, const ApplicationSnapshot& application,
+                                    bool recoverHidden);
+std::vector<LiveWindowInfo> infosOf(const std::vector<LiveWindow>& windows);
+
+}  // namespace quillo::Restore

@@ -1,0 +1,28 @@
+// Folders and tabs of an application, through its integration.
+#pragma once
+#include <set>
+#include <string>
+
+#include "WindowEngine/integrations/Adapters.hpp"
+#include "WindowEngine/restore/ApplicationRestore.hpp"
+
+namespace quillo::Restore {
+
+/// The integration that brings this application's context back; null when there is no context, and when its
+/// integration is unknown, not for this application, switched off or without a script interpreter.
+const ContextAdapter* contextAdapter(const Platform& platform, const ApplicationSnapshot& application,
+                                     const std::set<std::string>& enabledAdapters);
+
+/// The note about a context that is not brought back: it names the integration.
+std::string unavailableIntegration(const AppContext& context);
+
+/// Whether a running application that has no window is to be asked for one: something was saved that neither
+/// a document nor an integration will bring a window for.
+bool needsWindow(const Platform& platform, const ApplicationSnapshot& application,
+                 const std::set<std::string>& enabledAdapters);
+
+/// Opens what is not open yet and reports it. An application that was launched has up to 5 s to bring its own
+/// windows back first: what those show is not opened again.
+Task<void> restoreContext(const ApplicationRestore& restore);
+
+}  // namespace quillo::Restore

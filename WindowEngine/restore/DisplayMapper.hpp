@@ -1,0 +1,28 @@
+// Which current display stands for a saved one, and where on it a saved window goes. Pure.
+#pragma once
+#include <optional>
+#include <span>
+#include <string>
+
+#include "WindowEngine/records/Workspace.hpp"
+
+namespace quillo::DisplayMapper {
+
+struct Placement {
+    Rect frame;             // global points
+    bool adjusted = false;  // display re-mapped, resized or missing, or the frame had to be pulled inside
+
+    bool operator==(const Placement&) const = default;
+};
+
+using DisplayList = std::span<const DisplaySnapshot>;
+
+std::optional<Placement> place(const WindowSnapshot& window, DisplayList saved, DisplayList current);
+/// Null only when `current` is empty. Pointers are into `current`.
+const DisplaySnapshot* targetDisplay(const std::optional<std::string>& id, DisplayList saved,
+                                     DisplayList current);
+const DisplaySnapshot* bestTopologyMatch(const DisplaySnapshot& display, DisplayList saved,
+                                         DisplayList current);
+Rect clamp(const Rect& rect, const Rect& bounds);
+
+}  // namespace quillo::DisplayMapper

@@ -1,0 +1,117 @@
+#include "WindowEngine/restore/DocumentRestore.hpp"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+#include "WindowEngine/restore/ContextRestore.hpp"
+
+namespace quillo::Restore {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr Duration windowPatience = 5s;
+constexpr Duration windowInterval = 150ms;
+
+/// A document's item carries its window's title, but does not stand for the window, which has one of its own.
+void addAbout(const ApplicationRestore& restore, const SavedDocument& document,
+              RestoreReport::Status status) {
+    restore.sink.add({.app = restore.application.name,
+                      .bundleIdentifier = restore.application.bundleIdentifier,
+                      .title = document.title,
+                      .status = std::move(status)});
+}
+
+void addRefused(const ApplicationRestore& restore, const SavedDocument& document) {
+    addAbout(restore, document, RestoreReport::failed{"document could not be opened: " + document.refusal});
+}
+
+bool namesDocuments(std::span<const LiveWindowInfo> live) {
+    return std::ranges::any_of(live,
+                               [](const LiveWindowInfo& window) { return window.documentURL.has_value(); });
+}
+
+/// Whatever interrupts it, `accepted` has those that the application took.
+Task<void> openEach(const ApplicationRestore& restore, std::vector<SavedDocument> documents,
+                    std::vector<SavedDocument>& accepted) {
+    for (SavedDocument& document : documents) {
+        const auto opened = co_await restore.desktop.platform.applications.open(
+            restore.application.bundleIdentifier, {document.target.value_or(document.url)});
+        if (opened) {
+            accepted.push_back(std::move(document));
+        } else {
+            addAbout(restore, document, RestoreReport::failed{"document could not be opened"});
+        }
+    }
+}
+
+/// What may be handed to the application for a saved address.
+Result<Url> targetOf(Applications& applications, std::string_view identifier, const Url& saved,
+                     bool followsLinks) {
+    auto target = applications.openable(identifier, saved);
+    if (target && !followsLinks && target->filePath() != saved.standardized().filePath())
+        return fail(ErrorKind::refused, "a link leads to it");
+    return target;
+}
+
+}  // namespace
+
+DocumentPlan planDocuments(const Platform& platform, const ApplicationSnapshot& application,
+                           const Options& options, std::span<const LiveWindowInfo> live) {
+    std::set<std::string> elsewhere;
+    if (contextAdapter(platform, application, options.enabledAdapters))
+        elsewhere = SavedDocuments::locations(*application.context);
+    DocumentPlan plan;
+    for (SavedDocument& document :
+         SavedDocuments::missing(SavedDocuments::of(application, elsewhere), live)) {
+        auto target =
+            targetOf(platform.applications, application.bundleIdentifier, document.url, options.followsLinks);
+        if (target) {
+            document.target = *std::move(target);
+        } else {
+            document.refusal = std::move(target.error().text);
+        }
+        (document.target ? plan.open : plan.refused).push_back(std::move(document));
+    }
+    return plan;
+}
+
+void reportRefused(const ApplicationRestore& restore, const DocumentPlan& plan) {
+    for (const SavedDocument& document : plan.refused) addRefused(restore, document);
+}
+
+Task<void> openDocuments(const ApplicationRestore& restore, std::vector<SavedDocument> documents) {
+    if (documents.empty()) co_return;
+    const std::size_t windowsBefore = liveWindows(restore.desktop, restore.application, false).size();
+    std::vector<SavedDocument> accepted;
+    std::exception_ptr interruption;
+    try {
+        co_await openEach(restore, std::move(documents), accepted);
+    } catch (...) {
+        interruption = std::current_exception();
+    }
+    if (!accepted.empty()) restore.add(RestoreReport::opened{static_cast<std::int64_t>(accepted.size())});
+    if (interruption) std::rethrow_exception(interruption);
+    if (accepted.empty()) co_return;
+    co_await awaitDocuments(restore, std::move(accepted), windowsBefore);
+}
+
+Task<void> awaitDocuments(const ApplicationRestore& restore, std::vector<SavedDocument> documents,
+                          std::size_t windowsBefore) {
+    const std::size_t wanted = windowsBefore + documents.size();
+    const TimePoint deadline = std::min(restore.deadline, restore.now() + windowPatience);
+    for (;;) {
+        // The last look goes to other desktops too, where an application may have brought its window back.
+        const bool last = restore.now() >= deadline;
+        const auto live = infosOf(liveWindows(restore.desktop, restore.application, last));
+        documents = SavedDocuments::missing(std::move(documents), live);
+        if (documents.empty() || (!namesDocuments(live) && live.size() >= wanted)) co_return;
+        if (last) break;
+        co_await sleepFor(windowInterval);
+    }
+    for (const SavedDocument& document : documents)
+        addAbout(restore, document, RestoreReport::failed{"document did not appear before timeout"});
+}
+
+}  // namespace quillo::Restore

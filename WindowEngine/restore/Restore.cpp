@@ -1,0 +1,212 @@
+#include "WindowEngine/restore/Restore.hpp"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+#include <vector>
+
+#include "WindowEngine/desktop/Displays.hpp"
+#include "WindowEngine/desktop/Log.hpp"
+#include "WindowEngine/restore/CleanSlate.hpp"
+#include "WindowEngine/restore/ContextRestore.hpp"
+#include "WindowEngine/restore/DesktopCreation.hpp"
+#include "WindowEngine/restore/DocumentRestore.hpp"
+#include "WindowEngine/restore/RestoreScope.hpp"
+#include "WindowEngine/restore/WindowPlacement.hpp"
+#include "WindowEngine/restore/WindowPresence.hpp"
+
+namespace quillo::Restore {
+namespace {
+
+/// What all tasks of one run share; it outlives them, since the run joins them before it ends.
+struct Run {
+    DesktopAccess& desktop;
+    Workspace& workspace;
+    const Options& options;
+    const ItemSink& sink;
+    TimePoint started;
+    WindowPresence presence{desktop};
+    std::vector<DisplaySnapshot> displays{};
+    DesktopPreparation desktops{};
+
+    TimePoint now() const { return desktop.platform.executor.now(); }
+    double secondsSinceStart() const { return std::chrono::duration<double>(now() - started).count(); }
+};
+
+/// The saved location decides only among installed applications of that identifier; a workspace file may come
+/// from somebody else.
+std::optional<Url> locationOf(Applications& applications, const ApplicationSnapshot& application) {
+    if (application.applicationURL &&
+        applications.identifierAt(*application.applicationURL) == application.bundleIdentifier)
+        return application.applicationURL;
+    return applications.location(application.bundleIdentifier);
+}
+
+DocumentPlan documentsOf(const ApplicationRestore& restore, std::span<const LiveWindowInfo> live) {
+    return planDocuments(restore.desktop.platform, restore.application, restore.options, live);
+}
+
+/// False when there is no application to go on with.
+Task<bool> launch(ApplicationRestore& restore) {
+    Applications& applications = restore.desktop.platform.applications;
+    const std::optional<Url> location = locationOf(applications, restore.application);
+    if (!location) {
+        restore.add(RestoreReport::skipped{"not installed"});
+        co_return false;
+    }
+    DocumentPlan documents;
+    if (applications.documentsTravelWithLaunch()) documents = documentsOf(restore, {});
+    std::vector<Url> urls;
+    for (const SavedDocument& document : documents.open)
+        urls.push_back(document.target.value_or(document.url));
+    const auto launched = co_await applications.launch(*location, std::move(urls));
+    if (!launched) {
+        restore.add(RestoreReport::failed{"couldn't launch: " + launched.error().text});
+        co_return false;
+    }
+    restore.launched = true;
+    restore.add(RestoreReport::launched{});
+    reportRefused(restore, documents);
+    restore.sent = std::move(documents.open);
+    co_return true;
+}
+
+/// Also of one that hangs: the window server knows its windows.
+bool hasWindows(DesktopAccess& desktop, const RunningApplication& application) {
+    return !Accessibility::windows(desktop, application.pid, false).empty() ||
+           !Accessibility::hiddenWindows(desktop, application.pid, {}).empty();
+}
+
+Task<void> requestWindow(const ApplicationRestore& restore) {
+    const std::string& identifier = restore.application.bundleIdentifier;
+    Log::requestedWindow(restore.desktop.platform.log, identifier);
+    const auto requested = co_await restore.desktop.platform.applications.requestWindow(identifier);
+    if (!requested) restore.add(RestoreReport::failed{"couldn't reopen a window: " + requested.error().text});
+}
+
+/// Launches the application or takes the running one; false when there is none to go on with.
+Task<bool> start(ApplicationRestore& restore) {
+    const auto running = restore.desktop.platform.applications.running(restore.application.bundleIdentifier);
+    if (!running) co_return co_await launch(restore);
+    if (needsWindow(restore.desktop.platform, restore.application, restore.options.enabledAdapters) &&
+        !hasWindows(restore.desktop, *running))
+        co_await requestWindow(restore);
+    co_return true;
+}
+
+/// Documents that the launch took along.
+Task<void> awaitSent(const ApplicationRestore& restore) {
+    if (restore.sent.empty()) co_return;
+    restore.add(RestoreReport::opened{static_cast<std::int64_t>(restore.sent.size())});
+    co_await awaitDocuments(restore, restore.sent, 0);
+}
+
+Task<void> reopenDocuments(const ApplicationRestore& restore) {
+    if (restore.launched && restore.desktop.platform.applications.documentsTravelWithLaunch()) {
+        co_await awaitSent(restore);
+        co_return;
+    }
+    // Looking on other desktops is dear.
+    if (SavedDocuments::of(restore.application, {}).empty()) co_return;
+    DocumentPlan documents =
+        documentsOf(restore, infosOf(liveWindows(restore.desktop, restore.application, true)));
+    reportRefused(restore, documents);
+    co_await openDocuments(restore, std::move(documents.open));
+}
+
+Task<void> restoreApplication(Run& run, const ApplicationSnapshot& application) {
+    ApplicationRestore restore{.desktop = run.desktop,
+                               .application = application,
+                               .options = run.options,
+                               .sink = run.sink,
+                               .presence = run.presence,
+                               .deadline = run.now() + toDuration(run.options.launchTimeout)};
+    if (!co_await start(restore)) co_return;
+    Log::ready(run.desktop.platform.log, application.bundleIdentifier, run.secondsSinceStart());
+    co_await restoreContext(restore);
+    co_await reopenDocuments(restore);
+    if (application.windows.empty()) co_return;  // nothing to wait for
+    co_await run.presence.wait(application.bundleIdentifier,
+                               {toDuration(run.options.launchTimeout), toDuration(run.options.settleDelay)});
+    co_await placeWindows(run.desktop, application, liveWindows(run.desktop, application, true),
+                          {run.workspace.snapshot.displays, run.displays, run.desktops.targets}, run.sink);
+}
+
+std::string description(const std::exception_ptr& exception) {
+    try {
+        std::rethrow_exception(exception);
+    } catch (const std::exception& known) {
+        return known.what();
+    } catch (...) {
+        return "unknown error";
+    }
+}
+
+void stoppedUnexpectedly(const Run& run, const std::exception_ptr& exception) {
+    run.sink.add(RestoreReport::failed{"Restore stopped unexpectedly: " + description(exception)});
+}
+
+Task<void> restoreApplications(Run& run) {
+    const Context context = co_await quillo::context();
+    std::vector<Job<void>> jobs;
+    for (const ApplicationSnapshot& application : run.workspace.snapshot.applications)
+        jobs.push_back(spawn(context, restoreApplication(run, application)));
+    for (const auto& outcome : co_await joinAll(jobs)) {
+        if (const auto exception = outcome.exception()) stoppedUnexpectedly(run, exception);
+    }
+    co_await checkpoint();
+}
+
+Task<void> prepareDesktops(Run& run) {
+    const WorkspaceSnapshot& saved = run.workspace.snapshot;
+    if (!saved.desktops) co_return;
+    run.desktops =
+        co_await DesktopSpaces::prepare(run.desktop, *saved.desktops, saved.displays, run.displays);
+    if (run.desktops.created > 0) run.sink.add(RestoreReport::createdDesktops{run.desktops.created});
+    for (const std::string& failure : run.desktops.failures) run.sink.add(RestoreReport::failed{failure});
+    co_await checkpoint();
+    // Creating them took seconds.
+    run.displays = Displays::current(run.desktop.platform.screens);
+}
+
+/// Each application once, under its own name, within the limits.
+void narrow(Run& run) {
+    giveShownNames(run.desktop.platform.applications, run.workspace.snapshot);
+    RestoreScope scope = scopeOf(std::move(run.workspace.snapshot), run.options.limited);
+    run.workspace.snapshot = std::move(scope.snapshot);
+    for (RestoreReport::Item& item : scope.leftOut) run.sink.add(std::move(item));
+}
+
+Task<void> restoreWorkspace(Run& run) {
+    if (!run.desktop.platform.accessibility.trusted()) {
+        run.sink.add(RestoreReport::failed{"Accessibility permission not granted"});
+        co_return;
+    }
+    run.displays = Displays::current(run.desktop.platform.screens);
+    co_await prepareDesktops(run);
+    co_await cleanSlate(run.desktop, run.workspace, run.options.cleanSlate.value_or(CleanSlateMode::keep),
+                        run.sink);
+    narrow(run);  // not before: what the limits leave out is still no other application, to be hidden or quit
+    co_await restoreApplications(run);
+}
+
+}  // namespace
+
+Task<RestoreReport> run(DesktopAccess& desktop, Workspace workspace, Options options, OnItem onItem) {
+    desktop.handles.unresponsive.clear();
+    RestoreReport report;
+    const ItemSink sink(report, std::move(onItem));
+    Run run{desktop, workspace, options, sink, desktop.platform.executor.now()};
+    try {
+        co_await restoreWorkspace(run);
+    } catch (const Cancelled&) {
+        report.cancelled = true;
+    } catch (...) {
+        stoppedUnexpectedly(run, std::current_exception());
+    }
+    report.duration = run.secondsSinceStart();
+    Log::restoreFinished(desktop.platform.log, report.items.size(), report.duration);
+    co_return report;
+}
+
+}  // namespace quillo::Restore

@@ -1,0 +1,29 @@
+// Brings a saved workspace back onto the screen.
+#pragma once
+#include <functional>
+#include <optional>
+#include <set>
+#include <string>
+
+#include "WindowEngine/desktop/Accessibility.hpp"
+#include "WindowEngine/restore/RestoreReport.hpp"
+
+namespace quillo::Restore {
+
+struct Options {
+    double launchTimeout = 15.0;                              // seconds to wait for an application's windows
+    std::optional<CleanSlateMode> cleanSlate = std::nullopt;  // absent: other applications are kept
+    double settleDelay = 1.0;  // seconds without a new window after which an application is complete
+    std::set<std::string> enabledAdapters = {};  // integrations whose context is restored
+    bool limited = true;  // RestoreScope's limits hold; a person may lift them for what they saved themself
+    bool followsLinks = true;  // a document that a symbolic link leads to is opened; not of a stranger's file
+};
+
+/// Called on the executor's thread for each item as it is made, in report order.
+using OnItem = std::function<void(const RestoreReport::Item&)>;
+
+/// Never throws: trouble is items; cancelled, the report is marked so and keeps the items made until then.
+/// (Being cancelled, it still returns its report: whoever awaits the Job gets it.)
+Task<RestoreReport> run(DesktopAccess& desktop, Workspace workspace, Options options, OnItem onItem);
+
+}  // namespace quillo::Restore

@@ -1,0 +1,90 @@
+#include "WindowEngine/restore/RestorePlan.hpp"
+
+#include "WindowEngine/desktop/Displays.hpp"
+
+namespace quillo {
+namespace {
+
+constexpr std::string_view noMatch = "no matching accessible window";
+constexpr std::string_view noWindows =
+    "no accessible windows appeared; windows in other Spaces may be unavailable";
+
+using DisplayMapper::DisplayList;
+
+void planFullscreen(WindowPlan& plan, const LiveWindowInfo& live, const DisplaySnapshot& target,
+                    DisplayList current) {
+    const DisplaySnapshot* display = Displays::display(live.frame, current);
+    plan.enterFullscreen = true;
+    // In place already (or nobody can tell where): full screen is only confirmed.
+    if (live.isFullscreen && (!display || display->id == target.id)) return;
+    plan.leaveFullscreen = live.isFullscreen;
+    plan.unminimize = live.isMinimized;
+    plan.write = true;
+}
+
+void planPlain(WindowPlan& plan, const WindowSnapshot& saved, const LiveWindowInfo& live) {
+    plan.leaveFullscreen = live.isFullscreen;
+    plan.unminimize = live.isMinimized && !saved.isMinimized;
+    plan.write = true;
+    plan.minimized = saved.isMinimized;
+}
+
+WindowPlan unmatched(std::int64_t savedIndex, bool anyLive) {
+    WindowPlan plan;
+    plan.savedIndex = savedIndex;
+    plan.skipReason = anyLive ? noMatch : noWindows;
+    return plan;
+}
+
+}  // namespace
+
+std::optional<SpaceID> targetDesktop(const WindowSnapshot& saved, const DesktopTargets& desktops) {
+    if (saved.isFullscreen || !saved.desktop) return std::nullopt;
+    const auto target = desktops.find(saved.desktop->id());
+    return target == desktops.end() ? std::nullopt : std::optional(target->second);
+}
+
+WindowPlan planPair(const WindowSnapshot& saved, const LiveWindowInfo& live, DisplayList savedDisplays,
+                    DisplayList currentDisplays, const DesktopTargets& desktops,
+                    std::span<const SpaceID> liveSpaces) {
+    WindowPlan plan;
+    plan.liveIndex = 0;
+    plan.evidence = WindowMatcher::evidence(saved, live);
+    plan.score = plan.evidence.score;
+    plan.placement = DisplayMapper::place(saved, savedDisplays, currentDisplays);
+    const DisplaySnapshot* target =
+        DisplayMapper::targetDisplay(saved.displayID, savedDisplays, currentDisplays);
+    if (target) plan.displayID = target->id;
+    plan.desktop = targetDesktop(saved, desktops);
+    plan.moveToDesktop = plan.desktop && !(liveSpaces.size() == 1 && liveSpaces.front() == *plan.desktop);
+    if (!saved.isFullscreen) {
+        planPlain(plan, saved, live);
+    } else if (target) {
+        planFullscreen(plan, live, *target, currentDisplays);
+    }
+    return plan;
+}
+
+std::vector<WindowPlan> planWindows(std::span<const WindowSnapshot> saved,
+                                    std::span<const LiveWindowInfo> live, DisplayList savedDisplays,
+                                    DisplayList currentDisplays, const DesktopTargets& desktops,
+                                    std::span<const std::vector<SpaceID>> liveSpaces) {
+    std::vector<WindowPlan> plans;
+    for (std::size_t i = 0; i < saved.size(); ++i)
+        plans.push_back(unmatched(static_cast<std::int64_t>(i), !live.empty()));
+    for (const WindowMatcher::Match& match : WindowMatcher::match(saved, live)) {
+        const auto savedIndex = static_cast<std::size_t>(match.savedIndex);
+        const auto liveIndex = static_cast<std::size_t>(match.liveIndex);
+        const auto spaces =
+            liveSpaces.empty() ? std::span<const SpaceID>{} : std::span(liveSpaces[liveIndex]);
+        WindowPlan plan =
+            planPair(saved[savedIndex], live[liveIndex], savedDisplays, currentDisplays, desktops, spaces);
+        plan.savedIndex = match.savedIndex;
+        plan.liveIndex = match.liveIndex;
+        plan.score = match.score;
+        plans[savedIndex] = std::move(plan);
+    }
+    return plans;
+}
+
+}  // namespace quillo

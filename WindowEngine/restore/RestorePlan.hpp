@@ -1,0 +1,57 @@
+// What a restore would do with each saved window, as a value: the one decision that the plan command prints
+// and that placement carries out. Pure.
+#pragma once
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "WindowEngine/restore/DisplayMapper.hpp"
+#include "WindowEngine/restore/WindowMatcher.hpp"
+#include "WindowEngine/services/WindowServer.hpp"
+
+namespace quillo {
+
+struct WindowPlan {
+    std::int64_t savedIndex = 0;            // position in the application's saved windows
+    std::optional<std::int64_t> liveIndex;  // position in the live list; absent: no window was found
+    WindowMatcher::Evidence evidence;       // why this pair
+    double score = 0;
+    std::optional<std::string> displayID;               // target display
+    std::optional<DisplayMapper::Placement> placement;  // absent when no display is attached
+    std::optional<SpaceID> desktop;  // target desktop; absent: it stays on the one where it is by then
+
+    // Steps that the live window's state calls for, in this order.
+    bool leaveFullscreen = false;  // before it can be moved, or to change display
+    bool unminimize = false;
+    bool write = false;          // frame and minimized state; false for a window already full screen in place
+    bool moveToDesktop = false;  // to `desktop`; false where it is known to stand there, and there alone
+    bool enterFullscreen = false;  // enter, or confirm where it is so already
+    bool minimized = false;        // state the write asks for
+    std::string skipReason;        // why nothing is done, when liveIndex is absent
+};
+
+/// Space by DesktopSnapshot::id(): DesktopPreparation::targets, or DesktopPlan::targets beforehand.
+using DesktopTargets = std::map<std::string, SpaceID>;
+
+/// Where a saved window is to stand; absent for one that was saved on no desktop, or on one that nothing
+/// stands for. A full-screen window has a desktop of its own.
+std::optional<SpaceID> targetDesktop(const WindowSnapshot& saved, const DesktopTargets& desktops);
+
+/// The plan of one pair (liveIndex 0): what the live window's present state still calls for. Placement asks
+/// again after each effect. `liveSpaces`: those that hold the live window, empty where that was not asked.
+WindowPlan planPair(const WindowSnapshot& saved, const LiveWindowInfo& live,
+                    DisplayMapper::DisplayList savedDisplays, DisplayMapper::DisplayList currentDisplays,
+                    const DesktopTargets& desktops = {}, std::span<const SpaceID> liveSpaces = {});
+
+/// One plan per saved window, by savedIndex: matched ones in full, the others with the reason. `liveSpaces`
+/// is empty or has one answer for each live window.
+std::vector<WindowPlan> planWindows(std::span<const WindowSnapshot> saved,
+                                    std::span<const LiveWindowInfo> live,
+                                    DisplayMapper::DisplayList savedDisplays,
+                                    DisplayMapper::DisplayList currentDisplays,
+                                    const DesktopTargets& desktops = {},
+                                    std::span<const std::vector<SpaceID>> liveSpaces = {});
+
+}  // namespace quillo

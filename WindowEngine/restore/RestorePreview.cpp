@@ -1,0 +1,160 @@
+#include "WindowEngine/restore/RestorePreview.hpp"
+
+#include "WindowEngine/desktop/Displays.hpp"
+#include "WindowEngine/integrations/SafariPrivacy.hpp"
+#include "WindowEngine/records/NativeTabs.hpp"
+#include "WindowEngine/restore/CleanSlate.hpp"
+#include "WindowEngine/restore/ContextRestore.hpp"
+#include "WindowEngine/restore/DesktopCreation.hpp"
+
+namespace quillo {
+namespace {
+
+PlannedApplication presenceOf(Applications& applications, const ApplicationSnapshot& saved) {
+    PlannedApplication planned{.saved = &saved};
+    if (const auto running = applications.running(saved.bundleIdentifier)) {
+        planned.presence = Presence::running;
+        planned.pid = running->pid;
+    } else if ((saved.applicationURL &&
+                applications.identifierAt(*saved.applicationURL) == saved.bundleIdentifier) ||
+               applications.location(saved.bundleIdentifier)) {
+        planned.presence = Presence::installed;
+    }
+    return planned;
+}
+
+/// The live windows of all running applications, in one batch.
+void readLive(DesktopAccess& desktop, std::vector<PlannedApplication>& planned) {
+    std::vector<ProcessID> pids;
+    for (const PlannedApplication& application : planned) {
+        if (application.presence == Presence::running) pids.push_back(application.pid);
+    }
+    std::vector<Accessibility::Enumeration> lists = Accessibility::enumerate(desktop, pids, true);
+    auto list = lists.begin();
+    for (PlannedApplication& application : planned) {
+        if (application.presence != Presence::running) continue;
+        // As a restore sees them: private windows stand for nothing.
+        SafariPrivacy::removeUnverified(desktop, application.saved->bundleIdentifier, application.pid,
+                                        list->windows);
+        application.live = std::move(list->windows);
+        application.liveSpaces =
+            DesktopSpaces::spacesOf(desktop, application.live,
+                                    NativeTabs::applications().contains(application.saved->bundleIdentifier));
+        application.hangs = list++->timedOut;
+    }
+}
+
+/// Where windows that are yet to open will be put.
+void placeUnopened(PlannedApplication& application, DisplayMapper::DisplayList saved,
+                   DisplayMapper::DisplayList current, const DesktopTargets& desktops) {
+    for (WindowPlan& plan : application.windows) {
+        if (plan.liveIndex) continue;
+        const WindowSnapshot& window = application.saved->windows[static_cast<std::size_t>(plan.savedIndex)];
+        plan.placement = DisplayMapper::place(window, saved, current);
+        if (const auto* display = DisplayMapper::targetDisplay(window.displayID, saved, current)) {
+            plan.displayID = display->id;
+        }
+        plan.desktop = targetDesktop(window, desktops);
+    }
+}
+
+DesktopPlan planDesktops(DesktopAccess& desktop, const WorkspaceSnapshot& snapshot,
+                         DisplayMapper::DisplayList displays) {
+    if (!snapshot.desktops) return {};
+    return DesktopSpaces::plan(*snapshot.desktops, snapshot.displays, displays, DesktopSpaces::read(desktop));
+}
+
+RestorePreview windowsOf(DesktopAccess& desktop, std::shared_ptr<const Restore::RestoreScope> scope) {
+    const WorkspaceSnapshot& snapshot = scope->snapshot;
+    const std::vector<DisplaySnapshot> displays = Displays::current(desktop.platform.screens);
+    RestorePreview plan{std::move(scope), planDesktops(desktop, snapshot, displays), {}};
+    for (const ApplicationSnapshot& saved : snapshot.applications) {
+        plan.applications.push_back(presenceOf(desktop.platform.applications, saved));
+    }
+    readLive(desktop, plan.applications);
+    for (PlannedApplication& application : plan.applications) {
+        application.windows =
+            planWindows(application.saved->windows, Restore::infosOf(application.live), snapshot.displays,
+                        displays, plan.desktops.targets, application.liveSpaces);
+        if (application.live.empty() && application.presence != Presence::missing) {
+            placeUnopened(application, snapshot.displays, displays, plan.desktops.targets);
+        }
+    }
+    return plan;
+}
+
+Task<void> planContext(DesktopAccess& desktop, const ApplicationSnapshot& application, bool isRunning,
+                       const std::set<std::string>& enabledAdapters, ReopeningPlan& plan) {
+    if (!application.context) co_return;
+    const ContextAdapter* adapter = Restore::contextAdapter(desktop.platform, application, enabledAdapters);
+    if (!adapter) {
+        plan.contextTrouble = Restore::unavailableIntegration(*application.context);
+        co_return;
+    }
+    AdapterCaptureResult now;
+    if (isRunning) now = co_await adapter->capture(desktop, application.bundleIdentifier);
+    if (now.failure) {
+        plan.contextTrouble = *now.failure;
+    } else {
+        plan.steps = adapter->plan(*application.context, now.context.value_or(AppContext{}));
+    }
+}
+
+Task<void> planReopening(DesktopAccess& desktop, PlannedApplication& application,
+                         const Restore::Options& options) {
+    const ApplicationSnapshot& saved = *application.saved;
+    const bool isRunning = application.presence == Presence::running;
+    ReopeningPlan& plan = application.reopening;
+    plan.documents =
+        Restore::planDocuments(desktop.platform, saved, options, Restore::infosOf(application.live));
+    plan.askedForWindow = isRunning && Restore::needsWindow(desktop.platform, saved, options.enabledAdapters);
+    co_await planContext(desktop, saved, isRunning, options.enabledAdapters, plan);
+}
+
+/// In one spelling: a path may be written in many ways that hide what it is.
+std::string location(const Url& url) {
+    const Url canonical = url.standardized();
+    return canonical.filePath().value_or(canonical.string());
+}
+
+void addOpened(Consequences& all, const ReopeningPlan& plan, const std::string& application) {
+    for (const AdapterStep& step : plan.steps)
+        for (const Url& url : step.urls) all.opened.push_back({location(url), application});
+    for (const SavedDocument& document : plan.documents.open)
+        all.opened.push_back({location(document.target.value_or(document.url)), application});
+}
+
+}  // namespace
+
+Task<RestorePreview> Restore::preview(DesktopAccess& desktop, WorkspaceSnapshot snapshot, Options options) {
+    giveShownNames(desktop.platform.applications, snapshot);
+    const auto scope = std::make_shared<RestoreScope>(scopeOf(std::move(snapshot), options.limited));
+    RestorePreview preview = windowsOf(desktop, scope);
+    for (PlannedApplication& application : preview.applications) {
+        if (application.presence != Presence::missing) co_await planReopening(desktop, application, options);
+    }
+    co_return preview;
+}
+
+Consequences Restore::consequences(Applications& applications, const RestorePreview& preview,
+                                   const Workspace& workspace, CleanSlateMode mode) {
+    Consequences all;
+    all.others = mode;
+    if (mode != CleanSlateMode::keep) {
+        for (const RunningApplication& target : cleanSlateTargets(applications, workspace)) {
+            auto& names = mode == CleanSlateMode::hide ? all.hidden : all.quit;
+            names.push_back(target.localizedName.value_or(*target.bundleIdentifier));
+        }
+    }
+    for (const PlannedApplication& application : preview.applications) {
+        if (application.presence == Presence::missing) continue;
+        const std::string& name = application.saved->name;
+        if (application.presence == Presence::installed) all.launched.push_back(name);
+        addOpened(all, application.reopening, name);
+    }
+    for (const DesktopPlan::Creation& creation : preview.desktops.creations)
+        all.desktops += creation.wanted - creation.existing;
+    return all;
+}
+
+}  // namespace quillo

@@ -1,0 +1,75 @@
+// What a restore would do, as far as it can be known before: the decision that it would begin with, and what
+// of it a person should hear before a workspace of somebody else is brought back. Nothing here changes the
+// desktop.
+#pragma once
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "WindowEngine/integrations/ContextAdapter.hpp"
+#include "WindowEngine/restore/DesktopTargets.hpp"
+#include "WindowEngine/restore/DocumentRestore.hpp"
+#include "WindowEngine/restore/RestorePlan.hpp"
+#include "WindowEngine/restore/RestoreScope.hpp"
+
+namespace quillo {
+
+enum class Presence { running, installed, missing };
+
+/// Documents, folders and tabs of one application.
+struct ReopeningPlan {
+    Restore::DocumentPlan documents;
+    std::vector<AdapterStep> steps;  // of the integration
+    std::string contextTrouble;      // why an integration would open nothing; may be empty
+    bool askedForWindow = false;     // in case the application has none
+};
+
+struct PlannedApplication {
+    const ApplicationSnapshot* saved = nullptr;
+    Presence presence = Presence::missing;
+    ProcessID pid = 0;
+    bool hangs = false;  // did not answer in time
+    std::vector<LiveWindow> live = {};
+    std::vector<std::vector<SpaceID>> liveSpaces = {};  // of each
+    std::vector<WindowPlan> windows = {};
+    ReopeningPlan reopening = {};
+};
+
+struct RestorePreview {
+    std::shared_ptr<const Restore::RestoreScope> scope;  // what the applications below point into
+    DesktopPlan desktops;
+    std::vector<PlannedApplication> applications;
+};
+
+/// What a restore does to a desktop beside moving windows. Names and locations are as they are written, in
+/// the order in which the restore comes to them.
+struct Consequences {
+    struct Opening {
+        std::string location;     // a file's path, or an address
+        std::string application;  // that is to open it
+
+        bool operator==(const Opening&) const = default;
+    };
+    CleanSlateMode others = CleanSlateMode::keep;  // what becomes of them
+    std::vector<std::string> quit;                 // applications that are asked to
+    std::vector<std::string> hidden;               // applications
+    std::vector<std::string> launched;             // applications
+    std::vector<Opening> opened;                   // documents, folders and pages
+    std::int64_t desktops = 0;                     // made
+
+    bool operator==(const Consequences&) const = default;
+};
+
+namespace Restore {
+
+/// Reads the live windows of the saved applications once, then asks their integrations. Of applications that
+/// do not run yet it is open which window will stand for which, and everything is yet to be opened.
+Task<RestorePreview> preview(DesktopAccess& desktop, WorkspaceSnapshot snapshot, Options options);
+
+/// `preview` is of this workspace; `mode` is what a restore would do to the other applications.
+Consequences consequences(Applications& applications, const RestorePreview& preview,
+                          const Workspace& workspace, CleanSlateMode mode);
+
+}  // namespace Restore
+}  // namespace quillo

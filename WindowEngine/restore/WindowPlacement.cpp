@@ -1,0 +1,188 @@
+#include "WindowEngine/restore/WindowPlacement.hpp"
+
+#include <fmt/format.h>
+
+#include <chrono>
+#include <exception>
+#include <utility>
+
+#include "WindowEngine/desktop/DesktopSpaces.hpp"
+#include "WindowEngine/desktop/Displays.hpp"
+
+namespace quillo::Restore {
+namespace {
+
+using Status = RestoreReport::Status;
+using failed = RestoreReport::failed;
+
+constexpr Duration desktopPatience = std::chrono::seconds(2);  // for a window to arrive there
+
+Status disappeared() {
+    return failed{"window disappeared after leaving full screen"};
+}
+
+/// One saved window and the live one that stands for it.
+struct Pair {
+    DesktopAccess& desktop;
+    const WindowSnapshot& saved;
+    LiveWindow window;
+    PlacementTargets targets;
+
+    WindowPlan plan() const {
+        return planPair(saved, window.info, targets.savedDisplays, targets.currentDisplays, targets.desktops);
+    }
+
+    /// Reads the window again; false when it is gone.
+    bool refresh() {
+        auto now = Accessibility::readWindow(desktop, window.element, window.pid, window.info.index);
+        if (now) window = std::move(*now);
+        return now.has_value();
+    }
+};
+
+/// A failure's status, or nothing when the step went well.
+using Trouble = std::optional<Status>;
+
+Task<Trouble> leaveFullscreen(Pair& pair, std::string_view refusal) {
+    if (!co_await Accessibility::transitionFullscreen(pair.desktop, pair.window, false))
+        co_return failed{std::string(refusal)};
+    if (!pair.refresh()) co_return disappeared();
+    co_return std::nullopt;
+}
+
+/// What a frame write came to.
+struct Written {
+    Trouble trouble;              // of what had to come before
+    WindowMutationResult result;  // nothing set: the window could not be brought to a movable state either
+    DisplayMapper::Placement placement;
+    bool minimized = false;
+
+    bool took() const { return !trouble && result.positionSet && result.minimizedSet; }
+    bool adjusted() const { return placement.adjusted || !result.sizeSet; }
+};
+
+/// The write itself, to a window that was made movable.
+Task<Written> writeMovable(Pair& pair, std::string_view unminimizeRefusal) {
+    if (!co_await pair.desktop.platform.accessibility.makeMovable(pair.window.element)) co_return Written{};
+    if (!pair.refresh()) co_return Written{};
+    const WindowPlan plan = pair.plan();
+    if (!plan.placement) co_return Written{};
+    if (plan.unminimize && !co_await Accessibility::unminimizeAndWait(pair.desktop, pair.window))
+        co_return Written{failed{std::string(unminimizeRefusal)}, {}, {}};
+    const auto result =
+        co_await Accessibility::setAndWait(pair.desktop, pair.window, plan.placement->frame, plan.minimized);
+    co_return Written{std::nullopt, result, *plan.placement, plan.minimized};
+}
+
+/// Whatever becomes of the write, the window goes back to the desktop it came from: a cancelled restore
+/// strands nothing.
+Task<Written> write(Pair& pair, std::string_view unminimizeRefusal) {
+    Written written;
+    std::exception_ptr interruption;
+    try {
+        written = co_await writeMovable(pair, unminimizeRefusal);
+    } catch (...) {
+        interruption = std::current_exception();
+    }
+    co_await shielded(pair.desktop.platform.accessibility.settleInPlace(pair.window.element));
+    if (interruption) std::rethrow_exception(interruption);
+    // What counts is what is there once everything came to rest: a window manager may take a new size a
+    // moment after the position, or think again.
+    if (written.took()) {
+        const bool there = pair.refresh();
+        written.result = Accessibility::compare(there ? std::optional(pair.window) : std::nullopt,
+                                                written.placement.frame, written.minimized);
+    }
+    co_return written;
+}
+
+/// A tab behind another is where the tab in front is.
+WindowNumber movedWindow(const Pair& pair) {
+    return pair.saved.tabs ? DesktopSpaces::frontTab(pair.desktop, *pair.window.windowID)
+                           : *pair.window.windowID;
+}
+
+/// Comes last: a frame write begins and ends on the desktop where the window is. One that stays on no known
+/// desktop of its own, though it should be on one, is not back.
+Task<Trouble> moveToDesktop(Pair& pair) {
+    const std::optional<SpaceID> target = targetDesktop(pair.saved, pair.targets.desktops);
+    if (!target) co_return std::nullopt;
+    if (pair.window.windowID &&
+        co_await DesktopSpaces::move(pair.desktop, movedWindow(pair), *target, desktopPatience))
+        co_return std::nullopt;
+    co_return failed{
+        fmt::format("position restored, but Desktop {} assignment failed", pair.saved.desktop->number())};
+}
+
+Task<Status> restorePlain(Pair& pair) {
+    if (pair.plan().leaveFullscreen) {
+        if (auto trouble = co_await leaveFullscreen(pair, "couldn't leave full screen")) co_return *trouble;
+    }
+    const Written written = co_await write(pair, "couldn't unminimize the window before moving it");
+    if (written.trouble) co_return *written.trouble;
+    if (!written.took()) co_return failed{"window refused position or minimized state"};
+    if (auto trouble = co_await moveToDesktop(pair)) co_return *trouble;
+    if (written.adjusted()) co_return RestoreReport::adjusted{};
+    co_return RestoreReport::restored{};
+}
+
+Task<Trouble> bringToTargetDisplay(Pair& pair) {
+    if (pair.plan().leaveFullscreen) {
+        auto trouble = co_await leaveFullscreen(pair, "couldn't leave full screen to change display");
+        if (trouble) co_return trouble;
+    }
+    const Written written =
+        co_await write(pair, "couldn't unminimize the window before entering full screen");
+    if (!written.trouble && !written.result.positionSet)
+        co_return failed{"couldn't place the window on its target display before entering full screen"};
+    co_return written.trouble;
+}
+
+Status verifiedFullscreen(Pair& pair, const std::string& targetDisplay) {
+    if (!pair.refresh() || !pair.window.info.isFullscreen)
+        return failed{"full-screen state could not be verified"};
+    const DisplaySnapshot* display = Displays::display(pair.window.info.frame, pair.targets.currentDisplays);
+    if (!display || display->id != targetDisplay)
+        return failed{"entered full screen, but the target display could not be verified"};
+    return RestoreReport::restored{};
+}
+
+Task<Status> restoreFullscreen(Pair& pair) {
+    const WindowPlan plan = pair.plan();
+    if (!plan.displayID) co_return failed{"no display"};
+    if (plan.write) {
+        if (auto trouble = co_await bringToTargetDisplay(pair)) co_return *trouble;
+    }
+    if (!co_await Accessibility::transitionFullscreen(pair.desktop, pair.window, true))
+        co_return failed{"full-screen transition did not complete"};
+    co_return verifiedFullscreen(pair, *plan.displayID);
+}
+
+std::vector<LiveWindowInfo> infos(const std::vector<LiveWindow>& windows) {
+    std::vector<LiveWindowInfo> result;
+    for (const LiveWindow& window : windows) result.push_back(window.info);
+    return result;
+}
+
+}  // namespace
+
+Task<void> placeWindows(DesktopAccess& desktop, const ApplicationSnapshot& application,
+                        std::vector<LiveWindow> live, PlacementTargets targets, const ItemSink& sink) {
+    const std::vector<WindowPlan> plans =
+        planWindows(application.windows, infos(live), targets.savedDisplays, targets.currentDisplays);
+    for (const WindowPlan& plan : plans) {
+        if (!plan.liveIndex) continue;
+        co_await checkpoint();
+        const WindowSnapshot& saved = application.windows[static_cast<std::size_t>(plan.savedIndex)];
+        Pair pair{desktop, saved, live[static_cast<std::size_t>(*plan.liveIndex)], targets};
+        // Waiting for the windows before it took time: what it looks like now decides.
+        pair.refresh();
+        Status status = saved.isFullscreen ? co_await restoreFullscreen(pair) : co_await restorePlain(pair);
+        sink.add(application, plan.savedIndex, std::move(status));
+    }
+    for (const WindowPlan& plan : plans) {
+        if (!plan.liveIndex) sink.add(application, plan.savedIndex, RestoreReport::skipped{plan.skipReason});
+    }
+}
+
+}  // namespace quillo::Restore

@@ -1,0 +1,23 @@
+// Carries out the plan for the windows of one application: full screen, minimized state, frame, desktop; each
+// verified by reading again. Every saved window ends in exactly one report item.
+#pragma once
+#include <vector>
+
+#include "WindowEngine/restore/ItemSink.hpp"
+#include "WindowEngine/restore/RestorePlan.hpp"
+
+namespace quillo::Restore {
+
+struct PlacementTargets {
+    const std::vector<DisplaySnapshot>& savedDisplays;
+    const std::vector<DisplaySnapshot>& currentDisplays;
+    const DesktopTargets& desktops;
+};
+
+/// One window after the other, by saved index: the window server handles moves in order, and verification
+/// would otherwise see another window's animation. Cancelled, the items made so far stay. The references
+/// must outlive the task.
+Task<void> placeWindows(DesktopAccess& desktop, const ApplicationSnapshot& application,
+                        std::vector<LiveWindow> live, PlacementTargets targets, const ItemSink& sink);
+
+}  // namespace quillo::Restore

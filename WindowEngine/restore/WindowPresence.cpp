@@ -1,0 +1,96 @@
+#include "WindowEngine/restore/WindowPresence.hpp"
+
+#include <chrono>
+#include <utility>
+
+namespace quillo::Restore {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr Duration presenceInterval = 150ms;
+constexpr Duration settleInterval = 250ms;
+/// Applications that ask within this time of each other share one reading; each alone asks less often.
+constexpr Duration sharing = 100ms;
+
+/// When an application's window count last changed.
+struct WindowSettleState {
+    std::size_t count = 0;
+    TimePoint changedAt;
+};
+
+}  // namespace
+
+/// While it lives, its application is counted whenever one is.
+class WindowPresence::Membership {
+  public:
+    Membership(WindowPresence& presence, const std::string& bundleIdentifier)
+        : waiting_(presence.waiting_), entry_(waiting_.try_emplace(bundleIdentifier).first) {
+        ++entry_->second.tasks;
+    }
+    Membership(const Membership&) = delete;
+    Membership& operator=(const Membership&) = delete;
+    ~Membership() {
+        if (--entry_->second.tasks == 0) waiting_.erase(entry_);
+    }
+
+  private:
+    std::map<std::string, Waiting>& waiting_;
+    std::map<std::string, Waiting>::iterator entry_;
+};
+
+Task<void> WindowPresence::wait(std::string bundleIdentifier, Patience patience) {
+    const Membership membership(*this, bundleIdentifier);
+    const TimePoint deadline = now() + patience.timeout;
+    // A look may cost another application's messaging timeout: not in one turn with what comes before or
+    // after.
+    co_await sleepFor(0s);
+    co_await waitUntilPresent(bundleIdentifier, deadline);
+    if (patience.settle > 0s) co_await waitUntilSettled(bundleIdentifier, deadline, patience.settle);
+    co_await sleepFor(0s);
+}
+
+Task<void> WindowPresence::waitUntilPresent(const std::string& bundleIdentifier, TimePoint deadline) {
+    while (count(bundleIdentifier).value_or(0) == 0 && now() < deadline) co_await sleepFor(presenceInterval);
+}
+
+Task<void> WindowPresence::waitUntilSettled(const std::string& bundleIdentifier, TimePoint deadline,
+                                            Duration settle) {
+    WindowSettleState state{count(bundleIdentifier).value_or(0), now()};
+    while (now() < deadline) {
+        co_await sleepFor(settleInterval);
+        const Count counted = count(bundleIdentifier);
+        if (!counted) continue;  // one that does not answer may be busy opening windows
+        if (*counted != state.count) {
+            state = {*counted, now()};
+        } else if (now() - state.changedAt >= settle) {
+            co_return;
+        }
+    }
+}
+
+WindowPresence::Count WindowPresence::count(const std::string& bundleIdentifier) {
+    const Waiting& waiting = waiting_.at(bundleIdentifier);
+    if (!waiting.counted || now() - countedAt_ >= sharing) countAll();
+    return waiting.count;
+}
+
+void WindowPresence::countAll() {
+    std::vector<ProcessID> pids;
+    std::vector<Waiting*> counted;
+    for (auto& [bundleIdentifier, waiting] : waiting_) {
+        waiting.counted = true;
+        waiting.count = 0;
+        // Resolved anew each time: launchers fork, and the process that stays is another one.
+        const auto application = desktop_.platform.applications.running(bundleIdentifier);
+        if (!application) continue;
+        pids.push_back(application->pid);
+        counted.push_back(&waiting);
+    }
+    const auto seen = Accessibility::enumerate(desktop_, pids, false);
+    for (std::size_t i = 0; i < seen.size(); ++i)
+        counted[i]->count = seen[i].timedOut ? std::nullopt : Count(seen[i].windows.size());
+    countedAt_ = now();
+}
+
+}  // namespace quillo::Restore

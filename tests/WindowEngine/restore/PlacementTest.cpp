@@ -1,0 +1,215 @@
+// Every way in which one window may come back or not: the fault that provokes it and the line it ends in.
+#include <gtest/gtest.h>
+
+#include "WindowEngine/restore/RestorePlan.hpp"
+#include "tests/WindowEngine/DesktopFixture.hpp"
+
+namespace quillo::samples {
+namespace {
+
+constexpr Rect onMain{200, 100, 600, 400}, elsewhere{500, 300, 300, 200}, onSide{1500, 100, 600, 400};
+
+enum State : unsigned { plain = 0, minimized = 1, fullscreen = 2 };
+
+struct Window {
+    Rect frame;
+    unsigned state = plain;
+};
+
+struct Case {
+    const char* what;
+    Window saved, live;
+    std::optional<FaultKind> fault;
+    const char* status;
+    std::function<void(Desktop&)> meddle = {};
+    double faultSeconds = 0;
+};
+
+WorkspaceSnapshot savedSnapshot(Desktop& desktop, const Window& window) {
+    WorkspaceSnapshot snapshot;
+    snapshot.displays = Displays::current(desktop.plain.screens);
+    WindowSnapshot saved = savedWindow(desktop, window.frame, "Notes");
+    saved.isMinimized = window.state & minimized;
+    saved.isFullscreen = window.state & fullscreen;
+    snapshot.applications = {{"org.a", "org.a", {}, {saved}, {}}};
+    return snapshot;
+}
+
+Scene liveScene(const Window& window) {
+    SceneApplication application = sceneApplication("org.a", {sceneWindow("Notes", window.frame)});
+    application.windows[0].minimized = window.state & minimized;
+    application.windows[0].fullscreen = window.state & fullscreen;
+    return scene({application});
+}
+
+/// After three readings of the full-screen attribute alone that say `value`, the window is gone.
+std::function<void(Desktop&)> goneAfter(bool value) {
+    return [=](Desktop& desktop) {
+        desktop.meddler.afterRead = [&desktop, value, left = 3](std::span<const AttributeRequest> requests,
+                                                                const Meddler::Answers& answers) mutable {
+            if (requests[0].names.size() == 1 && requests[0].names[0] == ax::fullScreen &&
+                answers[0][0] == AttributeValue(value) && --left == 0)
+                desktop.world().close(desktop.world().windows().front().number);
+        };
+    };
+}
+
+constexpr auto refused = "failed window refused position or minimized state";
+constexpr auto minimizedStill = "failed couldn't unminimize the window before moving it";
+constexpr auto fullscreenStill = "failed couldn't leave full screen";
+constexpr auto goneOutOfFullscreen = "failed window disappeared after leaving full screen";
+constexpr auto wrongDisplayStill = "failed couldn't leave full screen to change display";
+constexpr auto minimizedBeforeFullscreen =
+    "failed couldn't unminimize the window before entering full screen";
+constexpr auto notOnTarget =
+    "failed couldn't place the window on its target display before entering full screen";
+constexpr auto notEntered = "failed full-screen transition did not complete";
+constexpr auto notVerified = "failed full-screen state could not be verified";
+constexpr auto wrongDisplay = "failed entered full screen, but the target display could not be verified";
+
+void unplugSide(Desktop& desktop) {
+    desktop.world().unplug("side");
+}
+void unplugAll(Desktop& desktop) {
+    unplugSide(desktop);
+    desktop.world().unplug("main");
+}
+void entersOnMain(Desktop& desktop) {
+    desktop.world().window("org.a", "Notes")->state.display = "main";
+}
+
+using enum FaultKind;
+constexpr Rect large{100, 100, 1000, 700}, low{200, 700, 600, 400};
+constexpr std::nullopt_t none = std::nullopt;
+
+const Case cases[] = {
+    {"in place", {onMain}, {onMain}, none, "restored"},
+    {"moved", {onMain}, {elsewhere}, none, "restored"},
+    {"to another display", {onSide}, {elsewhere}, none, "restored"},
+    {"minimized again", {onMain, minimized}, {elsewhere, minimized}, none, "restored"},
+    {"to be minimized", {onMain, minimized}, {elsewhere}, none, "restored"},
+    {"to be unminimized", {onMain}, {elsewhere, minimized}, none, "restored"},
+    {"out of full screen", {onMain}, {elsewhere, fullscreen}, none, "restored"},
+    {"out of full screen, minimized", {onMain, minimized}, {onSide, fullscreen}, none, "restored"},
+    {"into full screen", {onMain, fullscreen}, {elsewhere}, none, "restored"},
+    {"minimized into full screen", {onSide, fullscreen}, {elsewhere, minimized}, none, "restored"},
+    {"in full screen already", {onMain, fullscreen}, {elsewhere, fullscreen}, none, "restored"},
+    {"in full screen elsewhere", {onSide, fullscreen}, {elsewhere, fullscreen}, none, "restored"},
+    {"through flickering", {onMain, fullscreen}, {elsewhere}, fullscreenFlickers, "restored"},
+    {"slowly", {onMain, fullscreen}, {elsewhere}, fullscreenSlow, "restored", {}, 3},
+    {"kept smaller", {large}, {elsewhere}, sizeClamped, "adjusted"},
+    {"kept on its display", {low}, {elsewhere}, positionClamped, "adjusted"},
+    {"display gone", {onSide}, {elsewhere}, none, "adjusted", unplugSide},
+    {"move refused", {onMain}, {elsewhere}, moveRefused, refused},
+    {"move not done", {onMain}, {elsewhere}, moveIgnored, refused},
+    {"minimizing refused", {onMain, minimized}, {elsewhere}, minimizeRefused, refused},
+    {"minimizing not done", {onMain, minimized}, {elsewhere}, minimizeIgnored, refused},
+    {"no display left", {onMain}, {elsewhere}, none, refused, unplugAll},
+    {"gone at the first write", {onMain}, {elsewhere}, windowVanishes, refused},
+    {"hanging from the first write", {onMain}, {elsewhere}, applicationHangs, refused},
+    {"unminimizing refused", {onMain}, {elsewhere, minimized}, unminimizeRefused, minimizedStill},
+    {"unminimizing not done", {onMain}, {elsewhere, minimized}, minimizeIgnored, minimizedStill},
+    {"stays full screen", {onMain}, {elsewhere, fullscreen}, fullscreenIgnored, fullscreenStill},
+    {"refuses to leave it", {onMain}, {elsewhere, fullscreen}, fullscreenRefused, fullscreenStill},
+    {"gone out of it", {onMain}, {elsewhere, fullscreen}, none, goneOutOfFullscreen, goneAfter(false)},
+    {"no display to fill", {onMain, fullscreen}, {elsewhere}, none, "failed no display", unplugAll},
+    {"stays there", {onSide, fullscreen}, {elsewhere, fullscreen}, fullscreenIgnored, wrongDisplayStill},
+    {"stays minimized",
+     {onMain, fullscreen},
+     {elsewhere, minimized},
+     unminimizeRefused,
+     minimizedBeforeFullscreen},
+    {"cannot get there", {onSide, fullscreen}, {elsewhere}, moveIgnored, notOnTarget},
+    {"crashing at the first write", {onSide, fullscreen}, {elsewhere}, applicationCrashes, notOnTarget},
+    {"never full screen", {onMain, fullscreen}, {elsewhere}, fullscreenIgnored, notEntered},
+    {"refuses full screen", {onMain, fullscreen}, {elsewhere}, fullscreenRefused, notEntered},
+    {"gone in full screen", {onMain, fullscreen}, {elsewhere}, none, notVerified, goneAfter(true)},
+    {"on the wrong display", {onSide, fullscreen}, {elsewhere}, none, wrongDisplay, entersOnMain},
+};
+
+bool comesWithAWrite(FaultKind kind) {
+    return kind == windowVanishes || kind == applicationHangs || kind == applicationCrashes;
+}
+
+/// What the plan promised is what stands there.
+void expectInPlace(Desktop& desktop, const Window& saved, const WindowPlan& plan) {
+    desktop.executor().runFor(1s);  // flickering, three readings may agree before the end
+    const LiveWindowInfo info = desktop.window("org.a").info;
+    EXPECT_EQ(info.isFullscreen, (saved.state & fullscreen) != 0);
+    EXPECT_EQ(info.isMinimized, (saved.state & minimized) != 0);
+    const auto displays = Displays::current(desktop.plain.screens);
+    const DisplaySnapshot* display = Displays::display(info.frame, displays);
+    ASSERT_TRUE(display);
+    EXPECT_EQ(display->id, plan.displayID);
+    EXPECT_EQ(info.frame, info.isFullscreen ? display->frame : plan.placement->frame);
+}
+
+TEST(Placement, EveryWayEndsInItsOneLine) {
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        Desktop desktop(liveScene(c.live));
+        const WorkspaceSnapshot snapshot = savedSnapshot(desktop, c.saved);
+        if (c.fault) {
+            Fault provoking = fault(*c.fault, "org.a", 0, c.faultSeconds);
+            provoking.onWrite = comesWithAWrite(*c.fault);
+            desktop.world().add(provoking);
+        }
+        const std::vector live{desktop.window("org.a").info};
+        if (c.meddle) c.meddle(desktop);
+        const WindowPlan plan = planWindows(snapshot.applications[0].windows, live, snapshot.displays,
+                                            Displays::current(desktop.plain.screens))[0];
+
+        const RestoreReport report = desktop.restore(snapshot);
+        ASSERT_EQ(texts(report), std::vector<std::string>{std::string("org.a/Notes: ") + c.status});
+        EXPECT_EQ(report.items[0].savedIndex, 0);
+        EXPECT_EQ(desktop.meddler.movable, 0) << "what was made movable is settled";
+        if (std::string_view(c.status) == "restored") expectInPlace(desktop, c.saved, plan);
+    }
+}
+
+TEST(Placement, AWindowInFullScreenInPlaceIsOnlyConfirmed) {
+    Desktop desktop(liveScene({onMain, fullscreen}));
+    desktop.meddler.frameWritten = [](Rect frame) {
+        ADD_FAILURE() << "it is not moved";
+        return frame;
+    };
+    EXPECT_EQ(texts(desktop.restore(savedSnapshot(desktop, {onMain, fullscreen}))),
+              std::vector<std::string>{"org.a/Notes: restored"});
+}
+
+TEST(Placement, WhatAWindowIsWhenItsTurnComesDecides) {
+    Desktop desktop(
+        scene({sceneApplication("org.a", {sceneWindow("1", elsewhere), sceneWindow("2", elsewhere)})}));
+    WorkspaceSnapshot snapshot = savedSnapshot(desktop, {onMain});
+    snapshot.applications[0].windows = {savedWindow(desktop, onMain, "1"), savedWindow(desktop, onMain, "2")};
+    simulated::World& world = desktop.world();
+    const RestoreReport report = desktop.restore(snapshot, {}, [&](const RestoreReport::Item& item) {
+        simulated::Window& second = *world.window("org.a", "2");
+        if (item.title == "1") world.requestFullscreen(second.number, true);
+        if (item.title == "1") second.transition->until = desktop.executor().now();
+    });
+    EXPECT_EQ(report.totals().restored, 2) << "full screen since, it leaves that first";
+}
+
+TEST(Placement, AHangCostsAllWindowsOfAnApplicationOneTimeout) {
+    std::vector<SceneWindow> windows;
+    WorkspaceSnapshot snapshot;
+    std::vector<WindowSnapshot> saved;
+    for (int i = 0; i < 30; ++i) {
+        windows.push_back(sceneWindow(std::to_string(i), elsewhere));
+        saved.push_back(samples::window(onMain, std::to_string(i)));
+    }
+    snapshot.applications = {{"org.a", "org.a", {}, saved, {}}};
+    Desktop desktop(scene({sceneApplication("org.a", windows)}));
+    Fault hang = fault(FaultKind::applicationHangs, "org.a");
+    hang.onWrite = true;
+    desktop.world().add(hang);
+    const RestoreReport report = desktop.restore(snapshot);
+    EXPECT_EQ(report.totals().failed, 30);
+    // Settling takes a second and each window's two waits 0.16 s; three writes of one frame and a few looks
+    // at an application that rests in between are all that the hang adds.
+    EXPECT_LT(report.duration, 1.5 + 30 * 0.16 + 6);
+}
+
+}  // namespace
+}  // namespace quillo::samples

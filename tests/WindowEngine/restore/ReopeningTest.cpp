@@ -1,0 +1,325 @@
+// What a restore does beside its windows: the clean slate, documents, folders and tabs.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "WindowEngine/records/WorkspaceCoding.hpp"
+#include "WindowEngine/restore/CleanSlate.hpp"
+#include "WindowEngine/restore/ContextRestore.hpp"
+#include "WindowEngine/services/ForwardingApplications.hpp"
+#include "tests/WindowEngine/DesktopFixture.hpp"
+
+namespace quillo::samples {
+namespace {
+
+constexpr Rect home{100, 100, 600, 400}, second{300, 200, 600, 400};
+constexpr const char* chrome = "com.google.Chrome";
+constexpr const char* finder = "com.apple.finder";
+
+using Texts = std::vector<std::string>;
+using enum FaultKind;
+
+SceneWindow withTabs(SceneWindow window, std::vector<std::string> tabs) {
+    window.tabs = std::move(tabs);
+    return window;
+}
+
+SceneWindow document(const std::string& name, Rect frame) {
+    SceneWindow window = sceneWindow(name, frame);
+    window.document = "file:///home/ada/" + name;
+    return window;
+}
+
+// -- clean slate --------------------------------------------------------------------------------------------
+
+TEST(CleanSlate, SparesWhatIsSavedAndWhatIsNobodysToClose) {
+    using CleanSlatePolicy::shouldAffect;
+    const std::set<std::string> saved{"org.saved"};
+    for (const char* spared : {"org.saved", "com.apple.finder", "app.quillo.Quillo", "org.self"})
+        EXPECT_FALSE(shouldAffect(spared, true, saved, "org.self")) << spared;
+    EXPECT_TRUE(shouldAffect("org.self", true, saved, std::nullopt));
+    EXPECT_TRUE(shouldAffect("org.other", true, saved, "org.self"));
+    EXPECT_FALSE(shouldAffect("org.other", false, saved, "org.self"));
+}
+
+/// A terminal that the program was started from.
+class FromTerminal final : public ForwardingApplications {
+  public:
+    using ForwardingApplications::ForwardingApplications;
+    std::vector<std::string> ownIdentifiers() override { return {"org.terminal"}; }
+};
+
+TEST(CleanSlate, HidesOrQuitsTheOthersAndSaysWhatBecameOfEach) {
+    struct Case {
+        std::optional<CleanSlateMode> mode;
+        std::optional<FaultKind> fault;
+        const char* outcome;
+        double least, most;  // seconds of the run
+    };
+    const char* stays = "failed App is still running; it may need you to save changes";
+    const Case cases[] = {
+        {{}, {}, nullptr, 0, 2},
+        {CleanSlateMode::keep, {}, nullptr, 0, 2},
+        {CleanSlateMode::hide, {}, "note Hidden", 0, 2},
+        {CleanSlateMode::hide, hideRefused, "failed App refused to hide", 0, 2},
+        {CleanSlateMode::quit, {}, "note Quit", 0, 2},
+        {CleanSlateMode::quit, quitRefused, stays, 3, 5},
+    };
+    for (const Case& c : cases) {
+        SceneApplication agent = sceneApplication("org.agent");
+        agent.policy = ActivationPolicy::accessory;
+        Desktop desktop(
+            scene({sceneApplication("org.saved", {sceneWindow("1", home)}), agent,
+                   sceneApplication("org.one", {sceneWindow("2", home)}), sceneApplication("org.terminal"),
+                   sceneApplication(finder), sceneApplication("org.two")}));
+        WorkspaceSnapshot snapshot = desktop.capture();
+        std::erase_if(snapshot.applications, [](const auto& one) { return one.name != "org.saved"; });
+        if (c.fault) desktop.world().add(fault(*c.fault));
+        FromTerminal applications(desktop.plain.applications);
+        DesktopAccess access{{desktop.plain.executor, desktop.meddler, desktop.plain.windowServer,
+                              applications, desktop.plain.screens, desktop.plain.scripts, desktop.plain.log},
+                             desktop.handles};
+        Workspace workspace;
+        workspace.snapshot = snapshot;
+        const RestoreReport report = desktop.run(Restore::run(access, workspace, {.cleanSlate = c.mode}, {}));
+        Texts expected;
+        if (c.outcome)
+            expected = {std::string("org.one: ") + c.outcome, std::string("org.two: ") + c.outcome};
+        expected.push_back("org.saved/1: restored");
+        EXPECT_EQ(texts(report), expected);
+        EXPECT_GE(report.duration, c.least);
+        EXPECT_LE(report.duration, c.most) << "all are asked at once";
+        for (const char* spared : {"org.agent", "org.terminal", finder})
+            EXPECT_TRUE(desktop.world().application(spared)->running) << spared;
+    }
+}
+
+TEST(CleanSlate, LeavesAnEditorThatMustAskAndLosesNothing) {
+    SceneApplication editor = sceneApplication("org.editor", {sceneWindow("draft", home)});
+    editor.windows[0].unsaved = true;
+    Desktop desktop(scene({editor}));
+    const RestoreReport report = desktop.restore({}, {.cleanSlate = CleanSlateMode::quit});
+    EXPECT_EQ(texts(report),
+              Texts{"org.editor: failed App is still running; it may need you to save changes"});
+    EXPECT_TRUE(desktop.world().window("org.editor", "draft"));
+}
+
+// -- documents ----------------------------------------------------------------------------------------------
+
+TEST(Documents, ComeBackOnceOrItIsSaidWhyNot) {
+    struct Case {
+        const char* what;
+        std::optional<FaultKind> fault;
+        Texts items;
+        std::size_t windows;
+    };
+    const std::string launched = "org.editor: launched", opened = "org.editor: opened";
+    const std::string a = "org.editor/a.txt: ", b = "org.editor/b.txt: ", back = "restored";
+    const std::string missing = "skipped no matching accessible window";
+    const Case cases[] = {
+        {"as it should be", {}, {launched, opened, a + back, b + back}, 2},
+        {"late", documentLate, {launched, opened, a + back, b + back}, 2},
+        {"refused",
+         documentRefused,
+         {launched, b + "failed document could not be opened", opened, a + back, b + missing},
+         1},
+        {"ignored",
+         documentIgnored,
+         {launched, opened, b + "failed document did not appear before timeout", a + back, b + missing},
+         1},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        Desktop desktop(
+            scene({sceneApplication("org.editor", {document("a.txt", home), document("b.txt", second)})}));
+        const WorkspaceSnapshot snapshot = desktop.capture();
+        simulated::Application& editor = *desktop.world().application("org.editor");
+        desktop.world().end(editor);
+        editor.scene.windows.clear();
+        if (c.fault) {
+            Fault trouble = fault(*c.fault, "org.editor", 0, 2);
+            trouble.title = "b.txt";
+            desktop.world().add(trouble);
+        }
+        EXPECT_EQ(texts(desktop.restore(snapshot)), c.items);
+        EXPECT_EQ(desktop.world().windowsOf("org.editor").size(), c.windows);
+        if (c.fault && *c.fault != documentLate) continue;
+        EXPECT_EQ(texts(desktop.restore(snapshot)), (Texts{a + back, b + back})) << "nothing opens twice";
+    }
+}
+
+TEST(Documents, OfAStrangerAreNotRun) {
+    for (const char* name : {"Tool.app", "run.command", "start.desktop", "jump.fileloc", "setup.deb"}) {
+        Desktop desktop(scene({sceneApplication("org.editor", {sceneWindow("other", home)})}));
+        WorkspaceSnapshot snapshot = desktop.capture();
+        snapshot.applications[0].windows[0].documentURL = Url::file("/home/ada/" + std::string(name));
+        snapshot.applications[0].windows[0].title = "bait";
+        EXPECT_EQ(
+            texts(desktop.restore(snapshot)),
+            (Texts{"org.editor/bait: failed document could not be opened: opening it could run a program",
+                   "org.editor/bait: restored"}))
+            << name;
+        EXPECT_EQ(desktop.world().windowsOf("org.editor").size(), 1u);
+    }
+}
+
+/// As a platform where an application opens an empty window unless documents come with its launch.
+class TravellingDocuments final : public ForwardingApplications {
+  public:
+    using ForwardingApplications::ForwardingApplications;
+    bool documentsTravelWithLaunch() override { return true; }
+    Task<Result<void>> launch(Url location, std::vector<Url> documents) override {
+        launches.push_back(documents.size());
+        return ForwardingApplications::launch(std::move(location), std::move(documents));
+    }
+    std::vector<std::size_t> launches;
+};
+
+TEST(Documents, TravelWithTheLaunchWhereThatSparesAnEmptyWindow) {
+    Desktop desktop(scene({sceneApplication("org.editor", {document("a.txt", home)})}));
+    const WorkspaceSnapshot snapshot = desktop.capture();
+    simulated::Application& editor = *desktop.world().application("org.editor");
+    desktop.world().end(editor);
+    editor.scene.windows.clear();
+    TravellingDocuments applications(desktop.plain.applications);
+    DesktopAccess access{{desktop.plain.executor, desktop.meddler, desktop.plain.windowServer, applications,
+                          desktop.plain.screens, desktop.plain.scripts, desktop.plain.log},
+                         desktop.handles};
+    Workspace workspace;
+    workspace.snapshot = snapshot;
+    EXPECT_EQ(texts(desktop.run(Restore::run(access, workspace, {}, {}))),
+              (Texts{"org.editor: launched", "org.editor: opened", "org.editor/a.txt: restored"}));
+    EXPECT_EQ(applications.launches, std::vector<std::size_t>{1});
+}
+
+TEST(WindowlessApplication, IsAskedForAWindowOnlyWhenNothingElseBringsOne) {
+    struct Case {
+        const char* what;
+        std::vector<WindowSnapshot> windows;
+        std::size_t opened;
+    };
+    WindowSnapshot withDocument = window(home, "a.txt");
+    withDocument.documentURL = Url::file("/home/ada/a.txt");
+    const Case cases[] = {
+        {"a bare window", {window(home, "1")}, 1},
+        {"no window", {}, 0},
+        {"a document", {withDocument}, 1},
+        {"both", {withDocument, window(home, "1")}, 2},
+    };
+    for (const Case& c : cases) {
+        Desktop desktop(scene({sceneApplication("org.editor")}));
+        WorkspaceSnapshot snapshot;
+        snapshot.displays = Displays::current(desktop.plain.screens);
+        snapshot.applications = {{"org.editor", "Editor", {}, c.windows, {}}};
+        desktop.restore(snapshot);
+        EXPECT_EQ(desktop.world().windowsOf("org.editor").size(), c.opened) << c.what;
+    }
+}
+
+// -- folders and tabs ---------------------------------------------------------------------------------------
+
+Scene integrated() {
+    return scene({sceneApplication(chrome, {withTabs(sceneWindow("News", home), {"https://news.example/"}),
+                                            withTabs(sceneWindow("Mail", second),
+                                                     {"https://mail.example/", "https://work.example/x"})}),
+                  sceneApplication(finder, {withTabs(sceneWindow("Papers", home), {"/home/ada/Papers/"})})});
+}
+const std::set<std::string> all{"finder", "chromium", "safari"};
+
+TEST(Context, ComesBackAfterEverythingWasClosedAndNotTwice) {
+    Desktop desktop(integrated());
+    const WorkspaceSnapshot snapshot = desktop.capture({.enabledAdapters = all});
+    EXPECT_EQ(snapshot.tabCount(), 3);
+    EXPECT_EQ(snapshot.folderCount(), 1);
+    for (const char* application : {chrome, finder}) {
+        while (!desktop.world().windowsOf(application).empty())
+            desktop.world().close(desktop.world().windowsOf(application).front()->number);
+    }
+    const RestoreReport report = desktop.restore(snapshot, {.enabledAdapters = all});
+    EXPECT_EQ(report.totals().opened, 4);
+    EXPECT_EQ(report.totals().restored, 3) << testing::PrintToString(texts(report));
+    EXPECT_EQ(report.totals().failed, 0);
+    const RestoreReport again = desktop.restore(snapshot, {.enabledAdapters = all});
+    EXPECT_EQ(again.totals().opened, 0);
+    EXPECT_EQ(again.totals().restored, 3);
+    WorkspaceSnapshot now = desktop.capture({.enabledAdapters = all});
+    EXPECT_EQ(now.tabCount(), 3);
+}
+
+TEST(Context, WaitsForWhatAnApplicationBringsBackItself) {
+    Scene both = integrated();
+    for (SceneWindow& window : both.applications[0].windows) window.opensAfter = 2;
+    Desktop desktop(both);
+    desktop.executor().runFor(3s);
+    const WorkspaceSnapshot snapshot = desktop.capture({.enabledAdapters = all});
+    desktop.world().end(*desktop.world().application(chrome));
+    const RestoreReport report = desktop.restore(snapshot, {.enabledAdapters = all});
+    EXPECT_EQ(report.totals().opened, 0) << testing::PrintToString(texts(report));
+    EXPECT_EQ(desktop.world().windowsOf(chrome).size(), 2u);
+}
+
+TEST(Context, OfAnIntegrationThatIsOffOrUnknownIsNoted) {
+    Desktop desktop(integrated());
+    WorkspaceSnapshot snapshot = desktop.capture({.enabledAdapters = all});
+    for (auto& application : snapshot.applications) {
+        if (application.name == chrome) application.context->adapter = "unheard-of";
+    }
+    const Texts items = texts(desktop.restore(snapshot));
+    const std::string off = " integration is disabled or unavailable";
+    for (const std::string& note :
+         {"com.apple.finder: note Finder" + off, "com.google.Chrome: note The saved" + off})
+        EXPECT_EQ(std::ranges::count(items, note), 1) << testing::PrintToString(items);
+}
+
+TEST(Context, TroubleIsReportedAndHoldsUpNothingElse) {
+    Desktop desktop(integrated());
+    const WorkspaceSnapshot snapshot = desktop.capture({.enabledAdapters = all});
+    desktop.world().end(*desktop.world().application(chrome));
+    desktop.world().add(fault(automationRefused, chrome));
+    desktop.world().add(fault(automationSlow, finder, 0, 60));
+    const RestoreReport report = desktop.restore(snapshot, {.enabledAdapters = all});
+    const Texts items = texts(report);
+    EXPECT_EQ(std::ranges::count(items, "com.google.Chrome: failed Browser could not reopen saved tabs."), 1);
+    EXPECT_EQ(report.totals().restored, 3) << testing::PrintToString(items);
+    EXPECT_LT(report.duration, 70);
+}
+
+TEST(Context, OfACaptureHoldsNothingPrivateAndNothingExcluded) {
+    Scene with = integrated();
+    with.applications[0].windows[1].privateBrowsing = true;
+    with.applications[0].windows.push_back(withTabs(sceneWindow("Bank", home), {"https://my.bank.example/"}));
+    with.applications[0].windows[2].document = "https://my.bank.example/";
+    const auto written = [](Desktop& desktop) {
+        return WorkspaceCoding::encode(
+                   desktop.capture({.excludedDomains = {"bank.example"}, .enabledAdapters = all}))
+            .value();
+    };
+    Desktop desktop(with);
+    const std::string bytes = written(desktop);
+    for (const char* secret : {"Mail", "mail.example", "work.example", "bank.example"})
+        EXPECT_FALSE(bytes.contains(secret)) << secret;
+    EXPECT_TRUE(bytes.contains("News"));
+
+    // A window on a desktop that is not in front is in the browser's list and not in ours: which one is
+    // private cannot be told, and no title stays.
+    with.applications[0].windows[2].desktop = 1;
+    Desktop apart(with);
+    const std::string careful = written(apart);
+    for (const char* secret : {"Mail", "mail.example", "Bank"}) EXPECT_FALSE(careful.contains(secret));
+    EXPECT_TRUE(careful.contains("private windows could not be told apart"));
+    EXPECT_TRUE(careful.contains("news.example"));
+}
+
+TEST(Context, ThatFailsAtCaptureLeavesTheWindowsAndANote) {
+    Desktop desktop(integrated());
+    desktop.world().add(fault(automationRefused));
+    const WorkspaceSnapshot snapshot = desktop.capture({.enabledAdapters = all});
+    EXPECT_EQ(snapshot.windowCount(), 3);
+    EXPECT_EQ(snapshot.notes, (Texts{"com.google.Chrome: Browser automation was unavailable.",
+                                     "com.apple.finder: Finder automation was unavailable."}));
+    EXPECT_EQ(desktop.simulated->logLines()[0],
+              "capture error: adapter chromium failed: Browser automation was unavailable.");
+}
+
+}  // namespace
+}  // namespace quillo::samples

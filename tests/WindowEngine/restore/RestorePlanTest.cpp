@@ -1,0 +1,100 @@
+#include <gtest/gtest.h>
+
+#include "WindowEngine/restore/RestorePlan.hpp"
+#include "WindowEngine/restore/RestoreReport.hpp"
+#include "tests/WindowEngine/DesktopSamples.hpp"
+
+namespace quillo {
+namespace {
+
+const std::vector<DisplaySnapshot> displays{samples::display("A", {0, 0, 1000, 800}, true),
+                                            samples::display("B", {1000, 0, 1000, 800})};
+constexpr Rect onA{100, 100, 400, 300}, onB{1100, 100, 400, 300}, nowhere{9000, 9000, 1, 1};
+
+enum State : unsigned { plain = 0, fullscreen = 1, minimized = 2 };
+
+std::string stepsOf(const WindowPlan& plan) {
+    std::string steps;
+    if (plan.leaveFullscreen) steps += "leave ";
+    if (plan.unminimize) steps += "unminimize ";
+    if (plan.write) steps += plan.minimized ? "write-minimized " : "write ";
+    if (plan.enterFullscreen) steps += "enter ";
+    return steps;
+}
+
+TEST(RestorePlan, CallsForWhatTheWindowsStateAsks) {
+    struct Case {
+        unsigned saved;
+        Rect liveFrame;
+        unsigned live;
+        const char* steps;
+    };
+    const Case cases[] = {
+        {plain, onB, plain, "write "},
+        {plain, onB, fullscreen, "leave write "},
+        {plain, onB, minimized, "unminimize write "},
+        {minimized, onB, minimized, "write-minimized "},
+        {minimized, onB, plain, "write-minimized "},
+        {minimized, onB, fullscreen, "leave write-minimized "},
+        {fullscreen, onA, plain, "write enter "},
+        {fullscreen, onB, plain, "write enter "},
+        {fullscreen, onA, minimized, "unminimize write enter "},
+        {fullscreen, onA, fullscreen, "enter "},
+        {fullscreen, nowhere, fullscreen, "enter "},
+        {fullscreen, onB, fullscreen, "leave write enter "},
+    };
+    for (const Case& c : cases) {
+        WindowSnapshot saved = samples::window(onA, "Notes");
+        saved.displayID = "A";
+        saved.isFullscreen = c.saved & fullscreen;
+        saved.isMinimized = c.saved & minimized;
+        LiveWindowInfo live = samples::live(c.liveFrame, "Notes");
+        live.isFullscreen = c.live & fullscreen;
+        live.isMinimized = c.live & minimized;
+        const WindowPlan plan = planPair(saved, live, displays, displays);
+        EXPECT_EQ(stepsOf(plan), c.steps) << c.saved << " from " << c.live << " at " << c.liveFrame.x;
+        EXPECT_EQ(plan.displayID, "A");
+        EXPECT_EQ(plan.placement, (DisplayMapper::Placement{onA, false}));
+        EXPECT_EQ(plan.score, WindowMatcher::score(saved, live));
+    }
+}
+
+TEST(RestorePlan, SaysWhyAWindowHasNoPartner) {
+    const std::vector saved{samples::window(onA, "Notes"), samples::window(onB, "Mail")};
+    for (const WindowPlan& plan : planWindows(saved, {}, displays, displays)) {
+        EXPECT_EQ(plan.skipReason,
+                  "no accessible windows appeared; windows in other Spaces may be unavailable");
+        EXPECT_EQ(stepsOf(plan), "");
+    }
+    const auto plans = planWindows(saved, {{samples::live(onB, "Mail")}}, displays, displays);
+    ASSERT_EQ(plans.size(), 2u);
+    EXPECT_EQ(plans[0].skipReason, "no matching accessible window");
+    EXPECT_EQ(plans[1].savedIndex, 1);
+    EXPECT_EQ(plans[1].liveIndex, 0);
+    EXPECT_EQ(plans[1].skipReason, "");
+    EXPECT_EQ(stepsOf(plans[1]), "write ");
+}
+
+TEST(RestorePlan, PlansAlsoWithoutAnyDisplay) {
+    WindowSnapshot saved = samples::window(onA, "Notes");
+    saved.isFullscreen = true;
+    const WindowPlan plan = planPair(saved, samples::live(onA, "Notes"), displays, {});
+    EXPECT_FALSE(plan.placement || plan.displayID || plan.enterFullscreen);
+}
+
+TEST(RestoreReport, CountsItemsByStatus) {
+    using R = RestoreReport;
+    R report;
+    for (const R::Status& status :
+         std::vector<R::Status>{R::createdDesktops{2}, R::createdDesktops{1}, R::opened{4}, R::opened{3},
+                                R::note{"n"}, R::skipped{"s"}, R::failed{"f"}, R::failed{"f"}, R::restored{},
+                                R::restored{}, R::adjusted{}, R::launched{}})
+        report.items.push_back({.app = "App", .bundleIdentifier = "org.app", .title = {}, .status = status});
+    const R::Totals totals = report.totals();
+    EXPECT_EQ((std::vector{totals.restored, totals.adjusted, totals.launched, totals.createdDesktops,
+                           totals.opened, totals.skipped, totals.failed}),
+              (std::vector<std::int64_t>{3, 1, 1, 3, 7, 1, 2}));
+}
+
+}  // namespace
+}  // namespace quillo
