@@ -11,7 +11,7 @@ namespace {
 constexpr std::size_t nameCharacters = 80;
 
 QString titleOf(const ResumeQuestion& question) {
-    const QString name = qt(text::shortenedInMiddle(text::printable(question.name), nameCharacters));
+    QString name = qt(text::shortenedInMiddle(text::printable(question.name), nameCharacters));
     switch (question.reason) {
         case ReasonToAsk::notSavedHere:
             return "“" + name + "” was not saved on this computer";

@@ -1,3 +1,4 @@
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <set>
@@ -102,10 +103,13 @@ TEST_F(KnownWorkspacesTest, HowItBecameKnownIsKeptUntilSomebodyElseChangesIt) {
 
 TEST_F(KnownWorkspacesTest, DamageMakesNothingKnownAndIsOvercome) {
     const Workspace saved = workspace();
-    const std::string id = saved.id.upper(), good = R"({"savedHere":true,"agreed":true,"digest":)";
+    const auto withNote = [&](std::string_view note) {
+        return fmt::format(R"({{"{}":{}}})", saved.id.upper(), note);
+    };
     for (const std::string& stored :
-         {std::string("{"), std::string("[]"), "{\"" + id + "\":7}", "{\"" + id + "\":" + good + "7}}",
-          "{\"" + id + "\":" + good + "\"\"}}", "{\"" + id + "\":{\"savedHere\":true}}"}) {
+         {std::string("{"), std::string("[]"), withNote("7"), withNote(R"({"savedHere":true})"),
+          withNote(R"({"savedHere":true,"agreed":true,"digest":7})"),
+          withNote(R"({"savedHere":true,"agreed":true,"digest":""})")}) {
         ASSERT_TRUE(defaults.setData(KnownWorkspaces::defaultsKey, stored));
         EXPECT_FALSE(known.isKnown(saved) || known.isAgreed(saved) || known.isCleanSlateChosenHere(saved))
             << stored;
