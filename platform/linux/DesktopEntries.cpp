@@ -87,6 +87,11 @@ bool takesDocuments(GAppInfo* app) {
     });
 }
 
+/// Plain text among them, of which every script is a kind, and bytes, of which everything is.
+bool couldBeScripts(const char* type) {
+    return g_content_type_can_be_executable(type) || g_content_type_equals(type, "application/octet-stream");
+}
+
 OpenedKinds kindsOf(GAppInfo* app, const std::vector<std::string>& types) {
     return {.documents = takesDocuments(app),
             .folders = std::ranges::find(types, "inode/directory") != types.end(),
@@ -105,8 +110,10 @@ std::vector<std::string> declaredTypes(GDesktopAppInfo* entry) {
     GAppInfo* const app = G_APP_INFO(entry);
     if (!takesDocuments(app)) return {};
     std::vector<std::string> types;
-    for (const auto* type = g_app_info_get_supported_types(app); type && *type; ++type)
-        types.emplace_back(*type);
+    const bool shown = !g_desktop_app_info_get_nodisplay(entry);
+    for (const auto* type = g_app_info_get_supported_types(app); type && *type; ++type) {
+        if (shown || !couldBeScripts(*type)) types.emplace_back(*type);
+    }
     return types;
 }
 

@@ -29,6 +29,7 @@ class StrangerTest : public X11Test {
         install("reader", "MimeType=text/plain;\n", "--class=Reader --title=reads %F");
         install("another reader", "", "");  // so that the program alone names neither
         entry("interpreter", "Exec=/bin/sh\nNoDisplay=true\n");
+        entry("hidden", "Exec=/bin/sh %f\nNoDisplay=true\nMimeType=text/plain;application/octet-stream;\n");
         entry("quoting", "Exec=sh -c \"sh %f\"\nMimeType=text/plain;\n");
     }
     void entry(const std::string& id, const std::string& lines) {
@@ -75,6 +76,7 @@ TEST_F(StrangerTest, RunsNothingAndIsToldWhy) {
     } cases[] = {
         {"interpreter", "/bin/sh", files / "script.txt", undeclared},
         {"interpreter", "", files / "script.txt", undeclared},
+        {"hidden", "", files / "script.txt", undeclared},
         {"start", files / "start", files / "script.txt", "not installed"},
         {"sh", "/bin/sh", files / "script.txt", "not installed"},
         {"unlisted", files / "unlisted.desktop", files / "letter.txt", "not installed"},
