@@ -179,8 +179,9 @@ CommandResult restoreWorkspace(Session& session, const Arguments& arguments) {
     }
 
     Workspace shown = workspace;
-    shown.snapshot = Restore::scopeOf(shown.snapshot, options.limited).snapshot;
-    Restore::giveShownNames((*desktop)->access().platform.applications, shown.snapshot);
+    Restore::RestoreScope scope = Restore::scopeOf(shown.snapshot, options.limited);
+    Restore::giveShownNames((*desktop)->access().platform.applications, scope);
+    shown.snapshot = std::move(scope.snapshot);
     RestorePrinter printer(session.output, shown);
     printer.begin();
     const std::optional<RestoreReport> report =

@@ -154,15 +154,17 @@ Result<bool> saveSession(const SessionHistory& history, KnownWorkspaces& known,
     Result<bool> saved = history.save(snapshot, now);
     if (!saved || !*saved) return saved;
     // What cannot be noted is asked about, once somebody wants it back.
-    std::optional<Workspace> latest;
     for (const Workspace& session : history.list()) {
-        if (session.id == SessionHistory::latestID) {
-            latest = session;
-        } else if (before && session.snapshot == before->snapshot && !known.isKnown(session)) {
+        const bool archived = before && session.id != SessionHistory::latestID;
+        if (archived && session.snapshot == before->snapshot && !known.isKnown(session))
             (void)known.madeFrom(*before, session);
-        }
     }
-    if (latest) (void)known.savedHere(*latest);  // last: it takes the place of the note about the one before
+    // What was captured, not what the folder has under that identifier: somebody may have put a newer one
+    // there. Last, for it takes the place of the note about the one before.
+    Workspace latest;
+    latest.id = SessionHistory::latestID;
+    latest.snapshot = snapshot;
+    (void)known.savedHere(latest);
     return saved;
 }
 

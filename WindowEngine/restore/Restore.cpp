@@ -171,8 +171,8 @@ Task<void> prepareDesktops(Run& run) {
 
 /// Each application once, under its own name, within the limits.
 void narrow(Run& run) {
-    giveShownNames(run.desktop.platform.applications, run.workspace.snapshot);
     RestoreScope scope = scopeOf(std::move(run.workspace.snapshot), run.options.limited);
+    giveShownNames(run.desktop.platform.applications, scope);
     run.workspace.snapshot = std::move(scope.snapshot);
     for (RestoreReport::Item& item : scope.leftOut) run.sink.add(std::move(item));
 }
@@ -182,6 +182,7 @@ Task<void> restoreWorkspace(Run& run) {
         run.sink.add(RestoreReport::failed{"Accessibility permission not granted"});
         co_return;
     }
+    boundDisplays(run.workspace.snapshot);
     run.displays = Displays::current(run.desktop.platform.screens);
     co_await prepareDesktops(run);
     co_await cleanSlate(run.desktop, run.workspace, run.options.cleanSlate.value_or(CleanSlateMode::keep),

@@ -1,5 +1,7 @@
 #include "WindowEngine/restore/RestorePreview.hpp"
 
+#include <algorithm>
+
 #include "WindowEngine/desktop/Displays.hpp"
 #include "WindowEngine/integrations/SafariPrivacy.hpp"
 #include "WindowEngine/records/NativeTabs.hpp"
@@ -111,24 +113,49 @@ Task<void> planReopening(DesktopAccess& desktop, PlannedApplication& application
     co_await planContext(desktop, saved, isRunning, options.enabledAdapters, plan);
 }
 
-/// In one spelling: a path may be written in many ways that hide what it is.
+/// In one spelling: a path may be written in many ways that hide what it is, and an address may begin with a
+/// name that is not its host's.
 std::string location(const Url& url) {
     const Url canonical = url.standardized();
-    return canonical.filePath().value_or(canonical.string());
+    if (const auto path = canonical.filePath()) return *path;
+    const auto host = url.isWeb() ? url.asciiHost() : std::nullopt;
+    return host ? *host + ": " + url.string() : url.string();
 }
 
-void addOpened(Consequences& all, const ReopeningPlan& plan, const std::string& application) {
-    for (const AdapterStep& step : plan.steps)
-        for (const Url& url : step.urls) all.opened.push_back({location(url), application});
-    for (const SavedDocument& document : plan.documents.open)
-        all.opened.push_back({location(document.target.value_or(document.url)), application});
+/// With what cannot be told of it now: a yes holds for every later time.
+std::string launching(const PlannedApplication& application) {
+    switch (application.presence) {
+        case Presence::running:
+            return application.saved->name + " (runs now)";
+        case Presence::installed:
+            return application.saved->name;
+        case Presence::missing:
+            return application.saved->name + " (not installed now)";
+    }
+    return application.saved->name;
+}
+
+/// All that were saved, whether they are there, may be opened or are open at the moment.
+void addDocuments(Consequences& all, const PlannedApplication& application) {
+    const std::vector<SavedDocument>& planned = application.reopening.documents.open;
+    for (const SavedDocument& document : SavedDocuments::of(*application.saved, {})) {
+        const auto judged = std::ranges::find(planned, document.url, &SavedDocument::url);
+        const Url& shown = judged != planned.end() && judged->target ? *judged->target : document.url;
+        all.opened.push_back({location(shown), application.saved->name});
+    }
+}
+
+void addContext(Consequences& all, const ApplicationSnapshot& application) {
+    if (!application.context) return;
+    for (const ContextWindow& window : application.context->windows)
+        for (const Url& url : window.urls) all.opened.push_back({location(url), application.name});
 }
 
 }  // namespace
 
 Task<RestorePreview> Restore::preview(DesktopAccess& desktop, WorkspaceSnapshot snapshot, Options options) {
-    giveShownNames(desktop.platform.applications, snapshot);
     const auto scope = std::make_shared<RestoreScope>(scopeOf(std::move(snapshot), options.limited));
+    giveShownNames(desktop.platform.applications, *scope);
     RestorePreview preview = windowsOf(desktop, scope);
     for (PlannedApplication& application : preview.applications) {
         if (application.presence != Presence::missing) co_await planReopening(desktop, application, options);
@@ -147,11 +174,11 @@ Consequences Restore::consequences(Applications& applications, const RestorePrev
         }
     }
     for (const PlannedApplication& application : preview.applications) {
-        if (application.presence == Presence::missing) continue;
-        const std::string& name = application.saved->name;
-        if (application.presence == Presence::installed) all.launched.push_back(name);
-        addOpened(all, application.reopening, name);
+        all.launched.push_back(launching(application));
+        addDocuments(all, application);
     }
+    // After the documents of all: there may be any number of addresses.
+    for (const PlannedApplication& application : preview.applications) addContext(all, *application.saved);
     for (const DesktopPlan::Creation& creation : preview.desktops.creations)
         all.desktops += creation.wanted - creation.existing;
     return all;

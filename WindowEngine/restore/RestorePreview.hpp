@@ -42,8 +42,9 @@ struct RestorePreview {
     std::vector<PlannedApplication> applications;
 };
 
-/// What a restore does to a desktop beside moving windows. Names and locations are as they are written, in
-/// the order in which the restore comes to them.
+/// What a restore does to a desktop beside moving windows, now or at another time: a person agrees to it
+/// once. So it names each application, also one that runs, and each saved document and address, whatever
+/// stands there now.
 struct Consequences {
     struct Opening {
         std::string location;     // a file's path, or an address
@@ -55,7 +56,7 @@ struct Consequences {
     std::vector<std::string> quit;                 // applications that are asked to
     std::vector<std::string> hidden;               // applications
     std::vector<std::string> launched;             // applications
-    std::vector<Opening> opened;                   // documents, folders and pages
+    std::vector<Opening> opened;                   // documents first, then what integrations open
     std::int64_t desktops = 0;                     // made
 
     bool operator==(const Consequences&) const = default;

@@ -35,10 +35,10 @@ std::vector<ApplicationSnapshot> merged(std::vector<ApplicationSnapshot> applica
 }
 
 std::size_t cost(const WindowSnapshot& window) {
-    if (!window.tabs) return 1;
-    const auto documents = std::ranges::count_if(
-        *window.tabs, [](const TabSnapshot& tab) { return tab.documentURL.has_value(); });
-    return std::max<std::size_t>(1, static_cast<std::size_t>(documents));
+    std::size_t documents = window.documentURL ? 1 : 0;
+    for (const TabSnapshot& tab : window.tabs.value_or(std::vector<TabSnapshot>()))
+        documents += tab.documentURL && tab.documentURL != window.documentURL ? 1 : 0;
+    return std::max<std::size_t>(1, documents);
 }
 
 /// Leaves what `room` has place for, and gives back what that takes.
@@ -105,6 +105,7 @@ void limit(RestoreScope& scope) {
 
 RestoreScope scopeOf(WorkspaceSnapshot snapshot, bool limited) {
     RestoreScope scope{std::move(snapshot), {}};
+    boundDisplays(scope.snapshot);
     scope.snapshot.applications = merged(std::move(scope.snapshot.applications));
     if (limited) limit(scope);
     return scope;
@@ -121,9 +122,22 @@ std::string shownName(Applications& applications, const ApplicationSnapshot& app
                                     : fmt::format("{} (saved as “{}”)", *installed, application.name);
 }
 
-void giveShownNames(Applications& applications, WorkspaceSnapshot& snapshot) {
-    for (ApplicationSnapshot& application : snapshot.applications)
+void giveShownNames(Applications& applications, RestoreScope& scope) {
+    std::map<std::string, std::string, std::less<>> names;
+    for (ApplicationSnapshot& application : scope.snapshot.applications) {
         application.name = shownName(applications, application);
+        names[application.bundleIdentifier] = application.name;
+    }
+    for (RestoreReport::Item& item : scope.leftOut) {
+        if (const auto name = names.find(item.bundleIdentifier); name != names.end()) item.app = name->second;
+    }
+}
+
+void boundDisplays(WorkspaceSnapshot& snapshot) {
+    constexpr std::size_t mostDisplays = 64, mostDesktops = 1024;
+    if (snapshot.displays.size() > mostDisplays) snapshot.displays.resize(mostDisplays);
+    if (snapshot.desktops && snapshot.desktops->size() > mostDesktops)
+        snapshot.desktops->resize(mostDesktops);
 }
 
 }  // namespace quillo::Restore

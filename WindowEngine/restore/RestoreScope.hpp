@@ -36,7 +36,10 @@ bool exceedsLimits(const WorkspaceSnapshot& snapshot);
 /// what is not installed.
 std::string shownName(Applications& applications, const ApplicationSnapshot& application);
 
-/// Gives every application of the snapshot its shown name.
-void giveShownNames(Applications& applications, WorkspaceSnapshot& snapshot);
+/// Gives every application of the scope its shown name, also in what was left out of it.
+void giveShownNames(Applications& applications, RestoreScope& scope);
+
+/// Leaves no more displays and desktops than a desk has: each is compared with each.
+void boundDisplays(WorkspaceSnapshot& snapshot);
 
 }  // namespace quillo::Restore

@@ -26,18 +26,21 @@ constexpr auto programTypes = std::to_array<const char*>({
     "application/vnd.microsoft.portable-executable",
     "application/vnd.snap",
     "application/x-desktop",
-    "application/x-executable",
     "application/x-iso9660-appimage",
     "application/x-java-jnlp-file",
+    "application/x-love-game",
     "application/x-ms-dos-executable",
     "application/x-ms-shortcut",
     "application/x-msdownload",
     "application/x-msi",
+    "application/x-remmina",
     "application/x-rpm",
     "application/x-sharedlib",
 });
 
 bool isOneOfThese(const char* type) {
+    // Scripts are kinds of this one too, and an editor opens them.
+    if (g_content_type_equals(type, "application/x-executable")) return true;
     return std::ranges::any_of(programTypes,
                                [&](const char* program) { return g_content_type_is_a(type, program); });
 }

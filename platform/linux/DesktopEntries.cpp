@@ -77,19 +77,38 @@ std::string commandOf(std::string_view execLine) {
     return command;
 }
 
-/// What is handed over stands as a word of its own, or as the end of one ("--open=%f"), never within quotes.
+/// What is handed over must stand as a word of its own or as the end of one ("--open=%f"), wherever it is
+/// handed over, and never within quotation marks or beside what escapes: there a shell would read its name.
 bool takesDocuments(GAppInfo* app) {
     if (!g_app_info_supports_uris(app) && !g_app_info_supports_files(app)) return false;
-    const auto words = wordsOf(orEmpty(g_app_info_get_commandline(app)));
-    return std::ranges::any_of(words, [](std::string_view word) {
-        return word.size() >= 2 && isFieldForDocuments(word.substr(word.size() - 2)) &&
-               word.find_first_of("\"'") == std::string_view::npos;
-    });
+    bool takes = false;
+    for (const std::string& word : wordsOf(orEmpty(g_app_info_get_commandline(app)))) {
+        const bool holdsField = std::ranges::any_of(std::array{"%f", "%F", "%u", "%U"},
+                                                    [&](const char* field) { return word.contains(field); });
+        if (!holdsField) continue;
+        const std::string_view end = std::string_view(word).substr(word.size() - 2);
+        if (!isFieldForDocuments(end) || word.find_first_of("\"'\\") != std::string::npos) return false;
+        takes = true;
+    }
+    return takes;
 }
 
-/// Plain text among them, of which every script is a kind, and bytes, of which everything is.
-bool couldBeScripts(const char* type) {
-    return g_content_type_can_be_executable(type) || g_content_type_equals(type, "application/octet-stream");
+/// Types that no program reads as its own language. An entry that no menu shows is given only these: so do
+/// interpreters, engines of games and what connects somewhere register themselves.
+bool isOnlyLookedAt(std::string_view type) {
+    static constexpr std::array<std::string_view, 10> beginnings{
+        "image/",
+        "audio/",
+        "video/",
+        "font/",
+        "inode/directory",
+        "application/pdf",
+        "application/epub+zip",
+        "application/vnd.oasis.opendocument.",
+        "application/vnd.openxmlformats-officedocument.",
+        "application/vnd.comicbook",
+    };
+    return std::ranges::any_of(beginnings, [&](std::string_view one) { return type.starts_with(one); });
 }
 
 OpenedKinds kindsOf(GAppInfo* app, const std::vector<std::string>& types) {
@@ -112,7 +131,7 @@ std::vector<std::string> declaredTypes(GDesktopAppInfo* entry) {
     std::vector<std::string> types;
     const bool shown = !g_desktop_app_info_get_nodisplay(entry);
     for (const auto* type = g_app_info_get_supported_types(app); type && *type; ++type) {
-        if (shown || !couldBeScripts(*type)) types.emplace_back(*type);
+        if (shown || isOnlyLookedAt(*type)) types.emplace_back(*type);
     }
     return types;
 }

@@ -32,8 +32,8 @@ struct DesktopEntry {
 
 /// The types of an entry that takes documents by itself: none where its Exec line has no field for them, or
 /// only within quotation marks, where a shell or an interpreter would read a document's name as its own
-/// language. Of an entry that no menu shows, without the types that could be scripts: so do interpreters
-/// register.
+/// language. Of an entry that no menu shows only pictures, sounds, folders and the like: so do interpreters
+/// register themselves.
 std::vector<std::string> declaredTypes(GDesktopAppInfo* entry);
 
 /// Read when first asked, and again when one of the directories has changed. Where several files give the

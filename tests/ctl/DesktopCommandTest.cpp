@@ -285,7 +285,7 @@ TEST_F(DesktopCommandTest, WhatWasNotSavedHereIsAskedAboutOnce) {
     };
     const std::string shown =
         " was not saved on this computer. Restoring it would do this:\r\n"
-        "  Launches\r\n    Terminal\r\n  Makes 1 desktop\r\nRestore it? [y/N] ";
+        "  Launches\r\n    Editor (runs now)\r\n    Terminal\r\n  Makes 1 desktop\r\nRestore it? [y/N] ";
     expectSteps({{on("disturbed", {"restore", "work 2"}), 1, refused},
                  {on("disturbed", {"restore", "work 2", "--json"}), 1, "--yes"},
                  {on("disturbed", {"plan", "work 2"}), 0, "not saved on this computer; restore asks first\n"},

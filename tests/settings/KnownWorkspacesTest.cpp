@@ -3,6 +3,7 @@
 
 #include <set>
 
+#include "WindowEngine/records/WorkspaceCoding.hpp"
 #include "platform/posix/PosixFileSystem.hpp"
 #include "platform/simulated/MemoryDefaults.hpp"
 #include "settings/KnownWorkspaces.hpp"
@@ -155,6 +156,12 @@ TEST_F(KnownWorkspacesTest, SessionsAreKnownAlsoOnceTheyAreArchived) {
     ASSERT_TRUE(saveSession(history, known, snapshot, Instant{}));
     for (const Workspace& session : history.list())
         EXPECT_NE(known.isKnown(session), session.snapshot == slipped.snapshot);
+    // Nor by saying that it is newer than the latest, whose identifier everybody knows.
+    slipped.updatedAt = Instant(std::chrono::hours(1'000'000));
+    directory.write("sessions/zz.json", WorkspaceCoding::encode(slipped).value());
+    snapshot.applications[0].bundleIdentifier = "e";
+    ASSERT_TRUE(saveSession(history, known, snapshot, Instant{}));
+    EXPECT_FALSE(known.isKnown(slipped));
 }
 
 }  // namespace

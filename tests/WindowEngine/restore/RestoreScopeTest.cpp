@@ -27,6 +27,11 @@ TEST(RestoreScope, EntriesOfOneIdentifierAreOneAndNoFileAsksWithoutEnd) {
     ApplicationSnapshot tabs = application("a", 2);
     for (WindowSnapshot& window : tabs.windows)
         window.tabs.emplace(30, TabSnapshot{.title = {}, .documentURL = Url::file("/x")});
+    ApplicationSnapshot tab = application("a", 50);  // each window has a document beside that of its tab
+    for (WindowSnapshot& window : tab.windows) {
+        window.documentURL = Url::file("/y");
+        window.tabs.emplace(1, TabSnapshot{.title = {}, .documentURL = Url::file("/x")});
+    }
     const struct {
         std::vector<ApplicationSnapshot> saved;
         std::vector<std::size_t> windows, limited;  // of each application, without and with the limits
@@ -36,6 +41,7 @@ TEST(RestoreScope, EntriesOfOneIdentifierAreOneAndNoFileAsksWithoutEnd) {
         {three, {65, 0}, {50, 0}, 2},
         {five, {45, 45, 45, 45, 45, 45}, {45, 45, 45, 45, 20}, 2},
         {{tabs}, {2}, {1}, 1},
+        {{tab}, {50}, {25}, 1},
     };
     const auto windowsOf = [](const RestoreScope& scope) {
         std::vector<std::size_t> counts;

@@ -31,6 +31,10 @@ class StrangerTest : public X11Test {
         entry("interpreter", "Exec=/bin/sh\nNoDisplay=true\n");
         entry("hidden", "Exec=/bin/sh %f\nNoDisplay=true\nMimeType=text/plain;application/octet-stream;\n");
         entry("quoting", "Exec=sh -c \"sh %f\"\nMimeType=text/plain;\n");
+        entry("both", "Exec=sh -c \"cat '%f'\" sh %f\nMimeType=text/plain;\n");
+        entry("escaping", "Exec=sh -c true\\\\ %f\nMimeType=text/plain;\n");
+        entry("any", "Exec=/bin/sh %f\nNoDisplay=true\nMimeType=application/*;text/*;\n");
+        files.write("script.sh", "echo\n");
     }
     void entry(const std::string& id, const std::string& lines) {
         installed.push_back(PrivateDesktop::home() / "data/applications" / (id + ".desktop"));
@@ -83,6 +87,9 @@ TEST_F(StrangerTest, RunsNothingAndIsToldWhy) {
         {"entryless", "", files / "letter.txt",
          "document could not be opened: the application is not installed"},
         {"quoting", "", files / "script.txt", undeclared},
+        {"both", "", files / "script.txt", undeclared},
+        {"escaping", "", files / "script.txt", undeclared},
+        {"any", "", files / "script.txt", undeclared},
         {"reader", files / "start", files / "picture.png", undeclared},
         {"reader", "", files / "entry.txt", runs},
         {"reader", "", files / "start", runs},
@@ -102,6 +109,8 @@ TEST_F(StrangerTest, RunsNothingAndIsToldWhy) {
 }
 
 TEST_F(StrangerTest, WhatAPersonSavedIsOpenedAsTheFileThatWasJudged) {
+    // A script that nobody may execute is a text to an editor.
+    EXPECT_TRUE(desktop->applications.openable("reader", Url::file((files / "script.sh").string())));
     restore("reader", files / "start", files / "shortcut/../letter.txt", true);
     EXPECT_TRUE(
         eventually([&] { return windowTitled("reads|" + (files / "far/letter.txt").string()).has_value(); }));
