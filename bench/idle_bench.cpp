@@ -8,6 +8,7 @@
 
 #include "WindowEngine/support/Loops.hpp"
 #include "app/AppModel.hpp"
+#include "platform/linux/Sha256.hpp"
 #include "platform/posix/PosixFileSystem.hpp"
 #include "platform/simulated/MemoryDefaults.hpp"
 #include "platform/simulated/SimulatedHotKeys.hpp"
@@ -71,7 +72,8 @@ int main() {
     SimulatedPowerEvents power(executor);
     SimulatedShell shell;
     NoSurfaces surfaces;
-    const AppModel model({access, files, data.path(), defaults, hotKeys, loginItem, power, shell, surfaces});
+    const AppModel model(
+        {access, files, data.path(), defaults, sha256, hotKeys, loginItem, power, shell, surfaces});
     executor.runUntil([] { return false; }, 2s);  // what starting up left to do
 
     constexpr auto watched = 30s;
