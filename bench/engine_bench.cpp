@@ -55,7 +55,8 @@ void folding(benchmark::State& state) {
     for (std::int64_t i = 0; i < state.range(0); ++i) {
         WindowSnapshot& window = windows.emplace_back();
         window.title = titleOf(i);
-        window.frame = {static_cast<double>(i / stackHeight), 0, 800, 600};
+        const std::int64_t place = i / stackHeight;
+        window.frame = {static_cast<double>(place), 0, 800, 600};
         window.displayID = "display";
         window.subrole = "AXStandardWindow";
         if (i % stackHeight == 0) window.desktop = DesktopSnapshot{"display", 0, "desktop"};
