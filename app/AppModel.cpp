@@ -29,9 +29,7 @@ AppModel::AppModel(const AppServices& services, QObject* parent)
       hotKeys_(services.hotKeys, services.desktop.platform.executor, services.desktop.platform.log),
       libraryWatch_(executor(), services.files, store_.directory(), [this] { reload(); }),
       historyWatch_(executor(), services.files, services.data / "sessions", [this] { reloadSessions(); }) {
-    WorkspaceScanResult found = store_.scan();
-    workspaces_ = std::move(found.workspaces);
-    storageIssues_ = std::move(found.issues);
+    reload();
     loginItem_.configureDefault();
     hotKeys_.onAction = [this](HotKeyAction action) {
         if (action == HotKeyAction::save) {
@@ -40,7 +38,7 @@ AppModel::AppModel(const AppServices& services, QObject* parent)
             toggleSwitcher();
         }
     };
-    sessions_ = history_.list();
+    reloadSessions();
     observeSystem();
     applySettings();
     startPermissionPolling();
@@ -89,15 +87,21 @@ void AppModel::setShowingSettings(bool showing) {
 }
 
 void AppModel::reload() {
+    libraryWatch_.look();
     WorkspaceScanResult found = store_.scan();
-    const bool newWorkspaces = found.workspaces != workspaces_, newIssues = found.issues != storageIssues_;
-    workspaces_ = std::move(found.workspaces);
-    storageIssues_ = std::move(found.issues);
+    const bool newWorkspaces = !found.failure && found.workspaces != workspaces_;
+    // What cannot be listed now is still there, as far as anybody knows.
+    if (newWorkspaces) workspaces_ = std::move(found.workspaces);
+    if (storageIssues_.update(found)) Q_EMIT storageIssuesChanged();
     if (newWorkspaces) Q_EMIT workspacesChanged();
-    if (newIssues) Q_EMIT storageIssuesChanged();
+}
+
+void AppModel::dismissStorageIssues() {
+    if (storageIssues_.dismiss()) Q_EMIT storageIssuesChanged();
 }
 
 void AppModel::reloadSessions() {
+    historyWatch_.look();
     std::vector<Workspace> found = history_.list();
     if (std::exchange(sessions_, std::move(found)) != sessions_) Q_EMIT sessionsChanged();
 }

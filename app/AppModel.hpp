@@ -21,6 +21,7 @@
 #include "app/HotKeys.hpp"
 #include "app/LoginItemController.hpp"
 #include "app/RestoreRun.hpp"
+#include "app/StorageIssues.hpp"
 #include "app/Surfaces.hpp"
 #include "app/TaskSlot.hpp"
 #include "platform/services/PowerEvents.hpp"
@@ -64,7 +65,8 @@ class AppModel final : public QObject {
 
     /// As last read from the store, newest first; views sort them.
     const std::vector<Workspace>& workspaces() const { return workspaces_; }
-    const std::vector<WorkspaceLoadIssue>& storageIssues() const { return storageIssues_; }
+    const StorageIssues& storageIssues() const { return storageIssues_; }
+    void dismissStorageIssues();
     /// The session history, newest first.
     const std::vector<Workspace>& sessions() const { return sessions_; }
     const std::optional<std::string>& autoSnapshotError() const { return autoSnapshotError_; }
@@ -215,7 +217,7 @@ class AppModel final : public QObject {
     Uuid autoSnapshotGeneration_ = Uuid::random();
     std::int64_t scheduledMinutes_ = -1;  // so that the first configuration always runs
     std::vector<Workspace> workspaces_;
-    std::vector<WorkspaceLoadIssue> storageIssues_;
+    StorageIssues storageIssues_;
     AppSettings settings_;
     bool accessibilityGranted_ = false;
     std::shared_ptr<CaptureDraft> draft_;

@@ -48,9 +48,17 @@ void DirectoryWatch::noticed() {
 
 Task<> DirectoryWatch::settle() {
     co_await sleepFor(together);
-    const bool wasAway = watchesParent_;
     watch();  // anew: the directory may be another one of the same name
-    if (!wasAway || !watchesParent_) changed_();
+    if (stamps() != seen_) changed_();
+}
+
+void DirectoryWatch::look() {
+    seen_ = stamps();
+}
+
+DirectoryWatch::Stamps DirectoryWatch::stamps() const {
+    Result<std::vector<EntryStamp>> found = files_.stamps(directory_);
+    return found ? Stamps(*std::move(found)) : std::nullopt;
 }
 
 }  // namespace quillo

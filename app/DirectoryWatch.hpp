@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <vector>
 
 #include "WindowEngine/services/FileSystem.hpp"
 #include "WindowEngine/support/Executor.hpp"
@@ -10,7 +12,8 @@
 
 namespace quillo {
 
-/// Where the system cannot watch, it stays silent.
+/// Where the system cannot watch, it stays silent, and where the directory is found as it was when last
+/// looked at.
 class DirectoryWatch {
   public:
     /// Creates the parent of `directory` where it is missing. `changed` is called on the executor's thread,
@@ -21,7 +24,14 @@ class DirectoryWatch {
     DirectoryWatch& operator=(const DirectoryWatch&) = delete;
     ~DirectoryWatch();
 
+    /// The directory is about to be read: only what differs from now on is a change. Without this, reading
+    /// that repairs, or tries to, would be told of itself.
+    void look();
+
   private:
+    using Stamps = std::optional<std::vector<EntryStamp>>;  // nothing where the directory cannot be listed
+
+    Stamps stamps() const;
     void watch();
     void noticed();
     Task<> settle();
@@ -32,6 +42,7 @@ class DirectoryWatch {
     std::function<void()> changed_;
     std::shared_ptr<DirectoryWatch*> self_;  // null from its destruction on
     bool watchesParent_ = false;
+    Stamps seen_;
     std::unique_ptr<FileWatch> watch_;
     TaskSlot settling_;
 };

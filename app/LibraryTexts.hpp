@@ -6,6 +6,9 @@
 namespace quillo::LibraryTexts {
 
 inline constexpr std::string_view menuEmpty = "No workspaces yet";
+inline constexpr std::string_view unreadable = "Your workspaces can't be read";
+inline constexpr std::string_view unreadableHint =
+    "They are listed again as soon as their folder can be opened.";
 inline constexpr std::string_view windowEmpty = "Save your first workspace";
 inline constexpr std::string_view windowEmptyHint =
     "Save this desktop as a workspace. Your apps and windows\nwill be ready when you come back.";

@@ -36,8 +36,10 @@ CommandResult saveNew(Session& session, const Arguments& arguments) {
     if (!name) return std::unexpected(name.error());
     Expected<WorkspaceSnapshot> snapshot = captureDesktop(session, arguments);
     if (!snapshot) return std::unexpected(snapshot.error());
+    const Expected<std::vector<Workspace>> workspaces = scan(session);
+    if (!workspaces) return std::unexpected(workspaces.error());
     return store(session, "as",
-                 Workspace::create(Uuid::random(), uniqueName(*name, scan(session)), std::string(defaultIcon),
+                 Workspace::create(Uuid::random(), uniqueName(*name, *workspaces), std::string(defaultIcon),
                                    randomColor(), *std::move(snapshot), now()));
 }
 
@@ -99,21 +101,24 @@ void examineDesktop(Examination& examination, Desktop& desktop) {
     examination.tell("displays", std::to_string(Displays::current(platform.screens).size()));
 }
 
+std::string listed(const auto& names) {
+    return names.empty() ? "none" : fmt::format("{}", fmt::join(names, ", "));
+}
+
 void examineStore(Examination& examination, Session& session) {
     const WorkspaceScanResult library = session.store.scan();
     examination.tell("data directory", session.dataDirectory.string());
     examination.tell("workspaces", std::to_string(library.workspaces.size()));
     examination.tell("sessions", std::to_string(session.history.list().size()));
     examination.tell("damaged files", std::to_string(library.issues.size()));
+    examination.tell("damaged versions kept", listed(session.store.damagedFiles()));
+    if (library.failure) examination.tell("library", library.failure->text);
     examination.tell("log", session.logPlace);
 }
 
 void examineSettings(Examination& examination, const Session& session, const AppSettings& settings) {
-    std::string integrations;
-    for (const std::string& id : settings.enabledAdapters)
-        integrations += (integrations.empty() ? "" : ", ") + id;
     examination.tell("settings", session.defaults.place());
-    examination.tell("integrations", integrations.empty() ? "none" : integrations);
+    examination.tell("integrations", listed(settings.enabledAdapters));
     examination.tell("excluded applications", std::to_string(settings.excludedBundleIdentifiers.size()));
     examination.tell("excluded websites", std::to_string(settings.excludedDomains.size()));
 }

@@ -51,7 +51,9 @@ CommandResult exportWorkspace(Session& session, const Arguments& arguments) {
 CommandResult importWorkspace(Session& session, const Arguments& arguments) {
     const Expected<std::string> bytes = readFile(session, arguments);
     if (!bytes) return std::unexpected(bytes.error());
-    const Result<ImportedWorkspace> imported = ImportedWorkspace::read(*bytes, scan(session), now());
+    const Expected<std::vector<Workspace>> workspaces = scan(session);
+    if (!workspaces) return std::unexpected(workspaces.error());
+    const Result<ImportedWorkspace> imported = ImportedWorkspace::read(*bytes, *workspaces, now());
     if (!imported) return badFile(arguments.file, imported.error());
     if (const Result<void> saved = session.store.save(imported->workspace); !saved) {
         return couldNot("import " + printable(imported->workspace.name), saved.error());

@@ -5,7 +5,9 @@
 namespace quillo::ctl {
 
 CommandResult listHistory(Session& session, const Arguments&) {
-    return printList(session.output, scan(session, session.history.store()),
+    const Expected<std::vector<Workspace>> sessions = scanHistory(session);
+    if (!sessions) return std::unexpected(sessions.error());
+    return printList(session.output, *sessions,
                      "No sessions yet. Save this one with: quilloctl history save");
 }
 

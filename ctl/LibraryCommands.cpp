@@ -93,7 +93,9 @@ CommandResult printList(Output& output, std::span<const Workspace> workspaces, s
 }
 
 CommandResult listWorkspaces(Session& session, const Arguments&) {
-    return printList(session.output, scan(session),
+    const Expected<std::vector<Workspace>> workspaces = scan(session);
+    if (!workspaces) return std::unexpected(workspaces.error());
+    return printList(session.output, *workspaces,
                      "No workspaces yet. Save what is open now with: quilloctl save NAME");
 }
 
@@ -114,15 +116,16 @@ CommandResult showWorkspace(Session& session, const Arguments& arguments) {
 CommandResult renameWorkspace(Session& session, const Arguments& arguments) {
     const Expected<std::string> name = workspaceName("NAME", *arguments.name);
     if (!name) return std::unexpected(name.error());
-    const std::vector<Workspace> workspaces = scan(session);
-    const Expected<Workspace> found = find(workspaces, arguments.workspace);
+    const Expected<std::vector<Workspace>> workspaces = scan(session);
+    if (!workspaces) return std::unexpected(workspaces.error());
+    const Expected<Workspace> found = find(*workspaces, arguments.workspace);
     if (!found) return std::unexpected(found.error());
     if (*name == found->name) return reportSaved(session, "Unchanged:", *found);
 
     Result<Workspace> workspace = session.store.load(found->id);
     if (!workspace) return couldNot("rename " + printable(found->name), workspace.error());
     // The workspace itself counts among the names taken, as everywhere else in the program.
-    workspace->name = uniqueName(*name, workspaces);
+    workspace->name = uniqueName(*name, *workspaces);
     workspace->updatedAt = now();
     if (const Result<void> saved = session.store.save(*workspace); !saved) {
         return couldNot("rename " + printable(found->name), saved.error());
@@ -131,10 +134,11 @@ CommandResult renameWorkspace(Session& session, const Arguments& arguments) {
 }
 
 CommandResult duplicateWorkspace(Session& session, const Arguments& arguments) {
-    const std::vector<Workspace> workspaces = scan(session);
-    const Expected<Workspace> source = find(workspaces, arguments.workspace);
+    const Expected<std::vector<Workspace>> workspaces = scan(session);
+    if (!workspaces) return std::unexpected(workspaces.error());
+    const Expected<Workspace> source = find(*workspaces, arguments.workspace);
     if (!source) return std::unexpected(source.error());
-    const Workspace copy = source->importedCopy(uniqueName(source->name + " copy", workspaces), now());
+    const Workspace copy = source->importedCopy(uniqueName(source->name + " copy", *workspaces), now());
     if (const Result<void> saved = session.store.save(copy); !saved) {
         return couldNot("duplicate " + printable(source->name), saved.error());
     }

@@ -10,13 +10,6 @@
 namespace quillo::ctl {
 namespace {
 
-std::string issueText(const WorkspaceLoadIssue& issue) {
-    const bool namesFile = issue.message.find(issue.fileName) != std::string::npos;
-    std::string text = namesFile ? issue.message : issue.fileName + ": " + issue.message;
-    if (!issue.detail.empty()) text += " (" + issue.detail + ")";
-    return printable(text);
-}
-
 Failure ambiguous(std::string_view which, std::span<const Workspace* const> named) {
     std::string text = fmt::format(
         "{} workspaces are named {}; give one of these identifiers instead:", named.size(), printable(which));
@@ -36,6 +29,12 @@ std::vector<const Workspace*> knownAs(std::string_view which, std::span<const Wo
         if (text::equalIgnoringCase(workspace.name, which)) known.push_back(&workspace);
     }
     return known;
+}
+
+Expected<std::vector<Workspace>> workspacesOf(Session& session, WorkspaceScanResult found) {
+    for (const WorkspaceLoadIssue& issue : found.issues) session.output.complain(printable(issue.text()));
+    if (found.failure) return failure(printable(found.failure->text));
+    return std::move(found.workspaces);
 }
 
 }  // namespace
@@ -63,14 +62,12 @@ void noteProvenance(Session& session, const Result<void>& noted) {
                             printable(noted.error().text));
 }
 
-std::vector<Workspace> scan(Session& session) {
-    return scan(session, session.store);
+Expected<std::vector<Workspace>> scan(Session& session) {
+    return workspacesOf(session, session.store.scan());
 }
 
-std::vector<Workspace> scan(Session& session, const WorkspaceStore& store) {
-    WorkspaceScanResult result = store.scan();
-    for (const WorkspaceLoadIssue& issue : result.issues) session.output.complain(issueText(issue));
-    return std::move(result.workspaces);
+Expected<std::vector<Workspace>> scanHistory(Session& session) {
+    return workspacesOf(session, session.history.scan());
 }
 
 Expected<Workspace> find(std::span<const Workspace> workspaces, std::string_view which) {
@@ -81,18 +78,19 @@ Expected<Workspace> find(std::span<const Workspace> workspaces, std::string_view
 }
 
 Expected<Workspace> find(Session& session, std::string_view which) {
-    return find(scan(session), which);
+    const Expected<std::vector<Workspace>> workspaces = scan(session);
+    return workspaces ? find(*workspaces, which) : std::unexpected(workspaces.error());
 }
 
 Expected<Found> findWithHistory(Session& session, std::string_view which) {
-    std::vector<Workspace> workspaces = scan(session);
-    bool isSession = false;
-    if (knownAs(which, workspaces).empty()) {
-        std::vector<Workspace> sessions = scan(session, session.history.store());
-        isSession = !knownAs(which, sessions).empty();
-        if (isSession) workspaces = std::move(sessions);
+    Expected<std::vector<Workspace>> workspaces = scan(session);
+    const bool isSession = workspaces && knownAs(which, *workspaces).empty();
+    if (isSession) {
+        Expected<std::vector<Workspace>> sessions = scanHistory(session);
+        if (!sessions || !knownAs(which, *sessions).empty()) workspaces = std::move(sessions);
     }
-    Expected<Workspace> found = find(workspaces, which);
+    if (!workspaces) return std::unexpected(workspaces.error());
+    Expected<Workspace> found = find(*workspaces, which);
     if (!found) return std::unexpected(found.error());
     return Found{*std::move(found), isSession};
 }

@@ -39,9 +39,10 @@ AppSettings settingsFor(Session& session, const Arguments& arguments);
 /// Complains where it could not be noted where a workspace comes from: restoring it will ask.
 void noteProvenance(Session& session, const Result<void>& noted);
 
-/// The workspaces of the library, or of the given store. What is wrong there goes to standard error.
-std::vector<Workspace> scan(Session& session);
-std::vector<Workspace> scan(Session& session, const WorkspaceStore& store);
+/// The workspaces of the library, and the sessions of the history. What is wrong with files of theirs goes to
+/// standard error; a directory that cannot be listed is a failure.
+Expected<std::vector<Workspace>> scan(Session& session);
+Expected<std::vector<Workspace>> scanHistory(Session& session);
 
 /// The one workspace that `which` names: its identifier, or its name ignoring case. Several of one name are
 /// listed with their identifiers and none is taken.

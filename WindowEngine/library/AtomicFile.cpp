@@ -5,8 +5,8 @@
 namespace quillo {
 
 Result<void> writeAtomically(FileSystem& files, const std::filesystem::path& file, std::string_view bytes) {
-    const std::filesystem::path temporary =
-        file.parent_path() / ("." + file.filename().string() + "." + Uuid::random().upper() + ".next");
+    // Named after nothing: a name of the greatest length leaves no room for an addition.
+    const std::filesystem::path temporary = file.parent_path() / ("." + Uuid::random().upper() + ".next");
     if (const Result<void> created = files.createFile(temporary, bytes); !created) return created;
     Result<void> renamed = files.rename(temporary, file);
     if (!renamed) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "WindowEngine/library/WorkspaceFiles.hpp"
 #include "WindowEngine/records/WorkspaceCoding.hpp"
 
 namespace quillo {
@@ -61,6 +62,11 @@ Workspace archived(const Workspace& latest) {
     return session;
 }
 
+bool holds(const Workspace& archive, const Workspace& latest) {
+    return archive.createdAt == latest.createdAt && archive.updatedAt == latest.updatedAt &&
+           archive.snapshot == latest.snapshot;
+}
+
 Result<bool> same(const WorkspaceSnapshot& a, const WorkspaceSnapshot& b) {
     const auto first = SessionHistory::signature(a);
     if (!first) return std::unexpected(first.error());
@@ -71,17 +77,28 @@ Result<bool> same(const WorkspaceSnapshot& a, const WorkspaceSnapshot& b) {
 
 }  // namespace
 
-std::vector<Workspace> SessionHistory::list() const {
-    return store_.scan().workspaces;
+// A save that was interrupted leaves the latest session archived as well: it is one session.
+WorkspaceScanResult SessionHistory::scan() const {
+    WorkspaceScanResult found = store_.scan();
+    const auto latest = std::ranges::find(found.workspaces, latestID, &Workspace::id);
+    if (latest == found.workspaces.end()) return found;
+    const Workspace copy = *latest;
+    std::erase_if(found.workspaces,
+                  [&](const Workspace& session) { return session.id != latestID && holds(session, copy); });
+    return found;
 }
 
 Result<bool> SessionHistory::save(const WorkspaceSnapshot& snapshot, Instant now) const {
-    const std::vector<Workspace> sessions = list();
+    if (const auto replaceable = latestIsReplaceable(); !replaceable)
+        return std::unexpected(replaceable.error());
+    const WorkspaceScanResult found = store_.scan();
+    if (found.failure) return std::unexpected(*found.failure);
+    const std::vector<Workspace>& sessions = found.workspaces;
     if (const auto latest = std::ranges::find(sessions, latestID, &Workspace::id); latest != sessions.end()) {
         const auto unchanged = same(latest->snapshot, snapshot);
         if (!unchanged) return std::unexpected(unchanged.error());
         if (*unchanged) return false;
-        if (const auto kept = store_.save(archived(*latest)); !kept) return std::unexpected(kept.error());
+        if (const auto kept = archive(*latest, sessions); !kept) return std::unexpected(kept.error());
     }
     if (const auto saved = store_.save(latestSession(snapshot, now)); !saved) {
         return std::unexpected(saved.error());
@@ -92,11 +109,28 @@ Result<bool> SessionHistory::save(const WorkspaceSnapshot& snapshot, Instant now
     return true;
 }
 
+// What cannot be read now may be whole (a newer program's, say), and is not overwritten.
+Result<void> SessionHistory::latestIsReplaceable() const {
+    const auto latest = store_.load(latestID);
+    if (latest || latest.error().kind == ErrorKind::notFound || WorkspaceFiles::isDamaged(latest.error()))
+        return {};
+    return std::unexpected(latest.error());
+}
+
+// An attempt that failed after this has archived it already.
+Result<void> SessionHistory::archive(const Workspace& latest, const std::vector<Workspace>& sessions) const {
+    const bool kept = std::ranges::any_of(
+        sessions, [&](const Workspace& session) { return session.id != latestID && holds(session, latest); });
+    return kept ? Result<void>() : store_.save(archived(latest));
+}
+
 Result<void> SessionHistory::prune() const {
     std::vector<Workspace> archives = list();
     std::erase_if(archives, [](const Workspace& session) { return session.id == latestID; });
     for (std::size_t i = archivesKept; i < archives.size(); ++i) {
-        if (auto removed = store_.remove(archives[i].id); !removed) return removed;
+        auto removed = store_.remove(archives[i].id);
+        const bool gone = removed || removed.error().kind == ErrorKind::notFound;  // by another program
+        if (!gone) return removed;
     }
     return {};
 }

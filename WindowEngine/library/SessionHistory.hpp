@@ -23,11 +23,12 @@ class SessionHistory {
 
     const WorkspaceStore& store() const { return store_; }
 
-    /// Newest first; what is damaged and cannot be recovered is left out.
-    std::vector<Workspace> list() const;
+    /// Newest first.
+    WorkspaceScanResult scan() const;
+    std::vector<Workspace> list() const { return scan().workspaces; }
     /// Makes the snapshot the latest session, archives the one before and drops what is too old. False when
-    /// nothing has changed since: then nothing is written. An error ends it where it arose; no session but
-    /// those that are too old is lost by it.
+    /// nothing has changed since: then nothing is written. An error ends it where it arose; neither it nor
+    /// the end of the program in between loses a session or counts one twice.
     Result<bool> save(const WorkspaceSnapshot& snapshot, Instant now) const;
     /// Removes the directory with everything in it; one that does not exist is success.
     Result<void> deleteAll() const;
@@ -38,6 +39,8 @@ class SessionHistory {
     static Result<std::string> signature(const WorkspaceSnapshot& snapshot);
 
   private:
+    Result<void> latestIsReplaceable() const;
+    Result<void> archive(const Workspace& latest, const std::vector<Workspace>& sessions) const;
     Result<void> prune() const;
 
     FileSystem* files_;

@@ -11,7 +11,7 @@ namespace {
 
 using Path = std::filesystem::path;
 
-constexpr std::string_view temporaryEnding = ".next";
+constexpr std::string_view temporaryEnding = ".next", damagedEnding = ".damaged";
 constexpr std::size_t uuidLength = 36;
 
 // The identifier whose save made a temporary file of this name.
@@ -49,13 +49,6 @@ Result<void> moveIntoPlace(FileSystem& files, const Path& temporary, const Path&
     return moved;
 }
 
-// A damaged primary must not push out the backup that is the only complete copy.
-bool isOnlyCompleteCopy(FileSystem& files, const Path& backup, const Path& primary) {
-    if (!files.exists(backup)) return false;
-    const auto current = read(files, primary);
-    return !current && current.error().kind == ErrorKind::invalidData && read(files, backup);
-}
-
 // Copied beside and renamed, so that the backup is complete at every moment too.
 Result<void> keepAsBackup(FileSystem& files, const Path& primary, const Path& backup, const Uuid& id) {
     const Path temporary = primary.parent_path() / temporaryName(id);
@@ -63,12 +56,18 @@ Result<void> keepAsBackup(FileSystem& files, const Path& primary, const Path& ba
     return moveIntoPlace(files, temporary, backup);
 }
 
+// A damaged primary does not push out a backup, which is the only complete copy then, and one that cannot be
+// read for another reason is not overwritten.
+Result<void> keepPrimary(FileSystem& files, const Path& primary, const Uuid& id) {
+    const auto current = read(files, primary);
+    if (!current && isDamaged(current.error())) return keepDamaged(files, primary, id);
+    if (!current) return std::unexpected(current.error());
+    return keepAsBackup(files, primary, primary.parent_path() / backupName(primary.filename().string()), id);
+}
+
 Result<void> putInPlace(FileSystem& files, const Path& temporary, const Path& primary, const Uuid& id) {
     if (files.exists(primary)) {
-        const Path backup = primary.parent_path() / backupName(primary.filename().string());
-        if (!isOnlyCompleteCopy(files, backup, primary)) {
-            if (auto kept = keepAsBackup(files, primary, backup, id); !kept) return kept;
-        }
+        if (auto kept = keepPrimary(files, primary, id); !kept) return kept;
     }
     return files.rename(temporary, primary);
 }
@@ -96,6 +95,48 @@ Result<Workspace> read(FileSystem& files, const Path& file) {
     const auto bytes = files.read(file);
     if (!bytes) return std::unexpected(bytes.error());
     return WorkspaceCoding::decode(*bytes, bytes->capacity() - bytes->size());
+}
+
+bool isDamaged(const Error& error) {
+    return error.kind == ErrorKind::invalidData && !WorkspaceCoding::isTooLarge(error);
+}
+
+std::vector<std::string> damagedNames(const Uuid& id) {
+    const std::string first = primaryName(id) + std::string(damagedEnding);
+    return {first, first + "-2", first + "-3"};
+}
+
+bool isDamagedName(std::string_view name) {
+    const auto ending = name.rfind(damagedEnding);
+    return ending != std::string_view::npos && hasExtension(name.substr(0, ending), "json");
+}
+
+Result<void> keepDamaged(FileSystem& files, const Path& file, const Uuid& id) {
+    const auto bytes = files.read(file);
+    if (!bytes) return std::unexpected(bytes.error());
+    const Path directory = file.parent_path();
+    const std::vector<std::string> names = damagedNames(id);
+    for (const std::string& name : names) {
+        if (files.read(directory / name) == *bytes) return {};
+    }
+    const auto stands = [&](const std::string& name) { return files.exists(directory / name); };
+    if (std::ranges::all_of(names, stands)) {
+        for (std::size_t i = 1; i < names.size(); ++i) {
+            if (auto moved = files.rename(directory / names[i], directory / names[i - 1]); !moved)
+                return moved;
+        }
+    }
+    const auto free = std::ranges::find_if_not(names, stands);
+    if (auto written = files.createFile(directory / *free, *bytes); !written) return written;
+    return files.syncDirectory(directory);
+}
+
+Result<void> removeDurably(FileSystem& files, const Path& directory, const std::vector<std::string>& names) {
+    for (const std::string& name : names) {
+        auto removed = files.remove(directory / name);
+        if (!removed && removed.error().kind != ErrorKind::notFound) return removed;
+    }
+    return files.syncDirectory(directory);
 }
 
 Result<void> replace(FileSystem& files, const Path& file, const Uuid& id, std::string_view bytes) {

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "WindowEngine/records/Workspace.hpp"
 #include "WindowEngine/services/FileSystem.hpp"
@@ -19,13 +20,29 @@ bool hasExtension(std::string_view name,
 /// Reads and decodes one file; decoding errors do not name the file.
 Result<Workspace> read(FileSystem& files, const std::filesystem::path& file);
 
+/// Whether reading failed because of what the file says. Not so for one that is too large, that a newer
+/// program wrote or that cannot be opened: those may be whole.
+bool isDamaged(const Error& error);
+
+/// Keeps the damaged contents of `file` beside the primary of `id`, for the person to mend: as
+/// `<primary>.damaged`, and three of them at most, of which the first kept goes first. What is kept already
+/// is not kept again. Durable when it returns.
+Result<void> keepDamaged(FileSystem& files, const std::filesystem::path& file, const Uuid& id);
+/// The names that `keepDamaged` gives for the primary of `id`, the first kept first.
+std::vector<std::string> damagedNames(const Uuid& id);
+bool isDamagedName(std::string_view name);
+
+/// Removes those of the files that are there, and returns when they are gone for good.
+Result<void> removeDurably(FileSystem& files, const std::filesystem::path& directory,
+                           const std::vector<std::string>& names);
+
 /// Writes `bytes` under `file`, which is complete (old or new) at every moment. `id` names the temporary
 /// file.
 Result<void> replace(FileSystem& files, const std::filesystem::path& file, const Uuid& id,
                      std::string_view bytes);
 
-/// Writes the document as the primary of `id` and keeps the version before as its backup. First removes
-/// temporary files that interrupted saves left.
+/// Writes the document as the primary of `id` and keeps the version before as its backup, or beside it where
+/// it is damaged. First removes temporary files that interrupted saves left.
 Result<void> save(FileSystem& files, const std::filesystem::path& directory, const Uuid& id,
                   std::string_view bytes);
 

@@ -34,9 +34,14 @@ void inParallel(std::size_t count, const Work& work) {
     for (std::thread& helper : helpers) helper.join();
 }
 
-Result<void> removeIfPresent(FileSystem& files, const std::filesystem::path& file) {
-    auto removed = files.remove(file);
-    return !removed && removed.error().kind == ErrorKind::notFound ? Result<void>() : removed;
+bool isMissing(const Error& trouble) {
+    return trouble.kind == ErrorKind::notFound;
+}
+
+// A file system's own words begin with the whole path, which the message's file name makes needless.
+std::string reason(const Error& trouble, const std::filesystem::path& file) {
+    const std::string opening = "Could not read " + file.string() + ": ";
+    return trouble.text.starts_with(opening) ? trouble.text.substr(opening.size()) : trouble.text;
 }
 
 // Stable. Places are sorted instead of the records, which are large.
@@ -65,9 +70,14 @@ WorkspaceScanResult WorkspaceScan::run() {
 }
 
 // Names of primaries in ascending order, also of those that are missing and have a backup.
-std::vector<std::string> WorkspaceScan::candidates() const {
+std::vector<std::string> WorkspaceScan::candidates() {
+    const auto listed = files_.list(directory_);
+    if (!listed) {
+        if (!isMissing(listed.error())) result_.failure = listed.error();
+        return {};
+    }
     std::vector<std::string> names;
-    for (const std::string& name : files_.list(directory_).value_or(std::vector<std::string>())) {
+    for (const std::string& name : *listed) {
         if (WorkspaceFiles::hasExtension(name, "json")) names.push_back(name);
         if (!WorkspaceFiles::hasExtension(name, "bak")) continue;
         std::string primary = name.substr(0, name.size() - std::string_view(".bak").size());
@@ -87,41 +97,66 @@ std::vector<Result<Workspace>> WorkspaceScan::readAll(const std::vector<std::str
 }
 
 void WorkspaceScan::settle(const std::string& name, Result<Workspace> found) {
-    if (!found) found = recover(name, std::move(found.error()));
-    if (!found) return;
-    if (name == WorkspaceFiles::primaryName(found->id)) return accept(name, *std::move(found));
-    accept(name, *found);
-    moveLegacy(name, *found);
+    if (found) {
+        place(name, *std::move(found));
+    } else {
+        recover(name, found.error());
+    }
 }
 
-// The lock keeps out a save or a deletion that is half done: what we see below it is at rest. Without it
-// (a directory held by another program) the backup still serves, but nothing is written.
-Result<Workspace> WorkspaceScan::recover(const std::string& name, Error trouble) {
-    const Lock lock = files_.lock(directory_);
-    const auto primary = directory_ / name, backup = directory_ / WorkspaceFiles::backupName(name);
-    if (lock) {
-        auto again = WorkspaceFiles::read(files_, primary);
-        if (again) return again;
-        trouble = std::move(again.error());
-        if (!files_.exists(primary) && !files_.exists(backup)) return std::unexpected(std::move(trouble));
+void WorkspaceScan::recover(const std::string& name, const Error& trouble) {
+    const auto primary = directory_ / name;
+    auto backup = WorkspaceFiles::read(files_, directory_ / WorkspaceFiles::backupName(name));
+    if (!backup) {
+        if (isMissing(trouble) && isMissing(backup.error())) return;  // deleted since it was listed
+        const Error& worse = isMissing(trouble) ? backup.error() : trouble;
+        return report(Kind::unreadable, name, "Could not read " + name + " or its backup.",
+                      reason(worse, primary));
     }
-    auto saved = WorkspaceFiles::read(files_, backup);
-    if (!saved) {
-        if (trouble.kind == ErrorKind::notFound) trouble = std::move(saved.error());
-        report(Kind::unreadable, name, "Could not read " + name + " or its backup.", trouble.text);
-        return std::unexpected(std::move(trouble));
+    // Anything else may be whole: a file that may not be read just now, one of a newer program, a link.
+    if (!isMissing(trouble) && !WorkspaceFiles::isDamaged(trouble))
+        return serve(name, *std::move(backup), trouble);
+    auto repaired = readAgainOrRepair(name, *backup);
+    if (!repaired && isMissing(repaired.error())) return;
+    if (!repaired) return serve(name, *std::move(backup), repaired.error());
+    if (*repaired == *backup) {
+        report(Kind::recoveredBackup, name, "Recovered " + backup->name + " from its previous valid backup.",
+               reason(trouble, primary));
     }
-    // What is only too large for this program may be whole.
-    if (lock && !WorkspaceCoding::isTooLarge(trouble)) repair(name, *saved);
-    report(Kind::recoveredBackup, name, "Recovered " + saved->name + " from its previous valid backup.",
-           trouble.text);
-    return saved;
+    place(name, *std::move(repaired));
 }
 
-// Its failure changes nothing for the person: the backup stands, and the next scan tries again.
-void WorkspaceScan::repair(const std::string& name, const Workspace& workspace) const {
-    const auto bytes = WorkspaceCoding::encode(workspace);
-    if (bytes) (void)WorkspaceFiles::replace(files_, directory_ / name, workspace.id, *bytes);
+// The lock keeps out a save or a deletion that is half done: what stands below it is at rest.
+Result<Workspace> WorkspaceScan::readAgainOrRepair(const std::string& name, const Workspace& backup) {
+    const Lock held = lock();
+    if (!held) return std::unexpected(held.error());
+    const auto primary = directory_ / name;
+    auto again = WorkspaceFiles::read(files_, primary);
+    if (again) return again;
+    if (WorkspaceFiles::isDamaged(again.error())) {
+        if (auto kept = WorkspaceFiles::keepDamaged(files_, primary, backup.id); !kept)
+            return std::unexpected(kept.error());
+    } else if (!isMissing(again.error()) || !files_.exists(directory_ / WorkspaceFiles::backupName(name))) {
+        return again;
+    }
+    const auto bytes = WorkspaceCoding::encode(backup);
+    if (!bytes) return std::unexpected(bytes.error());
+    if (auto written = WorkspaceFiles::replace(files_, primary, backup.id, *bytes); !written)
+        return std::unexpected(written.error());
+    return backup;
+}
+
+// Lists the version before without touching anything.
+void WorkspaceScan::serve(const std::string& name, Workspace backup, const Error& trouble) {
+    report(Kind::unreadable, name, "Could not read " + name + ", so the version saved before it is listed.",
+           reason(trouble, directory_ / name));
+    accept(name, std::move(backup));
+}
+
+void WorkspaceScan::place(const std::string& name, Workspace workspace) {
+    if (name == WorkspaceFiles::primaryName(workspace.id)) return accept(name, std::move(workspace));
+    accept(name, workspace);
+    moveLegacy(name, workspace);
 }
 
 void WorkspaceScan::accept(const std::string& name, Workspace workspace) {
@@ -137,24 +172,38 @@ void WorkspaceScan::accept(const std::string& name, Workspace workspace) {
 
 // Files from before there was one file per identifier, or put there by hand.
 void WorkspaceScan::moveLegacy(const std::string& name, const Workspace& workspace) {
-    if (files_.exists(directory_ / WorkspaceFiles::primaryName(workspace.id))) return;
     if (auto moved = moveLegacyFiles(name, workspace); !moved) {
         report(Kind::migrationFailed, name,
                "Could not migrate " + workspace.name + " to collision-safe storage.", moved.error().text);
     }
 }
 
+// The old file goes last, as when a workspace is deleted.
 Result<void> WorkspaceScan::moveLegacyFiles(const std::string& name, const Workspace& workspace) {
+    const auto primary = directory_ / WorkspaceFiles::primaryName(workspace.id);
+    // The same in both places is a move that was interrupted.
+    const auto taken = [&] {
+        return files_.exists(primary) && WorkspaceFiles::read(files_, primary) != workspace;
+    };
+    if (taken()) return {};
     const auto bytes = WorkspaceCoding::encode(workspace);
     if (!bytes) return std::unexpected(bytes.error());
-    const Lock lock = files_.lock(directory_);
-    if (!lock) return std::unexpected(lock.error());
-    if (files_.exists(directory_ / WorkspaceFiles::primaryName(workspace.id)))
-        return {};  // another program was faster
-    auto result = WorkspaceFiles::save(files_, directory_, workspace.id, *bytes);
-    if (result) result = removeIfPresent(files_, directory_ / name);
-    if (result) result = removeIfPresent(files_, directory_ / WorkspaceFiles::backupName(name));
+    const Lock held = lock();
+    if (!held) return std::unexpected(held.error());
+    if (taken()) return {};  // another program was faster
+    Result<void> result;
+    if (!files_.exists(primary)) result = WorkspaceFiles::save(files_, directory_, workspace.id, *bytes);
+    if (result)
+        result = WorkspaceFiles::removeDurably(files_, directory_, {WorkspaceFiles::backupName(name)});
+    if (result) result = WorkspaceFiles::removeDurably(files_, directory_, {name});
     return result;
+}
+
+WorkspaceScan::Lock WorkspaceScan::lock() {
+    if (lockRefused_) return std::unexpected(*lockRefused_);
+    Lock held = files_.lock(directory_);
+    if (!held) lockRefused_ = held.error();
+    return held;
 }
 
 void WorkspaceScan::report(Kind kind, const std::string& name, std::string message, std::string detail) {

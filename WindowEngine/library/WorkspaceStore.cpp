@@ -1,11 +1,18 @@
 #include "WindowEngine/library/WorkspaceStore.hpp"
 
+#include <algorithm>
+
 #include "WindowEngine/library/WorkspaceFiles.hpp"
 #include "WindowEngine/library/WorkspaceScan.hpp"
 #include "WindowEngine/records/WorkspaceCoding.hpp"
-#include "WindowEngine/support/Text.hpp"
 
 namespace quillo {
+
+std::string WorkspaceLoadIssue::text() const {
+    std::string text = message.contains(fileName) ? message : fileName + ": " + message;
+    if (!detail.empty()) text += " (" + detail + ")";
+    return text;
+}
 
 std::filesystem::path WorkspaceStore::url(const Uuid& id) const {
     return directory_ / WorkspaceFiles::primaryName(id);
@@ -38,20 +45,24 @@ Result<Workspace> WorkspaceStore::load(const Uuid& id) const {
     return std::unexpected(std::move(error));
 }
 
-Result<Workspace> WorkspaceStore::load(std::string_view named) const {
-    for (Workspace& workspace : scan().workspaces) {
-        if (text::equalIgnoringCase(workspace.name, named)) return std::move(workspace);
-    }
-    return fail(ErrorKind::notFound, "There is no workspace named \"" + std::string(named) + "\".");
-}
-
+// The primary goes last: whatever interrupts this, no older version comes to stand for what was deleted.
 Result<void> WorkspaceStore::remove(const Uuid& id) const {
     const auto lock = files_->lock(directory_);
     if (!lock) return std::unexpected(lock.error());
-    if (auto removed = files_->remove(url(id)); !removed) return removed;
-    (void)files_->remove(backupURL(id));
-    (void)files_->syncDirectory(directory_);
-    return {};
+    if (!files_->exists(url(id))) {
+        return fail(ErrorKind::notFound, "There is no workspace file " + WorkspaceFiles::primaryName(id));
+    }
+    std::vector<std::string> versions = WorkspaceFiles::damagedNames(id);
+    versions.push_back(backupURL(id).filename().string());
+    if (auto removed = WorkspaceFiles::removeDurably(*files_, directory_, versions); !removed) return removed;
+    return WorkspaceFiles::removeDurably(*files_, directory_, {WorkspaceFiles::primaryName(id)});
+}
+
+std::vector<std::string> WorkspaceStore::damagedFiles() const {
+    std::vector<std::string> names = files_->list(directory_).value_or(std::vector<std::string>());
+    std::erase_if(names, [](const std::string& name) { return !WorkspaceFiles::isDamagedName(name); });
+    std::ranges::sort(names);
+    return names;
 }
 
 // Reading and writing under one lock: a save by another process in between would be undone.

@@ -2,11 +2,13 @@
 // and report damage instead of failing.
 #pragma once
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "WindowEngine/records/Workspace.hpp"
 #include "WindowEngine/services/FileSystem.hpp"
+#include "WindowEngine/support/Error.hpp"
 
 namespace quillo {
 
@@ -15,7 +17,10 @@ struct WorkspaceLoadIssue {
     Kind kind;
     std::string fileName;  // last path component
     std::string message;   // for the person
-    std::string detail;    // which field is wrong, for unreadable files; may be empty
+    std::string detail;    // the reason: which field is wrong, or what the system said; may be empty
+
+    /// What to show: it names the file, and the reason where there is one.
+    std::string text() const;
 
     bool operator==(const WorkspaceLoadIssue&) const = default;
 };
@@ -23,6 +28,9 @@ struct WorkspaceLoadIssue {
 struct WorkspaceScanResult {
     std::vector<Workspace> workspaces;  // newest updatedAt first
     std::vector<WorkspaceLoadIssue> issues;
+    /// Why the directory could not be listed: then nothing is known of what it holds. One that does not exist
+    /// is an empty one.
+    std::optional<Error> failure = {};
 
     bool operator==(const WorkspaceScanResult&) const = default;
 };
@@ -39,9 +47,12 @@ class WorkspaceStore {
 
     Result<void> save(const Workspace& workspace) const;
     WorkspaceScanResult scan() const;
-    Result<Workspace> load(const Uuid& id) const;          // primary file only
-    Result<Workspace> load(std::string_view named) const;  // first of the scan with this name, ignoring case
-    Result<void> remove(const Uuid& id) const;             // notFound when there is no primary
+    Result<Workspace> load(const Uuid& id) const;  // primary file only
+    /// With its backup and damaged versions. notFound when there is no primary. After another error the
+    /// workspace is still there, or gone for good: an older version never comes back in its place.
+    Result<void> remove(const Uuid& id) const;
+    /// Names of damaged versions that were kept beside repaired ones, in ascending order.
+    std::vector<std::string> damagedFiles() const;
     Result<bool> updateLastRestored(const Uuid& id, Instant at) const;
 
   private:

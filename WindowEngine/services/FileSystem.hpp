@@ -1,6 +1,8 @@
 // The file operations of the store. Every one can fail, and a fault test overrides just the one it needs
 // (ForwardingFileSystem). All calls block for the disk only; any thread may call them.
 #pragma once
+#include <compare>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -21,6 +23,16 @@ class DirectoryLock {
 class FileWatch {
   public:
     virtual ~FileWatch() = default;  // stops watching
+};
+
+/// What tells one state of a directory's entry from another without reading it.
+struct EntryStamp {
+    std::string name;
+    std::uint64_t file = 0;    // the system's number of it: another one after each renaming into place
+    std::int64_t size = 0;     // bytes
+    std::int64_t changed = 0;  // nanoseconds: contents or permissions
+
+    auto operator<=>(const EntryStamp&) const = default;
 };
 
 class FileSystem {
@@ -48,6 +60,9 @@ class FileSystem {
     virtual Result<void> removeTree(const Path& directory) = 0;
     /// Names (not paths) of all entries but "." and "..", in no order.
     virtual Result<std::vector<std::string>> list(const Path& directory) = 0;
+    /// All entries as they are now, in ascending order of name. Two equal answers: nothing has changed
+    /// between.
+    virtual Result<std::vector<EntryStamp>> stamps(const Path& directory) = 0;
     /// Whether anything stands under this name; a dangling link counts.
     virtual bool exists(const Path& file) = 0;
     /// Makes renames and removals in the directory durable.

@@ -22,6 +22,9 @@ class ForwardingFileSystem : public FileSystem {
     Result<void> remove(const Path& file) override { return target_->remove(file); }
     Result<void> removeTree(const Path& directory) override { return target_->removeTree(directory); }
     Result<std::vector<std::string>> list(const Path& directory) override { return target_->list(directory); }
+    Result<std::vector<EntryStamp>> stamps(const Path& directory) override {
+        return target_->stamps(directory);
+    }
     bool exists(const Path& file) override { return target_->exists(file); }
     Result<void> syncDirectory(const Path& directory) override { return target_->syncDirectory(directory); }
     Result<std::unique_ptr<DirectoryLock>> lock(const Path& directory) override {

@@ -100,9 +100,8 @@ class StructureWalk {
 
     // A scalar is judged by the parser, alone in an array.
     bool token(std::size_t end, std::string_view reason) {
-        simdjson::dom::parser parser;
         const std::string alone = "[" + std::string(bytes_.substr(at_, end - at_)) + "]";
-        if (parser.parse(alone).error() != simdjson::SUCCESS) return refuse(reason);
+        if (parser_.parse(alone).error() != simdjson::SUCCESS) return refuse(reason);
         at_ = end;
         return true;
     }
@@ -123,6 +122,7 @@ class StructureWalk {
         return path.empty() ? "the document" : path;
     }
 
+    simdjson::dom::parser parser_;  // one for all tokens: making it costs more than a token
     std::string_view bytes_;
     std::size_t at_ = 0;
     std::vector<Level> levels_;

@@ -41,7 +41,8 @@ bool hasForbiddenUnicode(std::string_view text) {
     for (std::int32_t i = 0; i < length;) {
         UChar32 c;
         U8_NEXT(text.data(), i, length, c);
-        if (c < 0 || u_iscntrl(c) || u_isUWhiteSpace(c)) return true;
+        // Format characters (a joiner, a soft hyphen) occur in addresses of some scripts.
+        if (c < 0 || u_charType(c) == U_CONTROL_CHAR || u_isUWhiteSpace(c)) return true;
     }
     return false;
 }

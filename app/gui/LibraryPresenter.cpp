@@ -4,6 +4,7 @@
 #include <set>
 #include <utility>
 
+#include "app/LibraryTexts.hpp"
 #include "app/gui/Words.hpp"
 
 namespace quillo {
@@ -12,7 +13,10 @@ LibraryPresenter::LibraryPresenter(AppModel& model, LibraryState& state, QObject
     : QAbstractListModel(parent), model_(model), state_(state) {
     connect(&state, &LibraryState::rowsChanged, this, &LibraryPresenter::rowsChanged);
     connect(&state, &LibraryState::changed, this, &LibraryPresenter::changed);
-    connect(&model, &AppModel::storageIssuesChanged, this, &LibraryPresenter::issuesChanged);
+    connect(&model, &AppModel::storageIssuesChanged, this, [this] {
+        Q_EMIT issuesChanged();
+        Q_EMIT changed();
+    });
     connect(&model, &AppModel::nowChanged, this, [this] {
         now_ = model_.now() ? drawnPart(*model_.now()) : nullptr;
         Q_EMIT nowChanged();
@@ -99,20 +103,21 @@ void LibraryPresenter::setOrder(int order) {
     state_.setOrder(allWorkspaceOrders.at(static_cast<std::size_t>(order)));
 }
 
+bool LibraryPresenter::unlisted() const {
+    return model_.workspaces().empty() && model_.storageIssues().unlisted();
+}
+
 QString LibraryPresenter::emptyTitle() const {
-    return qt(state_.emptyTitle());
+    return qt(unlisted() ? LibraryTexts::unreadable : state_.emptyTitle());
 }
 
 QString LibraryPresenter::emptyHint() const {
-    return qt(state_.emptyHint());
+    return qt(unlisted() ? LibraryTexts::unreadableHint : state_.emptyHint());
 }
 
 QStringList LibraryPresenter::issues() const {
     QStringList lines;
-    for (const WorkspaceLoadIssue& issue : model_.storageIssues()) {
-        const bool named = issue.message.find(issue.fileName) != std::string::npos;
-        lines << line(named ? issue.message : issue.fileName + ": " + issue.message);
-    }
+    for (const WorkspaceLoadIssue& issue : model_.storageIssues().shown()) lines << line(issue.text());
     return lines;
 }
 

@@ -70,6 +70,7 @@ class LibraryPresenter final : public QAbstractListModel {
     Q_INVOKABLE void remove(const QString& id);
     Q_INVOKABLE void importWorkspace() { model_.importWorkspace(); }
     Q_INVOKABLE void save() { model_.beginCapture(); }
+    Q_INVOKABLE void dismissIssues() { model_.dismissStorageIssues(); }
     Q_INVOKABLE void refreshNow() { model_.refreshNow(); }
     Q_INVOKABLE void requestAccessibility() { model_.requestAccessibility(); }
 
@@ -80,6 +81,7 @@ class LibraryPresenter final : public QAbstractListModel {
     void accessChanged();
 
   private:
+    bool unlisted() const;
     friend class ListedRows;
     void rowsChanged();
     void act(const QString& id, const std::function<void(const Workspace&)>& operation);

@@ -75,6 +75,7 @@ TrayMenu::TrayMenu(AppModel& model, UpdateController& updates, Theme& theme, Tex
     addItem(QStringLiteral("Quit Quillo"), "power", [this] { ways_.quit(); });
 
     connect(&model_, &AppModel::workspacesChanged, this, &TrayMenu::refreshWorkspaces);
+    connect(&model_, &AppModel::storageIssuesChanged, this, &TrayMenu::refreshWorkspaces);
     connect(&model_, &AppModel::accessibilityGrantedChanged, this, &TrayMenu::refreshState);
     connect(&model_, &AppModel::busyChanged, this, &TrayMenu::refreshState);
     connect(&updates_, &UpdateController::changed, this, &TrayMenu::refreshState);
@@ -123,9 +124,11 @@ void TrayMenu::refreshWorkspaces() {
     }
     for (std::size_t place = 0; place < shown.size(); ++place) placeRow(place, *shown[place]);
 
+    const bool unlisted = model_.storageIssues().unlisted();
+    empty_->setText(qt(unlisted ? LibraryTexts::unreadable : LibraryTexts::menuEmpty));
     header_->setText(QStringLiteral("Quillo · %1 saved").arg(all.size()));
     empty_->setVisible(all.empty());
-    emptyHint_->setVisible(all.empty());
+    emptyHint_->setVisible(all.empty() && !unlisted);
     more_->setVisible(all.size() > shown.size());
 }
 

@@ -5,9 +5,10 @@ import Quillo.Core
 Rectangle {
     id: root
     property var lines: []
+    signal dismissed()
 
     visible: lines.length > 0
-    height: visible ? list.height + 24 : 0
+    height: visible ? Math.max(list.height + 24, close.height + 12) : 0
     radius: 12
     color: Theme.warningTint
     Accessible.role: Accessible.AlertMessage
@@ -26,8 +27,9 @@ Rectangle {
         id: list
         anchors.left: parent.left
         anchors.leftMargin: 28 + Math.round(18 * Theme.scale)
+        anchors.right: close.left
+        anchors.rightMargin: 8
         y: 12
-        width: parent.width - anchors.leftMargin - 16
         // Five lines; where issues have two of them, nothing of the sixth.
         readonly property real most: 5 * Theme.lineHeight("body") + 4 * column.spacing
         height: column.height <= most ? column.height : most - Math.round(2 * Theme.scale)
@@ -50,5 +52,15 @@ Rectangle {
             }
         }
         ScrollBar { flickable: list }
+    }
+    IconButton {
+        id: close
+        anchors.right: parent.right
+        anchors.rightMargin: 8
+        y: 6
+        size: 28
+        iconName: "x"
+        tip: "Dismiss"
+        onClicked: root.dismissed()
     }
 }

@@ -3,6 +3,7 @@
 #include <dirent.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <system_error>
@@ -60,6 +61,15 @@ int sync(int descriptor) {
     if (retried([&] { return ::fcntl(descriptor, F_FULLFSYNC); }) == 0) return 0;
 #endif
     return retried([&] { return ::fsync(descriptor); });
+}
+
+std::int64_t changedAt(const struct stat& status) {
+#ifdef __APPLE__
+    const timespec& time = status.st_ctimespec;
+#else
+    const timespec& time = status.st_ctim;
+#endif
+    return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
 }
 
 std::unexpected<Error> tooLarge(const Path& file) {
@@ -164,6 +174,19 @@ Result<std::vector<std::string>> PosixFileSystem::list(const Path& directory) {
     }
     if (errno != 0) return fileError("list", directory);
     return names;
+}
+
+Result<std::vector<EntryStamp>> PosixFileSystem::stamps(const Path& directory) {
+    const auto names = list(directory);
+    if (!names) return std::unexpected(names.error());
+    std::vector<EntryStamp> stamps;
+    for (const std::string& name : *names) {
+        struct stat status{};
+        if (::lstat((directory / name).c_str(), &status) < 0) continue;  // gone since
+        stamps.push_back({name, status.st_ino, status.st_size, changedAt(status)});
+    }
+    std::ranges::sort(stamps);
+    return stamps;
 }
 
 bool PosixFileSystem::exists(const Path& file) {

@@ -22,6 +22,7 @@ class PosixFileSystem final : public FileSystem {
     Result<void> remove(const Path& file) override;
     Result<void> removeTree(const Path& directory) override;
     Result<std::vector<std::string>> list(const Path& directory) override;
+    Result<std::vector<EntryStamp>> stamps(const Path& directory) override;
     bool exists(const Path& file) override;
     Result<void> syncDirectory(const Path& directory) override;
     Result<std::unique_ptr<DirectoryLock>> lock(const Path& directory) override;

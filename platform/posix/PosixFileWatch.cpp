@@ -15,7 +15,7 @@ namespace quillo {
 namespace {
 
 constexpr std::uint32_t entryChanges = IN_CREATE | IN_CLOSE_WRITE | IN_MOVED_FROM | IN_MOVED_TO | IN_DELETE |
-                                       IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR;
+                                       IN_ATTRIB | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR;
 
 class InotifyWatch final : public FileWatch {
   public:

@@ -30,7 +30,42 @@ TEST(AppModel, StartsWithWhatIsStoredAndWatchesForMore) {
     EXPECT_EQ(model->sessions().size(), 1U);
     model.directory.write("workspaces/" + Uuid::random().upper() + ".json", "{");
     model->reload();
-    EXPECT_EQ(model->storageIssues().size(), 1U);
+    EXPECT_EQ(model->storageIssues().shown().size(), 1U);
+}
+
+TEST(AppModel, WhatIsWrongWithFilesIsToldUntilItIsDismissedAndLookedAtOnceForEachChange) {
+    Model model;
+    const Uuid id = Uuid::random();
+    for (int i = 0; i < 2; ++i) ASSERT_TRUE(model.store.save(samples::named(id, "Work")));
+    const auto changed = [&] {
+        model.disk.tellWatchers();
+        model.run(1s);
+        Names told;
+        for (const WorkspaceLoadIssue& issue : model->storageIssues().shown()) told.push_back(issue.message);
+        return told;
+    };
+    EXPECT_EQ(changed(), Names());
+    const std::string file = id.lower() + ".json";
+    model.directory.write("workspaces/" + file, "{");
+    model.disk.createFailure = full;
+    const Names unrepaired{"Could not read " + file + ", so the version saved before it is listed."};
+    EXPECT_EQ(changed(), unrepaired);
+    const int lists = model.disk.lists;
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(changed(), unrepaired) << "a repair that fails tells of itself";
+    EXPECT_EQ(model.disk.lists, lists) << "and is not tried again before something changes";
+    EXPECT_EQ(model.names(), Names{"Work"});
+
+    model.disk.createFailure.reset();
+    model->reload();
+    const Names repaired{"Recovered Work from its previous valid backup."};
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(changed(), repaired);
+    model->dismissStorageIssues();
+    EXPECT_EQ(changed(), Names());
+
+    model.disk.listFailure = Error{ErrorKind::permission, "no", 13};
+    model->reload();
+    EXPECT_TRUE(model->storageIssues().unlisted());
+    EXPECT_EQ(model.names(), Names{"Work"}) << "what was read before is still there";
 }
 
 TEST(AppModel, ACaptureIsReviewedAndSavedUnderAFreeName) {

@@ -67,6 +67,14 @@ class MemoryFileSystem final : public FileSystem {
             if (file.parent_path() == directory) names.push_back(file.filename().string());
         return names;
     }
+    Result<std::vector<EntryStamp>> stamps(const Path& directory) override {
+        if (!directories_.contains(directory)) return missing();
+        std::vector<EntryStamp> stamps;
+        for (const auto& [file, bytes] : files_)
+            if (file.parent_path() == directory)
+                stamps.push_back({file.filename().string(), std::hash<std::string>()(bytes), 0, 0});
+        return stamps;
+    }
     bool exists(const Path& file) override { return files_.contains(file) || directories_.contains(file); }
     Result<void> syncDirectory(const Path&) override { return refuses() ? full() : Result<void>(); }
     Result<std::unique_ptr<DirectoryLock>> lock(const Path& directory) override {

@@ -65,12 +65,18 @@ class TestDisk final : public ForwardingFileSystem {
   public:
     using ForwardingFileSystem::ForwardingFileSystem;
 
-    std::optional<Error> createFailure, removeFailure, readFailure;
+    std::optional<Error> createFailure, removeFailure, readFailure, listFailure;
+    int lists = 0;
     std::vector<std::function<void()>> watchers;
 
     Result<std::string> read(const Path& file) override {
         if (readFailure) return std::unexpected(*readFailure);
         return ForwardingFileSystem::read(file);
+    }
+    Result<std::vector<std::string>> list(const Path& directory) override {
+        ++lists;
+        if (listFailure) return std::unexpected(*listFailure);
+        return ForwardingFileSystem::list(directory);
     }
     Result<void> createFile(const Path& file, std::string_view bytes) override {
         if (createFailure) return std::unexpected(*createFailure);

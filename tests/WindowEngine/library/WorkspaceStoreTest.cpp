@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <fstream>
+
 #include "WindowEngine/library/WorkspaceStore.hpp"
 #include "WindowEngine/records/WorkspaceCoding.hpp"
 #include "platform/posix/PosixFileSystem.hpp"
@@ -9,6 +11,7 @@
 namespace quillo {
 namespace {
 
+using Path = std::filesystem::path;
 using Kind = WorkspaceLoadIssue::Kind;
 using Issues = std::vector<WorkspaceLoadIssue>;
 using Names = std::set<std::string>;
@@ -77,37 +80,71 @@ TEST_F(WorkspaceStoreTest, ListsNewestFirstAndTiesByFileNameOnSeveralThreads) {
     EXPECT_EQ(WorkspaceStore(files, directory / "missing").scan(), WorkspaceScanResult());
 }
 
-TEST_F(WorkspaceStoreTest, ADamagedOrMissingPrimaryIsRepairedFromItsBackup) {
-    const std::pair<std::string, std::string> cases[] = {
-        {"", "the document: not valid JSON in line 1: the document ends here"},
-        {"{\"schemaVersion\": 3}", "Unsupported workspace schema v3; this build supports v2."},
-        {"{\"color\": 7}", "color: expected text"},
-    };
+TEST_F(WorkspaceStoreTest, AMissingPrimaryIsRepairedAndADamagedOneKeptBesideItsRepair) {
     directory.write(backup, document(first));
     EXPECT_EQ(store.scan().issues.at(0).kind, Kind::recoveredBackup);
     EXPECT_EQ(store.load(id), first);
-    for (const auto& [damaged, detail] : cases) {
+    const std::string kept = primary + ".damaged";
+    const struct {
+        std::string damaged, detail;
+        Names names;  // of what is kept afterwards, the first first
+    } cases[] = {
+        {"", "the document: not valid JSON in line 1: the document ends here", {kept}},
+        {"{\"color\": 7}", "color: expected text", {kept, kept + "-2"}},
+        {"{\"color\": 7}", "color: expected text", {kept, kept + "-2"}},
+        {"[]", "the document: expected an object", {kept, kept + "-2", kept + "-3"}},
+        {"7", "the document: expected an object", {kept, kept + "-2", kept + "-3"}},
+    };
+    for (const auto& [damaged, detail, names] : cases) {
         directory.write(primary, damaged);
         const Issues issues{
             {Kind::recoveredBackup, primary, "Recovered Work from its previous valid backup.", detail}};
         EXPECT_EQ(store.scan(), (WorkspaceScanResult{{first}, issues}));
         EXPECT_EQ(store.scan(), (WorkspaceScanResult{{first}, {}}));
         EXPECT_EQ(directory.read(primary), document(first));
-        EXPECT_EQ(directory.names(), (Names{primary, backup}));
+        const std::vector<std::string> found = store.damagedFiles();
+        EXPECT_EQ(Names(found.begin(), found.end()), names);
     }
+    EXPECT_EQ(directory.read(kept), "{\"color\": 7}") << "the first kept has gone for the fourth";
+    EXPECT_EQ(directory.read(kept + "-3"), "7");
+    EXPECT_TRUE(store.remove(id));
+    EXPECT_EQ(directory.names(), Names{});
 }
 
-TEST_F(WorkspaceStoreTest, APrimaryThatIsTooLargeStaysBesideTheBackupThatServes) {
-    constexpr std::uintmax_t size = WorkspaceCoding::mostBytes + 1;
-    directory.write(backup, document(first));
-    directory.write(primary, "{");
-    std::filesystem::resize_file(directory / primary, size);
-    for (int scan = 0; scan < 2; ++scan) {
-        const WorkspaceScanResult result = store.scan();
-        EXPECT_EQ(result.workspaces, std::vector{first});
-        ASSERT_EQ(result.issues.size(), 1U);
-        EXPECT_TRUE(result.issues[0].detail.ends_with(primary + ": it is larger than 32 MB"));
-        EXPECT_EQ(std::filesystem::file_size(directory / primary), size);
+TEST_F(WorkspaceStoreTest, WhatMayBeWholeIsLeftAsItIsWhileItsBackupIsListed) {
+    const struct {
+        const char* reason;
+        void (*make)(const Path&);
+    } cases[] = {
+        {"it is larger than 32 MB",
+         [](const Path& file) { std::filesystem::resize_file(file, WorkspaceCoding::mostBytes + 1); }},
+        {"Unsupported workspace schema v3; this build supports v2.",
+         [](const Path& file) { std::ofstream(file) << "{\"schemaVersion\": 3}"; }},
+        {"it is a symbolic link, which is not followed",
+         [](const Path& file) {
+             std::filesystem::remove(file);
+             std::filesystem::create_symlink("elsewhere", file);
+         }},
+        {"it is not a regular file", [](const Path& file) {
+             std::filesystem::remove(file);
+             std::filesystem::create_directory(file);
+         }}};
+    for (const std::string& name : {primary, std::string("My Work.json")}) {
+        directory.write(name + ".bak", document(first));
+        for (const auto& [reason, make] : cases) {
+            std::filesystem::remove_all(directory / name);
+            directory.write(name, "{");
+            make(directory / name);
+            const auto before = files.stamps(directory.path());
+            const Issues issues{{Kind::unreadable, name,
+                                 "Could not read " + name + ", so the version saved before it is listed.",
+                                 reason}};
+            EXPECT_EQ(store.scan(), (WorkspaceScanResult{{first}, issues}));
+            if (name == primary) EXPECT_FALSE(store.save(second)) << reason;
+            EXPECT_EQ(files.stamps(directory.path()), before) << reason;
+        }
+        std::filesystem::remove_all(directory / name);
+        std::filesystem::remove(directory / (name + ".bak"));
     }
 }
 
@@ -162,11 +199,8 @@ TEST_F(WorkspaceStoreTest, OfTwoFilesWithOneIdentityTheLaterIsListedAndBothStay)
     }
 }
 
-TEST_F(WorkspaceStoreTest, LoadsByIdentifierFromThePrimaryOnlyAndByNameIgnoringCase) {
-    ASSERT_TRUE(store.save(samples::named(otherId, "WÖRK", "older", 10)));
-    for (int i = 0; i < 2; ++i) ASSERT_TRUE(store.save(samples::named(id, "Wörk", "newer", 20)));
-    EXPECT_EQ(store.load("wörk")->id, id);
-    EXPECT_EQ(store.load("play").error().kind, ErrorKind::notFound);
+TEST_F(WorkspaceStoreTest, LoadsByIdentifierFromThePrimaryOnly) {
+    for (int i = 0; i < 2; ++i) ASSERT_TRUE(store.save(first));
     EXPECT_EQ(store.load(Uuid::random()).error().kind, ErrorKind::notFound);
     directory.write(primary, "{\"schemaVersion\": 3}");
     const std::string text = primary + ": Unsupported workspace schema v3; this build supports v2.";
