@@ -31,8 +31,38 @@ struct Reading {
     std::vector<RunningApplication> applications;
     std::vector<Accessibility::Enumeration> windows;  // one for each application
     WindowServerReading server;
+    std::set<WindowNumber> excluded;  // of applications that are kept out, whatever these are counted to
     std::vector<std::string> notes;
 };
+
+std::set<std::string> excludedIdentifiers(DesktopAccess& desktop, const Options& options) {
+    std::set<std::string> identifiers = desktop.platform.applications.neverCaptured();
+    identifiers.insert(options.excludedBundleIdentifiers.begin(), options.excludedBundleIdentifiers.end());
+    identifiers.insert(alwaysExcluded().begin(), alwaysExcluded().end());
+    identifiers.emplace(ownBundleIdentifier);
+    return identifiers;
+}
+
+/// An application that has nothing but such windows is one of those that are kept out.
+void removeExcluded(DesktopAccess& desktop, const Options& options, Reading& reading) {
+    reading.excluded = desktop.platform.applications.windowsOfAny(excludedIdentifiers(desktop, options));
+    for (std::size_t i = reading.applications.size(); i-- > 0;) {
+        const auto removed = std::erase_if(reading.windows[i].windows, [&](const LiveWindow& window) {
+            return window.windowID && reading.excluded.contains(*window.windowID);
+        });
+        if (removed == 0 || !reading.windows[i].windows.empty()) continue;
+        reading.applications.erase(reading.applications.begin() + static_cast<std::ptrdiff_t>(i));
+        reading.windows.erase(reading.windows.begin() + static_cast<std::ptrdiff_t>(i));
+    }
+}
+
+void noteRemote(DesktopAccess& desktop, Reading& reading) {
+    const std::int64_t count = desktop.platform.applications.remoteWindows();
+    if (count == 0) return;
+    reading.notes.push_back(count == 1 ? "1 window of a program on another machine was left out."
+                                       : std::to_string(count) +
+                                             " windows of programs on other machines were left out.");
+}
 
 /// Directly after the enumeration, so that a window is verified as it was read.
 void applyPrivacyGate(DesktopAccess& desktop, Reading& reading) {
@@ -63,7 +93,9 @@ Reading readDesktop(DesktopAccess& desktop, const Options& options, const std::s
         const bool hangs = silent.contains(application.pid);
         reading.windows.push_back(hangs ? Accessibility::Enumeration{{}, true} : std::move(*answer++));
     }
+    removeExcluded(desktop, options, reading);
     applyPrivacyGate(desktop, reading);
+    noteRemote(desktop, reading);
     return reading;
 }
 
@@ -120,8 +152,9 @@ std::vector<WindowSnapshot> windowSnapshots(const Reading& reading, std::size_t 
     // Without the permission every window is a hidden one; and the window server knows of private windows
     // too, and there is nothing to verify them by.
     if (!reading.trusted || owner.bundleIdentifier == SafariPrivacy::safari) return windows;
-    const auto hidden =
-        Accessibility::hiddenWindows(reading.server, owner.pid, Accessibility::windowNumbers(live));
+    std::set<WindowNumber> known = Accessibility::windowNumbers(live);
+    known.insert(reading.excluded.begin(), reading.excluded.end());
+    const auto hidden = Accessibility::hiddenWindows(reading.server, owner.pid, known);
     return FullscreenCaptureMerge::apply(
         std::move(windows), hidden, reading.displays,
         [&](WindowNumber number, const std::optional<std::string>& displayID) {

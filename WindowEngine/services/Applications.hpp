@@ -47,6 +47,14 @@ class Applications {
     /// the engine never captures anywhere. A running application's own identifier is compared in lower case.
     virtual std::set<std::string> neverCaptured() { return {}; }
 
+    /// Numbers of the windows that may belong to an application with one of these identifiers by anything
+    /// that they or their process say, compared ignoring case, whatever application they are counted to: who
+    /// keeps an application out of workspaces means all its windows. None where a window's application is
+    /// certain.
+    virtual std::set<WindowNumber> windowsOfAny(const std::set<std::string>& /*identifiers*/) { return {}; }
+    /// How many windows stand here of programs that run on another machine: no application's, and not saved.
+    virtual std::int64_t remoteWindows() { return 0; }
+
     /// Where an installed application lives; absent when it is not installed, even while a program runs
     /// under that identifier.
     virtual std::optional<Url> location(std::string_view bundleIdentifier) = 0;

@@ -17,6 +17,10 @@ class ForwardingApplications : public Applications {
     }
     std::vector<std::string> ownIdentifiers() override { return target_.ownIdentifiers(); }
     std::set<std::string> neverCaptured() override { return target_.neverCaptured(); }
+    std::set<WindowNumber> windowsOfAny(const std::set<std::string>& identifiers) override {
+        return target_.windowsOfAny(identifiers);
+    }
+    std::int64_t remoteWindows() override { return target_.remoteWindows(); }
     std::optional<Url> location(std::string_view bundleIdentifier) override {
         return target_.location(bundleIdentifier);
     }

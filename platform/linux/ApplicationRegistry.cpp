@@ -23,6 +23,13 @@ std::string entryId(std::string_view desktopFile) {
     return id;
 }
 
+/// What integrates AppImages names their entries appimagekit_<32 digits>-NAME.desktop.
+std::string_view withoutPackersPrefix(std::string_view id) {
+    constexpr std::string_view prefix = "appimagekit_";
+    const auto dash = id.find('-');
+    return id.starts_with(prefix) && dash != std::string_view::npos ? id.substr(dash + 1) : id;
+}
+
 /// For an application without a .desktop file: what its windows call it.
 std::string identifierFromClass(const WindowEvidence& window) {
     return text::lowercase(window.className.empty() ? window.instanceName : window.className);
@@ -69,6 +76,17 @@ ApplicationRegistry::Verdict ApplicationRegistry::judge(const WindowEvidence& wi
             return {7, text::lowercase(fs::path(*program).filename().string())};
     }
     return {6, identifierFromClass(window)};
+}
+
+bool ApplicationRegistry::mayBe(const WindowEvidence& window,
+                                const std::set<std::string>& identifiers) const {
+    std::vector<std::string> names{entryId(window.desktopFile), window.gtkApplicationID, window.className,
+                                   window.instanceName, judge(window).identifier};
+    if (const auto program = programOf(window.pid)) names.push_back(fs::path(*program).filename().string());
+    return std::ranges::any_of(names, [&](const std::string& name) {
+        return identifiers.contains(text::lowercase(name)) ||
+               identifiers.contains(text::lowercase(withoutPackersPrefix(name)));
+    });
 }
 
 const std::string* ApplicationRegistry::launchedAs(ProcessID pid) const {

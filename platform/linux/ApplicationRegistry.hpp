@@ -3,6 +3,7 @@
 #pragma once
 #include <map>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -19,6 +20,7 @@ struct WindowEvidence {
     ProcessID pid = 0;  // 0 where no local process is known
     std::string className, instanceName;
     std::string desktopFile, gtkApplicationID;
+    bool isRemote = false;     // of a program on another machine
     bool isFurniture = false;  // docks, desktops, menus, notifications: no window of an application
 };
 
@@ -37,6 +39,10 @@ class ApplicationRegistry {
 
     /// Remembers what this process was launched as, the best evidence for windows that say nothing.
     void recordLaunch(ProcessID pid, std::string identifier);
+
+    /// Whether anything that this window or its process says of itself is one of these identifiers, which are
+    /// in lower case: an entry's name, also as packers change it, a class, a program.
+    bool mayBe(const WindowEvidence& window, const std::set<std::string>& identifiers) const;
 
     /// What the application that this window alone speaks for opens; nothing where it names none.
     OpenedKinds opens(const WindowEvidence& window);

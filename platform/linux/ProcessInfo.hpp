@@ -25,6 +25,9 @@ Instant startInstant(const ProcessInfo& process);
 /// Absolute path of the program; absent when it cannot be read or was deleted.
 std::optional<std::string> programOf(ProcessID pid);
 
+/// Whether it only hands on what programs on other machines do (a secure shell's server, forwarding X11).
+bool isForwarder(ProcessID pid);
+
 /// What it was started with, after the program's own name; empty when it cannot be read.
 std::vector<std::string> argumentsOf(ProcessID pid);
 

@@ -33,6 +33,7 @@ constexpr std::uint32_t listWords = 32;
 
 struct Cookies {
     std::array<xcb_get_property_cookie_t, askedCount> properties{};
+    xcb_res_query_client_ids_cookie_t process{};
     xcb_get_geometry_cookie_t geometry{};
     xcb_translate_coordinates_cookie_t origin{};
 };
@@ -60,6 +61,7 @@ Cookies askAll(const X11Connection& connection, xcb_window_t window) {
     for (std::size_t i = 0; i < askedCount; ++i) {
         cookies.properties[i] = connection.ask(window, wanted[i].first, wanted[i].second);
     }
+    if (connection.hasClientProcesses()) cookies.process = connection.askProcess(window);
     cookies.geometry = xcb_get_geometry(connection.xcb(), window);
     cookies.origin = xcb_translate_coordinates(connection.xcb(), window, connection.root(), 0, 0);
     return cookies;
@@ -164,13 +166,24 @@ std::string hostName() {
     return gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "";
 }
 
-/// A process number means nothing when it counts the processes of another machine.
-ProcessID localProcess(const Property& number, const Property& ofMachine) {
+bool isElsewhere(const Property& machine) {
     static const std::string here = hostName();
-    auto where = ofMachine.bytes();
+    auto where = machine.bytes();
     where = where.substr(0, where.find('\0'));
-    if (!where.empty() && where != here && where != "localhost") return -1;
-    return static_cast<ProcessID>(number.firstWord().value_or(0) & 0x7FFFFFFF);
+    return !where.empty() && where != here && where != "localhost";
+}
+
+/// The server itself knows which process holds a connection: what a window says of its process is a number of
+/// its own sandbox or of another machine, and what it says of its machine may be a container's name, or an
+/// old one.
+void readProcess(WindowReading& reading, const X11Connection& connection, const Cookies& cookies) {
+    const auto named = connection.take(cookies.properties[processID]).firstWord().value_or(0);
+    const bool elsewhere = isElsewhere(connection.take(cookies.properties[machine]));
+    const auto holder = connection.hasClientProcesses() ? connection.processIn(cookies.process) : 0;
+    // Windows of other machines arrive through a process here.
+    reading.isRemote = elsewhere && (holder == 0 || isForwarder(holder));
+    if (reading.isRemote) return;
+    reading.pid = holder != 0 ? holder : static_cast<ProcessID>(named & 0x7FFFFFFF);
 }
 
 bool takeGeometry(WindowReading& reading, const X11Connection& connection, const Cookies& cookies) {
@@ -197,8 +210,7 @@ std::optional<WindowReading> takeWindow(const X11Connection& connection, xcb_win
     const auto title = property(utf8Title);
     const auto oldTitle = property(plainTitle);
     reading.title = textOf(connection, title.exists() ? title : oldTitle);
-    const auto number = property(processID);
-    reading.pid = localProcess(number, property(machine));
+    readProcess(reading, connection, cookies);
     reading.desktop = property(desktopNumber).firstWord();
     readStates(reading, ewmh, property(states));
     const auto named = property(types);
@@ -212,30 +224,6 @@ std::optional<WindowReading> takeWindow(const X11Connection& connection, xcb_win
     if (reading.fullscreen) reading.invisibleBorder = {};
     if (!takeGeometry(reading, connection, cookies)) return std::nullopt;
     return reading;
-}
-
-std::optional<ProcessID> processIn(const xcb_res_query_client_ids_reply_t& reply) {
-    auto ids = xcb_res_query_client_ids_ids_iterator(&reply);
-    if (ids.rem == 0 || xcb_res_client_id_value_value_length(ids.data) < 1) return std::nullopt;
-    return static_cast<ProcessID>(*xcb_res_client_id_value_value(ids.data));
-}
-
-/// The server itself knows which local process holds a connection, where the window does not say.
-void findMissingProcesses(X11Connection& connection, std::vector<WindowReading>& readings) {
-    std::vector<std::pair<WindowReading*, xcb_res_query_client_ids_cookie_t>> asked;
-    for (auto& reading : readings) {
-        if (reading.pid != 0 || !connection.hasClientProcesses()) continue;
-        const xcb_res_client_id_spec_t spec{reading.window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-        asked.emplace_back(&reading, xcb_res_query_client_ids(connection.xcb(), 1, &spec));
-    }
-    for (const auto& [reading, cookie] : asked) {
-        xcb_generic_error_t* error = nullptr;
-        const Reply<xcb_res_query_client_ids_reply_t> reply(
-            xcb_res_query_client_ids_reply(connection.xcb(), cookie, &error));
-        std::free(error);
-        if (reply) reading->pid = processIn(*reply).value_or(0);
-    }
-    for (auto& reading : readings) reading.pid = std::max(reading.pid, 0);
 }
 
 }  // namespace
@@ -258,7 +246,6 @@ std::vector<WindowReading> readWindows(X11Connection& connection, std::span<cons
         if (auto reading = takeWindow(connection, windows[i], cookies[i]))
             readings.push_back(std::move(*reading));
     }
-    findMissingProcesses(connection, readings);
     return readings;
 }
 

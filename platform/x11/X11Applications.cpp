@@ -8,6 +8,7 @@
 #include <map>
 
 #include "WindowEngine/records/OwnIdentity.hpp"
+#include "WindowEngine/support/Text.hpp"
 #include "platform/linux/SecretKeepers.hpp"
 #include "platform/x11/WindowRequests.hpp"
 
@@ -62,6 +63,21 @@ std::vector<std::string> X11Applications::ownIdentifiers() {
 
 std::set<std::string> X11Applications::neverCaptured() {
     return SecretKeepers::identifiers();
+}
+
+std::set<WindowNumber> X11Applications::windowsOfAny(const std::set<std::string>& identifiers) {
+    std::set<std::string> lowered;
+    for (const auto& identifier : identifiers) lowered.insert(text::lowercase(identifier));
+    std::set<WindowNumber> numbers;
+    for (const auto& window : view_.reading().windows) {
+        if (view_.registry().mayBe(window, lowered)) numbers.insert(window.window);
+    }
+    return numbers;
+}
+
+std::int64_t X11Applications::remoteWindows() {
+    return std::ranges::count_if(view_.reading().windows,
+                                 [](const WindowReading& one) { return one.isRemote && one.isListed(); });
 }
 
 std::optional<Url> X11Applications::location(std::string_view bundleIdentifier) {

@@ -16,6 +16,8 @@ class X11Applications final : public Applications {
     std::optional<RunningApplication> running(std::string_view bundleIdentifier) override;
     std::vector<std::string> ownIdentifiers() override;
     std::set<std::string> neverCaptured() override;
+    std::set<WindowNumber> windowsOfAny(const std::set<std::string>& identifiers) override;
+    std::int64_t remoteWindows() override;
     std::optional<Url> location(std::string_view bundleIdentifier) override;
     std::optional<std::string> identifierAt(const Url& location) override;
     std::optional<std::string> name(std::string_view bundleIdentifier) override;

@@ -1,5 +1,7 @@
 #include "platform/x11/X11Connection.hpp"
 
+#include <unistd.h>
+
 #include <cstring>
 #include <utility>
 
@@ -112,8 +114,25 @@ void X11Connection::learnExtensions() {
     if (res && res->present) {
         const Reply<xcb_res_query_version_reply_t> version(
             xcb_res_query_version_reply(xcb_, xcb_res_query_version(xcb_, 1, 2), nullptr));
-        hasClientIds_ = version && (version->server_major > 1 || version->server_minor >= 2);
+        const bool has = version && (version->server_major > 1 || version->server_minor >= 2);
+        // A server on another machine, or beyond the wall of a container, numbers other processes than ours.
+        hasClientIds_ = has && processIn(askProcess(xcb_get_setup(xcb_)->resource_id_base)) == getpid();
     }
+}
+
+xcb_res_query_client_ids_cookie_t X11Connection::askProcess(std::uint32_t resource) const {
+    const xcb_res_client_id_spec_t spec{resource, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+    return xcb_res_query_client_ids(xcb_, 1, &spec);
+}
+
+ProcessID X11Connection::processIn(xcb_res_query_client_ids_cookie_t cookie) const {
+    xcb_generic_error_t* error = nullptr;
+    const Reply<xcb_res_query_client_ids_reply_t> reply(xcb_res_query_client_ids_reply(xcb_, cookie, &error));
+    std::free(error);
+    if (!reply) return 0;
+    const auto ids = xcb_res_query_client_ids_ids_iterator(reply.get());
+    if (ids.rem == 0 || xcb_res_client_id_value_value_length(ids.data) < 1) return 0;
+    return static_cast<ProcessID>(*xcb_res_client_id_value_value(ids.data));
 }
 
 xcb_get_property_cookie_t X11Connection::ask(xcb_window_t window, xcb_atom_t property,

@@ -15,6 +15,7 @@
 #include <string>
 #include <string_view>
 
+#include "WindowEngine/services/AccessibilityService.hpp"
 #include "WindowEngine/support/Error.hpp"
 
 namespace quillo::x11 {
@@ -65,8 +66,12 @@ class X11Connection {
     const xcb_ewmh_connection_t& atoms() const { return ewmh_; }
     const ExtraAtoms& extra() const { return extra_; }
     const std::string& displayName() const { return displayName_; }
-    bool hasMonitors() const { return hasMonitors_; }          // RandR 1.5
-    bool hasClientProcesses() const { return hasClientIds_; }  // X-Resource 1.2
+    bool hasMonitors() const { return hasMonitors_; }  // RandR 1.5
+    /// Whether the server can tell which process here holds a connection (X-Resource 1.2).
+    bool hasClientProcesses() const { return hasClientIds_; }
+    xcb_res_query_client_ids_cookie_t askProcess(std::uint32_t resource) const;
+    /// Of the connection that made the resource; 0 where it comes from elsewhere.
+    ProcessID processIn(xcb_res_query_client_ids_cookie_t cookie) const;
     bool alive() const { return xcb_connection_has_error(xcb_) == 0; }
 
     xcb_get_property_cookie_t ask(xcb_window_t window, xcb_atom_t property, std::uint32_t words) const;

@@ -30,6 +30,17 @@ class ApplicationsTest : public X11Test {
         X11Test::TearDown();
     }
 
+    WorkspaceSnapshot capture(Capture::Options options) {
+        WindowHandleCache cache;
+        DesktopAccess access{*desktop, cache};
+        return run(Capture::snapshot(access, std::move(options)));
+    }
+    static std::vector<std::string> identifiers(const WorkspaceSnapshot& snapshot) {
+        std::vector<std::string> found;
+        for (const auto& application : snapshot.applications) found.push_back(application.bundleIdentifier);
+        return found;
+    }
+
     static Url entry(const std::string& id) {
         return Url::file((PrivateDesktop::home() / "data/applications" / (id + ".desktop")).string());
     }
@@ -68,7 +79,7 @@ TEST_F(ApplicationsTest, TheBestEvidenceNamesTheApplication) {
 }
 
 TEST_F(ApplicationsTest, WithoutADesktopFileItsClassAndProgramStandFor) {
-    openWindow("nameless", {"--class", "Unheard-Of", "--no-pid"});
+    openWindow("nameless", {"--class", "Unheard-Of", "--pid", "0"});
     const auto found = running("unheard-of");
     ASSERT_TRUE(found);
     EXPECT_EQ(found->pid, clients.back().pid())
@@ -137,20 +148,34 @@ TEST_F(ApplicationsTest, AnApplicationIsKnownAsSoonAsItIsInstalled) {
     }
 }
 
-TEST_F(ApplicationsTest, PasswordManagersAreNeverCaptured) {
+TEST_F(ApplicationsTest, TheServerKnowsTheProcessWhateverAWindowSaysOfItself) {
+    open({"--class", "Editor", "--pid", "2", "--machine", "renamed-since"});
+    open({"--class", "Diary", "--pid", "2", "--machine", "container"});
+    open({"--class", "Elsewhere", "--machine", "far-away", "--process-name", "sshd-session"});
+    ASSERT_TRUE(eventually([&] { return windows().size() == 2 && applications().remoteWindows() == 1; }));
+    EXPECT_EQ(running("editor")->pid, clients.front().pid());
+    const auto captured = capture({.excludedBundleIdentifiers = {"diary"}});
+    EXPECT_EQ(identifiers(captured), std::vector<std::string>{"editor"});
+    EXPECT_EQ(captured.notes,
+              std::vector<std::string>{"1 window of a program on another machine was left out."});
+}
+
+TEST_F(ApplicationsTest, WhatIsKeptOutIsKnownByAnythingAWindowSays) {
     install("org.keepassxc.KeePassXC", "", "");
     install("plain", "", "");
+    install("appimagekit_0123456789abcdef-KeePassXC", "", "");
+    const std::string appImage = "appimagekit_0123456789abcdef-KeePassXC.desktop";
     open({"--class", "KeePassXC", "--desktop-file", "org.keepassxc.KeePassXC"});
     open({"--class", "Pinentry-gtk-2"});
-    open({"--class", "Plain"});
-    ASSERT_TRUE(eventually([&] { return windows().size() == 3; }));
+    open({"--class", "Odd", "--desktop-file", appImage});
+    open({"--class", "Secret-Diary", "--desktop-file", "plain", "--title", "diary"});
+    open({"--class", "Plain", "--title", "plain"});
+    ASSERT_TRUE(eventually([&] { return windows().size() == 5; }));
     ASSERT_TRUE(running("org.keepassxc.KeePassXC"));
-    WindowHandleCache cache;
-    DesktopAccess access{*desktop, cache};
-    const auto captured = run(Capture::snapshot(access, {}));
-    std::vector<std::string> saved;
-    for (const auto& application : captured.applications) saved.push_back(application.bundleIdentifier);
-    EXPECT_EQ(saved, std::vector<std::string>{"plain"});
+    const auto captured = capture({.excludedBundleIdentifiers = {"Secret-Diary"}});
+    EXPECT_EQ(identifiers(captured), std::vector<std::string>{"plain"});
+    ASSERT_EQ(captured.windowCount(), 1);
+    EXPECT_EQ(captured.applications[0].windows[0].title, "plain");
 }
 
 TEST_F(ApplicationsTest, HidingMinimizesEveryWindow) {

@@ -1,5 +1,6 @@
 // A small X client for the tests: opens the windows its arguments describe, closes one when asked to (unless
 // told to refuse), and ends with the last. No toolkit: nothing happens that was not asked for.
+#include <sys/prctl.h>
 #include <unistd.h>
 #include <xcb/xcb.h>
 #include <xcb/xcb_ewmh.h>
@@ -20,7 +21,9 @@ struct Options {
     std::vector<std::uint32_t> strut;
     std::vector<std::string> titles{"window"}, documents;
     std::string dialog;  // title of a dialog that belongs to the first window
-    bool refuseClose = false, noProtocols = false, noPid = false,
+    std::string machine, processName;
+    std::uint32_t pid = static_cast<std::uint32_t>(getpid());  // as its windows tell it; 0: not at all
+    bool refuseClose = false, noProtocols = false,
          silent = false;  // says nothing of its documents in its titles
 };
 
@@ -112,8 +115,9 @@ class Client {
         both[0] = static_cast<char>(std::tolower(both[0]));
         both += '\0' + options_.windowClass + '\0';
         setText(window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, both);
-        if (!options_.noPid)
-            setWords(window, ewmh_._NET_WM_PID, std::vector<std::uint32_t>{std::uint32_t(getpid())});
+        if (options_.pid != 0) setWords(window, ewmh_._NET_WM_PID, std::vector{options_.pid});
+        if (!options_.machine.empty())
+            setText(window, XCB_ATOM_WM_CLIENT_MACHINE, XCB_ATOM_STRING, options_.machine);
         if (!type.empty()) {
             auto kind = atom("_NET_WM_WINDOW_TYPE_" + type);
             xcb_ewmh_set_wm_window_type(&ewmh_, window, 1, &kind);
@@ -158,10 +162,13 @@ int main(int count, char** arguments) {
     app.add_option("--dialog", options.dialog);
     app.add_flag("--refuse-close", options.refuseClose);
     app.add_flag("--no-protocols", options.noProtocols);
-    app.add_flag("--no-pid", options.noPid);
+    app.add_option("--pid", options.pid);
+    app.add_option("--machine", options.machine);
+    app.add_option("--process-name", options.processName);
     app.add_flag("--silent", options.silent);
     app.add_option("documents", options.documents);
     CLI11_PARSE(app, count, arguments);
+    if (!options.processName.empty()) prctl(PR_SET_NAME, options.processName.c_str());
     Client client(std::move(options));
     if (!client.connect()) {
         std::fputs("no X server\n", stderr);
