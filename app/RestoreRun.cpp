@@ -9,24 +9,6 @@
 namespace quillo {
 namespace {
 
-std::string counted(std::int64_t count, const std::string& noun) {
-    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
-}
-
-std::string totalText(const RestoreReport& report) {
-    const RestoreReport::Totals totals = report.totals();
-    std::string text = std::to_string(totals.restored) + " restored";
-    const auto add = [&text](std::int64_t count, const std::string& part) {
-        if (count > 0) text += " · " + part;
-    };
-    add(totals.createdDesktops, counted(totals.createdDesktops, "desktop") + " created");
-    add(totals.launched, std::to_string(totals.launched) + " launched");
-    add(totals.opened, std::to_string(totals.opened) + " reopened");
-    add(totals.skipped, std::to_string(totals.skipped) + " skipped");
-    add(totals.failed, std::to_string(totals.failed) + " failed");
-    return text;
-}
-
 constexpr std::size_t mostCharacters = 200;  // of a stranger's names and titles
 
 /// Null where the item is about none, or the workspace has no such window.
@@ -46,12 +28,6 @@ RestoreRun::RestoreRun(Workspace workspace) : workspace_(std::move(workspace)) {
         awaited_.insert(application.bundleIdentifier);
 }
 
-bool RestoreRun::clean() const {
-    if (!report_ || report_->cancelled) return false;
-    const RestoreReport::Totals totals = report_->totals();
-    return totals.failed == 0 && totals.skipped == 0;
-}
-
 std::string RestoreRun::title() const {
     const std::string name = text::clipped(workspace_.name, mostCharacters);
     if (!report_) return "Resuming " + name + "…";
@@ -59,9 +35,9 @@ std::string RestoreRun::title() const {
 }
 
 std::string RestoreRun::subtitle() const {
-    if (report_) return totalText(*report_);
+    if (report_) return restoreSummary(*report_, false);
     if (begun_ == 0) return "Looking at what's open…";
-    return "Opening " + counted(begun_, "app") + "…";
+    return "Opening " + std::to_string(begun_) + (begun_ == 1 ? " app…" : " apps…");
 }
 
 void RestoreRun::begin(Executor& executor, Task<> task, std::function<void()> ended) {

@@ -24,8 +24,8 @@ class RestoreRun final : public QObject {
     const std::vector<RestoreReport::Item>& items() const { return items_; }
     /// Present from the moment the run is over.
     const std::optional<RestoreReport>& report() const { return report_; }
-    /// Nothing failed, nothing was skipped, and nobody stopped it.
-    bool clean() const;
+    /// Over, with everything back.
+    bool clean() const { return report_ && report_->clean(); }
 
     /// "Resuming Work…", then "Work is back" where it is clean, else "Work is mostly back".
     std::string title() const;

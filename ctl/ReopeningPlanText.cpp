@@ -73,7 +73,7 @@ void printReopening(Output& output, const ApplicationSnapshot& application, cons
 }
 
 void printLeftOut(Output& output, const RestoreReport::Item& item) {
-    const std::string& reason = std::get<RestoreReport::skipped>(item.status).reason;
+    const std::string reason(detailOf(item.status).text);
     if (output.json()) {
         JsonLine line;
         line.add("application", item.app)

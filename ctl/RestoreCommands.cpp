@@ -55,8 +55,7 @@ Restore::Options restoreOptions(Session& session, const Workspace& workspace, co
 
 Exit exitFor(const RestoreReport& report) {
     if (report.cancelled) return Exit::cancelled;
-    const RestoreReport::Totals totals = report.totals();
-    return totals.failed == 0 && totals.skipped == 0 ? Exit::done : Exit::partly;
+    return report.clean() ? Exit::done : Exit::partly;
 }
 
 /// A workspace of which only some applications were asked for has not been restored: its time stays.

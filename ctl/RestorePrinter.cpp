@@ -13,72 +13,41 @@ namespace {
 constexpr std::size_t widestApplication = 24;
 constexpr std::size_t widestTitle = 40;
 
-struct StatusLook {
-    std::string_view key;  // as --json names it
-    Style style = Style::plain;
-};
-
-struct LookOf {
-    StatusLook operator()(const RestoreReport::createdDesktops&) const { return {"createdDesktops"}; }
-    StatusLook operator()(const RestoreReport::opened&) const { return {"opened"}; }
-    StatusLook operator()(const RestoreReport::note&) const { return {"note", Style::dim}; }
-    StatusLook operator()(const RestoreReport::skipped&) const { return {"skipped", Style::warning}; }
-    StatusLook operator()(const RestoreReport::failed&) const { return {"failed", Style::bad}; }
-    StatusLook operator()(const RestoreReport::restored&) const { return {"restored", Style::good}; }
-    StatusLook operator()(const RestoreReport::adjusted&) const { return {"adjusted", Style::warning}; }
-    StatusLook operator()(const RestoreReport::launched&) const { return {"launched"}; }
-};
-
-struct AddDetail {
-    JsonLine& line;
-    void operator()(const RestoreReport::createdDesktops& status) const { line.add("count", status.count); }
-    void operator()(const RestoreReport::opened& status) const { line.add("count", status.count); }
-    void operator()(const RestoreReport::note& status) const { line.add("text", status.text); }
-    void operator()(const RestoreReport::skipped& status) const { line.add("reason", status.reason); }
-    void operator()(const RestoreReport::failed& status) const { line.add("reason", status.reason); }
-    void operator()(const auto&) const {}
-};
+Style styleOf(Verdict verdict) {
+    switch (verdict) {
+        case Verdict::remark:
+            return Style::dim;
+        case Verdict::done:
+            return Style::plain;
+        case Verdict::back:
+            return Style::good;
+        case Verdict::differs:
+        case Verdict::leftOut:
+            return Style::warning;
+        case Verdict::failed:
+            return Style::bad;
+    }
+    return Style::plain;
+}
 
 std::string title(const RestoreReport::Item& item) {
     if (item.title) return printable(*item.title);
     return item.savedIndex ? "Untitled" : "";
 }
 
-std::string totalText(const RestoreReport& report) {
-    const RestoreReport::Totals totals = report.totals();
-    std::string text = fmt::format("{} restored", totals.restored);
-    if (totals.adjusted > 0) text += fmt::format(" ({} adjusted)", totals.adjusted);
-    if (totals.createdDesktops > 0) text += " · " + counted(totals.createdDesktops, "desktop") + " created";
-    const auto add = [&text](std::int64_t count, std::string_view what) {
-        if (count > 0) text += fmt::format(" · {} {}", count, what);
-    };
-    add(totals.launched, "launched");
-    add(totals.opened, "reopened");
-    add(totals.skipped, "skipped");
-    add(totals.failed, "failed");
-    return text + fmt::format(" · {:.1f} s", report.duration);
-}
-
 JsonLine totalJson(const RestoreReport& report) {
-    const RestoreReport::Totals totals = report.totals();
+    const RestoreTotals totals = report.totals();
     JsonLine line;
-    line.add("status", "finished")
-        .add("restored", totals.restored)
-        .add("adjusted", totals.adjusted)
-        .add("launched", totals.launched)
-        .add("createdDesktops", totals.createdDesktops)
-        .add("opened", totals.opened)
-        .add("skipped", totals.skipped)
-        .add("failed", totals.failed)
-        .add("duration", report.duration)
-        .add("cancelled", report.cancelled);
+    line.add("status", "finished");
+    for (const RestoreOutcome& outcome : restoreOutcomes)
+        if (outcome.total) line.add(outcome.name, totals.*outcome.total);
+    line.add("duration", report.duration).add("cancelled", report.cancelled);
     return line;
 }
 
-std::string outcome(const RestoreReport& report) {
-    const RestoreReport::Totals totals = report.totals();
+std::string ending(const RestoreReport& report) {
     if (report.cancelled) return " stopped";
-    return totals.failed == 0 && totals.skipped == 0 ? " is back" : " is mostly back";
+    return report.clean() ? " is back" : " is mostly back";
 }
 
 }  // namespace
@@ -113,20 +82,22 @@ void RestorePrinter::item(const RestoreReport::Item& item) {
 }
 
 void RestorePrinter::printText(const RestoreReport::Item& item) {
-    output_.line(
-        padded(fitted(printable(item.app), applicationWidth_), applicationWidth_) + "  " +
-        padded(fitted(title(item), titleWidth_), titleWidth_) + "  " +
-        output_.painted(std::visit(LookOf{}, item.status).style, printable(restoreWords(item.status))));
+    const Style style = styleOf(outcomeOf(item.status).verdict);
+    output_.line(padded(fitted(printable(item.app), applicationWidth_), applicationWidth_) + "  " +
+                 padded(fitted(title(item), titleWidth_), titleWidth_) + "  " +
+                 output_.painted(style, printable(restoreWords(item.status))));
 }
 
 void RestorePrinter::printJson(const RestoreReport::Item& item) {
+    const RestoreDetail detail = detailOf(item.status);
     JsonLine line;
     line.add("application", item.app)
         .add("bundleIdentifier", item.bundleIdentifier)
         .add("title", item.title)
         .add("savedIndex", item.savedIndex)
-        .add("status", std::visit(LookOf{}, item.status).key);
-    std::visit(AddDetail{line}, item.status);
+        .add("status", outcomeOf(item.status).name)
+        .add("count", detail.count);
+    if (!detail.textName.empty()) line.add(detail.textName, detail.text);
     output_.value(std::move(line));
 }
 
@@ -139,7 +110,8 @@ void RestorePrinter::end(const RestoreReport& report) {
     if (output_.json()) {
         output_.value(totalJson(report));
     } else {
-        output_.line(output_.painted(Style::bold, name_ + outcome(report)) + ": " + totalText(report));
+        output_.line(output_.painted(Style::bold, name_ + ending(report)) + ": " +
+                     restoreSummary(report, true) + fmt::format(" · {:.1f} s", report.duration));
     }
 }
 

@@ -1,32 +1,43 @@
 #include "WindowEngine/restore/RestoreReport.hpp"
 
+#include <algorithm>
+
 namespace quillo {
-namespace {
-
-struct Count {
-    RestoreReport::Totals& totals;
-
-    void operator()(const RestoreReport::createdDesktops& status) const {
-        totals.createdDesktops += status.count;
-    }
-    void operator()(const RestoreReport::opened& status) const { totals.opened += status.count; }
-    void operator()(const RestoreReport::note&) const {}
-    void operator()(const RestoreReport::skipped&) const { ++totals.skipped; }
-    void operator()(const RestoreReport::failed&) const { ++totals.failed; }
-    void operator()(const RestoreReport::restored&) const { ++totals.restored; }
-    void operator()(const RestoreReport::adjusted&) const {
-        ++totals.restored;
-        ++totals.adjusted;
-    }
-    void operator()(const RestoreReport::launched&) const { ++totals.launched; }
-};
-
-}  // namespace
 
 RestoreReport::Totals RestoreReport::totals() const {
     Totals totals;
-    for (const Item& item : items) std::visit(Count{totals}, item.status);
+    for (const Item& item : items) {
+        const RestoreOutcome& outcome = outcomeOf(item.status);
+        const std::int64_t count = detailOf(item.status).count.value_or(1);
+        if (outcome.total) totals.*outcome.total += count;
+        if (outcome.verdict == Verdict::differs) totals.restored += count;
+    }
     return totals;
+}
+
+bool RestoreReport::clean() const {
+    return !cancelled &&
+           std::ranges::none_of(items, [](const Item& item) { return outcomeOf(item.status).trouble(); });
+}
+
+const RestoreOutcome& outcomeOf(const RestoreReport::Status& status) {
+    return std::visit([](const auto& one) -> const RestoreOutcome& { return one.outcome; }, status);
+}
+
+RestoreDetail detailOf(const RestoreReport::Status& status) {
+    return std::visit(
+        []<class Case>(const Case& one) -> RestoreDetail {
+            if constexpr (requires { one.count; })
+                return {.count = one.count, .textName = {}, .text = {}};
+            else if constexpr (requires { one.text; })
+                return {.count = {}, .textName = "text", .text = one.text};
+            else if constexpr (requires { one.reason; })
+                return {.count = {}, .textName = "reason", .text = one.reason};
+            else
+                static_assert(std::is_empty_v<Case>, "a detail that nobody would show");
+            return {};
+        },
+        status);
 }
 
 }  // namespace quillo

@@ -1,4 +1,5 @@
-// What happened to a window or an application, in the words that the panel and the command line share.
+// What happened to a window or an application, and to all of them, in the words that the panel and the
+// command line share.
 #pragma once
 #include <string>
 
@@ -8,5 +9,9 @@ namespace quillo {
 
 /// "restored", "skipped: not installed", "reopened 3 items"; never a title, a path or an address.
 std::string restoreWords(const RestoreReport::Status& status);
+
+/// The report's totals: "3 restored · 1 desktop created · 2 skipped"; with `tellsDiffering`, of those that
+/// are back how many differ: "3 restored (1 adjusted) · 2 skipped".
+std::string restoreSummary(const RestoreReport& report, bool tellsDiffering);
 
 }  // namespace quillo

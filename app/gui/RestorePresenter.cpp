@@ -7,7 +7,7 @@ namespace quillo {
 namespace {
 
 /// The place of "trouble" among the fields.
-constexpr int troubleRole = Qt::UserRole + 7;
+constexpr int troubleRole = Qt::UserRole + 9;
 constexpr int rowsWithoutScrolling = 8;
 /// Of all lines, and of those with trouble: nobody reads more.
 constexpr int mostRows = 200;
@@ -17,13 +17,18 @@ constexpr std::int64_t windowsAtOnce = 200, windowsAMillisecond = 20;
 
 QVariantList rowValues(const RestoreReport::Item& item, const Workspace& workspace) {
     const RestoreRow row = restoreRow(item, workspace);
+    const RestoreOutcome& outcome = outcomeOf(item.status);
+    const RestoreDetail detail = detailOf(item.status);
+    const bool plain = !detail.count && detail.textName.empty();
     return {line(item.app),
             QString::fromStdString(item.bundleIdentifier),
-            QString::fromStdString(row.subject),
-            QString::fromStdString(row.outcome),
-            reasonOf(item.status),
-            kindOf(item.status),
-            isTrouble(item.status) ? "trouble" : ""};
+            QString::fromStdString(row.text()),
+            QString::fromStdString(detail.count ? row.text() : row.subject),
+            qt(detail.text),
+            plain ? qt(outcome.word) : QString(),
+            qt(outcome.name),
+            stateOf(outcome.verdict),
+            outcome.trouble() ? "trouble" : ""};
 }
 
 }  // namespace
@@ -97,7 +102,7 @@ void RestorePresenter::follow() {
     const std::size_t before = rows_.size();
     for (; rowCount_ < count; ++rowCount_) {
         const RestoreReport::Item& item = run_->items()[static_cast<std::size_t>(rowCount_)];
-        const bool listed = isTrouble(item.status) ? troubleCount_++ < mostRows : false;
+        const bool listed = outcomeOf(item.status).trouble() ? troubleCount_++ < mostRows : false;
         if (listed || rowCount_ < mostRows)
             rows_.push_back({QString::fromStdString(item.id.lower()), rowValues(item, run_->workspace())});
     }

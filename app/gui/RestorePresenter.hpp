@@ -24,8 +24,9 @@ class RestorePresenter final : public QObject {
     Q_PROPERTY(bool running READ running NOTIFY changed)
     Q_PROPERTY(bool clean READ clean NOTIFY changed)          // over, with everything back
     Q_PROPERTY(double progress READ progress NOTIFY changed)  // of all windows, 0 to 1
-    /// app, identifier, subject, outcome, reason, kind (restored, adjusted, launched, opened, created, note,
-    /// failed, skipped); in the order they came, as many as a person may read.
+    /// app, identifier, text (all of it in words), heading (its first line), reason, word (where it comes
+    /// with neither a count nor a reason), outcome (RestoreOutcome::name), windowState (as the map has it),
+    /// trouble (empty: none); in the order they came, as many as a person may read.
     Q_PROPERTY(QAbstractItemModel* rows READ rows CONSTANT)
     Q_PROPERTY(QString more READ more NOTIFY changed)              // "and 9,800 more"; empty: these are all
     Q_PROPERTY(int rowCount READ rowCount NOTIFY changed)          // of all, listed or not
@@ -70,7 +71,8 @@ class RestorePresenter final : public QObject {
     double progress_ = 0;
     QTimer due_;  // for items that wait to be shown
     std::vector<RowList::Row> rows_;
-    RowList all_{{"app", "identifier", "subject", "outcome", "reason", "kind", "trouble"}};
+    RowList all_{
+        {"app", "identifier", "text", "heading", "reason", "word", "outcome", "windowState", "trouble"}};
     QSortFilterProxyModel shown_;
     int rowCount_ = 0, troubleCount_ = 0;
     bool onlyTrouble_ = false;

@@ -7,19 +7,6 @@
 namespace quillo {
 namespace {
 
-using Report = RestoreReport;
-
-struct NameStatus {
-    const char* operator()(const Report::createdDesktops&) const { return "created"; }
-    const char* operator()(const Report::opened&) const { return "opened"; }
-    const char* operator()(const Report::note&) const { return "note"; }
-    const char* operator()(const Report::skipped&) const { return "skipped"; }
-    const char* operator()(const Report::failed&) const { return "failed"; }
-    const char* operator()(const Report::restored&) const { return "restored"; }
-    const char* operator()(const Report::adjusted&) const { return "adjusted"; }
-    const char* operator()(const Report::launched&) const { return "launched"; }
-};
-
 /// What the items say of one application of the workspace.
 struct Fate {
     std::map<std::int64_t, QString> windows;  // by place; the latest word counts
@@ -28,17 +15,18 @@ struct Fate {
     bool missing = false;  // none of its windows can come
 };
 
-std::map<std::string, Fate> fates(const std::vector<Report::Item>& items) {
+std::map<std::string, Fate> fates(const std::vector<RestoreReport::Item>& items) {
     std::map<std::string, Fate> fates;
-    for (const Report::Item& item : items) {
+    for (const RestoreReport::Item& item : items) {
         Fate& fate = fates[item.bundleIdentifier];
         fate.begun = true;
-        const QString kind = kindOf(item.status);
+        const RestoreOutcome& outcome = outcomeOf(item.status);
+        const QString state = stateOf(outcome.verdict);
         if (!item.savedIndex) {
-            if (isTrouble(item.status)) fate.whole = kind;
-            if (kind == "skipped") fate.missing = true;
-        } else if (kind != "note") {
-            fate.windows[*item.savedIndex] = kind == "adjusted" ? QStringLiteral("restored") : kind;
+            if (outcome.trouble()) fate.whole = state;
+            if (outcome.verdict == Verdict::leftOut) fate.missing = true;
+        } else if (!state.isEmpty()) {
+            fate.windows[*item.savedIndex] = state;
         }
     }
     return fates;
@@ -46,21 +34,20 @@ std::map<std::string, Fate> fates(const std::vector<Report::Item>& items) {
 
 }  // namespace
 
-QString kindOf(const Report::Status& status) {
-    return QString::fromUtf8(std::visit(NameStatus{}, status));
-}
-
-bool isTrouble(const Report::Status& status) {
-    return std::holds_alternative<Report::failed>(status) || std::holds_alternative<Report::skipped>(status);
-}
-
-QString reasonOf(const Report::Status& status) {
-    if (const auto* failed = std::get_if<Report::failed>(&status))
-        return QString::fromStdString(failed->reason);
-    if (const auto* skipped = std::get_if<Report::skipped>(&status))
-        return QString::fromStdString(skipped->reason);
-    const auto* note = std::get_if<Report::note>(&status);
-    return note ? QString::fromStdString(note->text) : QString();
+QString stateOf(Verdict verdict) {
+    switch (verdict) {
+        case Verdict::back:
+        case Verdict::differs:
+            return QStringLiteral("restored");
+        case Verdict::leftOut:
+            return QStringLiteral("skipped");
+        case Verdict::failed:
+            return QStringLiteral("failed");
+        case Verdict::remark:
+        case Verdict::done:
+            break;
+    }
+    return {};
 }
 
 RestoreStates RestoreStates::of(const RestoreRun& run) {

@@ -6,11 +6,9 @@
 
 namespace quillo {
 
-/// "restored", "adjusted", "failed", "skipped", "launched", "opened", "created" or "note".
-QString kindOf(const RestoreReport::Status& status);
-bool isTrouble(const RestoreReport::Status& status);  // failed or skipped
-/// Why it failed or was skipped, and what a note says; else empty.
-QString reasonOf(const RestoreReport::Status& status);
+/// As the map has a window of which this is said: "restored", "skipped" or "failed"; empty where it is of no
+/// window's return. The panel's rows have the colours of these.
+QString stateOf(Verdict verdict);
 
 struct RestoreStates {
     /// By CaptureFilter::windowKey, of every window of the workspace: "pending", "landing" once its

@@ -6,22 +6,25 @@ Item {
     id: root
     required property string app
     required property string identifier
-    required property string subject
-    required property string outcome
+    required property string text
+    required property string heading
     required property string reason
-    required property string kind
-    readonly property bool bad: kind === "failed" || kind === "skipped"
-    readonly property color ink: kind === "failed" ? Theme.danger : kind === "skipped" ? Theme.warning
-                                 : kind === "restored" || kind === "adjusted" ? Theme.success : Theme.text2
+    required property string word
+    required property string outcome
+    required property string windowState
+    required property string trouble
+    readonly property bool bad: trouble !== ""
+    readonly property color ink: windowState === "failed" ? Theme.danger : windowState === "skipped" ? Theme.warning
+                                 : windowState === "restored" ? Theme.success : Theme.text2
     readonly property var symbols: ({ restored: "check", adjusted: "square-arrow-out-up-right", launched: "arrow-up-right",
-                                      opened: "folder-open", created: "monitor", note: "info", failed: "x", skipped: "minus" })
+                                      opened: "folder-open", createdDesktops: "monitor", note: "info", failed: "x", skipped: "minus" })
 
     implicitHeight: Math.max(Math.round((second.visible ? 48 : 34) * Theme.scale), words.height + 14) + (bad ? 4 : 0)
     // A transition of the list would stop half-way where the rows are filtered meanwhile.
     Component.onCompleted: if (Restore.running) arrival.start()
     NumberAnimation { id: arrival; target: root; property: "opacity"; from: 0; to: 1; duration: Theme.fade(140) }
     Accessible.role: Accessible.ListItem
-    Accessible.name: subject + ": " + outcome
+    Accessible.name: text
 
     Rectangle {
         visible: root.bad
@@ -30,7 +33,7 @@ Item {
         width: parent.width - 18
         height: parent.height - 4
         radius: 8
-        color: root.kind === "failed" ? Theme.dangerTint : Theme.warningTint
+        color: root.windowState === "failed" ? Theme.dangerTint : Theme.warningTint
     }
     AppIcon {
         anchors.left: parent.left
@@ -49,8 +52,7 @@ Item {
         UiText {
             width: parent.width
             // No line begins with a dot or with a desktop's number.
-            text: (root.kind === "opened" || root.kind === "created" ? root.subject + ": " + root.outcome : root.subject)
-                  .replace(/ · /g, "\u00a0· ").replace(/ (\d+)$/, "\u00a0$1")
+            text: root.heading.replace(/ · /g, "\u00a0· ").replace(/ (\d+)$/, "\u00a0$1")
             // The application stands at the start and the desktop at the end.
             wrapMode: Theme.scale > 1 ? Text.Wrap : Text.NoWrap
             maximumLineCount: 4
@@ -73,9 +75,9 @@ Item {
         anchors.right: parent.right
         anchors.rightMargin: 42
         anchors.verticalCenter: parent.verticalCenter
-        visible: root.kind === "restored" || root.kind === "adjusted" || root.kind === "launched"
+        visible: root.word !== ""
         role: "caption"
-        text: root.kind
+        text: root.word
         color: Theme.text2
         Accessible.ignored: true
     }
@@ -83,7 +85,7 @@ Item {
         anchors.right: parent.right
         anchors.rightMargin: 16
         anchors.verticalCenter: parent.verticalCenter
-        name: root.symbols[root.kind] || "info"
+        name: root.symbols[root.outcome] || "info"
         size: 16
         color: root.ink
     }

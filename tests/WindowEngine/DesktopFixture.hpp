@@ -170,17 +170,8 @@ inline WindowSnapshot savedWindow(Desktop& desktop, Rect frame, std::string titl
 
 /// How an item reads: "org.a/Title: restored".
 inline std::string text(const RestoreReport::Status& status) {
-    struct Words {
-        std::string operator()(const RestoreReport::createdDesktops&) const { return "desktops created"; }
-        std::string operator()(const RestoreReport::opened&) const { return "opened"; }
-        std::string operator()(const RestoreReport::note& note) const { return "note " + note.text; }
-        std::string operator()(const RestoreReport::skipped& skip) const { return "skipped " + skip.reason; }
-        std::string operator()(const RestoreReport::failed& fail) const { return "failed " + fail.reason; }
-        std::string operator()(const RestoreReport::restored&) const { return "restored"; }
-        std::string operator()(const RestoreReport::adjusted&) const { return "adjusted"; }
-        std::string operator()(const RestoreReport::launched&) const { return "launched"; }
-    };
-    return std::visit(Words{}, status);
+    const std::string_view text = detailOf(status).text;
+    return std::string(outcomeOf(status).name) + (text.empty() ? "" : " ") + std::string(text);
 }
 
 inline std::string text(const RestoreReport::Item& item) {

@@ -1,6 +1,7 @@
 // Whatever the help offers, the man page explains and the shell completes.
 #include <regex>
 
+#include "WindowEngine/restore/RestoreReport.hpp"
 #include "tests/ctl/Quilloctl.hpp"
 
 namespace quillo::ctl {
@@ -43,6 +44,8 @@ TEST_F(HelpTest, TheManPageAndTheCompletionKnowEveryCommandAndOption) {
         EXPECT_NE(manual.find(option), std::string::npos) << option;
         EXPECT_NE(completion.find(option), std::string::npos) << option;
     }
+    for (const RestoreOutcome& outcome : restoreOutcomes)
+        EXPECT_NE(manual.find(outcome.name), std::string::npos) << outcome.name;
 }
 
 TEST_F(HelpTest, BashCompletesCommandsOptionsAndNames) {

@@ -14,12 +14,8 @@ namespace {
 using simulated::FaultKind;
 
 std::string statusText(const RestoreReport::Status& status) {
-    if (const auto* failed = std::get_if<RestoreReport::failed>(&status)) return "failed " + failed->reason;
-    if (const auto* skipped = std::get_if<RestoreReport::skipped>(&status))
-        return "skipped " + skipped->reason;
-    if (std::holds_alternative<RestoreReport::restored>(status)) return "restored";
-    if (std::holds_alternative<RestoreReport::adjusted>(status)) return "adjusted";
-    return std::holds_alternative<RestoreReport::launched>(status) ? "launched" : "created";
+    const std::string_view text = detailOf(status).text;
+    return std::string(outcomeOf(status).word) + (text.empty() ? "" : " ") + std::string(text);
 }
 
 simulated::Scene desk() {

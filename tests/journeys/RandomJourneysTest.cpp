@@ -45,10 +45,7 @@ class RandomJourney : public Journey {
 };
 
 bool is(const Report::Item& item, std::string_view reason) {
-    if (const auto* failed = std::get_if<Report::failed>(&item.status))
-        return failed->reason.starts_with(reason);
-    const auto* skipped = std::get_if<Report::skipped>(&item.status);
-    return skipped && skipped->reason.starts_with(reason);
+    return outcomeOf(item.status).trouble() && detailOf(item.status).text.starts_with(reason);
 }
 
 bool samePlace(const Rect& a, const Rect& b) {
@@ -87,8 +84,8 @@ std::vector<Reported> reportedBack(Journey& journey, const Report& report) {
     std::vector<Reported> all;
     for (const ApplicationSnapshot& application : journey.saved().snapshot.applications) {
         for (const Report::Item& item : report.items) {
-            const bool back = std::holds_alternative<Report::restored>(item.status) ||
-                              std::holds_alternative<Report::adjusted>(item.status);
+            const Verdict verdict = outcomeOf(item.status).verdict;
+            const bool back = verdict == Verdict::back || verdict == Verdict::differs;
             if (!back || item.bundleIdentifier != application.bundleIdentifier || !item.savedIndex ||
                 !item.title)
                 continue;

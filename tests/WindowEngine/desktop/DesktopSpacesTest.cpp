@@ -301,7 +301,7 @@ TEST(DesktopMove, ARestoreMakesTheDesktopThatIsGoneAndFillsIt) {
     const WorkspaceSnapshot snapshot = desktop.capture(everyWindow);
     desktop.world().removeDesktop("main", 2);
     EXPECT_EQ(texts(desktop.restore(snapshot)),
-              (Texts{"app.quillo.Quillo: desktops created", "org.a/1: restored"}));
+              (Texts{"app.quillo.Quillo: createdDesktops", "org.a/1: restored"}));
     EXPECT_EQ(desktop.world().window("org.a", "1")->space, desktop.space("main", 2));
     desktop.world().removeDesktop("main", 2);
     desktop.world().add(fault(addDesktopRefused));

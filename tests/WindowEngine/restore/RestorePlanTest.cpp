@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "WindowEngine/restore/RestorePlan.hpp"
-#include "WindowEngine/restore/RestoreReport.hpp"
+#include "WindowEngine/restore/RestoreWords.hpp"
 #include "tests/WindowEngine/DesktopSamples.hpp"
 
 namespace quillo {
@@ -94,6 +94,16 @@ TEST(RestoreReport, CountsItemsByStatus) {
     EXPECT_EQ((std::vector{totals.restored, totals.adjusted, totals.launched, totals.createdDesktops,
                            totals.opened, totals.skipped, totals.failed}),
               (std::vector<std::int64_t>{3, 1, 1, 3, 7, 1, 2}));
+    EXPECT_EQ(
+        restoreSummary(report, true),
+        "3 restored (1 adjusted) · 3 desktops created · 1 launched · 7 reopened · 1 skipped · 2 failed");
+    const std::pair<R::Status, const char*> worded[] = {
+        {R::adjusted{}, "adjusted: back, but its place or size had to differ"},
+        {R::createdDesktops{1}, "created 1 desktop"},
+        {R::note{"Hidden"}, "Hidden"},
+        {R::failed{""}, "failed: "},
+    };
+    for (const auto& [status, words] : worded) EXPECT_EQ(restoreWords(status), words);
 }
 
 }  // namespace
