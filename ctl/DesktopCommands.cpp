@@ -111,7 +111,7 @@ void examineStore(Examination& examination, Session& session) {
     examination.tell("workspaces", std::to_string(library.workspaces.size()));
     examination.tell("sessions", std::to_string(session.history.list().size()));
     examination.tell("damaged files", std::to_string(library.issues.size()));
-    examination.tell("damaged versions kept", listed(session.store.damagedFiles()));
+    examination.tell("damaged versions", listed(session.store.damagedFiles()));
     if (library.failure) examination.tell("library", library.failure->text);
     examination.tell("log", session.logPlace);
 }

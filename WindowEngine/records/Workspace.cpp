@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
+#include <set>
 #include <utility>
 
 #include "WindowEngine/support/CheckedSum.hpp"
@@ -85,7 +86,13 @@ std::int64_t AppContext::urlCount() const {
 }
 
 std::int64_t WorkspaceSnapshot::desktopCount() const {
-    return desktops ? countOf(*desktops) : 0;
+    if (!desktops) return 0;
+    const auto hasUuid = [](const DesktopSnapshot& desktop) { return desktop.uuid.has_value(); };
+    if (std::ranges::any_of(*desktops, hasUuid)) return countOf(*desktops);
+    // Where desktops have no identity (X11), all displays show the same ones.
+    std::set<std::int64_t> places;
+    for (const DesktopSnapshot& desktop : *desktops) places.insert(desktop.index);
+    return countOf(places);
 }
 
 std::int64_t WorkspaceSnapshot::windowCount() const {

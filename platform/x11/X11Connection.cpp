@@ -135,6 +135,26 @@ ProcessID X11Connection::processIn(xcb_res_query_client_ids_cookie_t cookie) con
     return static_cast<ProcessID>(*xcb_res_client_id_value_value(ids.data));
 }
 
+bool X11Connection::isXwayland() const {
+    constexpr std::string_view name = "XWAYLAND";
+    const Reply<xcb_query_extension_reply_t> extension(
+        xcb_query_extension_reply(xcb_, xcb_query_extension(xcb_, name.size(), name.data()), nullptr));
+    if (extension && extension->present) return true;
+    if (!hasMonitors_) return false;
+    const Reply<xcb_randr_get_monitors_reply_t> monitors(
+        xcb_randr_get_monitors_reply(xcb_, xcb_randr_get_monitors(xcb_, root(), 1), nullptr));
+    if (!monitors) return false;
+    for (auto it = xcb_randr_get_monitors_monitors_iterator(monitors.get()); it.rem > 0;
+         xcb_randr_monitor_info_next(&it)) {
+        const Reply<xcb_get_atom_name_reply_t> atom(
+            xcb_get_atom_name_reply(xcb_, xcb_get_atom_name(xcb_, it.data->name), nullptr));
+        if (!atom) continue;
+        const auto length = static_cast<std::size_t>(xcb_get_atom_name_name_length(atom.get()));
+        if (std::string_view(xcb_get_atom_name_name(atom.get()), length).starts_with(name)) return true;
+    }
+    return false;
+}
+
 xcb_get_property_cookie_t X11Connection::ask(xcb_window_t window, xcb_atom_t property,
                                              std::uint32_t words) const {
     return xcb_get_property(xcb_, 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, words);

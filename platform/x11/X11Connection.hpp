@@ -72,6 +72,10 @@ class X11Connection {
     xcb_res_query_client_ids_cookie_t askProcess(std::uint32_t resource) const;
     /// Of the connection that made the resource; 0 where it comes from elsewhere.
     ProcessID processIn(xcb_res_query_client_ids_cookie_t cookie) const;
+    /// Whether this server only shows X11 programs within a Wayland session, whose own windows it knows
+    /// nothing of: an Xwayland from 24.1 on has an extension of that name, an older one calls its monitors
+    /// so.
+    bool isXwayland() const;
     bool alive() const { return xcb_connection_has_error(xcb_) == 0; }
 
     xcb_get_property_cookie_t ask(xcb_window_t window, xcb_atom_t property, std::uint32_t words) const;

@@ -29,6 +29,13 @@ X11Desktop::~X11Desktop() = default;
 Result<std::unique_ptr<X11Desktop>> X11Desktop::create(Executor& executor, const X11Options& options) {
     auto connection = x11::X11Connection::open(options.display);
     if (!connection) return std::unexpected(connection.error());
+    if ((*connection)->isXwayland()) {
+        return fail(
+            ErrorKind::unavailable,
+            "This is a Wayland session. Display " + (*connection)->displayName() +
+                " shows only its X11 programs, so most windows could be neither saved nor brought back. "
+                "Log out and choose an X11 (Xorg) session.");
+    }
     auto services = std::make_unique<Services>(executor, std::move(*connection));
     if (const auto access = services->view.access(); !access)
         return fail(ErrorKind::unavailable, access.reason());

@@ -25,7 +25,9 @@ ApplicationSnapshot application(const char* identifier, std::size_t nativeTabs, 
 TEST(Workspace, CountsFoldersAndTabsApart) {
     WorkspaceSnapshot snapshot;
     EXPECT_EQ(snapshot.desktopCount(), 0);
-    snapshot.desktops.emplace(3);
+    snapshot.desktops = {{"left", 0, {}}, {"left", 1, {}}, {"right", 0, {}}, {"right", 1, {}}};
+    EXPECT_EQ(snapshot.desktopCount(), 2) << "without an identity they are the same on all displays";
+    snapshot.desktops = {{"left", 0, "a"}, {"left", 1, {}}, {"right", 0, "c"}};
     snapshot.applications = {application("com.apple.finder", 5, "finder", {1, 2}),
                              application("com.google.Chrome", 3, "chromium", {4}),
                              application("org.editor", 2, "", {})};

@@ -208,5 +208,15 @@ TEST_F(ScreensTest, AMonitorIsKnownByItsEdidWhereThatIsUnique) {
     EXPECT_EQ(frames().front().first, output);
 }
 
+TEST_F(ScreensTest, TheServerWithinAWaylandSessionIsRefusedByItsMonitorsName) {
+    Monitors::xrandr({"--setmonitor", "XWAYLAND0", "640/200x480/150+0+0", "none"});
+    const auto refused = X11Desktop::create(executor, {});
+    Monitors::xrandr({"--delmonitor", "XWAYLAND0"});
+    ASSERT_FALSE(refused);
+    EXPECT_EQ(refused.error().kind, ErrorKind::unavailable);
+    EXPECT_TRUE(refused.error().text.contains("X11 (Xorg) session")) << refused.error().text;
+    EXPECT_TRUE(X11Desktop::create(executor, {}));
+}
+
 }  // namespace
 }  // namespace quillo::x11test
