@@ -3,7 +3,6 @@
 #include "WindowEngine/library/WorkspaceFiles.hpp"
 #include "WindowEngine/library/WorkspaceScan.hpp"
 #include "WindowEngine/records/WorkspaceCoding.hpp"
-#include "WindowEngine/support/Text.hpp"
 
 namespace quillo {
 
@@ -36,13 +35,6 @@ Result<Workspace> WorkspaceStore::load(const Uuid& id) const {
         error.kind == ErrorKind::invalidData || error.kind == ErrorKind::unsupportedSchema;
     if (aboutContents) error.text = WorkspaceFiles::primaryName(id) + ": " + error.text;
     return std::unexpected(std::move(error));
-}
-
-Result<Workspace> WorkspaceStore::load(std::string_view named) const {
-    for (Workspace& workspace : scan().workspaces) {
-        if (text::equalIgnoringCase(workspace.name, named)) return std::move(workspace);
-    }
-    return fail(ErrorKind::notFound, "There is no workspace named \"" + std::string(named) + "\".");
 }
 
 Result<void> WorkspaceStore::remove(const Uuid& id) const {

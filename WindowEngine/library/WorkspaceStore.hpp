@@ -39,9 +39,8 @@ class WorkspaceStore {
 
     Result<void> save(const Workspace& workspace) const;
     WorkspaceScanResult scan() const;
-    Result<Workspace> load(const Uuid& id) const;          // primary file only
-    Result<Workspace> load(std::string_view named) const;  // first of the scan with this name, ignoring case
-    Result<void> remove(const Uuid& id) const;             // notFound when there is no primary
+    Result<Workspace> load(const Uuid& id) const;  // primary file only
+    Result<void> remove(const Uuid& id) const;     // notFound when there is no primary
     Result<bool> updateLastRestored(const Uuid& id, Instant at) const;
 
   private:
