@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "WindowEngine/support/ChildProcess.hpp"
+#include "platform/posix/ChildProcess.hpp"
 
 namespace quillo {
 
