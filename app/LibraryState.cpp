@@ -1,6 +1,7 @@
 #include "app/LibraryState.hpp"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "app/LibraryTexts.hpp"
@@ -9,10 +10,7 @@ namespace quillo {
 
 LibraryState::LibraryState(const LibraryIndex& index, QObject* parent) : QObject(parent), index_(index) {
     findRows();
-    connect(&index_, &LibraryIndex::reloaded, this, [this] {
-        if (!selected()) selectedID_.reset();
-        findRows();
-    });
+    connect(&index_, &LibraryIndex::reloaded, this, &LibraryState::findRows);
 }
 
 void LibraryState::setQuery(std::string query) {
@@ -25,36 +23,16 @@ void LibraryState::setOrder(WorkspaceOrder order) {
     if (std::exchange(order_, order) != order) findRows();
 }
 
-const Workspace* LibraryState::selected() const {
-    const auto& all = index_.workspaces();
-    const auto found = selectedID_ ? std::ranges::find(all, *selectedID_, &Workspace::id) : all.end();
-    return found == all.end() ? nullptr : &*found;
-}
-
-void LibraryState::select(std::optional<Uuid> id) {
-    const std::optional<Uuid> before = std::exchange(selectedID_, id);
-    if (!selected()) selectedID_.reset();
-    if (selectedID_ != before) Q_EMIT changed();
-}
-
 void LibraryState::moveCursorDown() {
-    if (cursor_ + 1 < rows_.size()) set(cursor_, cursor_ + 1);
+    if (cursor_ + 1 >= rows_.size()) return;
+    ++cursor_;
+    Q_EMIT cursorMoved();
 }
 
 void LibraryState::moveCursorUp() {
-    if (cursor_ > 0) set(cursor_, cursor_ - 1);
-}
-
-void LibraryState::selectAtCursor() {
-    if (cursor_ < ids_.size()) select(ids_[cursor_]);
-}
-
-void LibraryState::setCompact(bool compact) {
-    set(compact_, compact);
-}
-
-void LibraryState::setSearchFocused(bool focused) {
-    set(searchFocused_, focused);
+    if (cursor_ == 0) return;
+    --cursor_;
+    Q_EMIT cursorMoved();
 }
 
 std::string_view LibraryState::emptyTitle() const {

@@ -1,9 +1,7 @@
-// What the library shows: the workspaces that match, in the chosen order, which one is selected and where the
-// keyboard is.
+// What the library shows: the workspaces that match, in the chosen order, and where the keyboard is.
 #pragma once
 #include <QObject>
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,49 +27,28 @@ class LibraryState final : public QObject {
     WorkspaceOrder order() const { return order_; }
     void setOrder(WorkspaceOrder order);
 
-    /// Stays through reloads and searches until that workspace is deleted; null when there is none. Valid
-    /// until the next reload.
-    const Workspace* selected() const;
-    /// Nothing is selected then where the library does not have it.
-    void select(std::optional<Uuid> id);
-
     /// A row; 0 where there is none. It stays on its workspace when rows come and go around it.
     std::size_t cursor() const { return cursor_; }
     void moveCursorDown();  // the last row and the first are the ends
     void moveCursorUp();
-    void selectAtCursor();
-
-    bool compact() const { return compact_; }
-    void setCompact(bool compact);
-    bool searchFocused() const { return searchFocused_; }
-    void setSearchFocused(bool focused);
 
     /// What stands in place of the rows, and the advice below it; empty while there are rows.
     std::string_view emptyTitle() const;
     std::string_view emptyHint() const;
 
   Q_SIGNALS:
-    void rowsChanged();  // with the cursor and the selection as they are then
-    void changed();      // anything else
+    void rowsChanged();  // with the cursor as it is then
+    void cursorMoved();  // over the same rows
 
   private:
     void findRows();
-    template <class T>
-    void set(T& field, T value) {
-        if (field == value) return;
-        field = value;
-        Q_EMIT changed();
-    }
 
     const LibraryIndex& index_;
     std::vector<std::size_t> rows_;
     std::vector<Uuid> ids_;  // of the rows: by the time of a reload their workspaces are others
     std::string query_;
     WorkspaceOrder order_ = WorkspaceOrder::recent;
-    std::optional<Uuid> selectedID_;
     std::size_t cursor_ = 0;
-    bool compact_ = false;
-    bool searchFocused_ = false;
 };
 
 }  // namespace quillo

@@ -45,12 +45,6 @@ std::string_view label(WorkspaceOrder order) {
     return {};
 }
 
-std::optional<WorkspaceOrder> workspaceOrder(std::string_view stored) {
-    const auto* const found =
-        std::ranges::find(allWorkspaceOrders, stored, [](WorkspaceOrder order) { return label(order); });
-    return found == allWorkspaceOrders.end() ? std::nullopt : std::optional(*found);
-}
-
 std::vector<std::size_t> sortedPlaces(std::span<const Workspace> workspaces, WorkspaceOrder order) {
     switch (order) {
         case WorkspaceOrder::recent:

@@ -3,7 +3,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -20,9 +19,8 @@ enum class WorkspaceOrder : std::uint8_t {
 inline constexpr std::array allWorkspaceOrders{WorkspaceOrder::recent, WorkspaceOrder::name,
                                                WorkspaceOrder::saved};
 
-/// As it is shown and stored: "Recently used", "Name", "Last saved".
+/// As it is shown: "Recently used", "Name", "Last saved".
 std::string_view label(WorkspaceOrder order);
-std::optional<WorkspaceOrder> workspaceOrder(std::string_view label);
 
 /// The places in `workspaces`, sorted; of equal ones the earlier comes first.
 std::vector<std::size_t> sortedPlaces(std::span<const Workspace> workspaces, WorkspaceOrder order);

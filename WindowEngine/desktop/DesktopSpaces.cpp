@@ -60,18 +60,6 @@ std::optional<DesktopSnapshot> desktopOf(const WindowFacts& facts, std::span<con
     return snapshot(*holding.front());
 }
 
-bool isFullscreen(DesktopAccess& desktop, WindowNumber windowID) {
-    return facts(desktop, windowID).isFullscreen;
-}
-
-bool isStandardWindow(DesktopAccess& desktop, WindowNumber windowID) {
-    return facts(desktop, windowID).isStandard;
-}
-
-std::optional<WindowNumber> windowID(DesktopAccess& desktop, const Element& window) {
-    return desktop.platform.accessibility.windowNumber(window);
-}
-
 WindowNumber frontTab(DesktopAccess& desktop, WindowNumber windowID) {
     const WindowServerReading server = Accessibility::readWindowServer(desktop);
     const auto own = std::ranges::find(server.windows, windowID, &WindowListEntry::number);
@@ -97,17 +85,13 @@ std::vector<std::vector<SpaceID>> spacesOf(DesktopAccess& desktop, std::span<con
     return spaces;
 }
 
-bool standsOnlyOn(const WindowFacts& facts, SpaceID space) {
-    return facts.spaces.size() == 1 && facts.spaces.front() == space;
-}
-
 Task<void> waitWhileAnimating(DesktopAccess& desktop, std::string displayID) {
     co_await pollUntil([&] { return !desktop.platform.windowServer.isAnimating(displayID); }, pollingInterval,
                        animationPatience);
 }
 
 Task<bool> move(DesktopAccess& desktop, WindowNumber windowID, SpaceID space, Duration timeout) {
-    if (standsOnlyOn(facts(desktop, windowID), space)) co_return true;
+    if (facts(desktop, windowID).spaces == std::vector{space}) co_return true;
     co_await waitWhileAnimating(desktop, displayOf(desktop, space));
     if (!desktop.platform.windowServer.moveWindow(windowID, space)) co_return false;
     co_return co_await pollUntil([&] { return holds(facts(desktop, windowID).spaces, space); },

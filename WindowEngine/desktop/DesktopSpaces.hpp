@@ -33,10 +33,6 @@ DesktopSnapshot snapshot(const NativeDesktop& desktop);
 std::optional<DesktopSnapshot> desktopOf(const WindowFacts& facts, std::span<const NativeDesktop> desktops,
                                          const std::optional<std::string>& preferredDisplay);
 
-bool isFullscreen(DesktopAccess& desktop, WindowNumber windowID);
-bool isStandardWindow(DesktopAccess& desktop, WindowNumber windowID);
-std::optional<WindowNumber> windowID(DesktopAccess& desktop, const Element& window);
-
 /// The window that the server holds responsible for the place of this one: the tab in front, which alone
 /// stands on a desktop, for a native tab behind it; otherwise the window itself. A tab is told by its window:
 /// of the same process, exactly as large and in the same place. Ask only about windows known to have tabs:
@@ -47,9 +43,6 @@ WindowNumber frontTab(DesktopAccess& desktop, WindowNumber windowID);
 /// front.
 std::vector<std::vector<SpaceID>> spacesOf(DesktopAccess& desktop, std::span<const LiveWindow> windows,
                                            bool tabbed);
-
-/// Whether a window with these facts stands on this desktop and no other.
-bool standsOnlyOn(const WindowFacts& facts, SpaceID space);
 
 /// Waits, at most 2 s, until the display does not animate from one space to another.
 Task<void> waitWhileAnimating(DesktopAccess& desktop, std::string displayID);

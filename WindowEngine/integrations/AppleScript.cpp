@@ -1,7 +1,5 @@
 #include "WindowEngine/integrations/AppleScript.hpp"
 
-#include <fmt/ranges.h>
-
 #include <chrono>
 #include <utility>
 
@@ -25,7 +23,7 @@ Failure failureOf(const Error& error) {
 
 }  // namespace
 
-Task<std::expected<Rows, Failure>> run(ScriptInterpreter& scripts, std::string script, double timeout) {
+Task<std::expected<Rows, Failure>> run(ScriptInterpreter& scripts, Script script, double timeout) {
     const auto limit = std::chrono::duration_cast<Duration>(std::chrono::duration<double>(timeout));
     const auto outcome = co_await scripts.execute(std::move(script), limit);
     if (!outcome) co_return std::unexpected(failureOf(outcome.error()));
@@ -50,31 +48,6 @@ Rows rows(std::string_view standardOutput) {
         }
     }
     return rows;
-}
-
-std::string quoted(std::string_view text) {
-    std::string literal = "\"";
-    for (const char c : text) {
-        if (c == '\\' || c == '"') literal += '\\';
-        literal += c;
-    }
-    return literal += '"';
-}
-
-std::string lines(const std::vector<std::string>& lines) {
-    return fmt::format("{}", fmt::join(lines, "\n"));
-}
-
-const std::string& joinList() {
-    static const std::string handler = lines({
-        "on joinList(lst, delim)",
-        "    set {tid, AppleScript's text item delimiters} to {AppleScript's text item delimiters, delim}",
-        "    set out to lst as text",
-        "    set AppleScript's text item delimiters to tid",
-        "    return out",
-        "end joinList",
-    });
-    return handler;
 }
 
 }  // namespace quillo::AppleScript

@@ -1,5 +1,4 @@
-// Runs scripts of the system's automation language, and writes texts into them so that nothing in a text can
-// become part of the script.
+// Runs scripts and reads what they print.
 #pragma once
 #include <string>
 #include <string_view>
@@ -20,20 +19,11 @@ using Rows = std::vector<std::vector<std::string>>;
 
 /// Fails with timedOut() after `timeout` seconds, with the script's own message when it ends with an error,
 /// with the reason where nothing can be run. Cancelled, it throws once the interpreter is gone.
-Task<std::expected<Rows, Failure>> run(ScriptInterpreter& scripts, std::string script, double timeout);
+Task<std::expected<Rows, Failure>> run(ScriptInterpreter& scripts, Script script, double timeout);
 
 Failure timedOut();
 
 /// Output of a script that went well. Undecodable output counts as empty.
 Rows rows(std::string_view standardOutput);
-
-/// A text as a literal of the language: backslashes doubled, quotes escaped, the whole in double quotes.
-std::string quoted(std::string_view text);
-
-/// Lines joined by line feeds.
-std::string lines(const std::vector<std::string>& lines);
-
-/// The handler `joinList(list, delimiter)`, with which every script that reports begins.
-const std::string& joinList();
 
 }  // namespace quillo::AppleScript

@@ -1,7 +1,6 @@
 #include "WindowEngine/integrations/ChromiumAdapter.hpp"
 
 #include <algorithm>
-#include <map>
 #include <utility>
 
 #include "WindowEngine/integrations/BrowserRestorePlan.hpp"
@@ -12,44 +11,11 @@
 namespace quillo {
 namespace {
 
-/// Names in scripts, by bundle identifier.
-const std::map<std::string, std::string, std::less<>>& apps() {
-    static const std::map<std::string, std::string, std::less<>> names{
-        {"com.google.Chrome", "Google Chrome"},
-        {"com.brave.Browser", "Brave Browser"},
-        {"com.microsoft.edgemac", "Microsoft Edge"},
-        {"company.thebrowser.Browser", "Arc"},
-    };
-    return names;
-}
-
 constexpr std::string_view unsupported = "Unsupported Chromium browser.";
 constexpr std::string_view couldNotReopen = "Browser could not reopen saved tabs.";
 
 bool isPrivate(const std::vector<std::string>& row) {
-    return row.size() == 1 && row.front() == ChromiumAdapter::privateMarker;
-}
-
-/// Every window of the browser, `report` being what the script says of one that is not private.
-std::string listScript(std::string_view application, std::string_view report) {
-    return AppleScript::lines({
-        AppleScript::joinList(),
-        BrowserScripts::tell(application),
-        R"(    set out to {})",
-        R"(    repeat with w in windows)",
-        R"(        try)",
-        R"(            if mode of w is "incognito" then)",
-        R"(                set end of out to ")" + std::string(ChromiumAdapter::privateMarker) + R"(")",
-        R"(            else)",
-        R"(                set end of out to )" + std::string(report),
-        R"(            end if)",
-        R"(        on error)",
-        R"(            set end of out to "")",
-        R"(        end try)",
-        R"(    end repeat)",
-        R"(end tell)",
-        R"(return my joinList(out, linefeed))",
-    });
+    return row.size() == 1 && row.front() == ScriptRequest::privateMarker;
 }
 
 /// A window that tabs may be opened in.
@@ -84,25 +50,25 @@ std::vector<ContextWindow> contexts(const std::vector<OpenWindow>& windows) {
     return result;
 }
 
-/// A restore and the name the browser goes by in scripts.
 struct Reopening {
     TabReopening tabs;
-    const std::string& application;
+    std::string browser;  // by its identifier
+
+    Script script(auto request) const { return {browser, std::move(request)}; }
 };
 
 Task<void> openTabs(Reopening& reopening, const std::string& window, std::span<const Url> urls,
                     bool intoActiveTab) {
     for (const auto portion : BrowserScripts::portions(urls)) {
-        std::string script =
-            ChromiumAdapter::tabsScript(reopening.application, window, portion, intoActiveTab);
-        if (!co_await reopening.tabs.openTabs(std::move(script), portion.size())) co_return;
+        ScriptRequest::OpenTabs tabs{window, {portion.begin(), portion.end()}, intoActiveTab};
+        if (!co_await reopening.tabs.openTabs(reopening.script(std::move(tabs)), portion.size())) co_return;
         intoActiveTab = false;
     }
 }
 
 Task<void> openWindow(Reopening& reopening, std::span<const Url> urls) {
-    const auto window = co_await reopening.tabs.makeWindow(
-        ChromiumAdapter::newWindowScript(reopening.application, urls.front()));
+    const auto window =
+        co_await reopening.tabs.makeWindow(reopening.script(ScriptRequest::NewWindow{urls.front()}));
     if (!window || urls.size() == 1) co_return;
     if (window->empty()) {
         reopening.tabs.fail(couldNotReopen);
@@ -112,7 +78,8 @@ Task<void> openWindow(Reopening& reopening, std::span<const Url> urls) {
 }
 
 Task<void> reopen(Reopening& reopening, const AppContext& saved) {
-    const auto rows = co_await reopening.tabs.run(ChromiumAdapter::identifyScript(reopening.application));
+    const auto rows =
+        co_await reopening.tabs.run(reopening.script(ScriptRequest::ListTabs{.identified = true}));
     if (!rows) co_return;
     const std::vector<OpenWindow> open = openWindows(*rows);
     for (const auto& step : BrowserRestorePlan::make(saved.windows, contexts(open), true)) {
@@ -129,54 +96,7 @@ Task<void> reopen(Reopening& reopening, const AppContext& saved) {
 }  // namespace
 
 std::set<std::string> ChromiumAdapter::bundleIdentifiers() const {
-    std::set<std::string> identifiers;
-    for (const auto& [identifier, name] : apps()) identifiers.insert(identifier);
-    return identifiers;
-}
-
-std::string ChromiumAdapter::captureScript(std::string_view application) {
-    return listScript(application, "my joinList(URL of every tab of w, ASCII character 9)");
-}
-
-std::string ChromiumAdapter::identifyScript(std::string_view application) {
-    return listScript(application,
-                      "((id of w) as text) & (ASCII character 9) & my joinList(URL of every tab of w, "
-                      "ASCII character 9)");
-}
-
-std::string ChromiumAdapter::newWindowScript(std::string_view application, const Url& first) {
-    return AppleScript::lines({
-        BrowserScripts::tell(application),
-        "    set targetWindow to make new window",
-        "    set URL of active tab of targetWindow to " + AppleScript::quoted(first.string()),
-        "    return (id of targetWindow) as text",
-        "end tell",
-    });
-}
-
-std::string ChromiumAdapter::tabsScript(std::string_view application, std::string_view window,
-                                        std::span<const Url> urls, bool intoActiveTab) {
-    std::vector<std::string> lines{
-        BrowserScripts::tell(application),
-        "    repeat with w in windows",
-        "        if ((id of w) as text) is " + AppleScript::quoted(window) + " then",
-        R"(            if mode of w is "incognito" then error "the window is private")",
-    };
-    if (intoActiveTab) {
-        lines.push_back("            set URL of active tab of w to " +
-                        AppleScript::quoted(urls.front().string()));
-        urls = urls.subspan(1);
-    }
-    for (std::string& line : BrowserScripts::newTabs("            ", "w", urls))
-        lines.push_back(std::move(line));
-    lines.insert(lines.end(), {
-                                  "            return",
-                                  "        end if",
-                                  "    end repeat",
-                                  "end tell",
-                                  R"(error "the window is gone")",
-                              });
-    return AppleScript::lines(lines);
+    return {"com.google.Chrome", "com.brave.Browser", "com.microsoft.edgemac", "company.thebrowser.Browser"};
 }
 
 AdapterCaptureResult ChromiumAdapter::captured(const AppleScript::Rows& rows) {
@@ -198,14 +118,14 @@ AdapterCaptureResult ChromiumAdapter::captured(const AppleScript::Rows& rows) {
 Task<AdapterCaptureResult> ChromiumAdapter::capture(DesktopAccess& desktop,
                                                     std::string bundleIdentifier) const {
     AdapterCaptureResult result;
-    const auto app = apps().find(bundleIdentifier);
-    if (app == apps().end()) {
+    if (!bundleIdentifiers().contains(bundleIdentifier)) {
         result.failure = unsupported;
         co_return result;
     }
     try {
-        const auto rows = co_await AppleScript::run(desktop.platform.scripts, captureScript(app->second),
-                                                    adapterScriptLimit);
+        Script script{std::move(bundleIdentifier), ScriptRequest::ListTabs{.identified = false}};
+        const auto rows =
+            co_await AppleScript::run(desktop.platform.scripts, std::move(script), adapterScriptLimit);
         if (rows) co_return captured(*rows);
         result.failure = "Browser automation was unavailable.";
     } catch (const Cancelled&) {
@@ -222,8 +142,7 @@ Task<AdapterRestoreResult> ChromiumAdapter::restore(DesktopAccess& desktop, AppC
                                                     std::optional<AppContext> current,
                                                     std::string bundleIdentifier) const {
     AdapterRestoreResult result;
-    const auto app = apps().find(bundleIdentifier);
-    if (app == apps().end()) {
+    if (!bundleIdentifiers().contains(bundleIdentifier)) {
         result.failures.emplace_back(unsupported);
         co_return result;
     }
@@ -231,7 +150,7 @@ Task<AdapterRestoreResult> ChromiumAdapter::restore(DesktopAccess& desktop, AppC
     if (!current || !BrowserScripts::allWeb(saved.windows)) result.failures.emplace_back(couldNotReopen);
     if (!current) co_return result;
     try {
-        Reopening reopening{{desktop, result, couldNotReopen}, app->second};
+        Reopening reopening{{desktop, result, couldNotReopen}, std::move(bundleIdentifier)};
         co_await reopen(reopening, saved);
     } catch (const Cancelled&) {
         result.failures.emplace_back("Browser restore was cancelled.");

@@ -20,8 +20,9 @@ enum class Opening { done, failed, timedOut };
 
 Task<Opening> open(DesktopAccess& desktop, std::optional<std::string> path) {
     if (!path) co_return Opening::failed;
-    const auto opened = co_await AppleScript::run(desktop.platform.scripts, FinderAdapter::openScript(*path),
-                                                  adapterScriptLimit);
+    Script script{std::string(FinderAdapter::finder), ScriptRequest::OpenFolder{*std::move(path)}};
+    const auto opened =
+        co_await AppleScript::run(desktop.platform.scripts, std::move(script), adapterScriptLimit);
     if (opened) co_return Opening::done;
     co_return opened.error() == AppleScript::timedOut() ? Opening::timedOut : Opening::failed;
 }
@@ -42,32 +43,6 @@ Task<void> openAll(DesktopAccess& desktop, std::vector<AdapterStep> steps, Adapt
 
 }  // namespace
 
-std::string FinderAdapter::captureScript() {
-    return AppleScript::lines({
-        AppleScript::joinList(),
-        R"(tell application "Finder")",
-        R"(    set out to {})",
-        R"(    repeat with i from 1 to (count of Finder windows))",
-        R"(        try)",
-        R"(            set end of out to POSIX path of (target of Finder window i as alias))",
-        R"(        on error)",
-        R"(            set end of out to "")",
-        R"(        end try)",
-        R"(    end repeat)",
-        R"(end tell)",
-        R"(return my joinList(out, linefeed))",
-    });
-}
-
-std::string FinderAdapter::openScript(std::string_view path) {
-    return AppleScript::lines({
-        R"(tell application "Finder")",
-        "    set target of (make new Finder window) to (POSIX file " + AppleScript::quoted(path) +
-            " as alias)",
-        "end tell",
-    });
-}
-
 AppContext FinderAdapter::context(const AppleScript::Rows& rows) {
     AppContext context{"finder", {}};
     for (std::size_t i = 0; i < rows.size(); ++i) {
@@ -81,10 +56,11 @@ AppContext FinderAdapter::context(const AppleScript::Rows& rows) {
 }
 
 Task<AdapterCaptureResult> FinderAdapter::capture(DesktopAccess& desktop, std::string) const {
+    Script script{std::string(finder), ScriptRequest::ListFolders{}};
     AdapterCaptureResult result;
     try {
         const auto rows =
-            co_await AppleScript::run(desktop.platform.scripts, captureScript(), adapterScriptLimit);
+            co_await AppleScript::run(desktop.platform.scripts, std::move(script), adapterScriptLimit);
         if (rows) {
             result.context = context(*rows);
         } else {

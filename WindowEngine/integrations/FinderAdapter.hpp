@@ -27,8 +27,6 @@ class FinderAdapter final : public ContextAdapter {
 
     /// One context window per row, in Finder's order; a window without a path (a search) has no folder.
     static AppContext context(const AppleScript::Rows& rows);
-    static std::string captureScript();
-    static std::string openScript(std::string_view path);
 };
 
 }  // namespace quillo

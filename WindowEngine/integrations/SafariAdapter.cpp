@@ -1,8 +1,5 @@
 #include "WindowEngine/integrations/SafariAdapter.hpp"
 
-#include <fmt/format.h>
-#include <fmt/ranges.h>
-
 #include <algorithm>
 #include <charconv>
 #include <iterator>
@@ -16,8 +13,11 @@
 namespace quillo {
 namespace {
 
-constexpr std::string_view application = "Safari";
 constexpr std::string_view couldNotReopen = "Safari could not reopen saved tabs.";
+
+Script asking(auto request) {
+    return {std::string(SafariPrivacy::safari), std::move(request)};
+}
 
 std::optional<ProcessID> runningSafari(DesktopAccess& desktop) {
     const auto running = desktop.platform.applications.running(SafariPrivacy::safari);
@@ -55,8 +55,8 @@ Task<AdapterCaptureResult> captureVerified(DesktopAccess& desktop, std::set<Wind
         result.includedWindowIDs.emplace();
         co_return result;
     }
-    const auto rows = co_await AppleScript::run(desktop.platform.scripts,
-                                                SafariAdapter::captureScript(before), adapterScriptLimit);
+    const auto rows = co_await AppleScript::run(
+        desktop.platform.scripts, asking(ScriptRequest::ListSafariTabs{before}), adapterScriptLimit);
     if (!rows) {
         result.notes.emplace_back("Safari automation was unavailable; no Safari windows were captured.");
         result.includedWindowIDs.emplace();
@@ -81,14 +81,14 @@ Task<void> openTabs(TabReopening& reopening, WindowNumber window, std::span<cons
             reopening.fail(unverified);
             co_return;
         }
-        std::string script = SafariAdapter::tabsScript(window, portion, intoCurrentTab);
-        if (!co_await reopening.openTabs(std::move(script), portion.size())) co_return;
+        ScriptRequest::OpenSafariTabs tabs{window, {portion.begin(), portion.end()}, intoCurrentTab};
+        if (!co_await reopening.openTabs(asking(std::move(tabs)), portion.size())) co_return;
         intoCurrentTab = false;
     }
 }
 
 Task<void> openWindow(TabReopening& reopening, std::span<const Url> urls) {
-    const auto printed = co_await reopening.makeWindow(SafariAdapter::newWindowScript(urls.front()));
+    const auto printed = co_await reopening.makeWindow(asking(ScriptRequest::NewSafariWindow{urls.front()}));
     if (!printed) co_return;
     const auto window = windowNumber(*printed);
     if (!window) {
@@ -119,49 +119,6 @@ Task<void> reopen(TabReopening& reopening, const AppContext& saved,
 
 std::set<std::string> SafariAdapter::bundleIdentifiers() const {
     return {std::string(SafariPrivacy::safari)};
-}
-
-std::string SafariAdapter::captureScript(const std::set<WindowNumber>& allowed) {
-    return AppleScript::lines({
-        AppleScript::joinList(),
-        BrowserScripts::tell(application),
-        fmt::format("    set allowedIDs to {{{}}}", fmt::join(allowed, ", ")),
-        "    set out to {}",
-        "    repeat with w in windows",
-        "        if (id of w) is in allowedIDs then",
-        "            try",
-        R"(                set end of out to ((id of w) as text) & (ASCII character 9) & my joinList(URL of every tab of w, ASCII character 9))",
-        "            end try",
-        "        end if",
-        "    end repeat",
-        "end tell",
-        "return my joinList(out, linefeed)",
-    });
-}
-
-std::string SafariAdapter::newWindowScript(const Url& first) {
-    return AppleScript::lines({
-        BrowserScripts::tell(application),
-        "    make new document with properties {URL:" + AppleScript::quoted(first.string()) + "}",
-        "    return id of front window",
-        "end tell",
-    });
-}
-
-std::string SafariAdapter::tabsScript(WindowNumber window, std::span<const Url> urls, bool intoCurrentTab) {
-    std::vector<std::string> lines{
-        BrowserScripts::tell(application),
-        fmt::format("    set targetWindow to first window whose id is {}", window),
-    };
-    if (intoCurrentTab) {
-        lines.push_back("    set URL of current tab of targetWindow to " +
-                        AppleScript::quoted(urls.front().string()));
-        urls = urls.subspan(1);
-    }
-    for (std::string& line : BrowserScripts::newTabs("    ", "targetWindow", urls))
-        lines.push_back(std::move(line));
-    lines.emplace_back("end tell");
-    return AppleScript::lines(lines);
 }
 
 AppContext SafariAdapter::context(const AppleScript::Rows& rows, const std::set<WindowNumber>& kept) {

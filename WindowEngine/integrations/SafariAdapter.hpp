@@ -1,9 +1,6 @@
 // The tabs of Safari's windows, of those only that are verified as normal browsing (SafariPrivacy), before
 // and after every look and before every touch.
 #pragma once
-#include <span>
-#include <string_view>
-
 #include "WindowEngine/integrations/AppleScript.hpp"
 #include "WindowEngine/integrations/ContextAdapter.hpp"
 
@@ -32,11 +29,6 @@ class SafariAdapter final : public ContextAdapter {
     /// `kept` are ignored, and those that show only what is no web address (a local file): there is nothing
     /// to bring back, and a window without addresses counts as blank.
     static AppContext context(const AppleScript::Rows& rows, const std::set<WindowNumber>& kept);
-    static std::string captureScript(const std::set<WindowNumber>& allowed);
-    /// Prints the new window's number.
-    static std::string newWindowScript(const Url& first);
-    /// `intoCurrentTab`: the first address goes into the tab in front, which is empty.
-    static std::string tabsScript(WindowNumber window, std::span<const Url> urls, bool intoCurrentTab);
 };
 
 }  // namespace quillo

@@ -18,12 +18,12 @@ struct TabReopening {
     void fail(std::string_view text) { result.failures.emplace_back(text); }
 
     /// Absent when the script failed, which is said then.
-    Task<std::optional<AppleScript::Rows>> run(std::string script);
+    Task<std::optional<AppleScript::Rows>> run(Script script);
     /// Runs a script that makes a window with one tab and prints what it is known by: that, empty where it
     /// was not printed; absent when the script failed.
-    Task<std::optional<std::string>> makeWindow(std::string script);
+    Task<std::optional<std::string>> makeWindow(Script script);
     /// Runs a script that opens so many tabs; whether it went well.
-    Task<bool> openTabs(std::string script, std::size_t count);
+    Task<bool> openTabs(Script script, std::size_t count);
 };
 
 }  // namespace quillo

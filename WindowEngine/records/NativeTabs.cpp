@@ -116,15 +116,4 @@ ApplicationSnapshot collapse(ApplicationSnapshot application) {
     return application;
 }
 
-std::vector<Url> documents(std::span<const WindowSnapshot> windows) {
-    std::vector<Url> urls;
-    for (const WindowSnapshot& window : windows) {
-        if (!window.tabs) continue;
-        for (const TabSnapshot& tab : *window.tabs) {
-            if (tab.documentURL) urls.push_back(*tab.documentURL);
-        }
-    }
-    return urls;
-}
-
 }  // namespace quillo::NativeTabs

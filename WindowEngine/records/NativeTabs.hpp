@@ -2,7 +2,6 @@
 // other. Folding makes one saved window of such a stack, with the tabs listed in it. Pure.
 #pragma once
 #include <set>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,8 +17,5 @@ const std::set<std::string, std::less<>>& applications();
 /// Folding again changes nothing. Linear in the number of windows.
 std::vector<WindowSnapshot> collapse(std::vector<WindowSnapshot> windows, std::string_view bundleIdentifier);
 ApplicationSnapshot collapse(ApplicationSnapshot application);
-
-/// Documents of all tabs, in the order of windows and tabs; may repeat.
-std::vector<Url> documents(std::span<const WindowSnapshot> windows);
 
 }  // namespace quillo::NativeTabs

@@ -1,7 +1,6 @@
 // Makes the desktops that a saved layout needs and the present one lacks.
 #pragma once
 #include <cstdint>
-#include <map>
 #include <span>
 #include <string>
 #include <vector>
@@ -11,8 +10,7 @@
 namespace quillo {
 
 struct DesktopPreparation {
-    std::map<std::string, SpaceID>
-        targets;  // by DesktopSnapshot::id(); a saved desktop without one is absent
+    DesktopTargets targets;  // a saved desktop without one is absent
     std::int64_t created = 0;
     std::vector<std::string> failures;  // sentences for the report, in the order in which they arose
 };

@@ -7,7 +7,15 @@
 #include <optional>
 #include <set>
 
-namespace quillo::DesktopSpaces {
+namespace quillo {
+
+std::optional<SpaceID> targetDesktop(const WindowSnapshot& saved, const DesktopTargets& desktops) {
+    if (saved.isFullscreen || !saved.desktop) return std::nullopt;
+    const auto target = desktops.find(saved.desktop->id());
+    return target == desktops.end() ? std::nullopt : std::optional(target->second);
+}
+
+namespace DesktopSpaces {
 namespace {
 
 constexpr SpaceID firstPlanned = SpaceID{1} << 63;
@@ -38,7 +46,7 @@ class Pairing {
     }
     void add(const DesktopSnapshot& saved) { open_.push_back(&saved); }
 
-    void resolve(std::map<std::string, SpaceID>& targets) {
+    void resolve(DesktopTargets& targets) {
         settle([this](const DesktopSnapshot& saved) { return withUuid(saved); });
         settle([this](const DesktopSnapshot& saved) { return atIndex(saved); });
         settle([this](const DesktopSnapshot& saved) { return instead(saved); });
@@ -139,9 +147,8 @@ std::map<std::string, std::int64_t> preferredIndices(std::span<const DesktopSnap
     return needed;
 }
 
-std::map<std::string, SpaceID> resolveTargets(std::span<const DesktopSnapshot> saved,
-                                              std::span<const NativeDesktop> current,
-                                              DisplayList savedDisplays, DisplayList currentDisplays) {
+DesktopTargets resolveTargets(std::span<const DesktopSnapshot> saved, std::span<const NativeDesktop> current,
+                              DisplayList savedDisplays, DisplayList currentDisplays) {
     std::map<std::string, Pairing> pairings;  // by saved display
     std::set<std::string> seen;
     for (const DesktopSnapshot& desktop : saved) {
@@ -151,7 +158,7 @@ std::map<std::string, SpaceID> resolveTargets(std::span<const DesktopSnapshot> s
         if (!display) return {};
         pairings.try_emplace(desktop.displayID, current, display->id).first->second.add(desktop);
     }
-    std::map<std::string, SpaceID> targets;
+    DesktopTargets targets;
     for (auto& [displayID, pairing] : pairings) pairing.resolve(targets);
     return targets;
 }
@@ -186,4 +193,5 @@ std::int64_t desktopCount(std::span<const NativeDesktop> desktops, std::string_v
     return std::ranges::count(desktops, displayID, &NativeDesktop::displayID);
 }
 
-}  // namespace quillo::DesktopSpaces
+}  // namespace DesktopSpaces
+}  // namespace quillo

@@ -11,6 +11,7 @@
 #pragma once
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -19,6 +20,13 @@
 #include "WindowEngine/restore/DisplayMapper.hpp"
 
 namespace quillo {
+
+/// The space that stands for each saved desktop, by DesktopSnapshot::id().
+using DesktopTargets = std::map<std::string, SpaceID>;
+
+/// Where a saved window is to stand; absent for one that was saved on no desktop, or on one that nothing
+/// stands for. A full-screen window has a desktop of its own.
+std::optional<SpaceID> targetDesktop(const WindowSnapshot& saved, const DesktopTargets& desktops);
 
 /// What the window server tells of desktops at one moment.
 struct DesktopReading {
@@ -42,8 +50,8 @@ struct DesktopPlan {
     std::vector<Creation> creations;
     /// As they would be afterwards: what is yet to be created is isPlanned() and has no uuid.
     std::vector<NativeDesktop> desktops;
-    std::map<std::string, SpaceID> targets;  // by DesktopSnapshot::id(), into `desktops`
-    std::vector<std::string> failures;       // known before anything is tried
+    DesktopTargets targets;             // into `desktops`
+    std::vector<std::string> failures;  // known before anything is tried
 };
 
 namespace DesktopSpaces {
@@ -58,10 +66,9 @@ using DisplayMapper::DisplayList;
 std::map<std::string, std::int64_t> preferredIndices(std::span<const DesktopSnapshot> saved,
                                                      DisplayList savedDisplays, DisplayList current);
 
-/// By DesktopSnapshot::id(); of two saved desktops that share it the first counts.
-std::map<std::string, SpaceID> resolveTargets(std::span<const DesktopSnapshot> saved,
-                                              std::span<const NativeDesktop> current,
-                                              DisplayList savedDisplays, DisplayList currentDisplays);
+/// Of two saved desktops with one id the first counts.
+DesktopTargets resolveTargets(std::span<const DesktopSnapshot> saved, std::span<const NativeDesktop> current,
+                              DisplayList savedDisplays, DisplayList currentDisplays);
 
 /// Without saved desktops there is nothing to do, and nothing to say.
 DesktopPlan plan(std::span<const DesktopSnapshot> saved, DisplayList savedDisplays,

@@ -38,12 +38,6 @@ WindowPlan unmatched(std::int64_t savedIndex, bool anyLive) {
 
 }  // namespace
 
-std::optional<SpaceID> targetDesktop(const WindowSnapshot& saved, const DesktopTargets& desktops) {
-    if (saved.isFullscreen || !saved.desktop) return std::nullopt;
-    const auto target = desktops.find(saved.desktop->id());
-    return target == desktops.end() ? std::nullopt : std::optional(target->second);
-}
-
 WindowPlan planPair(const WindowSnapshot& saved, const LiveWindowInfo& live, DisplayList savedDisplays,
                     DisplayList currentDisplays, const DesktopTargets& desktops,
                     std::span<const SpaceID> liveSpaces) {

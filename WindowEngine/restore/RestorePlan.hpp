@@ -1,15 +1,13 @@
 // What a restore would do with each saved window, as a value: the one decision that the plan command prints
 // and that placement carries out. Pure.
 #pragma once
-#include <map>
 #include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
-#include "WindowEngine/restore/DisplayMapper.hpp"
+#include "WindowEngine/restore/DesktopTargets.hpp"
 #include "WindowEngine/restore/WindowMatcher.hpp"
-#include "WindowEngine/services/WindowServer.hpp"
 
 namespace quillo {
 
@@ -31,13 +29,6 @@ struct WindowPlan {
     bool minimized = false;        // state the write asks for
     std::string skipReason;        // why nothing is done, when liveIndex is absent
 };
-
-/// Space by DesktopSnapshot::id(): DesktopPreparation::targets, or DesktopPlan::targets beforehand.
-using DesktopTargets = std::map<std::string, SpaceID>;
-
-/// Where a saved window is to stand; absent for one that was saved on no desktop, or on one that nothing
-/// stands for. A full-screen window has a desktop of its own.
-std::optional<SpaceID> targetDesktop(const WindowSnapshot& saved, const DesktopTargets& desktops);
 
 /// The plan of one pair (liveIndex 0): what the live window's present state still calls for. Placement asks
 /// again after each effect. `liveSpaces`: those that hold the live window, empty where that was not asked.

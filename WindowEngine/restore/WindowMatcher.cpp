@@ -208,10 +208,6 @@ Evidence evidence(const WindowSnapshot& saved, const LiveWindowInfo& live) {
     return judgePair(judged(saved), judged(live));
 }
 
-double score(const WindowSnapshot& saved, const LiveWindowInfo& live) {
-    return evidence(saved, live).score;
-}
-
 std::vector<Match> match(std::span<const WindowSnapshot> saved, std::span<const LiveWindowInfo> live) {
     std::vector<Candidate> ranked = candidates(saved, live);
     // Ties go to the lower saved index, then to the lower live index.
@@ -229,7 +225,7 @@ std::vector<Match> match(std::span<const WindowSnapshot> saved, std::span<const 
     for (std::size_t i = 0, j = 0; i < saved.size() && j < live.size(); ++i) {
         if (savedTaken[i]) continue;
         while (j < live.size() && liveTaken[j]) ++j;
-        const double left = j < live.size() ? score(saved[i], live[j]) : 0;
+        const double left = j < live.size() ? evidence(saved[i], live[j]).score : 0;
         if (left > 0)
             matches.push_back(
                 {static_cast<std::int64_t>(i), static_cast<std::int64_t>(j++), std::min(left, 1.0)});

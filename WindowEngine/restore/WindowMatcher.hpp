@@ -34,7 +34,6 @@ struct Evidence {
 };
 
 std::string normalize(std::string_view title);
-double score(const WindowSnapshot& saved, const LiveWindowInfo& live);
 Evidence evidence(const WindowSnapshot& saved, const LiveWindowInfo& live);
 
 /// Greedy one-to-one assignment, best score first; sorted by savedIndex. Beyond 250,000 pairs a window is

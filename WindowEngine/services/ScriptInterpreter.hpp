@@ -3,6 +3,7 @@
 #include <string>
 
 #include "WindowEngine/services/Capability.hpp"
+#include "WindowEngine/services/Script.hpp"
 #include "WindowEngine/support/Error.hpp"
 #include "WindowEngine/support/Task.hpp"
 
@@ -20,7 +21,7 @@ class ScriptInterpreter {
     virtual Capability scripting() = 0;
     /// Runs one script to its end. Fails with `timedOut` after `limit`; cancelled, the interpreter is
     /// terminated and Cancelled is thrown. Never blocks the executor.
-    virtual Task<Result<ScriptOutcome>> execute(std::string script, Duration limit) = 0;
+    virtual Task<Result<ScriptOutcome>> execute(Script script, Duration limit) = 0;
 };
 
 }  // namespace quillo

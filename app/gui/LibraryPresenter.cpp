@@ -12,7 +12,7 @@ namespace quillo {
 LibraryPresenter::LibraryPresenter(AppModel& model, LibraryState& state, QObject* parent)
     : QAbstractListModel(parent), model_(model), state_(state) {
     connect(&state, &LibraryState::rowsChanged, this, &LibraryPresenter::rowsChanged);
-    connect(&state, &LibraryState::changed, this, &LibraryPresenter::changed);
+    connect(&state, &LibraryState::cursorMoved, this, &LibraryPresenter::changed);
     connect(&model, &AppModel::storageIssuesChanged, this, [this] {
         Q_EMIT issuesChanged();
         Q_EMIT changed();

@@ -7,7 +7,7 @@ namespace quillo {
 class NoScripts final : public ScriptInterpreter {
   public:
     Capability scripting() override { return Capability::unavailable(reason); }
-    Task<Result<ScriptOutcome>> execute(std::string, Duration) override {
+    Task<Result<ScriptOutcome>> execute(Script, Duration) override {
         co_return fail(ErrorKind::unavailable, reason);
     }
 

@@ -4,7 +4,8 @@
 
 #include <utility>
 
-#include "WindowEngine/support/ChildProcess.hpp"
+#include "WindowEngine/integrations/AppleScriptText.hpp"
+#include "platform/posix/ChildProcess.hpp"
 
 namespace quillo {
 
@@ -13,8 +14,9 @@ Capability ScriptProcess::scripting() {
     return Capability::unavailable("This system has no interpreter for application scripts.");
 }
 
-Task<Result<ScriptOutcome>> ScriptProcess::execute(std::string script, Duration limit) {
-    ChildProcess::Arguments arguments{.program = interpreter_, .arguments = {"-e", std::move(script)}};
+Task<Result<ScriptOutcome>> ScriptProcess::execute(Script script, Duration limit) {
+    ChildProcess::Arguments arguments{.program = interpreter_,
+                                      .arguments = {"-e", AppleScript::text(script)}};
     auto outcome = co_await ChildProcess::run(std::move(arguments), limit);
     if (!outcome) co_return std::unexpected(outcome.error());
     co_return ScriptOutcome{.exitStatus = outcome->exitStatus,

@@ -16,7 +16,7 @@ class ScriptProcess final : public ScriptInterpreter {
     /// Whether there is such a program.
     Capability scripting() override;
     /// The limit counts in real time, whatever the executor's clock.
-    Task<Result<ScriptOutcome>> execute(std::string script, Duration limit) override;
+    Task<Result<ScriptOutcome>> execute(Script script, Duration limit) override;
 
   private:
     std::string interpreter_;

@@ -1,15 +1,11 @@
 // What the applications do that scripts can ask for. Internal to this layer.
 #pragma once
 #include "WindowEngine/services/ScriptInterpreter.hpp"
-#include "platform/simulated/ScriptText.hpp"
 #include "platform/simulated/World.hpp"
 
 namespace quillo::simulated {
 
 ScriptOutcome scriptFailed(std::string_view message, int number);
-
-/// The identifier of the application that the script is for; absent for one that does not know its words.
-std::optional<std::string_view> addressee(const Script& script);
 
 /// The application runs and answers.
 ScriptOutcome perform(World& world, Application& application, const Script& script);

@@ -47,22 +47,20 @@ bool Scripts::decided(std::string_view identifier) {
     return application.running ? !world_.hangs(application) : !application.starting;
 }
 
-Task<Result<ScriptOutcome>> Scripts::execute(std::string text, Duration limit) {
+Task<Result<ScriptOutcome>> Scripts::execute(Script script, Duration limit) {
     const TimePoint deadline = executor_.timeAfter(limit);
     if (!co_await passes(scriptTakes, deadline)) co_return late();
-    const auto script = readScript(text);
-    const auto identifier = script ? addressee(*script) : std::nullopt;
-    if (!identifier) co_return scriptFailed("syntax error: A unknown token can’t go here.", -2740);
-    if (auto refused = refusal(*identifier)) co_return *std::move(refused);
-    const Fault* slow = world_.fault(FaultKind::automationSlow, *identifier);
+    const std::string& identifier = script.bundleIdentifier;
+    if (auto refused = refusal(identifier)) co_return *std::move(refused);
+    const Fault* slow = world_.fault(FaultKind::automationSlow, identifier);
     if (slow && !co_await passes(toDuration(slow->seconds), deadline)) co_return late();
-    while (!decided(*identifier)) {
+    while (!decided(identifier)) {
         if (!co_await passes(pollEvery, deadline)) co_return late();
     }
-    Application& application = *world_.application(*identifier);
+    Application& application = *world_.application(identifier);
     if (!application.running) co_return scriptFailed("execution error: Connection is invalid.", -609);
-    ScriptOutcome outcome = perform(world_, application, *script);
-    world_.scriptRan(*identifier);
+    ScriptOutcome outcome = perform(world_, application, script);
+    world_.scriptRan(identifier);
     co_return outcome;
 }
 

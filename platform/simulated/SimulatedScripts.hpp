@@ -14,9 +14,9 @@ class Scripts final : public ScriptInterpreter {
     Scripts(World& world, VirtualExecutor& executor) : world_(world), executor_(executor) {}
 
     Capability scripting() override { return Capability::available(); }
-    /// A script that no application understands ends with an error, as does one to an application that is not
-    /// installed. One that does not run is launched first.
-    Task<Result<ScriptOutcome>> execute(std::string text, Duration limit) override;
+    /// A script to an application that is not installed ends with an error; one that does not run is launched
+    /// first.
+    Task<Result<ScriptOutcome>> execute(Script script, Duration limit) override;
 
   private:
     /// False when the deadline comes first.

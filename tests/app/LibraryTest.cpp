@@ -114,9 +114,7 @@ TEST(WorkspaceOrder, SortsByItsKeyAndKeepsEqualOnes) {
         for (const std::size_t place : WorkspaceSearch(row.list).matches("", row.order))
             sorted.push_back(row.list[place].name);
         EXPECT_EQ(sorted, row.sorted) << label(row.order);
-        EXPECT_EQ(workspaceOrder(label(row.order)), row.order);
     }
-    EXPECT_FALSE(workspaceOrder("name"));
 }
 
 class Library : public testing::Test {
@@ -231,30 +229,11 @@ TEST_F(Library, RowsAreFilteredAndSorted) {
     EXPECT_EQ(library_.emptyHint(), LibraryTexts::windowEmptyHint);
 }
 
-TEST_F(Library, TheSelectionIsAWorkspaceNotAPlace) {
-    const Uuid code = list_[2].id;
-    library_.select(code);
-    change({list_[2], list_[0]});
-    ASSERT_TRUE(library_.selected());
-    EXPECT_EQ(library_.selected()->name, "Code");
-    library_.setQuery("mail");
-    EXPECT_TRUE(library_.selected()) << "a search deselects nothing";
-    const Workspace deleted = list_[0];
-    change({list_[1]});
-    EXPECT_FALSE(library_.selected());
-    change({deleted, list_[0]});
-    EXPECT_FALSE(library_.selected()) << "what was deleted stays deselected";
-    library_.select(Uuid::random());
-    EXPECT_FALSE(library_.selected());
-}
-
 TEST_F(Library, TheCursorKeepsToItsWorkspaceAndToTheRows) {
     library_.moveCursorUp();
     EXPECT_EQ(library_.cursor(), 0U);
     for (int i = 0; i < 5; ++i) library_.moveCursorDown();
     EXPECT_EQ(library_.cursor(), 2U);
-    library_.selectAtCursor();
-    EXPECT_EQ(library_.selected()->name, "Mail");
     library_.setOrder(WorkspaceOrder::name);
     EXPECT_EQ(library_.cursor(), 1U) << "Mail is there now";
     change({list_[1], list_[2]});
@@ -262,24 +241,20 @@ TEST_F(Library, TheCursorKeepsToItsWorkspaceAndToTheRows) {
     library_.setQuery("zzz");
     EXPECT_EQ(library_.cursor(), 0U);
     library_.moveCursorDown();
-    library_.selectAtCursor();
     EXPECT_EQ(library_.cursor(), 0U);
-    EXPECT_FALSE(library_.selected());
 }
 
 TEST_F(Library, TellsOfEachChangeOnce) {
-    int rows = 0, others = 0;
+    int rows = 0, moves = 0;
     QObject::connect(&library_, &LibraryState::rowsChanged, [&] { ++rows; });
-    QObject::connect(&library_, &LibraryState::changed, [&] { ++others; });
+    QObject::connect(&library_, &LibraryState::cursorMoved, [&] { ++moves; });
     for (int twice = 0; twice < 2; ++twice) {
         library_.setQuery("safari");
         library_.setOrder(WorkspaceOrder::saved);
-        library_.setCompact(true);
-        library_.setSearchFocused(true);
-        library_.select(list_[0].id);
+        library_.moveCursorDown();  // of two rows
     }
     EXPECT_EQ(rows, 2);
-    EXPECT_EQ(others, 3);
+    EXPECT_EQ(moves, 1);
 }
 
 }  // namespace

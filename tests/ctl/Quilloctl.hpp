@@ -9,9 +9,9 @@
 #include <sstream>
 #include <vector>
 
-#include "WindowEngine/support/ChildProcess.hpp"
 #include "WindowEngine/support/Job.hpp"
 #include "WindowEngine/support/Loops.hpp"
+#include "platform/posix/ChildProcess.hpp"
 #include "tests/LogWords.hpp"
 #include "tests/TemporaryDirectory.hpp"
 

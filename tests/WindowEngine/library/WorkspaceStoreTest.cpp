@@ -199,7 +199,7 @@ TEST_F(WorkspaceStoreTest, OfTwoFilesWithOneIdentityTheLaterIsListedAndBothStay)
     }
 }
 
-TEST_F(WorkspaceStoreTest, LoadsByIdentifierFromThePrimaryOnly) {
+TEST_F(WorkspaceStoreTest, LoadsFromThePrimaryOnly) {
     for (int i = 0; i < 2; ++i) ASSERT_TRUE(store.save(first));
     EXPECT_EQ(store.load(Uuid::random()).error().kind, ErrorKind::notFound);
     directory.write(primary, "{\"schemaVersion\": 3}");

@@ -27,15 +27,6 @@ TEST(NativeTabs, FoldsAStackIntoItsFirstWindow) {
     EXPECT_EQ(NativeTabs::collapse(browser), browser);
 }
 
-TEST(NativeTabs, ListsTheDocumentsOfTabs) {
-    const Url a = *Url::parse("file:///a"), b = *Url::parse("file:///b");
-    Windows windows(3);
-    windows[0].documentURL = a;
-    windows[1].tabs = {{{{}, b}, {"untitled", {}}, {{}, a}}};
-    windows[2].tabs = {{{{}, b}}};
-    EXPECT_EQ(NativeTabs::documents(windows), (std::vector{b, a, b}));
-}
-
 bool isStack(const WindowSnapshot& a, const WindowSnapshot& b) {
     return a.frame == b.frame && a.displayID == b.displayID && a.isMinimized == b.isMinimized &&
            a.isFullscreen == b.isFullscreen && a.subrole == b.subrole && a.desktop == b.desktop;

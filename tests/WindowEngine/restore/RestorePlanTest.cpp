@@ -55,7 +55,7 @@ TEST(RestorePlan, CallsForWhatTheWindowsStateAsks) {
         EXPECT_EQ(stepsOf(plan), c.steps) << c.saved << " from " << c.live << " at " << c.liveFrame.x;
         EXPECT_EQ(plan.displayID, "A");
         EXPECT_EQ(plan.placement, (DisplayMapper::Placement{onA, false}));
-        EXPECT_EQ(plan.score, WindowMatcher::score(saved, live));
+        EXPECT_EQ(plan.score, WindowMatcher::evidence(saved, live).score);
     }
 }
 

@@ -76,7 +76,7 @@ TEST(WindowMatcher, ScoresPairs) {
     for (const Case& c : cases) {
         Pair pair;
         c.change(pair);
-        EXPECT_DOUBLE_EQ(WindowMatcher::score(pair.saved, pair.live), c.score) << c.what;
+        EXPECT_DOUBLE_EQ(WindowMatcher::evidence(pair.saved, pair.live).score, c.score) << c.what;
     }
 }
 
@@ -117,7 +117,7 @@ std::vector<Match> plainMatch(const std::vector<WindowSnapshot>& saved,
     std::vector<Match> pairs;
     for (std::size_t i = 0; i < saved.size(); ++i) {
         for (std::size_t j = 0; j < live.size(); ++j) {
-            double score = WindowMatcher::score(saved[i], live[j]);
+            double score = WindowMatcher::evidence(saved[i], live[j]).score;
             if (saved.size() == 1 && live.size() == 1 && score > 0.39) score += 0.2;
             pairs.push_back({static_cast<std::int64_t>(i), static_cast<std::int64_t>(j), score});
         }

@@ -402,7 +402,8 @@ TEST_P(PlatformContract, HidesWhatRunsAndRefusesWhatDoesNot) {
 
 TEST_P(PlatformContract, SaysWhatItCannotDoAndDoesNotPretend) {
     if (!platform().scripts.scripting()) {
-        const auto outcome = run(platform().scripts.execute("return 1", 1s));
+        const auto outcome =
+            run(platform().scripts.execute({"com.apple.finder", ScriptRequest::ListFolders{}}, 1s));
         ASSERT_FALSE(outcome);
         EXPECT_EQ(outcome.error().kind, ErrorKind::unavailable);
     }

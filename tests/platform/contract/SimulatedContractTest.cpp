@@ -2,9 +2,6 @@
 // mixed up a call would break the promise here.
 #include "WindowEngine/services/ForwardingAccessibilityService.hpp"
 #include "WindowEngine/services/ForwardingApplications.hpp"
-#include "WindowEngine/services/ForwardingScreens.hpp"
-#include "WindowEngine/services/ForwardingScriptInterpreter.hpp"
-#include "WindowEngine/services/ForwardingSystemLog.hpp"
 #include "WindowEngine/services/ForwardingWindowServer.hpp"
 #include "platform/simulated/SimulatedDesktop.hpp"
 #include "tests/platform/contract/ContractScene.hpp"
@@ -31,7 +28,8 @@ class SimulatedContractDesktop : public ContractDesktop {
 class ForwardedContractDesktop final : public SimulatedContractDesktop {
   public:
     Platform platform() override {
-        return {plain_.executor, accessibility_, server_, applications_, screens_, scripts_, log_};
+        return {plain_.executor, accessibility_, server_,   applications_,
+                plain_.screens,  plain_.scripts, plain_.log};
     }
 
   private:
@@ -39,9 +37,6 @@ class ForwardedContractDesktop final : public SimulatedContractDesktop {
     ForwardingAccessibilityService accessibility_{plain_.accessibility};
     ForwardingWindowServer server_{plain_.windowServer};
     ForwardingApplications applications_{plain_.applications};
-    ForwardingScreens screens_{plain_.screens};
-    ForwardingScriptInterpreter scripts_{plain_.scripts};
-    ForwardingSystemLog log_{plain_.log};
 };
 
 template <class Desktop>

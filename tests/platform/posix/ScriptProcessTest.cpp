@@ -1,9 +1,10 @@
-// The script runner over real child processes: a stand-in interpreter that runs its script as a shell would.
+// The script runner over real child processes: stand-ins for the interpreter, which shell scripts are.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 
 #include "WindowEngine/integrations/AppleScript.hpp"
+#include "WindowEngine/integrations/AppleScriptText.hpp"
 #include "WindowEngine/support/Loops.hpp"
 #include "platform/posix/ScriptProcess.hpp"
 #include "tests/TemporaryDirectory.hpp"
@@ -17,30 +18,30 @@ using Outcome = std::expected<Rows, AppleScript::Failure>;
 
 class ScriptRunner : public testing::Test {
   protected:
-    ScriptRunner() {
-        directory.write("interpreter", "#!/bin/sh\n[ \"$1\" = -e ] && exec /bin/sh -c \"$2\"\n");
-        ::chmod((directory / "interpreter").c_str(), 0700);
-    }
     ~ScriptRunner() override { EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "a child is left"; }
 
-    Job<Outcome> start(std::string script, double timeout = 20) {
-        return Job<Outcome>(loop, AppleScript::run(interpreter, std::move(script), timeout));
+    Job<Outcome> start(const std::string& commands, double timeout = 20) {
+        directory.write("interpreter", "#!/bin/sh\n" + commands + "\n");
+        ::chmod((directory / "interpreter").c_str(), 0700);
+        return Job<Outcome>(loop, AppleScript::run(interpreter, script, timeout));
     }
     Task<void> untilThereIs(std::string name) {
         while (!directory.names().contains(name)) co_await sleepFor(10ms);
     }
-    Outcome run(std::string script, double timeout = 20) {
-        auto job = start(std::move(script), timeout);
+    Outcome run(const std::string& commands, double timeout = 20) {
+        auto job = start(commands, timeout);
         EXPECT_TRUE(loop.runUntil([&] { return job.done(); }, 30s));
         return job.result();
     }
 
+    const Script script{"com.apple.finder", ScriptRequest::OpenFolder{"/a \"b\" $(c)"}};
     TemporaryDirectory directory;
     ScriptProcess interpreter{directory / "interpreter"};
     LoopExecutor loop;
 };
 
 TEST_F(ScriptRunner, GivesRowsOrTheScriptsOwnWords) {
+    EXPECT_EQ(run(R"([ "$#$1" = 2-e ] && printf %s "$2")"), AppleScript::rows(AppleScript::text(script)));
     EXPECT_EQ(run(R"(printf 'a\tb\n\nc\n')"), (Rows{{"a", "b"}, {}, {"c"}}));
     EXPECT_EQ(run(R"(printf '\t\tx\n')"), (Rows{{"x"}}));
     EXPECT_EQ(run("true"), Rows{});

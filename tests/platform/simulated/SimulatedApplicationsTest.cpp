@@ -1,15 +1,13 @@
 // What the simulated applications do when they are handed documents, sent scripts, or asked to quit.
 #include <gtest/gtest.h>
 
-#include "WindowEngine/integrations/ChromiumAdapter.hpp"
-#include "WindowEngine/integrations/FinderAdapter.hpp"
-#include "WindowEngine/integrations/SafariAdapter.hpp"
 #include "platform/simulated/SimulatedDesktop.hpp"
 
 namespace quillo {
 namespace {
 
 using namespace std::chrono_literals;
+using namespace ScriptRequest;
 using simulated::Fault;
 using simulated::FaultKind;
 using Texts = std::vector<std::string>;
@@ -56,21 +54,18 @@ class SimulatedApplicationsTest : public testing::Test {
     }
     static Url file(std::string_view path) { return Url::file(path); }
     /// What a script prints; its message on an error, the error's text where it was never answered.
-    std::string script(std::string text, Duration limit = 20s) {
-        const auto outcome = run(desktop->platform().scripts.execute(std::move(text), limit));
+    std::string script(Script script, Duration limit = 20s) {
+        const auto outcome = run(desktop->platform().scripts.execute(std::move(script), limit));
         if (!outcome) return outcome.error().kind == ErrorKind::timedOut ? "timed out" : "failed";
         EXPECT_EQ(outcome->exitStatus != 0, !outcome->standardError.empty());
         return outcome->standardOutput + outcome->standardError;
     }
-    static std::string tell(std::string_view application, std::string_view lines) {
-        return "tell application \"" + std::string(application) + "\"\n" + std::string(lines) + "\nend tell";
+    static Script opening(std::string path) { return {"com.apple.finder", OpenFolder{std::move(path)}}; }
+    static Script listing(std::set<WindowNumber> allowed) {
+        return {"com.apple.Safari", ListSafariTabs{std::move(allowed)}};
     }
-    static std::string opening(std::string_view literal) {
-        return tell("Finder", "    set target of (make new Finder window) to (POSIX file " +
-                                  std::string(literal) + " as alias)");
-    }
-    std::string folders() { return script(FinderAdapter::captureScript()); }
-    std::string tabs() { return script(ChromiumAdapter::captureScript("Google Chrome")); }
+    std::string folders() { return script({"com.apple.finder", ListFolders{}}); }
+    std::string tabs() { return script({"com.google.Chrome", ListTabs{.identified = false}}); }
 };
 
 TEST_F(SimulatedApplicationsTest, ADocumentOpensOneWindowAMomentLater) {
@@ -99,57 +94,40 @@ TEST_F(SimulatedApplicationsTest, DocumentsMeetTheirFaultsByTitle) {
 
 TEST_F(SimulatedApplicationsTest, ScriptsSeeEveryWindowFrontToBackAndLaunchTheirApplication) {
     EXPECT_EQ(folders(), "/a/\n\n\n");
-    EXPECT_EQ(script(opening(R"("/new \"\\ -- (*")")), "folder\n");
+    EXPECT_EQ(script(opening("/new \"\\ -- (*")), "folder\n");
     EXPECT_EQ(folders(), "/new \"\\ -- (*/\n/a/\n\n\n");
     EXPECT_EQ(titles("com.apple.finder").front(), "new \"\\ -- (*");
     EXPECT_EQ(tabs(), "https://f.org\tchrome://newtab/\n__QUILLO_PRIVATE_WINDOW__\nhttps://b.org\n");
     EXPECT_TRUE(applications.running("com.google.Chrome"));
-    const std::string made =
-        script(ChromiumAdapter::newWindowScript("Google Chrome", Url::parse("https://b.org").value()));
+    const std::string made = script({"com.google.Chrome", NewWindow{*Url::parse("https://b.org")}});
     EXPECT_EQ(titles("com.google.Chrome"), (Texts{"Back", "Front", "Secret", "Back"}));
     EXPECT_EQ(tabs(),
               "https://b.org\nhttps://f.org\tchrome://newtab/\n__QUILLO_PRIVATE_WINDOW__\nhttps://b.org\n");
     const WindowNumber number = world.windowsOf("com.apple.Safari").at(0)->number;
     EXPECT_NE(made, std::to_string(number) + "\n") << "the browser counts its own windows";
-    EXPECT_EQ(script(SafariAdapter::captureScript({1, number})),
-              std::to_string(number) + "\tmissing value\thttps://s.org\n");
-    EXPECT_EQ(script(SafariAdapter::captureScript({1})), "\n");
+    EXPECT_EQ(script(listing({1, number})), std::to_string(number) + "\tmissing value\thttps://s.org\n");
+    EXPECT_EQ(script(listing({1})), "\n");
 }
 
-TEST_F(SimulatedApplicationsTest, WhatIsNoScriptOrCannotBeDoneEndsWithAnError) {
-    const std::string safari = "    set targetWindow to first window whose id is ";
-    const struct {
-        std::string script, error;
-    } cases[] = {
-        {"beep", "syntax error"},
-        {opening("\"/a"), "syntax error"},
-        {opening(R"("/a" & "b")"), "syntax error"},
-        {opening(R"("/\d")"), "syntax error"},
-        {opening("\"/a\"\n"), "syntax error"},
-        {opening("\"/\xff\""), "syntax error"},
-        {opening(R"("/a")") + "\nbeep", "syntax error"},
-        {tell("Safari", "    set target of (make new Finder window) to (POSIX file \"/a\" as alias)"),
-         "syntax error"},
-        {tell("Safari", safari), "syntax error"},
-        {tell("Safari", safari + "1, 2"), "syntax error"},
-        {tell("Safari", safari + "1"), "(-1719)"},
-        {tell("Mail", safari + "1"), "syntax error"},
-        {opening("\"/gone\""), "(-43)"},
-        {opening("\"relative\""), "(-43)"},
-        {ChromiumAdapter::captureScript("Brave Browser"), "(-1728)"},
+TEST_F(SimulatedApplicationsTest, WhatCannotBeDoneEndsWithAnError) {
+    const std::pair<Script, std::string> cases[] = {
+        {{"com.apple.Safari", OpenSafariTabs{1, {file("/a")}, false}}, "(-1719)"},
+        {opening("/gone"), "(-43)"},
+        {opening("relative"), "(-43)"},
+        {{"com.brave.Browser", ListTabs{.identified = false}}, "(-1728)"},
     };
-    for (const auto& one : cases) EXPECT_TRUE(script(one.script).contains(one.error)) << one.script;
+    for (const auto& [asked, error] : cases) EXPECT_TRUE(script(asked).contains(error)) << error;
     EXPECT_EQ(titles("com.apple.finder").size(), 4u) << "nothing was opened";
 }
 
 TEST_F(SimulatedApplicationsTest, AutomationCanBeSlowHangOrLaunchNothing) {
-    EXPECT_EQ(script(opening("\"/a\""), 49ms), "timed out");
+    EXPECT_EQ(script(opening("/a"), 49ms), "timed out");
     lay(FaultKind::automationSlow, "com.apple.finder", {}, 2);
-    EXPECT_EQ(script(opening("\"/a\""), 1s), "timed out");
+    EXPECT_EQ(script(opening("/a"), 1s), "timed out");
     EXPECT_EQ(titles("com.apple.finder", 9s).size(), 4u) << "what was given up opens nothing later";
-    EXPECT_EQ(script(opening("\"/a\""), 3s), "folder\n");
+    EXPECT_EQ(script(opening("/a"), 3s), "folder\n");
     lay(FaultKind::applicationHangs, "com.apple.finder");
-    EXPECT_EQ(script(opening("\"/a\""), 20s), "timed out");
+    EXPECT_EQ(script(opening("/a"), 20s), "timed out");
     lay(FaultKind::launchRefused, "com.google.Chrome");
     EXPECT_TRUE(tabs().contains("(-10810)"));
 }

@@ -1,4 +1,4 @@
-#include "WindowEngine/support/ChildProcessSpawn.hpp"
+#include "platform/posix/ChildProcessSpawn.hpp"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -40,7 +40,7 @@ constexpr short closesByItself = 0;
 
 /// The same open file, out of the way of the standard descriptors.
 Descriptor moved(Descriptor descriptor) {
-    return Descriptor(::fcntl(descriptor.number(), F_DUPFD_CLOEXEC, 3));
+    return Descriptor(::fcntl(descriptor.get(), F_DUPFD_CLOEXEC, 3));
 }
 
 class SpawnActions {
@@ -53,8 +53,8 @@ class SpawnActions {
     const posix_spawn_file_actions_t* get() const noexcept { return &actions_; }
     void connect(const Descriptor& output, const Descriptor& error) {
         ::posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-        ::posix_spawn_file_actions_adddup2(&actions_, output.number(), STDOUT_FILENO);
-        ::posix_spawn_file_actions_adddup2(&actions_, error.number(), STDERR_FILENO);
+        ::posix_spawn_file_actions_adddup2(&actions_, output.get(), STDOUT_FILENO);
+        ::posix_spawn_file_actions_adddup2(&actions_, error.get(), STDERR_FILENO);
     }
     /// What libraries opened without closing it on exec is none of the child's business.
     void closeEverythingElse() {
@@ -110,17 +110,13 @@ std::vector<char*> argumentPointers(std::vector<std::string>& words) {
 
 }  // namespace
 
-void Descriptor::close() noexcept {
-    if (isOpen()) ::close(std::exchange(number_, -1));
-}
-
 Result<Pipe> Pipe::open() {
     int ends[2];
     if (::pipe(ends) != 0) return std::unexpected(startError(errno));
     Descriptor reading(ends[0]), writing(ends[1]);
     Pipe pipe{moved(std::move(reading)), moved(std::move(writing))};
-    if (!pipe.reading.isOpen() || !pipe.writing.isOpen()) return std::unexpected(startError(errno));
-    ::fcntl(pipe.reading.number(), F_SETFL, O_NONBLOCK);
+    if (!pipe.reading || !pipe.writing) return std::unexpected(startError(errno));
+    ::fcntl(pipe.reading.get(), F_SETFL, O_NONBLOCK);
     return pipe;
 }
 

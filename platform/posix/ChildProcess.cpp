@@ -1,6 +1,6 @@
-#include "WindowEngine/support/ChildProcess.hpp"
+#include "platform/posix/ChildProcess.hpp"
 
-#include "WindowEngine/support/ChildProcessWatch.hpp"
+#include "platform/posix/ChildProcessWatch.hpp"
 
 namespace quillo::ChildProcess {
 namespace {

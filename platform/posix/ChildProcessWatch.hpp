@@ -5,7 +5,7 @@
 #include <optional>
 #include <thread>
 
-#include "WindowEngine/support/ChildProcessSpawn.hpp"
+#include "platform/posix/ChildProcessSpawn.hpp"
 
 namespace quillo::ChildProcess {
 

@@ -14,8 +14,8 @@
 #include <optional>
 #include <thread>
 
-#include "WindowEngine/support/ChildProcess.hpp"
 #include "WindowEngine/support/Loops.hpp"
+#include "platform/posix/ChildProcess.hpp"
 #include "tests/TemporaryDirectory.hpp"
 
 namespace quillo {

@@ -1,4 +1,4 @@
-#include "WindowEngine/support/ChildProcessWatch.hpp"
+#include "platform/posix/ChildProcessWatch.hpp"
 
 #include <poll.h>
 #include <sys/wait.h>
@@ -17,9 +17,9 @@ using Clock = std::chrono::steady_clock;
 
 /// Appends what one read gives; whether to go on reading at once. Closes at the end of the stream.
 bool readSome(Descriptor& from, std::string& into) {
-    if (!from.isOpen()) return false;
+    if (!from) return false;
     std::array<char, 65536> chunk;
-    const ssize_t count = ::read(from.number(), chunk.data(), chunk.size());
+    const ssize_t count = ::read(from.get(), chunk.data(), chunk.size());
     if (count > 0) {
         into.append(chunk.data(), static_cast<std::size_t>(count));
         return true;
@@ -74,7 +74,7 @@ Watch::~Watch() {
 }
 
 void Watch::give(Order order) noexcept {
-    while (::write(orders_.writing.number(), &order, 1) < 0 && errno == EINTR) {
+    while (::write(orders_.writing.get(), &order, 1) < 0 && errno == EINTR) {
     }
 }
 
@@ -111,15 +111,15 @@ void Watch::followUntilEnd() {
 
 void Watch::awaitEvents() {
     // A closed descriptor is -1, which poll passes over.
-    std::array<pollfd, 3> watched{{{orders_.reading.number(), POLLIN, 0},
-                                   {child_.standardOutput.number(), POLLIN, 0},
-                                   {child_.standardError.number(), POLLIN, 0}}};
+    std::array<pollfd, 3> watched{{{orders_.reading.get(), POLLIN, 0},
+                                   {child_.standardOutput.get(), POLLIN, 0},
+                                   {child_.standardError.get(), POLLIN, 0}}};
     ::poll(watched.data(), watched.size(), millisecondsUntil(deadline_));
 }
 
 std::optional<Watch::Order> Watch::nextOrder() noexcept {
     Order order;
-    if (::read(orders_.reading.number(), &order, 1) != 1) return std::nullopt;
+    if (::read(orders_.reading.get(), &order, 1) != 1) return std::nullopt;
     return order;
 }
 

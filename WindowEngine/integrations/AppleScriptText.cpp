@@ -1,0 +1,169 @@
+#include "WindowEngine/integrations/AppleScriptText.hpp"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <initializer_list>
+#include <map>
+#include <span>
+#include <string_view>
+
+namespace quillo::AppleScript {
+namespace {
+
+using namespace ScriptRequest;
+
+/// Names in scripts, by bundle identifier.
+const std::string& nameOf(const std::string& bundleIdentifier) {
+    static const std::map<std::string, std::string> names{
+        {"com.apple.finder", "Finder"},
+        {"com.apple.Safari", "Safari"},
+        {"com.google.Chrome", "Google Chrome"},
+        {"com.brave.Browser", "Brave Browser"},
+        {"com.microsoft.edgemac", "Microsoft Edge"},
+        {"company.thebrowser.Browser", "Arc"},
+    };
+    return names.at(bundleIdentifier);
+}
+
+/// A text as a literal of the language: backslashes doubled, quotes escaped, the whole in double quotes.
+std::string quoted(std::string_view text) {
+    std::string literal = "\"";
+    for (const char c : text) {
+        if (c == '\\' || c == '"') literal += '\\';
+        literal += c;
+    }
+    return literal += '"';
+}
+
+std::string quoted(const Url& url) {
+    return quoted(url.string());
+}
+
+std::string joined(std::initializer_list<std::string_view> parts) {
+    return fmt::format("{}", fmt::join(parts, ""));
+}
+
+/// The handler with which every script that lists something begins.
+constexpr std::string_view joinList = R"(on joinList(lst, delim)
+    set {tid, AppleScript's text item delimiters} to {AppleScript's text item delimiters, delim}
+    set out to lst as text
+    set AppleScript's text item delimiters to tid
+    return out
+end joinList
+)";
+
+constexpr std::string_view identifier = "((id of w) as text) & (ASCII character 9) & ";
+constexpr std::string_view addresses = "my joinList(URL of every tab of w, ASCII character 9)";
+
+/// The lines, each with this indent, that open the addresses in `window`, a reference in the script's own
+/// words: the first in the tab called `into`, where it is not empty, the others as further tabs.
+std::string opening(std::span<const Url> urls, std::string_view indent, std::string_view window,
+                    std::string_view into) {
+    std::string lines;
+    if (!into.empty()) {
+        lines += fmt::format("{}set URL of {} of {} to {}\n", indent, into, window, quoted(urls.front()));
+        urls = urls.subspan(1);
+    }
+    for (const Url& url : urls)
+        lines += fmt::format("{}make new tab at end of tabs of {} with properties {{URL:{}}}\n", indent,
+                             window, quoted(url));
+    return lines;
+}
+
+/// Writes a request; `tell` is the line that addresses the application.
+struct Writing {
+    std::string tell;
+
+    std::string operator()(const ListFolders&) const {
+        return joined({joinList, tell, R"(    set out to {}
+    repeat with i from 1 to (count of Finder windows)
+        try
+            set end of out to POSIX path of (target of Finder window i as alias)
+        on error
+            set end of out to ""
+        end try
+    end repeat
+end tell
+return my joinList(out, linefeed))"});
+    }
+    std::string operator()(const OpenFolder& folder) const {
+        return joined({tell, "    set target of (make new Finder window) to (POSIX file ",
+                       quoted(folder.path),
+                       R"( as alias)
+end tell)"});
+    }
+    std::string operator()(const ListTabs& tabs) const {
+        return joined({joinList, tell, R"(    set out to {}
+    repeat with w in windows
+        try
+            if mode of w is "incognito" then
+                set end of out to )",
+                       quoted(privateMarker), R"(
+            else
+                set end of out to )",
+                       tabs.identified ? identifier : "", addresses, R"(
+            end if
+        on error
+            set end of out to ""
+        end try
+    end repeat
+end tell
+return my joinList(out, linefeed))"});
+    }
+    std::string operator()(const NewWindow& window) const {
+        return joined({tell, R"(    set targetWindow to make new window
+    set URL of active tab of targetWindow to )",
+                       quoted(window.first), R"(
+    return (id of targetWindow) as text
+end tell)"});
+    }
+    std::string operator()(const OpenTabs& tabs) const {
+        return joined({tell, R"(    repeat with w in windows
+        if ((id of w) as text) is )",
+                       quoted(tabs.window), R"( then
+            if mode of w is "incognito" then error "the window is private"
+)",
+                       opening(tabs.urls, "            ", "w", tabs.intoActiveTab ? "active tab" : ""),
+                       R"(            return
+        end if
+    end repeat
+end tell
+error "the window is gone")"});
+    }
+    std::string operator()(const ListSafariTabs& tabs) const {
+        return joined({joinList, tell,
+                       fmt::format("    set allowedIDs to {{{}}}", fmt::join(tabs.allowed, ", ")), R"(
+    set out to {}
+    repeat with w in windows
+        if (id of w) is in allowedIDs then
+            try
+                set end of out to )",
+                       identifier, addresses, R"(
+            end try
+        end if
+    end repeat
+end tell
+return my joinList(out, linefeed))"});
+    }
+    std::string operator()(const NewSafariWindow& window) const {
+        return joined({tell, "    make new document with properties {URL:", quoted(window.first), R"(}
+    return id of front window
+end tell)"});
+    }
+    std::string operator()(const OpenSafariTabs& tabs) const {
+        return joined({tell,
+                       fmt::format("    set targetWindow to first window whose id is {}\n", tabs.window),
+                       opening(tabs.urls, "    ", "targetWindow", tabs.intoCurrentTab ? "current tab" : ""),
+                       "end tell"});
+    }
+};
+
+}  // namespace
+
+std::string text(const Script& script) {
+    const Writing writing{"tell application " + quoted(nameOf(script.bundleIdentifier)) + "\n"};
+    return std::visit(writing, script.request);
+}
+
+}  // namespace quillo::AppleScript
