@@ -83,12 +83,9 @@ class JsonReader {
     }
 };
 
-/// `Format` derives from RecordReader<Format> and has
-/// - `static constexpr ObjectRules rules`,
-/// - `template <class R, class T> static constexpr bool isRequired`: whether the keys of R's members of type
-/// T must
-///   be there,
-/// - reads of further types, or other ways to read these, beside `using RecordReader::read`.
+/// `Format` derives from RecordReader<Format>. It has `static constexpr ObjectRules rules` and
+/// `template <class R, class T> static constexpr bool isRequired`, whether R's keys of type T must be there.
+/// It may read further types, or these in another way, beside `using RecordReader::read`.
 template <class Format>
 class RecordReader : public JsonReader {
   public:

@@ -7,7 +7,8 @@
 namespace quillo::simulated {
 namespace {
 
-// A misspelt name must not be ignored silently; whatever is left out keeps its usual value.
+// A misspelt name must not be ignored silently; whatever is left out keeps its usual value, but a fault has
+// to say what goes wrong.
 class SceneReader : public RecordReader<SceneReader> {
   public:
     static constexpr ObjectRules rules{.unknownKeys = false, .repeatedKeys = true, .nullIsMissing = false};
