@@ -1,26 +1,12 @@
-// Which keys each record has in a document, once for the writer and the reader. A field is optional in the
-// document exactly where the record's member is a std::optional.
+// Which keys each record has in a document, in ascending order. A field is optional in the document exactly
+// where the record's member is a std::optional.
 #pragma once
-#include <array>
-#include <cstddef>
-#include <optional>
-#include <string_view>
 #include <tuple>
-#include <type_traits>
 
 #include "WindowEngine/records/Workspace.hpp"
+#include "WindowEngine/support/RecordFields.hpp"
 
-namespace quillo::detail {
-
-template <class Record, class Value>
-struct Field {
-    std::string_view key;
-    Value Record::* member;
-};
-
-/// Specialised per record below, fields in ascending order of their keys.
-template <class Record>
-inline constexpr auto fieldsOf = nullptr;
+namespace quillo {
 
 template <>
 inline constexpr auto fieldsOf<Workspace> = std::tuple{Field{"cleanSlate", &Workspace::cleanSlate},
@@ -86,17 +72,4 @@ inline constexpr auto fieldsOf<ContextWindow> = std::tuple{
     Field{"sourceWindowID", &ContextWindow::sourceWindowID},
     Field{"sourceWindowIndex", &ContextWindow::sourceWindowIndex}, Field{"urls", &ContextWindow::urls}};
 
-template <class T>
-concept Record = !std::is_same_v<decltype(fieldsOf<T>), const std::nullptr_t>;
-
-template <Record R>
-inline constexpr auto keysOf = std::apply(
-    [](const auto&... field) { return std::array<std::string_view, sizeof...(field)>{field.key...}; },
-    fieldsOf<R>);
-
-template <class T>
-inline constexpr bool isOptional = false;
-template <class T>
-inline constexpr bool isOptional<std::optional<T>> = true;
-
-}  // namespace quillo::detail
+}  // namespace quillo

@@ -82,9 +82,9 @@ class RandomRecords {
     void fill(std::vector<T>& list) {
         for (std::size_t i = below(4); i > 0; --i) fill(list.emplace_back());
     }
-    template <detail::Record R>
+    template <Record R>
     void fill(R& record) {
-        std::apply([&](const auto&... field) { (fill(record.*field.member), ...); }, detail::fieldsOf<R>);
+        std::apply([&](const auto&... field) { (fill(record.*field.member), ...); }, fieldsOf<R>);
     }
 
     std::mt19937_64 engine_;

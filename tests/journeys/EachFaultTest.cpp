@@ -5,7 +5,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "platform/simulated/SceneNames.hpp"
+#include "platform/simulated/SceneFields.hpp"
 #include "tests/journeys/Journey.hpp"
 
 namespace quillo {
@@ -108,7 +108,7 @@ const Case cases[] = {
 TEST(EachFault, ShowsInTheReportOrIsOvercome) {
     EXPECT_EQ(story({}), wellDone);
     for (const Case& one : cases) {
-        SCOPED_TRACE(simulated::nameOf(one.kind, simulated::NameTable<FaultKind>(simulated::faultNames)));
+        SCOPED_TRACE(nameOf(one.kind));
         const simulated::Fault fault{one.kind, {}, {}, one.value, 0, one.seconds, one.onWrite};
         const auto lines = story(fault);
         if (one.line.empty())

@@ -7,7 +7,7 @@
 #include <iterator>
 #include <set>
 
-#include "platform/simulated/SceneNames.hpp"
+#include "platform/simulated/SceneFields.hpp"
 #include "platform/simulated/SimulatedDesktop.hpp"
 
 namespace quillo {
@@ -87,7 +87,7 @@ TEST(ScenesManual, NamesEveryFieldAndEveryFault) {
     EXPECT_EQ(simulated::writeScene(simulated::readScene(written, "scene").value()), written);
     collectNames(parser.parse(written).value(), names);
     EXPECT_EQ(names.size(), 48U) << "a field that the unusual scene does not write is not looked for";
-    for (const auto& fault : simulated::faultNames) names.emplace(fault.first);
+    for (const auto& fault : namesOf<simulated::FaultKind>) names.emplace(fault.first);
     for (const std::string& name : names) EXPECT_TRUE(manual.contains("`" + name + "`")) << name;
 }
 
