@@ -1,15 +1,13 @@
 #include "app/gui/LibraryPresenter.hpp"
 
 #include <algorithm>
-#include <set>
-#include <utility>
 
 #include "app/gui/Words.hpp"
 
 namespace quillo {
 
 LibraryPresenter::LibraryPresenter(AppModel& model, LibraryState& state, QObject* parent)
-    : QAbstractListModel(parent), model_(model), state_(state) {
+    : WorkspaceRows(state.index(), parent), model_(model), state_(state) {
     connect(&state, &LibraryState::rowsChanged, this, &LibraryPresenter::rowsChanged);
     connect(&state, &LibraryState::changed, this, &LibraryPresenter::changed);
     connect(&model, &AppModel::storageIssuesChanged, this, &LibraryPresenter::issuesChanged);
@@ -31,61 +29,8 @@ LibraryPresenter::LibraryPresenter(AppModel& model, LibraryState& state, QObject
     rowsChanged();
 }
 
-int LibraryPresenter::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(rows_.ids().size());
-}
-
-QHash<int, QByteArray> LibraryPresenter::roleNames() const {
-    return {{IdRole, "workspaceId"}, {NameRole, "name"}, {IconRole, "icon"}, {ColorRole, "colorName"},
-            {AppsRole, "apps"},      {WhenRole, "when"}, {MapRole, "map"}};
-}
-
-QVariant LibraryPresenter::data(const QModelIndex& index, int role) const {
-    const auto row = static_cast<std::size_t>(index.row());
-    // While rows go and come one by one, places of the state mean others: the identity counts.
-    if (!index.isValid() || row >= rows_.ids().size()) return {};
-    const auto& all = model_.workspaces();
-    const bool inPlace = row < state_.rows().size() && state_.workspace(row).id == rows_.ids()[row];
-    const auto found = inPlace ? all.begin() + static_cast<std::ptrdiff_t>(state_.rows()[row])
-                               : std::ranges::find(all, rows_.ids()[row], &Workspace::id);
-    if (found == all.end()) return {};
-    switch (role) {
-        case IdRole:
-            return QString::fromStdString(found->id.lower());
-        case NameRole:
-            return line(found->name);
-        case IconRole:
-            return qt(found->icon);
-        case ColorRole:
-            return qt(found->color);
-        case AppsRole:
-            return applicationNames(found->snapshot);
-        case WhenRole:
-            return shortDate(found->lastRestoredAt.value_or(found->updatedAt),
-                             std::chrono::system_clock::now());
-        case MapRole:
-            return QVariant::fromValue(map(*found));
-        default:
-            return {};
-    }
-}
-
-MapSource LibraryPresenter::map(const Workspace& workspace) const {
-    CachedMap& cached = maps_[workspace.id];
-    if (!cached.source || cached.updatedAt != workspace.updatedAt) {
-        cached = {workspace.updatedAt, drawnPart(workspace.snapshot)};
-    }
-    return cached.source;
-}
-
 void LibraryPresenter::rowsChanged() {
-    std::vector<Uuid> wanted;
-    for (std::size_t row = 0; row < state_.rows().size(); ++row) wanted.push_back(state_.workspace(row).id);
-    rows_.change(*this, wanted);
-    if (!wanted.empty()) Q_EMIT dataChanged(index(0), index(count() - 1));
-    std::set<Uuid> known;
-    for (const Workspace& workspace : model_.workspaces()) known.insert(workspace.id);
-    std::erase_if(maps_, [&](const auto& one) { return !known.contains(one.first); });
+    setPlaces(state_.rows());
     Q_EMIT changed();
 }
 
@@ -140,7 +85,7 @@ void LibraryPresenter::setCursor(int row) {
 }
 
 QString LibraryPresenter::idAt(int row) const {
-    return data(index(row), IdRole).toString();
+    return data(index(row), KeyRole).toString();
 }
 
 void LibraryPresenter::act(const QString& id, const std::function<void(const Workspace&)>& operation) {

@@ -1,25 +1,21 @@
 // The library as the main window shows it: the rows that match, the strip of the current desktop, and what is
 // wrong with the storage.
 #pragma once
-#include <QAbstractListModel>
 #include <QStringList>
 #include <functional>
-#include <map>
 
 #include "app/AppModel.hpp"
 #include "app/LibraryState.hpp"
-#include "app/gui/ListChange.hpp"
-#include "app/gui/MapSource.hpp"
+#include "app/gui/WorkspaceRows.hpp"
 
 namespace quillo {
 
-class LibraryPresenter final : public QAbstractListModel {
+class LibraryPresenter final : public WorkspaceRows {
     Q_OBJECT
     Q_PROPERTY(QString query READ query WRITE setQuery NOTIFY changed)
     Q_PROPERTY(QStringList orders READ orders CONSTANT)
     Q_PROPERTY(int order READ order WRITE setOrder NOTIFY changed)
     Q_PROPERTY(int cursor READ cursor NOTIFY changed)
-    Q_PROPERTY(int count READ count NOTIFY changed)
     Q_PROPERTY(bool empty READ empty NOTIFY changed)  // no workspaces at all
     Q_PROPERTY(QString emptyTitle READ emptyTitle NOTIFY changed)
     Q_PROPERTY(QString emptyHint READ emptyHint NOTIFY changed)
@@ -31,13 +27,7 @@ class LibraryPresenter final : public QAbstractListModel {
     Q_PROPERTY(bool canSave READ canSave NOTIFY accessChanged)
 
   public:
-    enum Role { IdRole = Qt::UserRole, NameRole, IconRole, ColorRole, AppsRole, WhenRole, MapRole };
-
     LibraryPresenter(AppModel& model, LibraryState& state, QObject* parent = nullptr);
-
-    int rowCount(const QModelIndex& parent = {}) const override;
-    QVariant data(const QModelIndex& index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
 
     QString query() const { return QString::fromStdString(state_.query()); }
     void setQuery(const QString& query) { state_.setQuery(query.toStdString()); }
@@ -45,7 +35,6 @@ class LibraryPresenter final : public QAbstractListModel {
     int order() const { return static_cast<int>(state_.order()); }
     void setOrder(int order);
     int cursor() const { return static_cast<int>(state_.cursor()); }
-    int count() const { return rowCount(); }
     bool empty() const { return model_.workspaces().empty(); }
     QString emptyTitle() const;
     QString emptyHint() const;
@@ -55,9 +44,6 @@ class LibraryPresenter final : public QAbstractListModel {
     bool accessibilityGranted() const { return model_.accessibilityGranted(); }
     QString accessReason() const;
     bool canSave() const { return !model_.restoreRunning() && !model_.capturing(); }
-
-    /// With no view to draw them, maps need no copies of their snapshots.
-    void forgetMaps() { maps_.clear(); }
 
     Q_INVOKABLE void moveCursor(int steps);
     Q_INVOKABLE void setCursor(int row);
@@ -80,20 +66,12 @@ class LibraryPresenter final : public QAbstractListModel {
     void accessChanged();
 
   private:
-    friend class ListedRows;
     void rowsChanged();
     void act(const QString& id, const std::function<void(const Workspace&)>& operation);
-    MapSource map(const Workspace& workspace) const;
 
     AppModel& model_;
     LibraryState& state_;
-    ListedRows rows_;
     MapSource now_;
-    struct CachedMap {
-        Instant updatedAt;
-        MapSource source;
-    };
-    mutable std::map<Uuid, CachedMap> maps_;
 };
 
 }  // namespace quillo

@@ -141,6 +141,8 @@ FocusScope {
         Keys.onMenuPressed: if (currentItem) currentItem.openMenu()
 
         delegate: WorkspaceCard {
+            required property string key
+            workspaceId: key
             width: grid.cellWidth
             height: grid.cellHeight
             current: GridView.isCurrentItem && grid.activeFocus
