@@ -14,6 +14,7 @@
 #include "WindowEngine/integrations/SafariPrivacy.hpp"
 #include "WindowEngine/records/NativeTabs.hpp"
 #include "WindowEngine/records/OwnIdentity.hpp"
+#include "WindowEngine/support/StableSort.hpp"
 #include "WindowEngine/support/Text.hpp"
 #include "WindowEngine/support/Wait.hpp"
 
@@ -139,19 +140,6 @@ ApplicationSnapshot applicationSnapshot(const Reading& reading, std::size_t inde
     return result;
 }
 
-void sortByName(std::vector<ApplicationSnapshot>& applications) {
-    // Equal names keep the order in which they were found.
-    std::vector<std::size_t> order(applications.size());
-    for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
-    std::ranges::sort(order, [&](std::size_t a, std::size_t b) {
-        const auto names = text::compareLocalized(applications[a].name, applications[b].name);
-        return names == 0 ? a < b : names < 0;
-    });
-    std::vector<ApplicationSnapshot> sorted;
-    for (const std::size_t index : order) sorted.push_back(std::move(applications[index]));
-    applications = std::move(sorted);
-}
-
 }  // namespace
 
 std::vector<RunningApplication> eligibleApplications(DesktopAccess& desktop, const Options& options) {
@@ -200,7 +188,9 @@ Task<WorkspaceSnapshot> snapshot(DesktopAccess& desktop, Options options) {
         result.applications.push_back(NativeTabs::collapse(std::move(application)));
     }
     if (!notes.empty()) result.notes = std::move(notes);
-    sortByName(result.applications);
+    sortStably(result.applications, [](const ApplicationSnapshot& a, const ApplicationSnapshot& b) {
+        return text::compareLocalized(a.name, b.name);
+    });
     Log::captured(desktop.platform.log, result.applications.size(),
                   static_cast<std::size_t>(result.windowCount()));
     result.capturedAt = desktop.platform.executor.wallNow();
