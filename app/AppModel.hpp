@@ -11,7 +11,6 @@
 #include <string>
 #include <vector>
 
-#include "WindowEngine/desktop/Accessibility.hpp"
 #include "WindowEngine/library/SessionHistory.hpp"
 #include "WindowEngine/library/WorkspaceStore.hpp"
 #include "WindowEngine/restore/Restore.hpp"
@@ -23,23 +22,16 @@
 #include "app/RestoreRun.hpp"
 #include "app/Surfaces.hpp"
 #include "app/TaskSlot.hpp"
-#include "platform/services/PowerEvents.hpp"
-#include "platform/services/Shell.hpp"
+#include "platform/services/SystemServices.hpp"
 #include "settings/AppSettings.hpp"
 #include "settings/KnownWorkspaces.hpp"
 
 namespace quillo {
 
-/// What the model stands on: references only, which must outlive it.
-struct AppServices {
-    DesktopAccess& desktop;
-    FileSystem& files;
+/// What the model stands on, which must outlive it.
+struct AppServices : SystemServices {
     std::filesystem::path data;  // holds workspaces/ and sessions/
-    UserDefaults& defaults;
     Digest digest;
-    HotKeyService& hotKeys;
-    LoginItemService& loginItem;
-    PowerEvents& power;
     Shell& shell;
     Surfaces& surfaces;
 };

@@ -27,10 +27,9 @@ class RandomModel {
         settings.onboarded = chance(80);
         settings.autoSnapshotMinutes = chance(70) ? 5 : 0;
         settings.enabledAdapters = {"finder", "chromium", "safari"};
-        EXPECT_TRUE(settings.save(defaults_));
-        model_ = std::make_unique<AppModel>(AppServices{desktop_.access, disk_, "/data", defaults_,
-                                                        samples::digestForTests, hotKeys_, loginItem_, power_,
-                                                        shell_, surfaces_});
+        EXPECT_TRUE(settings.save(system_.defaults));
+        model_ = std::make_unique<AppModel>(AppServices{system_.services(desktop_.access, disk_), "/data",
+                                                        samples::digestForTests, system_.shell, surfaces_});
         index_.emplace([this]() -> const std::vector<Workspace>& { return model_->workspaces(); });
         library_.emplace(*index_);
         connect();
@@ -77,7 +76,7 @@ class RandomModel {
         desktop_.executor().runFor(1h);
         EXPECT_EQ(disk_.version, version) << "something was written after the end";
         EXPECT_TRUE(desktop_.executor().idle());
-        EXPECT_EQ(hotKeys_.registrations(), 0U);
+        EXPECT_EQ(system_.hotKeys.registrations(), 0U);
         for (const auto& hold : holds_) EXPECT_TRUE(hold.expired());
     }
 
@@ -192,7 +191,7 @@ class RandomModel {
             case 17:
                 return dialog();
             case 18:
-                return holds_.push_back(power_.emit(PowerEvent(number(0, 1))));
+                return holds_.push_back(system_.power.emit(PowerEvent(number(0, 1))));
             case 19:
                 return trust(chance(70));
             case 20:
@@ -274,7 +273,8 @@ class RandomModel {
                 settings.shortcutsEnabled = chance(70);
                 break;
         }
-        defaults_.failure = chance(10) ? std::optional(Error{ErrorKind::noSpace, "full", 28}) : std::nullopt;
+        system_.defaults.failure =
+            chance(10) ? std::optional(Error{ErrorKind::noSpace, "full", 28}) : std::nullopt;
         if (settings.autoSnapshotMinutes != model_->settings().autoSnapshotMinutes) ++forgotten_;
         model_->setSettings(settings);
     }
@@ -315,7 +315,7 @@ class RandomModel {
 
     void pressHotKey() {
         const Shortcut shortcut = model_->settings().shortcut(anyOf(allHotKeyActions));
-        (void)hotKeys_.press(shortcut.keyCode, shortcut.modifiers);
+        (void)system_.hotKeys.press(shortcut.keyCode, shortcut.modifiers);
     }
 
     // What must hold.
@@ -388,11 +388,7 @@ class RandomModel {
     const simulated::Scene scene_;
     samples::Desktop desktop_;
     MemoryFileSystem disk_;
-    MemoryDefaults defaults_;
-    SimulatedHotKeys hotKeys_{desktop_.executor()};
-    SimulatedLoginItem loginItem_;
-    SimulatedPowerEvents power_{desktop_.executor()};
-    SimulatedShell shell_;
+    SimulatedSystem system_{desktop_.executor()};
     samples::RecordedSurfaces surfaces_;
     std::unique_ptr<AppModel> model_;
     std::optional<LibraryIndex> index_;
