@@ -68,9 +68,11 @@ class AppModel final : public QObject {
         return Restore::shownName(services_.desktop.platform.applications, application);
     }
     Capability accessibilityAccess() const { return services_.desktop.platform.accessibility.access(); }
-    CaptureDraft* draft() const { return draft_.get(); }    // null when nothing is under review
-    RestoreRun* restore() const { return restore_.get(); }  // the current or the last run; null before any
-    bool capturing() const { return capturing_; }           // for the person
+    CaptureDraft* draft() const { return draft_.get(); }  // null when nothing is under review
+    RestoreRun* restoreRun() const {
+        return restoreRun_.get();
+    }                                              // the current or the last run; null before any
+    bool capturing() const { return capturing_; }  // for the person
     const std::optional<std::string>& toast() const { return toast_; }
     LoginItemController& loginItem() { return loginItem_; }
     HotKeys& hotKeys() { return hotKeys_; }
@@ -83,7 +85,7 @@ class AppModel final : public QObject {
     /// Waits for answerQuestion().
     const std::optional<ResumeQuestion>& question() const { return question_; }
 
-    bool restoreRunning() const { return restore_ && !restore_->report(); }
+    bool restoreRunning() const { return restoreRun_ && !restoreRun_->report(); }
     /// An automatic session capture runs.
     bool snapshotting() const { return autoSnapshotTask_.active(); }
     /// Whether a capture, a review, a question or a restore is under way, automatic ones included.
@@ -211,7 +213,7 @@ class AppModel final : public QObject {
     AppSettings settings_;
     bool accessibilityGranted_ = false;
     std::shared_ptr<CaptureDraft> draft_;
-    std::shared_ptr<RestoreRun> restore_;
+    std::shared_ptr<RestoreRun> restoreRun_;
     struct Asked {  // what question_ is about, or will be
         Workspace workspace;
         std::optional<CleanSlateMode> cleanSlate;

@@ -136,12 +136,12 @@ TEST_F(LibraryViewTest, WhatAWorkspaceFromElsewhereWouldDoIsShownAndAskedAbout) 
     EXPECT_TRUE(named("Cancel")->hasActiveFocus());
     press(Qt::Key_Return);
     EXPECT_TRUE(until([&] { return !named("Cancel"); }));
-    EXPECT_FALSE(model->question() || model->restore());
+    EXPECT_FALSE(model->question() || model->restoreRun());
     for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Space}) {
         ask();
         press(key);
         EXPECT_TRUE(until([&] { return !model->question() && !named("Cancel"); }));
-        EXPECT_FALSE(model->restore());
+        EXPECT_FALSE(model->restoreRun());
     }
     ask();
     ASSERT_TRUE(QTest::qWaitFor(asks, 10000));

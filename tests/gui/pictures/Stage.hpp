@@ -291,7 +291,7 @@ class Stage : LookSet, public InterfaceTest {
     }
     void resumeHalfWay(const Workspace& workspace) {
         resume(workspace);
-        EXPECT_TRUE(until([&] { return model->restore()->items().size() > 2; }));
+        EXPECT_TRUE(until([&] { return model->restoreRun()->items().size() > 2; }));
     }
     void resumeToTheEnd(const Workspace& workspace) {
         resume(workspace);

@@ -203,7 +203,7 @@ const Surface panels[] = {
     {"restore-stopped",
      [](Stage& s) {
          s.resumeHalfWay(s.troubled("Morning", 2));
-         s.model->restore()->cancel();
+         s.model->restoreRun()->cancel();
          EXPECT_TRUE(s.until([&] { return !s.model->restoreRunning(); }));
      }},
     {"restore-clean", [](Stage& s) { s.resumeToTheEnd(s.saved("Morning")); }},
