@@ -71,14 +71,14 @@ class AppModel final : public QObject {
     CaptureDraft* draft() const { return draft_.get(); }  // null when nothing is under review
     RestoreRun* restoreRun() const {
         return restoreRun_.get();
-    }                                              // the current or the last run; null before any
+    }  // the current or the last run; null before any
     bool capturing() const { return capturing_; }  // for the person
     const std::optional<std::string>& toast() const { return toast_; }
     LoginItemController& loginItem() { return loginItem_; }
     HotKeys& hotKeys() { return hotKeys_; }
-    /// The desktop as it was when refreshNow() last looked.
-    const std::optional<WorkspaceSnapshot>& now() const { return now_; }
-    bool nowRefreshing() const { return nowRefreshing_; }
+    /// The desktop as it was when refreshCurrentSnapshot() last looked.
+    const std::optional<WorkspaceSnapshot>& currentSnapshot() const { return currentSnapshot_; }
+    bool refreshingCurrentSnapshot() const { return refreshingCurrentSnapshot_; }
     bool promptedForAccessibility() const { return promptedForAccessibility_; }
     bool showingSettings() const { return showingSettings_; }
 
@@ -134,7 +134,7 @@ class AppModel final : public QObject {
     /// One automatic session capture, where the rules allow it now. The hold is released when it is over.
     void captureSession(const PowerHold& hold = {});
     void deleteSessionHistory();
-    void refreshNow();
+    void refreshCurrentSnapshot();
     /// The system's prompt the first time, its settings page from then on.
     void requestAccessibility();
 
@@ -155,8 +155,8 @@ class AppModel final : public QObject {
     void questionChanged();
     void capturingChanged();
     void toastChanged();
-    void nowChanged();
-    void nowRefreshingChanged();
+    void currentSnapshotChanged();
+    void refreshingCurrentSnapshotChanged();
     void showingSettingsChanged();
     void busyChanged();  // busy() or canRelaunchForUpdate()
 
@@ -170,7 +170,7 @@ class AppModel final : public QObject {
     Task<> pollPermission();
     Task<> captureForReview(std::optional<Workspace> updating, bool testRestoreAfterSave);
     Task<> captureAutomatically(Uuid generation, AppSettings settings);
-    Task<> captureNow();
+    Task<> captureCurrentSnapshot();
     Task<> clearToast();
     Task<> runRestore(RestoreRun* run, Workspace workspace, Restore::Options options);
     void ask(ReasonToAsk reason, const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate);
@@ -191,7 +191,7 @@ class AppModel final : public QObject {
     void noteProvenance(const Result<void>& noted);
     void setAutoSnapshotError(std::optional<std::string> message);
     void captureEnded(std::shared_ptr<CaptureDraft> draft);
-    void nowEnded(std::optional<WorkspaceSnapshot> snapshot);
+    void currentSnapshotRead(std::optional<WorkspaceSnapshot> snapshot);
     void setDraft(std::shared_ptr<CaptureDraft> draft);
     void reloadSessions();
     Instant wallNow() const;
@@ -226,8 +226,8 @@ class AppModel final : public QObject {
     std::optional<std::string> toast_;
     LoginItemController loginItem_;
     HotKeys hotKeys_;
-    std::optional<WorkspaceSnapshot> now_;
-    bool nowRefreshing_ = false;
+    std::optional<WorkspaceSnapshot> currentSnapshot_;
+    bool refreshingCurrentSnapshot_ = false;
     bool promptedForAccessibility_ = false;
     bool showingSettings_ = false;
     PowerHold powerHold_;  // of the system that waits for the running session capture
@@ -236,7 +236,8 @@ class AppModel final : public QObject {
     std::unique_ptr<SurfaceObserver> reopenObserver_;
 
     // Last: what runs ends before what it works on.
-    TaskSlot autoSnapshotTimer_, autoSnapshotTask_, permissionPoll_, captureTask_, nowTask_, questionTask_;
+    TaskSlot autoSnapshotTimer_, autoSnapshotTask_, permissionPoll_, captureTask_, currentSnapshotTask_,
+        questionTask_;
     TaskSlot toastTimer_, panelTimer_, exporting_, importing_;
     DirectoryWatch libraryWatch_, historyWatch_;
 };

@@ -11,20 +11,21 @@ LibraryPresenter::LibraryPresenter(AppModel& model, LibraryState& state, QObject
     connect(&state, &LibraryState::rowsChanged, this, &LibraryPresenter::rowsChanged);
     connect(&state, &LibraryState::changed, this, &LibraryPresenter::changed);
     connect(&model, &AppModel::storageIssuesChanged, this, &LibraryPresenter::issuesChanged);
-    connect(&model, &AppModel::nowChanged, this, [this] {
-        now_ = model_.now() ? drawnPart(*model_.now()) : nullptr;
-        Q_EMIT nowChanged();
+    connect(&model, &AppModel::currentSnapshotChanged, this, [this] {
+        currentSnapshot_ = model_.currentSnapshot() ? drawnPart(*model_.currentSnapshot()) : nullptr;
+        Q_EMIT currentSnapshotChanged();
     });
-    connect(&model, &AppModel::nowRefreshingChanged, this, &LibraryPresenter::nowChanged);
+    connect(&model, &AppModel::refreshingCurrentSnapshotChanged, this,
+            &LibraryPresenter::currentSnapshotChanged);
     connect(&model, &AppModel::accessibilityGrantedChanged, this, [this] {
         Q_EMIT accessChanged();
-        Q_EMIT nowChanged();
-        model_.refreshNow();
+        Q_EMIT currentSnapshotChanged();
+        model_.refreshCurrentSnapshot();
     });
     connect(&model, &AppModel::busyChanged, this, &LibraryPresenter::accessChanged);
     // A restore has changed the desktop that the strip shows.
     connect(&model, &AppModel::restoreChanged, this, [this] {
-        if (model_.now() && !model_.restoreRunning()) model_.refreshNow();
+        if (model_.currentSnapshot() && !model_.restoreRunning()) model_.refreshCurrentSnapshot();
     });
     rowsChanged();
 }
@@ -61,14 +62,15 @@ QStringList LibraryPresenter::issues() const {
     return lines;
 }
 
-QVariant LibraryPresenter::nowMap() const {
-    return QVariant::fromValue(now_);
+QVariant LibraryPresenter::currentMap() const {
+    return QVariant::fromValue(currentSnapshot_);
 }
 
-QString LibraryPresenter::nowText() const {
+QString LibraryPresenter::currentText() const {
     if (!model_.accessibilityGranted()) return accessReason();
-    if (!model_.now()) return model_.nowRefreshing() ? QStringLiteral("Reading windows…") : QString();
-    return snapshotCounts(*model_.now());
+    if (!model_.currentSnapshot())
+        return model_.refreshingCurrentSnapshot() ? QStringLiteral("Reading windows…") : QString();
+    return snapshotCounts(*model_.currentSnapshot());
 }
 
 QString LibraryPresenter::accessReason() const {

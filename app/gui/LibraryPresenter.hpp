@@ -20,8 +20,8 @@ class LibraryPresenter final : public WorkspaceRows {
     Q_PROPERTY(QString emptyTitle READ emptyTitle NOTIFY changed)
     Q_PROPERTY(QString emptyHint READ emptyHint NOTIFY changed)
     Q_PROPERTY(QStringList issues READ issues NOTIFY issuesChanged)
-    Q_PROPERTY(QVariant nowMap READ nowMap NOTIFY nowChanged)
-    Q_PROPERTY(QString nowText READ nowText NOTIFY nowChanged)
+    Q_PROPERTY(QVariant currentMap READ currentMap NOTIFY currentSnapshotChanged)
+    Q_PROPERTY(QString currentText READ currentText NOTIFY currentSnapshotChanged)
     Q_PROPERTY(bool accessibilityGranted READ accessibilityGranted NOTIFY accessChanged)
     Q_PROPERTY(QString accessReason READ accessReason NOTIFY accessChanged)
     Q_PROPERTY(bool canSave READ canSave NOTIFY accessChanged)
@@ -39,8 +39,8 @@ class LibraryPresenter final : public WorkspaceRows {
     QString emptyTitle() const;
     QString emptyHint() const;
     QStringList issues() const;
-    QVariant nowMap() const;
-    QString nowText() const;
+    QVariant currentMap() const;
+    QString currentText() const;
     bool accessibilityGranted() const { return model_.accessibilityGranted(); }
     QString accessReason() const;
     bool canSave() const { return !model_.restoreRunning() && !model_.capturing(); }
@@ -56,13 +56,13 @@ class LibraryPresenter final : public WorkspaceRows {
     Q_INVOKABLE void remove(const QString& id);
     Q_INVOKABLE void importWorkspace() { model_.importWorkspace(); }
     Q_INVOKABLE void save() { model_.beginCapture(); }
-    Q_INVOKABLE void refreshNow() { model_.refreshNow(); }
+    Q_INVOKABLE void refreshCurrentSnapshot() { model_.refreshCurrentSnapshot(); }
     Q_INVOKABLE void requestAccessibility() { model_.requestAccessibility(); }
 
   Q_SIGNALS:
     void changed();
     void issuesChanged();
-    void nowChanged();
+    void currentSnapshotChanged();
     void accessChanged();
 
   private:
@@ -71,7 +71,7 @@ class LibraryPresenter final : public WorkspaceRows {
 
     AppModel& model_;
     LibraryState& state_;
-    MapSource now_;
+    MapSource currentSnapshot_;
 };
 
 }  // namespace quillo

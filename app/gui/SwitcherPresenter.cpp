@@ -12,7 +12,7 @@ Switcher::Operations operations(AppModel& model, Surfaces& surfaces) {
     return {.restore = [&model](const Workspace& one) { model.restore(one, one.cleanSlate); },
             .beginCapture = [&model] { model.beginCapture(); },
             .closePanel = [&surfaces] { surfaces.closePanel(PanelID::switcher); },
-            .refreshNow = [&model] { model.refreshNow(); }};
+            .refreshCurrentSnapshot = [&model] { model.refreshCurrentSnapshot(); }};
 }
 
 std::optional<Switcher::Key> keyOf(int key, int modifiers) {

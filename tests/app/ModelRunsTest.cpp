@@ -209,15 +209,15 @@ TEST(ModelRuns, CapturesAndRestoresExcludeEachOther) {
     model->beginCapture();  // brings the main window forward instead
     EXPECT_EQ(model.windowsOpened, opened + 1);
     EXPECT_FALSE(model->capturing() || model->canRelaunchForUpdate());
-    model->refreshNow();
-    EXPECT_FALSE(model->nowRefreshing());
+    model->refreshCurrentSnapshot();
+    EXPECT_FALSE(model->refreshingCurrentSnapshot());
     model.finishRestore();
-    model->refreshNow();
-    EXPECT_TRUE(model->nowRefreshing() && model->busy() && model->canRelaunchForUpdate());
+    model->refreshCurrentSnapshot();
+    EXPECT_TRUE(model->refreshingCurrentSnapshot() && model->busy() && model->canRelaunchForUpdate());
     model->beginCapture();  // captures may overlap
     model.review();
-    EXPECT_FALSE(model->nowRefreshing());
-    EXPECT_EQ(model->now()->applications, model->draft()->snapshot().applications);
+    EXPECT_FALSE(model->refreshingCurrentSnapshot());
+    EXPECT_EQ(model->currentSnapshot()->applications, model->draft()->snapshot().applications);
 }
 
 TEST(ModelRuns, PermissionIsWatchedOnceASecond) {
@@ -226,8 +226,8 @@ TEST(ModelRuns, PermissionIsWatchedOnceASecond) {
     model.run(1s);
     EXPECT_FALSE(model->accessibilityGranted());
     model->beginCapture();
-    model->refreshNow();
-    EXPECT_FALSE(model->capturing() || model->nowRefreshing());
+    model->refreshCurrentSnapshot();
+    EXPECT_FALSE(model->capturing() || model->refreshingCurrentSnapshot());
     EXPECT_EQ(model.windowsOpened, 1);
     model.setTrusted(true);
     model.run(999ms);
@@ -389,7 +389,7 @@ TEST(ModelRuns, TheModelEndsInTheMiddleOfAnything) {
     const Workspace workspace = viewing(model);
     const std::function<void()> acts[] = {[&] { model->beginCapture(); },
                                           [&] { model->restore(workspace, {}); },
-                                          [&] { model->refreshNow(); },
+                                          [&] { model->refreshCurrentSnapshot(); },
                                           [&] { model->importWorkspace(); },
                                           [&] { model->show("bye"); },
                                           [&] { model.power.emit(PowerEvent::willSleep); },

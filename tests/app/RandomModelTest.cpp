@@ -140,8 +140,8 @@ class RandomModel {
         for (const auto signal :
              {&AppModel::busyChanged, &AppModel::draftChanged, &AppModel::restoreChanged,
               &AppModel::workspacesChanged, &AppModel::sessionsChanged, &AppModel::settingsChanged,
-              &AppModel::questionChanged, &AppModel::capturingChanged, &AppModel::nowRefreshingChanged,
-              &AppModel::toastChanged}) {
+              &AppModel::questionChanged, &AppModel::capturingChanged,
+              &AppModel::refreshingCurrentSnapshotChanged, &AppModel::toastChanged}) {
             QObject::connect(&*model_, signal, [this] {
                 checkExclusion();
                 if (!std::exchange(handling_, true)) {
@@ -165,7 +165,7 @@ class RandomModel {
             case 3:
                 return review();
             case 4:
-                return chance(50) ? model_->dismissDraft() : model_->refreshNow();
+                return chance(50) ? model_->dismissDraft() : model_->refreshCurrentSnapshot();
             case 5:
             case 6:
                 return model_->restore(anyWorkspace(), CleanSlateMode(number(0, 2)));
@@ -306,7 +306,7 @@ class RandomModel {
         Switcher switcher(
             *index_, {[this](const Workspace& chosen) { model_->restore(chosen, {}); },
                       [this] { model_->beginCapture(); }, [this] { surfaces_.closePanel(PanelID::switcher); },
-                      [this] { model_->refreshNow(); }});
+                      [this] { model_->refreshCurrentSnapshot(); }});
         switcher.shown();
         if (chance(50)) switcher.setQuery(name());
         for (std::int64_t i = number(0, 3); i > 0; --i) switcher.press(Switcher::Key::down);
@@ -355,7 +355,7 @@ class RandomModel {
         EXPECT_LE(capturing + restoring + snapshotting, 1);
         EXPECT_FALSE(draft && (restoring || snapshotting));
         EXPECT_FALSE(model_->question() && (capturing || restoring || snapshotting || draft));
-        EXPECT_FALSE(model_->nowRefreshing() && snapshotting);
+        EXPECT_FALSE(model_->refreshingCurrentSnapshot() && snapshotting);
         if (snapshotting && !std::exchange(snapshotting_, snapshotting)) {
             captureSettings_ = model_->settings();
             captureForgotten_ = forgotten_;

@@ -45,7 +45,7 @@ TEST_F(PanelsTest, TheSwitcherFindsAndResumesByKeysFromItsFirstFrame) {
     const Workspace beta = model.named("Beta");
     model->setCleanSlate(beta, CleanSlateMode::hide);
     open("SwitcherPanel.qml", 480);
-    EXPECT_TRUE(model->nowRefreshing());
+    EXPECT_TRUE(model->refreshingCurrentSnapshot());
     type("BET");
     EXPECT_TRUE(named("Beta"));
     EXPECT_FALSE(named("Alpha"));

@@ -240,7 +240,7 @@ class Stage : LookSet, public InterfaceTest {
     void switcher(int workspaces) {
         fill(workspaces);
         model->toggleSwitcher();
-        EXPECT_TRUE(until([&] { return model->now() && !model->nowRefreshing(); }));
+        EXPECT_TRUE(until([&] { return model->currentSnapshot() && !model->refreshingCurrentSnapshot(); }));
     }
 
     /// The desk as it is, as a workspace.

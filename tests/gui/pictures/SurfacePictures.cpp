@@ -249,7 +249,7 @@ class SurfacePictures : public Stage, public testing::WithParamInterface<Picture
     void openPage() {
         model->openMain();
         main()->resize(std::get<Look>(GetParam()).window);
-        EXPECT_TRUE(until([&] { return model->now() && !model->nowRefreshing(); }));
+        EXPECT_TRUE(until([&] { return model->currentSnapshot() && !model->refreshingCurrentSnapshot(); }));
     }
     static bool hasTip(QQuickWindow& window) {
         bool found = false;
