@@ -69,9 +69,8 @@ class AppModel final : public QObject {
     }
     Capability accessibilityAccess() const { return services_.desktop.platform.accessibility.access(); }
     CaptureDraft* draft() const { return draft_.get(); }  // null when nothing is under review
-    RestoreRun* restoreRun() const {
-        return restoreRun_.get();
-    }  // the current or the last run; null before any
+    /// The current or the last; null before any.
+    RestoreRun* restoreRun() const { return restoreRun_.get(); }
     bool capturing() const { return capturing_; }  // for the person
     const std::optional<std::string>& toast() const { return toast_; }
     LoginItemController& loginItem() { return loginItem_; }
