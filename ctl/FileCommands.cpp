@@ -21,54 +21,54 @@ Expected<std::filesystem::path> fileArgument(const Arguments& arguments) {
     return absolutePath(arguments.file);
 }
 
-Expected<std::string> readFile(Session& session, const Arguments& arguments) {
+Expected<std::string> readFile(CommandContext& context, const Arguments& arguments) {
     const Expected<std::filesystem::path> file = fileArgument(arguments);
     if (!file) return std::unexpected(file.error());
-    Result<std::string> bytes = session.files.read(*file);
+    Result<std::string> bytes = context.files.read(*file);
     if (!bytes) return badFile(arguments.file, bytes.error());
     return *std::move(bytes);
 }
 
 }  // namespace
 
-CommandResult exportWorkspace(Session& session, const Arguments& arguments) {
+CommandResult exportWorkspace(CommandContext& context, const Arguments& arguments) {
     const Expected<std::filesystem::path> file = fileArgument(arguments);
     if (!file) return std::unexpected(file.error());
-    const Expected<Found> found = findWithHistory(session, arguments.workspace);
+    const Expected<Found> found = findWithHistory(context, arguments.workspace);
     if (!found) return std::unexpected(found.error());
     const Workspace& workspace = found->workspace;
-    if (!arguments.force && session.files.exists(*file)) {
+    if (!arguments.force && context.files.exists(*file)) {
         return failure(printable(arguments.file) + ": a file of this name exists; --force replaces it");
     }
     const Result<std::string> document = WorkspaceCoding::encode(workspace);
     if (!document) return couldNot("export " + printable(workspace.name), document.error());
-    if (const Result<void> written = writeAtomically(session.files, *file, *document); !written) {
+    if (const Result<void> written = writeAtomically(context.files, *file, *document); !written) {
         return couldNot("export " + printable(workspace.name), written.error());
     }
-    return reportSaved(session, "Exported", workspace);
+    return reportSaved(context, "Exported", workspace);
 }
 
-CommandResult importWorkspace(Session& session, const Arguments& arguments) {
-    const Expected<std::string> bytes = readFile(session, arguments);
+CommandResult importWorkspace(CommandContext& context, const Arguments& arguments) {
+    const Expected<std::string> bytes = readFile(context, arguments);
     if (!bytes) return std::unexpected(bytes.error());
-    const Result<ImportedWorkspace> imported = ImportedWorkspace::read(*bytes, scan(session), now());
+    const Result<ImportedWorkspace> imported = ImportedWorkspace::read(*bytes, scan(context), now());
     if (!imported) return badFile(arguments.file, imported.error());
-    if (const Result<void> saved = session.store.save(imported->workspace); !saved) {
+    if (const Result<void> saved = context.store.save(imported->workspace); !saved) {
         return couldNot("import " + printable(imported->workspace.name), saved.error());
     }
     if (imported->droppedAddresses > 0) {
-        session.output.complain(counted(imported->droppedAddresses, "address", "addresses") +
+        context.output.complain(counted(imported->droppedAddresses, "address", "addresses") +
                                 " left out: only folders of this machine and web addresses are taken over");
     }
-    return reportSaved(session, "Imported", imported->workspace);
+    return reportSaved(context, "Imported", imported->workspace);
 }
 
-CommandResult validateFile(Session& session, const Arguments& arguments) {
-    const Expected<std::string> bytes = readFile(session, arguments);
+CommandResult validateFile(CommandContext& context, const Arguments& arguments) {
+    const Expected<std::string> bytes = readFile(context, arguments);
     if (!bytes) return std::unexpected(bytes.error());
     const Result<Workspace> workspace = WorkspaceCoding::decode(*bytes);
     if (!workspace) return badFile(arguments.file, workspace.error());
-    return reportSaved(session, printable(arguments.file) + ": a sound workspace file,", *workspace);
+    return reportSaved(context, printable(arguments.file) + ": a sound workspace file,", *workspace);
 }
 
 }  // namespace quillo::ctl

@@ -17,7 +17,7 @@
 
 namespace quillo::ctl {
 
-struct Session {
+struct CommandContext {
     Output& output;
     FileSystem& files;
     WorkspaceStore& store;
@@ -34,18 +34,18 @@ struct Session {
 
 /// The person's settings, with the integrations that this call names (--adapter) switched on besides. A
 /// file that cannot be read is complained of: its exclusions do not hold.
-AppSettings settingsFor(Session& session, const Arguments& arguments);
+AppSettings settingsFor(CommandContext& context, const Arguments& arguments);
 
 /// Complains where it could not be noted where a workspace comes from: restoring it will ask.
-void noteProvenance(Session& session, const Result<void>& noted);
+void noteProvenance(CommandContext& context, const Result<void>& noted);
 
 /// The workspaces of the library, or of the given store. What is wrong there goes to standard error.
-std::vector<Workspace> scan(Session& session);
-std::vector<Workspace> scan(Session& session, const WorkspaceStore& store);
+std::vector<Workspace> scan(CommandContext& context);
+std::vector<Workspace> scan(CommandContext& context, const WorkspaceStore& store);
 
 /// The one workspace that `which` names: its identifier, or its name ignoring case. Several of one name are
 /// listed with their identifiers and none is taken.
-Expected<Workspace> find(Session& session, std::string_view which);
+Expected<Workspace> find(CommandContext& context, std::string_view which);
 Expected<Workspace> find(std::span<const Workspace> workspaces, std::string_view which);
 
 /// For commands that change no workspace: the same, and where the library knows none so, among the sessions
@@ -54,16 +54,16 @@ struct Found {
     Workspace workspace;
     bool isSession = false;
 };
-Expected<Found> findWithHistory(Session& session, std::string_view which);
+Expected<Found> findWithHistory(CommandContext& context, std::string_view which);
 
 /// A name as it is stored: trimmed. An empty one, or bytes that are not UTF-8, are a usage error that names
 /// the argument.
 Expected<std::string> workspaceName(std::string_view argument, std::string_view text);
 
 /// The desktop, or why there is none: no permission where nothing answers, else a failure (a bad scene).
-Expected<std::unique_ptr<Desktop>> openDesktop(Session& session);
+Expected<std::unique_ptr<Desktop>> openDesktop(CommandContext& context);
 /// The same for a command that reads or changes other applications' windows.
-Expected<std::unique_ptr<Desktop>> openTrustedDesktop(Session& session);
+Expected<std::unique_ptr<Desktop>> openTrustedDesktop(CommandContext& context);
 
 /// `path` seen from the working directory; as it is where there is none any more.
 std::filesystem::path absolutePath(const std::filesystem::path& path);

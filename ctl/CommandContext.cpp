@@ -1,4 +1,4 @@
-#include "ctl/Session.hpp"
+#include "ctl/CommandContext.hpp"
 
 #include <fmt/format.h>
 
@@ -40,16 +40,16 @@ std::vector<const Workspace*> knownAs(std::string_view which, std::span<const Wo
 
 }  // namespace
 
-AppSettings settingsFor(Session& session, const Arguments& arguments) {
-    const std::optional<std::string> stored = session.defaults.data(AppSettings::defaultsKey);
+AppSettings settingsFor(CommandContext& context, const Arguments& arguments) {
+    const std::optional<std::string> stored = context.defaults.data(AppSettings::defaultsKey);
     std::optional<AppSettings> settings = stored ? AppSettings::decode(*stored) : AppSettings{};
-    std::optional<std::string> trouble = session.defaults.trouble();
+    std::optional<std::string> trouble = context.defaults.trouble();
     if (!settings) {
-        trouble = std::filesystem::path(session.defaults.place()).filename().string() + ": " +
+        trouble = std::filesystem::path(context.defaults.place()).filename().string() + ": " +
                   std::string(AppSettings::defaultsKey) + ": a field is not of the type it must have";
     }
     if (trouble) {
-        session.output.complain("the settings cannot be read, the usual ones are used: " +
+        context.output.complain("the settings cannot be read, the usual ones are used: " +
                                 printable(*trouble));
     }
     AppSettings chosen = std::move(settings).value_or(AppSettings{});
@@ -57,19 +57,19 @@ AppSettings settingsFor(Session& session, const Arguments& arguments) {
     return chosen;
 }
 
-void noteProvenance(Session& session, const Result<void>& noted) {
+void noteProvenance(CommandContext& context, const Result<void>& noted) {
     if (noted) return;
-    session.output.complain("could not note that this was done here, so a restore will ask first: " +
+    context.output.complain("could not note that this was done here, so a restore will ask first: " +
                             printable(noted.error().text));
 }
 
-std::vector<Workspace> scan(Session& session) {
-    return scan(session, session.store);
+std::vector<Workspace> scan(CommandContext& context) {
+    return scan(context, context.store);
 }
 
-std::vector<Workspace> scan(Session& session, const WorkspaceStore& store) {
+std::vector<Workspace> scan(CommandContext& context, const WorkspaceStore& store) {
     WorkspaceScanResult result = store.scan();
-    for (const WorkspaceLoadIssue& issue : result.issues) session.output.complain(issueText(issue));
+    for (const WorkspaceLoadIssue& issue : result.issues) context.output.complain(issueText(issue));
     return std::move(result.workspaces);
 }
 
@@ -80,15 +80,15 @@ Expected<Workspace> find(std::span<const Workspace> workspaces, std::string_view
     return *known.front();
 }
 
-Expected<Workspace> find(Session& session, std::string_view which) {
-    return find(scan(session), which);
+Expected<Workspace> find(CommandContext& context, std::string_view which) {
+    return find(scan(context), which);
 }
 
-Expected<Found> findWithHistory(Session& session, std::string_view which) {
-    std::vector<Workspace> workspaces = scan(session);
+Expected<Found> findWithHistory(CommandContext& context, std::string_view which) {
+    std::vector<Workspace> workspaces = scan(context);
     bool isSession = false;
     if (knownAs(which, workspaces).empty()) {
-        std::vector<Workspace> sessions = scan(session, session.history.store());
+        std::vector<Workspace> sessions = scan(context, context.history.store());
         isSession = !knownAs(which, sessions).empty();
         if (isSession) workspaces = std::move(sessions);
     }
@@ -104,16 +104,16 @@ Expected<std::string> workspaceName(std::string_view argument, std::string_view 
     return name;
 }
 
-Expected<std::unique_ptr<Desktop>> openDesktop(Session& session) {
-    Result<std::unique_ptr<Desktop>> desktop = session.openDesktop();
+Expected<std::unique_ptr<Desktop>> openDesktop(CommandContext& context) {
+    Result<std::unique_ptr<Desktop>> desktop = context.openDesktop();
     if (desktop) return *std::move(desktop);
     const ErrorKind kind = desktop.error().kind;
     const bool unreachable = kind == ErrorKind::unavailable || kind == ErrorKind::permission;
     return failure(printable(desktop.error().text), unreachable ? Exit::permission : Exit::failed);
 }
 
-Expected<std::unique_ptr<Desktop>> openTrustedDesktop(Session& session) {
-    Expected<std::unique_ptr<Desktop>> desktop = openDesktop(session);
+Expected<std::unique_ptr<Desktop>> openTrustedDesktop(CommandContext& context) {
+    Expected<std::unique_ptr<Desktop>> desktop = openDesktop(context);
     if (!desktop) return desktop;
     AccessibilityService& accessibility = (*desktop)->access().platform.accessibility;
     if (!accessibility.trusted()) {
