@@ -104,16 +104,16 @@ Expected<std::string> workspaceName(std::string_view argument, std::string_view 
     return name;
 }
 
-Expected<std::unique_ptr<Desktop>> openDesktop(CommandContext& context) {
-    Result<std::unique_ptr<Desktop>> desktop = context.openDesktop();
+Expected<std::unique_ptr<DesktopConnection>> openDesktop(CommandContext& context) {
+    Result<std::unique_ptr<DesktopConnection>> desktop = context.openDesktop();
     if (desktop) return *std::move(desktop);
     const ErrorKind kind = desktop.error().kind;
     const bool unreachable = kind == ErrorKind::unavailable || kind == ErrorKind::permission;
     return failure(printable(desktop.error().text), unreachable ? Exit::permission : Exit::failed);
 }
 
-Expected<std::unique_ptr<Desktop>> openTrustedDesktop(CommandContext& context) {
-    Expected<std::unique_ptr<Desktop>> desktop = openDesktop(context);
+Expected<std::unique_ptr<DesktopConnection>> openTrustedDesktop(CommandContext& context) {
+    Expected<std::unique_ptr<DesktopConnection>> desktop = openDesktop(context);
     if (!desktop) return desktop;
     AccessibilityService& accessibility = (*desktop)->access().platform.accessibility;
     if (!accessibility.trusted()) {

@@ -9,7 +9,7 @@
 #include "WindowEngine/services/FileSystem.hpp"
 #include "ctl/Arguments.hpp"
 #include "ctl/CommandResult.hpp"
-#include "ctl/Desktop.hpp"
+#include "ctl/DesktopConnection.hpp"
 #include "ctl/Output.hpp"
 #include "platform/services/UserDefaults.hpp"
 #include "settings/AppSettings.hpp"
@@ -29,7 +29,7 @@ struct CommandContext {
     KnownWorkspaces& known;
     /// Connects to the desktop. Only the commands that need one call it: the others stay fast and work
     /// without any.
-    std::function<Result<std::unique_ptr<Desktop>>()> openDesktop;
+    std::function<Result<std::unique_ptr<DesktopConnection>>()> openDesktop;
 };
 
 /// The person's settings, with the integrations that this call names (--adapter) switched on besides. A
@@ -61,9 +61,9 @@ Expected<Found> findWithHistory(CommandContext& context, std::string_view which)
 Expected<std::string> workspaceName(std::string_view argument, std::string_view text);
 
 /// The desktop, or why there is none: no permission where nothing answers, else a failure (a bad scene).
-Expected<std::unique_ptr<Desktop>> openDesktop(CommandContext& context);
+Expected<std::unique_ptr<DesktopConnection>> openDesktop(CommandContext& context);
 /// The same for a command that reads or changes other applications' windows.
-Expected<std::unique_ptr<Desktop>> openTrustedDesktop(CommandContext& context);
+Expected<std::unique_ptr<DesktopConnection>> openTrustedDesktop(CommandContext& context);
 
 /// `path` seen from the working directory; as it is where there is none any more.
 std::filesystem::path absolutePath(const std::filesystem::path& path);

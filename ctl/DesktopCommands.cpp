@@ -86,7 +86,7 @@ class Examination {
     Output& output_;
 };
 
-void examineDesktop(Examination& examination, Desktop& desktop) {
+void examineDesktop(Examination& examination, DesktopConnection& desktop) {
     const Platform& platform = desktop.access().platform;
     examination.tell("desktop", desktop.description());
     examination.can("window access", platform.accessibility.access());
@@ -121,7 +121,7 @@ void examineSettings(Examination& examination, const CommandContext& context, co
 }  // namespace
 
 Expected<WorkspaceSnapshot> captureDesktop(CommandContext& context, const Arguments& arguments) {
-    Expected<std::unique_ptr<Desktop>> desktop = openTrustedDesktop(context);
+    Expected<std::unique_ptr<DesktopConnection>> desktop = openTrustedDesktop(context);
     if (!desktop) return std::unexpected(desktop.error());
     std::optional<WorkspaceSnapshot> snapshot = run(
         **desktop, Capture::snapshot((*desktop)->access(), settingsFor(context, arguments).captureOptions()));
@@ -139,7 +139,7 @@ std::string reportCaptured(CommandContext& context, const WorkspaceSnapshot& sna
 
 CommandResult doctor(CommandContext& context, const Arguments& arguments) {
     Examination examination(context.output);
-    const Expected<std::unique_ptr<Desktop>> desktop = openDesktop(context);
+    const Expected<std::unique_ptr<DesktopConnection>> desktop = openDesktop(context);
     if (desktop) {
         examineDesktop(examination, **desktop);
     } else {
@@ -160,7 +160,7 @@ CommandResult showWindows(CommandContext& context, const Arguments& arguments) {
 }
 
 CommandResult showDisplays(CommandContext& context, const Arguments&) {
-    const Expected<std::unique_ptr<Desktop>> desktop = openDesktop(context);
+    const Expected<std::unique_ptr<DesktopConnection>> desktop = openDesktop(context);
     if (!desktop) return std::unexpected(desktop.error());
     const auto displays = Displays::current((*desktop)->access().platform.screens);
     if (displays.empty() && !context.output.json()) context.output.line("No display is attached.");

@@ -96,7 +96,7 @@ void printConsequences(Output& output, const Consequences& consequences) {
 }
 
 /// Shows what a restore of the part that was asked for would do, and asks.
-Expected<void> askPerson(CommandContext& context, Desktop& desktop, const Workspace& part,
+Expected<void> askPerson(CommandContext& context, DesktopConnection& desktop, const Workspace& part,
                          const Restore::Options& options, const std::string& reason) {
     if (!context.output.canAsk()) {
         return failure(reason + "; look at it with plan, then give --yes to restore it");
@@ -115,7 +115,7 @@ Expected<void> askPerson(CommandContext& context, Desktop& desktop, const Worksp
 
 /// Asks where that is needed, and sets what the restore may do then. `part` is what --only leaves of
 /// `workspace`.
-Expected<void> consent(CommandContext& context, Desktop& desktop, const Workspace& workspace,
+Expected<void> consent(CommandContext& context, DesktopConnection& desktop, const Workspace& workspace,
                        const Workspace& part, Restore::Options& options, const Arguments& arguments) {
     const std::optional<ReasonToAsk> reason = context.known.reasonToAsk(workspace);
     context.known.permit(workspace, reason.has_value(), options);
@@ -147,7 +147,7 @@ void printProvenance(CommandContext& context, const Workspace& workspace) {
 CommandResult planRestore(CommandContext& context, const Arguments& arguments) {
     const Expected<Found> found = findWithHistory(context, arguments.workspace);
     if (!found) return std::unexpected(found.error());
-    const Expected<std::unique_ptr<Desktop>> desktop = openTrustedDesktop(context);
+    const Expected<std::unique_ptr<DesktopConnection>> desktop = openTrustedDesktop(context);
     if (!desktop) return std::unexpected(desktop.error());
     Restore::Options options = restoreOptions(context, found->workspace, arguments);
     context.known.permit(found->workspace, true, options);
@@ -171,7 +171,7 @@ CommandResult restoreWorkspace(CommandContext& context, const Arguments& argumen
     if (const Expected<void> kept = keepOnly(workspace, arguments.only); !kept) {
         return std::unexpected(kept.error());
     }
-    const Expected<std::unique_ptr<Desktop>> desktop = openTrustedDesktop(context);
+    const Expected<std::unique_ptr<DesktopConnection>> desktop = openTrustedDesktop(context);
     if (!desktop) return std::unexpected(desktop.error());
     Restore::Options options = restoreOptions(context, workspace, arguments);
     if (const Expected<void> agreed = consent(context, **desktop, whole, workspace, options, arguments);

@@ -14,8 +14,8 @@ namespace {
 
 constexpr std::string_view simulatedPrefix = "simulated:";
 
-Result<std::unique_ptr<Desktop>> openDesktop(const Arguments& arguments, FileSystem& files,
-                                             SystemLayer& system) {
+Result<std::unique_ptr<DesktopConnection>> openDesktop(const Arguments& arguments, FileSystem& files,
+                                                       SystemLayer& system) {
     const std::string& choice = arguments.desktop;
     if (choice.starts_with(simulatedPrefix)) {
         const auto scene = absolutePath(choice.substr(simulatedPrefix.size()));
