@@ -96,7 +96,7 @@ inline std::string digestForTests(std::string_view bytes) {
 
 /// Before the services, which live on its executor.
 struct SimulatedDesk {
-    Desktop desktop;
+    TestDesktop desktop;
 };
 
 class Model : private SimulatedDesk, public SimulatedSystem {
@@ -112,7 +112,7 @@ class Model : private SimulatedDesk, public SimulatedSystem {
     }
 
     explicit Model(const Scene& scene = desk(), std::uint64_t seed = 1)
-        : SimulatedDesk{Desktop(scene, seed)}, SimulatedSystem(desktop.executor()) {
+        : SimulatedDesk{TestDesktop(scene, seed)}, SimulatedSystem(desktop.executor()) {
         AppSettings settings;
         settings.onboarded = true;
         EXPECT_TRUE(settings.save(defaults));

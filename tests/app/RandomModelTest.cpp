@@ -386,7 +386,7 @@ class RandomModel {
     std::mt19937_64 random_;
     RandomDesktop scenes_;
     const simulated::Scene scene_;
-    samples::Desktop desktop_;
+    samples::TestDesktop desktop_;
     MemoryFileSystem disk_;
     SimulatedSystem system_{desktop_.executor()};
     samples::RecordedSurfaces surfaces_;

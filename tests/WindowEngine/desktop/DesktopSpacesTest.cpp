@@ -42,7 +42,7 @@ class Server final : public ForwardingWindowServer {
 class Spaces : public Desktop {
   public:
     explicit Spaces(std::vector<SceneApplication> applications = {}, std::int64_t desktops = 2)
-        : Desktop([&] {
+        : TestDesktop([&] {
               Scene it = scene(std::move(applications));
               it.displays[0].desktops = desktops;
               it.displays[0].shownDesktop = 1;
