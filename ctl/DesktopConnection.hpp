@@ -14,7 +14,7 @@ namespace quillo::ctl {
 
 class DesktopConnection {
   public:
-    virtual ~Desktop() = default;
+    virtual ~DesktopConnection() = default;
     /// For the doctor: which layer this is.
     virtual std::string description() const = 0;
     virtual DesktopAccess& access() = 0;

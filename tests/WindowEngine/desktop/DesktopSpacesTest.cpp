@@ -39,7 +39,7 @@ class Server final : public ForwardingWindowServer {
 };
 
 /// "main" with two desktops, the second in front, and "side" with one.
-class Spaces : public Desktop {
+class Spaces : public TestDesktop {
   public:
     explicit Spaces(std::vector<SceneApplication> applications = {}, std::int64_t desktops = 2)
         : TestDesktop([&] {

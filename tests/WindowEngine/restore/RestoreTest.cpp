@@ -259,14 +259,14 @@ TEST(Restore, AListenerThatThrowsStillGetsAReport) {
 // -- one journey through every kind of step, interrupted everywhere
 // ------------------------------------------
 
-std::unique_ptr<Desktop> journeyDesktop() {
+std::unique_ptr<TestDesktop> journeyDesktop() {
     SceneApplication running = sceneApplication(
         "org.a", {sceneWindow("plain", home), sceneWindow("minimized", home), sceneWindow("full", onSide)});
     running.windows[1].minimized = true;
     running.windows[2].fullscreen = true;
     SceneApplication ended = sceneApplication("org.b", {sceneWindow("late", onSide)});
     ended.windows[0].opensAfter = 0.4;
-    return std::make_unique<Desktop>(scene({running, ended}));
+    return std::make_unique<TestDesktop>(scene({running, ended}));
 }
 
 WorkspaceSnapshot saveAndDisturb(TestDesktop& desktop) {
