@@ -25,7 +25,7 @@ using namespace std::chrono_literals;
 
 /// Everything that is read of the desktop before the first suspension: nothing of it is read twice, and
 /// nothing of it is used after one.
-struct Reading {
+struct CaptureReading {
     bool trusted = false;
     std::vector<DisplaySnapshot> displays;
     std::vector<NativeDesktop> desktops;
@@ -36,7 +36,7 @@ struct Reading {
 };
 
 /// Directly after the enumeration, so that a window is verified as it was read.
-void applyPrivacyGate(DesktopAccess& desktop, Reading& reading) {
+void applyPrivacyGate(DesktopAccess& desktop, CaptureReading& reading) {
     for (std::size_t i = 0; i < reading.applications.size(); ++i) {
         const RunningApplication& application = reading.applications[i];
         if (SafariPrivacy::removeUnverified(desktop, *application.bundleIdentifier, application.pid,
@@ -46,8 +46,9 @@ void applyPrivacyGate(DesktopAccess& desktop, Reading& reading) {
 }
 
 /// `silent`: applications that do not answer, and are not waited for again.
-Reading readDesktop(DesktopAccess& desktop, const Options& options, const std::set<ProcessID>& silent) {
-    Reading reading;
+CaptureReading readDesktop(DesktopAccess& desktop, const Options& options,
+                           const std::set<ProcessID>& silent) {
+    CaptureReading reading;
     reading.trusted = desktop.platform.accessibility.trusted();
     reading.displays = Displays::current(desktop.platform.screens);
     reading.desktops = DesktopSpaces::current(desktop);
@@ -70,7 +71,7 @@ Reading readDesktop(DesktopAccess& desktop, const Options& options, const std::s
 
 /// The first application found to hang that was not known to; everything is then read anew without it, for
 /// while it was waited for the desktop changed.
-std::optional<ProcessID> newlySilent(const DesktopAccess& desktop, const Reading& reading,
+std::optional<ProcessID> newlySilent(const DesktopAccess& desktop, const CaptureReading& reading,
                                      const std::set<ProcessID>& silent) {
     const TimePoint now = desktop.platform.executor.now();
     for (const RunningApplication& application : reading.applications) {
@@ -80,7 +81,7 @@ std::optional<ProcessID> newlySilent(const DesktopAccess& desktop, const Reading
     return std::nullopt;
 }
 
-std::optional<DesktopSnapshot> desktopOf(const Reading& reading, WindowNumber number,
+std::optional<DesktopSnapshot> desktopOf(const CaptureReading& reading, WindowNumber number,
                                          const std::optional<std::string>& displayID) {
     const auto facts = reading.server.facts.find(number);
     if (facts == reading.server.facts.end()) return std::nullopt;
@@ -93,7 +94,7 @@ Rect normalizedFrame(const Rect& frame, const DisplaySnapshot* display,
     return Displays::normalize(frame, (display ? *display : all.front()).frame);
 }
 
-WindowSnapshot windowSnapshot(const Reading& reading, const LiveWindow& window) {
+WindowSnapshot windowSnapshot(const CaptureReading& reading, const LiveWindow& window) {
     const LiveWindowInfo& info = window.info;
     const DisplaySnapshot* display = Displays::display(info.frame, reading.displays);
     WindowSnapshot result;
@@ -113,7 +114,7 @@ WindowSnapshot windowSnapshot(const Reading& reading, const LiveWindow& window) 
     return result;
 }
 
-std::vector<WindowSnapshot> windowSnapshots(const Reading& reading, std::size_t application) {
+std::vector<WindowSnapshot> windowSnapshots(const CaptureReading& reading, std::size_t application) {
     const std::vector<LiveWindow>& live = reading.windows[application].windows;
     std::vector<WindowSnapshot> windows;
     for (const LiveWindow& window : live) windows.push_back(windowSnapshot(reading, window));
@@ -130,7 +131,7 @@ std::vector<WindowSnapshot> windowSnapshots(const Reading& reading, std::size_t 
         });
 }
 
-ApplicationSnapshot applicationSnapshot(const Reading& reading, std::size_t index) {
+ApplicationSnapshot applicationSnapshot(const CaptureReading& reading, std::size_t index) {
     const RunningApplication& application = reading.applications[index];
     ApplicationSnapshot result;
     result.bundleIdentifier = *application.bundleIdentifier;
@@ -167,7 +168,7 @@ const std::set<std::string>& alwaysExcluded() {
 Task<WorkspaceSnapshot> snapshot(DesktopAccess& desktop, Options options) {
     desktop.handles.unresponsive.clear();
     std::set<ProcessID> silent;
-    Reading reading = readDesktop(desktop, options, silent);
+    CaptureReading reading = readDesktop(desktop, options, silent);
     while (const auto hangs = newlySilent(desktop, reading, silent)) {
         silent.insert(*hangs);
         co_await sleepFor(0s);  // at most one messaging timeout at a time
