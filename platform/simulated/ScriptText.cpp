@@ -118,7 +118,7 @@ constexpr std::array<Template, 9> templates{{
 }};
 
 /// What is left of a text, and what was found in the part before.
-struct Reading {
+struct ScriptReading {
     std::string_view rest;
     Script script;
 };
@@ -141,7 +141,7 @@ std::optional<char> escaped(char c) {
 }
 
 /// A literal may run over several lines; nothing in it is a comment or a continuation.
-bool takeLiteral(Reading& reading, const std::string& field) {
+bool takeLiteral(ScriptReading& reading, const std::string& field) {
     const std::string_view text = reading.rest;
     if (!text.starts_with('"')) return false;
     std::string value;
@@ -162,7 +162,7 @@ bool takeLiteral(Reading& reading, const std::string& field) {
     return false;
 }
 
-bool takeNumber(Reading& reading, const std::string& field) {
+bool takeNumber(ScriptReading& reading, const std::string& field) {
     const std::size_t length = std::min(reading.rest.find_first_not_of("0123456789"), reading.rest.size());
     if (length == 0) return false;
     reading.script.fields[field].emplace_back(reading.rest.substr(0, length));
@@ -170,7 +170,7 @@ bool takeNumber(Reading& reading, const std::string& field) {
     return true;
 }
 
-bool takeNumbers(Reading& reading, const std::string& field) {
+bool takeNumbers(ScriptReading& reading, const std::string& field) {
     while (takeNumber(reading, field)) {
         if (!reading.rest.starts_with(", ")) return true;
         reading.rest.remove_prefix(2);
@@ -179,15 +179,15 @@ bool takeNumbers(Reading& reading, const std::string& field) {
 }
 
 /// What a place of a template, its name and marks, stands for.
-bool takePlace(Reading& reading, std::string_view place) {
+bool takePlace(ScriptReading& reading, std::string_view place) {
     if (place.starts_with("##")) return takeNumbers(reading, std::string(place.substr(2)));
     if (place.starts_with('#')) return takeNumber(reading, std::string(place.substr(1)));
     return takeLiteral(reading, std::string(place));
 }
 
 /// The next line of the text; false leaves `reading` as it was.
-bool takeLine(Reading& reading, std::string_view pattern) {
-    Reading trial = reading;
+bool takeLine(ScriptReading& reading, std::string_view pattern) {
+    ScriptReading trial = reading;
     while (!pattern.empty()) {
         if (pattern.front() != '<') {
             if (!trial.rest.starts_with(pattern.front())) return false;
@@ -205,7 +205,7 @@ bool takeLine(Reading& reading, std::string_view pattern) {
     return true;
 }
 
-bool takeLines(Reading& reading, std::string_view patterns) {
+bool takeLines(ScriptReading& reading, std::string_view patterns) {
     while (!patterns.empty()) {
         const std::size_t end = std::min(patterns.find('\n'), patterns.size());
         std::string_view pattern = patterns.substr(0, end);
@@ -235,7 +235,7 @@ std::vector<std::string> Script::values(std::string_view field) const {
 std::optional<Script> readScript(std::string_view text) {
     if (text.contains('\0') || !text::isValidUtf8(text)) return std::nullopt;
     for (const Template& known : templates) {
-        Reading reading{text, {known.kind, {}}};
+        ScriptReading reading{text, {known.kind, {}}};
         const bool read =
             std::ranges::all_of(known.parts, [&](std::string_view part) { return takeLines(reading, part); });
         if (read && reading.rest.empty()) return std::move(reading.script);
