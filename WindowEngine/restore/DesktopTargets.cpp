@@ -157,7 +157,7 @@ std::map<std::string, SpaceID> resolveTargets(std::span<const DesktopSnapshot> s
 }
 
 DesktopPlan plan(std::span<const DesktopSnapshot> saved, DisplayList savedDisplays,
-                 DisplayList currentDisplays, const DesktopReading& reading) {
+                 DisplayList currentDisplays, const DesktopList& reading) {
     DesktopPlan plan;
     if (saved.empty()) return plan;
     if (reading.desktops.empty()) {

@@ -21,7 +21,7 @@
 namespace quillo {
 
 /// What the window server tells of desktops at one moment.
-struct DesktopReading {
+struct DesktopList {
     std::vector<NativeDesktop> desktops;
     Capability creation = Capability::available();
     /// Why nothing could be read, in words for the report, where `desktops` is empty.
@@ -65,7 +65,7 @@ std::map<std::string, SpaceID> resolveTargets(std::span<const DesktopSnapshot> s
 
 /// Without saved desktops there is nothing to do, and nothing to say.
 DesktopPlan plan(std::span<const DesktopSnapshot> saved, DisplayList savedDisplays,
-                 DisplayList currentDisplays, const DesktopReading& reading);
+                 DisplayList currentDisplays, const DesktopList& reading);
 
 /// Whether this is no desktop of the window server but one that a plan would create.
 bool isPlanned(SpaceID space);
