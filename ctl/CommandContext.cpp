@@ -73,18 +73,18 @@ std::vector<Workspace> scan(CommandContext& context, const WorkspaceStore& store
     return std::move(result.workspaces);
 }
 
-Expected<Workspace> find(std::span<const Workspace> workspaces, std::string_view which) {
+Result<Workspace, Failure> find(std::span<const Workspace> workspaces, std::string_view which) {
     const std::vector<const Workspace*> known = knownAs(which, workspaces);
     if (known.empty()) return failure("there is no workspace " + printable(which));
     if (known.size() > 1) return std::unexpected(ambiguous(which, known));
     return *known.front();
 }
 
-Expected<Workspace> find(CommandContext& context, std::string_view which) {
+Result<Workspace, Failure> find(CommandContext& context, std::string_view which) {
     return find(scan(context), which);
 }
 
-Expected<Found> findWithHistory(CommandContext& context, std::string_view which) {
+Result<Found, Failure> findWithHistory(CommandContext& context, std::string_view which) {
     std::vector<Workspace> workspaces = scan(context);
     bool isSession = false;
     if (knownAs(which, workspaces).empty()) {
@@ -92,19 +92,19 @@ Expected<Found> findWithHistory(CommandContext& context, std::string_view which)
         isSession = !knownAs(which, sessions).empty();
         if (isSession) workspaces = std::move(sessions);
     }
-    Expected<Workspace> found = find(workspaces, which);
+    Result<Workspace, Failure> found = find(workspaces, which);
     if (!found) return std::unexpected(found.error());
     return Found{*std::move(found), isSession};
 }
 
-Expected<std::string> workspaceName(std::string_view argument, std::string_view text) {
+Result<std::string, Failure> workspaceName(std::string_view argument, std::string_view text) {
     if (!text::isValidUtf8(text)) return failure(fmt::format("{}: not valid UTF-8", argument), Exit::usage);
     std::string name = text::trim(text);
     if (name.empty()) return failure(fmt::format("{}: the name is empty", argument), Exit::usage);
     return name;
 }
 
-Expected<std::unique_ptr<DesktopConnection>> openDesktop(CommandContext& context) {
+Result<std::unique_ptr<DesktopConnection>, Failure> openDesktop(CommandContext& context) {
     Result<std::unique_ptr<DesktopConnection>> desktop = context.openDesktop();
     if (desktop) return *std::move(desktop);
     const ErrorKind kind = desktop.error().kind;
@@ -112,8 +112,8 @@ Expected<std::unique_ptr<DesktopConnection>> openDesktop(CommandContext& context
     return failure(printable(desktop.error().text), unreachable ? Exit::permission : Exit::failed);
 }
 
-Expected<std::unique_ptr<DesktopConnection>> openTrustedDesktop(CommandContext& context) {
-    Expected<std::unique_ptr<DesktopConnection>> desktop = openDesktop(context);
+Result<std::unique_ptr<DesktopConnection>, Failure> openTrustedDesktop(CommandContext& context) {
+    Result<std::unique_ptr<DesktopConnection>, Failure> desktop = openDesktop(context);
     if (!desktop) return desktop;
     AccessibilityService& accessibility = (*desktop)->access().platform.accessibility;
     if (!accessibility.trusted()) {

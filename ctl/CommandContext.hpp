@@ -45,8 +45,8 @@ std::vector<Workspace> scan(CommandContext& context, const WorkspaceStore& store
 
 /// The one workspace that `which` names: its identifier, or its name ignoring case. Several of one name are
 /// listed with their identifiers and none is taken.
-Expected<Workspace> find(CommandContext& context, std::string_view which);
-Expected<Workspace> find(std::span<const Workspace> workspaces, std::string_view which);
+Result<Workspace, Failure> find(CommandContext& context, std::string_view which);
+Result<Workspace, Failure> find(std::span<const Workspace> workspaces, std::string_view which);
 
 /// For commands that change no workspace: the same, and where the library knows none so, among the sessions
 /// of the history.
@@ -54,16 +54,16 @@ struct Found {
     Workspace workspace;
     bool isSession = false;
 };
-Expected<Found> findWithHistory(CommandContext& context, std::string_view which);
+Result<Found, Failure> findWithHistory(CommandContext& context, std::string_view which);
 
 /// A name as it is stored: trimmed. An empty one, or bytes that are not UTF-8, are a usage error that names
 /// the argument.
-Expected<std::string> workspaceName(std::string_view argument, std::string_view text);
+Result<std::string, Failure> workspaceName(std::string_view argument, std::string_view text);
 
 /// The desktop, or why there is none: no permission where nothing answers, else a failure (a bad scene).
-Expected<std::unique_ptr<DesktopConnection>> openDesktop(CommandContext& context);
+Result<std::unique_ptr<DesktopConnection>, Failure> openDesktop(CommandContext& context);
 /// The same for a command that reads or changes other applications' windows.
-Expected<std::unique_ptr<DesktopConnection>> openTrustedDesktop(CommandContext& context);
+Result<std::unique_ptr<DesktopConnection>, Failure> openTrustedDesktop(CommandContext& context);
 
 /// `path` seen from the working directory; as it is where there is none any more.
 std::filesystem::path absolutePath(const std::filesystem::path& path);

@@ -17,7 +17,7 @@ CommandResult printList(Output& output, std::span<const Workspace> workspaces, s
 JsonLine summary(const Workspace& workspace);
 
 /// The desktop as a save records it.
-Expected<WorkspaceSnapshot> captureDesktop(CommandContext& context, const Arguments& arguments);
+Result<WorkspaceSnapshot, Failure> captureDesktop(CommandContext& context, const Arguments& arguments);
 /// "3 windows of 2 applications"; remarks of the capture go to standard error.
 std::string reportCaptured(CommandContext& context, const WorkspaceSnapshot& snapshot);
 

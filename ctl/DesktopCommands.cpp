@@ -32,9 +32,9 @@ CommandResult store(CommandContext& context, std::string_view preposition, const
 }
 
 CommandResult saveNew(CommandContext& context, const Arguments& arguments) {
-    const Expected<std::string> name = workspaceName("NAME", *arguments.name);
+    const Result<std::string, Failure> name = workspaceName("NAME", *arguments.name);
     if (!name) return std::unexpected(name.error());
-    Expected<WorkspaceSnapshot> snapshot = captureDesktop(context, arguments);
+    Result<WorkspaceSnapshot, Failure> snapshot = captureDesktop(context, arguments);
     if (!snapshot) return std::unexpected(snapshot.error());
     return store(context, "as",
                  Workspace::create(Uuid::random(), uniqueName(*name, scan(context)), std::string(defaultIcon),
@@ -42,9 +42,9 @@ CommandResult saveNew(CommandContext& context, const Arguments& arguments) {
 }
 
 CommandResult renew(CommandContext& context, const Arguments& arguments) {
-    Expected<Workspace> workspace = find(context, *arguments.update);
+    Result<Workspace, Failure> workspace = find(context, *arguments.update);
     if (!workspace) return std::unexpected(workspace.error());
-    Expected<WorkspaceSnapshot> snapshot = captureDesktop(context, arguments);
+    Result<WorkspaceSnapshot, Failure> snapshot = captureDesktop(context, arguments);
     if (!snapshot) return std::unexpected(snapshot.error());
     // What it does to other applications stays only where that was chosen here.
     if (!context.known.isCleanSlateChosenHere(*workspace)) workspace->cleanSlate.reset();
@@ -120,8 +120,8 @@ void examineSettings(Examination& examination, const CommandContext& context, co
 
 }  // namespace
 
-Expected<WorkspaceSnapshot> captureDesktop(CommandContext& context, const Arguments& arguments) {
-    Expected<std::unique_ptr<DesktopConnection>> desktop = openTrustedDesktop(context);
+Result<WorkspaceSnapshot, Failure> captureDesktop(CommandContext& context, const Arguments& arguments) {
+    Result<std::unique_ptr<DesktopConnection>, Failure> desktop = openTrustedDesktop(context);
     if (!desktop) return std::unexpected(desktop.error());
     std::optional<WorkspaceSnapshot> snapshot = run(
         **desktop, Capture::snapshot((*desktop)->access(), settingsFor(context, arguments).captureOptions()));
@@ -139,7 +139,7 @@ std::string reportCaptured(CommandContext& context, const WorkspaceSnapshot& sna
 
 CommandResult doctor(CommandContext& context, const Arguments& arguments) {
     Examination examination(context.output);
-    const Expected<std::unique_ptr<DesktopConnection>> desktop = openDesktop(context);
+    const Result<std::unique_ptr<DesktopConnection>, Failure> desktop = openDesktop(context);
     if (desktop) {
         examineDesktop(examination, **desktop);
     } else {
@@ -152,7 +152,7 @@ CommandResult doctor(CommandContext& context, const Arguments& arguments) {
 }
 
 CommandResult showWindows(CommandContext& context, const Arguments& arguments) {
-    const Expected<WorkspaceSnapshot> snapshot = captureDesktop(context, arguments);
+    const Result<WorkspaceSnapshot, Failure> snapshot = captureDesktop(context, arguments);
     if (!snapshot) return std::unexpected(snapshot.error());
     if (snapshot->windowCount() == 0 && !context.output.json()) context.output.line("No windows.");
     printWindows(context.output, *snapshot);
@@ -160,7 +160,7 @@ CommandResult showWindows(CommandContext& context, const Arguments& arguments) {
 }
 
 CommandResult showDisplays(CommandContext& context, const Arguments&) {
-    const Expected<std::unique_ptr<DesktopConnection>> desktop = openDesktop(context);
+    const Result<std::unique_ptr<DesktopConnection>, Failure> desktop = openDesktop(context);
     if (!desktop) return std::unexpected(desktop.error());
     const auto displays = Displays::current((*desktop)->access().platform.screens);
     if (displays.empty() && !context.output.json()) context.output.line("No display is attached.");

@@ -16,13 +16,13 @@ std::unexpected<Failure> badFile(const std::string& file, const Error& error) {
     return failure(printable(named ? error.text : file + ": " + error.text));
 }
 
-Expected<std::filesystem::path> fileArgument(const Arguments& arguments) {
+Result<std::filesystem::path, Failure> fileArgument(const Arguments& arguments) {
     if (arguments.file.empty()) return failure("FILE: the name is empty", Exit::usage);
     return absolutePath(arguments.file);
 }
 
-Expected<std::string> readFile(CommandContext& context, const Arguments& arguments) {
-    const Expected<std::filesystem::path> file = fileArgument(arguments);
+Result<std::string, Failure> readFile(CommandContext& context, const Arguments& arguments) {
+    const Result<std::filesystem::path, Failure> file = fileArgument(arguments);
     if (!file) return std::unexpected(file.error());
     Result<std::string> bytes = context.files.read(*file);
     if (!bytes) return badFile(arguments.file, bytes.error());
@@ -32,9 +32,9 @@ Expected<std::string> readFile(CommandContext& context, const Arguments& argumen
 }  // namespace
 
 CommandResult exportWorkspace(CommandContext& context, const Arguments& arguments) {
-    const Expected<std::filesystem::path> file = fileArgument(arguments);
+    const Result<std::filesystem::path, Failure> file = fileArgument(arguments);
     if (!file) return std::unexpected(file.error());
-    const Expected<Found> found = findWithHistory(context, arguments.workspace);
+    const Result<Found, Failure> found = findWithHistory(context, arguments.workspace);
     if (!found) return std::unexpected(found.error());
     const Workspace& workspace = found->workspace;
     if (!arguments.force && context.files.exists(*file)) {
@@ -49,7 +49,7 @@ CommandResult exportWorkspace(CommandContext& context, const Arguments& argument
 }
 
 CommandResult importWorkspace(CommandContext& context, const Arguments& arguments) {
-    const Expected<std::string> bytes = readFile(context, arguments);
+    const Result<std::string, Failure> bytes = readFile(context, arguments);
     if (!bytes) return std::unexpected(bytes.error());
     const Result<ImportedWorkspace> imported = ImportedWorkspace::read(*bytes, scan(context), now());
     if (!imported) return badFile(arguments.file, imported.error());
@@ -64,7 +64,7 @@ CommandResult importWorkspace(CommandContext& context, const Arguments& argument
 }
 
 CommandResult validateFile(CommandContext& context, const Arguments& arguments) {
-    const Expected<std::string> bytes = readFile(context, arguments);
+    const Result<std::string, Failure> bytes = readFile(context, arguments);
     if (!bytes) return std::unexpected(bytes.error());
     const Result<Workspace> workspace = WorkspaceCoding::decode(*bytes);
     if (!workspace) return badFile(arguments.file, workspace.error());

@@ -10,7 +10,7 @@ CommandResult listHistory(CommandContext& context, const Arguments&) {
 }
 
 CommandResult saveToHistory(CommandContext& context, const Arguments& arguments) {
-    const Expected<WorkspaceSnapshot> snapshot = captureDesktop(context, arguments);
+    const Result<WorkspaceSnapshot, Failure> snapshot = captureDesktop(context, arguments);
     if (!snapshot) return std::unexpected(snapshot.error());
     const std::string captured = reportCaptured(context, *snapshot);
     const Result<bool> saved = saveSession(context.history, context.known, *snapshot, now());

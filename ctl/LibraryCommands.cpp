@@ -98,7 +98,7 @@ CommandResult listWorkspaces(CommandContext& context, const Arguments&) {
 }
 
 CommandResult showWorkspace(CommandContext& context, const Arguments& arguments) {
-    const Expected<Found> found = findWithHistory(context, arguments.workspace);
+    const Result<Found, Failure> found = findWithHistory(context, arguments.workspace);
     if (!found) return std::unexpected(found.error());
     const Workspace& workspace = found->workspace;
     if (!context.output.json()) {
@@ -112,10 +112,10 @@ CommandResult showWorkspace(CommandContext& context, const Arguments& arguments)
 }
 
 CommandResult renameWorkspace(CommandContext& context, const Arguments& arguments) {
-    const Expected<std::string> name = workspaceName("NAME", *arguments.name);
+    const Result<std::string, Failure> name = workspaceName("NAME", *arguments.name);
     if (!name) return std::unexpected(name.error());
     const std::vector<Workspace> workspaces = scan(context);
-    const Expected<Workspace> found = find(workspaces, arguments.workspace);
+    const Result<Workspace, Failure> found = find(workspaces, arguments.workspace);
     if (!found) return std::unexpected(found.error());
     if (*name == found->name) return reportSaved(context, "Unchanged:", *found);
 
@@ -132,7 +132,7 @@ CommandResult renameWorkspace(CommandContext& context, const Arguments& argument
 
 CommandResult duplicateWorkspace(CommandContext& context, const Arguments& arguments) {
     const std::vector<Workspace> workspaces = scan(context);
-    const Expected<Workspace> source = find(workspaces, arguments.workspace);
+    const Result<Workspace, Failure> source = find(workspaces, arguments.workspace);
     if (!source) return std::unexpected(source.error());
     const Workspace copy = source->importedCopy(uniqueName(source->name + " copy", workspaces), now());
     if (const Result<void> saved = context.store.save(copy); !saved) {
@@ -143,7 +143,7 @@ CommandResult duplicateWorkspace(CommandContext& context, const Arguments& argum
 }
 
 CommandResult deleteWorkspace(CommandContext& context, const Arguments& arguments) {
-    const Expected<Workspace> workspace = find(context, arguments.workspace);
+    const Result<Workspace, Failure> workspace = find(context, arguments.workspace);
     if (!workspace) return std::unexpected(workspace.error());
     if (const Result<void> removed = context.store.remove(workspace->id); !removed) {
         return couldNot("delete " + printable(workspace->name), removed.error());

@@ -22,7 +22,7 @@ bool isNamed(const ApplicationSnapshot& application, std::string_view which) {
 }
 
 /// Leaves only the applications that --only names.
-Expected<void> keepOnly(Workspace& workspace, const std::vector<std::string>& only) {
+Result<void, Failure> keepOnly(Workspace& workspace, const std::vector<std::string>& only) {
     if (only.empty()) return {};
     std::vector<ApplicationSnapshot>& applications = workspace.snapshot.applications;
     for (const std::string& which : only) {
@@ -96,8 +96,8 @@ void printConsequences(Output& output, const Consequences& consequences) {
 }
 
 /// Shows what a restore of the part that was asked for would do, and asks.
-Expected<void> askPerson(CommandContext& context, DesktopConnection& desktop, const Workspace& part,
-                         const Restore::Options& options, const std::string& reason) {
+Result<void, Failure> askPerson(CommandContext& context, DesktopConnection& desktop, const Workspace& part,
+                                const Restore::Options& options, const std::string& reason) {
     if (!context.output.canAsk()) {
         return failure(reason + "; look at it with plan, then give --yes to restore it");
     }
@@ -115,13 +115,13 @@ Expected<void> askPerson(CommandContext& context, DesktopConnection& desktop, co
 
 /// Asks where that is needed, and sets what the restore may do then. `part` is what --only leaves of
 /// `workspace`.
-Expected<void> consent(CommandContext& context, DesktopConnection& desktop, const Workspace& workspace,
-                       const Workspace& part, Restore::Options& options, const Arguments& arguments) {
+Result<void, Failure> consent(CommandContext& context, DesktopConnection& desktop, const Workspace& workspace,
+                              const Workspace& part, Restore::Options& options, const Arguments& arguments) {
     const std::optional<ReasonToAsk> reason = context.known.reasonToAsk(workspace);
     context.known.permit(workspace, reason.has_value(), options);
     if (!reason) return {};
     if (!arguments.yes) {
-        Expected<void> asked = askPerson(context, desktop, part, options, words(*reason, workspace));
+        Result<void, Failure> asked = askPerson(context, desktop, part, options, words(*reason, workspace));
         if (!asked) return asked;
     }
     if (isAllOfIt(workspace, arguments)) noteProvenance(context, context.known.agreed(workspace));
@@ -145,9 +145,9 @@ void printProvenance(CommandContext& context, const Workspace& workspace) {
 }  // namespace
 
 CommandResult planRestore(CommandContext& context, const Arguments& arguments) {
-    const Expected<Found> found = findWithHistory(context, arguments.workspace);
+    const Result<Found, Failure> found = findWithHistory(context, arguments.workspace);
     if (!found) return std::unexpected(found.error());
-    const Expected<std::unique_ptr<DesktopConnection>> desktop = openTrustedDesktop(context);
+    const Result<std::unique_ptr<DesktopConnection>, Failure> desktop = openTrustedDesktop(context);
     if (!desktop) return std::unexpected(desktop.error());
     Restore::Options options = restoreOptions(context, found->workspace, arguments);
     context.known.permit(found->workspace, true, options);
@@ -164,17 +164,18 @@ CommandResult planRestore(CommandContext& context, const Arguments& arguments) {
 }
 
 CommandResult restoreWorkspace(CommandContext& context, const Arguments& arguments) {
-    Expected<Found> found = findWithHistory(context, arguments.workspace);
+    Result<Found, Failure> found = findWithHistory(context, arguments.workspace);
     if (!found) return std::unexpected(found.error());
     const Workspace whole = found->workspace;
     Workspace& workspace = found->workspace;
-    if (const Expected<void> kept = keepOnly(workspace, arguments.only); !kept) {
+    if (const Result<void, Failure> kept = keepOnly(workspace, arguments.only); !kept) {
         return std::unexpected(kept.error());
     }
-    const Expected<std::unique_ptr<DesktopConnection>> desktop = openTrustedDesktop(context);
+    const Result<std::unique_ptr<DesktopConnection>, Failure> desktop = openTrustedDesktop(context);
     if (!desktop) return std::unexpected(desktop.error());
     Restore::Options options = restoreOptions(context, workspace, arguments);
-    if (const Expected<void> agreed = consent(context, **desktop, whole, workspace, options, arguments);
+    if (const Result<void, Failure> agreed =
+            consent(context, **desktop, whole, workspace, options, arguments);
         !agreed) {
         return std::unexpected(agreed.error());
     }
