@@ -53,7 +53,8 @@ void AppModel::observeSystem() {
 }
 
 bool AppModel::busy() const {
-    return capturing() || nowRefreshing() || draft_ || asked_ || restoreRunning() || snapshotting();
+    return capturing() || refreshingCurrentSnapshot() || draft_ || asked_ || restoreRunning() ||
+           snapshotting();
 }
 
 bool AppModel::canRelaunchForUpdate() const {

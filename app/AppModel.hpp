@@ -11,7 +11,6 @@
 #include <string>
 #include <vector>
 
-#include "WindowEngine/desktop/Accessibility.hpp"
 #include "WindowEngine/library/SessionHistory.hpp"
 #include "WindowEngine/library/WorkspaceStore.hpp"
 #include "WindowEngine/restore/Restore.hpp"
@@ -24,23 +23,16 @@
 #include "app/StorageIssues.hpp"
 #include "app/Surfaces.hpp"
 #include "app/TaskSlot.hpp"
-#include "platform/services/PowerEvents.hpp"
-#include "platform/services/Shell.hpp"
+#include "platform/services/SystemServices.hpp"
 #include "settings/AppSettings.hpp"
 #include "settings/KnownWorkspaces.hpp"
 
 namespace quillo {
 
-/// What the model stands on: references only, which must outlive it.
-struct AppServices {
-    DesktopAccess& desktop;
-    FileSystem& files;
+/// What the model stands on, which must outlive it.
+struct AppServices : SystemServices {
     std::filesystem::path data;  // holds workspaces/ and sessions/
-    UserDefaults& defaults;
     Digest digest;
-    HotKeyService& hotKeys;
-    LoginItemService& loginItem;
-    PowerEvents& power;
     Shell& shell;
     Surfaces& surfaces;
 };
@@ -78,22 +70,23 @@ class AppModel final : public QObject {
         return Restore::shownName(services_.desktop.platform.applications, application);
     }
     Capability accessibilityAccess() const { return services_.desktop.platform.accessibility.access(); }
-    CaptureDraft* draft() const { return draft_.get(); }    // null when nothing is under review
-    RestoreRun* restore() const { return restore_.get(); }  // the current or the last run; null before any
-    bool capturing() const { return capturing_; }           // for the person
+    CaptureDraft* draft() const { return draft_.get(); }  // null when nothing is under review
+    /// The current or the last; null before any.
+    RestoreRun* restoreRun() const { return restoreRun_.get(); }
+    bool capturing() const { return capturing_; }  // for the person
     const std::optional<std::string>& toast() const { return toast_; }
     LoginItemController& loginItem() { return loginItem_; }
     HotKeys& hotKeys() { return hotKeys_; }
-    /// The desktop as it was when refreshNow() last looked.
-    const std::optional<WorkspaceSnapshot>& now() const { return now_; }
-    bool nowRefreshing() const { return nowRefreshing_; }
+    /// The desktop as it was when refreshCurrentSnapshot() last looked.
+    const std::optional<WorkspaceSnapshot>& currentSnapshot() const { return currentSnapshot_; }
+    bool refreshingCurrentSnapshot() const { return refreshingCurrentSnapshot_; }
     bool promptedForAccessibility() const { return promptedForAccessibility_; }
     bool showingSettings() const { return showingSettings_; }
 
     /// Waits for answerQuestion().
     const std::optional<ResumeQuestion>& question() const { return question_; }
 
-    bool restoreRunning() const { return restore_ && !restore_->report(); }
+    bool restoreRunning() const { return restoreRun_ && !restoreRun_->report(); }
     /// An automatic session capture runs.
     bool snapshotting() const { return autoSnapshotTask_.active(); }
     /// Whether a capture, a review, a question or a restore is under way, automatic ones included.
@@ -142,7 +135,7 @@ class AppModel final : public QObject {
     /// One automatic session capture, where the rules allow it now. The hold is released when it is over.
     void captureSession(const PowerHold& hold = {});
     void deleteSessionHistory();
-    void refreshNow();
+    void refreshCurrentSnapshot();
     /// The system's prompt the first time, its settings page from then on.
     void requestAccessibility();
 
@@ -163,8 +156,8 @@ class AppModel final : public QObject {
     void questionChanged();
     void capturingChanged();
     void toastChanged();
-    void nowChanged();
-    void nowRefreshingChanged();
+    void currentSnapshotChanged();
+    void refreshingCurrentSnapshotChanged();
     void showingSettingsChanged();
     void busyChanged();  // busy() or canRelaunchForUpdate()
 
@@ -178,7 +171,7 @@ class AppModel final : public QObject {
     Task<> pollPermission();
     Task<> captureForReview(std::optional<Workspace> updating, bool testRestoreAfterSave);
     Task<> captureAutomatically(Uuid generation, AppSettings settings);
-    Task<> captureNow();
+    Task<> captureCurrentSnapshot();
     Task<> clearToast();
     Task<> runRestore(RestoreRun* run, Workspace workspace, Restore::Options options);
     void ask(ReasonToAsk reason, const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate);
@@ -199,7 +192,7 @@ class AppModel final : public QObject {
     void noteProvenance(const Result<void>& noted);
     void setAutoSnapshotError(std::optional<std::string> message);
     void captureEnded(std::shared_ptr<CaptureDraft> draft);
-    void nowEnded(std::optional<WorkspaceSnapshot> snapshot);
+    void currentSnapshotRead(std::optional<WorkspaceSnapshot> snapshot);
     void setDraft(std::shared_ptr<CaptureDraft> draft);
     void reloadSessions();
     Instant wallNow() const;
@@ -221,7 +214,7 @@ class AppModel final : public QObject {
     AppSettings settings_;
     bool accessibilityGranted_ = false;
     std::shared_ptr<CaptureDraft> draft_;
-    std::shared_ptr<RestoreRun> restore_;
+    std::shared_ptr<RestoreRun> restoreRun_;
     struct Asked {  // what question_ is about, or will be
         Workspace workspace;
         std::optional<CleanSlateMode> cleanSlate;
@@ -234,8 +227,8 @@ class AppModel final : public QObject {
     std::optional<std::string> toast_;
     LoginItemController loginItem_;
     HotKeys hotKeys_;
-    std::optional<WorkspaceSnapshot> now_;
-    bool nowRefreshing_ = false;
+    std::optional<WorkspaceSnapshot> currentSnapshot_;
+    bool refreshingCurrentSnapshot_ = false;
     bool promptedForAccessibility_ = false;
     bool showingSettings_ = false;
     PowerHold powerHold_;  // of the system that waits for the running session capture
@@ -244,7 +237,8 @@ class AppModel final : public QObject {
     std::unique_ptr<SurfaceObserver> reopenObserver_;
 
     // Last: what runs ends before what it works on.
-    TaskSlot autoSnapshotTimer_, autoSnapshotTask_, permissionPoll_, captureTask_, nowTask_, questionTask_;
+    TaskSlot autoSnapshotTimer_, autoSnapshotTask_, permissionPoll_, captureTask_, currentSnapshotTask_,
+        questionTask_;
     TaskSlot toastTimer_, panelTimer_, exporting_, importing_;
     DirectoryWatch libraryWatch_, historyWatch_;
 };

@@ -74,26 +74,27 @@ void AppModel::commit(CaptureDraft& reviewed) {
     if (draft->testRestoreAfterSave()) restore(workspace, std::nullopt);
 }
 
-void AppModel::refreshNow() {
+void AppModel::refreshCurrentSnapshot() {
     const bool other = capturing() || snapshotting() || restoreRunning();
-    if (!accessibilityGranted_ || nowRefreshing() || other) return;
-    nowRefreshing_ = true;
-    nowTask_.start(executor(), captureNow(), [this] { nowEnded(std::nullopt); });
-    Q_EMIT nowRefreshingChanged();
+    if (!accessibilityGranted_ || refreshingCurrentSnapshot() || other) return;
+    refreshingCurrentSnapshot_ = true;
+    currentSnapshotTask_.start(executor(), captureCurrentSnapshot(),
+                               [this] { currentSnapshotRead(std::nullopt); });
+    Q_EMIT refreshingCurrentSnapshotChanged();
     Q_EMIT busyChanged();
 }
 
-Task<> AppModel::captureNow() {
-    nowEnded(co_await Capture::snapshot(services_.desktop, settings_.captureOptions()));
+Task<> AppModel::captureCurrentSnapshot() {
+    currentSnapshotRead(co_await Capture::snapshot(services_.desktop, settings_.captureOptions()));
 }
 
-void AppModel::nowEnded(std::optional<WorkspaceSnapshot> snapshot) {
-    if (!std::exchange(nowRefreshing_, false)) return;
+void AppModel::currentSnapshotRead(std::optional<WorkspaceSnapshot> snapshot) {
+    if (!std::exchange(refreshingCurrentSnapshot_, false)) return;
     if (snapshot) {
-        now_ = std::move(snapshot);
-        Q_EMIT nowChanged();
+        currentSnapshot_ = std::move(snapshot);
+        Q_EMIT currentSnapshotChanged();
     }
-    Q_EMIT nowRefreshingChanged();
+    Q_EMIT refreshingCurrentSnapshotChanged();
     Q_EMIT busyChanged();
 }
 

@@ -82,7 +82,7 @@ void AppModel::begin(const Workspace& workspace, std::optional<CleanSlateMode> c
     Workspace shown = workspace;  // as the restore goes about it, so that each line finds its window
     shown.snapshot = Restore::scopeOf(shown.snapshot, options.limited).snapshot;
     const auto run = std::make_shared<RestoreRun>(std::move(shown));
-    dispose(std::exchange(restore_, run));
+    dispose(std::exchange(restoreRun_, run));
     const bool wasAsked = forgetQuestion();
     panelTimer_.cancel();
     services_.surfaces.showPanel(PanelID::restore, panelPlace);
@@ -112,7 +112,7 @@ void AppModel::restoreEnded(RestoreRun& run, RestoreReport report) {
         }
         reload();
     }
-    if (restore_.get() != &run) return;  // whoever heard of its end has begun another
+    if (restoreRun_.get() != &run) return;  // whoever heard of its end has begun another
     panelTimer_.start(executor(), closePanelLater(run.clean() ? cleanPanelTime : troubledPanelTime));
     Q_EMIT restoreChanged();
     Q_EMIT busyChanged();
@@ -126,7 +126,7 @@ Task<> AppModel::closePanelLater(Duration delay) {
 }
 
 void AppModel::closeRestorePanel() {
-    if (restoreRunning()) restore_->cancel();
+    if (restoreRunning()) restoreRun_->cancel();
     services_.surfaces.closePanel(PanelID::restore);
 }
 

@@ -18,6 +18,7 @@ class LibraryState final : public QObject {
     /// The index must outlive it.
     explicit LibraryState(const LibraryIndex& index, QObject* parent = nullptr);
 
+    const LibraryIndex& index() const { return index_; }
     /// Places in the library.
     const std::vector<std::size_t>& rows() const { return rows_; }
     const Workspace& workspace(std::size_t row) const { return index_.workspaces()[rows_.at(row)]; }

@@ -23,7 +23,7 @@ void Switcher::shown() {
     focused_ = true;
     findMatches();
     Q_EMIT changed();
-    operations_.refreshNow();
+    operations_.refreshCurrentSnapshot();
 }
 
 void Switcher::setQuery(std::string query) {

@@ -23,7 +23,7 @@ class Switcher final : public QObject {
         std::function<void(const Workspace&)> restore;
         std::function<void()> beginCapture;  // of a new workspace
         std::function<void()> closePanel;    // nothing, where it is closed
-        std::function<void()> refreshNow;
+        std::function<void()> refreshCurrentSnapshot;
     };
 
     /// The index must outlive it.

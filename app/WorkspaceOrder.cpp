@@ -1,33 +1,25 @@
 #include "app/WorkspaceOrder.hpp"
 
 #include <algorithm>
-#include <numeric>
 #include <string>
 
+#include "WindowEngine/support/StableSort.hpp"
 #include "WindowEngine/support/Text.hpp"
 
 namespace quillo {
 namespace {
-
-std::vector<std::size_t> placesBefore(std::size_t count, auto before) {
-    std::vector<std::size_t> places(count);
-    std::iota(places.begin(), places.end(), std::size_t{0});
-    std::ranges::sort(places,
-                      [&](std::size_t a, std::size_t b) { return before(a, b) || (!before(b, a) && a < b); });
-    return places;
-}
 
 std::vector<std::size_t> byName(std::span<const Workspace> workspaces) {
     std::vector<std::string> keys;  // comparing names themselves would read each of them a dozen times
     keys.reserve(workspaces.size());
     for (const Workspace& workspace : workspaces)
         keys.push_back(text::nameSortKey(text::beginning(workspace.name, 400)));
-    return placesBefore(keys.size(), [&](std::size_t a, std::size_t b) { return keys[a] < keys[b]; });
+    return stablySortedPlaces(keys.size(), [&](std::size_t a, std::size_t b) { return keys[a] <=> keys[b]; });
 }
 
 std::vector<std::size_t> newestFirst(std::span<const Workspace> workspaces, auto moment) {
-    return placesBefore(workspaces.size(), [&](std::size_t a, std::size_t b) {
-        return moment(workspaces[a]) > moment(workspaces[b]);
+    return stablySortedPlaces(workspaces.size(), [&](std::size_t a, std::size_t b) {
+        return moment(workspaces[b]) <=> moment(workspaces[a]);
     });
 }
 

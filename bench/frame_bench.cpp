@@ -25,13 +25,8 @@
 #include "app/gui/Interface.hpp"
 #include "bench/SampleLibrary.hpp"
 #include "platform/posix/PosixFileSystem.hpp"
-#include "platform/simulated/MemoryDefaults.hpp"
-#include "platform/simulated/SimulatedHotKeys.hpp"
 #include "platform/simulated/SimulatedKeyMonitor.hpp"
-#include "platform/simulated/SimulatedLoginItem.hpp"
-#include "platform/simulated/SimulatedPowerEvents.hpp"
-#include "platform/simulated/SimulatedShell.hpp"
-#include "platform/simulated/SimulatedUpdater.hpp"
+#include "platform/simulated/SimulatedSystem.hpp"
 #include "platform/x11/X11Desktop.hpp"
 #include "tests/TemporaryDirectory.hpp"
 #include "tests/platform/x11/PrivateDesktop.hpp"
@@ -212,21 +207,19 @@ class Application {
   public:
     explicit Application(int workspaces) {
         settings_.onboarded = true;
-        if (!layer_ || !settings_.save(defaults_)) std::exit(1);
+        if (!layer_ || !settings_.save(system_.defaults)) std::exit(1);
         writeWorkspaces(data_.path() / "workspaces", workspaces);
         access_ = std::make_unique<DesktopAccess>(DesktopAccess{(*layer_)->platform(log_), handles_});
+        const SystemServices services = system_.services(*access_, files_);
         interface_ = std::make_unique<Interface>(Interface::Parts{.theme = theme_,
-                                                                  .shell = shell_,
-                                                                  .loginItem = loginItem_,
-                                                                  .hotKeys = hotKeys_,
-                                                                  .desktop = *access_,
+                                                                  .shell = system_.shell,
+                                                                  .system = services,
                                                                   .keys = keys_,
                                                                   .updates = updates_,
                                                                   .variant = TextVariant::onLinux});
-        model_ =
-            std::make_unique<AppModel>(AppServices{*access_, files_, data_.path(), defaults_,
-                                                   [](std::string_view bytes) { return std::string(bytes); },
-                                                   hotKeys_, loginItem_, power_, shell_, *interface_});
+        model_ = std::make_unique<AppModel>(
+            AppServices{services, data_.path(), [](std::string_view bytes) { return std::string(bytes); },
+                        system_.shell, *interface_});
         interface_->attach(*model_);
     }
     Application(const Application&) = delete;
@@ -265,14 +258,9 @@ class Application {
     TemporaryDirectory data_;
     Result<std::unique_ptr<X11Desktop>> layer_ = X11Desktop::create(executor_, {});
     WindowHandleCache handles_;
-    MemoryDefaults defaults_;
     AppSettings settings_;
-    SimulatedHotKeys hotKeys_{executor_};
-    SimulatedLoginItem loginItem_;
-    SimulatedPowerEvents power_{executor_};
-    SimulatedShell shell_;
-    SimulatedUpdater updater_;
-    UpdateController updates_{updater_};
+    SimulatedSystem system_{executor_};
+    UpdateController updates_{system_.updater};
     SimulatedKeyMonitor keys_;
     Theme theme_;
     std::unique_ptr<DesktopAccess> access_;

@@ -10,11 +10,7 @@
 #include "app/AppModel.hpp"
 #include "platform/linux/Sha256.hpp"
 #include "platform/posix/PosixFileSystem.hpp"
-#include "platform/simulated/MemoryDefaults.hpp"
-#include "platform/simulated/SimulatedHotKeys.hpp"
-#include "platform/simulated/SimulatedLoginItem.hpp"
-#include "platform/simulated/SimulatedPowerEvents.hpp"
-#include "platform/simulated/SimulatedShell.hpp"
+#include "platform/simulated/SimulatedSystem.hpp"
 #include "platform/x11/X11Desktop.hpp"
 #include "tests/TemporaryDirectory.hpp"
 #include "tests/platform/x11/PrivateDesktop.hpp"
@@ -62,18 +58,13 @@ int main() {
     DesktopAccess access{(*layer)->platform(log), handles};
     const TemporaryDirectory data;
     PosixFileSystem files;
-    MemoryDefaults defaults;
+    SimulatedSystem system(executor);
     AppSettings settings;
     settings.onboarded = true;
     settings.autoSnapshotMinutes = 5;
-    if (!settings.save(defaults)) return 1;
-    SimulatedHotKeys hotKeys(executor);
-    SimulatedLoginItem loginItem;
-    SimulatedPowerEvents power(executor);
-    SimulatedShell shell;
+    if (!settings.save(system.defaults)) return 1;
     NoSurfaces surfaces;
-    const AppModel model(
-        {access, files, data.path(), defaults, sha256, hotKeys, loginItem, power, shell, surfaces});
+    const AppModel model({system.services(access, files), data.path(), sha256, system.shell, surfaces});
     executor.runUntil([] { return false; }, 2s);  // what starting up left to do
 
     constexpr auto watched = 30s;

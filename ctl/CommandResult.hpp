@@ -23,9 +23,7 @@ struct Failure {
     std::string text;
 };
 
-template <class T>
-using Expected = std::expected<T, Failure>;
-using CommandResult = Expected<Exit>;
+using CommandResult = Result<Exit, Failure>;
 
 inline std::unexpected<Failure> failure(std::string text, Exit exit = Exit::failed) {
     return std::unexpected(Failure{exit, std::move(text)});

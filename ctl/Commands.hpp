@@ -1,15 +1,15 @@
 // Every command of quilloctl. Each prints its results and gives the exit status, or one line that says why
 // it did not work.
 #pragma once
-#include "ctl/Session.hpp"
+#include "ctl/CommandContext.hpp"
 
 namespace quillo::ctl {
 
-using Command = CommandResult (*)(Session&, const Arguments&);
+using Command = CommandResult (*)(CommandContext&, const Arguments&);
 
 /// The line that ends a command which changed the library: what happened and the workspace's name, or its
 /// summary as `list` gives it.
-CommandResult reportSaved(Session& session, std::string_view whatHappened, const Workspace& workspace);
+CommandResult reportSaved(CommandContext& context, std::string_view whatHappened, const Workspace& workspace);
 
 /// What `list` gives; people get `none` where there are none.
 CommandResult printList(Output& output, std::span<const Workspace> workspaces, std::string_view none);
@@ -17,35 +17,35 @@ CommandResult printList(Output& output, std::span<const Workspace> workspaces, s
 JsonLine summary(const Workspace& workspace);
 
 /// The desktop as a save records it.
-Expected<WorkspaceSnapshot> captureDesktop(Session& session, const Arguments& arguments);
+Result<WorkspaceSnapshot, Failure> captureDesktop(CommandContext& context, const Arguments& arguments);
 /// "3 windows of 2 applications"; remarks of the capture go to standard error.
-std::string reportCaptured(Session& session, const WorkspaceSnapshot& snapshot);
+std::string reportCaptured(CommandContext& context, const WorkspaceSnapshot& snapshot);
 
 // The library (LibraryCommands.cpp).
-CommandResult listWorkspaces(Session& session, const Arguments& arguments);
-CommandResult showWorkspace(Session& session, const Arguments& arguments);
-CommandResult renameWorkspace(Session& session, const Arguments& arguments);
-CommandResult duplicateWorkspace(Session& session, const Arguments& arguments);
-CommandResult deleteWorkspace(Session& session, const Arguments& arguments);
+CommandResult listWorkspaces(CommandContext& context, const Arguments& arguments);
+CommandResult showWorkspace(CommandContext& context, const Arguments& arguments);
+CommandResult renameWorkspace(CommandContext& context, const Arguments& arguments);
+CommandResult duplicateWorkspace(CommandContext& context, const Arguments& arguments);
+CommandResult deleteWorkspace(CommandContext& context, const Arguments& arguments);
 
 // Workspace files (FileCommands.cpp).
-CommandResult exportWorkspace(Session& session, const Arguments& arguments);
-CommandResult importWorkspace(Session& session, const Arguments& arguments);
-CommandResult validateFile(Session& session, const Arguments& arguments);
+CommandResult exportWorkspace(CommandContext& context, const Arguments& arguments);
+CommandResult importWorkspace(CommandContext& context, const Arguments& arguments);
+CommandResult validateFile(CommandContext& context, const Arguments& arguments);
 
 // The session history (HistoryCommands.cpp).
-CommandResult listHistory(Session& session, const Arguments& arguments);
-CommandResult saveToHistory(Session& session, const Arguments& arguments);
-CommandResult clearHistory(Session& session, const Arguments& arguments);
+CommandResult listHistory(CommandContext& context, const Arguments& arguments);
+CommandResult saveToHistory(CommandContext& context, const Arguments& arguments);
+CommandResult clearHistory(CommandContext& context, const Arguments& arguments);
 
 // The live desktop (DesktopCommands.cpp).
-CommandResult doctor(Session& session, const Arguments& arguments);
-CommandResult showWindows(Session& session, const Arguments& arguments);
-CommandResult showDisplays(Session& session, const Arguments& arguments);
-CommandResult saveWorkspace(Session& session, const Arguments& arguments);
+CommandResult doctor(CommandContext& context, const Arguments& arguments);
+CommandResult showWindows(CommandContext& context, const Arguments& arguments);
+CommandResult showDisplays(CommandContext& context, const Arguments& arguments);
+CommandResult saveWorkspace(CommandContext& context, const Arguments& arguments);
 
 // Bringing a workspace back (RestoreCommands.cpp).
-CommandResult planRestore(Session& session, const Arguments& arguments);
-CommandResult restoreWorkspace(Session& session, const Arguments& arguments);
+CommandResult planRestore(CommandContext& context, const Arguments& arguments);
+CommandResult restoreWorkspace(CommandContext& context, const Arguments& arguments);
 
 }  // namespace quillo::ctl

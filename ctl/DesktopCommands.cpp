@@ -21,38 +21,38 @@ std::string randomColor() {
     return std::string(Workspace::colors[position(source)]);
 }
 
-CommandResult store(Session& session, std::string_view preposition, const Workspace& workspace) {
-    if (const Result<void> saved = session.store.save(workspace); !saved) {
+CommandResult store(CommandContext& context, std::string_view preposition, const Workspace& workspace) {
+    if (const Result<void> saved = context.store.save(workspace); !saved) {
         return couldNot("save " + printable(workspace.name), saved.error());
     }
-    noteProvenance(session, session.known.savedHere(workspace));
-    return reportSaved(session,
-                       fmt::format("Saved {} {}", reportCaptured(session, workspace.snapshot), preposition),
+    noteProvenance(context, context.known.savedHere(workspace));
+    return reportSaved(context,
+                       fmt::format("Saved {} {}", reportCaptured(context, workspace.snapshot), preposition),
                        workspace);
 }
 
-CommandResult saveNew(Session& session, const Arguments& arguments) {
-    const Expected<std::string> name = workspaceName("NAME", *arguments.name);
+CommandResult saveNew(CommandContext& context, const Arguments& arguments) {
+    const Result<std::string, Failure> name = workspaceName("NAME", *arguments.name);
     if (!name) return std::unexpected(name.error());
-    Expected<WorkspaceSnapshot> snapshot = captureDesktop(session, arguments);
+    Result<WorkspaceSnapshot, Failure> snapshot = captureDesktop(context, arguments);
     if (!snapshot) return std::unexpected(snapshot.error());
-    const Expected<std::vector<Workspace>> workspaces = scan(session);
+    const Result<std::vector<Workspace>, Failure> workspaces = scan(context);
     if (!workspaces) return std::unexpected(workspaces.error());
-    return store(session, "as",
+    return store(context, "as",
                  Workspace::create(Uuid::random(), uniqueName(*name, *workspaces), std::string(defaultIcon),
                                    randomColor(), *std::move(snapshot), now()));
 }
 
-CommandResult renew(Session& session, const Arguments& arguments) {
-    Expected<Workspace> workspace = find(session, *arguments.update);
+CommandResult renew(CommandContext& context, const Arguments& arguments) {
+    Result<Workspace, Failure> workspace = find(context, *arguments.update);
     if (!workspace) return std::unexpected(workspace.error());
-    Expected<WorkspaceSnapshot> snapshot = captureDesktop(session, arguments);
+    Result<WorkspaceSnapshot, Failure> snapshot = captureDesktop(context, arguments);
     if (!snapshot) return std::unexpected(snapshot.error());
     // What it does to other applications stays only where that was chosen here.
-    if (!session.known.isCleanSlateChosenHere(*workspace)) workspace->cleanSlate.reset();
+    if (!context.known.isCleanSlateChosenHere(*workspace)) workspace->cleanSlate.reset();
     workspace->snapshot = *std::move(snapshot);
     workspace->updatedAt = now();
-    return store(session, "in", *workspace);
+    return store(context, "in", *workspace);
 }
 
 /// One line of the doctor's report.
@@ -88,7 +88,7 @@ class Examination {
     Output& output_;
 };
 
-void examineDesktop(Examination& examination, Desktop& desktop) {
+void examineDesktop(Examination& examination, DesktopConnection& desktop) {
     const Platform& platform = desktop.access().platform;
     examination.tell("desktop", desktop.description());
     examination.can("window access", platform.accessibility.access());
@@ -105,19 +105,19 @@ std::string listed(const auto& names) {
     return names.empty() ? "none" : fmt::format("{}", fmt::join(names, ", "));
 }
 
-void examineStore(Examination& examination, Session& session) {
-    const WorkspaceScanResult library = session.store.scan();
-    examination.tell("data directory", session.dataDirectory.string());
+void examineStore(Examination& examination, CommandContext& context) {
+    const WorkspaceScanResult library = context.store.scan();
+    examination.tell("data directory", context.dataDirectory.string());
     examination.tell("workspaces", std::to_string(library.workspaces.size()));
-    examination.tell("sessions", std::to_string(session.history.list().size()));
+    examination.tell("sessions", std::to_string(context.history.list().size()));
     examination.tell("damaged files", std::to_string(library.issues.size()));
-    examination.tell("damaged versions", listed(session.store.damagedFiles()));
+    examination.tell("damaged versions", listed(context.store.damagedFiles()));
     if (library.failure) examination.tell("library", library.failure->text);
-    examination.tell("log", session.logPlace);
+    examination.tell("log", context.logPlace);
 }
 
-void examineSettings(Examination& examination, const Session& session, const AppSettings& settings) {
-    examination.tell("settings", session.defaults.place());
+void examineSettings(Examination& examination, const CommandContext& context, const AppSettings& settings) {
+    examination.tell("settings", context.defaults.place());
     examination.tell("integrations", listed(settings.enabledAdapters));
     examination.tell("excluded applications", std::to_string(settings.excludedBundleIdentifiers.size()));
     examination.tell("excluded websites", std::to_string(settings.excludedDomains.size()));
@@ -125,57 +125,57 @@ void examineSettings(Examination& examination, const Session& session, const App
 
 }  // namespace
 
-Expected<WorkspaceSnapshot> captureDesktop(Session& session, const Arguments& arguments) {
-    Expected<std::unique_ptr<Desktop>> desktop = openTrustedDesktop(session);
+Result<WorkspaceSnapshot, Failure> captureDesktop(CommandContext& context, const Arguments& arguments) {
+    Result<std::unique_ptr<DesktopConnection>, Failure> desktop = openTrustedDesktop(context);
     if (!desktop) return std::unexpected(desktop.error());
     std::optional<WorkspaceSnapshot> snapshot = run(
-        **desktop, Capture::snapshot((*desktop)->access(), settingsFor(session, arguments).captureOptions()));
+        **desktop, Capture::snapshot((*desktop)->access(), settingsFor(context, arguments).captureOptions()));
     if (!snapshot) return failure("cancelled", Exit::cancelled);
     return *std::move(snapshot);
 }
 
-std::string reportCaptured(Session& session, const WorkspaceSnapshot& snapshot) {
+std::string reportCaptured(CommandContext& context, const WorkspaceSnapshot& snapshot) {
     for (const std::string& note : snapshot.notes.value_or(std::vector<std::string>{})) {
-        session.output.complain(printable(note));
+        context.output.complain(printable(note));
     }
     const auto applications = static_cast<std::int64_t>(snapshot.applications.size());
     return counted(snapshot.windowCount(), "window") + " of " + counted(applications, "application");
 }
 
-CommandResult doctor(Session& session, const Arguments& arguments) {
-    Examination examination(session.output);
-    const Expected<std::unique_ptr<Desktop>> desktop = openDesktop(session);
+CommandResult doctor(CommandContext& context, const Arguments& arguments) {
+    Examination examination(context.output);
+    const Result<std::unique_ptr<DesktopConnection>, Failure> desktop = openDesktop(context);
     if (desktop) {
         examineDesktop(examination, **desktop);
     } else {
         examination.can("window access", Capability::unavailable(desktop.error().text));
     }
-    examineStore(examination, session);
-    examineSettings(examination, session, settingsFor(session, arguments));
+    examineStore(examination, context);
+    examineSettings(examination, context, settingsFor(context, arguments));
     const bool trusted = desktop && (*desktop)->access().platform.accessibility.trusted();
     return trusted ? Exit::done : Exit::permission;
 }
 
-CommandResult showWindows(Session& session, const Arguments& arguments) {
-    const Expected<WorkspaceSnapshot> snapshot = captureDesktop(session, arguments);
+CommandResult showWindows(CommandContext& context, const Arguments& arguments) {
+    const Result<WorkspaceSnapshot, Failure> snapshot = captureDesktop(context, arguments);
     if (!snapshot) return std::unexpected(snapshot.error());
-    if (snapshot->windowCount() == 0 && !session.output.json()) session.output.line("No windows.");
-    printWindows(session.output, *snapshot);
+    if (snapshot->windowCount() == 0 && !context.output.json()) context.output.line("No windows.");
+    printWindows(context.output, *snapshot);
     return Exit::done;
 }
 
-CommandResult showDisplays(Session& session, const Arguments&) {
-    const Expected<std::unique_ptr<Desktop>> desktop = openDesktop(session);
+CommandResult showDisplays(CommandContext& context, const Arguments&) {
+    const Result<std::unique_ptr<DesktopConnection>, Failure> desktop = openDesktop(context);
     if (!desktop) return std::unexpected(desktop.error());
     const auto displays = Displays::current((*desktop)->access().platform.screens);
-    if (displays.empty() && !session.output.json()) session.output.line("No display is attached.");
-    printDisplays(session.output, displays);
+    if (displays.empty() && !context.output.json()) context.output.line("No display is attached.");
+    printDisplays(context.output, displays);
     return Exit::done;
 }
 
-CommandResult saveWorkspace(Session& session, const Arguments& arguments) {
-    if (arguments.update) return renew(session, arguments);
-    if (arguments.name) return saveNew(session, arguments);
+CommandResult saveWorkspace(CommandContext& context, const Arguments& arguments) {
+    if (arguments.update) return renew(context, arguments);
+    if (arguments.name) return saveNew(context, arguments);
     return failure("save: give the new workspace's NAME, or --update W to renew one", Exit::usage);
 }
 

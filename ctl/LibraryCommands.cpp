@@ -92,75 +92,76 @@ CommandResult printList(Output& output, std::span<const Workspace> workspaces, s
     return Exit::done;
 }
 
-CommandResult listWorkspaces(Session& session, const Arguments&) {
-    const Expected<std::vector<Workspace>> workspaces = scan(session);
+CommandResult listWorkspaces(CommandContext& context, const Arguments&) {
+    const Result<std::vector<Workspace>, Failure> workspaces = scan(context);
     if (!workspaces) return std::unexpected(workspaces.error());
-    return printList(session.output, *workspaces,
+    return printList(context.output, *workspaces,
                      "No workspaces yet. Save what is open now with: quilloctl save NAME");
 }
 
-CommandResult showWorkspace(Session& session, const Arguments& arguments) {
-    const Expected<Found> found = findWithHistory(session, arguments.workspace);
+CommandResult showWorkspace(CommandContext& context, const Arguments& arguments) {
+    const Result<Found, Failure> found = findWithHistory(context, arguments.workspace);
     if (!found) return std::unexpected(found.error());
     const Workspace& workspace = found->workspace;
-    if (!session.output.json()) {
-        printWorkspace(session.output, workspace);
+    if (!context.output.json()) {
+        printWorkspace(context.output, workspace);
         return Exit::done;
     }
     const Result<std::string> document = WorkspaceCoding::encode(workspace);
     if (!document) return couldNot("show " + printable(workspace.name), document.error());
-    session.output.line(onOneLine(*document));
+    context.output.line(onOneLine(*document));
     return Exit::done;
 }
 
-CommandResult renameWorkspace(Session& session, const Arguments& arguments) {
-    const Expected<std::string> name = workspaceName("NAME", *arguments.name);
+CommandResult renameWorkspace(CommandContext& context, const Arguments& arguments) {
+    const Result<std::string, Failure> name = workspaceName("NAME", *arguments.name);
     if (!name) return std::unexpected(name.error());
-    const Expected<std::vector<Workspace>> workspaces = scan(session);
+    const Result<std::vector<Workspace>, Failure> workspaces = scan(context);
     if (!workspaces) return std::unexpected(workspaces.error());
-    const Expected<Workspace> found = find(*workspaces, arguments.workspace);
+    const Result<Workspace, Failure> found = find(*workspaces, arguments.workspace);
     if (!found) return std::unexpected(found.error());
-    if (*name == found->name) return reportSaved(session, "Unchanged:", *found);
+    if (*name == found->name) return reportSaved(context, "Unchanged:", *found);
 
-    Result<Workspace> workspace = session.store.load(found->id);
+    Result<Workspace> workspace = context.store.load(found->id);
     if (!workspace) return couldNot("rename " + printable(found->name), workspace.error());
     // The workspace itself counts among the names taken, as everywhere else in the program.
     workspace->name = uniqueName(*name, *workspaces);
     workspace->updatedAt = now();
-    if (const Result<void> saved = session.store.save(*workspace); !saved) {
+    if (const Result<void> saved = context.store.save(*workspace); !saved) {
         return couldNot("rename " + printable(found->name), saved.error());
     }
-    return reportSaved(session, "Renamed " + printable(found->name) + " to", *workspace);
+    return reportSaved(context, "Renamed " + printable(found->name) + " to", *workspace);
 }
 
-CommandResult duplicateWorkspace(Session& session, const Arguments& arguments) {
-    const Expected<std::vector<Workspace>> workspaces = scan(session);
+CommandResult duplicateWorkspace(CommandContext& context, const Arguments& arguments) {
+    const Result<std::vector<Workspace>, Failure> workspaces = scan(context);
     if (!workspaces) return std::unexpected(workspaces.error());
-    const Expected<Workspace> source = find(*workspaces, arguments.workspace);
+    const Result<Workspace, Failure> source = find(*workspaces, arguments.workspace);
     if (!source) return std::unexpected(source.error());
     const Workspace copy = source->importedCopy(uniqueName(source->name + " copy", *workspaces), now());
-    if (const Result<void> saved = session.store.save(copy); !saved) {
+    if (const Result<void> saved = context.store.save(copy); !saved) {
         return couldNot("duplicate " + printable(source->name), saved.error());
     }
-    noteProvenance(session, session.known.madeFrom(*source, copy));
-    return reportSaved(session, "Duplicated " + printable(source->name) + " as", copy);
+    noteProvenance(context, context.known.madeFrom(*source, copy));
+    return reportSaved(context, "Duplicated " + printable(source->name) + " as", copy);
 }
 
-CommandResult deleteWorkspace(Session& session, const Arguments& arguments) {
-    const Expected<Workspace> workspace = find(session, arguments.workspace);
+CommandResult deleteWorkspace(CommandContext& context, const Arguments& arguments) {
+    const Result<Workspace, Failure> workspace = find(context, arguments.workspace);
     if (!workspace) return std::unexpected(workspace.error());
-    if (const Result<void> removed = session.store.remove(workspace->id); !removed) {
+    if (const Result<void> removed = context.store.remove(workspace->id); !removed) {
         return couldNot("delete " + printable(workspace->name), removed.error());
     }
-    (void)session.known.forget(workspace->id);  // what is left of it is no harm
-    return reportSaved(session, "Deleted", *workspace);
+    (void)context.known.forget(workspace->id);  // what is left of it is no harm
+    return reportSaved(context, "Deleted", *workspace);
 }
 
-CommandResult reportSaved(Session& session, std::string_view whatHappened, const Workspace& workspace) {
-    if (session.output.json()) {
-        session.output.value(summary(workspace));
+CommandResult reportSaved(CommandContext& context, std::string_view whatHappened,
+                          const Workspace& workspace) {
+    if (context.output.json()) {
+        context.output.value(summary(workspace));
     } else {
-        session.output.line(fmt::format("{} {}", whatHappened, printable(workspace.name)));
+        context.output.line(fmt::format("{} {}", whatHappened, printable(workspace.name)));
     }
     return Exit::done;
 }

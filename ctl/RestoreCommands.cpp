@@ -22,7 +22,7 @@ bool isNamed(const ApplicationSnapshot& application, std::string_view which) {
 }
 
 /// Leaves only the applications that --only names.
-Expected<void> keepOnly(Workspace& workspace, const std::vector<std::string>& only) {
+Result<void, Failure> keepOnly(Workspace& workspace, const std::vector<std::string>& only) {
     if (only.empty()) return {};
     std::vector<ApplicationSnapshot>& applications = workspace.snapshot.applications;
     for (const std::string& which : only) {
@@ -48,9 +48,10 @@ std::optional<CleanSlateMode> cleanSlate(const Workspace& workspace, const Argum
     return arguments.only.empty() ? workspace.cleanSlate : std::nullopt;
 }
 
-Restore::Options restoreOptions(Session& session, const Workspace& workspace, const Arguments& arguments) {
+Restore::Options restoreOptions(CommandContext& context, const Workspace& workspace,
+                                const Arguments& arguments) {
     return {.cleanSlate = cleanSlate(workspace, arguments),
-            .enabledAdapters = settingsFor(session, arguments).enabledAdapters};
+            .enabledAdapters = settingsFor(context, arguments).enabledAdapters};
 }
 
 Exit exitFor(const RestoreReport& report) {
@@ -59,10 +60,10 @@ Exit exitFor(const RestoreReport& report) {
 }
 
 /// A workspace of which only some applications were asked for has not been restored: its time stays.
-bool noteRestored(Session& session, const Uuid& id) {
-    const Result<bool> updated = session.store.updateLastRestored(id, now());
+bool noteRestored(CommandContext& context, const Uuid& id) {
+    const Result<bool> updated = context.store.updateLastRestored(id, now());
     if (updated && *updated) return true;
-    session.output.complain("Restored, but couldn't update last-used time");
+    context.output.complain("Restored, but couldn't update last-used time");
     return false;
 }
 
@@ -94,85 +95,86 @@ void printConsequences(Output& output, const Consequences& consequences) {
 }
 
 /// Shows what a restore of the part that was asked for would do, and asks.
-Expected<void> askPerson(Session& session, Desktop& desktop, const Workspace& part,
-                         const Restore::Options& options, const std::string& reason) {
-    if (!session.output.canAsk()) {
+Result<void, Failure> askPerson(CommandContext& context, DesktopConnection& desktop, const Workspace& part,
+                                const Restore::Options& options, const std::string& reason) {
+    if (!context.output.canAsk()) {
         return failure(reason + "; look at it with plan, then give --yes to restore it");
     }
     DesktopAccess& access = desktop.access();
     const std::optional<RestorePreview> preview =
         run(desktop, Restore::preview(access, part.snapshot, options));
     if (!preview) return failure("cancelled", Exit::cancelled);
-    session.output.line(reason + ". Restoring it would do this:");
-    printConsequences(session.output,
+    context.output.line(reason + ". Restoring it would do this:");
+    printConsequences(context.output,
                       Restore::consequences(access.platform.applications, *preview, part,
                                             options.cleanSlate.value_or(CleanSlateMode::keep)));
-    if (!session.output.confirmed("Restore it?")) return failure("cancelled", Exit::cancelled);
+    if (!context.output.confirmed("Restore it?")) return failure("cancelled", Exit::cancelled);
     return {};
 }
 
 /// Asks where that is needed, and sets what the restore may do then. `part` is what --only leaves of
 /// `workspace`.
-Expected<void> consent(Session& session, Desktop& desktop, const Workspace& workspace, const Workspace& part,
-                       Restore::Options& options, const Arguments& arguments) {
-    const std::optional<ReasonToAsk> reason = session.known.reasonToAsk(workspace);
-    session.known.permit(workspace, reason.has_value(), options);
+Result<void, Failure> consent(CommandContext& context, DesktopConnection& desktop, const Workspace& workspace,
+                              const Workspace& part, Restore::Options& options, const Arguments& arguments) {
+    const std::optional<ReasonToAsk> reason = context.known.reasonToAsk(workspace);
+    context.known.permit(workspace, reason.has_value(), options);
     if (!reason) return {};
     if (!arguments.yes) {
-        Expected<void> asked = askPerson(session, desktop, part, options, words(*reason, workspace));
+        Result<void, Failure> asked = askPerson(context, desktop, part, options, words(*reason, workspace));
         if (!asked) return asked;
     }
-    if (isAllOfIt(workspace, arguments)) noteProvenance(session, session.known.agreed(workspace));
+    if (isAllOfIt(workspace, arguments)) noteProvenance(context, context.known.agreed(workspace));
     return {};
 }
 
-void printProvenance(Session& session, const Workspace& workspace) {
-    if (session.known.isSavedHere(workspace)) return;
-    const bool agreed = session.known.isAgreed(workspace);
-    if (session.output.json()) {
+void printProvenance(CommandContext& context, const Workspace& workspace) {
+    if (context.known.isSavedHere(workspace)) return;
+    const bool agreed = context.known.isAgreed(workspace);
+    if (context.output.json()) {
         JsonLine line;
         line.add("workspace", workspace.name).add("savedHere", false).add("agreed", agreed);
-        session.output.value(std::move(line));
+        context.output.value(std::move(line));
         return;
     }
-    session.output.line(session.output.painted(
+    context.output.line(context.output.painted(
         Style::warning, printable(workspace.name) + " was not saved on this computer; " +
                             (agreed ? "you agreed to restore it" : "restore asks first")));
 }
 
 }  // namespace
 
-CommandResult planRestore(Session& session, const Arguments& arguments) {
-    const Expected<Found> found = findWithHistory(session, arguments.workspace);
+CommandResult planRestore(CommandContext& context, const Arguments& arguments) {
+    const Result<Found, Failure> found = findWithHistory(context, arguments.workspace);
     if (!found) return std::unexpected(found.error());
-    const Expected<std::unique_ptr<Desktop>> desktop = openTrustedDesktop(session);
+    const Result<std::unique_ptr<DesktopConnection>, Failure> desktop = openTrustedDesktop(context);
     if (!desktop) return std::unexpected(desktop.error());
-    Restore::Options options = restoreOptions(session, found->workspace, arguments);
-    session.known.permit(found->workspace, true, options);
+    Restore::Options options = restoreOptions(context, found->workspace, arguments);
+    context.known.permit(found->workspace, true, options);
     DesktopAccess& access = (*desktop)->access();
     const std::optional<RestorePreview> plan =
         run(**desktop, Restore::preview(access, found->workspace.snapshot, options));
     if (!plan) return failure("cancelled", Exit::cancelled);
-    printProvenance(session, found->workspace);
-    printCleanSlate(session.output, access.platform.applications, found->workspace,
+    printProvenance(context, found->workspace);
+    printCleanSlate(context.output, access.platform.applications, found->workspace,
                     options.cleanSlate.value_or(CleanSlateMode::keep));
-    for (const RestoreReport::Item& item : plan->scope->leftOut) printLeftOut(session.output, item);
-    printPlan(session.output, *plan);
+    for (const RestoreReport::Item& item : plan->scope->leftOut) printLeftOut(context.output, item);
+    printPlan(context.output, *plan);
     return Exit::done;
 }
 
-CommandResult restoreWorkspace(Session& session, const Arguments& arguments) {
-    Expected<Found> found = findWithHistory(session, arguments.workspace);
+CommandResult restoreWorkspace(CommandContext& context, const Arguments& arguments) {
+    Result<Found, Failure> found = findWithHistory(context, arguments.workspace);
     if (!found) return std::unexpected(found.error());
     const Workspace whole = found->workspace;
     Workspace& workspace = found->workspace;
-    if (const Expected<void> kept = keepOnly(workspace, arguments.only); !kept) {
+    if (const Result<void, Failure> kept = keepOnly(workspace, arguments.only); !kept) {
         return std::unexpected(kept.error());
     }
-    const Expected<std::unique_ptr<Desktop>> desktop = openTrustedDesktop(session);
+    const Result<std::unique_ptr<DesktopConnection>, Failure> desktop = openTrustedDesktop(context);
     if (!desktop) return std::unexpected(desktop.error());
-    Restore::Options options = restoreOptions(session, workspace, arguments);
-    if (const Expected<void> agreed = consent(session, **desktop, whole, workspace, options, arguments);
+    Restore::Options options = restoreOptions(context, workspace, arguments);
+    if (const Result<void, Failure> agreed =
+            consent(context, **desktop, whole, workspace, options, arguments);
         !agreed) {
         return std::unexpected(agreed.error());
     }
@@ -181,7 +183,7 @@ CommandResult restoreWorkspace(Session& session, const Arguments& arguments) {
     Restore::RestoreScope scope = Restore::scopeOf(shown.snapshot, options.limited);
     Restore::giveShownNames((*desktop)->access().platform.applications, scope);
     shown.snapshot = std::move(scope.snapshot);
-    RestorePrinter printer(session.output, shown);
+    RestorePrinter printer(context.output, shown);
     printer.begin();
     const std::optional<RestoreReport> report =
         run(**desktop, Restore::run((*desktop)->access(), workspace, options,
@@ -192,7 +194,7 @@ CommandResult restoreWorkspace(Session& session, const Arguments& arguments) {
     if (!kept) return failure(printable(kept.error().text));
     const Exit exit = exitFor(*report);
     if (report->cancelled || !arguments.only.empty() || found->isSession) return exit;
-    return noteRestored(session, workspace.id) ? exit : Exit::partly;
+    return noteRestored(context, workspace.id) ? exit : Exit::partly;
 }
 
 }  // namespace quillo::ctl

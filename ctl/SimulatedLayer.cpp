@@ -7,7 +7,7 @@
 namespace quillo::ctl {
 namespace {
 
-class SimulatedLayer final : public Desktop {
+class SimulatedLayer final : public DesktopConnection {
   public:
     SimulatedLayer(std::unique_ptr<SimulatedDesktop> desktop, SceneFile scene, SystemLog& log)
         : desktop_(std::move(desktop)),
@@ -32,7 +32,7 @@ class SimulatedLayer final : public Desktop {
 
 }  // namespace
 
-Result<std::unique_ptr<Desktop>> openSimulatedDesktop(const SceneFile& scene, SystemLog& log) {
+Result<std::unique_ptr<DesktopConnection>> openSimulatedDesktop(const SceneFile& scene, SystemLog& log) {
     const Result<std::string> json = scene.files.read(scene.path);
     if (!json) return std::unexpected(json.error());
     auto desktop = SimulatedDesktop::create(*json, scene.path.string());

@@ -5,7 +5,7 @@
 
 #include "WindowEngine/services/FileSystem.hpp"
 #include "WindowEngine/services/SystemLog.hpp"
-#include "ctl/Desktop.hpp"
+#include "ctl/DesktopConnection.hpp"
 
 namespace quillo::ctl {
 
@@ -17,6 +17,6 @@ struct SceneFile {
 
 /// The desktop that a scene describes, on a clock of its own that never waits. A bad scene is an error that
 /// names file and field.
-Result<std::unique_ptr<Desktop>> openSimulatedDesktop(const SceneFile& scene, SystemLog& log);
+Result<std::unique_ptr<DesktopConnection>> openSimulatedDesktop(const SceneFile& scene, SystemLog& log);
 
 }  // namespace quillo::ctl

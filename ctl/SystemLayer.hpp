@@ -7,7 +7,7 @@
 
 #include "WindowEngine/services/FileSystem.hpp"
 #include "WindowEngine/services/SystemLog.hpp"
-#include "ctl/Desktop.hpp"
+#include "ctl/DesktopConnection.hpp"
 #include "platform/posix/StandardDirectories.hpp"
 #include "platform/services/UserDefaults.hpp"
 
@@ -20,7 +20,7 @@ class SystemLayer {
   public:
     virtual ~SystemLayer() = default;
     /// Fails where no desktop answers; the text says what to do.
-    virtual Result<std::unique_ptr<Desktop>> openDesktop(SystemLog& log) = 0;
+    virtual Result<std::unique_ptr<DesktopConnection>> openDesktop(SystemLog& log) = 0;
     virtual SystemLog& log() = 0;
     /// Where a person finds the log.
     virtual std::string logPlace() const = 0;

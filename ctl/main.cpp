@@ -14,8 +14,8 @@ namespace {
 
 constexpr std::string_view simulatedPrefix = "simulated:";
 
-Result<std::unique_ptr<Desktop>> openDesktop(const Arguments& arguments, FileSystem& files,
-                                             SystemLayer& system) {
+Result<std::unique_ptr<DesktopConnection>> openDesktop(const Arguments& arguments, FileSystem& files,
+                                                       SystemLayer& system) {
     const std::string& choice = arguments.desktop;
     if (choice.starts_with(simulatedPrefix)) {
         const auto scene = absolutePath(choice.substr(simulatedPrefix.size()));
@@ -54,16 +54,16 @@ CommandResult runCommand(const Invocation& invocation, Output& output) {
     KnownWorkspaces known(
         system->defaults(), [&](std::string_view bytes) { return system->digest(bytes); },
         [&](const Uuid& id) { return files.exists(store.url(id)) || files.exists(history.store().url(id)); });
-    Session session{.output = output,
-                    .files = files,
-                    .store = store,
-                    .history = history,
-                    .dataDirectory = data,
-                    .logPlace = system->logPlace(),
-                    .defaults = system->defaults(),
-                    .known = known,
-                    .openDesktop = [&] { return openDesktop(arguments, files, *system); }};
-    return invocation.command(session, arguments);
+    CommandContext context{.output = output,
+                           .files = files,
+                           .store = store,
+                           .history = history,
+                           .dataDirectory = data,
+                           .logPlace = system->logPlace(),
+                           .defaults = system->defaults(),
+                           .known = known,
+                           .openDesktop = [&] { return openDesktop(arguments, files, *system); }};
+    return invocation.command(context, arguments);
 }
 
 /// A reader that went away must not end us in the middle of moving windows: writing then fails instead. A

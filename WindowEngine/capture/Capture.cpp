@@ -14,6 +14,7 @@
 #include "WindowEngine/integrations/SafariPrivacy.hpp"
 #include "WindowEngine/records/NativeTabs.hpp"
 #include "WindowEngine/records/OwnIdentity.hpp"
+#include "WindowEngine/support/StableSort.hpp"
 #include "WindowEngine/support/Text.hpp"
 #include "WindowEngine/support/Wait.hpp"
 
@@ -24,7 +25,7 @@ using namespace std::chrono_literals;
 
 /// Everything that is read of the desktop before the first suspension: nothing of it is read twice, and
 /// nothing of it is used after one.
-struct Reading {
+struct CaptureReading {
     bool trusted = false;
     std::vector<DisplaySnapshot> displays;
     std::vector<NativeDesktop> desktops;
@@ -44,7 +45,7 @@ std::set<std::string> excludedIdentifiers(DesktopAccess& desktop, const Options&
 }
 
 /// An application that has nothing but such windows is one of those that are kept out.
-void removeExcluded(DesktopAccess& desktop, const Options& options, Reading& reading) {
+void removeExcluded(DesktopAccess& desktop, const Options& options, CaptureReading& reading) {
     reading.excluded = desktop.platform.applications.windowsOfAny(excludedIdentifiers(desktop, options));
     for (std::size_t i = reading.applications.size(); i-- > 0;) {
         const auto removed = std::erase_if(reading.windows[i].windows, [&](const LiveWindow& window) {
@@ -56,7 +57,7 @@ void removeExcluded(DesktopAccess& desktop, const Options& options, Reading& rea
     }
 }
 
-void noteRemote(DesktopAccess& desktop, Reading& reading) {
+void noteRemote(DesktopAccess& desktop, CaptureReading& reading) {
     const std::int64_t count = desktop.platform.applications.remoteWindows();
     if (count == 0) return;
     reading.notes.push_back(count == 1 ? "1 window of a program on another machine was left out."
@@ -65,7 +66,7 @@ void noteRemote(DesktopAccess& desktop, Reading& reading) {
 }
 
 /// Directly after the enumeration, so that a window is verified as it was read.
-void applyPrivacyGate(DesktopAccess& desktop, Reading& reading) {
+void applyPrivacyGate(DesktopAccess& desktop, CaptureReading& reading) {
     for (std::size_t i = 0; i < reading.applications.size(); ++i) {
         const RunningApplication& application = reading.applications[i];
         if (SafariPrivacy::removeUnverified(desktop, *application.bundleIdentifier, application.pid,
@@ -75,8 +76,9 @@ void applyPrivacyGate(DesktopAccess& desktop, Reading& reading) {
 }
 
 /// `silent`: applications that do not answer, and are not waited for again.
-Reading readDesktop(DesktopAccess& desktop, const Options& options, const std::set<ProcessID>& silent) {
-    Reading reading;
+CaptureReading readDesktop(DesktopAccess& desktop, const Options& options,
+                           const std::set<ProcessID>& silent) {
+    CaptureReading reading;
     reading.trusted = desktop.platform.accessibility.trusted();
     reading.displays = Displays::current(desktop.platform.screens);
     reading.desktops = DesktopSpaces::current(desktop);
@@ -101,7 +103,7 @@ Reading readDesktop(DesktopAccess& desktop, const Options& options, const std::s
 
 /// The first application found to hang that was not known to; everything is then read anew without it, for
 /// while it was waited for the desktop changed.
-std::optional<ProcessID> newlySilent(const DesktopAccess& desktop, const Reading& reading,
+std::optional<ProcessID> newlySilent(const DesktopAccess& desktop, const CaptureReading& reading,
                                      const std::set<ProcessID>& silent) {
     const TimePoint now = desktop.platform.executor.now();
     for (const RunningApplication& application : reading.applications) {
@@ -111,7 +113,7 @@ std::optional<ProcessID> newlySilent(const DesktopAccess& desktop, const Reading
     return std::nullopt;
 }
 
-std::optional<DesktopSnapshot> desktopOf(const Reading& reading, WindowNumber number,
+std::optional<DesktopSnapshot> desktopOf(const CaptureReading& reading, WindowNumber number,
                                          const std::optional<std::string>& displayID) {
     const auto facts = reading.server.facts.find(number);
     if (facts == reading.server.facts.end()) return std::nullopt;
@@ -124,7 +126,7 @@ Rect normalizedFrame(const Rect& frame, const DisplaySnapshot* display,
     return Displays::normalize(frame, (display ? *display : all.front()).frame);
 }
 
-WindowSnapshot windowSnapshot(const Reading& reading, const LiveWindow& window) {
+WindowSnapshot windowSnapshot(const CaptureReading& reading, const LiveWindow& window) {
     const LiveWindowInfo& info = window.info;
     const DisplaySnapshot* display = Displays::display(info.frame, reading.displays);
     WindowSnapshot result;
@@ -144,7 +146,7 @@ WindowSnapshot windowSnapshot(const Reading& reading, const LiveWindow& window) 
     return result;
 }
 
-std::vector<WindowSnapshot> windowSnapshots(const Reading& reading, std::size_t application) {
+std::vector<WindowSnapshot> windowSnapshots(const CaptureReading& reading, std::size_t application) {
     const std::vector<LiveWindow>& live = reading.windows[application].windows;
     std::vector<WindowSnapshot> windows;
     for (const LiveWindow& window : live) windows.push_back(windowSnapshot(reading, window));
@@ -162,7 +164,7 @@ std::vector<WindowSnapshot> windowSnapshots(const Reading& reading, std::size_t 
         });
 }
 
-ApplicationSnapshot applicationSnapshot(const Reading& reading, std::size_t index) {
+ApplicationSnapshot applicationSnapshot(const CaptureReading& reading, std::size_t index) {
     const RunningApplication& application = reading.applications[index];
     ApplicationSnapshot result;
     result.bundleIdentifier = *application.bundleIdentifier;
@@ -170,19 +172,6 @@ ApplicationSnapshot applicationSnapshot(const Reading& reading, std::size_t inde
     result.applicationURL = application.bundleURL;
     result.windows = windowSnapshots(reading, index);
     return result;
-}
-
-void sortByName(std::vector<ApplicationSnapshot>& applications) {
-    // Equal names keep the order in which they were found.
-    std::vector<std::size_t> order(applications.size());
-    for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
-    std::ranges::sort(order, [&](std::size_t a, std::size_t b) {
-        const auto names = text::compareLocalized(applications[a].name, applications[b].name);
-        return names == 0 ? a < b : names < 0;
-    });
-    std::vector<ApplicationSnapshot> sorted;
-    for (const std::size_t index : order) sorted.push_back(std::move(applications[index]));
-    applications = std::move(sorted);
 }
 
 }  // namespace
@@ -212,7 +201,7 @@ const std::set<std::string>& alwaysExcluded() {
 Task<WorkspaceSnapshot> snapshot(DesktopAccess& desktop, Options options) {
     desktop.handles.unresponsive.clear();
     std::set<ProcessID> silent;
-    Reading reading = readDesktop(desktop, options, silent);
+    CaptureReading reading = readDesktop(desktop, options, silent);
     while (const auto hangs = newlySilent(desktop, reading, silent)) {
         silent.insert(*hangs);
         co_await sleepFor(0s);  // at most one messaging timeout at a time
@@ -233,7 +222,9 @@ Task<WorkspaceSnapshot> snapshot(DesktopAccess& desktop, Options options) {
         result.applications.push_back(NativeTabs::collapse(std::move(application)));
     }
     if (!notes.empty()) result.notes = std::move(notes);
-    sortByName(result.applications);
+    sortStably(result.applications, [](const ApplicationSnapshot& a, const ApplicationSnapshot& b) {
+        return text::compareLocalized(a.name, b.name);
+    });
     Log::captured(desktop.platform.log, result.applications.size(),
                   static_cast<std::size_t>(result.windowCount()));
     result.capturedAt = desktop.platform.executor.wallNow();

@@ -55,7 +55,7 @@ std::optional<LiveWindow> liveWindow(DesktopAccess& desktop, const Element& elem
 }
 
 /// One application of an enumeration under way.
-struct Reading {
+struct ApplicationReading {
     ProcessID pid;
     std::optional<Instant> launchedAt;
     std::vector<Element> candidates;
@@ -76,7 +76,7 @@ std::vector<Element> cachedElements(const DesktopAccess& desktop, ProcessID pid,
 
 /// The listed elements, then those that were listed before: windows that accessibility no longer lists (on
 /// another desktop) stay reachable through them.
-void collectCandidates(DesktopAccess& desktop, Reading& reading, const Attribute& windowList) {
+void collectCandidates(DesktopAccess& desktop, ApplicationReading& reading, const Attribute& windowList) {
     if (isTimeout(windowList)) {
         reading.result.timedOut = true;
         return;
@@ -91,9 +91,9 @@ void collectCandidates(DesktopAccess& desktop, Reading& reading, const Attribute
 }
 
 /// Once an application let its messaging timeout pass, nobody is asked any more in this enumeration.
-std::vector<Reading> readWindowLists(DesktopAccess& desktop, std::span<const ProcessID> pids) {
+std::vector<ApplicationReading> readWindowLists(DesktopAccess& desktop, std::span<const ProcessID> pids) {
     AccessibilityService& service = desktop.platform.accessibility;
-    std::vector<Reading> readings;
+    std::vector<ApplicationReading> readings;
     std::vector<OwnedRequest> requests;
     for (const ProcessID pid : pids) {
         readings.push_back({pid, launchDateOf(desktop, pid), {}, {}});
@@ -119,7 +119,7 @@ bool alreadyAccepted(const Enumeration& enumeration, const LiveWindow& window) {
     });
 }
 
-void acceptWindows(DesktopAccess& desktop, Reading& reading,
+void acceptWindows(DesktopAccess& desktop, ApplicationReading& reading,
                    std::span<const std::vector<Attribute>> answers) {
     for (std::size_t i = 0; i < reading.candidates.size(); ++i) {
         if (std::ranges::any_of(answers[i], isTimeout)) reading.result.timedOut = true;
@@ -130,10 +130,10 @@ void acceptWindows(DesktopAccess& desktop, Reading& reading,
     }
 }
 
-void readAllWindows(DesktopAccess& desktop, std::vector<Reading>& readings) {
+void readAllWindows(DesktopAccess& desktop, std::vector<ApplicationReading>& readings) {
     AccessibilityService& service = desktop.platform.accessibility;
     std::vector<OwnedRequest> requests;
-    for (Reading& reading : readings) {
+    for (ApplicationReading& reading : readings) {
         if (reading.result.timedOut) reading.candidates.clear();
         for (const Element& element : reading.candidates) {
             service.setMessagingTimeout(element, messagingTimeout);
@@ -142,7 +142,7 @@ void readAllWindows(DesktopAccess& desktop, std::vector<Reading>& readings) {
     }
     const auto answers = read(desktop, requests);
     std::span<const std::vector<Attribute>> rest(answers);
-    for (Reading& reading : readings) {
+    for (ApplicationReading& reading : readings) {
         acceptWindows(desktop, reading, rest.first(reading.candidates.size()));
         rest = rest.subspan(reading.candidates.size());
     }
@@ -186,7 +186,8 @@ std::vector<Element> recoverWindowElements(DesktopAccess& desktop, ProcessID pid
     return found;
 }
 
-void appendHiddenWindows(DesktopAccess& desktop, Reading& reading, const WindowServerReading& server) {
+void appendHiddenWindows(DesktopAccess& desktop, ApplicationReading& reading,
+                         const WindowServerReading& server) {
     std::set<WindowNumber> wanted;
     for (const auto& candidate : hiddenWindows(server, reading.pid, windowNumbers(reading.result.windows)))
         wanted.insert(candidate.windowID);
@@ -197,10 +198,10 @@ void appendHiddenWindows(DesktopAccess& desktop, Reading& reading, const WindowS
     }
 }
 
-void remember(DesktopAccess& desktop, const std::vector<Reading>& readings) {
+void remember(DesktopAccess& desktop, const std::vector<ApplicationReading>& readings) {
     std::erase_if(desktop.handles.entries,
                   [&](const auto& entry) { return !desktop.platform.applications.running(entry.first); });
-    for (const Reading& reading : readings) {
+    for (const ApplicationReading& reading : readings) {
         if (reading.result.timedOut) continue;  // its windows are still there, it only hangs
         auto& entry = desktop.handles.entries[reading.pid];
         entry = {reading.launchedAt, {}};
@@ -211,14 +212,14 @@ void remember(DesktopAccess& desktop, const std::vector<Reading>& readings) {
 /// `server`: null where hidden windows are not looked for.
 std::vector<Enumeration> enumerateWith(DesktopAccess& desktop, std::span<const ProcessID> pids,
                                        const WindowServerReading* server) {
-    std::vector<Reading> readings = readWindowLists(desktop, pids);
+    std::vector<ApplicationReading> readings = readWindowLists(desktop, pids);
     readAllWindows(desktop, readings);
-    for (Reading& reading : readings) {
+    for (ApplicationReading& reading : readings) {
         if (server && !reading.result.timedOut) appendHiddenWindows(desktop, reading, *server);
     }
     remember(desktop, readings);
     std::vector<Enumeration> result;
-    for (Reading& reading : readings) result.push_back(std::move(reading.result));
+    for (ApplicationReading& reading : readings) result.push_back(std::move(reading.result));
     return result;
 }
 

@@ -27,7 +27,7 @@ const std::string& nameOf(const std::string& bundleIdentifier) {
 }
 
 /// A text as a literal of the language: backslashes doubled, quotes escaped, the whole in double quotes.
-std::string quoted(std::string_view text) {
+std::string asLiteral(std::string_view text) {
     std::string literal = "\"";
     for (const char c : text) {
         if (c == '\\' || c == '"') literal += '\\';
@@ -36,8 +36,8 @@ std::string quoted(std::string_view text) {
     return literal += '"';
 }
 
-std::string quoted(const Url& url) {
-    return quoted(url.string());
+std::string asLiteral(const Url& url) {
+    return asLiteral(url.string());
 }
 
 std::string joined(std::initializer_list<std::string_view> parts) {
@@ -62,12 +62,12 @@ std::string opening(std::span<const Url> urls, std::string_view indent, std::str
                     std::string_view into) {
     std::string lines;
     if (!into.empty()) {
-        lines += fmt::format("{}set URL of {} of {} to {}\n", indent, into, window, quoted(urls.front()));
+        lines += fmt::format("{}set URL of {} of {} to {}\n", indent, into, window, asLiteral(urls.front()));
         urls = urls.subspan(1);
     }
     for (const Url& url : urls)
         lines += fmt::format("{}make new tab at end of tabs of {} with properties {{URL:{}}}\n", indent,
-                             window, quoted(url));
+                             window, asLiteral(url));
     return lines;
 }
 
@@ -89,7 +89,7 @@ return my joinList(out, linefeed))"});
     }
     std::string operator()(const OpenFolder& folder) const {
         return joined({tell, "    set target of (make new Finder window) to (POSIX file ",
-                       quoted(folder.path),
+                       asLiteral(folder.path),
                        R"( as alias)
 end tell)"});
     }
@@ -99,7 +99,7 @@ end tell)"});
         try
             if mode of w is "incognito" then
                 set end of out to )",
-                       quoted(privateMarker), R"(
+                       asLiteral(privateMarker), R"(
             else
                 set end of out to )",
                        tabs.identified ? identifier : "", addresses, R"(
@@ -114,14 +114,14 @@ return my joinList(out, linefeed))"});
     std::string operator()(const NewWindow& window) const {
         return joined({tell, R"(    set targetWindow to make new window
     set URL of active tab of targetWindow to )",
-                       quoted(window.first), R"(
+                       asLiteral(window.first), R"(
     return (id of targetWindow) as text
 end tell)"});
     }
     std::string operator()(const OpenTabs& tabs) const {
         return joined({tell, R"(    repeat with w in windows
         if ((id of w) as text) is )",
-                       quoted(tabs.window), R"( then
+                       asLiteral(tabs.window), R"( then
             if mode of w is "incognito" then error "the window is private"
 )",
                        opening(tabs.urls, "            ", "w", tabs.intoActiveTab ? "active tab" : ""),
@@ -147,7 +147,7 @@ end tell
 return my joinList(out, linefeed))"});
     }
     std::string operator()(const NewSafariWindow& window) const {
-        return joined({tell, "    make new document with properties {URL:", quoted(window.first), R"(}
+        return joined({tell, "    make new document with properties {URL:", asLiteral(window.first), R"(}
     return id of front window
 end tell)"});
     }
@@ -162,7 +162,7 @@ end tell)"});
 }  // namespace
 
 std::string text(const Script& script) {
-    const Writing writing{"tell application " + quoted(nameOf(script.bundleIdentifier)) + "\n"};
+    const Writing writing{"tell application " + asLiteral(nameOf(script.bundleIdentifier)) + "\n"};
     return std::visit(writing, script.request);
 }
 

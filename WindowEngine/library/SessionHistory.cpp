@@ -5,25 +5,13 @@
 
 #include "WindowEngine/library/WorkspaceFiles.hpp"
 #include "WindowEngine/records/WorkspaceCoding.hpp"
+#include "WindowEngine/support/StableSort.hpp"
 
 namespace quillo {
 namespace {
 
 constexpr const char* latestName = "Last session";
 constexpr const char* color = "sky";
-
-// Sorts by UTF-8 bytes; entries with equal keys keep their order.
-template <class T, class Key>
-void sortByKey(std::vector<T>& entries, Key keyOf) {
-    std::vector<std::pair<std::string, std::size_t>> order;
-    order.reserve(entries.size());
-    for (std::size_t i = 0; i < entries.size(); ++i) order.emplace_back(keyOf(entries[i]), i);
-    std::ranges::sort(order);
-    std::vector<T> sorted;
-    sorted.reserve(entries.size());
-    for (const auto& [key, i] : order) sorted.push_back(std::move(entries[i]));
-    entries = std::move(sorted);
-}
 
 std::string joinedAddresses(const ContextWindow& window) {
     std::string joined;
@@ -36,14 +24,15 @@ void normalize(AppContext& context) {
         window.sourceWindowIndex.reset();
         window.sourceWindowID.reset();
     }
-    sortByKey(context.windows, joinedAddresses);
+    sortStablyByKey(context.windows, joinedAddresses);
 }
 
 void normalize(ApplicationSnapshot& application) {
     for (WindowSnapshot& window : application.windows) window.index = 0;
     // A window that cannot be written fails the whole signature below.
-    sortByKey(application.windows,
-              [](const WindowSnapshot& window) { return WorkspaceCoding::encode(window).value_or(""); });
+    sortStablyByKey(application.windows, [](const WindowSnapshot& window) {
+        return WorkspaceCoding::encode(window).value_or("");
+    });
     if (application.context) normalize(*application.context);
 }
 
@@ -143,8 +132,8 @@ Result<std::string> SessionHistory::signature(const WorkspaceSnapshot& snapshot)
     WorkspaceSnapshot normalized = snapshot;
     normalized.capturedAt = Instant{};
     normalized.notes.reset();
-    sortByKey(normalized.applications,
-              [](const ApplicationSnapshot& application) { return application.bundleIdentifier; });
+    sortStablyByKey(normalized.applications,
+                    [](const ApplicationSnapshot& application) { return application.bundleIdentifier; });
     for (ApplicationSnapshot& application : normalized.applications) normalize(application);
     auto bytes = WorkspaceCoding::encode(normalized);
     // What cannot be written is named by its place in the snapshot that was given.

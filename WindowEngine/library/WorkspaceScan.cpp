@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <atomic>
-#include <numeric>
 #include <system_error>
 #include <thread>
 #include <utility>
 
 #include "WindowEngine/library/WorkspaceFiles.hpp"
 #include "WindowEngine/records/WorkspaceCoding.hpp"
+#include "WindowEngine/support/StableSort.hpp"
 
 namespace quillo {
 namespace {
@@ -44,20 +44,6 @@ std::string reason(const Error& trouble, const std::filesystem::path& file) {
     return trouble.text.starts_with(opening) ? trouble.text.substr(opening.size()) : trouble.text;
 }
 
-// Stable. Places are sorted instead of the records, which are large.
-void sortNewestFirst(std::vector<Workspace>& workspaces) {
-    std::vector<std::size_t> order(workspaces.size());
-    std::iota(order.begin(), order.end(), std::size_t{0});
-    std::ranges::sort(order, [&](std::size_t a, std::size_t b) {
-        const Instant first = workspaces[a].updatedAt, second = workspaces[b].updatedAt;
-        return first != second ? first > second : a < b;
-    });
-    std::vector<Workspace> sorted;
-    sorted.reserve(workspaces.size());
-    for (const std::size_t place : order) sorted.push_back(std::move(workspaces[place]));
-    workspaces = std::move(sorted);
-}
-
 }  // namespace
 
 WorkspaceScanResult WorkspaceScan::run() {
@@ -65,7 +51,8 @@ WorkspaceScanResult WorkspaceScan::run() {
     std::vector<Result<Workspace>> read = readAll(names);
     result_.workspaces.reserve(names.size());
     for (std::size_t i = 0; i < names.size(); ++i) settle(names[i], std::move(read[i]));
-    sortNewestFirst(result_.workspaces);
+    sortStably(result_.workspaces,
+               [](const Workspace& a, const Workspace& b) { return b.updatedAt <=> a.updatedAt; });
     return std::move(result_);
 }
 

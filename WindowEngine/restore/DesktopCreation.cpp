@@ -99,7 +99,7 @@ class Preparation {
 
 }  // namespace
 
-DesktopReading read(DesktopAccess& desktop) {
+DesktopList read(DesktopAccess& desktop) {
     WindowServer& server = desktop.platform.windowServer;
     const Capability spaces = server.spaces();
     return {.desktops = spaces ? current(desktop) : std::vector<NativeDesktop>{},

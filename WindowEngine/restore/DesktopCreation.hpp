@@ -18,7 +18,7 @@ struct DesktopPreparation {
 namespace DesktopSpaces {
 
 /// What the window server tells of desktops now.
-DesktopReading read(DesktopAccess& desktop);
+DesktopList read(DesktopAccess& desktop);
 
 /// Creates what is missing, display after display, and resolves the targets against what is there in the end.
 /// No failure stops a restore: each is logged and kept. Without saved desktops nothing is read. The desktop

@@ -164,7 +164,7 @@ DesktopTargets resolveTargets(std::span<const DesktopSnapshot> saved, std::span<
 }
 
 DesktopPlan plan(std::span<const DesktopSnapshot> saved, DisplayList savedDisplays,
-                 DisplayList currentDisplays, const DesktopReading& reading) {
+                 DisplayList currentDisplays, const DesktopList& reading) {
     DesktopPlan plan;
     if (saved.empty()) return plan;
     if (reading.desktops.empty()) {

@@ -29,7 +29,7 @@ using DesktopTargets = std::map<std::string, SpaceID>;
 std::optional<SpaceID> targetDesktop(const WindowSnapshot& saved, const DesktopTargets& desktops);
 
 /// What the window server tells of desktops at one moment.
-struct DesktopReading {
+struct DesktopList {
     std::vector<NativeDesktop> desktops;
     Capability creation = Capability::available();
     /// Why nothing could be read, in words for the report, where `desktops` is empty.
@@ -72,7 +72,7 @@ DesktopTargets resolveTargets(std::span<const DesktopSnapshot> saved, std::span<
 
 /// Without saved desktops there is nothing to do, and nothing to say.
 DesktopPlan plan(std::span<const DesktopSnapshot> saved, DisplayList savedDisplays,
-                 DisplayList currentDisplays, const DesktopReading& reading);
+                 DisplayList currentDisplays, const DesktopList& reading);
 
 /// Whether this is no desktop of the window server but one that a plan would create.
 bool isPlanned(SpaceID space);

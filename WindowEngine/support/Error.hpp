@@ -30,8 +30,9 @@ struct Error {
     bool operator==(const Error&) const = default;
 };
 
-template <class T>
-using Result = std::expected<T, Error>;
+/// The value, or why there is none.
+template <class T, class Reason = Error>
+using Result = std::expected<T, Reason>;
 
 inline std::unexpected<Error> fail(ErrorKind kind, std::string text, int code = 0) {
     return std::unexpected(Error{kind, std::move(text), code});

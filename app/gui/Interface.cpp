@@ -54,9 +54,9 @@ struct Interface::Presenters {
           detail(model, ui),
           review(model),
           onboarding(model),
-          settings(model, parts.updates, parts.loginItem, parts.shell),
-          privacy(model, parts.desktop),
-          shortcuts(model, parts.hotKeys, parts.keys),
+          settings(model, parts.updates, parts.system.loginItem, parts.shell),
+          privacy(model, parts.system.desktop),
+          shortcuts(model, parts.system.hotKeys, parts.keys),
           switcher(model, index, surfaces),
           restore(model),
           question(model) {

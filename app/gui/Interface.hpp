@@ -24,9 +24,7 @@ class Interface final : public QObject, public Surfaces {
     struct Parts {
         Theme& theme;
         Shell& shell;
-        LoginItemService& loginItem;
-        HotKeyService& hotKeys;
-        DesktopAccess& desktop;
+        SystemServices system;
         KeyMonitorService& keys;
         UpdateController& updates;
         TextVariant variant;

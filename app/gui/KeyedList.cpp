@@ -6,6 +6,7 @@ namespace quillo {
 namespace {
 
 constexpr int keyRole = Qt::UserRole;
+constexpr std::size_t mostSteps = 64;
 
 /// Of the numbers, each there once, which belong to a longest rising sequence of them.
 std::vector<std::size_t> longestRising(const std::vector<std::size_t>& numbers) {
@@ -44,27 +45,54 @@ QVariant KeyedList::data(const QModelIndex& index, int role) const {
     return role > keyRole ? value(key, role - keyRole - 1) : QVariant();
 }
 
-void KeyedList::setKeys(std::vector<QString> keys) {
+void KeyedList::setKeys(const std::vector<QString>& keys) {
     const int before = count();
     QHash<QString, std::size_t> places;
     for (std::size_t i = 0; i < keys.size(); ++i) places.insert(keys[i], i);
+    std::vector<Fate> fates(keys.size(), Fate::comes);
     std::vector<std::size_t> remaining;
-    for (const QString& key : keys_) {
-        if (const auto place = places.constFind(key); place != places.cend()) remaining.push_back(*place);
+    std::size_t steps = 0;
+    for (bool going = false; const QString& key : keys_) {
+        const auto place = places.constFind(key);
+        const bool goes = place == places.cend();
+        steps += goes && !going;
+        going = goes;
+        if (goes) continue;
+        remaining.push_back(*place);
+        fates[*place] = Fate::moves;
     }
-    std::vector<bool> stays(keys.size());
-    for (const std::size_t place : longestRising(remaining)) stays[place] = true;
-    removeRowsBut(places, stays);
-    insertMissing(keys, stays);
+    const std::vector<std::size_t> staying = longestRising(remaining);
+    for (const std::size_t place : staying) fates[place] = Fate::stays;
+    steps += keys.size() - staying.size();
+    if (steps > mostSteps) {
+        replace(keys);
+    } else {
+        removeOthers(places);
+        insertAndMove(keys, fates);
+    }
     if (count() > 0) Q_EMIT dataChanged(index(0), index(count() - 1));
     if (count() != before) Q_EMIT countChanged();
 }
 
-void KeyedList::removeRowsBut(const QHash<QString, std::size_t>& places, const std::vector<bool>& stays) {
-    const auto goes = [&](int row) {
-        const auto place = places.constFind(keys_[static_cast<std::size_t>(row)]);
-        return place == places.cend() || !stays[*place];
-    };
+/// Another list altogether, as a letter typed makes it: its rows take the places of those before, whose
+/// delegates show them. Step by step would take longer than a frame may, as would new delegates.
+void KeyedList::replace(const std::vector<QString>& keys) {
+    const int before = count(), after = static_cast<int>(keys.size());
+    if (before > after) {
+        beginRemoveRows({}, after, before - 1);
+        keys_.resize(keys.size());
+        endRemoveRows();
+    }
+    std::ranges::copy_n(keys.begin(), std::min(before, after), keys_.begin());
+    if (after > before) {
+        beginInsertRows({}, before, after - 1);
+        keys_ = keys;
+        endInsertRows();
+    }
+}
+
+void KeyedList::removeOthers(const QHash<QString, std::size_t>& kept) {
+    const auto goes = [&](int row) { return !kept.contains(keys_[static_cast<std::size_t>(row)]); };
     for (int last = count() - 1; last >= 0; --last) {
         if (!goes(last)) continue;
         int first = last;
@@ -76,16 +104,29 @@ void KeyedList::removeRowsBut(const QHash<QString, std::size_t>& places, const s
     }
 }
 
-void KeyedList::insertMissing(const std::vector<QString>& keys, const std::vector<bool>& stays) {
-    for (std::size_t first = 0; first < keys.size(); ++first) {
-        if (stays[first]) continue;
-        std::size_t end = first + 1;
-        while (end < keys.size() && !stays[end]) ++end;
-        const auto at = static_cast<std::ptrdiff_t>(first), stop = static_cast<std::ptrdiff_t>(end);
-        beginInsertRows({}, static_cast<int>(first), static_cast<int>(end) - 1);
-        keys_.insert(keys_.begin() + at, keys.begin() + at, keys.begin() + stop);
-        endInsertRows();
-        first = end;
+/// Rows that wait for their move are passed over.
+void KeyedList::insertAndMove(const std::vector<QString>& keys, const std::vector<Fate>& fates) {
+    auto at = keys_.begin();  // behind the row of the last key
+    const auto row = [&](auto place) { return static_cast<int>(place - keys_.begin()); };
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        if (fates[i] == Fate::stays) {
+            at = std::next(std::find(at, keys_.end(), keys[i]));
+        } else if (fates[i] == Fate::comes) {
+            beginInsertRows({}, row(at), row(at));
+            at = std::next(keys_.insert(at, keys[i]));
+            endInsertRows();
+        } else if (const auto from = std::ranges::find(keys_, keys[i]); from < at) {
+            beginMoveRows({}, row(from), row(from), {}, row(at));
+            std::rotate(from, from + 1, at);
+            endMoveRows();
+        } else {
+            if (from != at) {
+                beginMoveRows({}, row(from), row(from), {}, row(at));
+                std::rotate(at, from, from + 1);
+                endMoveRows();
+            }
+            ++at;
+        }
     }
 }
 
@@ -97,7 +138,7 @@ void RowList::setRows(const std::vector<Row>& rows) {
         values.insert(row.key, row.values);
     }
     values_.insert(values);  // those of rows that go are needed until they are gone
-    setKeys(std::move(keys));
+    setKeys(keys);
     values_ = std::move(values);
 }
 

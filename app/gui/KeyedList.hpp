@@ -5,6 +5,7 @@
 #include <QHash>
 #include <QString>
 #include <QVariant>
+#include <cstdint>
 #include <vector>
 
 namespace quillo {
@@ -30,12 +31,16 @@ class KeyedList : public QAbstractListModel {
 
     /// Of a row whose key was given last; `field` is a place in the fields.
     virtual QVariant value(const QString& key, int field) const = 0;
-    /// The rows from now on; each key once. Values of rows that stay count as changed too.
-    void setKeys(std::vector<QString> keys);
+    /// The rows from now on; each key once. Values of rows that stay count as changed too. Of rows in a new
+    /// order as few as possible move; where nearly everything changes, a row may stand for another key.
+    void setKeys(const std::vector<QString>& keys);
 
   private:
-    void removeRowsBut(const QHash<QString, std::size_t>& places, const std::vector<bool>& stays);
-    void insertMissing(const std::vector<QString>& keys, const std::vector<bool>& stays);
+    enum class Fate : std::uint8_t { stays, moves, comes };
+
+    void replace(const std::vector<QString>& keys);
+    void removeOthers(const QHash<QString, std::size_t>& kept);
+    void insertAndMove(const std::vector<QString>& keys, const std::vector<Fate>& fates);
 
     QHash<int, QByteArray> roles_;
     std::vector<QString> keys_;

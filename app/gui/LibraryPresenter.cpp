@@ -1,8 +1,6 @@
 #include "app/gui/LibraryPresenter.hpp"
 
 #include <algorithm>
-#include <set>
-#include <utility>
 
 #include "app/LibraryTexts.hpp"
 #include "app/gui/Words.hpp"
@@ -10,86 +8,34 @@
 namespace quillo {
 
 LibraryPresenter::LibraryPresenter(AppModel& model, LibraryState& state, QObject* parent)
-    : QAbstractListModel(parent), model_(model), state_(state) {
+    : WorkspaceRows(state.index(), parent), model_(model), state_(state) {
     connect(&state, &LibraryState::rowsChanged, this, &LibraryPresenter::rowsChanged);
     connect(&state, &LibraryState::cursorMoved, this, &LibraryPresenter::changed);
     connect(&model, &AppModel::storageIssuesChanged, this, [this] {
         Q_EMIT issuesChanged();
         Q_EMIT changed();
     });
-    connect(&model, &AppModel::nowChanged, this, [this] {
-        now_ = model_.now() ? drawnPart(*model_.now()) : nullptr;
-        Q_EMIT nowChanged();
+    connect(&model, &AppModel::currentSnapshotChanged, this, [this] {
+        currentSnapshot_ = model_.currentSnapshot() ? drawnPart(*model_.currentSnapshot()) : nullptr;
+        Q_EMIT currentSnapshotChanged();
     });
-    connect(&model, &AppModel::nowRefreshingChanged, this, &LibraryPresenter::nowChanged);
+    connect(&model, &AppModel::refreshingCurrentSnapshotChanged, this,
+            &LibraryPresenter::currentSnapshotChanged);
     connect(&model, &AppModel::accessibilityGrantedChanged, this, [this] {
         Q_EMIT accessChanged();
-        Q_EMIT nowChanged();
-        model_.refreshNow();
+        Q_EMIT currentSnapshotChanged();
+        model_.refreshCurrentSnapshot();
     });
     connect(&model, &AppModel::busyChanged, this, &LibraryPresenter::accessChanged);
     // A restore has changed the desktop that the strip shows.
     connect(&model, &AppModel::restoreChanged, this, [this] {
-        if (model_.now() && !model_.restoreRunning()) model_.refreshNow();
+        if (model_.currentSnapshot() && !model_.restoreRunning()) model_.refreshCurrentSnapshot();
     });
     rowsChanged();
 }
 
-int LibraryPresenter::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(rows_.ids().size());
-}
-
-QHash<int, QByteArray> LibraryPresenter::roleNames() const {
-    return {{IdRole, "workspaceId"}, {NameRole, "name"}, {IconRole, "icon"}, {ColorRole, "colorName"},
-            {AppsRole, "apps"},      {WhenRole, "when"}, {MapRole, "map"}};
-}
-
-QVariant LibraryPresenter::data(const QModelIndex& index, int role) const {
-    const auto row = static_cast<std::size_t>(index.row());
-    // While rows go and come one by one, places of the state mean others: the identity counts.
-    if (!index.isValid() || row >= rows_.ids().size()) return {};
-    const auto& all = model_.workspaces();
-    const bool inPlace = row < state_.rows().size() && state_.workspace(row).id == rows_.ids()[row];
-    const auto found = inPlace ? all.begin() + static_cast<std::ptrdiff_t>(state_.rows()[row])
-                               : std::ranges::find(all, rows_.ids()[row], &Workspace::id);
-    if (found == all.end()) return {};
-    switch (role) {
-        case IdRole:
-            return QString::fromStdString(found->id.lower());
-        case NameRole:
-            return line(found->name);
-        case IconRole:
-            return qt(found->icon);
-        case ColorRole:
-            return qt(found->color);
-        case AppsRole:
-            return applicationNames(found->snapshot);
-        case WhenRole:
-            return shortDate(found->lastRestoredAt.value_or(found->updatedAt),
-                             std::chrono::system_clock::now());
-        case MapRole:
-            return QVariant::fromValue(map(*found));
-        default:
-            return {};
-    }
-}
-
-MapSource LibraryPresenter::map(const Workspace& workspace) const {
-    CachedMap& cached = maps_[workspace.id];
-    if (!cached.source || cached.updatedAt != workspace.updatedAt) {
-        cached = {workspace.updatedAt, drawnPart(workspace.snapshot)};
-    }
-    return cached.source;
-}
-
 void LibraryPresenter::rowsChanged() {
-    std::vector<Uuid> wanted;
-    for (std::size_t row = 0; row < state_.rows().size(); ++row) wanted.push_back(state_.workspace(row).id);
-    rows_.change(*this, wanted);
-    if (!wanted.empty()) Q_EMIT dataChanged(index(0), index(count() - 1));
-    std::set<Uuid> known;
-    for (const Workspace& workspace : model_.workspaces()) known.insert(workspace.id);
-    std::erase_if(maps_, [&](const auto& one) { return !known.contains(one.first); });
+    setPlaces(state_.rows());
     Q_EMIT changed();
 }
 
@@ -121,14 +67,15 @@ QStringList LibraryPresenter::issues() const {
     return lines;
 }
 
-QVariant LibraryPresenter::nowMap() const {
-    return QVariant::fromValue(now_);
+QVariant LibraryPresenter::currentMap() const {
+    return QVariant::fromValue(currentSnapshot_);
 }
 
-QString LibraryPresenter::nowText() const {
+QString LibraryPresenter::currentText() const {
     if (!model_.accessibilityGranted()) return accessReason();
-    if (!model_.now()) return model_.nowRefreshing() ? QStringLiteral("Reading windows…") : QString();
-    return snapshotCounts(*model_.now());
+    if (!model_.currentSnapshot())
+        return model_.refreshingCurrentSnapshot() ? QStringLiteral("Reading windows…") : QString();
+    return snapshotCounts(*model_.currentSnapshot());
 }
 
 QString LibraryPresenter::accessReason() const {
@@ -145,7 +92,7 @@ void LibraryPresenter::setCursor(int row) {
 }
 
 QString LibraryPresenter::idAt(int row) const {
-    return data(index(row), IdRole).toString();
+    return data(index(row), KeyRole).toString();
 }
 
 void LibraryPresenter::act(const QString& id, const std::function<void(const Workspace&)>& operation) {

@@ -1,43 +1,33 @@
 // The library as the main window shows it: the rows that match, the strip of the current desktop, and what is
 // wrong with the storage.
 #pragma once
-#include <QAbstractListModel>
 #include <QStringList>
 #include <functional>
-#include <map>
 
 #include "app/AppModel.hpp"
 #include "app/LibraryState.hpp"
-#include "app/gui/ListChange.hpp"
-#include "app/gui/MapSource.hpp"
+#include "app/gui/WorkspaceRows.hpp"
 
 namespace quillo {
 
-class LibraryPresenter final : public QAbstractListModel {
+class LibraryPresenter final : public WorkspaceRows {
     Q_OBJECT
     Q_PROPERTY(QString query READ query WRITE setQuery NOTIFY changed)
     Q_PROPERTY(QStringList orders READ orders CONSTANT)
     Q_PROPERTY(int order READ order WRITE setOrder NOTIFY changed)
     Q_PROPERTY(int cursor READ cursor NOTIFY changed)
-    Q_PROPERTY(int count READ count NOTIFY changed)
     Q_PROPERTY(bool empty READ empty NOTIFY changed)  // no workspaces at all
     Q_PROPERTY(QString emptyTitle READ emptyTitle NOTIFY changed)
     Q_PROPERTY(QString emptyHint READ emptyHint NOTIFY changed)
     Q_PROPERTY(QStringList issues READ issues NOTIFY issuesChanged)
-    Q_PROPERTY(QVariant nowMap READ nowMap NOTIFY nowChanged)
-    Q_PROPERTY(QString nowText READ nowText NOTIFY nowChanged)
+    Q_PROPERTY(QVariant currentMap READ currentMap NOTIFY currentSnapshotChanged)
+    Q_PROPERTY(QString currentText READ currentText NOTIFY currentSnapshotChanged)
     Q_PROPERTY(bool accessibilityGranted READ accessibilityGranted NOTIFY accessChanged)
     Q_PROPERTY(QString accessReason READ accessReason NOTIFY accessChanged)
     Q_PROPERTY(bool canSave READ canSave NOTIFY accessChanged)
 
   public:
-    enum Role { IdRole = Qt::UserRole, NameRole, IconRole, ColorRole, AppsRole, WhenRole, MapRole };
-
     LibraryPresenter(AppModel& model, LibraryState& state, QObject* parent = nullptr);
-
-    int rowCount(const QModelIndex& parent = {}) const override;
-    QVariant data(const QModelIndex& index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
 
     QString query() const { return QString::fromStdString(state_.query()); }
     void setQuery(const QString& query) { state_.setQuery(query.toStdString()); }
@@ -45,19 +35,15 @@ class LibraryPresenter final : public QAbstractListModel {
     int order() const { return static_cast<int>(state_.order()); }
     void setOrder(int order);
     int cursor() const { return static_cast<int>(state_.cursor()); }
-    int count() const { return rowCount(); }
     bool empty() const { return model_.workspaces().empty(); }
     QString emptyTitle() const;
     QString emptyHint() const;
     QStringList issues() const;
-    QVariant nowMap() const;
-    QString nowText() const;
+    QVariant currentMap() const;
+    QString currentText() const;
     bool accessibilityGranted() const { return model_.accessibilityGranted(); }
     QString accessReason() const;
     bool canSave() const { return !model_.restoreRunning() && !model_.capturing(); }
-
-    /// With no view to draw them, maps need no copies of their snapshots.
-    void forgetMaps() { maps_.clear(); }
 
     Q_INVOKABLE void moveCursor(int steps);
     Q_INVOKABLE void setCursor(int row);
@@ -71,31 +57,23 @@ class LibraryPresenter final : public QAbstractListModel {
     Q_INVOKABLE void importWorkspace() { model_.importWorkspace(); }
     Q_INVOKABLE void save() { model_.beginCapture(); }
     Q_INVOKABLE void dismissIssues() { model_.dismissStorageIssues(); }
-    Q_INVOKABLE void refreshNow() { model_.refreshNow(); }
+    Q_INVOKABLE void refreshCurrentSnapshot() { model_.refreshCurrentSnapshot(); }
     Q_INVOKABLE void requestAccessibility() { model_.requestAccessibility(); }
 
   Q_SIGNALS:
     void changed();
     void issuesChanged();
-    void nowChanged();
+    void currentSnapshotChanged();
     void accessChanged();
 
   private:
     bool unlisted() const;
-    friend class ListedRows;
     void rowsChanged();
     void act(const QString& id, const std::function<void(const Workspace&)>& operation);
-    MapSource map(const Workspace& workspace) const;
 
     AppModel& model_;
     LibraryState& state_;
-    ListedRows rows_;
-    MapSource now_;
-    struct CachedMap {
-        Instant updatedAt;
-        MapSource source;
-    };
-    mutable std::map<Uuid, CachedMap> maps_;
+    MapSource currentSnapshot_;
 };
 
 }  // namespace quillo

@@ -9,7 +9,7 @@ RestoreNotice::RestoreNotice(AppModel& model, Shell& shell, std::function<bool()
 
 /// The words of the panel: the workspace's name and counts, no window's title and no path.
 void RestoreNotice::tell() {
-    const RestoreRun* const run = model_.restore();
+    const RestoreRun* const run = model_.restoreRun();
     const bool ended = run && run->report();
     if (std::exchange(told_, ended) || !ended) return;
     if (run->report()->cancelled || windowOpen_()) return;  // who stopped it knows

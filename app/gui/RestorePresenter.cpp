@@ -69,9 +69,9 @@ QString RestorePresenter::more() const {
 }
 
 void RestorePresenter::followRun() {
-    if (run_ && run_ == model_.restore()) return follow();
+    if (run_ && run_ == model_.restoreRun()) return follow();
     if (run_) run_->disconnect(this);
-    run_ = model_.restore();
+    run_ = model_.restoreRun();
     source_ = nullptr;
     onlyTrouble_ = false;
     shown_.setFilterFixedString({});

@@ -1,43 +1,17 @@
 // The switcher panel: the library's matches as rows, and the keys of its field.
 #pragma once
-#include <QHash>
 #include <QObject>
 #include <QVariant>
 
 #include "app/AppModel.hpp"
 #include "app/Switcher.hpp"
-#include "app/gui/KeyedList.hpp"
-#include "app/gui/MapSource.hpp"
+#include "app/gui/WorkspaceRows.hpp"
 
 namespace quillo {
 
-/// Values are made when a delegate asks for them: most rows are never seen.
-class SwitcherRows final : public KeyedList {
-    Q_OBJECT
-
-  public:
-    SwitcherRows(const LibraryIndex& index, const Switcher& switcher);
-
-  private:
-    struct Seen {
-        Instant updatedAt;
-        MapSource map;
-    };
-
-    QVariant value(const QString& key, int field) const override;
-    MapSource mapOf(const QString& key, const Workspace& workspace) const;
-    void reload();
-    void follow(bool evenIfSame);
-
-    const LibraryIndex& index_;
-    const Switcher& switcher_;
-    QHash<QString, std::size_t> places_;  // in the library, of the rows
-    mutable QHash<QString, Seen> maps_;
-};
-
 class SwitcherPresenter final : public QObject {
     Q_OBJECT
-    Q_PROPERTY(QAbstractListModel* rows READ rows CONSTANT)  // name, apps, icon, colorName, source
+    Q_PROPERTY(QAbstractListModel* rows READ rows CONSTANT)  // WorkspaceRows
     Q_PROPERTY(QString query READ query WRITE setQuery NOTIFY changed)
     Q_PROPERTY(int highlighted READ highlighted NOTIFY changed)  // a row; their count for the save row
     Q_PROPERTY(bool focused READ focused WRITE setFocused NOTIFY changed)
@@ -72,8 +46,11 @@ class SwitcherPresenter final : public QObject {
     void changed();
 
   private:
+    void follow();
+
     Switcher switcher_;
-    SwitcherRows rows_;
+    WorkspaceRows rows_;
+    std::vector<std::size_t> shown_;
 };
 
 }  // namespace quillo

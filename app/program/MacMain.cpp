@@ -28,6 +28,18 @@ namespace {
 struct MacServices {
     explicit MacServices(Executor& executor) : desktop(executor), power(executor) {}
 
+    SystemServices list() {
+        return {.desktop = access,
+                .files = files,
+                .defaults = defaults,
+                .hotKeys = hotKeys,
+                .keyboard = keyboard,
+                .loginItem = loginItem,
+                .updater = updater,
+                .power = power,
+                .nativeShell = &shell};
+    }
+
     PosixFileSystem files;
     MacLog log;
     MacDefaults defaults;
@@ -42,25 +54,6 @@ struct MacServices {
     MacShell shell;
     MacActivity activity;
 };
-
-Program::System systemOf(MacServices& services, const StandardDirectories& directories) {
-    return {.desktop = services.access,
-            .files = services.files,
-            .data = directories.data,
-            .defaults = services.defaults,
-            .digest = macSha256,
-            .hotKeys = services.hotKeys,
-            .keyboard = services.keyboard,
-            .nativeKeys = NativeKeys::mac,
-            .loginItem = services.loginItem,
-            .updater = services.updater,
-            .power = services.power,
-            .shell = &services.shell,
-            .variant = TextVariant::onMac,
-            .icon = macIcon,
-            .olderTrayIsThere = nullptr,  // the menu bar always is
-            .releaseFreeMemory = releaseFreeMemory};
-}
 
 int run(QApplication& application, LaunchRequest request) {
     const Result<StandardDirectories> directories = StandardDirectories::find();
@@ -77,7 +70,14 @@ int run(QApplication& application, LaunchRequest request) {
 
     QtExecutor executor;
     MacServices services(executor);
-    Program program(systemOf(services, *directories));
+    Program program({.services = services.list(),
+                     .data = directories->data,
+                     .digest = macSha256,
+                     .nativeKeys = NativeKeys::mac,
+                     .variant = TextVariant::onMac,
+                     .icon = macIcon,
+                     .olderTrayIsThere = nullptr,  // the menu bar always is
+                     .releaseFreeMemory = releaseFreeMemory});
     running = &program;
     QObject::connect(&program.model(), &AppModel::busyChanged,
                      [&] { services.activity.set(program.model().busy()); });

@@ -3,19 +3,17 @@
 namespace quillo {
 
 Program::Program(const System& system)
-    : shell_(theme_, appearance_, notifier_, system.shell),
-      keys_(system.keyboard, system.nativeKeys),
-      updates_(system.updater),
+    : shell_(theme_, appearance_, notifier_, system.services.nativeShell),
+      keys_(system.services.keyboard, system.nativeKeys),
+      updates_(system.services.updater),
       interface_({.theme = theme_,
                   .shell = shell_,
-                  .loginItem = system.loginItem,
-                  .hotKeys = system.hotKeys,
-                  .desktop = system.desktop,
+                  .system = system.services,
                   .keys = keys_,
                   .updates = updates_,
                   .variant = system.variant,
                   .systemIcon = system.icon}),
-      model_(services(system)),
+      model_({system.services, system.data, system.digest, shell_, interface_}),
       trayMenu_(model_, updates_, theme_, system.variant,
                 {.openDetail = [this](const Uuid& workspace) { interface_.openDetail(workspace); },
                  .openSettings = [this] { interface_.openSettings(); },
@@ -38,19 +36,6 @@ Program::Program(const System& system)
 
 Program::~Program() {
     interface_.detach();
-}
-
-AppServices Program::services(const System& system) {
-    return {.desktop = system.desktop,
-            .files = system.files,
-            .data = system.data,
-            .defaults = system.defaults,
-            .digest = system.digest,
-            .hotKeys = system.hotKeys,
-            .loginItem = system.loginItem,
-            .power = system.power,
-            .shell = shell_,
-            .surfaces = interface_};
 }
 
 void Program::carryOut(LaunchRequest request) {

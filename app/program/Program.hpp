@@ -20,20 +20,12 @@ namespace quillo {
 
 class Program {
   public:
-    /// What differs from system to system. References must outlive the program.
+    /// What differs from system to system.
     struct System {
-        DesktopAccess& desktop;
-        FileSystem& files;
+        SystemServices services;
         std::filesystem::path data;
-        UserDefaults& defaults;
         Digest digest;
-        HotKeyService& hotKeys;
-        const KeyboardLayout& keyboard;
         NativeKeys nativeKeys;
-        LoginItemService& loginItem;
-        UpdaterService& updater;
-        PowerEvents& power;
-        Shell* shell;  // null where Qt does it all
         TextVariant variant;
         FindIcon icon;                           // none: applications' icons come from .desktop files
         std::function<bool()> olderTrayIsThere;  // see TrayIcon
@@ -50,8 +42,6 @@ class Program {
     AppModel& model() { return model_; }
 
   private:
-    AppServices services(const System& system);
-
     Theme theme_;
     SystemAppearance appearance_;
     DesktopNotifier notifier_;

@@ -34,6 +34,18 @@ struct LinuxServices {
           loginItem(files),
           power(executor) {}
 
+    SystemServices list() {
+        return {.desktop = access,
+                .files = files,
+                .defaults = defaults,
+                .hotKeys = hotKeys,
+                .keyboard = keyboard,
+                .loginItem = loginItem,
+                .updater = updater,
+                .power = power,
+                .nativeShell = nullptr};
+    }
+
     PosixFileSystem files;
     FileLog log;
     FileDefaults defaults;
@@ -66,18 +78,10 @@ int run(QApplication& application, LaunchRequest request, const QString& token) 
     const auto connection = x11::X11Connection::open({});
     if (!connection) return refuse(connection.error().text);
     LinuxServices services(executor, *directories, **desktop, **connection);
-    Program program({.desktop = services.access,
-                     .files = services.files,
+    Program program({.services = services.list(),
                      .data = directories->data,
-                     .defaults = services.defaults,
                      .digest = sha256,
-                     .hotKeys = services.hotKeys,
-                     .keyboard = services.keyboard,
                      .nativeKeys = NativeKeys::x11,
-                     .loginItem = services.loginItem,
-                     .updater = services.updater,
-                     .power = services.power,
-                     .shell = nullptr,
                      .variant = TextVariant::onLinux,
                      .icon = nullptr,
                      .olderTrayIsThere = [&] { return x11::hasSystemTray(**connection); },

@@ -13,8 +13,8 @@ FocusScope {
         search.forceActiveFocus(Qt.ShortcutFocusReason)
         search.selectAll()
     }
-    Component.onCompleted: Library.refreshNow()
-    onVisibleChanged: if (visible) Library.refreshNow()
+    Component.onCompleted: Library.refreshCurrentSnapshot()
+    onVisibleChanged: if (visible) Library.refreshCurrentSnapshot()
 
     Item {
         id: bar
@@ -142,6 +142,8 @@ FocusScope {
         Keys.onMenuPressed: if (currentItem) currentItem.openMenu()
 
         delegate: WorkspaceCard {
+            required property string key
+            workspaceId: key
             width: grid.cellWidth
             height: grid.cellHeight
             current: GridView.isCurrentItem && grid.activeFocus
@@ -165,7 +167,7 @@ FocusScope {
         // The desktop that would be the first workspace, where there is room for it.
         DesktopMap {
             id: picture
-            readonly property bool shown: Library.empty && Library.nowMap && Library.accessibilityGranted && height >= 96
+            readonly property bool shown: Library.empty && Library.currentMap && Library.accessibilityGranted && height >= 96
             anchors.horizontalCenter: parent.horizontalCenter
             width: Math.min(560, root.width - 48)
             height: Math.min(216, grid.height - nothing.words - 48)
@@ -173,7 +175,7 @@ FocusScope {
             style: "restore"
             wallRadius: -1
             colorName: "slate"
-            source: Library.nowMap
+            source: Library.currentMap
         }
         Rectangle {
             visible: !picture.shown && grid.height - nothing.words >= 104
@@ -254,7 +256,7 @@ FocusScope {
         Rectangle { width: parent.width; height: 1; color: Theme.border }
 
         DesktopMap {
-            id: nowMap
+            id: currentMap
             anchors.left: parent.left
             anchors.leftMargin: 24
             anchors.verticalCenter: parent.verticalCenter
@@ -262,11 +264,11 @@ FocusScope {
             height: 52
             style: "strip"
             colorName: "slate"
-            source: Library.nowMap
+            source: Library.currentMap
         }
         Column {
             id: words
-            anchors.left: nowMap.right
+            anchors.left: currentMap.right
             anchors.leftMargin: 14
             anchors.right: actions.left
             anchors.rightMargin: 14
@@ -284,7 +286,7 @@ FocusScope {
                 maximumLineCount: 2
                 elide: Text.ElideRight
                 role: "caption"
-                text: Library.nowText
+                text: Library.currentText
                 color: Theme.text2
             }
         }
@@ -297,7 +299,7 @@ FocusScope {
             UiText {
                 id: hint
                 // What the desktop holds comes before how its saving is called.
-                readonly property real room: strip.width - 48 - nowMap.width - saving.width - 3 * 14 - counts.implicitWidth
+                readonly property real room: strip.width - 48 - currentMap.width - saving.width - 3 * 14 - counts.implicitWidth
                 visible: Ui.saveShortcut !== "" && implicitWidth <= room
                 anchors.verticalCenter: parent.verticalCenter
                 role: "caption"

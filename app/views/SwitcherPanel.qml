@@ -88,7 +88,7 @@ Rectangle {
                 required property string apps
                 required property string icon
                 required property string colorName
-                required property var source
+                required property var map
                 x: 8
                 width: list.width - 16
                 height: root.rowHeight
@@ -112,7 +112,7 @@ Rectangle {
                     height: 40
                     style: "switcher"
                     colorName: parent.colorName
-                    source: parent.source
+                    source: parent.map
                     Accessible.ignored: true
                 }
             }

@@ -9,7 +9,7 @@
 namespace quillo::ctl {
 namespace {
 
-class MacLayerDesktop final : public Desktop {
+class MacLayerDesktop final : public DesktopConnection {
   public:
     explicit MacLayerDesktop(SystemLog& log) : desktop_(loop_), access_{desktop_.platform(log), handles_} {}
 
@@ -27,7 +27,7 @@ class MacLayerDesktop final : public Desktop {
 
 class MacLayer final : public SystemLayer {
   public:
-    Result<std::unique_ptr<Desktop>> openDesktop(SystemLog& log) override {
+    Result<std::unique_ptr<DesktopConnection>> openDesktop(SystemLog& log) override {
         return std::make_unique<MacLayerDesktop>(log);
     }
     SystemLog& log() override { return log_; }

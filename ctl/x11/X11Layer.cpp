@@ -10,9 +10,9 @@
 namespace quillo::ctl {
 namespace {
 
-class X11LayerDesktop final : public Desktop {
+class X11LayerDesktop final : public DesktopConnection {
   public:
-    static Result<std::unique_ptr<Desktop>> open(SystemLog& log) {
+    static Result<std::unique_ptr<DesktopConnection>> open(SystemLog& log) {
         auto layer = std::make_unique<X11LayerDesktop>();
         Result<std::unique_ptr<X11Desktop>> desktop = X11Desktop::create(layer->loop_, {});
         if (!desktop) return std::unexpected(desktop.error());
@@ -43,7 +43,7 @@ class X11Layer final : public SystemLayer {
           log_(logFile_),
           defaults_(files, directories.config / "defaults.json") {}
 
-    Result<std::unique_ptr<Desktop>> openDesktop(SystemLog& log) override {
+    Result<std::unique_ptr<DesktopConnection>> openDesktop(SystemLog& log) override {
         return X11LayerDesktop::open(log);
     }
     SystemLog& log() override { return log_; }

@@ -114,9 +114,9 @@ class Meddler final : public ForwardingAccessibilityService {
     std::function<void(Duration)> burn;
 };
 
-class Desktop {
+class TestDesktop {
   public:
-    explicit Desktop(const Scene& scene, std::uint64_t seed = 1)
+    explicit TestDesktop(const Scene& scene, std::uint64_t seed = 1)
         : simulated(
               SimulatedDesktop::create(simulated::writeScene(scene), "scene", {.seed = seed, .faults = {}})
                   .value()) {
@@ -159,7 +159,7 @@ class Desktop {
 };
 
 /// A window as it would have been saved on this desktop.
-inline WindowSnapshot savedWindow(Desktop& desktop, Rect frame, std::string title) {
+inline WindowSnapshot savedWindow(TestDesktop& desktop, Rect frame, std::string title) {
     const auto displays = Displays::current(desktop.plain.screens);
     const DisplaySnapshot* display = Displays::display(frame, displays);
     WindowSnapshot saved = window(frame, std::move(title));

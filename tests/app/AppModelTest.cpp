@@ -13,7 +13,8 @@ const Error full{ErrorKind::noSpace, "the disk is full", 28};
 TEST(AppModel, StartsWithWhatIsStoredAndWatchesForMore) {
     Model model;
     EXPECT_TRUE(model->accessibilityGranted());
-    EXPECT_FALSE(model->draft() || model->restore() || model->busy() || model->toast() || model->now());
+    EXPECT_FALSE(model->draft() || model->restoreRun() || model->busy() || model->toast() ||
+                 model->currentSnapshot());
     EXPECT_EQ(model.loginItem.registrations, 0);  // settings were there: not a fresh installation
     EXPECT_EQ(model.hotKeys.registrations(), 2U);
     EXPECT_EQ(model.shell.appearances, std::vector{Appearance::system});

@@ -143,7 +143,7 @@ class Library : public testing::Test {
                  log_.emplace_back("close");
                  if (whileClosing_) whileClosing_();
              },
-         .refreshNow = [this] { log_.emplace_back("refresh"); }}};
+         .refreshCurrentSnapshot = [this] { log_.emplace_back("refresh"); }}};
     std::function<void()> whileClosing_;
 };
 

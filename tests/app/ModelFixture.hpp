@@ -13,11 +13,7 @@
 #include "WindowEngine/services/ForwardingFileSystem.hpp"
 #include "app/AppModel.hpp"
 #include "platform/posix/PosixFileSystem.hpp"
-#include "platform/simulated/MemoryDefaults.hpp"
-#include "platform/simulated/SimulatedHotKeys.hpp"
-#include "platform/simulated/SimulatedLoginItem.hpp"
-#include "platform/simulated/SimulatedPowerEvents.hpp"
-#include "platform/simulated/SimulatedShell.hpp"
+#include "platform/simulated/SimulatedSystem.hpp"
 #include "tests/TemporaryDirectory.hpp"
 #include "tests/WindowEngine/DesktopFixture.hpp"
 #include "tests/WindowEngine/WorkspaceSamples.hpp"
@@ -104,8 +100,15 @@ inline std::string digestForTests(std::string_view bytes) {
     return std::to_string(std::hash<std::string_view>{}(bytes));
 }
 
-class Model {
+/// Before the services, which live on its executor.
+struct SimulatedDesk {
+    TestDesktop desktop;
+};
+
+class Model : private SimulatedDesk, public SimulatedSystem {
   public:
+    using SimulatedDesk::desktop;
+
     /// A desk with two applications, one of them not running.
     static Scene desk() {
         return scene(
@@ -114,7 +117,8 @@ class Model {
              notRunning(sceneApplication("org.viewer", {sceneWindow("Page", {10, 400, 300, 200})}))});
     }
 
-    explicit Model(const Scene& scene = desk(), std::uint64_t seed = 1) : desktop(scene, seed) {
+    explicit Model(const Scene& scene = desk(), std::uint64_t seed = 1)
+        : SimulatedDesk{TestDesktop(scene, seed)}, SimulatedSystem(desktop.executor()) {
         AppSettings settings;
         settings.onboarded = true;
         EXPECT_TRUE(settings.save(defaults));
@@ -124,9 +128,8 @@ class Model {
     /// A first or another start of the program.
     void start() {
         model.reset();
-        model = std::make_unique<AppModel>(AppServices{desktop.access, disk, directory.path(), defaults,
-                                                       digestForTests, hotKeys, loginItem, *powerEvents,
-                                                       shell, surfaces});
+        model = std::make_unique<AppModel>(
+            AppServices{services(desktop.access, disk), directory.path(), digestForTests, shell, surfaces});
         model->openWindowAction = [this] { ++windowsOpened; };
     }
 
@@ -175,18 +178,11 @@ class Model {
     }
 
     const TemporaryDirectory directory;
-    Desktop desktop;
     PosixFileSystem posix;
     TestDisk disk{posix};
     WorkspaceStore store{posix, directory / "workspaces"};
     SessionHistory history{posix, directory / "sessions"};
-    MemoryDefaults defaults;
     KnownWorkspaces known{defaults, digestForTests, [](const Uuid&) { return true; }};
-    SimulatedHotKeys hotKeys{desktop.executor()};
-    SimulatedLoginItem loginItem;
-    SimulatedPowerEvents power{desktop.executor()};
-    PowerEvents* powerEvents = &power;  // of the starts to come
-    SimulatedShell shell;
     RecordedSurfaces surfaces;
     int windowsOpened = 0;
     std::unique_ptr<AppModel> model;

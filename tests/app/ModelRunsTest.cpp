@@ -36,7 +36,7 @@ TEST(ModelRuns, ACleanRestoreIsRecordedAndItsPanelClosesAfterFourSeconds) {
     EXPECT_TRUE(model->restoreRunning() && model->busy());
     EXPECT_EQ(model.surfaces.panels.at(PanelID::restore), (PanelPlace{380, PanelAnchor::bottomTrailing}));
     model.finishRestore();
-    const RestoreRun& run = *model->restore();
+    const RestoreRun& run = *model->restoreRun();
     EXPECT_TRUE(run.clean()) << run.subtitle();
     EXPECT_EQ(run.title(), "Viewing is back");
     EXPECT_EQ(run.items(), run.report()->items);
@@ -48,7 +48,7 @@ TEST(ModelRuns, ACleanRestoreIsRecordedAndItsPanelClosesAfterFourSeconds) {
     EXPECT_TRUE(model.surfaces.panelVisible(PanelID::restore));
     model.run(1ms);
     EXPECT_FALSE(model.surfaces.panelVisible(PanelID::restore));
-    EXPECT_TRUE(model->restore()->report());
+    EXPECT_TRUE(model->restoreRun()->report());
 }
 
 TEST(ModelRuns, ATroubledRestoreKeepsItsPanelTenSecondsAndANewOneIsNotClosedByTheOld) {
@@ -56,7 +56,7 @@ TEST(ModelRuns, ATroubledRestoreKeepsItsPanelTenSecondsAndANewOneIsNotClosedByTh
     const Workspace workspace = viewing(model, true);
     model->restore(workspace, {});
     model.finishRestore();
-    EXPECT_EQ(model->restore()->title(), "Viewing is mostly back");
+    EXPECT_EQ(model->restoreRun()->title(), "Viewing is mostly back");
     model.run(9999ms);
     EXPECT_TRUE(model.surfaces.panelVisible(PanelID::restore));
     model->restore(workspace, {});
@@ -76,8 +76,8 @@ TEST(ModelRuns, ClosingThePanelStopsTheRestoreWhereverItIs) {
         model->closeRestorePanel();
         EXPECT_TRUE(model.surfaces.panels.empty());
         model.finishRestore();
-        EXPECT_TRUE(model->restore()->report()->cancelled);
-        EXPECT_FALSE(model->restore()->clean());
+        EXPECT_TRUE(model->restoreRun()->report()->cancelled);
+        EXPECT_FALSE(model->restoreRun()->clean());
         EXPECT_FALSE(model.named("Viewing").lastRestoredAt);
         EXPECT_FALSE(model->toast());
         model->beginCapture();
@@ -92,7 +92,7 @@ TEST(ModelRuns, TheLastUsedTimeIsMissedAloud) {
     model.disk.createFailure = Error{ErrorKind::noSpace, "full", 28};
     model.finishRestore();
     EXPECT_EQ(model->toast(), "Restored, but couldn't update last-used time");
-    EXPECT_TRUE(model->restore()->clean());
+    EXPECT_TRUE(model->restoreRun()->clean());
     // A session of the history is in no library: nothing to record, nothing to say.
     model.disk.createFailure.reset();
     model.run(20s);
@@ -129,7 +129,7 @@ TEST(ModelRuns, AWorkspaceFromElsewhereIsAskedAboutOnce) {
                                                    .opened = {}}));
     model->answerQuestion(false);
     model->answerQuestion(true);  // there is no question any more
-    EXPECT_FALSE(model->question() || model->restore() || model->busy());
+    EXPECT_FALSE(model->question() || model->restoreRun() || model->busy());
     EXPECT_TRUE(asks(CleanSlateMode::quit)) << "a no is not remembered";
     model->beginCapture();  // something else is begun: the question is dropped
     EXPECT_FALSE(model->question());
@@ -149,7 +149,7 @@ TEST(ModelRuns, AWorkspaceFromElsewhereIsAskedAboutOnce) {
     EXPECT_FALSE(model.desktop.world().application("org.editor")->running);
     model.start();  // and remembered
     EXPECT_FALSE(asks(CleanSlateMode::quit));
-    EXPECT_TRUE(model->restore());
+    EXPECT_TRUE(model->restoreRun());
 }
 
 TEST(ModelRuns, WhatWasSavedHereIsNotAskedAboutWhateverBecameOfIt) {
@@ -185,7 +185,7 @@ TEST(ModelRuns, SavingAndThenTestingTheRestorePassesNoMode) {
     model->commit(model.review());
     EXPECT_TRUE(model->restoreRunning());
     model.finishRestore();
-    EXPECT_EQ(model->restore()->title(), "Untitled is back");
+    EXPECT_EQ(model->restoreRun()->title(), "Untitled is back");
     EXPECT_FALSE(model.desktop.world().application("org.editor")->hidden);
 }
 
@@ -196,12 +196,12 @@ TEST(ModelRuns, CapturesAndRestoresExcludeEachOther) {
     EXPECT_TRUE(model->capturing());
     model->beginCapture();
     model->restore(workspace, {});
-    EXPECT_FALSE(model->restore());
+    EXPECT_FALSE(model->restoreRun());
     model.review();
     EXPECT_FALSE(model->capturing());
     EXPECT_FALSE(model->canRelaunchForUpdate());
     model->restore(workspace, {});  // a review is open
-    EXPECT_FALSE(model->restore());
+    EXPECT_FALSE(model->restoreRun());
     model->dismissDraft();
     EXPECT_TRUE(model->canRelaunchForUpdate());
     model->restore(workspace, {});
@@ -209,15 +209,15 @@ TEST(ModelRuns, CapturesAndRestoresExcludeEachOther) {
     model->beginCapture();  // brings the main window forward instead
     EXPECT_EQ(model.windowsOpened, opened + 1);
     EXPECT_FALSE(model->capturing() || model->canRelaunchForUpdate());
-    model->refreshNow();
-    EXPECT_FALSE(model->nowRefreshing());
+    model->refreshCurrentSnapshot();
+    EXPECT_FALSE(model->refreshingCurrentSnapshot());
     model.finishRestore();
-    model->refreshNow();
-    EXPECT_TRUE(model->nowRefreshing() && model->busy() && model->canRelaunchForUpdate());
+    model->refreshCurrentSnapshot();
+    EXPECT_TRUE(model->refreshingCurrentSnapshot() && model->busy() && model->canRelaunchForUpdate());
     model->beginCapture();  // captures may overlap
     model.review();
-    EXPECT_FALSE(model->nowRefreshing());
-    EXPECT_EQ(model->now()->applications, model->draft()->snapshot().applications);
+    EXPECT_FALSE(model->refreshingCurrentSnapshot());
+    EXPECT_EQ(model->currentSnapshot()->applications, model->draft()->snapshot().applications);
 }
 
 TEST(ModelRuns, PermissionIsWatchedOnceASecond) {
@@ -226,8 +226,8 @@ TEST(ModelRuns, PermissionIsWatchedOnceASecond) {
     model.run(1s);
     EXPECT_FALSE(model->accessibilityGranted());
     model->beginCapture();
-    model->refreshNow();
-    EXPECT_FALSE(model->capturing() || model->nowRefreshing());
+    model->refreshCurrentSnapshot();
+    EXPECT_FALSE(model->capturing() || model->refreshingCurrentSnapshot());
     EXPECT_EQ(model.windowsOpened, 1);
     model.setTrusted(true);
     model.run(999ms);
@@ -389,7 +389,7 @@ TEST(ModelRuns, TheModelEndsInTheMiddleOfAnything) {
     const Workspace workspace = viewing(model);
     const std::function<void()> acts[] = {[&] { model->beginCapture(); },
                                           [&] { model->restore(workspace, {}); },
-                                          [&] { model->refreshNow(); },
+                                          [&] { model->refreshCurrentSnapshot(); },
                                           [&] { model->importWorkspace(); },
                                           [&] { model->show("bye"); },
                                           [&] { model.power.emit(PowerEvent::willSleep); },

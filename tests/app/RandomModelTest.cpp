@@ -27,10 +27,9 @@ class RandomModel {
         settings.onboarded = chance(80);
         settings.autoSnapshotMinutes = chance(70) ? 5 : 0;
         settings.enabledAdapters = {"finder", "chromium", "safari"};
-        EXPECT_TRUE(settings.save(defaults_));
-        model_ = std::make_unique<AppModel>(AppServices{desktop_.access, disk_, "/data", defaults_,
-                                                        samples::digestForTests, hotKeys_, loginItem_, power_,
-                                                        shell_, surfaces_});
+        EXPECT_TRUE(settings.save(system_.defaults));
+        model_ = std::make_unique<AppModel>(AppServices{system_.services(desktop_.access, disk_), "/data",
+                                                        samples::digestForTests, system_.shell, surfaces_});
         index_.emplace([this]() -> const std::vector<Workspace>& { return model_->workspaces(); });
         library_.emplace(*index_);
         connect();
@@ -77,7 +76,7 @@ class RandomModel {
         desktop_.executor().runFor(1h);
         EXPECT_EQ(disk_.version, version) << "something was written after the end";
         EXPECT_TRUE(desktop_.executor().idle());
-        EXPECT_EQ(hotKeys_.registrations(), 0U);
+        EXPECT_EQ(system_.hotKeys.registrations(), 0U);
         for (const auto& hold : holds_) EXPECT_TRUE(hold.expired());
     }
 
@@ -141,8 +140,8 @@ class RandomModel {
         for (const auto signal :
              {&AppModel::busyChanged, &AppModel::draftChanged, &AppModel::restoreChanged,
               &AppModel::workspacesChanged, &AppModel::sessionsChanged, &AppModel::settingsChanged,
-              &AppModel::questionChanged, &AppModel::capturingChanged, &AppModel::nowRefreshingChanged,
-              &AppModel::toastChanged}) {
+              &AppModel::questionChanged, &AppModel::capturingChanged,
+              &AppModel::refreshingCurrentSnapshotChanged, &AppModel::toastChanged}) {
             QObject::connect(&*model_, signal, [this] {
                 checkExclusion();
                 if (!std::exchange(handling_, true)) {
@@ -166,7 +165,7 @@ class RandomModel {
             case 3:
                 return review();
             case 4:
-                return chance(50) ? model_->dismissDraft() : model_->refreshNow();
+                return chance(50) ? model_->dismissDraft() : model_->refreshCurrentSnapshot();
             case 5:
             case 6:
                 return model_->restore(anyWorkspace(), CleanSlateMode(number(0, 2)));
@@ -192,7 +191,7 @@ class RandomModel {
             case 17:
                 return dialog();
             case 18:
-                return holds_.push_back(power_.emit(PowerEvent(number(0, 1))));
+                return holds_.push_back(system_.power.emit(PowerEvent(number(0, 1))));
             case 19:
                 return trust(chance(70));
             case 20:
@@ -274,7 +273,8 @@ class RandomModel {
                 settings.shortcutsEnabled = chance(70);
                 break;
         }
-        defaults_.failure = chance(10) ? std::optional(Error{ErrorKind::noSpace, "full", 28}) : std::nullopt;
+        system_.defaults.failure =
+            chance(10) ? std::optional(Error{ErrorKind::noSpace, "full", 28}) : std::nullopt;
         if (settings.autoSnapshotMinutes != model_->settings().autoSnapshotMinutes) ++forgotten_;
         model_->setSettings(settings);
     }
@@ -306,7 +306,7 @@ class RandomModel {
         Switcher switcher(
             *index_, {[this](const Workspace& chosen) { model_->restore(chosen, {}); },
                       [this] { model_->beginCapture(); }, [this] { surfaces_.closePanel(PanelID::switcher); },
-                      [this] { model_->refreshNow(); }});
+                      [this] { model_->refreshCurrentSnapshot(); }});
         switcher.shown();
         if (chance(50)) switcher.setQuery(name());
         for (std::int64_t i = number(0, 3); i > 0; --i) switcher.press(Switcher::Key::down);
@@ -315,7 +315,7 @@ class RandomModel {
 
     void pressHotKey() {
         const Shortcut shortcut = model_->settings().shortcut(anyOf(allHotKeyActions));
-        (void)hotKeys_.press(shortcut.keyCode, shortcut.modifiers);
+        (void)system_.hotKeys.press(shortcut.keyCode, shortcut.modifiers);
     }
 
     // What must hold.
@@ -355,7 +355,7 @@ class RandomModel {
         EXPECT_LE(capturing + restoring + snapshotting, 1);
         EXPECT_FALSE(draft && (restoring || snapshotting));
         EXPECT_FALSE(model_->question() && (capturing || restoring || snapshotting || draft));
-        EXPECT_FALSE(model_->nowRefreshing() && snapshotting);
+        EXPECT_FALSE(model_->refreshingCurrentSnapshot() && snapshotting);
         if (snapshotting && !std::exchange(snapshotting_, snapshotting)) {
             captureSettings_ = model_->settings();
             captureForgotten_ = forgotten_;
@@ -386,13 +386,9 @@ class RandomModel {
     std::mt19937_64 random_;
     RandomDesktop scenes_;
     const simulated::Scene scene_;
-    samples::Desktop desktop_;
+    samples::TestDesktop desktop_;
     MemoryFileSystem disk_;
-    MemoryDefaults defaults_;
-    SimulatedHotKeys hotKeys_{desktop_.executor()};
-    SimulatedLoginItem loginItem_;
-    SimulatedPowerEvents power_{desktop_.executor()};
-    SimulatedShell shell_;
+    SimulatedSystem system_{desktop_.executor()};
     samples::RecordedSurfaces surfaces_;
     std::unique_ptr<AppModel> model_;
     std::optional<LibraryIndex> index_;

@@ -84,7 +84,7 @@ TEST_P(HungApplicationsTest, HoldTheInterfaceUpForOneMessagingTimeoutAtATime) {
         ASSERT_TRUE(desk.known.savedHere(workspace));
         model->restore(workspace, {});
         runTyping([&] { return !model->restoreRunning(); });
-        EXPECT_GE(model->restore()->report()->items.size(), 5U);
+        EXPECT_GE(model->restoreRun()->report()->items.size(), 5U);
     } else {
         model->beginCapture();
         runTyping([&] { return model->draft() != nullptr; });

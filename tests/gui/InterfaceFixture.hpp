@@ -45,9 +45,9 @@ class InterfaceTest : public testing::Test {
         start();
     }
     void start() {
-        model = std::make_unique<AppModel>(AppServices{desk.desktop.access, desk.disk, desk.directory.path(),
-                                                       desk.defaults, digestForTests, desk.hotKeys,
-                                                       desk.loginItem, desk.power, desk.shell, interface});
+        model = std::make_unique<AppModel>(AppServices{desk.services(desk.desktop.access, desk.disk),
+                                                       desk.directory.path(), digestForTests, desk.shell,
+                                                       interface});
         interface.attach(*model);
     }
     void TearDown() override {
@@ -162,9 +162,7 @@ class InterfaceTest : public testing::Test {
     SimulatedKeyMonitor keys;
     Interface interface{{.theme = theme,
                          .shell = desk.shell,
-                         .loginItem = desk.loginItem,
-                         .hotKeys = desk.hotKeys,
-                         .desktop = desk.desktop.access,
+                         .system = desk.services(desk.desktop.access, desk.disk),
                          .keys = keys,
                          .updates = updates,
                          .variant = variant}};

@@ -33,7 +33,7 @@ TEST_F(InterfaceTest, ClosingTheMainWindowLeavesThePanelAndTheProgram) {
     // Escape closes the panel and stops the restore.
     QTest::keyClick(windows.panelWindow(PanelID::restore), Qt::Key_Escape);
     EXPECT_TRUE(until([&] { return !windows.panelVisible(PanelID::restore) && !model->restoreRunning(); }));
-    EXPECT_TRUE(model->restore()->report()->cancelled);
+    EXPECT_TRUE(model->restoreRun()->report()->cancelled);
     // Another start of the program asks for the window.
     interface.askForMainWindow();
     EXPECT_TRUE(windows.mainOpen());

@@ -4,6 +4,7 @@
 
 #include <QAbstractItemModelTester>
 #include <QSet>
+#include <numeric>
 #include <random>
 
 #include "app/gui/KeyedList.hpp"
@@ -47,10 +48,38 @@ TEST(KeyedList, AnyListBecomesAnyOtherAndWhatKeepsItsOrderStays) {
         if (!shuffled)
             EXPECT_EQ(moved, static_cast<int>(before.size() - kept)) << "only what went is removed";
     }
-    const QPersistentModelIndex last = list.index(list.count() - 1);
+    int moves = 0;
+    QObject::connect(&list, &QAbstractItemModel::rowsMoved, [&] { ++moves; });
+    const QPersistentModelIndex first = list.index(0), last = list.index(list.count() - 1);
     std::rotate(numbers.begin(), numbers.begin() + 1, numbers.end() - 1);
     list.setRows(rows(numbers, 0));
+    EXPECT_EQ(first.data(Qt::UserRole).toInt(), *(numbers.end() - 2));
     EXPECT_EQ(last.data(Qt::UserRole).toInt(), numbers.back());
+    EXPECT_EQ(moves, 1);
+}
+
+TEST(KeyedList, ManyRowsTakeFewSteps) {
+    RowList list({"version"});
+    const QAbstractItemModelTester tester(&list, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    int steps = 0;
+    for (const auto signal : {&QAbstractItemModel::rowsRemoved, &QAbstractItemModel::rowsInserted})
+        QObject::connect(&list, signal, [&] { ++steps; });
+    QObject::connect(&list, &QAbstractItemModel::rowsMoved, [&] { ++steps; });
+    QObject::connect(&list, &QAbstractItemModel::modelReset, [] { ADD_FAILURE() << "focus is lost"; });
+    std::mt19937 random(7);
+    std::vector<int> all(240);
+    std::iota(all.begin(), all.end(), 0);
+    for (int version = 0; version < 20; ++version) {
+        std::vector<int> numbers = all;
+        std::ranges::shuffle(numbers, random);
+        numbers.resize(random() % 241);
+        steps = 0;
+        list.setRows(rows(numbers, version));
+        EXPECT_LE(steps, 64);
+        ASSERT_EQ(list.count(), static_cast<int>(numbers.size()));
+        for (int row = 0; row < list.count(); ++row)
+            EXPECT_EQ(list.index(row).data(Qt::UserRole).toInt(), numbers[static_cast<std::size_t>(row)]);
+    }
 }
 
 }  // namespace

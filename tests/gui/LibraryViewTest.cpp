@@ -136,12 +136,12 @@ TEST_F(LibraryViewTest, WhatAWorkspaceFromElsewhereWouldDoIsShownAndAskedAbout) 
     EXPECT_TRUE(named("Cancel")->hasActiveFocus());
     press(Qt::Key_Return);
     EXPECT_TRUE(until([&] { return !named("Cancel"); }));
-    EXPECT_FALSE(model->question() || model->restore());
+    EXPECT_FALSE(model->question() || model->restoreRun());
     for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Space}) {
         ask();
         press(key);
         EXPECT_TRUE(until([&] { return !model->question() && !named("Cancel"); }));
-        EXPECT_FALSE(model->restore());
+        EXPECT_FALSE(model->restoreRun());
     }
     ask();
     ASSERT_TRUE(QTest::qWaitFor(asks, 10000));
@@ -190,46 +190,6 @@ TEST(Words, AreEnglishInEveryCountry) {
             << locale;
     }
     QLocale::setDefault(QLocale::system());
-}
-
-TEST(ListedRows, ChangeRowByRow) {
-    class Model : public QAbstractListModel {
-      public:
-        int rowCount(const QModelIndex&) const override { return static_cast<int>(rows.ids().size()); }
-        QVariant data(const QModelIndex&, int) const override { return {}; }
-        using QAbstractListModel::beginInsertRows, QAbstractListModel::beginMoveRows,
-            QAbstractListModel::beginRemoveRows, QAbstractListModel::endInsertRows,
-            QAbstractListModel::endMoveRows, QAbstractListModel::endRemoveRows;
-        ListedRows rows;
-    };
-    Model model;
-    int resets = 0;
-    QObject::connect(&model, &QAbstractItemModel::modelReset, &model, [&] { ++resets; });
-    std::vector<Uuid> all;
-    for (int i = 0; i < 40; ++i) all.push_back(Uuid::random());
-    std::mt19937 random(7);
-    for (int round = 0; round < 200; ++round) {
-        std::vector<Uuid> wanted = all;
-        std::ranges::shuffle(wanted, random);
-        wanted.resize(random() % 41);
-        model.rows.change(model, wanted);
-        ASSERT_EQ(model.rows.ids(), wanted);
-    }
-    for (int i = 0; i < 200; ++i) all.push_back(Uuid::random());
-    // Of many rows, those that come, go and change places together stay within a few steps.
-    int steps = 0;
-    for (const auto signal : {&QAbstractItemModel::rowsRemoved, &QAbstractItemModel::rowsInserted})
-        QObject::connect(&model, signal, &model, [&] { ++steps; });
-    for (int round = 0; round < 20; ++round) {
-        std::vector<Uuid> wanted = all;
-        std::ranges::shuffle(wanted, random);
-        wanted.resize(random() % 241);
-        steps = 0;
-        model.rows.change(model, wanted);
-        ASSERT_EQ(model.rows.ids(), wanted);
-        EXPECT_LE(steps, 64);
-    }
-    EXPECT_EQ(resets, 0);
 }
 
 }  // namespace

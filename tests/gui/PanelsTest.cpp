@@ -45,14 +45,14 @@ TEST_F(PanelsTest, TheSwitcherFindsAndResumesByKeysFromItsFirstFrame) {
     const Workspace beta = model.named("Beta");
     model->setCleanSlate(beta, CleanSlateMode::hide);
     open("SwitcherPanel.qml", 480);
-    EXPECT_TRUE(model->nowRefreshing());
+    EXPECT_TRUE(model->refreshingCurrentSnapshot());
     type("BET");
     EXPECT_TRUE(named("Beta"));
     EXPECT_FALSE(named("Alpha"));
     press(Qt::Key_Return);
     EXPECT_FALSE(switcherOpen());
-    ASSERT_TRUE(model->restore());
-    EXPECT_EQ(model->restore()->workspace().id, beta.id);
+    ASSERT_TRUE(model->restoreRun());
+    EXPECT_EQ(model->restoreRun()->workspace().id, beta.id);
     model.finishRestore();
     EXPECT_TRUE(model.desktop.world().application("org.editor")->hidden) << "the stored choice counts";
 }
@@ -113,8 +113,8 @@ TEST_F(PanelsTest, EightRowsAndTheRestByScrolling) {
     ASSERT_TRUE(named(last));
     EXPECT_LE(named(last)->mapToScene({0, 56}).y(), height - 72);
     click(last);
-    ASSERT_TRUE(model->restore());
-    EXPECT_EQ(model->restore()->workspace().name, last.toStdString());
+    ASSERT_TRUE(model->restoreRun());
+    EXPECT_EQ(model->restoreRun()->workspace().name, last.toStdString());
 }
 
 TEST_F(PanelsTest, ARestoreFillsTheMapAndTheRowsAsItGoes) {
@@ -192,7 +192,7 @@ TEST_F(PanelsTest, ARestoreIsStoppedByItsButtonAndSaysWhatIsMissing) {
     EXPECT_EQ(restore.rowCount(), 0) << "rows of the run before";
     click("Stop resuming");
     ASSERT_TRUE(until([&] { return !restore.running(); }));
-    EXPECT_TRUE(model->restore()->report()->cancelled);
+    EXPECT_TRUE(model->restoreRun()->report()->cancelled);
 }
 
 }  // namespace

@@ -20,7 +20,7 @@ TEST(RestoreNotice, TellsOnceOfAnEndThatNobodySees) {
     const auto first = told();
     ASSERT_EQ(first.size(), 1U);
     EXPECT_EQ(first[0].title, "Work is back");
-    EXPECT_EQ(first[0].text, model->restore()->subtitle());
+    EXPECT_EQ(first[0].text, model->restoreRun()->subtitle());
     EXPECT_EQ(told(true).size(), 0U);
     EXPECT_EQ(told().size(), 1U);
     windowOpen = true;

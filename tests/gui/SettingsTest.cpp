@@ -154,13 +154,13 @@ TEST_F(SettingsTest, AnEarlierSessionComesBack) {
     named("Restore earlier…")->forceActiveFocus(Qt::TabFocusReason);
     press(Qt::Key_Space);
     press(Qt::Key_Return);
-    ASSERT_TRUE(model->restore());
-    EXPECT_EQ(model->restore()->workspace().id, middle.id);
+    ASSERT_TRUE(model->restoreRun());
+    EXPECT_EQ(model->restoreRun()->workspace().id, middle.id);
     EXPECT_FALSE(named("Restore last session")) << "offered while one runs";
     model.finishRestore();
     awaitNoPopup();
     click("Restore last session");
-    EXPECT_EQ(model->restore()->workspace().id, SessionHistory::latestID);
+    EXPECT_EQ(model->restoreRun()->workspace().id, SessionHistory::latestID);
 }
 
 TEST_F(SettingsTest, WhatIsOpenedOrReachedIsSeenWhole) {

@@ -31,7 +31,7 @@ TEST(Capture, KeepsTheApplicationsThatMayBeLookedAt) {
     }
     applications[7].policy = ActivationPolicy::accessory;
     applications[8].running = false;
-    Desktop desktop(scene(applications));
+    TestDesktop desktop(scene(applications));
 
     const WorkspaceSnapshot snapshot = desktop.capture({.excludedBundleIdentifiers = {"org.excluded"}});
     EXPECT_EQ(names(snapshot), (std::vector<std::string>{"Éclair", "Notes", "notes", "zebra"}));
@@ -47,8 +47,8 @@ TEST(Capture, NeverLooksAtWhatThePlatformKnowsToKeepSecrets) {
         using ForwardingApplications::ForwardingApplications;
         std::set<std::string> neverCaptured() override { return {"org.safe.keeper"}; }
     };
-    Desktop desktop(scene({sceneApplication("org.Safe.Keeper", {sceneWindow("secret", frame)}),
-                           sceneApplication("org.safe.keepers")}));
+    TestDesktop desktop(scene({sceneApplication("org.Safe.Keeper", {sceneWindow("secret", frame)}),
+                               sceneApplication("org.safe.keepers")}));
     Secretive applications(desktop.plain.applications);
     const Platform& plain = desktop.plain;
     DesktopAccess access{{plain.executor, plain.accessibility, plain.windowServer, applications,
@@ -72,7 +72,7 @@ TEST(Capture, RecordsWhereWindowsStand) {
     SceneWindow& unseen = add("unseen in full screen", frame);
     unseen.fullscreen = true;
     unseen.listed = false;
-    Desktop desktop(scene({application}));
+    TestDesktop desktop(scene({application}));
     const auto before = desktop.executor().wallNow();
 
     const WorkspaceSnapshot snapshot = desktop.capture();
@@ -119,7 +119,7 @@ TEST(Capture, RecordsWhereWindowsStand) {
 }
 
 TEST(Capture, AFullScreenWindowHasNoDesktopWhereverItStands) {
-    Desktop desktop(scene({sceneApplication("org.a", {sceneWindow("1", frame)})}));
+    TestDesktop desktop(scene({sceneApplication("org.a", {sceneWindow("1", frame)})}));
     desktop.meddler.afterRead = [](std::span<const AttributeRequest> requests, Meddler::Answers& answers) {
         if (requests[0].names.back() == ax::fullScreen) answers[0].back() = true;
     };
@@ -131,7 +131,7 @@ TEST(Capture, AFullScreenWindowHasNoDesktopWhereverItStands) {
 TEST(Capture, TokensBringHiddenWindowsBackWithTheirTitles) {
     SceneApplication application = sceneApplication("org.a", {sceneWindow("hidden", frame)});
     application.windows[0].listed = false;
-    Desktop desktop(scene({application}));
+    TestDesktop desktop(scene({application}));
     EXPECT_EQ(desktop.capture().applications[0].windows.at(0).title, std::nullopt);
     const auto windows =
         desktop.capture({.excludedBundleIdentifiers = {}, .recoverHidden = true}).applications[0].windows;
@@ -144,14 +144,14 @@ TEST(Capture, ReadsTheWholeDesktopInTwoBatches) {
     for (int i = 0; i < 20; ++i)
         applications.push_back(
             sceneApplication("org." + std::to_string(i), {sceneWindow("1", frame), sceneWindow("2", frame)}));
-    Desktop desktop(scene(applications));
+    TestDesktop desktop(scene(applications));
     const WorkspaceSnapshot snapshot = desktop.capture();
     EXPECT_EQ(snapshot.windowCount(), 40);
     EXPECT_EQ(desktop.meddler.reads, 2);
 }
 
 TEST(Capture, AnApplicationThatHangsCostsItsTimeoutOnceAndOnlyItsOwnTitles) {
-    Desktop desktop(
+    TestDesktop desktop(
         scene({sceneApplication("org.fine", {sceneWindow("fine", frame)}),
                sceneApplication("org.hung", {sceneWindow("1", frame), sceneWindow("2", frame)})}));
     desktop.world().add(fault(FaultKind::applicationHangs, "org.hung", 0, 1));
@@ -166,7 +166,8 @@ TEST(Capture, AnApplicationThatHangsCostsItsTimeoutOnceAndOnlyItsOwnTitles) {
 }
 
 TEST(Capture, ABrowserThatHangsWhileItIsVerifiedCostsItsTimeoutOnce) {
-    Desktop desktop(scene({sceneApplication("com.apple.Safari", std::vector(9, sceneWindow("1", frame)))}));
+    TestDesktop desktop(
+        scene({sceneApplication("com.apple.Safari", std::vector(9, sceneWindow("1", frame)))}));
     desktop.meddler.afterRead = [&](auto, auto&) {
         if (desktop.meddler.reads == 3) desktop.world().add(fault(FaultKind::applicationHangs));
     };
@@ -175,7 +176,7 @@ TEST(Capture, ABrowserThatHangsWhileItIsVerifiedCostsItsTimeoutOnce) {
 }
 
 TEST(Capture, WithoutPermissionApplicationsHaveNoWindows) {
-    Desktop desktop(scene({sceneApplication("org.a", {sceneWindow("1", frame)})}));
+    TestDesktop desktop(scene({sceneApplication("org.a", {sceneWindow("1", frame)})}));
     desktop.world().setTrusted(false);
     const WorkspaceSnapshot snapshot = desktop.capture();
     ASSERT_EQ(snapshot.applications.size(), 1u);

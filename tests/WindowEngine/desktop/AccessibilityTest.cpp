@@ -33,7 +33,7 @@ TEST(Accessibility, ReadsWindowsThatPeopleSee) {
     small.minimized = true;
     small.document = "no address at all";
     add("full", frame).fullscreen = true;
-    Desktop desktop(scene({application}));
+    TestDesktop desktop(scene({application}));
 
     const auto windows = desktop.windows("org.a");
     ASSERT_EQ(titles(windows), (Titles{"thin", "dialog", "-", "minimized", "full"}));
@@ -49,7 +49,8 @@ TEST(Accessibility, ReadsWindowsThatPeopleSee) {
 }
 
 TEST(Accessibility, KeepsHandlesOfWindowsThatAreNoLongerListed) {
-    Desktop desktop(scene({sceneApplication("org.a", {sceneWindow("1", frame), sceneWindow("2", frame)})}));
+    TestDesktop desktop(
+        scene({sceneApplication("org.a", {sceneWindow("1", frame), sceneWindow("2", frame)})}));
     EXPECT_EQ(titles(desktop.windows("org.a")), (Titles{"1", "2"}));
     desktop.world().window("org.a", "1")->state.listed = false;
     EXPECT_EQ(titles(desktop.windows("org.a")), (Titles{"2", "1"})) << "listed ones first, each once";
@@ -86,7 +87,7 @@ TEST(Accessibility, FindsHiddenWindowsByTokens) {
         SceneApplication application =
             sceneApplication("org.a", {sceneWindow("shown", frame), sceneWindow("hidden", frame)});
         application.windows[1].listed = !c.hidden;
-        Desktop desktop(scene({application}));
+        TestDesktop desktop(scene({application}));
         desktop.meddler.tokens = c.tokens;
         desktop.meddler.tokenCost = c.tokenCost;
         EXPECT_EQ(titles(desktop.windows("org.a", c.recover)), c.found);
@@ -102,7 +103,7 @@ TEST(Accessibility, OnlyOrdinaryWindowsOfTheProcessAreHiddenOnes) {
         application.windows.push_back(sceneWindow(title, frame));
     application.windows[2].frame.width = 1;
     application.windows[3].subrole = "AXFloatingWindow";
-    Desktop desktop(scene({application, sceneApplication("org.b", {sceneWindow("other's", frame)})}));
+    TestDesktop desktop(scene({application, sceneApplication("org.b", {sceneWindow("other's", frame)})}));
     const auto known = desktop.world().window("org.a", "known")->number;
     const auto hidden = desktop.world().window("org.a", "hidden")->number;
     EXPECT_EQ(Accessibility::hiddenWindows(desktop.access, desktop.pid("org.a"), {known}),
@@ -110,8 +111,9 @@ TEST(Accessibility, OnlyOrdinaryWindowsOfTheProcessAreHiddenOnes) {
 }
 
 TEST(Accessibility, AnApplicationThatHangsCostsItsTimeoutOnce) {
-    Desktop desktop(scene({sceneApplication("org.hung", {sceneWindow("1", frame), sceneWindow("2", frame)}),
-                           sceneApplication("org.fine", {sceneWindow("3", frame)})}));
+    TestDesktop desktop(
+        scene({sceneApplication("org.hung", {sceneWindow("1", frame), sceneWindow("2", frame)}),
+               sceneApplication("org.fine", {sceneWindow("3", frame)})}));
     const std::array pids{desktop.pid("org.hung"), desktop.pid("org.fine")};
     (void)Accessibility::enumerate(desktop.access, pids, false);
     desktop.world().add(fault(FaultKind::applicationHangs, "org.hung", 0, 5));
@@ -172,7 +174,7 @@ TEST(Accessibility, VerifiesAWriteByReadingItBack) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
-        Desktop desktop(scene({sceneApplication("org.a", {sceneWindow("1", frame)})}));
+        TestDesktop desktop(scene({sceneApplication("org.a", {sceneWindow("1", frame)})}));
         const LiveWindow window = desktop.window("org.a");
         if (c.fault) desktop.world().add(fault(*c.fault));
         desktop.meddler.frameWritten = [&](Rect asked) {
@@ -187,7 +189,7 @@ TEST(Accessibility, VerifiesAWriteByReadingItBack) {
 }
 
 TEST(Accessibility, AVerificationEndsAtItsDeadlineByTheLastReading) {
-    Desktop desktop(scene({sceneApplication("org.a", {sceneWindow("1", frame)})}));
+    TestDesktop desktop(scene({sceneApplication("org.a", {sceneWindow("1", frame)})}));
     desktop.world().add(fault(FaultKind::moveIgnored));
     Job<WindowMutationResult> job(
         desktop.executor(),
@@ -207,7 +209,7 @@ TEST(Accessibility, AVerificationEndsAtItsDeadlineByTheLastReading) {
 TEST(Accessibility, WritesTheMinimizedStateOnlyWhereItDiffers) {
     SceneApplication application = sceneApplication("org.a", {sceneWindow("1", frame)});
     application.windows[0].minimized = true;
-    Desktop desktop(scene({application}));
+    TestDesktop desktop(scene({application}));
     const LiveWindow window = desktop.window("org.a");
     EXPECT_TRUE(Accessibility::setMinimized(desktop.access, window, true));
     EXPECT_EQ(desktop.meddler.minimizeWrites, 0);
@@ -226,7 +228,7 @@ TEST(Accessibility, UnminimizingTakesThreeReadingsThatAgree) {
     for (const Case& c : {Case{"n", true, 0.2}, Case{"mmnnn", true, 0.4}, Case{"nnmnnn", true, 0.5},
                           Case{"nn-nnn", true, 0.5}, Case{"m", false, 3}}) {
         SCOPED_TRACE(c.readings);
-        Desktop desktop(scene({sceneApplication("org.a", {sceneWindow("1", frame)})}));
+        TestDesktop desktop(scene({sceneApplication("org.a", {sceneWindow("1", frame)})}));
         const LiveWindow window = desktop.window("org.a");
         const std::string_view readings = c.readings;
         std::size_t read = 0;

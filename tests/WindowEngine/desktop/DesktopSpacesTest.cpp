@@ -39,10 +39,10 @@ class Server final : public ForwardingWindowServer {
 };
 
 /// "main" with two desktops, the second in front, and "side" with one.
-class Spaces : public Desktop {
+class Spaces : public TestDesktop {
   public:
     explicit Spaces(std::vector<SceneApplication> applications = {}, std::int64_t desktops = 2)
-        : Desktop([&] {
+        : TestDesktop([&] {
               Scene it = scene(std::move(applications));
               it.displays[0].desktops = desktops;
               it.displays[0].shownDesktop = 1;

@@ -72,7 +72,7 @@ class Scripted {
     const std::string bundle;
     const ContextAdapter& adapter;
     const std::string addressed;
-    Desktop desktop;
+    TestDesktop desktop;
 };
 
 // -- what goes wrong ----------------------------------------------------------------------------------------
@@ -352,7 +352,7 @@ TEST(Adapters, APageThatIsNoWebAddressIsNotBlank) {
 TEST(Adapters, ABrowserThatRestoresItsOwnWindowsGetsOnlyWhatIsMissing) {
     SceneApplication browser = showing(chrome, {{"https://a.org"}, {"https://b.org"}});
     browser.reopens = {browser.windows[1]};
-    Desktop desktop(scene({browser}));
+    TestDesktop desktop(scene({browser}));
     const ContextAdapter& adapter = *Adapters::named("chromium");
     const auto current = [&] { return desktop.run(adapter.capture(desktop.access, chrome)).context; };
     const AppContext saved = *current();

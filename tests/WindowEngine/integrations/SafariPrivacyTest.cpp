@@ -37,7 +37,7 @@ Titles titles(const WorkspaceSnapshot& snapshot) {
 }
 
 TEST(Safari, OnlyWindowsVerifiedAsNormalAreCaptured) {
-    samples::Desktop desktop(desk());
+    samples::TestDesktop desktop(desk());
     const WorkspaceSnapshot snapshot = desktop.capture();
     EXPECT_EQ(titles(snapshot),
               (Titles{"com.apple.Safari normal", "com.apple.Safari deep", "org.editor private"}));
@@ -46,7 +46,7 @@ TEST(Safari, OnlyWindowsVerifiedAsNormalAreCaptured) {
 
     samples::Scene german = desk();
     german.applications[0].language = "de";
-    samples::Desktop inGerman(german);
+    samples::TestDesktop inGerman(german);
     EXPECT_EQ(titles(inGerman.capture()), Titles{"org.editor private"});
 
     // An address field that is not in a toolbar may be anybody's.
@@ -59,7 +59,7 @@ TEST(Safari, OnlyWindowsVerifiedAsNormalAreCaptured) {
 }
 
 TEST(Safari, PrivateWindowsAreNeitherMovedNorReported) {
-    samples::Desktop desktop(desk());
+    samples::TestDesktop desktop(desk());
     const Rect before = desktop.world().window("com.apple.Safari", "private")->state.frame;
     WorkspaceSnapshot snapshot;
     const std::vector saved(4, samples::savedWindow(desktop, {500, 500, 300, 200}, "private"));

@@ -15,7 +15,7 @@ TEST(InterruptedRestore, TellsOfDesktopsItMadeAndDocumentsItOpened) {
             editor.windows.push_back(sceneWindow(name, {100, 100, 600, 400}));
             editor.windows.back().document = std::string("file:///home/ada/") + name;
         }
-        Desktop desktop(scene({editor}));
+        TestDesktop desktop(scene({editor}));
         Workspace workspace;
         workspace.snapshot = desktop.capture();
         for (std::int64_t i = 1; i < 4; ++i) workspace.snapshot.desktops->push_back({"main", i, {}});

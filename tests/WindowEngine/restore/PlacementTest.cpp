@@ -21,11 +21,11 @@ struct Case {
     Window saved, live;
     std::optional<FaultKind> fault;
     const char* status;
-    std::function<void(Desktop&)> meddle = {};
+    std::function<void(TestDesktop&)> meddle = {};
     double faultSeconds = 0;
 };
 
-WorkspaceSnapshot savedSnapshot(Desktop& desktop, const Window& window) {
+WorkspaceSnapshot savedSnapshot(TestDesktop& desktop, const Window& window) {
     WorkspaceSnapshot snapshot;
     snapshot.displays = Displays::current(desktop.plain.screens);
     WindowSnapshot saved = savedWindow(desktop, window.frame, "Notes");
@@ -43,8 +43,8 @@ Scene liveScene(const Window& window) {
 }
 
 /// After three readings of the full-screen attribute alone that say `value`, the window is gone.
-std::function<void(Desktop&)> goneAfter(bool value) {
-    return [=](Desktop& desktop) {
+std::function<void(TestDesktop&)> goneAfter(bool value) {
+    return [=](TestDesktop& desktop) {
         desktop.meddler.afterRead = [&desktop, value, left = 3](std::span<const AttributeRequest> requests,
                                                                 const Meddler::Answers& answers) mutable {
             if (requests[0].names.size() == 1 && requests[0].names[0] == ax::fullScreen &&
@@ -67,14 +67,14 @@ constexpr auto notEntered = "failed full-screen transition did not complete";
 constexpr auto notVerified = "failed full-screen state could not be verified";
 constexpr auto wrongDisplay = "failed entered full screen, but the target display could not be verified";
 
-void unplugSide(Desktop& desktop) {
+void unplugSide(TestDesktop& desktop) {
     desktop.world().unplug("side");
 }
-void unplugAll(Desktop& desktop) {
+void unplugAll(TestDesktop& desktop) {
     unplugSide(desktop);
     desktop.world().unplug("main");
 }
-void entersOnMain(Desktop& desktop) {
+void entersOnMain(TestDesktop& desktop) {
     desktop.world().window("org.a", "Notes")->state.display = "main";
 }
 
@@ -132,7 +132,7 @@ bool comesWithAWrite(FaultKind kind) {
 }
 
 /// What the plan promised is what stands there.
-void expectInPlace(Desktop& desktop, const Window& saved, const WindowPlan& plan) {
+void expectInPlace(TestDesktop& desktop, const Window& saved, const WindowPlan& plan) {
     desktop.executor().runFor(1s);  // flickering, three readings may agree before the end
     const LiveWindowInfo info = desktop.window("org.a").info;
     EXPECT_EQ(info.isFullscreen, (saved.state & fullscreen) != 0);
@@ -147,7 +147,7 @@ void expectInPlace(Desktop& desktop, const Window& saved, const WindowPlan& plan
 TEST(Placement, EveryWayEndsInItsOneLine) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
-        Desktop desktop(liveScene(c.live));
+        TestDesktop desktop(liveScene(c.live));
         const WorkspaceSnapshot snapshot = savedSnapshot(desktop, c.saved);
         if (c.fault) {
             Fault provoking = fault(*c.fault, "org.a", 0, c.faultSeconds);
@@ -168,7 +168,7 @@ TEST(Placement, EveryWayEndsInItsOneLine) {
 }
 
 TEST(Placement, AWindowInFullScreenInPlaceIsOnlyConfirmed) {
-    Desktop desktop(liveScene({onMain, fullscreen}));
+    TestDesktop desktop(liveScene({onMain, fullscreen}));
     desktop.meddler.frameWritten = [](Rect frame) {
         ADD_FAILURE() << "it is not moved";
         return frame;
@@ -178,7 +178,7 @@ TEST(Placement, AWindowInFullScreenInPlaceIsOnlyConfirmed) {
 }
 
 TEST(Placement, WhatAWindowIsWhenItsTurnComesDecides) {
-    Desktop desktop(
+    TestDesktop desktop(
         scene({sceneApplication("org.a", {sceneWindow("1", elsewhere), sceneWindow("2", elsewhere)})}));
     WorkspaceSnapshot snapshot = savedSnapshot(desktop, {onMain});
     snapshot.applications[0].windows = {savedWindow(desktop, onMain, "1"), savedWindow(desktop, onMain, "2")};
@@ -200,7 +200,7 @@ TEST(Placement, AHangCostsAllWindowsOfAnApplicationOneTimeout) {
         saved.push_back(samples::window(onMain, std::to_string(i)));
     }
     snapshot.applications = {{"org.a", "org.a", {}, saved, {}}};
-    Desktop desktop(scene({sceneApplication("org.a", windows)}));
+    TestDesktop desktop(scene({sceneApplication("org.a", windows)}));
     Fault hang = fault(FaultKind::applicationHangs, "org.a");
     hang.onWrite = true;
     desktop.world().add(hang);

@@ -68,7 +68,7 @@ TEST(CleanSlate, HidesOrQuitsTheOthersAndSaysWhatBecameOfEach) {
     for (const Case& c : cases) {
         SceneApplication agent = sceneApplication("org.agent");
         agent.policy = ActivationPolicy::accessory;
-        Desktop desktop(
+        TestDesktop desktop(
             scene({sceneApplication("org.saved", {sceneWindow("1", home)}), agent,
                    sceneApplication("org.one", {sceneWindow("2", home)}), sceneApplication("org.terminal"),
                    sceneApplication(finder), sceneApplication("org.two")}));
@@ -97,7 +97,7 @@ TEST(CleanSlate, HidesOrQuitsTheOthersAndSaysWhatBecameOfEach) {
 TEST(CleanSlate, LeavesAnEditorThatMustAskAndLosesNothing) {
     SceneApplication editor = sceneApplication("org.editor", {sceneWindow("draft", home)});
     editor.windows[0].unsaved = true;
-    Desktop desktop(scene({editor}));
+    TestDesktop desktop(scene({editor}));
     const RestoreReport report = desktop.restore({}, {.cleanSlate = CleanSlateMode::quit});
     EXPECT_EQ(texts(report),
               Texts{"org.editor: failed App is still running; it may need you to save changes"});
@@ -130,7 +130,7 @@ TEST(Documents, ComeBackOnceOrItIsSaidWhyNot) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
-        Desktop desktop(
+        TestDesktop desktop(
             scene({sceneApplication("org.editor", {document("a.txt", home), document("b.txt", second)})}));
         const WorkspaceSnapshot snapshot = desktop.capture();
         simulated::Application& editor = *desktop.world().application("org.editor");
@@ -150,7 +150,7 @@ TEST(Documents, ComeBackOnceOrItIsSaidWhyNot) {
 
 TEST(Documents, OfAStrangerAreNotRun) {
     for (const char* name : {"Tool.app", "run.command", "start.desktop", "jump.fileloc", "setup.deb"}) {
-        Desktop desktop(scene({sceneApplication("org.editor", {sceneWindow("other", home)})}));
+        TestDesktop desktop(scene({sceneApplication("org.editor", {sceneWindow("other", home)})}));
         WorkspaceSnapshot snapshot = desktop.capture();
         snapshot.applications[0].windows[0].documentURL = Url::file("/home/ada/" + std::string(name));
         snapshot.applications[0].windows[0].title = "bait";
@@ -176,7 +176,7 @@ class TravellingDocuments final : public ForwardingApplications {
 };
 
 TEST(Documents, TravelWithTheLaunchWhereThatSparesAnEmptyWindow) {
-    Desktop desktop(scene({sceneApplication("org.editor", {document("a.txt", home)})}));
+    TestDesktop desktop(scene({sceneApplication("org.editor", {document("a.txt", home)})}));
     const WorkspaceSnapshot snapshot = desktop.capture();
     simulated::Application& editor = *desktop.world().application("org.editor");
     desktop.world().end(editor);
@@ -207,7 +207,7 @@ TEST(WindowlessApplication, IsAskedForAWindowOnlyWhenNothingElseBringsOne) {
         {"both", {withDocument, window(home, "1")}, 2},
     };
     for (const Case& c : cases) {
-        Desktop desktop(scene({sceneApplication("org.editor")}));
+        TestDesktop desktop(scene({sceneApplication("org.editor")}));
         WorkspaceSnapshot snapshot;
         snapshot.displays = Displays::current(desktop.plain.screens);
         snapshot.applications = {{"org.editor", "Editor", {}, c.windows, {}}};
@@ -227,7 +227,7 @@ Scene integrated() {
 const std::set<std::string> all{"finder", "chromium", "safari"};
 
 TEST(Context, ComesBackAfterEverythingWasClosedAndNotTwice) {
-    Desktop desktop(integrated());
+    TestDesktop desktop(integrated());
     const WorkspaceSnapshot snapshot = desktop.capture({.enabledAdapters = all});
     EXPECT_EQ(snapshot.tabCount(), 3);
     EXPECT_EQ(snapshot.folderCount(), 1);
@@ -249,7 +249,7 @@ TEST(Context, ComesBackAfterEverythingWasClosedAndNotTwice) {
 TEST(Context, WaitsForWhatAnApplicationBringsBackItself) {
     Scene both = integrated();
     for (SceneWindow& window : both.applications[0].windows) window.opensAfter = 2;
-    Desktop desktop(both);
+    TestDesktop desktop(both);
     desktop.executor().runFor(3s);
     const WorkspaceSnapshot snapshot = desktop.capture({.enabledAdapters = all});
     desktop.world().end(*desktop.world().application(chrome));
@@ -259,7 +259,7 @@ TEST(Context, WaitsForWhatAnApplicationBringsBackItself) {
 }
 
 TEST(Context, OfAnIntegrationThatIsOffOrUnknownIsNoted) {
-    Desktop desktop(integrated());
+    TestDesktop desktop(integrated());
     WorkspaceSnapshot snapshot = desktop.capture({.enabledAdapters = all});
     for (auto& application : snapshot.applications) {
         if (application.name == chrome) application.context->adapter = "unheard-of";
@@ -272,7 +272,7 @@ TEST(Context, OfAnIntegrationThatIsOffOrUnknownIsNoted) {
 }
 
 TEST(Context, TroubleIsReportedAndHoldsUpNothingElse) {
-    Desktop desktop(integrated());
+    TestDesktop desktop(integrated());
     const WorkspaceSnapshot snapshot = desktop.capture({.enabledAdapters = all});
     desktop.world().end(*desktop.world().application(chrome));
     desktop.world().add(fault(automationRefused, chrome));
@@ -289,12 +289,12 @@ TEST(Context, OfACaptureHoldsNothingPrivateAndNothingExcluded) {
     with.applications[0].windows[1].privateBrowsing = true;
     with.applications[0].windows.push_back(withTabs(sceneWindow("Bank", home), {"https://my.bank.example/"}));
     with.applications[0].windows[2].document = "https://my.bank.example/";
-    const auto written = [](Desktop& desktop) {
+    const auto written = [](TestDesktop& desktop) {
         return WorkspaceCoding::encode(
                    desktop.capture({.excludedDomains = {"bank.example"}, .enabledAdapters = all}))
             .value();
     };
-    Desktop desktop(with);
+    TestDesktop desktop(with);
     const std::string bytes = written(desktop);
     for (const char* secret : {"Mail", "mail.example", "work.example", "bank.example"})
         EXPECT_FALSE(bytes.contains(secret)) << secret;
@@ -303,7 +303,7 @@ TEST(Context, OfACaptureHoldsNothingPrivateAndNothingExcluded) {
     // A window on a desktop that is not in front is in the browser's list and not in ours: which one is
     // private cannot be told, and no title stays.
     with.applications[0].windows[2].desktop = 1;
-    Desktop apart(with);
+    TestDesktop apart(with);
     const std::string careful = written(apart);
     for (const char* secret : {"Mail", "mail.example", "Bank"}) EXPECT_FALSE(careful.contains(secret));
     EXPECT_TRUE(careful.contains("private windows could not be told apart"));
@@ -311,7 +311,7 @@ TEST(Context, OfACaptureHoldsNothingPrivateAndNothingExcluded) {
 }
 
 TEST(Context, ThatFailsAtCaptureLeavesTheWindowsAndANote) {
-    Desktop desktop(integrated());
+    TestDesktop desktop(integrated());
     desktop.world().add(fault(automationRefused));
     const WorkspaceSnapshot snapshot = desktop.capture({.enabledAdapters = all});
     EXPECT_EQ(snapshot.windowCount(), 3);

@@ -14,7 +14,7 @@ constexpr Rect home{100, 100, 600, 400}, away{500, 300, 300, 200}, onSide{1500, 
 using Texts = std::vector<std::string>;
 
 /// What `desktop` holds, with every window scattered afterwards.
-WorkspaceSnapshot saveAndScatter(Desktop& desktop) {
+WorkspaceSnapshot saveAndScatter(TestDesktop& desktop) {
     WorkspaceSnapshot snapshot = desktop.capture();
     for (const auto& application : snapshot.applications) {
         for (simulated::Window* window : desktop.world().windowsOf(application.bundleIdentifier))
@@ -23,7 +23,7 @@ WorkspaceSnapshot saveAndScatter(Desktop& desktop) {
     return snapshot;
 }
 
-Texts logLines(Desktop& desktop, std::string_view containing) {
+Texts logLines(TestDesktop& desktop, std::string_view containing) {
     Texts found;
     for (const std::string& line : desktop.simulated->logLines()) {
         if (line.contains(containing)) found.push_back(line);
@@ -46,7 +46,7 @@ TEST(Log, NamesAnApplicationOnlyByWhatIsAnIdentifier) {
 }
 
 TEST(Restore, WithoutPermissionThereIsOneItemAndNothingElse) {
-    Desktop desktop(scene({notRunning(sceneApplication("org.a", {sceneWindow("1", home)}))}));
+    TestDesktop desktop(scene({notRunning(sceneApplication("org.a", {sceneWindow("1", home)}))}));
     desktop.world().setTrusted(false);
     WorkspaceSnapshot snapshot;
     snapshot.applications = {{"org.a", "A", {}, {window(home, "1")}, {}}};
@@ -93,7 +93,7 @@ TEST(Restore, StartsApplicationsOrSaysWhyNot) {
         for (SceneWindow& window : application.windows) window.listed = c.state & listed;
         application.running = c.state & running;
         application.installed = c.state & installed;
-        Desktop desktop(scene({application}));
+        TestDesktop desktop(scene({application}));
         if (c.fault) desktop.world().add(fault(*c.fault, "org.a", 0, 60));
         WorkspaceSnapshot snapshot;
         snapshot.displays = Displays::current(desktop.plain.screens);
@@ -106,7 +106,7 @@ TEST(Restore, StartsApplicationsOrSaysWhyNot) {
 
 TEST(Restore, ASavedLocationCountsOnlyWhileThatApplicationStandsThere) {
     const auto installed = sceneApplication("org.a", {sceneWindow("1", home)});
-    Desktop desktop(scene({notRunning(installed), notRunning(sceneApplication("org.other"))}));
+    TestDesktop desktop(scene({notRunning(installed), notRunning(sceneApplication("org.other"))}));
     WorkspaceSnapshot snapshot;
     const auto other = desktop.plain.applications.location("org.other");
     snapshot.applications = {{"org.a", "A", other, {window(home, "1")}, {}}};
@@ -140,7 +140,7 @@ TEST(Restore, WaitsForWindowsUntilNoMoreOpen) {
             application.windows.push_back(sceneWindow(std::to_string(after), away));
             application.windows.back().opensAfter = after;
         }
-        Desktop desktop(scene({application}));
+        TestDesktop desktop(scene({application}));
         WorkspaceSnapshot snapshot;
         snapshot.displays = Displays::current(desktop.plain.screens);
         snapshot.applications = {{"org.a", "A", {}, {}, {}}};
@@ -157,8 +157,8 @@ TEST(Restore, WaitsForWindowsUntilNoMoreOpen) {
 
 TEST(Restore, ASlowApplicationHoldsUpNoOther) {
     for (const FaultKind kind : {FaultKind::slowLaunch, FaultKind::applicationHangs}) {
-        Desktop desktop(scene({sceneApplication("org.slow", {sceneWindow("s", home)}),
-                               sceneApplication("org.fast", {sceneWindow("f", home)})}));
+        TestDesktop desktop(scene({sceneApplication("org.slow", {sceneWindow("s", home)}),
+                                   sceneApplication("org.fast", {sceneWindow("f", home)})}));
         const WorkspaceSnapshot snapshot = saveAndScatter(desktop);
         desktop.world().end(*desktop.world().application("org.slow"));
         if (kind == FaultKind::applicationHangs)
@@ -178,7 +178,7 @@ TEST(Restore, ASlowApplicationHoldsUpNoOther) {
 }
 
 TEST(Restore, WhatHungBeforeIsAskedAgain) {
-    Desktop desktop(scene({sceneApplication("org.a", {sceneWindow("1", home)})}));
+    TestDesktop desktop(scene({sceneApplication("org.a", {sceneWindow("1", home)})}));
     const WorkspaceSnapshot snapshot = saveAndScatter(desktop);
     desktop.world().add(fault(FaultKind::applicationHangs, "", 0, 1));
     EXPECT_TRUE(desktop.windows("org.a").empty());
@@ -194,7 +194,7 @@ TEST(Restore, TwentyApplicationsThatWaitAreCountedTogether) {
             for (int j = 0; j < 5; ++j)
                 applications.back().windows.push_back(sceneWindow(std::to_string(j), home));
         }
-        Desktop desktop(scene(applications));
+        TestDesktop desktop(scene(applications));
         const WorkspaceSnapshot snapshot = desktop.capture();
         for (auto& application : desktop.world().applications()) desktop.world().end(application);
         for (auto& application : desktop.world().applications()) {
@@ -214,8 +214,8 @@ TEST(Restore, TwentyApplicationsThatWaitAreCountedTogether) {
 }
 
 TEST(Restore, ReportsInTheOrderOfTheListener) {
-    Desktop desktop(scene({sceneApplication("org.a", {sceneWindow("1", home), sceneWindow("2", onSide)}),
-                           sceneApplication("org.b", {sceneWindow("3", home)})}));
+    TestDesktop desktop(scene({sceneApplication("org.a", {sceneWindow("1", home), sceneWindow("2", onSide)}),
+                               sceneApplication("org.b", {sceneWindow("3", home)})}));
     const WorkspaceSnapshot snapshot = saveAndScatter(desktop);
     Texts heard;
     const RestoreReport report =
@@ -229,8 +229,8 @@ TEST(Restore, ReportsInTheOrderOfTheListener) {
 }
 
 TEST(Restore, AnUnexpectedErrorEndsOneApplicationOnly) {
-    Desktop desktop(scene({sceneApplication("org.a", {sceneWindow("1", home)}),
-                           sceneApplication("org.b", {sceneWindow("2", home)})}));
+    TestDesktop desktop(scene({sceneApplication("org.a", {sceneWindow("1", home)}),
+                               sceneApplication("org.b", {sceneWindow("2", home)})}));
     const WorkspaceSnapshot snapshot = saveAndScatter(desktop);
     desktop.meddler.frameWritten = [first = true](Rect frame) mutable {
         if (std::exchange(first, false)) throw std::runtime_error("broken");
@@ -244,7 +244,7 @@ TEST(Restore, AnUnexpectedErrorEndsOneApplicationOnly) {
 }
 
 TEST(Restore, AListenerThatThrowsStillGetsAReport) {
-    Desktop desktop(scene({sceneApplication("org.a", {sceneWindow("1", home)})}));
+    TestDesktop desktop(scene({sceneApplication("org.a", {sceneWindow("1", home)})}));
     const WorkspaceSnapshot snapshot = saveAndScatter(desktop);
     int told = 0;
     const RestoreReport report = desktop.restore(snapshot, {}, [&](const RestoreReport::Item&) {
@@ -259,17 +259,17 @@ TEST(Restore, AListenerThatThrowsStillGetsAReport) {
 // -- one journey through every kind of step, interrupted everywhere
 // ------------------------------------------
 
-std::unique_ptr<Desktop> journeyDesktop() {
+std::unique_ptr<TestDesktop> journeyDesktop() {
     SceneApplication running = sceneApplication(
         "org.a", {sceneWindow("plain", home), sceneWindow("minimized", home), sceneWindow("full", onSide)});
     running.windows[1].minimized = true;
     running.windows[2].fullscreen = true;
     SceneApplication ended = sceneApplication("org.b", {sceneWindow("late", onSide)});
     ended.windows[0].opensAfter = 0.4;
-    return std::make_unique<Desktop>(scene({running, ended}));
+    return std::make_unique<TestDesktop>(scene({running, ended}));
 }
 
-WorkspaceSnapshot saveAndDisturb(Desktop& desktop) {
+WorkspaceSnapshot saveAndDisturb(TestDesktop& desktop) {
     desktop.executor().runFor(1s);
     WorkspaceSnapshot snapshot = saveAndScatter(desktop);
     simulated::World& world = desktop.world();

@@ -240,7 +240,7 @@ class Stage : LookSet, public InterfaceTest {
     void switcher(int workspaces) {
         fill(workspaces);
         model->toggleSwitcher();
-        EXPECT_TRUE(until([&] { return model->now() && !model->nowRefreshing(); }));
+        EXPECT_TRUE(until([&] { return model->currentSnapshot() && !model->refreshingCurrentSnapshot(); }));
     }
 
     /// The desk as it is, as a workspace.
@@ -291,7 +291,7 @@ class Stage : LookSet, public InterfaceTest {
     }
     void resumeHalfWay(const Workspace& workspace) {
         resume(workspace);
-        EXPECT_TRUE(until([&] { return model->restore()->items().size() > 2; }));
+        EXPECT_TRUE(until([&] { return model->restoreRun()->items().size() > 2; }));
     }
     void resumeToTheEnd(const Workspace& workspace) {
         resume(workspace);

@@ -203,7 +203,7 @@ const Surface panels[] = {
     {"restore-stopped",
      [](Stage& s) {
          s.resumeHalfWay(s.troubled("Morning", 2));
-         s.model->restore()->cancel();
+         s.model->restoreRun()->cancel();
          EXPECT_TRUE(s.until([&] { return !s.model->restoreRunning(); }));
      }},
     {"restore-clean", [](Stage& s) { s.resumeToTheEnd(s.saved("Morning")); }},
@@ -249,7 +249,7 @@ class SurfacePictures : public Stage, public testing::WithParamInterface<Picture
     void openPage() {
         model->openMain();
         main()->resize(std::get<Look>(GetParam()).window);
-        EXPECT_TRUE(until([&] { return model->now() && !model->nowRefreshing(); }));
+        EXPECT_TRUE(until([&] { return model->currentSnapshot() && !model->refreshingCurrentSnapshot(); }));
     }
     static bool hasTip(QQuickWindow& window) {
         bool found = false;

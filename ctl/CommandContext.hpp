@@ -9,7 +9,7 @@
 #include "WindowEngine/services/FileSystem.hpp"
 #include "ctl/Arguments.hpp"
 #include "ctl/CommandResult.hpp"
-#include "ctl/Desktop.hpp"
+#include "ctl/DesktopConnection.hpp"
 #include "ctl/Output.hpp"
 #include "platform/services/UserDefaults.hpp"
 #include "settings/AppSettings.hpp"
@@ -17,7 +17,7 @@
 
 namespace quillo::ctl {
 
-struct Session {
+struct CommandContext {
     Output& output;
     FileSystem& files;
     WorkspaceStore& store;
@@ -29,25 +29,25 @@ struct Session {
     KnownWorkspaces& known;
     /// Connects to the desktop. Only the commands that need one call it: the others stay fast and work
     /// without any.
-    std::function<Result<std::unique_ptr<Desktop>>()> openDesktop;
+    std::function<Result<std::unique_ptr<DesktopConnection>>()> openDesktop;
 };
 
 /// The person's settings, with the integrations that this call names (--adapter) switched on besides. A
 /// file that cannot be read is complained of: its exclusions do not hold.
-AppSettings settingsFor(Session& session, const Arguments& arguments);
+AppSettings settingsFor(CommandContext& context, const Arguments& arguments);
 
 /// Complains where it could not be noted where a workspace comes from: restoring it will ask.
-void noteProvenance(Session& session, const Result<void>& noted);
+void noteProvenance(CommandContext& context, const Result<void>& noted);
 
 /// The workspaces of the library, and the sessions of the history. What is wrong with files of theirs goes to
 /// standard error; a directory that cannot be listed is a failure.
-Expected<std::vector<Workspace>> scan(Session& session);
-Expected<std::vector<Workspace>> scanHistory(Session& session);
+Result<std::vector<Workspace>, Failure> scan(CommandContext& context);
+Result<std::vector<Workspace>, Failure> scanHistory(CommandContext& context);
 
 /// The one workspace that `which` names: its identifier, or its name ignoring case. Several of one name are
 /// listed with their identifiers and none is taken.
-Expected<Workspace> find(Session& session, std::string_view which);
-Expected<Workspace> find(std::span<const Workspace> workspaces, std::string_view which);
+Result<Workspace, Failure> find(CommandContext& context, std::string_view which);
+Result<Workspace, Failure> find(std::span<const Workspace> workspaces, std::string_view which);
 
 /// For commands that change no workspace: the same, and where the library knows none so, among the sessions
 /// of the history.
@@ -55,16 +55,16 @@ struct Found {
     Workspace workspace;
     bool isSession = false;
 };
-Expected<Found> findWithHistory(Session& session, std::string_view which);
+Result<Found, Failure> findWithHistory(CommandContext& context, std::string_view which);
 
 /// A name as it is stored: trimmed. An empty one, or bytes that are not UTF-8, are a usage error that names
 /// the argument.
-Expected<std::string> workspaceName(std::string_view argument, std::string_view text);
+Result<std::string, Failure> workspaceName(std::string_view argument, std::string_view text);
 
 /// The desktop, or why there is none: no permission where nothing answers, else a failure (a bad scene).
-Expected<std::unique_ptr<Desktop>> openDesktop(Session& session);
+Result<std::unique_ptr<DesktopConnection>, Failure> openDesktop(CommandContext& context);
 /// The same for a command that reads or changes other applications' windows.
-Expected<std::unique_ptr<Desktop>> openTrustedDesktop(Session& session);
+Result<std::unique_ptr<DesktopConnection>, Failure> openTrustedDesktop(CommandContext& context);
 
 /// `path` seen from the working directory; as it is where there is none any more.
 std::filesystem::path absolutePath(const std::filesystem::path& path);

@@ -1,4 +1,4 @@
-#include "ctl/Session.hpp"
+#include "ctl/CommandContext.hpp"
 
 #include <fmt/format.h>
 
@@ -31,24 +31,24 @@ std::vector<const Workspace*> knownAs(std::string_view which, std::span<const Wo
     return known;
 }
 
-Expected<std::vector<Workspace>> workspacesOf(Session& session, WorkspaceScanResult found) {
-    for (const WorkspaceLoadIssue& issue : found.issues) session.output.complain(printable(issue.text()));
+Result<std::vector<Workspace>, Failure> workspacesOf(CommandContext& context, WorkspaceScanResult found) {
+    for (const WorkspaceLoadIssue& issue : found.issues) context.output.complain(printable(issue.text()));
     if (found.failure) return failure(printable(found.failure->text));
     return std::move(found.workspaces);
 }
 
 }  // namespace
 
-AppSettings settingsFor(Session& session, const Arguments& arguments) {
-    const std::optional<std::string> stored = session.defaults.data(AppSettings::defaultsKey);
+AppSettings settingsFor(CommandContext& context, const Arguments& arguments) {
+    const std::optional<std::string> stored = context.defaults.data(AppSettings::defaultsKey);
     std::optional<AppSettings> settings = stored ? AppSettings::decode(*stored) : AppSettings{};
-    std::optional<std::string> trouble = session.defaults.trouble();
+    std::optional<std::string> trouble = context.defaults.trouble();
     if (!settings) {
-        trouble = std::filesystem::path(session.defaults.place()).filename().string() + ": " +
+        trouble = std::filesystem::path(context.defaults.place()).filename().string() + ": " +
                   std::string(AppSettings::defaultsKey) + ": a field is not of the type it must have";
     }
     if (trouble) {
-        session.output.complain("the settings cannot be read, the usual ones are used: " +
+        context.output.complain("the settings cannot be read, the usual ones are used: " +
                                 printable(*trouble));
     }
     AppSettings chosen = std::move(settings).value_or(AppSettings{});
@@ -56,62 +56,62 @@ AppSettings settingsFor(Session& session, const Arguments& arguments) {
     return chosen;
 }
 
-void noteProvenance(Session& session, const Result<void>& noted) {
+void noteProvenance(CommandContext& context, const Result<void>& noted) {
     if (noted) return;
-    session.output.complain("could not note that this was done here, so a restore will ask first: " +
+    context.output.complain("could not note that this was done here, so a restore will ask first: " +
                             printable(noted.error().text));
 }
 
-Expected<std::vector<Workspace>> scan(Session& session) {
-    return workspacesOf(session, session.store.scan());
+Result<std::vector<Workspace>, Failure> scan(CommandContext& context) {
+    return workspacesOf(context, context.store.scan());
 }
 
-Expected<std::vector<Workspace>> scanHistory(Session& session) {
-    return workspacesOf(session, session.history.scan());
+Result<std::vector<Workspace>, Failure> scanHistory(CommandContext& context) {
+    return workspacesOf(context, context.history.scan());
 }
 
-Expected<Workspace> find(std::span<const Workspace> workspaces, std::string_view which) {
+Result<Workspace, Failure> find(std::span<const Workspace> workspaces, std::string_view which) {
     const std::vector<const Workspace*> known = knownAs(which, workspaces);
     if (known.empty()) return failure("there is no workspace " + printable(which));
     if (known.size() > 1) return std::unexpected(ambiguous(which, known));
     return *known.front();
 }
 
-Expected<Workspace> find(Session& session, std::string_view which) {
-    const Expected<std::vector<Workspace>> workspaces = scan(session);
+Result<Workspace, Failure> find(CommandContext& context, std::string_view which) {
+    const Result<std::vector<Workspace>, Failure> workspaces = scan(context);
     return workspaces ? find(*workspaces, which) : std::unexpected(workspaces.error());
 }
 
-Expected<Found> findWithHistory(Session& session, std::string_view which) {
-    Expected<std::vector<Workspace>> workspaces = scan(session);
+Result<Found, Failure> findWithHistory(CommandContext& context, std::string_view which) {
+    Result<std::vector<Workspace>, Failure> workspaces = scan(context);
     const bool isSession = workspaces && knownAs(which, *workspaces).empty();
     if (isSession) {
-        Expected<std::vector<Workspace>> sessions = scanHistory(session);
+        Result<std::vector<Workspace>, Failure> sessions = scanHistory(context);
         if (!sessions || !knownAs(which, *sessions).empty()) workspaces = std::move(sessions);
     }
     if (!workspaces) return std::unexpected(workspaces.error());
-    Expected<Workspace> found = find(*workspaces, which);
+    Result<Workspace, Failure> found = find(*workspaces, which);
     if (!found) return std::unexpected(found.error());
     return Found{*std::move(found), isSession};
 }
 
-Expected<std::string> workspaceName(std::string_view argument, std::string_view text) {
+Result<std::string, Failure> workspaceName(std::string_view argument, std::string_view text) {
     if (!text::isValidUtf8(text)) return failure(fmt::format("{}: not valid UTF-8", argument), Exit::usage);
     std::string name = text::trim(text);
     if (name.empty()) return failure(fmt::format("{}: the name is empty", argument), Exit::usage);
     return name;
 }
 
-Expected<std::unique_ptr<Desktop>> openDesktop(Session& session) {
-    Result<std::unique_ptr<Desktop>> desktop = session.openDesktop();
+Result<std::unique_ptr<DesktopConnection>, Failure> openDesktop(CommandContext& context) {
+    Result<std::unique_ptr<DesktopConnection>> desktop = context.openDesktop();
     if (desktop) return *std::move(desktop);
     const ErrorKind kind = desktop.error().kind;
     const bool unreachable = kind == ErrorKind::unavailable || kind == ErrorKind::permission;
     return failure(printable(desktop.error().text), unreachable ? Exit::permission : Exit::failed);
 }
 
-Expected<std::unique_ptr<Desktop>> openTrustedDesktop(Session& session) {
-    Expected<std::unique_ptr<Desktop>> desktop = openDesktop(session);
+Result<std::unique_ptr<DesktopConnection>, Failure> openTrustedDesktop(CommandContext& context) {
+    Result<std::unique_ptr<DesktopConnection>, Failure> desktop = openDesktop(context);
     if (!desktop) return desktop;
     AccessibilityService& accessibility = (*desktop)->access().platform.accessibility;
     if (!accessibility.trusted()) {

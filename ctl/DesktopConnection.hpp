@@ -12,9 +12,9 @@
 
 namespace quillo::ctl {
 
-class Desktop {
+class DesktopConnection {
   public:
-    virtual ~Desktop() = default;
+    virtual ~DesktopConnection() = default;
     /// For the doctor: which layer this is.
     virtual std::string description() const = 0;
     virtual DesktopAccess& access() = 0;
@@ -26,7 +26,7 @@ class Desktop {
 /// Runs `task` to its end. Ctrl-C, the end of the terminal and a request to terminate cancel it: then there
 /// is no value, or the one that the task still gave.
 template <class T>
-std::optional<T> run(Desktop& desktop, Task<T> task) {
+std::optional<T> run(DesktopConnection& desktop, Task<T> task) {
     Job<T> job(desktop.loop(), std::move(task));
     const Interrupt interrupt(desktop.loop(), [&job] { job.cancel(); });
     desktop.loop().runUntil([&job] { return job.done(); }, Duration::max());
