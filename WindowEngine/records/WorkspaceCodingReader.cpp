@@ -8,6 +8,7 @@
 #include "WindowEngine/records/WorkspaceFields.hpp"
 #include "WindowEngine/records/WorkspaceMigration.hpp"
 #include "WindowEngine/support/JsonDamage.hpp"
+#include "WindowEngine/support/JsonNumbers.hpp"
 #include "WindowEngine/support/RecordReader.hpp"
 #include "WindowEngine/support/Text.hpp"
 
@@ -91,7 +92,11 @@ Result<Workspace> parse(simdjson::dom::parser& parser, std::string_view bytes, s
         return fail(ErrorKind::invalidData, "the document: too large to read");
     }
     const auto root = parser.parse(bytes.data(), bytes.size(), readableBeyond < simdjson::SIMDJSON_PADDING);
-    if (root.error() != simdjson::SUCCESS) return fail(ErrorKind::invalidData, describeJsonDamage(bytes));
+    if (root.error() != simdjson::SUCCESS) {
+        // What stands under a key that we do not know may be any number.
+        if (const auto inRange = withNumbersInRange(bytes)) return parse(parser, *inRange, 0);
+        return fail(ErrorKind::invalidData, describeJsonDamage(bytes));
+    }
     return readDocument(root.value_unsafe());
 }
 

@@ -6,9 +6,9 @@ namespace quillo {
 namespace {
 
 TEST(Url, KeepsTheExactStringOfEveryAddressItAccepts) {
-    for (const char* text :
-         {"https://example.org/a|b?q=^{x}", "HTTP://Example.ORG/%7e", "about:blank", "file:///tmp/a%20b/",
-          "https://пример.рф/путь", "mailto:a@b.c", "x-app+1.0:anything"})
+    for (const char* text : {"https://example.org/a|b?q=^{x}", "HTTP://Example.ORG/%7e", "about:blank",
+                             "file:///tmp/a%20b/", "https://пример.рф/путь",
+                             "https://fa.example/\xe2\x80\x8c\xc2\xad", "mailto:a@b.c", "x-app+1.0:anything"})
         EXPECT_EQ(Url::parse(text).value().string(), text);
 }
 
