@@ -19,6 +19,7 @@ class Server final : public ForwardingWindowServer {
     bool createsDesktopsDirectly() override { return directly; }
     Result<void> moveWindow(WindowNumber number, SpaceID space) override {
         ++moves;
+        everywhere = false;
         return ForwardingWindowServer::moveWindow(number, space);
     }
     bool openOverview() override {
@@ -32,7 +33,18 @@ class Server final : public ForwardingWindowServer {
         return displays;
     }
 
-    std::string hidden;  // the display whose spaces cannot be read
+    std::vector<WindowFacts> facts(std::span<const WindowNumber> numbers) override {
+        auto facts = ForwardingWindowServer::facts(numbers);
+        const DisplaySpaces main = displaySpaces().front();
+        for (WindowFacts& fact : everywhere ? std::span(facts) : std::span<WindowFacts>{}) {
+            fact.spaces.clear();
+            for (const Space& space : main.spaces) fact.spaces.push_back(space.id);
+        }
+        return facts;
+    }
+
+    bool everywhere = false;  // windows stand on all desktops, until one is moved
+    std::string hidden;       // the display whose spaces cannot be read
     Capability readable = Capability::available(), creation = Capability::available();
     bool directly = false;
     int moves = 0, opened = 0;
@@ -240,6 +252,7 @@ TEST(DesktopMove, AWindowComesBackToItsDesktopOrItsLineSaysSo) {
     };
     const auto refused = [](Moved& it) { it.desktop.world().add(fault(desktopMoveRefused)); };
     const auto ignored = [](Moved& it) { it.desktop.world().add(fault(desktopMoveIgnored)); };
+    const auto everywhere = [](Moved& it) { it.desktop.server.everywhere = true; };
     const auto noneKnown = [](Moved& it) { it.snapshot.desktops->clear(); };
     const auto full = [](Moved& it) { it.snapshot.applications[0].windows[0].isFullscreen = true; };
     const std::string notMoved = "failed position restored, but Desktop 1 assignment failed";
@@ -254,6 +267,7 @@ TEST(DesktopMove, AWindowComesBackToItsDesktopOrItsLineSaysSo) {
         {"moved", 0, {}, "restored"},
         {"minimized", Moved::minimized, {}, "restored"},
         {"there already", 0, inPlace, "restored", 0},
+        {"on all desktops", 0, everywhere, "restored"},
         {"from another display", 0, side, "restored"},
         {"out of full screen", 0, filling, "restored"},
         {"a stack of tabs", Moved::tabs, {}, "restored"},

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <set>
 
 #include "WindowEngine/desktop/Log.hpp"
@@ -159,7 +160,8 @@ TEST(Restore, ASlowApplicationHoldsUpNoOther) {
     for (const FaultKind kind : {FaultKind::slowLaunch, FaultKind::applicationHangs}) {
         Desktop desktop(scene({sceneApplication("org.slow", {sceneWindow("s", home)}),
                                sceneApplication("org.fast", {sceneWindow("f", home)})}));
-        const WorkspaceSnapshot snapshot = saveAndScatter(desktop);
+        WorkspaceSnapshot snapshot = saveAndScatter(desktop);
+        std::ranges::sort(snapshot.applications, std::greater(), &ApplicationSnapshot::name);  // slow first
         desktop.world().end(*desktop.world().application("org.slow"));
         if (kind == FaultKind::applicationHangs)
             desktop.world().start(*desktop.world().application("org.slow"));
