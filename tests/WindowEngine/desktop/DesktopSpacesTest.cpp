@@ -62,9 +62,7 @@ class Spaces : public Desktop {
           }()) {}
 
     Server server{plain.windowServer};
-    DesktopAccess seen{
-        {plain.executor, meddler, server, plain.applications, plain.screens, plain.scripts, plain.log},
-        handles};
+    DesktopAccess seen = with(server);
 
     DesktopPreparation prepare(std::int64_t onMain, std::int64_t onSide) {
         return run(preparation(*this, onMain, onSide));
@@ -226,9 +224,7 @@ struct Moved {
         return sceneApplication("com.apple.Terminal", {window, other});
     }
     std::string status() {
-        Workspace workspace;
-        workspace.snapshot = snapshot;
-        const RestoreReport report = desktop.run(Restore::run(desktop.seen, workspace, {}, {}));
+        const RestoreReport report = desktop.restoreThrough(desktop.seen, snapshot);
         EXPECT_EQ(report.items.size(), 1U);
         return text(report.items.at(0).status);
     }
@@ -305,22 +301,6 @@ TEST(DesktopMove, TakesPlaceWhenNothingAnimates) {
         EXPECT_EQ(moved.desktop.server.moves, 1);
         EXPECT_NEAR(moved.desktop.seconds(), std::min(animates, 2.0), 0.1);
     }
-}
-
-TEST(DesktopMove, ARestoreMakesTheDesktopThatIsGoneAndFillsIt) {
-    Spaces desktop({sceneApplication("org.a", {sceneWindow("1", there)})}, 3);
-    desktop.world().window("org.a", "1")->space = desktop.space("main", 2);
-    Capture::Options everyWindow;
-    everyWindow.recoverHidden = true;
-    const WorkspaceSnapshot snapshot = desktop.capture(everyWindow);
-    desktop.world().removeDesktop("main", 2);
-    EXPECT_EQ(texts(desktop.restore(snapshot)),
-              (Texts{"app.quillo.Quillo: desktops created", "org.a/1: restored"}));
-    EXPECT_EQ(desktop.world().window("org.a", "1")->space, desktop.space("main", 2));
-    desktop.world().removeDesktop("main", 2);
-    desktop.world().add(fault(addDesktopRefused));
-    EXPECT_EQ(texts(desktop.restore(snapshot)),
-              (Texts{"app.quillo.Quillo: failed " + notThird + pressRefused, "org.a/1: restored"}));
 }
 
 }  // namespace
