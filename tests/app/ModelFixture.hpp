@@ -120,7 +120,7 @@ class Model {
         model.reset();
         model = std::make_unique<AppModel>(AppServices{desktop.access, disk, directory.path(), defaults,
                                                        digestForTests, hotKeys, loginItem, *powerEvents,
-                                                       shell, surfaces});
+                                                       shell, *shown});
         model->openWindowAction = [this] { ++windowsOpened; };
     }
 
@@ -182,6 +182,7 @@ class Model {
     PowerEvents* powerEvents = &power;  // of the starts to come
     SimulatedShell shell;
     RecordedSurfaces surfaces;
+    Surfaces* shown = &surfaces;  // of the starts to come
     int windowsOpened = 0;
     std::unique_ptr<AppModel> model;
 };
