@@ -18,6 +18,7 @@ class MemoryDefaults final : public UserDefaults {
     }
     Result<void> setData(std::string_view key, std::optional<std::string> bytes) override {
         if (failure) return std::unexpected(*failure);
+        flags_.erase(std::string(key));
         if (bytes) {
             values_.insert_or_assign(std::string(key), *std::move(bytes));
         } else {
@@ -28,6 +29,7 @@ class MemoryDefaults final : public UserDefaults {
     bool boolean(std::string_view key) const override { return flags_.contains(key); }
     Result<void> setBoolean(std::string_view key, bool value) override {
         if (failure) return std::unexpected(*failure);
+        values_.erase(std::string(key));
         if (value) {
             flags_.insert(std::string(key));
         } else {

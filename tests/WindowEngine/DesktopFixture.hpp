@@ -141,10 +141,22 @@ class TestDesktop {
     }
     RestoreReport restore(const WorkspaceSnapshot& snapshot, Restore::Options options = {},
                           Restore::OnItem onItem = {}) {
+        return restoreThrough(access, snapshot, std::move(options), std::move(onItem));
+    }
+    RestoreReport restoreThrough(DesktopAccess& through, const WorkspaceSnapshot& snapshot,
+                                 Restore::Options options = {}, Restore::OnItem onItem = {}) {
+        return run(Restore::run(through, workspaceOf(snapshot), std::move(options), std::move(onItem)));
+    }
+    static Workspace workspaceOf(const WorkspaceSnapshot& snapshot) {
         Workspace workspace;
         workspace.snapshot = snapshot;
-        return run(Restore::run(access, workspace, std::move(options), std::move(onItem)));
+        return workspace;
     }
+    /// As `access`, with applications or a window server of a test's own.
+    DesktopAccess with(Applications& applications) {
+        return {platform(plain.windowServer, applications), handles};
+    }
+    DesktopAccess with(WindowServer& server) { return {platform(server, plain.applications), handles}; }
     WorkspaceSnapshot capture(Capture::Options options = {}) {
         return run(Capture::snapshot(access, std::move(options)));
     }
@@ -153,9 +165,12 @@ class TestDesktop {
     const Platform plain = simulated->platform();
     Meddler meddler{plain.accessibility};
     WindowHandleCache handles;
-    DesktopAccess access{{plain.executor, meddler, plain.windowServer, plain.applications, plain.screens,
-                          plain.scripts, plain.log},
-                         handles};
+    DesktopAccess access = with(plain.windowServer);
+
+  private:
+    Platform platform(WindowServer& server, Applications& applications) {
+        return {plain.executor, meddler, server, applications, plain.screens, plain.scripts, plain.log};
+    }
 };
 
 /// A window as it would have been saved on this desktop.

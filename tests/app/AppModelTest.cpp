@@ -244,49 +244,6 @@ TEST(AppModel, ExportedFilesAreImportedAgainAndCancelledDialogsDoNothing) {
     EXPECT_FALSE(model->toast());
 }
 
-/// Files of a stranger: refused, or cleaned of what no integration may open.
-TEST(AppModel, HostileFilesAreRefusedOrCleaned) {
-    Model model;
-    Workspace hostile = samples::example();
-    hostile.name = "Gift\nfrom \xE2\x80\xAE afar";
-    auto& application = hostile.snapshot.applications.at(0);
-    const std::vector<Url> bad = {samples::url("javascript:alert(1)"), samples::url("file:///etc/passwd"),
-                                  samples::url("x-apple.systempreferences:x")};
-    application.context =
-        AppContext{"chromium", {{0, bad, {}}, {1, {samples::url("https://a.example/")}, {}}}};
-    const std::string sound = WorkspaceCoding::encode(hostile).value();
-    std::string deep = "{\"schemaVersion\":2,\"snapshot\":";
-    for (int i = 0; i < 5000; ++i) deep += "[";
-    std::string twice = sound;
-    twice.insert(1, "\"name\": \"x\",");
-    std::string bytes = sound;
-    bytes[bytes.find("Gift")] = '\xff';
-    const std::string refused[] = {"", "\0\0", deep, twice, sound.substr(0, sound.size() / 2), bytes};
-    for (const std::string& file : refused) {
-        model.directory.write("file.json", file);
-        model.surfaces.answers = {model.directory / "file.json"};
-        model->importWorkspace();
-        model.run(4s);
-        ASSERT_TRUE(model->toast());
-        EXPECT_TRUE(model->toast()->starts_with("Couldn't import workspace: ")) << *model->toast();
-        EXPECT_TRUE(model->workspaces().empty());
-    }
-    model.directory.write("file.json", sound);
-    model.surfaces.answers = {model.directory / "file.json"};
-    model->importWorkspace();
-    model.run(4s);
-    EXPECT_EQ(model->toast(), "Imported " + hostile.name);
-    const Workspace& imported = model->workspaces().at(0);
-    EXPECT_NE(imported.id, hostile.id);
-    const ApplicationSnapshot& kept = imported.snapshot.applications.at(0);
-    std::vector<Url> addresses;
-    for (const ContextWindow& window : kept.context->windows) {
-        addresses.insert(addresses.end(), window.urls.begin(), window.urls.end());
-    }
-    EXPECT_EQ(addresses, std::vector{samples::url("https://a.example/")});
-    EXPECT_EQ(kept.windows.size(), application.windows.size());
-}
-
 TEST(AppModel, EachToastHasItsFullTime) {
     Model model;
     model->show("one");

@@ -129,7 +129,7 @@ class Model : private SimulatedDesk, public SimulatedSystem {
     void start() {
         model.reset();
         model = std::make_unique<AppModel>(
-            AppServices{services(desktop.access, disk), directory.path(), digestForTests, shell, surfaces});
+            AppServices{services(desktop.access, disk), directory.path(), digestForTests, shell, *shown});
         model->openWindowAction = [this] { ++windowsOpened; };
     }
 
@@ -184,6 +184,7 @@ class Model : private SimulatedDesk, public SimulatedSystem {
     SessionHistory history{posix, directory / "sessions"};
     KnownWorkspaces known{defaults, digestForTests, [](const Uuid&) { return true; }};
     RecordedSurfaces surfaces;
+    Surfaces* shown = &surfaces;  // of the starts to come
     int windowsOpened = 0;
     std::unique_ptr<AppModel> model;
 };

@@ -383,31 +383,5 @@ TEST(ModelRuns, SnapshotsWaitForTheIntroductionAndForThePermission) {
     EXPECT_EQ(model->settings().autoSnapshotMinutes, 5);
 }
 
-/// The program may end at any time: nothing it runs outlives it.
-TEST(ModelRuns, TheModelEndsInTheMiddleOfAnything) {
-    Model model(slowDesk(5));
-    const Workspace workspace = viewing(model);
-    const std::function<void()> acts[] = {[&] { model->beginCapture(); },
-                                          [&] { model->restore(workspace, {}); },
-                                          [&] { model->refreshCurrentSnapshot(); },
-                                          [&] { model->importWorkspace(); },
-                                          [&] { model->show("bye"); },
-                                          [&] { model.power.emit(PowerEvent::willSleep); },
-                                          [&] { model.hotKeys.press(1, 0x1900); },
-                                          [&] { model.disk.tellWatchers(); },
-                                          [&] { model.review(); }};
-    for (const auto& act : acts) {
-        for (const Duration after : {Duration{0ms}, Duration{1ms}, Duration{60ms}}) {
-            if (&act == &acts[8]) model->beginCapture();
-            act();
-            if (after > 0ms) model.run(after);
-            model.start();
-        }
-    }
-    model.model.reset();
-    model.run(1h);
-    EXPECT_TRUE(model.desktop.executor().idle());
-}
-
 }  // namespace
 }  // namespace quillo

@@ -253,6 +253,7 @@ TEST_F(DesktopCommandTest, FoldersTabsDocumentsAndOtherApplicationsArePlannedAnd
         {"identifier": "org.editor", "name": "Editor", "running": false},
         {"identifier": "org.game", "name": "Game"},
         {"identifier": "com.google.Chrome", "name": "Chrome"}]})");
+    file("refusing", home_.read("rich").replace(0, 1, R"({"faults": [{"kind": "automationRefused"}], )"));
     const Texts chromium{"--adapter", "chromium"};
     const auto with = [&](Texts arguments, const Texts& more) {
         arguments.insert(arguments.end(), more.begin(), more.end());
@@ -268,8 +269,10 @@ TEST_F(DesktopCommandTest, FoldersTabsDocumentsAndOtherApplicationsArePlannedAnd
          {on("poor", {"restore", "Rich", "--clean-slate", "quit", "--adapter", "chromium"}), 0,
           "2 restored \xc2\xb7 1 launched \xc2\xb7 2 reopened"},
          {on("poor", {"restore", "Rich", "--adapter", "opera"}), 2, "--adapter"}});
-    expectSteps(
-        {{on("poor", with({"plan", "Rich", "--json"}, chromium)), 0, R"("newWindow":true,"urls":[")"}});
+    const std::string note = "Chrome: Browser automation was unavailable.\n";
+    expectSteps({{on("poor", with({"plan", "Rich", "--json"}, chromium)), 0, R"("newWindow":true,"urls":[")"},
+                 {on("refusing", with({"save", "Poor"}, chromium)), 0, "quilloctl: " + note},
+                 {{"show", "Poor"}, 0, "note        " + note}});
 }
 
 TEST_F(DesktopCommandTest, WhatWasNotSavedHereIsAskedAboutOnce) {

@@ -7,7 +7,7 @@
 namespace quillo {
 namespace {
 
-using samples::GuiTest;
+using ControlsTest = samples::GuiTest;
 
 double luminance(const QColor& color) {
     const auto linear = [](double part) {
@@ -57,8 +57,6 @@ TEST(PlatformTexts, NameTheKeysOfTheSystem) {
     EXPECT_EQ(platformText("Settings · ⌘,", TextVariant::onLinux), "Settings · Ctrl+,");
     EXPECT_EQ(platformText("anything", TextVariant::onLinux), "anything");
 }
-
-class ControlsTest : public GuiTest {};
 
 TEST_F(ControlsTest, SymbolsAndColoursExist) {
     for (const auto& icon : CaptureDraft::icons) {

@@ -43,6 +43,9 @@ class DesktopMapTest : public samples::GuiTest {
         settle();
     }
 
+    QQuickWindow* window() override { return view.get(); }
+
+    std::unique_ptr<QQuickView> view;
     QQuickItem* map = nullptr;
     DesktopMapPicture* picture_ = nullptr;
 };

@@ -1,22 +1,21 @@
-// A view in an offscreen window over the model on a simulated desktop. Any warning of QML fails the test.
+// The whole interface over the model on a simulated desktop: every surface can be opened, and worked by
+// mouse, keyboard and accessible names. Any warning of QML fails the test.
 #pragma once
-#include <gtest/gtest.h>
-
 #include <QAccessible>
-#include <QGuiApplication>
-#include <QQmlContext>
+#include <QApplication>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
 #include <QTest>
 #include <functional>
 #include <memory>
+#include <utility>
 
-#include "app/gui/Pictures.hpp"
+#include "app/UpdateController.hpp"
+#include "app/gui/Interface.hpp"
 #include "app/gui/QmlTypes.hpp"
-#include "app/gui/QuestionPresenter.hpp"
-#include "app/gui/Theme.hpp"
-#include "app/gui/Ui.hpp"
+#include "platform/simulated/SimulatedKeyMonitor.hpp"
+#include "platform/simulated/SimulatedUpdater.hpp"
 #include "tests/app/ModelFixture.hpp"
 
 namespace quillo::samples {
@@ -54,40 +53,80 @@ class QmlWarnings {
     QtMessageHandler previous_;
 };
 
+/// How the person has set the system, the window and the text.
+struct Look {
+    const char* name;
+    QSize window{1080, 720};
+    bool dark = false;
+    const char* textScale = "1";
+    bool mirrored = false;
+};
+
+/// Before the theme is made, which reads the text scale once.
+class LookSet {
+  protected:
+    explicit LookSet(const Look& look) {
+        qputenv("QUILLO_TEXT_SCALE", look.textScale);
+        QGuiApplication::setLayoutDirection(look.mirrored ? Qt::RightToLeft : Qt::LeftToRight);
+    }
+    LookSet(const LookSet&) = delete;
+    LookSet& operator=(const LookSet&) = delete;
+    ~LookSet() {
+        qunsetenv("QUILLO_TEXT_SCALE");
+        QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+    }
+};
+
 class GuiTest : public testing::Test {
   protected:
-    explicit GuiTest(const Scene& scene = Model::desk()) : model(scene) {
-        registerItems();
-        registerSingleton("Theme", theme);
-        registerSingleton("Ui", ui);
-        registerSingleton("Question", question);
+    explicit GuiTest(const Scene& scene = Model::desk(), Capability updating = Capability::available())
+        : model(scene), updater(std::move(updating)) {
+        start();
     }
+    /// The program from its beginning, with the texts of a system.
+    void start(TextVariant texts = TextVariant::onLinux) {
+        end();
+        interface = std::make_unique<Interface>(
+            Interface::Parts{.theme = theme,
+                             .shell = model.shell,
+                             .system = model.services(model.desktop.access, model.disk),
+                             .keys = keys,
+                             .updates = updates,
+                             .variant = texts});
+        model.shown = interface.get();
+        model.start();
+        interface->attach(*model.model);
+    }
+    void end() {
+        if (interface) interface->detach();
+        model.model.reset();
+    }
+    void TearDown() override { end(); }
 
-    /// Shows qrc:/qt/qml/Quillo/FILE. Presenters are to be registered before.
-    void show(const QString& file, QSize size = {1080, 720}) {
-        close();
-        view = std::make_unique<QQuickView>();
-        view->engine()->addImportPath("qrc:/qt/qml");
-        view->engine()->addImageProvider("shadow", new ShadowPictures);
-        view->engine()->addImageProvider("appicon", new AppIconPictures({}));
-        view->setResizeMode(QQuickView::SizeRootObjectToView);
-        view->setColor(theme.background());
-        view->setSource(QUrl("qrc:/qt/qml/Quillo/" + file));
-        for (const QQmlError& error : view->errors()) ADD_FAILURE() << error.toString().toStdString();
-        ASSERT_EQ(view->status(), QQuickView::Ready);
-        view->resize(size);
-        view->show();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(view.get()));
+    /// The main window.
+    void open(QSize size = {1080, 720}) {
+        model->openMain();
+        main()->resize(size);
+        ASSERT_TRUE(QTest::qWaitForWindowActive(main()));
+        settle();
     }
-    void TearDown() override { close(); }
-
-    /// Lists leave the deletion of their rows to a later turn; a row must not move on without its engine.
-    void close() {
-        if (!view) return;
-        delete view->rootObject();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        view.reset();
+    QQuickWindow* main() { return interface->windows().mainWindow(); }
+    /// What is looked at and worked.
+    virtual QQuickWindow* window() { return main(); }
+    /// The panel that is open, else the main window.
+    QQuickWindow* foremost() {
+        for (const PanelID panel : {PanelID::switcher, PanelID::restore}) {
+            if (QQuickWindow* const open = interface->windows().panelWindow(panel)) return open;
+        }
+        return main();
     }
+    /// As the open windows' views know it.
+    template <class T>
+    T& presenter(const char* name) {
+        QQmlEngine* const engine = qobject_cast<QQuickView*>(window())->engine();
+        return *engine->singletonInstance<T*>(qmlTypeId(coreModule, 1, 0, name));
+    }
+    Ui& ui() { return interface->ui(); }
 
     /// Lets the model work and the view follow, until the condition holds.
     bool until(const std::function<bool()>& condition) {
@@ -97,27 +136,27 @@ class GuiTest : public testing::Test {
         }
         return condition();
     }
-    void settle() {
-        for (int turn = 0; turn < 5; ++turn) QCoreApplication::processEvents();
+    static void settle() {
+        for (int turn = 0; turn < 5; ++turn) QTest::qWait(1);
     }
 
     using Wanted = std::function<bool(QAccessibleInterface*)>;
     /// The item with this accessible name that is shown; null where there is none.
-    QQuickItem* named(const QString& name, QQuickItem* below = nullptr, const Wanted& wanted = {}) {
-        QQuickItem* item = below ? below : view->contentItem();
-        if (!item->isVisible()) return nullptr;
-        QAccessibleInterface* face = QAccessible::queryAccessibleInterface(item);
-        if (item->isEnabled() && face && face->text(QAccessible::Name) == name && (!wanted || wanted(face)))
-            return item;
-        for (QQuickItem* child : item->childItems()) {
-            if (QQuickItem* found = named(name, child, wanted)) return found;
-        }
-        return nullptr;
+    QQuickItem* named(const QString& name, const Wanted& wanted = {}) {
+        QQuickItem* found = nullptr;
+        walk(window()->contentItem(), [&](QQuickItem& item) {
+            QAccessibleInterface* face = QAccessible::queryAccessibleInterface(&item);
+            if (!found && item.isEnabled() && face && face->text(QAccessible::Name) == name &&
+                (!wanted || wanted(face)))
+                found = &item;
+            return !found;
+        });
+        return found;
     }
     void click(QQuickItem* item) {
         ASSERT_TRUE(item);
         const QPointF center = item->mapToScene({item->width() / 2, item->height() / 2});
-        QTest::mouseClick(view.get(), Qt::LeftButton, {}, center.toPoint());
+        QTest::mouseClick(window(), Qt::LeftButton, {}, center.toPoint());
         settle();
     }
     void click(const QString& name) {
@@ -126,21 +165,114 @@ class GuiTest : public testing::Test {
         ASSERT_TRUE(item) << "nothing is called " << name.toStdString();
         click(item);
     }
-    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
-        QTest::keyClick(view.get(), key, modifiers);
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}, int times = 1) {
+        for (; times > 0; --times) QTest::keyClick(window(), key, modifiers);
         settle();
     }
-    void type(const QString& text) {
-        for (const QChar c : text) QTest::keyClick(view.get(), c.toLatin1());
+    void type(const char* text) {
+        for (; *text; ++text) QTest::keyClick(window(), *text);
         settle();
+    }
+
+    using Visit = std::function<void(QQuickWindow&, const char* where)>;
+    /// Opens every page of the main window and both panels, one after the other.
+    void onEverySurface(const Visit& visit, QSize size = {1080, 720}) {
+        const auto see = [&](QQuickWindow* window, const char* where) {
+            ASSERT_TRUE(window) << where;
+            SCOPED_TRACE(where);
+            if (window == main()) window->resize(size);
+            settle();
+            visit(*window, where);
+        };
+        const Uuid work = keepExample();
+        model.change([](AppSettings& settings) {
+            settings.onboarded = false;
+            settings.excludedDomains = {"a.example", "a-rather-long-name.of.a.domain.example.org"};
+            settings.excludedBundleIdentifiers = {"org.editor"};
+            settings.autoSnapshotMinutes = 10;
+        });
+        model->openMain();
+        for (const char* step : {"onboarding 1", "onboarding 2", "onboarding 3", "onboarding 4"}) {
+            see(main(), step);
+            if (std::string_view(step).back() != '4') QTest::keyClick(main(), Qt::Key_Return);
+        }
+        model.change([](AppSettings& settings) { settings.onboarded = true; });
+        see(main(), "library");
+        interface->openDetail(work);
+        see(main(), "detail");
+        for (const char* pane : {"general", "integrations", "privacy", "about"}) {
+            ui().openSettings(pane);
+            see(main(), pane);
+        }
+        model->beginCapture();
+        ASSERT_TRUE(until([&] { return model->draft() != nullptr; }));
+        see(main(), "review");
+        model->dismissDraft();
+        model->toggleSwitcher();
+        see(interface->windows().panelWindow(PanelID::switcher), "switcher");
+        model->toggleSwitcher();
+        model->restore(model.named("Work"), {});
+        see(interface->windows().panelWindow(PanelID::restore), "restore");
+        ASSERT_TRUE(until([&] { return !model->restoreRunning(); }));
+        see(interface->windows().panelWindow(PanelID::restore), "restored");
+    }
+    /// Into the library, as "Work".
+    Uuid keepExample() {
+        Workspace workspace = example();
+        workspace.name = "Work";
+        model.keep(workspace);
+        return workspace.id;
+    }
+
+    static QRectF placeOf(const QQuickItem& item) {
+        return item.mapRectToScene({0, 0, item.width(), item.height()});
+    }
+    /// All that is shown, parents first, in the order it is drawn. False ends a branch.
+    static void walk(QQuickItem* item, const std::function<bool(QQuickItem&)>& visit) {
+        if (!item->isVisible() || !visit(*item)) return;
+        for (QQuickItem* child : item->childItems()) walk(child, visit);
+    }
+    /// Whether a press is what it is there for.
+    static bool isPressed(QQuickItem& item) {
+        QAccessibleInterface* face = QAccessible::queryAccessibleInterface(&item);
+        return face && face->actionInterface() &&
+               face->actionInterface()->actionNames().contains(QAccessibleActionInterface::pressAction());
+    }
+    /// Every control that takes the keyboard or a press has a name, and there are some.
+    static void expectNames(QQuickWindow& window) {
+        int controls = 0;
+        walk(window.contentItem(), [&](QQuickItem& item) {
+            if (!item.isEnabled()) return false;
+            QAccessibleInterface* face = QAccessible::queryAccessibleInterface(&item);
+            if (!face || !(isPressed(item) || item.activeFocusOnTab())) return true;
+            ++controls;
+            EXPECT_FALSE(face->text(QAccessible::Name).trimmed().isEmpty()) << described(&item);
+            return true;
+        });
+        EXPECT_GT(controls, 0);
+    }
+    static std::string described(QQuickItem* item) {
+        if (!item) return "nothing";
+        QAccessibleInterface* face = QAccessible::queryAccessibleInterface(item);
+        QString name = face ? face->text(QAccessible::Name) : QString();
+        if (name.isEmpty()) name = item->property("text").toString();
+        const QRectF at = placeOf(*item);
+        return QString("%1 “%2” at %3, %4, %5 x %6")
+            .arg(item->metaObject()->className(), name)
+            .arg(at.x())
+            .arg(at.y())
+            .arg(at.width())
+            .arg(at.height())
+            .toStdString();
     }
 
     QmlWarnings warnings;
     Model model;
     Theme theme;
-    Ui ui{*model.model, TextVariant::onLinux};
-    QuestionPresenter question{*model.model};
-    std::unique_ptr<QQuickView> view;
+    SimulatedUpdater updater;
+    UpdateController updates{updater};
+    SimulatedKeyMonitor keys;
+    std::unique_ptr<Interface> interface;
 };
 
 }  // namespace quillo::samples

@@ -1,10 +1,10 @@
 // The whole interface over the model: its windows and panels come and go, and everything in them has a name.
-#include "tests/gui/InterfaceFixture.hpp"
+#include "tests/gui/GuiFixture.hpp"
 
 namespace quillo {
 namespace {
 
-using samples::InterfaceTest;
+using InterfaceTest = samples::GuiTest;
 
 TEST_F(InterfaceTest, EveryControlOnEverySurfaceHasAName) {
     onEverySurface([](QQuickWindow& window, const char*) { expectNames(window); });
@@ -12,36 +12,37 @@ TEST_F(InterfaceTest, EveryControlOnEverySurfaceHasAName) {
 
 TEST_F(InterfaceTest, TheLibraryStandsInForAWorkspaceThatIsDeletedWhileItIsOpen) {
     model->openMain();
-    interface.openDetail(model->workspaces().at(0).id);
+    interface->openDetail(keepExample());
     model->deleteWorkspace(model->workspaces().at(0));
-    EXPECT_EQ(interface.ui().page(), "library");
+    EXPECT_EQ(interface->ui().page(), "library");
     settle();
     expectNames(*main());
 }
 
 TEST_F(InterfaceTest, ClosingTheMainWindowLeavesThePanelAndTheProgram) {
-    Windows& windows = interface.windows();
+    Windows& windows = interface->windows();
     model->openMain();
     model->openMain();
     ASSERT_TRUE(windows.mainWindow());
+    keepExample();
     model->restore(model->workspaces().at(0), {});
     windows.mainWindow()->close();
     QTest::qWait(1);
     EXPECT_FALSE(windows.mainOpen());
-    EXPECT_EQ(desk.shell.policies.back(), ActivationPolicy::accessory);
+    EXPECT_EQ(model.shell.policies.back(), ActivationPolicy::accessory);
     EXPECT_TRUE(windows.panelVisible(PanelID::restore));
     // Escape closes the panel and stops the restore.
     QTest::keyClick(windows.panelWindow(PanelID::restore), Qt::Key_Escape);
     EXPECT_TRUE(until([&] { return !windows.panelVisible(PanelID::restore) && !model->restoreRunning(); }));
     EXPECT_TRUE(model->restoreRun()->report()->cancelled);
     // Another start of the program asks for the window.
-    interface.askForMainWindow();
+    interface->askForMainWindow();
     EXPECT_TRUE(windows.mainOpen());
-    EXPECT_EQ(desk.shell.policies.back(), ActivationPolicy::regular);
+    EXPECT_EQ(model.shell.policies.back(), ActivationPolicy::regular);
 }
 
 TEST_F(InterfaceTest, FiftyOpeningsLeaveNothingBehind) {
-    Windows& windows = interface.windows();
+    Windows& windows = interface->windows();
     for (int i = 0; i < 50; ++i) {
         model->openMain();
         model->toggleSwitcher();
@@ -63,7 +64,7 @@ TEST_F(InterfaceTest, NothingOfAListOutlivesItsEngine) {
     settle();
     model->dismissDraft();
     ASSERT_FALSE(qApp->findChildren<QQuickItem*>().isEmpty());
-    interface.detach();
+    interface->detach();
     EXPECT_TRUE(qApp->findChildren<QQuickItem*>().isEmpty());
 }
 

@@ -1,7 +1,5 @@
 // The introduction from its first page to the first capture, by mouse and keyboard.
 #include "app/gui/OnboardingPresenter.hpp"
-#include "app/gui/ShortcutsPresenter.hpp"
-#include "platform/simulated/SimulatedKeyMonitor.hpp"
 #include "tests/gui/GuiFixture.hpp"
 
 namespace quillo {
@@ -12,19 +10,14 @@ using namespace samples;
 class OnboardingTest : public GuiTest {
   protected:
     OnboardingTest() {
-        registerSingleton("Onboarding", onboarding);
-        registerSingleton("Shortcuts", shortcuts);
         model.change([](AppSettings& settings) { settings.onboarded = false; });
     }
+    OnboardingPresenter& onboarding() { return presenter<OnboardingPresenter>("Onboarding"); }
     bool storedAsOnboarded() { return AppSettings::load(model.defaults).onboarded; }
-
-    OnboardingPresenter onboarding{*model.model};
-    SimulatedKeyMonitor keys;
-    ShortcutsPresenter shortcuts{*model.model, model.hotKeys, keys};
 };
 
 TEST_F(OnboardingTest, ReturnLeadsToTheFirstCapture) {
-    show("OnboardingView.qml");
+    open();
     EXPECT_TRUE(named("Pick up where you left off."));
     press(Qt::Key_Return);
     EXPECT_TRUE(named("Window access."));
@@ -39,10 +32,10 @@ TEST_F(OnboardingTest, ReturnLeadsToTheFirstCapture) {
     EXPECT_TRUE(named("Window access."));
     click("Continue");
     click("Continue");
-    EXPECT_EQ(ui.page(), "onboarding");
+    EXPECT_EQ(ui().page(), "onboarding");
     click("Save current desktop");
     EXPECT_TRUE(storedAsOnboarded());
-    EXPECT_EQ(ui.page(), "review");
+    EXPECT_EQ(ui().page(), "review");
     EXPECT_TRUE(model->capturing());
 }
 
@@ -60,53 +53,50 @@ void expectWholePixels(const QQuickItem& item, bool picture = false) {
 
 TEST_F(OnboardingTest, ThePicturesAreSharpInEveryWindow) {
     for (const QSize size : {QSize(1024, 700), QSize(1440, 900), QSize(761, 521)}) {
-        show("OnboardingView.qml", size);
-        for (int step = 0; step < onboarding.steps(); ++step) {
-            EXPECT_EQ(onboarding.step(), step);
+        open(size);
+        for (int step = 0; step < onboarding().steps(); ++step) {
+            EXPECT_EQ(onboarding().step(), step);
             settle();
-            expectWholePixels(*view->rootObject());
-            onboarding.next();
+            expectWholePixels(*main()->contentItem());
+            onboarding().next();
         }
-        while (onboarding.step() > 0) onboarding.back();
-        view.reset();
+        while (onboarding().step() > 0) onboarding().back();
     }
 }
 
 TEST_F(OnboardingTest, AccessThatComesLeadsOn) {
     model.setTrusted(false);
     ASSERT_TRUE(until([&] { return !model->accessibilityGranted(); }));
-    show("OnboardingView.qml");
+    open();
     click("Continue");
     EXPECT_TRUE(named("Waiting for access…"));
     EXPECT_FALSE(named("Continue"));
     model.setTrusted(true);
-    ASSERT_TRUE(until([&] { return onboarding.step() == OnboardingPresenter::shortcuts; }));
+    ASSERT_TRUE(until([&] { return onboarding().step() == OnboardingPresenter::shortcuts; }));
     // Only the step that waits for it goes on by itself.
     model.setTrusted(false);
     ASSERT_TRUE(until([&] { return !model->accessibilityGranted(); }));
     model.setTrusted(true);
     ASSERT_TRUE(until([&] { return model->accessibilityGranted(); }));
-    EXPECT_EQ(onboarding.step(), OnboardingPresenter::shortcuts);
+    EXPECT_EQ(onboarding().step(), OnboardingPresenter::shortcuts);
     press(Qt::Key_Return);
     click("Skip for now");
     EXPECT_TRUE(storedAsOnboarded());
-    EXPECT_EQ(ui.page(), "library");
+    EXPECT_EQ(ui().page(), "library");
     EXPECT_FALSE(model->capturing());
 }
 
 TEST_F(OnboardingTest, OnAMacTheSettingsAreOpened) {
-    Ui mac(*model.model, TextVariant::onMac);
-    registerSingleton("Ui", mac);
+    start(TextVariant::onMac);
     model.setTrusted(false);
     ASSERT_TRUE(until([&] { return !model->accessibilityGranted(); }));
-    show("OnboardingView.qml");
+    open();
     press(Qt::Key_Return);
     EXPECT_TRUE(named("Allow window access."));
     EXPECT_TRUE(named("Privacy & Security → Accessibility → turn on Quillo"));
     click("Open System Settings");
     EXPECT_TRUE(model->promptedForAccessibility());
-    EXPECT_EQ(onboarding.step(), OnboardingPresenter::access);
-    view.reset();
+    EXPECT_EQ(onboarding().step(), OnboardingPresenter::access);
 }
 
 }  // namespace

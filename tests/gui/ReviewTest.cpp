@@ -30,16 +30,15 @@ Scene desk() {
 class ReviewTest : public GuiTest {
   protected:
     ReviewTest() : GuiTest(desk()) {
-        registerSingleton("Review", review);
         model.change([](AppSettings& settings) { settings.enabledAdapters = {"finder"}; });
     }
 
-    void open(std::optional<Workspace> updating = {}, QSize size = {1080, 720}) {
+    void begin(std::optional<Workspace> updating = {}, QSize size = {1080, 720}) {
         model->beginCapture(std::move(updating));
         model.review().setColor("teal");
-        show("ReviewView.qml", size);
-        settle();
+        open(size);
     }
+    ReviewPresenter& review() { return presenter<ReviewPresenter>("Review"); }
     static std::string plain(QString text) { return text.replace(QChar::Nbsp, ' ').toStdString(); }
     /// The only workspace, as its file has it.
     WorkspaceSnapshot saved(std::string_view name) {
@@ -49,13 +48,11 @@ class ReviewTest : public GuiTest {
         EXPECT_EQ(files.workspaces[0].name, name);
         return files.workspaces[0].snapshot;
     }
-
-    ReviewPresenter review{*model.model};
 };
 
 TEST_F(ReviewTest, WhatIsUntickedIsNotSaved) {
     model->beginCapture();
-    show("ReviewView.qml");
+    open();
     EXPECT_TRUE(named("Reading your open windows…"));
     press(Qt::Key_Escape);  // there is nothing to drop yet
     ASSERT_TRUE(until([&] { return model->draft() != nullptr; }));
@@ -67,9 +64,9 @@ TEST_F(ReviewTest, WhatIsUntickedIsNotSaved) {
     click("Include Banking");
     click("Include Notes");
     click("Include /Downloads");
-    EXPECT_EQ(plain(review.counts()), "2 of 3 apps · 3 of 5 windows · 1 of 2 folders");
-    EXPECT_EQ(plain(review.leftOutText()), "2 left out");
-    EXPECT_TRUE(review.states().keys() == (QStringList{"org.bank#window#0", "org.editor#window#0"}));
+    EXPECT_EQ(plain(review().counts()), "2 of 3 apps · 3 of 5 windows · 1 of 2 folders");
+    EXPECT_EQ(plain(review().leftOutText()), "2 left out");
+    EXPECT_TRUE(review().states().keys() == (QStringList{"org.bank#window#0", "org.editor#window#0"}));
     // A switch whose application is off keeps its own state, and works.
     ASSERT_TRUE(named("Include Accounts"));
     EXPECT_TRUE(named("Include Accounts")->property("checked").toBool());
@@ -89,15 +86,15 @@ TEST_F(ReviewTest, WhatIsUntickedIsNotSaved) {
 }
 
 TEST_F(ReviewTest, EverythingGoesByKeyboard) {
-    open();
+    begin();
     type("Keys");
     press(Qt::Key_Tab);
     press(Qt::Key_Right);  // the second icon
     press(Qt::Key_Tab);
     press(Qt::Key_Left);  // the color before teal
     QQuickItem* list = named("What is saved");
-    for (int stop = 0; stop < 3 && view->activeFocusItem() != list; ++stop) press(Qt::Key_Tab);
-    ASSERT_EQ(view->activeFocusItem(), list);       // its first line is Banking
+    for (int stop = 0; stop < 3 && main()->activeFocusItem() != list; ++stop) press(Qt::Key_Tab);
+    ASSERT_EQ(main()->activeFocusItem(), list);     // its first line is Banking
     EXPECT_TRUE(list->property("byKey").toBool());  // and has the ring
     press(Qt::Key_Left);
     EXPECT_TRUE(until([&] { return !named("Include Accounts"); }));  // closed
@@ -117,27 +114,28 @@ TEST_F(ReviewTest, EverythingGoesByKeyboard) {
 }
 
 TEST_F(ReviewTest, ANarrowWindowHasOneColumn) {
-    open({}, {800, 600});
+    begin({}, {800, 600});
     type("Small");  // the keyboard is in the field, wherever it stands
-    EXPECT_EQ(review.name(), "Small");
+    EXPECT_EQ(review().name(), "Small");
     QQuickItem* field = named("Name this workspace");
     ASSERT_TRUE(field);
     EXPECT_GT(field->mapToScene({}).y(), 200);  // below the map
     press(Qt::Key_Tab);
     press(Qt::Key_Tab);  // the colors, which come into view
-    EXPECT_LE(view->activeFocusItem()->mapToScene({0, 30}).y(), named("Save Workspace")->mapToScene({}).y());
-    view->resize(1080, 720);
+    EXPECT_LE(main()->activeFocusItem()->mapToScene({0, 30}).y(),
+              named("Save Workspace")->mapToScene({}).y());
+    main()->resize(1080, 720);
     ASSERT_TRUE(until([&] { return field->mapToScene({}).y() < 100; }));
     click("Include Banking");
     EXPECT_EQ(model->draft()->excludedApps().size(), 1U);
 }
 
 TEST_F(ReviewTest, EscapeAsksOnlyWhereSomethingWouldBeLost) {
-    open();
+    begin();
     press(Qt::Key_Escape);
     EXPECT_FALSE(model->draft());
 
-    open();
+    begin();
     click("Include Banking");
     press(Qt::Key_Escape);
     EXPECT_TRUE(named("Discard this review?"));
@@ -154,15 +152,15 @@ TEST_F(ReviewTest, EscapeAsksOnlyWhereSomethingWouldBeLost) {
 
 TEST_F(ReviewTest, AnUpdateStaysOpenWhereItCannotBeSaved) {
     model.put({"Monday"});
-    open(model.named("Monday"));
+    begin(model.named("Monday"));
     EXPECT_TRUE(named("Update Workspace"));
     press(Qt::Key_End);
     type("s");
     model.disk.createFailure = Error{ErrorKind::io, "no room", 0};
     click("Update Workspace");
     ASSERT_TRUE(model->draft());
-    EXPECT_EQ(ui.toast(), "Couldn't save: no room");
-    EXPECT_EQ(review.name(), "Mondays");
+    EXPECT_EQ(ui().toast(), "Couldn't save: no room");
+    EXPECT_EQ(review().name(), "Mondays");
     model.disk.createFailure.reset();
     click("Update Workspace");
     EXPECT_EQ(saved("Mondays").applications.size(), 3U);

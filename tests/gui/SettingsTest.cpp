@@ -2,12 +2,8 @@
 #include <QQmlProperty>
 
 #include "WindowEngine/integrations/Adapters.hpp"
-#include "app/UpdateController.hpp"
-#include "app/gui/PrivacyPresenter.hpp"
 #include "app/gui/SettingsPresenter.hpp"
 #include "app/gui/ShortcutsPresenter.hpp"
-#include "platform/simulated/SimulatedKeyMonitor.hpp"
-#include "platform/simulated/SimulatedUpdater.hpp"
 #include "tests/gui/GuiFixture.hpp"
 
 namespace quillo {
@@ -15,16 +11,11 @@ namespace {
 
 class SettingsTest : public samples::GuiTest {
   protected:
-    SettingsTest() {
-        registerSingleton("Settings", settings);
-        registerSingleton("Privacy", privacy);
-        registerSingleton("Shortcuts", shortcuts);
+    void openPane(const QString& pane, QSize size = {1080, 720}) {
+        interface->openSettings(pane);
+        open(size);
     }
-
-    void open(const QString& pane, QSize size = {1080, 720}) {
-        ui.openSettings(pane);
-        show("SettingsView.qml", size);
-    }
+    SettingsPresenter& settings() { return presenter<SettingsPresenter>("Settings"); }
     const AppSettings& stored() {
         now = AppSettings::load(model.defaults);
         EXPECT_EQ(now, model->settings());
@@ -34,29 +25,23 @@ class SettingsTest : public samples::GuiTest {
     /// A menu or a dialog fades away, and until then the page below it hears nothing.
     void awaitNoPopup() {
         ASSERT_TRUE(until([&] {
-            return std::ranges::none_of(view->contentItem()->childItems(), [](QQuickItem* item) {
+            return std::ranges::none_of(main()->contentItem()->childItems(), [](QQuickItem* item) {
                 return item->inherits("QQuickOverlay") && item->isVisible();
             });
         }));
     }
 
     AppSettings now;
-    SimulatedKeyMonitor keys;
-    SimulatedUpdater updater;
-    UpdateController updates{updater};
-    SettingsPresenter settings{*model.model, updates, model.loginItem, model.shell};
-    PrivacyPresenter privacy{*model.model, model.desktop.access};
-    ShortcutsPresenter shortcuts{*model.model, model.hotKeys, keys};
 };
 
 TEST_F(SettingsTest, ControlsAreWhatTheyLookLikeToAssistivePrograms) {
-    open("general");
+    openPane("general");
     const struct {
         const char* name;
         QAccessible::Role role;
         bool checked;
     } controls[] = {
-        {"Open Quillo at login", QAccessible::CheckBox, settings.openAtLogin()},
+        {"Open Quillo at login", QAccessible::CheckBox, settings().openAtLogin()},
         {"Global shortcuts", QAccessible::CheckBox, true},
         {"System", QAccessible::RadioButton, true},
         {"Dark", QAccessible::RadioButton, false},
@@ -65,7 +50,7 @@ TEST_F(SettingsTest, ControlsAreWhatTheyLookLikeToAssistivePrograms) {
     };
     for (const auto& control : controls) {
         const auto same = [&](QAccessibleInterface* face) { return face->role() == control.role; };
-        QQuickItem* item = named(control.name, nullptr, same);
+        QQuickItem* item = named(control.name, same);
         ASSERT_TRUE(item) << control.name;
         EXPECT_EQ(bool(QAccessible::queryAccessibleInterface(item)->state().checked), control.checked)
             << control.name;
@@ -73,9 +58,9 @@ TEST_F(SettingsTest, ControlsAreWhatTheyLookLikeToAssistivePrograms) {
 }
 
 TEST_F(SettingsTest, WhatIsSwitchedIsStoredAtOnce) {
-    open("general");
+    openPane("general");
     EXPECT_TRUE(named("Allowed"));
-    const bool login = settings.openAtLogin();
+    const bool login = settings().openAtLogin();
     click("Open Quillo at login");
     EXPECT_EQ(model.loginItem.current == LoginItemStatus::enabled, !login);
     click("Dark");
@@ -105,22 +90,23 @@ TEST_F(SettingsTest, SaysWhatCannotBe) {
     model.hotKeys.able = Capability::unavailable("No server of keys.");
     model.loginItem.current = LoginItemStatus::requiresApproval;
     model.loginItem.unregisterFailure = Error{ErrorKind::refused, "not now"};
-    open("general");
+    openPane("general");
     EXPECT_TRUE(named("No server of keys."));
-    EXPECT_FALSE(named(ui.text(shortcuts.hint()))) << "how to set what cannot be set";
+    EXPECT_FALSE(named(ui().text(presenter<ShortcutsPresenter>("Shortcuts").hint())))
+        << "how to set what cannot be set";
     model->loginItem().setEnabled(true);  // reads anew
     settle();
-    EXPECT_TRUE(named(ui.text("Allow Quillo in System Settings to finish enabling this.")));
+    EXPECT_TRUE(named(ui().text("Allow Quillo in System Settings to finish enabling this.")));
     click("Open Quillo at login");
     EXPECT_TRUE(named("Couldn't change launch at login: not now"));
     model.setTrusted(false);
-    ASSERT_TRUE(until([&] { return !settings.accessGranted(); }));
+    ASSERT_TRUE(until([&] { return !settings().accessGranted(); }));
     click("Allow in Settings");
     EXPECT_TRUE(model->promptedForAccessibility());
 }
 
 TEST_F(SettingsTest, ACombinationIsRecordedByKeysAlone) {
-    open("general");
+    openPane("general");
     named("Shortcut for saving: Ctrl+Alt+Super+S")->forceActiveFocus(Qt::TabFocusReason);
     press(Qt::Key_Space);
     ASSERT_EQ(keys.monitors(), 1U);
@@ -149,7 +135,7 @@ TEST_F(SettingsTest, AnEarlierSessionComesBack) {
     }
     model.disk.tellWatchers();
     ASSERT_TRUE(until([&] { return model->sessions().size() == 3; }));
-    open("general");
+    openPane("general");
     const Workspace middle = model->sessions().at(1);
     named("Restore earlier…")->forceActiveFocus(Qt::TabFocusReason);
     press(Qt::Key_Space);
@@ -164,36 +150,37 @@ TEST_F(SettingsTest, AnEarlierSessionComesBack) {
 }
 
 TEST_F(SettingsTest, WhatIsOpenedOrReachedIsSeenWhole) {
-    settings.setSavesSessions(true);
-    open("general", {760, 520});
+    model.change([](AppSettings& settings) { settings.autoSnapshotMinutes = 10; });
+    openPane("general", {760, 520});
     const auto place = [&](const QString& name) {
         QQuickItem* const item = named(name);
-        return item ? item->mapRectToScene({0, 0, item->width(), item->height()}) : QRectF();
+        return item ? placeOf(*item) : QRectF();
     };
     named("Automatic updates")->forceActiveFocus(Qt::TabFocusReason);
     const QString words = "Check hourly and prepare updates without interrupting your work.";
     EXPECT_TRUE(until([&] { return place(words).bottom() <= 500; }))
         << "the end of its group is below the window";
-    const QString interval = "Snapshot interval: " + settings.intervals().at(settings.interval());
+    const QString interval = "Snapshot interval: " + settings().intervals().at(settings().interval());
     named(interval)->forceActiveFocus(Qt::TabFocusReason);
     press(Qt::Key_Space);
     ASSERT_TRUE(until([&] { return place("Every hour").isValid(); }));
-    for (const QString& choice : {settings.intervals().front(), settings.intervals().back()}) {
+    for (const QString& choice : {settings().intervals().front(), settings().intervals().back()}) {
         EXPECT_FALSE(place(choice).intersects(place(interval)))
             << choice.toStdString() << " is over its button";
     }
 }
 
 TEST_F(SettingsTest, FromRightToLeftEveryPageBeginsAtTheRight) {
-    open("about");
+    openPane("about");
+    QQuickItem* const root = qobject_cast<QQuickView*>(main())->rootObject();
     for (const char* property : {"LayoutMirroring.enabled", "LayoutMirroring.childrenInherit"})
-        QQmlProperty::write(view->rootObject(), property, true, qmlContext(view->rootObject()));
+        QQmlProperty::write(root, property, true, qmlContext(root));
     settle();
-    EXPECT_GT(named("Version " + settings.version())->mapToScene({0, 0}).x(), 540);
+    EXPECT_GT(named("Version " + settings().version())->mapToScene({0, 0}).x(), 540);
 }
 
 TEST_F(SettingsTest, ExclusionsAreAddedAndTakenAway) {
-    open("privacy");
+    openPane("privacy");
     click("Exclude a running app…");
     click("org.editor");
     awaitNoPopup();
@@ -223,7 +210,7 @@ TEST_F(SettingsTest, ExclusionsAreAddedAndTakenAway) {
 
 TEST_F(SettingsTest, EverythingIsDeletedOnlyAfterAsking) {
     model.put({"One", "Two"});
-    open("privacy");
+    openPane("privacy");
     click("Delete all workspace data");
     press(Qt::Key_Return);  // the harmless answer has the keyboard
     settle();
@@ -235,10 +222,10 @@ TEST_F(SettingsTest, EverythingIsDeletedOnlyAfterAsking) {
 }
 
 TEST_F(SettingsTest, IntegrationsAndPanesByKeyboard) {
-    open("general");
+    openPane("general");
     named("General")->forceActiveFocus(Qt::TabFocusReason);
     press(Qt::Key_Down);
-    EXPECT_EQ(ui.settingsPane(), "integrations");
+    EXPECT_EQ(ui().settingsPane(), "integrations");
     const auto first = Adapters::all().front();
     click(QString::fromStdString(first->name()));
     EXPECT_EQ(stored().enabledAdapters, std::set<std::string>{first->id()});
@@ -247,19 +234,19 @@ TEST_F(SettingsTest, IntegrationsAndPanesByKeyboard) {
     named("Integrations")->forceActiveFocus(Qt::TabFocusReason);
     press(Qt::Key_Down);
     press(Qt::Key_Down);
-    EXPECT_EQ(ui.settingsPane(), "about");
-    EXPECT_TRUE(named("Version " + settings.version()));
+    EXPECT_EQ(ui().settingsPane(), "about");
+    EXPECT_TRUE(named("Version " + settings().version()));
     updates.setAutomaticUpdates(true);
     updater.findUpdate("2.0");
     settle();
     EXPECT_TRUE(named("Update available · 2.0"));
     updater.finishDownload("2.0");
-    model->beginCapture();
+    model.put({"Work"});
+    model->restore(model.named("Work"), {});
     settle();
     EXPECT_TRUE(named(AppModel::relaunchRefusal));
-    EXPECT_FALSE(named("Relaunch to Update")) << "offered during a capture";
-    model.review();
-    model->dismissDraft();
+    EXPECT_FALSE(named("Relaunch to Update")) << "offered during a restore";
+    model.finishRestore();
     settle();
     click("Relaunch to Update");
     EXPECT_EQ(updater.installed, std::vector<std::string>{"2.0"});

@@ -2,16 +2,12 @@
 // overlaps, also with large text, in a small window, and from right to left.
 #include <algorithm>
 
-#include "tests/gui/InterfaceFixture.hpp"
+#include "tests/gui/GuiFixture.hpp"
 
 namespace quillo {
 namespace {
 
-QRectF sceneRect(const QQuickItem& item) {
-    return item.mapRectToScene({0, 0, item.width(), item.height()});
-}
-
-class FocusOrderTest : public samples::InterfaceTest {
+class FocusOrderTest : public samples::GuiTest {
   protected:
     /// Every item the key leads to, once around.
     std::vector<QQuickItem*> around(QQuickWindow& window, Qt::Key key,
@@ -49,7 +45,7 @@ TEST_F(FocusOrderTest, TabWalksEverySurfaceInReadingOrderAndBack) {
     onEverySurface([&](QQuickWindow& window, const char*) {
         toTheStart(window);
         const auto stops = around(window, Qt::Key_Tab, [](QQuickItem* before, QQuickItem* after) {
-            EXPECT_TRUE(inReadingOrder(sceneRect(*before), sceneRect(*after)))
+            EXPECT_TRUE(inReadingOrder(placeOf(*before), placeOf(*after)))
                 << described(before) << "\nthen " << described(after);
         });
         auto back = around(window, Qt::Key_Backtab);
@@ -67,7 +63,7 @@ TEST_F(FocusOrderTest, TabWalksEverySurfaceInReadingOrderAndBack) {
 }
 
 class LayoutTest : public samples::LookSet,
-                   public samples::InterfaceTest,
+                   public samples::GuiTest,
                    public testing::WithParamInterface<samples::Look> {
   protected:
     LayoutTest() : LookSet(GetParam()) {}
@@ -102,7 +98,7 @@ class LayoutTest : public samples::LookSet,
     }
     static void expectReadable(QQuickWindow& window) {
         std::vector<Piece> pieces;
-        const QRectF all = sceneRect(*window.contentItem());
+        const QRectF all = placeOf(*window.contentItem());
         gather(*window.contentItem(), all, pieces);
         for (std::size_t i = 0; i < pieces.size(); ++i) {
             for (std::size_t j = i + 1; j < pieces.size(); ++j) expectApart(pieces[i], pieces[j]);
@@ -112,10 +108,10 @@ class LayoutTest : public samples::LookSet,
     static void gather(QQuickItem& item, const QRectF& clip, std::vector<Piece>& pieces) {
         if (!item.isVisible() || item.opacity() == 0 || item.inherits("DesktopMap")) return;
         if (QString(item.metaObject()->className()).startsWith("OnboardingPicture")) return;
-        const QRectF place = sceneRect(item);
+        const QRectF place = placeOf(item);
         const QRectF seen = item.clip() ? clip & place : clip;
         if (isText(item)) {
-            const QRectF parent = sceneRect(*item.parentItem());
+            const QRectF parent = placeOf(*item.parentItem());
             const QRectF words = ink(item);
             EXPECT_TRUE(words.width() <= parent.width() + 1)
                 << described(&item) << " is wider than its place";
@@ -136,9 +132,8 @@ TEST_P(LayoutTest, NothingIsCutOffOrOverlaps) {
 }
 
 TEST_P(LayoutTest, TheLibraryKeepsToItsEdges) {
-    for (int i = 0; i < 9; ++i) ASSERT_TRUE(desk.store.save(samples::named(Uuid::random(), "Morning")));
+    for (int i = 0; i < 9; ++i) ASSERT_TRUE(model.store.save(samples::named(Uuid::random(), "Morning")));
     model->reload();
-    change([](AppSettings& settings) { settings.onboarded = true; });
     model->openMain();
     const QSize size = GetParam().window + QSize(1, 0);  // no number of columns divides it
     main()->resize(size);
@@ -152,7 +147,7 @@ TEST_P(LayoutTest, TheLibraryKeepsToItsEdges) {
         const QString type = item.metaObject()->className();
         if (item.property("stripHeight").isValid()) strip = item.property("stripHeight").toDouble();
         if (type.startsWith("WorkspaceCard")) {
-            const QRectF card = sceneRect(*item.childItems().at(0));
+            const QRectF card = placeOf(*item.childItems().at(0));
             left = std::min(left, card.left());
             right = std::max(right, card.right());
         }

@@ -52,40 +52,6 @@ def documents_come_back(journey):
     nothing_more(journey, before)
 
 
-    hostile_documents_stay_closed(journey)
-
-
-def hostile_documents_stay_closed(journey):
-    """A workspace from a stranger, whose documents are programs: they are refused, and the rest comes back."""
-    desktop, home = journey.desktop, journey.desktop.home
-    journey.quillo("export", "Morning", home + "/stranger.json")
-    with open(home + "/stranger.json") as file:
-        workspace = json.load(file)
-    workspace["name"] = "Stranger"
-    for name, mode in (("program", 0o755), ("shortcut.desktop", 0o644)):
-        with open(f"{home}/{name}", "w") as file:
-            file.write("#!/bin/sh\n")
-        os.chmod(f"{home}/{name}", mode)
-    os.symlink(home + "/program", home + "/picture.png")
-    editor = next(a for a in workspace["snapshot"]["applications"] if a["bundleIdentifier"] == "org.xfce.mousepad")
-    for window, document in zip(editor["windows"], ("/picture.png", "/shortcut%2Edesktop")):
-        window["documentURL"] = "file://" + home + document
-    with open(home + "/stranger.json", "w") as file:
-        json.dump(workspace, file)
-    journey.quillo("import", home + "/stranger.json")
-    for window in desktop.windows():
-        desktop.close_window(window)
-    numbers = {window.number for window in desktop.windows()}
-    journey.quillo("restore", "Stranger", expect=(1,))  # without anybody to ask
-    assert {window.number for window in desktop.windows()} <= numbers, desktop.windows()
-    items = journey.restore("Stranger", "--yes")
-    refused = [item for item in items if item.get("reason", "").startswith("document could not be opened: ")]
-    assert len(refused) == 2, items
-    assert not any(name in w.title for w in desktop.windows() for name in ("picture", "program", "shortcut")), (
-        desktop.windows())
-    assert desktop.window("Garden") and desktop.window("House"), desktop.windows()
-
-
 def nothing_more(journey, before):
     """A second restore opens nothing and leaves every window where it is."""
     numbers = {window.number for window in journey.desktop.windows()}

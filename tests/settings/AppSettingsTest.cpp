@@ -108,24 +108,5 @@ TEST(AppSettings, CapturesHonourThem) {
     EXPECT_FALSE(options.recoverHidden);
 }
 
-TEST(Shortcut, IsMadeFromAKeyPressWithAModifier) {
-    using namespace modifier;
-    const struct {
-        KeyEvent event;
-        const char* label;  // null: none
-    } cases[] = {
-        {{0, shift, "a"}, nullptr},  {{0, 0, "a"}, nullptr},       {{0, option | shift, "a"}, "⌥⇧A"},
-        {{51, command, "\b"}, "⌘⌫"}, {{96, control, ""}, "⌃F5"},   {{49, command | control, " "}, "⌃⌘Space"},
-        {{41, command, "ß"}, "⌘SS"}, {{55, command, ""}, nullptr}, {{0, command | 0x10000, "a"}, "⌘A"},
-    };
-    for (const auto& c : cases) {
-        const auto shortcut = Shortcut::fromEvent(c.event);
-        ASSERT_EQ(shortcut.has_value(), c.label != nullptr) << c.event.keyCode;
-        if (!shortcut) continue;
-        EXPECT_EQ(shortcut->label(), c.label);
-        EXPECT_EQ(shortcut->modifiers, c.event.modifiers & 0x1B00);
-    }
-}
-
 }  // namespace
 }  // namespace quillo

@@ -50,10 +50,7 @@ TEST(Capture, NeverLooksAtWhatThePlatformKnowsToKeepSecrets) {
     TestDesktop desktop(scene({sceneApplication("org.Safe.Keeper", {sceneWindow("secret", frame)}),
                                sceneApplication("org.safe.keepers")}));
     Secretive applications(desktop.plain.applications);
-    const Platform& plain = desktop.plain;
-    DesktopAccess access{{plain.executor, plain.accessibility, plain.windowServer, applications,
-                          plain.screens, plain.scripts, plain.log},
-                         desktop.handles};
+    DesktopAccess access = desktop.with(applications);
     EXPECT_EQ(names(desktop.run(Capture::snapshot(access, {}))),
               std::vector<std::string>{"org.safe.keepers"});
 }

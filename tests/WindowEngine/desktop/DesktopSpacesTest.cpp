@@ -19,6 +19,7 @@ class Server final : public ForwardingWindowServer {
     bool createsDesktopsDirectly() override { return directly; }
     Result<void> moveWindow(WindowNumber number, SpaceID space) override {
         ++moves;
+        everywhere = false;
         return ForwardingWindowServer::moveWindow(number, space);
     }
     bool openOverview() override {
@@ -32,7 +33,18 @@ class Server final : public ForwardingWindowServer {
         return displays;
     }
 
-    std::string hidden;  // the display whose spaces cannot be read
+    std::vector<WindowFacts> facts(std::span<const WindowNumber> numbers) override {
+        auto facts = ForwardingWindowServer::facts(numbers);
+        const DisplaySpaces main = displaySpaces().front();
+        for (WindowFacts& fact : everywhere ? std::span(facts) : std::span<WindowFacts>{}) {
+            fact.spaces.clear();
+            for (const Space& space : main.spaces) fact.spaces.push_back(space.id);
+        }
+        return facts;
+    }
+
+    bool everywhere = false;  // windows stand on all desktops, until one is moved
+    std::string hidden;       // the display whose spaces cannot be read
     Capability readable = Capability::available(), creation = Capability::available();
     bool directly = false;
     int moves = 0, opened = 0;
@@ -50,9 +62,7 @@ class Spaces : public TestDesktop {
           }()) {}
 
     Server server{plain.windowServer};
-    DesktopAccess seen{
-        {plain.executor, meddler, server, plain.applications, plain.screens, plain.scripts, plain.log},
-        handles};
+    DesktopAccess seen = with(server);
 
     DesktopPreparation prepare(std::int64_t onMain, std::int64_t onSide) {
         return run(preparation(*this, onMain, onSide));
@@ -214,9 +224,7 @@ struct Moved {
         return sceneApplication("com.apple.Terminal", {window, other});
     }
     std::string status() {
-        Workspace workspace;
-        workspace.snapshot = snapshot;
-        const RestoreReport report = desktop.run(Restore::run(desktop.seen, workspace, {}, {}));
+        const RestoreReport report = desktop.restoreThrough(desktop.seen, snapshot);
         EXPECT_EQ(report.items.size(), 1U);
         return text(report.items.at(0).status);
     }
@@ -240,6 +248,7 @@ TEST(DesktopMove, AWindowComesBackToItsDesktopOrItsLineSaysSo) {
     };
     const auto refused = [](Moved& it) { it.desktop.world().add(fault(desktopMoveRefused)); };
     const auto ignored = [](Moved& it) { it.desktop.world().add(fault(desktopMoveIgnored)); };
+    const auto everywhere = [](Moved& it) { it.desktop.server.everywhere = true; };
     const auto noneKnown = [](Moved& it) { it.snapshot.desktops->clear(); };
     const auto full = [](Moved& it) { it.snapshot.applications[0].windows[0].isFullscreen = true; };
     const std::string notMoved = "failed position restored, but Desktop 1 assignment failed";
@@ -254,6 +263,7 @@ TEST(DesktopMove, AWindowComesBackToItsDesktopOrItsLineSaysSo) {
         {"moved", 0, {}, "restored"},
         {"minimized", Moved::minimized, {}, "restored"},
         {"there already", 0, inPlace, "restored", 0},
+        {"on all desktops", 0, everywhere, "restored"},
         {"from another display", 0, side, "restored"},
         {"out of full screen", 0, filling, "restored"},
         {"a stack of tabs", Moved::tabs, {}, "restored"},
@@ -291,22 +301,6 @@ TEST(DesktopMove, TakesPlaceWhenNothingAnimates) {
         EXPECT_EQ(moved.desktop.server.moves, 1);
         EXPECT_NEAR(moved.desktop.seconds(), std::min(animates, 2.0), 0.1);
     }
-}
-
-TEST(DesktopMove, ARestoreMakesTheDesktopThatIsGoneAndFillsIt) {
-    Spaces desktop({sceneApplication("org.a", {sceneWindow("1", there)})}, 3);
-    desktop.world().window("org.a", "1")->space = desktop.space("main", 2);
-    Capture::Options everyWindow;
-    everyWindow.recoverHidden = true;
-    const WorkspaceSnapshot snapshot = desktop.capture(everyWindow);
-    desktop.world().removeDesktop("main", 2);
-    EXPECT_EQ(texts(desktop.restore(snapshot)),
-              (Texts{"app.quillo.Quillo: createdDesktops", "org.a/1: restored"}));
-    EXPECT_EQ(desktop.world().window("org.a", "1")->space, desktop.space("main", 2));
-    desktop.world().removeDesktop("main", 2);
-    desktop.world().add(fault(addDesktopRefused));
-    EXPECT_EQ(texts(desktop.restore(snapshot)),
-              (Texts{"app.quillo.Quillo: failed " + notThird + pressRefused, "org.a/1: restored"}));
 }
 
 }  // namespace

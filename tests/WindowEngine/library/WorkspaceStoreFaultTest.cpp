@@ -26,6 +26,8 @@ class FaultyFileSystem final : public ForwardingFileSystem {
     FaultyFileSystem(FileSystem& target, Fault fault, int at) : Forward(target), fault_(fault), at_(at) {}
 
     bool struck() const { return calls_ > at_; }
+    /// Whether what was put in place would outlive a power failure: its directory was synced since.
+    bool durable() const { return unsynced_.empty(); }
 
     Result<std::string> read(const Path& f) override { return strikes() ? failed() : Forward::read(f); }
     Result<void> createDirectories(const Path& d) override {
@@ -40,7 +42,9 @@ class FaultyFileSystem final : public ForwardingFileSystem {
         return strikes(true, half) ? failed() : Forward::copy(from, to);
     }
     Result<void> rename(const Path& a, const Path& b) override {
-        return strikes(true) ? failed() : Forward::rename(a, b);
+        if (strikes(true)) return failed();
+        unsynced_.insert(b.parent_path());
+        return Forward::rename(a, b);
     }
     Result<void> remove(const Path& f) override { return strikes(true) ? failed() : Forward::remove(f); }
     Result<std::vector<std::string>> list(const Path& d) override {
@@ -48,7 +52,9 @@ class FaultyFileSystem final : public ForwardingFileSystem {
     }
     bool exists(const Path& f) override { return !strikes() && Forward::exists(f); }
     Result<void> syncDirectory(const Path& d) override {
-        return strikes() ? failed() : Forward::syncDirectory(d);
+        if (strikes()) return failed();
+        unsynced_.erase(d);
+        return Forward::syncDirectory(d);
     }
     Result<std::unique_ptr<DirectoryLock>> lock(const Path& d) override {
         return strikes() ? failed() : Forward::lock(d);
@@ -66,6 +72,7 @@ class FaultyFileSystem final : public ForwardingFileSystem {
     Fault fault_;
     int at_;
     std::atomic<int> calls_ = 0;
+    std::set<Path> unsynced_;
 };
 
 const Uuid id = *Uuid::parse("6F1C2A9E-0B7D-4E51-9C3A-2D4B8E7F1A60");
@@ -91,6 +98,7 @@ class Faults : public ::testing::TestWithParam<Fault> {
             const bool done = act(WorkspaceStore(faulty, directory.path()));
             check(sound, directory, done);
             struck = faulty.struck();
+            EXPECT_TRUE(struck || faulty.durable());
             ASSERT_TRUE(sound.save(version("after")));
             EXPECT_EQ(sound.load(id), version("after"));
             for (const std::string& name : directory.names())

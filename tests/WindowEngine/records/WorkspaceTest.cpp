@@ -50,6 +50,10 @@ TEST(Workspace, DesktopsWithOtherUuidsDifferAndShareTheirId) {
     EXPECT_EQ(a.id(), "D#desktop2");
     EXPECT_EQ(b.id(), a.id());
     EXPECT_EQ((std::unordered_set<DesktopSnapshot>{a, b, a}.size()), 2u);
+    constexpr auto largest = std::numeric_limits<std::int64_t>::max();
+    const std::pair<std::int64_t, std::int64_t> numbers[] = {
+        {-largest - 1, 1}, {-1, 1}, {0, 1}, {8, 9}, {largest, largest}};  // as people count
+    for (const auto& [index, number] : numbers) EXPECT_EQ((DesktopSnapshot{"D", index, {}}).number(), number);
 }
 
 }  // namespace

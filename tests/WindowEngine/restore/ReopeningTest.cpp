@@ -76,12 +76,8 @@ TEST(CleanSlate, HidesOrQuitsTheOthersAndSaysWhatBecameOfEach) {
         std::erase_if(snapshot.applications, [](const auto& one) { return one.name != "org.saved"; });
         if (c.fault) desktop.world().add(fault(*c.fault));
         FromTerminal applications(desktop.plain.applications);
-        DesktopAccess access{{desktop.plain.executor, desktop.meddler, desktop.plain.windowServer,
-                              applications, desktop.plain.screens, desktop.plain.scripts, desktop.plain.log},
-                             desktop.handles};
-        Workspace workspace;
-        workspace.snapshot = snapshot;
-        const RestoreReport report = desktop.run(Restore::run(access, workspace, {.cleanSlate = c.mode}, {}));
+        DesktopAccess access = desktop.with(applications);
+        const RestoreReport report = desktop.restoreThrough(access, snapshot, {.cleanSlate = c.mode});
         Texts expected;
         if (c.outcome)
             expected = {std::string("org.one: ") + c.outcome, std::string("org.two: ") + c.outcome};
@@ -182,12 +178,8 @@ TEST(Documents, TravelWithTheLaunchWhereThatSparesAnEmptyWindow) {
     desktop.world().end(editor);
     editor.scene.windows.clear();
     TravellingDocuments applications(desktop.plain.applications);
-    DesktopAccess access{{desktop.plain.executor, desktop.meddler, desktop.plain.windowServer, applications,
-                          desktop.plain.screens, desktop.plain.scripts, desktop.plain.log},
-                         desktop.handles};
-    Workspace workspace;
-    workspace.snapshot = snapshot;
-    EXPECT_EQ(texts(desktop.run(Restore::run(access, workspace, {}, {}))),
+    DesktopAccess access = desktop.with(applications);
+    EXPECT_EQ(texts(desktop.restoreThrough(access, snapshot)),
               (Texts{"org.editor: launched", "org.editor: opened", "org.editor/a.txt: restored"}));
     EXPECT_EQ(applications.launches, std::vector<std::size_t>{1});
 }
@@ -225,26 +217,6 @@ Scene integrated() {
                   sceneApplication(finder, {withTabs(sceneWindow("Papers", home), {"/home/ada/Papers/"})})});
 }
 const std::set<std::string> all{"finder", "chromium", "safari"};
-
-TEST(Context, ComesBackAfterEverythingWasClosedAndNotTwice) {
-    TestDesktop desktop(integrated());
-    const WorkspaceSnapshot snapshot = desktop.capture({.enabledAdapters = all});
-    EXPECT_EQ(snapshot.tabCount(), 3);
-    EXPECT_EQ(snapshot.folderCount(), 1);
-    for (const char* application : {chrome, finder}) {
-        while (!desktop.world().windowsOf(application).empty())
-            desktop.world().close(desktop.world().windowsOf(application).front()->number);
-    }
-    const RestoreReport report = desktop.restore(snapshot, {.enabledAdapters = all});
-    EXPECT_EQ(report.totals().opened, 4);
-    EXPECT_EQ(report.totals().restored, 3) << testing::PrintToString(texts(report));
-    EXPECT_EQ(report.totals().failed, 0);
-    const RestoreReport again = desktop.restore(snapshot, {.enabledAdapters = all});
-    EXPECT_EQ(again.totals().opened, 0);
-    EXPECT_EQ(again.totals().restored, 3);
-    WorkspaceSnapshot now = desktop.capture({.enabledAdapters = all});
-    EXPECT_EQ(now.tabCount(), 3);
-}
 
 TEST(Context, WaitsForWhatAnApplicationBringsBackItself) {
     Scene both = integrated();

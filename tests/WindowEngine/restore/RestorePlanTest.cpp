@@ -59,6 +59,18 @@ TEST(RestorePlan, CallsForWhatTheWindowsStateAsks) {
     }
 }
 
+TEST(RestorePlan, MovesAWindowThatStandsNotOnlyOnItsDesktop) {
+    WindowSnapshot saved = samples::window(onA, "Notes");
+    saved.desktop = DesktopSnapshot{"A", 0, {}};
+    const DesktopTargets targets{{saved.desktop->id(), 7}};
+    const std::pair<std::vector<SpaceID>, bool> cases[] = {
+        {{7}, false}, {{8}, true}, {{7, 8}, true}, {{}, true}};  // one on all desktops; nobody knows
+    for (const auto& [spaces, moves] : cases) {
+        const WindowPlan plan = planPair(saved, samples::live(onA), displays, displays, targets, spaces);
+        EXPECT_EQ(plan.moveToDesktop, moves) << testing::PrintToString(spaces);
+    }
+}
+
 TEST(RestorePlan, SaysWhyAWindowHasNoPartner) {
     const std::vector saved{samples::window(onA, "Notes"), samples::window(onB, "Mail")};
     for (const WindowPlan& plan : planWindows(saved, {}, displays, displays)) {

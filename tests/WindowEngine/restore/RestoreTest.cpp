@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <set>
 
 #include "WindowEngine/desktop/Log.hpp"
@@ -159,7 +160,8 @@ TEST(Restore, ASlowApplicationHoldsUpNoOther) {
     for (const FaultKind kind : {FaultKind::slowLaunch, FaultKind::applicationHangs}) {
         TestDesktop desktop(scene({sceneApplication("org.slow", {sceneWindow("s", home)}),
                                    sceneApplication("org.fast", {sceneWindow("f", home)})}));
-        const WorkspaceSnapshot snapshot = saveAndScatter(desktop);
+        WorkspaceSnapshot snapshot = saveAndScatter(desktop);
+        std::ranges::sort(snapshot.applications, std::greater(), &ApplicationSnapshot::name);  // slow first
         desktop.world().end(*desktop.world().application("org.slow"));
         if (kind == FaultKind::applicationHangs)
             desktop.world().start(*desktop.world().application("org.slow"));
@@ -174,6 +176,40 @@ TEST(Restore, ASlowApplicationHoldsUpNoOther) {
         EXPECT_EQ(report.totals().restored, 2) << "the slow one came too";
         EXPECT_LT(report.duration, 15);
         EXPECT_TRUE(logLines(desktop, "requested").empty()) << "one that hangs may well have windows";
+    }
+}
+
+/// Between two timeouts whoever shares the thread is served.
+TEST(Restore, HangsHoldTheThreadUpForOneTimeoutAtATimeAsTheyDoInACapture) {
+    struct Case {
+        const char* what;
+        int applications;
+        bool restores, onWrite = false;
+        double after = 0;  // seconds
+    };
+    for (const Case& c :
+         {Case{"one in a capture", 1, false}, Case{"several in a capture", 4, false},
+          Case{"all in a capture", 5, false}, Case{"one in a restore", 1, true},
+          Case{"several in a restore", 4, true}, Case{"several later in a restore", 4, true, false, 0.2},
+          Case{"one at the first write", 1, true, true}, Case{"all at the first write", 5, true, true}}) {
+        SCOPED_TRACE(c.what);
+        std::vector<SceneApplication> applications;
+        for (const char* name : {"org.0", "org.1", "org.2", "org.3", "org.4"})
+            applications.push_back(
+                sceneApplication(name, {sceneWindow("1", home), sceneWindow("2", onSide)}));
+        TestDesktop desktop(scene(applications));
+        const WorkspaceSnapshot snapshot = saveAndScatter(desktop);
+        EXPECT_EQ(desktop.executor().longestTurn(), 0s) << "nobody hangs yet";
+        for (int i = 0; i < c.applications; ++i) {
+            Fault hang = fault(FaultKind::applicationHangs, "org." + std::to_string(i), c.after, 30);
+            hang.onWrite = c.onWrite;
+            desktop.world().add(hang);
+        }
+        if (c.restores)
+            EXPECT_GE(desktop.restore(snapshot).items.size(), 5u);
+        else
+            EXPECT_EQ(desktop.capture().applications.size(), 5u) << "those that hang, too";
+        EXPECT_EQ(desktop.executor().longestTurn(), 1s);
     }
 }
 
@@ -211,21 +247,6 @@ TEST(Restore, TwentyApplicationsThatWaitAreCountedTogether) {
     const int one = reads(1);
     EXPECT_GT(one, 60) << "it looks each 0.15 seconds";
     EXPECT_LT(reads(20), one + 20 * 10) << "only the placing is each one's own";
-}
-
-TEST(Restore, ReportsInTheOrderOfTheListener) {
-    TestDesktop desktop(scene({sceneApplication("org.a", {sceneWindow("1", home), sceneWindow("2", onSide)}),
-                               sceneApplication("org.b", {sceneWindow("3", home)})}));
-    const WorkspaceSnapshot snapshot = saveAndScatter(desktop);
-    Texts heard;
-    const RestoreReport report =
-        desktop.restore(snapshot, {}, [&](const RestoreReport::Item& item) { heard.push_back(text(item)); });
-    EXPECT_EQ(texts(report), heard);
-    EXPECT_EQ(std::multiset<std::string>(heard.begin(), heard.end()),
-              (std::multiset<std::string>{"org.a/1: restored", "org.a/2: restored", "org.b/3: restored"}));
-    for (const RestoreReport::Item& item : report.items)
-        EXPECT_EQ(item.savedIndex, item.title == "2" ? 1 : 0);
-    EXPECT_EQ(logLines(desktop, "restore finished: 3 items in").size(), 1u);
 }
 
 TEST(Restore, AnUnexpectedErrorEndsOneApplicationOnly) {
@@ -286,8 +307,7 @@ TEST(Restore, CancelledAnywhereItKeepsWhatItSaidAndStrandsNothing) {
     const WorkspaceSnapshot snapshot = saveAndDisturb(*whole);
     const Texts full = texts(whole->restore(snapshot));
     ASSERT_EQ(full.size(), 5u) << testing::PrintToString(full);
-    Workspace workspace;
-    workspace.snapshot = snapshot;
+    const Workspace workspace = TestDesktop::workspaceOf(snapshot);
 
     bool ended = false;
     int cancellations = 0;
@@ -314,6 +334,41 @@ TEST(Restore, CancelledAnywhereItKeepsWhatItSaidAndStrandsNothing) {
         if (report.cancelled) ++cancellations;
     }
     EXPECT_GT(cancellations, 50);
+}
+
+TEST(Restore, CancelledItTellsOfDesktopsItMadeAndDocumentsItOpened) {
+    std::int64_t most = 0;
+    for (int tenths = 0; tenths < 80; ++tenths) {
+        SCOPED_TRACE(tenths);
+        SceneApplication editor = sceneApplication("org.editor");
+        for (const char* name : {"a", "b", "c"}) {
+            editor.windows.push_back(sceneWindow(name, {100, 100, 600, 400}));
+            editor.windows.back().document = std::string("file:///home/ada/") + name;
+        }
+        TestDesktop desktop(scene({editor}));
+        Workspace workspace;
+        workspace.snapshot = desktop.capture();
+        for (std::int64_t i = 1; i < 4; ++i) workspace.snapshot.desktops->push_back({"main", i, {}});
+        const std::size_t before = desktop.world().display("main")->desktops.size();
+        while (!desktop.world().windowsOf("org.editor").empty())
+            desktop.world().close(desktop.world().windowsOf("org.editor").front()->number);
+
+        Job<RestoreReport> job(desktop.executor(), Restore::run(desktop.access, workspace, {}, {}));
+        desktop.executor().runFor(tenths * 100ms);
+        job.cancel();
+        desktop.executor().runFor(2s);  // for what was asked for to come
+        const RestoreReport::Totals told = job.result().totals();
+        const auto made =
+            static_cast<std::int64_t>(desktop.world().display("main")->desktops.size() - before);
+        const auto opened = static_cast<std::int64_t>(desktop.world().windowsOf("org.editor").size());
+        // Cut off in the middle of asking for one, nobody knows.
+        EXPECT_LE(told.createdDesktops, made);
+        EXPECT_GE(told.createdDesktops, made - 1);
+        EXPECT_LE(told.opened, opened);
+        EXPECT_GE(told.opened, opened - 1);
+        most = std::max({most, made, opened});
+    }
+    EXPECT_EQ(most, 3);
 }
 
 TEST(Restore, WhateverGoesAtAnyMomentEachWindowHasItsLine) {

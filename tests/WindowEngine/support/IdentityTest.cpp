@@ -17,6 +17,8 @@ TEST(Uuid, ReadsEitherCaseWritesBothAndRefusesEveryOtherForm) {
                              "6F1C2A9E-0B7D-4E51-9C3A-2D4B8E7F1A6", "6F1C2A9E-0B7D-4E51-9C3A-2D4B8E7F1A6G",
                              "6F1C2A9E-0B7D-4E519-C3A-2D4B8E7F1A60", "6F1C2A9E-0B7D-4E51-9C3A-2D4B8E7F1A600"})
         EXPECT_FALSE(Uuid::parse(text)) << text;
+    for (const std::size_t hyphen : {8U, 13U, 18U, 23U})
+        EXPECT_FALSE(Uuid::parse(id.upper().replace(hyphen, 1, "0"))) << hyphen;
 }
 
 TEST(Uuid, RandomOnesAreDistinctAndOfVersion4) {

@@ -81,17 +81,6 @@ TEST_F(SimulatedApplicationsTest, ADocumentOpensOneWindowAMomentLater) {
     EXPECT_EQ(titles("com.apple.finder", 1s).front(), "d");
 }
 
-TEST_F(SimulatedApplicationsTest, DocumentsMeetTheirFaultsByTitle) {
-    EXPECT_TRUE(run(applications.launch(*applications.location("editor"), {})));
-    lay(FaultKind::documentRefused, "editor", "refused");
-    lay(FaultKind::documentIgnored, "editor", "ignored");
-    lay(FaultKind::documentLate, "editor", "late", 3);
-    EXPECT_FALSE(run(applications.open("editor", {file("/refused"), file("/late"), file("/fine")})));
-    EXPECT_TRUE(run(applications.open("editor", {file("/ignored")})));
-    EXPECT_EQ(titles("editor", 1s), (Texts{"fine", "own"}));
-    EXPECT_EQ(titles("editor", 9s), (Texts{"late", "fine", "own", "late"}));
-}
-
 TEST_F(SimulatedApplicationsTest, ScriptsSeeEveryWindowFrontToBackAndLaunchTheirApplication) {
     EXPECT_EQ(folders(), "/a/\n\n\n");
     EXPECT_EQ(script(opening("/new \"\\ -- (*")), "folder\n");

@@ -11,7 +11,7 @@
 
 #include "app/gui/AppIcons.hpp"
 #include "tests/app/map/MapSamples.hpp"
-#include "tests/gui/InterfaceFixture.hpp"
+#include "tests/gui/GuiFixture.hpp"
 
 namespace quillo::samples {
 
@@ -108,29 +108,17 @@ inline WorkspaceSnapshot withInstalled(WorkspaceSnapshot snapshot) {
     return snapshot;
 }
 
-class Stage : LookSet, public InterfaceTest {
+class Stage : LookSet, public GuiTest {
   protected:
     Stage(const Look& look, TextVariant texts, Capability updating)
-        : LookSet(look), InterfaceTest(fullDesk(), texts, std::move(updating)) {
-        // The only model: another one has taken the shortcuts.
-        interface.detach();
-        model.reset();
-        desk.model.reset();
-        start();
-        empty();
+        : LookSet(look), GuiTest(fullDesk(), std::move(updating)) {
+        start(texts);
     }
 
   public:
-    using InterfaceTest::change, InterfaceTest::desk, InterfaceTest::interface, InterfaceTest::keys,
-        InterfaceTest::model, InterfaceTest::until, InterfaceTest::updater, InterfaceTest::updates;
+    using GuiTest::interface, GuiTest::model, GuiTest::type, GuiTest::until, GuiTest::updater;
+    QQuickWindow* window() override { return foremost(); }
 
-    /// The panel that is open, else the main window.
-    QQuickWindow* window() {
-        for (const PanelID panel : {PanelID::switcher, PanelID::restore}) {
-            if (QQuickWindow* const open = interface.windows().panelWindow(panel)) return open;
-        }
-        return main();
-    }
     /// The first control whose accessible name begins like this.
     QQuickItem* find(const QString& name) {
         settle();
@@ -159,12 +147,7 @@ class Stage : LookSet, public InterfaceTest {
         settle();
     }
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}, int times = 1) {
-        for (; times > 0; --times) QTest::keyClick(window(), key, modifiers);
-        settle();
-    }
-    void type(const char* text) {
-        for (; *text; ++text) QTest::keyClick(window(), *text);
-        settle();
+        GuiTest::press(key, modifiers, times);
     }
 
     /// Into the library, an hour older than the one before.
@@ -176,8 +159,7 @@ class Stage : LookSet, public InterfaceTest {
             Uuid::random(), name, icons.at(place % icons.size()),
             std::string(Workspace::colors.at(place % Workspace::colors.size())), std::move(snapshot),
             std::chrono::time_point_cast<Instant::duration>(std::chrono::system_clock::now() - number_ * 3h));
-        desk.keep(workspace);
-        model->reload();
+        model.keep(workspace);
         return workspace.id;
     }
     void fill(int count) {
@@ -194,30 +176,30 @@ class Stage : LookSet, public InterfaceTest {
         }
     }
     void detail(const std::string& name, WorkspaceSnapshot snapshot = productLaunch()) {
-        interface.openDetail(put(name, std::move(snapshot)));
+        interface->openDetail(put(name, std::move(snapshot)));
         settle();
     }
     /// Files of the library that cannot be read.
     void damage(int count) {
         for (int i = 0; i < count; ++i) {
-            desk.directory.write("workspaces/" + Uuid::random().upper() + ".json", i % 2 ? "{" : "");
+            model.directory.write("workspaces/" + Uuid::random().upper() + ".json", i % 2 ? "{" : "");
         }
         model->reload();
     }
     void withoutAccess() {
-        desk.setTrusted(false);
+        model.setTrusted(false);
         EXPECT_TRUE(until([&] { return !model->accessibilityGranted(); }));
     }
     /// Settings with something in every list.
     void settings(const QString& pane) {
-        change([](AppSettings& settings) {
+        model.change([](AppSettings& settings) {
             settings.excludedDomains = {"bank.example.com", "health.example.org",
                                         "a-rather-long-name.of.a.domain.example.org"};
             settings.excludedBundleIdentifiers = {"org.bank", "debian-xterm", "org.example.passwords"};
             settings.autoSnapshotMinutes = 10;
             settings.enabledAdapters = {"finder", "chromium"};
         });
-        interface.openSettings(pane);
+        interface->openSettings(pane);
         settle();
     }
     /// To the last thing of a page that can be reached by keyboard, which scrolls it there.
@@ -227,12 +209,12 @@ class Stage : LookSet, public InterfaceTest {
     }
 
     void introduction(int step) {
-        change([](AppSettings& settings) { settings.onboarded = false; });
+        model.change([](AppSettings& settings) { settings.onboarded = false; });
         settle();
         key(Qt::Key_Return, {}, step - 1);
     }
     void review(std::optional<Workspace> updating = {}) {
-        change([](AppSettings& settings) { settings.enabledAdapters = {"finder", "chromium"}; });
+        model.change([](AppSettings& settings) { settings.enabledAdapters = {"finder", "chromium"}; });
         model->beginCapture(std::move(updating));
         EXPECT_TRUE(until([&] { return model->draft() != nullptr; }));
         settle();
@@ -256,9 +238,9 @@ class Stage : LookSet, public InterfaceTest {
     Workspace troubled(const char* name, int notInstalled) {
         Workspace workspace = saved(name);
         ApplicationSnapshot viewer{
-            "org.viewer", "Viewer", desk.desktop.plain.applications.location("org.viewer"), {}, {}};
-        viewer.windows = {savedWindow(desk.desktop, {60, 400, 300, 200}, "Page"),
-                          savedWindow(desk.desktop, {1500, 100, 300, 500},
+            "org.viewer", "Viewer", model.desktop.plain.applications.location("org.viewer"), {}, {}};
+        viewer.windows = {savedWindow(model.desktop, {60, 400, 300, 200}, "Page"),
+                          savedWindow(model.desktop, {1500, 100, 300, 500},
                                       "A page that is no longer there, with a title that goes on and on")};
         viewer.windows.back().index = 1;
         workspace.snapshot.applications.push_back(viewer);
@@ -267,13 +249,13 @@ class Stage : LookSet, public InterfaceTest {
         for (int i = 0; i < notInstalled; ++i) {
             ApplicationSnapshot gone{
                 "org.gone" + std::to_string(i), names.at(static_cast<std::size_t>(i) % 4), {}, {}, {}};
-            gone.windows = {savedWindow(desk.desktop, {600.0 + 20 * i, 300, 500, 400}, "Launch deck")};
+            gone.windows = {savedWindow(model.desktop, {600.0 + 20 * i, 300, 500, 400}, "Launch deck")};
             workspace.snapshot.applications.push_back(gone);
         }
         return workspace;
     }
     void resume(const Workspace& workspace) {
-        EXPECT_TRUE(desk.known.savedHere(workspace));
+        EXPECT_TRUE(model.known.savedHere(workspace));
         model->restore(workspace, {});
     }
     /// One from elsewhere, with a list that is longer than its room.
@@ -299,9 +281,6 @@ class Stage : LookSet, public InterfaceTest {
     }
 
   private:
-    void empty() {
-        for (const Workspace& workspace : std::vector(model->workspaces())) model->deleteWorkspace(workspace);
-    }
     void point(const QString& name, const std::function<void(QPoint)>& act) {
         QQuickItem* const item = find(name);
         if (!item) return;

@@ -6,7 +6,7 @@
 #include <set>
 #include <tuple>
 
-#include "tests/gui/pictures/Stage.hpp"
+#include "tools/surface-pictures/Stage.hpp"
 
 namespace quillo {
 namespace {
@@ -35,7 +35,7 @@ Instant hoursAgo(int hours) {
 }
 
 void approveLogin(Stage& stage) {
-    stage.desk.loginItem.current = LoginItemStatus::requiresApproval;
+    stage.model.loginItem.current = LoginItemStatus::requiresApproval;
     stage.model->loginItem().setEnabled(true);
     stage.settings("general");
 }
@@ -115,7 +115,7 @@ const Surface pages[] = {
      }},
     {"review-notes",
      [](Stage& s) {
-         s.desk.desktop.world().add(samples::fault(samples::FaultKind::automationRefused));
+         s.model.desktop.world().add(samples::fault(samples::FaultKind::automationRefused));
          s.review();
      }},
     {"review-icon-focus", [](Stage& s) { s.review(), s.key(Qt::Key_Tab); }},
@@ -129,27 +129,27 @@ const Surface pages[] = {
          WorkspaceSnapshot snapshot = samples::productLaunch();
          for (int day : {3, 2, 1}) {
              snapshot.applications.pop_back();
-             EXPECT_TRUE(s.desk.history.save(snapshot, hoursAgo(24 * day)));
+             EXPECT_TRUE(s.model.history.save(snapshot, hoursAgo(24 * day)));
          }
-         s.desk.disk.tellWatchers();
+         s.model.disk.tellWatchers();
          EXPECT_TRUE(s.until([&] { return s.model->sessions().size() == 3; }));
          s.settings("general");
      }},
-    {"settings-general-off", [](Stage& s) { s.interface.openSettings("general"); }},
+    {"settings-general-off", [](Stage& s) { s.interface->openSettings("general"); }},
     {"settings-general-end", [](Stage& s) { s.settings("general"), s.toTheEnd(); }},
     {"settings-general-menu", [](Stage& s) { s.settings("general"), s.press("Snapshot interval: "); }},
     {"settings-recording", [](Stage& s) { s.settings("general"), s.press("Shortcut for saving"); }},
     {"settings-shortcut-taken",
      [](Stage& s) {
          const Shortcut taken = defaultShortcut(HotKeyAction::switcher);
-         s.desk.hotKeys.taken = {{taken.keyCode, taken.modifiers}};
-         s.change([](AppSettings& settings) { settings.shortcutsEnabled = false; });
-         s.change([](AppSettings& settings) { settings.shortcutsEnabled = true; });
+         s.model.hotKeys.taken = {{taken.keyCode, taken.modifiers}};
+         s.model.change([](AppSettings& settings) { settings.shortcutsEnabled = false; });
+         s.model.change([](AppSettings& settings) { settings.shortcutsEnabled = true; });
          s.settings("general");
      }},
     {"settings-no-shortcuts",
      [](Stage& s) {
-         s.desk.hotKeys.able = Capability::unavailable("This session has no way to listen for keys.");
+         s.model.hotKeys.able = Capability::unavailable("This session has no way to listen for keys.");
          s.settings("general");
      }},
     {"settings-no-access", [](Stage& s) { s.withoutAccess(), s.settings("general"); }},
