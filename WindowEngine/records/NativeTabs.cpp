@@ -1,74 +1,35 @@
 #include "WindowEngine/records/NativeTabs.hpp"
 
-#include <functional>
-#include <optional>
-#include <unordered_map>
+#include <cstddef>
+#include <map>
+#include <tuple>
 #include <utility>
 
 namespace quillo::NativeTabs {
 namespace {
 
-void mix(std::size_t& seed, std::size_t value) {
-    seed ^= value + 0x9e3779b97f4a7c15U + (seed << 6) + (seed >> 2);
+auto placeOf(const WindowSnapshot& window) {
+    const Rect& frame = window.frame;
+    return std::tuple(frame.x, frame.y, frame.width, frame.height);
 }
-
-template <class T>
-void mixValue(std::size_t& seed, const T& value) {
-    mix(seed, std::hash<T>{}(value));
-}
-
-struct FrameHash {
-    std::size_t operator()(const Rect& frame) const {
-        std::size_t seed = 0;
-        // std::hash gives 0 and -0, which are equal, the same value.
-        for (const double part : {frame.x, frame.y, frame.width, frame.height}) mixValue(seed, part);
-        return seed;
-    }
-};
 
 /// Everything two windows must share to be tabs of one.
-struct Stack {
-    const WindowSnapshot* window;
-
-    bool operator==(const Stack& other) const {
-        const WindowSnapshot &a = *window, &b = *other.window;
-        return a.frame == b.frame && a.displayID == b.displayID && a.isMinimized == b.isMinimized &&
-               a.isFullscreen == b.isFullscreen && a.subrole == b.subrole && a.desktop == b.desktop;
-    }
-};
-
-struct StackHash {
-    std::size_t operator()(const Stack& stack) const {
-        const WindowSnapshot& window = *stack.window;
-        std::size_t seed = FrameHash{}(window.frame);
-        mixValue(seed, window.displayID);
-        mix(seed, window.isMinimized ? 1U : 0U);
-        mix(seed, window.isFullscreen ? 1U : 0U);
-        mixValue(seed, window.subrole);
-        mixValue(seed, window.desktop);
-        return seed;
-    }
-};
-
-struct Agreement {
-    const DesktopSnapshot* desktop = nullptr;
-    bool disagreed = false;
-};
+auto stackOf(const WindowSnapshot& window) {
+    return std::tuple(placeOf(window), window.displayID, window.isMinimized, window.isFullscreen,
+                      window.subrole, window.desktop);
+}
 
 /// A tab that is not in front often has no desktop of its own: it takes that of the others in its place,
 /// where they agree on one.
 void inheritDesktops(std::vector<WindowSnapshot>& windows) {
-    std::unordered_map<Rect, Agreement, FrameHash> places;
+    std::map<decltype(placeOf(windows.front())), std::set<DesktopSnapshot>> desktops;
     for (const WindowSnapshot& window : windows) {
-        if (!window.desktop) continue;
-        Agreement& agreement = places[window.frame];
-        if (agreement.desktop && *agreement.desktop != *window.desktop) agreement.disagreed = true;
-        agreement.desktop = &*window.desktop;
+        if (window.desktop) desktops[placeOf(window)].insert(*window.desktop);
     }
     for (WindowSnapshot& window : windows) {
         if (window.desktop) continue;
-        const auto place = places.find(window.frame);
-        if (place != places.end() && !place->second.disagreed) window.desktop = *place->second.desktop;
+        const auto found = desktops.find(placeOf(window));
+        if (found != desktops.end() && found->second.size() == 1) window.desktop = *found->second.begin();
     }
 }
 
@@ -98,14 +59,13 @@ std::vector<WindowSnapshot> collapse(std::vector<WindowSnapshot> windows, std::s
     inheritDesktops(windows);
 
     std::vector<WindowSnapshot> result;
-    result.reserve(windows.size());  // keys point into it
-    std::unordered_map<Stack, WindowSnapshot*, StackHash> stacks;
+    std::map<decltype(stackOf(windows.front())), std::size_t> stacks;  // places in the result
     for (WindowSnapshot& window : windows) {
-        if (const auto stack = stacks.find(Stack{&window}); stack != stacks.end()) {
-            fold(std::move(window), *stack->second);
+        const auto [stack, isNew] = stacks.try_emplace(stackOf(window), result.size());
+        if (isNew) {
+            result.push_back(std::move(window));
         } else {
-            WindowSnapshot& kept = result.emplace_back(std::move(window));
-            stacks.emplace(Stack{&kept}, &kept);
+            fold(std::move(window), result[stack->second]);
         }
     }
     return result;

@@ -14,7 +14,7 @@ namespace quillo::NativeTabs {
 const std::set<std::string, std::less<>>& applications();
 
 /// The first window of a stack keeps its place, index, geometry and state; its `tabs` lists itself first.
-/// Folding again changes nothing. Linear in the number of windows.
+/// Folding again changes nothing. In n log n for n windows.
 std::vector<WindowSnapshot> collapse(std::vector<WindowSnapshot> windows, std::string_view bundleIdentifier);
 ApplicationSnapshot collapse(ApplicationSnapshot application);
 

@@ -127,13 +127,3 @@ Workspace Workspace::importedCopy(std::string named, Instant now) const {
 }
 
 }  // namespace quillo
-
-std::size_t std::hash<quillo::DesktopSnapshot>::operator()(
-    const quillo::DesktopSnapshot& desktop) const noexcept {
-    const auto mix = [](std::size_t seed, std::size_t value) {
-        return seed ^ (value + 0x9e3779b97f4a7c15u + (seed << 6) + (seed >> 2));
-    };
-    std::size_t seed = std::hash<std::string>{}(desktop.displayID);
-    seed = mix(seed, std::hash<std::int64_t>{}(desktop.index));
-    return mix(seed, std::hash<std::optional<std::string>>{}(desktop.uuid));
-}

@@ -2,8 +2,8 @@
 // them; nothing here touches a platform.
 #pragma once
 #include <array>
+#include <compare>
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -44,7 +44,7 @@ struct DesktopSnapshot {
     std::string id() const;
     /// As people are told it, from 1; of an impossible index from a stranger's file the nearest possible one.
     std::int64_t number() const;
-    bool operator==(const DesktopSnapshot&) const = default;
+    auto operator<=>(const DesktopSnapshot&) const = default;
 };
 
 struct TabSnapshot {
@@ -151,8 +151,3 @@ struct LiveWindowInfo {
 };
 
 }  // namespace quillo
-
-template <>
-struct std::hash<quillo::DesktopSnapshot> {
-    std::size_t operator()(const quillo::DesktopSnapshot& desktop) const noexcept;
-};
