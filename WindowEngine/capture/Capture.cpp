@@ -219,7 +219,9 @@ Task<WorkspaceSnapshot> snapshot(DesktopAccess& desktop, Options options) {
         co_await captureContext(desktop, options, reading.windows[i].windows, application, notes);
         application.windows =
             CaptureFilter::removingWebDocuments(options.excludedDomains, std::move(application.windows));
-        result.applications.push_back(NativeTabs::collapse(std::move(application)));
+        if (desktop.platform.accessibility.listsTabsAsWindows())
+            application = NativeTabs::collapse(std::move(application));
+        result.applications.push_back(std::move(application));
     }
     if (!notes.empty()) result.notes = std::move(notes);
     sortStably(result.applications, [](const ApplicationSnapshot& a, const ApplicationSnapshot& b) {

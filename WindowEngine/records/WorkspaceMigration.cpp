@@ -1,5 +1,6 @@
 #include "WindowEngine/records/WorkspaceMigration.hpp"
 
+#include <algorithm>
 #include <utility>
 
 #include "WindowEngine/records/ChromiumURLCodec.hpp"
@@ -18,6 +19,14 @@ void decodeAddresses(AppContext& context) {
     }
 }
 
+/// Where applications are menu entries, none shows its tabs as windows: windows on top of each other are
+/// windows.
+bool showsTabsAsWindows(const WorkspaceSnapshot& captured) {
+    return std::ranges::none_of(captured.applications, [](const ApplicationSnapshot& application) {
+        return application.applicationURL && application.applicationURL->string().ends_with(".desktop");
+    });
+}
+
 }  // namespace
 
 Result<void> checkSchemaVersion(std::int64_t version) {
@@ -33,8 +42,9 @@ Workspace migrated(Workspace workspace) {
         if (!desktops) desktops.emplace();
         workspace.schemaVersion = Workspace::currentSchemaVersion;
     }
-    for (ApplicationSnapshot& application : workspace.snapshot.applications) {
-        application = NativeTabs::collapse(std::move(application));
+    if (showsTabsAsWindows(workspace.snapshot)) {
+        for (ApplicationSnapshot& application : workspace.snapshot.applications)
+            application = NativeTabs::collapse(std::move(application));
     }
     for (ApplicationSnapshot& application : workspace.snapshot.applications) {
         if (application.context && application.context->adapter == "chromium")

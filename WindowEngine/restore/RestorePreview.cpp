@@ -31,6 +31,7 @@ void readLive(DesktopAccess& desktop, std::vector<PlannedApplication>& planned) 
     for (const PlannedApplication& application : planned) {
         if (application.presence == Presence::running) pids.push_back(application.pid);
     }
+    const bool tabsAreListed = desktop.platform.accessibility.listsTabsAsWindows();
     std::vector<Accessibility::Enumeration> lists = Accessibility::enumerate(desktop, pids, true);
     auto list = lists.begin();
     for (PlannedApplication& application : planned) {
@@ -39,9 +40,9 @@ void readLive(DesktopAccess& desktop, std::vector<PlannedApplication>& planned) 
         SafariPrivacy::removeUnverified(desktop, application.saved->bundleIdentifier, application.pid,
                                         list->windows);
         application.live = std::move(list->windows);
-        application.liveSpaces =
-            DesktopSpaces::spacesOf(desktop, application.live,
-                                    NativeTabs::applications().contains(application.saved->bundleIdentifier));
+        const bool tabbed =
+            tabsAreListed && NativeTabs::applications().contains(application.saved->bundleIdentifier);
+        application.liveSpaces = DesktopSpaces::spacesOf(desktop, application.live, tabbed);
         application.hangs = list++->timedOut;
     }
 }

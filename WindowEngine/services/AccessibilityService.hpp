@@ -105,6 +105,8 @@ class AccessibilityService {
     virtual Capability access() = 0;
     /// Whether the folders that file managers show are known; where not, why and what to do about it.
     virtual Capability folders() { return Capability::available(); }
+    /// Whether some applications' native tabs are listed as windows on top of each other.
+    virtual bool listsTabsAsWindows() { return true; }
     /// Shows the system's permission prompt where there is one; returns at once.
     virtual void prompt() = 0;
 

@@ -17,6 +17,7 @@ class X11Accessibility final : public AccessibilityService {
     bool trusted() override;
     Capability access() override { return view_.access(); }
     Capability folders() override;
+    bool listsTabsAsWindows() override { return false; }
     void prompt() override {}  // there is no permission to ask for
     Element application(ProcessID pid) override;
     void setMessagingTimeout(const Element&, double) override {}  // only the X server is ever waited for

@@ -109,10 +109,14 @@ TEST(WorkspaceCoding, WindowsThatAreTabsOfOneAreFolded) {
     Workspace workspace = example();
     ApplicationSnapshot& application = workspace.snapshot.applications[0];
     application.bundleIdentifier = "com.apple.Terminal";
+    application.applicationURL = samples::url("file:///System/Applications/Utilities/Terminal.app/");
     application.windows.push_back(application.windows[0]);
     const auto decoded = decode(encode(workspace).value());
     ASSERT_EQ(decoded->snapshot.applications[0].windows.size(), 1u);
     EXPECT_EQ(decoded->snapshot.applications[0].windows[0].tabs->size(), 4u);
+    application.applicationURL = samples::url("file:///usr/share/applications/terminal.desktop");
+    EXPECT_EQ(decode(encode(workspace).value())->snapshot, workspace.snapshot)
+        << "windows where they are menu entries";
 }
 
 TEST(WorkspaceCoding, UnknownVersionsAreNamedBeforeAnythingElse) {

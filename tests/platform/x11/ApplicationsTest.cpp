@@ -178,6 +178,14 @@ TEST_F(ApplicationsTest, WhatIsKeptOutIsKnownByAnythingAWindowSays) {
     EXPECT_EQ(captured.applications[0].windows[0].title, "plain");
 }
 
+TEST_F(ApplicationsTest, WindowsOnTopOfEachOtherAreNoTabs) {
+    open({"--class", "Terminal", "--gtk-application-id", "com.mitchellh.ghostty", "--title", "a", "--title",
+          "b"});
+    install("com.mitchellh.ghostty", "", "");
+    ASSERT_TRUE(eventually([&] { return windows().size() == 2; }));
+    EXPECT_EQ(capture({}).windowCount(), 2);
+}
+
 TEST_F(ApplicationsTest, HidingMinimizesEveryWindow) {
     open({"--class", "Hideable", "--title", "a", "--title", "b", "--title", "c"});
     ASSERT_TRUE(eventually([&] { return windows().size() == 3; }));
