@@ -9,12 +9,13 @@ using namespace std::chrono_literals;
 
 constexpr Duration ownWindowsPatience = 5s;
 
-void report(const ApplicationRestore& restore, const AdapterRestoreResult& result) {
+void report(ApplicationRestore& restore, const AdapterRestoreResult& result) {
+    restore.opensMore |= result.opened > 0;
     if (result.opened > 0) restore.add(RestoreReport::opened{result.opened});
     for (const std::string& failure : result.failures) restore.add(RestoreReport::failed{failure});
 }
 
-Task<void> restoreThrough(const ContextAdapter& adapter, const ApplicationRestore& restore) {
+Task<void> restoreThrough(const ContextAdapter& adapter, ApplicationRestore& restore) {
     const std::string& identifier = restore.application.bundleIdentifier;
     if (restore.launched) {
         const Duration patience = std::min(ownWindowsPatience, restore.deadline - restore.now());
@@ -60,7 +61,7 @@ bool needsWindow(const Platform& platform, const ApplicationSnapshot& applicatio
                                         [](const ContextWindow& window) { return !window.urls.empty(); });
 }
 
-Task<void> restoreContext(const ApplicationRestore& restore) {
+Task<void> restoreContext(ApplicationRestore& restore) {
     if (!restore.application.context) co_return;
     const ContextAdapter* adapter =
         contextAdapter(restore.desktop.platform, restore.application, restore.options.enabledAdapters);

@@ -23,6 +23,6 @@ bool needsWindow(const Platform& platform, const ApplicationSnapshot& applicatio
 
 /// Opens what is not open yet and reports it. An application that was launched has up to 5 s to bring its own
 /// windows back first: what those show is not opened again.
-Task<void> restoreContext(const ApplicationRestore& restore);
+Task<void> restoreContext(ApplicationRestore& restore);
 
 }  // namespace quillo::Restore

@@ -81,7 +81,7 @@ void reportRefused(const ApplicationRestore& restore, const DocumentPlan& plan) 
     for (const SavedDocument& document : plan.refused) addRefused(restore, document);
 }
 
-Task<void> openDocuments(const ApplicationRestore& restore, std::vector<SavedDocument> documents) {
+Task<void> openDocuments(ApplicationRestore& restore, std::vector<SavedDocument> documents) {
     if (documents.empty()) co_return;
     const std::size_t windowsBefore = liveWindows(restore.desktop, restore.application, false).size();
     std::vector<SavedDocument> accepted;
@@ -91,16 +91,19 @@ Task<void> openDocuments(const ApplicationRestore& restore, std::vector<SavedDoc
     } catch (...) {
         interruption = std::current_exception();
     }
+    restore.opensMore |= !accepted.empty();
     if (!accepted.empty()) restore.add(RestoreReport::opened{static_cast<std::int64_t>(accepted.size())});
     if (interruption) std::rethrow_exception(interruption);
     if (accepted.empty()) co_return;
     co_await awaitDocuments(restore, std::move(accepted), windowsBefore);
 }
 
-Task<void> awaitDocuments(const ApplicationRestore& restore, std::vector<SavedDocument> documents,
+Task<void> awaitDocuments(ApplicationRestore& restore, std::vector<SavedDocument> documents,
                           std::size_t windowsBefore) {
     const std::size_t wanted = windowsBefore + documents.size();
-    const TimePoint deadline = std::min(restore.deadline, restore.now() + windowPatience);
+    // What travelled with a launch comes with the application's own windows.
+    const TimePoint deadline =
+        restore.sent.empty() ? std::min(restore.deadline, restore.now() + windowPatience) : restore.deadline;
     for (;;) {
         // The last look goes to other desktops too, where an application may have brought its window back.
         const bool last = restore.now() >= deadline;
@@ -110,7 +113,13 @@ Task<void> awaitDocuments(const ApplicationRestore& restore, std::vector<SavedDo
         if (last) break;
         co_await sleepFor(windowInterval);
     }
-    for (const SavedDocument& document : documents)
+    restore.late = std::move(documents);
+}
+
+void reportLateDocuments(const ApplicationRestore& restore) {
+    if (restore.late.empty()) return;
+    const auto live = infosOf(liveWindows(restore.desktop, restore.application, true));
+    for (const SavedDocument& document : SavedDocuments::missing(restore.late, live))
         addAbout(restore, document, RestoreReport::failed{"document did not appear before timeout"});
 }
 

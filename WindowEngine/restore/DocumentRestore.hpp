@@ -23,12 +23,15 @@ void reportRefused(const ApplicationRestore& restore, const DocumentPlan& plan);
 
 /// Opens them one by one, so that one that is refused keeps no other from opening; reports how many were
 /// asked for, and waits for their windows.
-Task<void> openDocuments(const ApplicationRestore& restore, std::vector<SavedDocument> documents);
+Task<void> openDocuments(ApplicationRestore& restore, std::vector<SavedDocument> documents);
 
 /// Waits until windows show documents that the application was asked for, when it had `windowsBefore`
-/// windows: for the rest of its launch timeout, 5 s at most. Where no window of it names a document, as many
-/// new windows as documents will do.
-Task<void> awaitDocuments(const ApplicationRestore& restore, std::vector<SavedDocument> documents,
+/// windows: for the rest of its launch timeout, 5 s at most unless they travelled with the launch. Where no
+/// window of it names a document, as many new windows as documents will do. What did not appear is `late`.
+Task<void> awaitDocuments(ApplicationRestore& restore, std::vector<SavedDocument> documents,
                           std::size_t windowsBefore);
+
+/// Reports what is late and still shown by no window, once the windows are in place.
+void reportLateDocuments(const ApplicationRestore& restore);
 
 }  // namespace quillo::Restore

@@ -64,7 +64,7 @@ Task<bool> launch(ApplicationRestore& restore) {
         restore.add(RestoreReport::failed{"couldn't launch: " + launched.error().text});
         co_return false;
     }
-    restore.launched = true;
+    restore.launched = restore.opensMore = true;
     restore.add(RestoreReport::launched{});
     reportRefused(restore, documents);
     restore.sent = std::move(documents.open);
@@ -77,7 +77,8 @@ bool hasWindows(DesktopAccess& desktop, const RunningApplication& application) {
            !Accessibility::hiddenWindows(desktop, application.pid, {}).empty();
 }
 
-Task<void> requestWindow(const ApplicationRestore& restore) {
+Task<void> requestWindow(ApplicationRestore& restore) {
+    restore.opensMore = true;
     const std::string& identifier = restore.application.bundleIdentifier;
     Log::requestedWindow(restore.desktop.platform.log, identifier);
     const auto requested = co_await restore.desktop.platform.applications.requestWindow(identifier);
@@ -88,6 +89,8 @@ Task<void> requestWindow(const ApplicationRestore& restore) {
 Task<bool> start(ApplicationRestore& restore) {
     const auto running = restore.desktop.platform.applications.running(restore.application.bundleIdentifier);
     if (!running) co_return co_await launch(restore);
+    // Windows of a hidden application would be put in place unseen.
+    (void)restore.desktop.platform.applications.show(restore.application.bundleIdentifier);
     if (needsWindow(restore.desktop.platform, restore.application, restore.options.enabledAdapters) &&
         !hasWindows(restore.desktop, *running))
         co_await requestWindow(restore);
@@ -95,13 +98,13 @@ Task<bool> start(ApplicationRestore& restore) {
 }
 
 /// Documents that the launch took along.
-Task<void> awaitSent(const ApplicationRestore& restore) {
+Task<void> awaitSent(ApplicationRestore& restore) {
     if (restore.sent.empty()) co_return;
     restore.add(RestoreReport::opened{static_cast<std::int64_t>(restore.sent.size())});
     co_await awaitDocuments(restore, restore.sent, 0);
 }
 
-Task<void> reopenDocuments(const ApplicationRestore& restore) {
+Task<void> reopenDocuments(ApplicationRestore& restore) {
     if (restore.launched && restore.desktop.platform.applications.documentsTravelWithLaunch()) {
         co_await awaitSent(restore);
         co_return;
@@ -112,6 +115,21 @@ Task<void> reopenDocuments(const ApplicationRestore& restore) {
         documentsOf(restore, infosOf(liveWindows(restore.desktop, restore.application, true)));
     reportRefused(restore, documents);
     co_await openDocuments(restore, std::move(documents.open));
+}
+
+/// Waits until the application has opened its windows, where more may come, and puts them in place.
+Task<void> placeOpened(Run& run, const ApplicationRestore& restore) {
+    const ApplicationSnapshot& application = restore.application;
+    std::vector<LiveWindow> live = liveWindows(run.desktop, application, true);
+    if (restore.opensMore || live.size() < application.windows.size()) {
+        co_await run.presence.wait(application.bundleIdentifier, {toDuration(run.options.launchTimeout),
+                                                                  toDuration(run.options.settleDelay)});
+        live = liveWindows(run.desktop, application, true);
+    }
+    // Launching took its time: a display may have gone since.
+    const std::vector<DisplaySnapshot> displays = Displays::current(run.desktop.platform.screens);
+    co_await placeWindows(run.desktop, application, std::move(live),
+                          {run.workspace.snapshot.displays, displays, run.desktops.targets}, run.sink);
 }
 
 Task<void> restoreApplication(Run& run, const ApplicationSnapshot& application) {
@@ -125,11 +143,8 @@ Task<void> restoreApplication(Run& run, const ApplicationSnapshot& application) 
     Log::ready(run.desktop.platform.log, application.bundleIdentifier, run.secondsSinceStart());
     co_await restoreContext(restore);
     co_await reopenDocuments(restore);
-    if (application.windows.empty()) co_return;  // nothing to wait for
-    co_await run.presence.wait(application.bundleIdentifier,
-                               {toDuration(run.options.launchTimeout), toDuration(run.options.settleDelay)});
-    co_await placeWindows(run.desktop, application, liveWindows(run.desktop, application, true),
-                          {run.workspace.snapshot.displays, run.displays, run.desktops.targets}, run.sink);
+    if (!application.windows.empty()) co_await placeOpened(run, restore);
+    reportLateDocuments(restore);
 }
 
 std::string description(const std::exception_ptr& exception) {

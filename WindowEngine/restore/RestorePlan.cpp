@@ -1,5 +1,8 @@
 #include "WindowEngine/restore/RestorePlan.hpp"
 
+#include <cmath>
+
+#include "WindowEngine/desktop/Accessibility.hpp"
 #include "WindowEngine/desktop/Displays.hpp"
 
 namespace quillo {
@@ -22,11 +25,33 @@ void planFullscreen(WindowPlan& plan, const LiveWindowInfo& live, const DisplayS
     plan.write = true;
 }
 
+bool standsAt(const Rect& frame, const Rect& wanted) {
+    constexpr auto near = [](double a, double b) {
+        return std::abs(a - b) <= Accessibility::positionTolerance;
+    };
+    return near(frame.x, wanted.x) && near(frame.y, wanted.y) && near(frame.width, wanted.width) &&
+           near(frame.height, wanted.height);
+}
+
+/// What stands right is left alone: a write would unroll it, or end its being maximized.
 void planPlain(WindowPlan& plan, const WindowSnapshot& saved, const LiveWindowInfo& live) {
     plan.leaveFullscreen = live.isFullscreen;
     plan.unminimize = live.isMinimized && !saved.isMinimized;
-    plan.write = true;
     plan.minimized = saved.isMinimized;
+    plan.write = live.isFullscreen || live.isMinimized != saved.isMinimized || !plan.placement ||
+                 !standsAt(live.frame, plan.placement->frame);
+}
+
+/// The windows as they will stand on the present displays: live ones that were brought back before are told
+/// apart by the frames they got then.
+std::vector<WindowSnapshot> asPlaced(std::span<const WindowSnapshot> saved, DisplayList savedDisplays,
+                                     DisplayList currentDisplays) {
+    std::vector<WindowSnapshot> placed(saved.begin(), saved.end());
+    for (WindowSnapshot& window : placed) {
+        if (const auto placement = DisplayMapper::place(window, savedDisplays, currentDisplays))
+            window.frame = placement->frame;
+    }
+    return placed;
 }
 
 WindowPlan unmatched(std::int64_t savedIndex, bool anyLive) {
@@ -66,7 +91,8 @@ std::vector<WindowPlan> planWindows(std::span<const WindowSnapshot> saved,
     std::vector<WindowPlan> plans;
     for (std::size_t i = 0; i < saved.size(); ++i)
         plans.push_back(unmatched(static_cast<std::int64_t>(i), !live.empty()));
-    for (const WindowMatcher::Match& match : WindowMatcher::match(saved, live)) {
+    const std::vector<WindowSnapshot> placed = asPlaced(saved, savedDisplays, currentDisplays);
+    for (const WindowMatcher::Match& match : WindowMatcher::match(placed, live)) {
         const auto savedIndex = static_cast<std::size_t>(match.savedIndex);
         const auto liveIndex = static_cast<std::size_t>(match.liveIndex);
         const auto spaces =
@@ -75,6 +101,7 @@ std::vector<WindowPlan> planWindows(std::span<const WindowSnapshot> saved,
             planPair(saved[savedIndex], live[liveIndex], savedDisplays, currentDisplays, desktops, spaces);
         plan.savedIndex = match.savedIndex;
         plan.liveIndex = match.liveIndex;
+        plan.evidence = WindowMatcher::evidence(placed[savedIndex], live[liveIndex]);
         plan.score = match.score;
         plans[savedIndex] = std::move(plan);
     }

@@ -23,8 +23,8 @@ struct WindowPlan {
     // Steps that the live window's state calls for, in this order.
     bool leaveFullscreen = false;  // before it can be moved, or to change display
     bool unminimize = false;
-    bool write = false;          // frame and minimized state; false for a window already full screen in place
-    bool moveToDesktop = false;  // to `desktop`; false where it is known to stand there, and there alone
+    bool write = false;            // frame and minimized state; false for a window that stands right
+    bool moveToDesktop = false;    // to `desktop`; false where it is known to stand there, and there alone
     bool enterFullscreen = false;  // enter, or confirm where it is so already
     bool minimized = false;        // state the write asks for
     std::string skipReason;        // why nothing is done, when liveIndex is absent

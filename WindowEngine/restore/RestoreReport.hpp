@@ -134,6 +134,20 @@ inline constexpr auto restoreOutcomes = []<class... Case>(std::type_identity<std
     return std::array{Case::outcome...};
 }(std::type_identity<RestoreReport::Status>());
 
+/// Whether no row was forgotten half-way: what is no remark is counted, each total at a place of its own.
+constexpr bool countsEachOutcome() {
+    for (const RestoreOutcome& one : restoreOutcomes) {
+        if (!one.total && one.verdict != Verdict::remark) return false;
+        for (const RestoreOutcome& other : restoreOutcomes) {
+            const bool different = one.name != other.name;
+            if (different && one.total && other.total && (one.place == other.place || one.total == other.total))
+                return false;
+        }
+    }
+    return true;
+}
+static_assert(countsEachOutcome());
+
 const RestoreOutcome& outcomeOf(const RestoreReport::Status& status);
 
 /// What an item holds beside its outcome: a count, or a text, or neither.

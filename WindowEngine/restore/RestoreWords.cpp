@@ -51,7 +51,7 @@ std::string restoreSummary(const RestoreReport& report, bool tellsDiffering) {
         const bool first = text.empty();  // told even where it is none
         if (!first && totals.*outcome.total == 0) continue;
         text += (first ? "" : " · ") + totalText(totals.*outcome.total, outcome);
-        if (outcome.verdict == Verdict::back && tellsDiffering) text += differingText(totals);
+        if (outcome.total == &RestoreTotals::restored && tellsDiffering) text += differingText(totals);
     }
     return text;
 }

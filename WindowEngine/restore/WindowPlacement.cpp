@@ -118,11 +118,16 @@ Task<Status> restorePlain(Pair& pair) {
     if (pair.plan().leaveFullscreen) {
         if (auto trouble = co_await leaveFullscreen(pair, "couldn't leave full screen")) co_return *trouble;
     }
-    const Written written = co_await write(pair, "couldn't unminimize the window before moving it");
-    if (written.trouble) co_return *written.trouble;
-    if (!written.took()) co_return failed{"window refused position or minimized state"};
+    const WindowPlan plan = pair.plan();
+    bool adjusted = plan.placement && plan.placement->adjusted;
+    if (plan.write) {
+        const Written written = co_await write(pair, "couldn't unminimize the window before moving it");
+        if (written.trouble) co_return *written.trouble;
+        if (!written.took()) co_return failed{"window refused position or minimized state"};
+        adjusted = written.adjusted();
+    }
     if (auto trouble = co_await moveToDesktop(pair)) co_return *trouble;
-    if (written.adjusted()) co_return RestoreReport::adjusted{};
+    if (adjusted) co_return RestoreReport::adjusted{};
     co_return RestoreReport::restored{};
 }
 
@@ -164,21 +169,52 @@ std::vector<LiveWindowInfo> infos(const std::vector<LiveWindow>& windows) {
     return result;
 }
 
+/// What the windows of one application are brought back with. The references outlive every task of it.
+struct Placing {
+    DesktopAccess& desktop;
+    const ApplicationSnapshot& application;
+    const std::vector<LiveWindow>& live;
+    PlacementTargets targets;
+    const ItemSink& sink;
+};
+
+Task<void> placeWindow(const Placing& placing, const WindowPlan& plan) {
+    co_await checkpoint();
+    const WindowSnapshot& saved = placing.application.windows[static_cast<std::size_t>(plan.savedIndex)];
+    Pair pair{placing.desktop, saved, placing.live[static_cast<std::size_t>(*plan.liveIndex)],
+              placing.targets};
+    // Waiting for the windows before it took time: what it looks like now decides.
+    pair.refresh();
+    Status status = saved.isFullscreen ? co_await restoreFullscreen(pair) : co_await restorePlain(pair);
+    placing.sink.add(placing.application, plan.savedIndex, std::move(status));
+}
+
+/// An error of one ends the application's placing, but not before the others are done.
+Task<void> placeTogether(const Placing& placing, const std::vector<WindowPlan>& plans) {
+    const Context context = co_await quillo::context();
+    std::vector<Job<void>> jobs;
+    for (const WindowPlan& plan : plans) {
+        if (plan.liveIndex) jobs.push_back(spawn(context, placeWindow(placing, plan)));
+    }
+    for (const auto& outcome : co_await joinAll(jobs)) {
+        if (const auto exception = outcome.exception()) std::rethrow_exception(exception);
+    }
+    co_await checkpoint();
+}
+
 }  // namespace
 
 Task<void> placeWindows(DesktopAccess& desktop, const ApplicationSnapshot& application,
                         std::vector<LiveWindow> live, PlacementTargets targets, const ItemSink& sink) {
     const std::vector<WindowPlan> plans =
         planWindows(application.windows, infos(live), targets.savedDisplays, targets.currentDisplays);
-    for (const WindowPlan& plan : plans) {
-        if (!plan.liveIndex) continue;
-        co_await checkpoint();
-        const WindowSnapshot& saved = application.windows[static_cast<std::size_t>(plan.savedIndex)];
-        Pair pair{desktop, saved, live[static_cast<std::size_t>(*plan.liveIndex)], targets};
-        // Waiting for the windows before it took time: what it looks like now decides.
-        pair.refresh();
-        Status status = saved.isFullscreen ? co_await restoreFullscreen(pair) : co_await restorePlain(pair);
-        sink.add(application, plan.savedIndex, std::move(status));
+    const Placing placing{desktop, application, live, targets, sink};
+    if (desktop.platform.accessibility.movesTogether()) {
+        co_await placeTogether(placing, plans);
+    } else {
+        for (const WindowPlan& plan : plans) {
+            if (plan.liveIndex) co_await placeWindow(placing, plan);
+        }
     }
     for (const WindowPlan& plan : plans) {
         if (!plan.liveIndex) sink.add(application, plan.savedIndex, RestoreReport::skipped{plan.skipReason});

@@ -14,9 +14,9 @@ struct PlacementTargets {
     const DesktopTargets& desktops;
 };
 
-/// One window after the other, by saved index: the window server handles moves in order, and verification
-/// would otherwise see another window's animation. Cancelled, the items made so far stay. The references
-/// must outlive the task.
+/// One window after the other, by saved index, unless windows move together (AccessibilityService): then each
+/// is reported as it comes to rest. Cancelled, the items made so far stay. The references must outlive the
+/// task.
 Task<void> placeWindows(DesktopAccess& desktop, const ApplicationSnapshot& application,
                         std::vector<LiveWindow> live, PlacementTargets targets, const ItemSink& sink);
 

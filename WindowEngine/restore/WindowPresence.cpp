@@ -1,5 +1,6 @@
 #include "WindowEngine/restore/WindowPresence.hpp"
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -76,6 +77,11 @@ WindowPresence::Count WindowPresence::count(const std::string& bundleIdentifier)
 }
 
 void WindowPresence::countAll() {
+    countAnswers();
+    countedAt_ = now();
+}
+
+void WindowPresence::countAnswers() {
     std::vector<ProcessID> pids;
     std::vector<Waiting*> counted;
     for (auto& [bundleIdentifier, waiting] : waiting_) {
@@ -90,7 +96,13 @@ void WindowPresence::countAll() {
     const auto seen = Accessibility::enumerate(desktop_, pids, false);
     for (std::size_t i = 0; i < seen.size(); ++i)
         counted[i]->count = seen[i].timedOut ? std::nullopt : Count(seen[i].windows.size());
-    countedAt_ = now();
+    // Windows on other desktops may be known to the window server only: they are there.
+    if (std::ranges::none_of(counted, [](const Waiting* waiting) { return waiting->count == 0; })) return;
+    const WindowServerReading server = Accessibility::readWindowServer(desktop_);
+    for (std::size_t i = 0; i < seen.size(); ++i) {
+        if (counted[i]->count == 0)
+            counted[i]->count = Accessibility::hiddenWindows(server, pids[i], {}).size();
+    }
 }
 
 }  // namespace quillo::Restore

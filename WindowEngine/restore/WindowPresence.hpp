@@ -31,6 +31,7 @@ class WindowPresence {
     Task<void> waitUntilSettled(const std::string& bundleIdentifier, TimePoint deadline, Duration settle);
     Count count(const std::string& bundleIdentifier);
     void countAll();
+    void countAnswers();
     TimePoint now() const { return desktop_.platform.executor.now(); }
 
     struct Waiting {

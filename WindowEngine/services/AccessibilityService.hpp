@@ -146,6 +146,10 @@ class AccessibilityService {
     /// Cancelled, it leaves the window as far as it came.
     virtual Task<bool> makeMovable(Element window) = 0;
 
+    /// Whether several windows of one application may be moved at the same time. Otherwise one follows the
+    /// other, for a reading would see the animation of another window.
+    virtual bool movesTogether() { return false; }
+
     /// Ends what makeMovable began: waits for stable extents and returns the window to the desktop it came
     /// from. Called once for each makeMovable, also after a failed write; returns at once on most layers.
     virtual Task<void> settleInPlace(Element window) = 0;

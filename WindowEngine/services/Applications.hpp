@@ -85,6 +85,10 @@ class Applications {
 
     /// Whether the request was accepted.
     virtual bool hide(std::string_view bundleIdentifier) = 0;
+    /// Ends what hide() began, also where a person began it, and leaves the application in front in front.
+    /// Whether the request was accepted; true where nothing was hidden, or where hiding an application means
+    /// no more than minimizing its windows, each of which is brought back by itself.
+    virtual bool show(std::string_view /*bundleIdentifier*/) { return true; }
     /// Asks the application to quit normally; it may ask its user to save. Never forces it.
     virtual bool terminate(std::string_view bundleIdentifier) = 0;
 

@@ -11,6 +11,7 @@ class ForwardingAccessibilityService : public AccessibilityService {
     bool trusted() override { return target_.trusted(); }
     Capability access() override { return target_.access(); }
     Capability folders() override { return target_.folders(); }
+    bool movesTogether() override { return target_.movesTogether(); }
     bool listsTabsAsWindows() override { return target_.listsTabsAsWindows(); }
     void prompt() override { target_.prompt(); }
     Element application(ProcessID pid) override { return target_.application(pid); }

@@ -44,6 +44,7 @@ class ForwardingApplications : public Applications {
         return target_.requestWindow(std::move(bundleIdentifier));
     }
     bool hide(std::string_view bundleIdentifier) override { return target_.hide(bundleIdentifier); }
+    bool show(std::string_view bundleIdentifier) override { return target_.show(bundleIdentifier); }
     bool terminate(std::string_view bundleIdentifier) override { return target_.terminate(bundleIdentifier); }
     std::optional<ProcessID> serviceProcess(std::string_view bundleIdentifier) override {
         return target_.serviceProcess(bundleIdentifier);

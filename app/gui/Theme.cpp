@@ -132,7 +132,9 @@ int Theme::lineHeight(const QString& name) const {
 QString Theme::glyph(const QString& symbol) const {
     const std::string name = symbol.toStdString();
     const auto found = std::ranges::find(iconGlyphs, name, [](const auto& one) { return one.first; });
-    return found != iconGlyphs.end() ? QString(QChar(found->second)) : QStringLiteral("?");
+    if (found != iconGlyphs.end()) return QString(QChar(found->second));
+    if (!name.empty()) qWarning("icon-names.txt does not list %s", name.c_str());
+    return QStringLiteral("?");
 }
 
 QString Theme::workspaceSymbol(const QString& icon) const {

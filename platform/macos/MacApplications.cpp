@@ -214,6 +214,12 @@ bool MacApplications::hide(std::string_view bundleIdentifier) {
     return accepted;
 }
 
+bool MacApplications::show(std::string_view bundleIdentifier) {
+    bool accepted = false;
+    for (const auto& process : familyNamed(shell_, bundleIdentifier)) accepted |= shell_.show(process.pid);
+    return accepted;
+}
+
 bool MacApplications::terminate(std::string_view bundleIdentifier) {
     bool accepted = false;
     for (const auto& process : familyNamed(shell_, bundleIdentifier))

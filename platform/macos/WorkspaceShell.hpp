@@ -68,6 +68,8 @@ class WorkspaceShell {
     /// Whether the request could be sent.
     virtual bool activate(ProcessID pid) = 0;
     virtual bool hide(ProcessID pid) = 0;
+    /// Shows what is hidden, without activating it; true where it was not.
+    virtual bool show(ProcessID pid) = 0;
     virtual bool terminate(ProcessID pid) = 0;
 };
 

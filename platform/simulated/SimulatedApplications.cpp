@@ -129,6 +129,14 @@ bool ApplicationList::hide(std::string_view bundleIdentifier) {
     return true;
 }
 
+bool ApplicationList::show(std::string_view bundleIdentifier) {
+    world_.advance();
+    Application* application = world_.application(bundleIdentifier);
+    if (!application || !application->running) return false;
+    application->hidden = false;
+    return true;
+}
+
 bool ApplicationList::terminate(std::string_view bundleIdentifier) {
     world_.advance();
     Application* application = world_.application(bundleIdentifier);

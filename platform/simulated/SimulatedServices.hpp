@@ -83,6 +83,7 @@ class ApplicationList final : public Applications {
     Result<Url> openable(std::string_view bundleIdentifier, const Url& document) override;
     Task<Result<void>> requestWindow(std::string bundleIdentifier) override;
     bool hide(std::string_view bundleIdentifier) override;
+    bool show(std::string_view bundleIdentifier) override;
     bool terminate(std::string_view bundleIdentifier) override;
     std::optional<ProcessID> serviceProcess(std::string_view bundleIdentifier) override;
     Capability hiding() override { return Capability::available(); }

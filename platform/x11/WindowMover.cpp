@@ -81,20 +81,25 @@ Task<bool> WindowMover::makeMovable(xcb_window_t window) {
     co_return (co_await waitUntilStable(window)).has_value();
 }
 
-void WindowMover::frameWritten(const WindowReading& before, const Rect& frame) {
+void WindowMover::frameWritten(const WindowReading& before, const Rect& frame, bool maximized) {
     const auto move = moves_.find(before.window);
     if (move == moves_.end()) return;  // nobody will ask to settle it
     move->second.frame = frame;
+    move->second.maximized = maximized;
     move->second.decoration = before.decoration;
     move->second.invisibleBorder = before.invisibleBorder;
+}
+
+bool WindowMover::missed(const WindowReading& now, const Move& move) {
+    if (move.maximized) return !now.maximized;
+    return now.decoration != move.decoration || now.invisibleBorder != move.invisibleBorder;
 }
 
 Task<void> WindowMover::settleInPlace(xcb_window_t window) {
     const auto found = moves_.find(window);
     const Move move = found == moves_.end() ? Move{} : found->second;
     auto reading = co_await waitUntilStable(window);
-    if (reading && move.frame &&
-        (reading->decoration != move.decoration || reading->invisibleBorder != move.invisibleBorder)) {
+    if (reading && move.frame && missed(*reading, move)) {
         WindowRequests(view_).moveResize(*reading, *move.frame, FrameParts::both);
         reading = co_await waitUntilStable(window);
     }

@@ -19,13 +19,15 @@ class WindowMover {
     /// False when the window is gone or the window manager did not comply within 2 s for each step.
     Task<bool> makeMovable(xcb_window_t window);
     Task<void> settleInPlace(xcb_window_t window);
-    /// A move was asked for; settleInPlace repeats it once if the extents are others by then.
-    void frameWritten(const WindowReading& before, const Rect& frame);
+    /// A move, or being maximized, was asked for; settleInPlace repeats the move once if the extents are
+    /// others by then, and moves the window after all where it was not maximized.
+    void frameWritten(const WindowReading& before, const Rect& frame, bool maximized);
 
   private:
     struct Move {
         std::optional<std::uint32_t> cameFrom;  // desktop to return to
         std::optional<Rect> frame;              // the last one written
+        bool maximized = false;                 // that is how it was asked for
         Extents decoration, invisibleBorder;    // as they were when it was
     };
     using Condition = bool (*)(const WindowReading&, std::uint32_t);
@@ -36,6 +38,7 @@ class WindowMover {
     /// Two equal readings 50 ms apart; the last reading after 2 s; absent when the window is gone.
     Task<std::optional<WindowReading>> waitUntilStable(xcb_window_t window);
     Task<bool> bringHere(xcb_window_t window);
+    static bool missed(const WindowReading& now, const Move& move);
 
     DesktopView& view_;
     std::map<xcb_window_t, Move> moves_;

@@ -66,6 +66,12 @@ std::int32_t WindowRequests::setFullscreen(xcb_window_t window, bool value) {
                         view_.connection().atoms()._NET_WM_STATE_FULLSCREEN, 0);
 }
 
+std::int32_t WindowRequests::maximize(xcb_window_t window) {
+    const auto& ewmh = view_.connection().atoms();
+    return changeStates(window, stateAdd, ewmh._NET_WM_STATE_MAXIMIZED_HORZ,
+                        ewmh._NET_WM_STATE_MAXIMIZED_VERT);
+}
+
 std::int32_t WindowRequests::unmaximize(xcb_window_t window) {
     const auto& ewmh = view_.connection().atoms();
     return changeStates(window, stateRemove, ewmh._NET_WM_STATE_MAXIMIZED_HORZ,

@@ -21,6 +21,7 @@ class WindowRequests {
     /// Ends being minimized, on the desktop where the window is. `isHere`: that is the current one, or all.
     std::int32_t restore(const WindowReading& now, bool isHere);
     std::int32_t setFullscreen(xcb_window_t window, bool value);
+    std::int32_t maximize(xcb_window_t window);
     std::int32_t unmaximize(xcb_window_t window);
     /// Ends being rolled up to the title bar.
     std::int32_t unshade(xcb_window_t window);

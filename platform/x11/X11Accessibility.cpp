@@ -200,11 +200,25 @@ AccessibilityCode X11Accessibility::write(const Element& element, std::string_vi
     return {codeUnsupported};
 }
 
+/// A window is maximized on the monitor where it stands.
+std::int32_t X11Accessibility::maximizeAt(const WindowReading& window, const Rect& area) {
+    WindowRequests requests(view_);
+    if (!area.contains(window.frame().center())) {
+        const auto code = requests.moveResize(window, area, FrameParts::position);
+        if (code != codeDone) return code;
+    }
+    return requests.maximize(window.window);
+}
+
 FrameWrite X11Accessibility::writeFrame(const Element& window, const Rect& frame) {
     const auto reading = readingOf(window);
     if (!reading) return {};
-    const bool accepted = WindowRequests(view_).moveResize(*reading, frame, FrameParts::both) == codeDone;
-    if (accepted) mover_.frameWritten(*reading, frame);
+    const auto fills = [&](const Screen& screen) { return screen.visibleFrame == frame; };
+    const bool maximized = std::ranges::any_of(screens_.screens(), fills);
+    const auto code = maximized ? maximizeAt(*reading, frame)
+                                : WindowRequests(view_).moveResize(*reading, frame, FrameParts::both);
+    const bool accepted = code == codeDone;
+    if (accepted) mover_.frameWritten(*reading, frame, maximized);
     return {.positionSet = accepted, .sizeSet = accepted};
 }
 

@@ -7,17 +7,19 @@
 #include "platform/linux/WindowDocuments.hpp"
 #include "platform/x11/DesktopView.hpp"
 #include "platform/x11/WindowMover.hpp"
+#include "platform/x11/X11Screens.hpp"
 
 namespace quillo::x11 {
 
 class X11Accessibility final : public AccessibilityService {
   public:
-    explicit X11Accessibility(DesktopView& view) : view_(view), mover_(view) {}
+    X11Accessibility(DesktopView& view, X11Screens& screens) : view_(view), screens_(screens), mover_(view) {}
 
     bool trusted() override;
     Capability access() override { return view_.access(); }
     Capability folders() override;
     bool listsTabsAsWindows() override { return false; }
+    bool movesTogether() override { return true; }
     void prompt() override {}  // there is no permission to ask for
     Element application(ProcessID pid) override;
     void setMessagingTimeout(const Element&, double) override {}  // only the X server is ever waited for
@@ -25,6 +27,8 @@ class X11Accessibility final : public AccessibilityService {
     /// AXMinimized, AXFullScreen, AXPosition and AXSize of a window.
     AccessibilityCode write(const Element& element, std::string_view name,
                             const AttributeValue& value) override;
+    /// A frame that fills what panels leave of a monitor is that of a maximized window, and the window is
+    /// maximized there, so that ending it gives the window the frame it had before.
     FrameWrite writeFrame(const Element& window, const Rect& frame) override;
     /// AXRaise of a window.
     AccessibilityCode perform(const Element& element, std::string_view action) override;
@@ -46,7 +50,10 @@ class X11Accessibility final : public AccessibilityService {
     bool isHere(const WindowReading& window);  // on the current desktop
     std::optional<WindowReading> readingOf(const Element& window);
 
+    std::int32_t maximizeAt(const WindowReading& window, const Rect& area);
+
     DesktopView& view_;
+    X11Screens& screens_;
     WindowMover mover_;
     WindowDocuments documents_;
 };

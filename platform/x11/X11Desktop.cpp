@@ -18,7 +18,7 @@ struct X11Desktop::Services {
     x11::DesktopView view;
     x11::X11Screens screens{view};
     x11::X11WindowServer windowServer{view, screens};
-    x11::X11Accessibility accessibility{view};
+    x11::X11Accessibility accessibility{view, screens};
     x11::X11Applications applications{view};
     NoScripts scripts;
 };

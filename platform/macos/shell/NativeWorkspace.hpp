@@ -17,6 +17,7 @@ class NativeWorkspace final : public WorkspaceShell {
     void open(const Url& location, const std::vector<Url>& documents, Answered answered) override;
     bool activate(ProcessID pid) override;
     bool hide(ProcessID pid) override;
+    bool show(ProcessID pid) override;
     bool terminate(ProcessID pid) override;
 };
 

@@ -182,6 +182,13 @@ bool NativeWorkspace::hide(ProcessID pid) {
     }
 }
 
+bool NativeWorkspace::show(ProcessID pid) {
+    @autoreleasepool {
+        NSRunningApplication* application = runningApplication(pid);
+        return application && (!application.hidden || [application unhide]);
+    }
+}
+
 bool NativeWorkspace::terminate(ProcessID pid) {
     @autoreleasepool {
         return [runningApplication(pid) terminate];

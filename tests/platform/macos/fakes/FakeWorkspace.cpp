@@ -115,6 +115,11 @@ bool FakeWorkspace::hide(ProcessID pid) {
     return isMore(pid, "hide") || (identifier && applications().hide(*identifier));
 }
 
+bool FakeWorkspace::show(ProcessID pid) {
+    const auto identifier = identifierOf(pid);
+    return isMore(pid, "show") || (identifier && applications().show(*identifier));
+}
+
 bool FakeWorkspace::terminate(ProcessID pid) {
     const auto identifier = identifierOf(pid);
     return isMore(pid, "terminate") || (identifier && applications().terminate(*identifier));

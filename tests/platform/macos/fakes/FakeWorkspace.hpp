@@ -25,6 +25,7 @@ class FakeWorkspace final : public WorkspaceShell {
     void open(const Url& location, const std::vector<Url>& documents, Answered answered) override;
     bool activate(ProcessID pid) override;
     bool hide(ProcessID pid) override;
+    bool show(ProcessID pid) override;
     bool terminate(ProcessID pid) override;
 
     // What a test adds.

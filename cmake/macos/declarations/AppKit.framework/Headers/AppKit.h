@@ -94,7 +94,9 @@ typedef enum NSApplicationActivationOptions : NSUInteger {
 @property(readonly, getter=isTerminated) BOOL terminated;
 /* False where it cannot be done; true is the system's word, not the application's. */
 - (BOOL)activateWithOptions:(NSApplicationActivationOptions)options;
+@property(readonly, getter=isHidden) BOOL hidden;
 - (BOOL)hide;
+- (BOOL)unhide;
 - (BOOL)terminate;
 @end
 
