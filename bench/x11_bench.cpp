@@ -2,10 +2,6 @@
 // reads the same properties with all requests sent first, and against wmctrl. All three in one run on one
 // private X server; the ratios are what is held: at most 2 times the bare reader, at most a quarter of
 // wmctrl.
-#include <signal.h>
-#include <sys/prctl.h>
-#include <sys/wait.h>
-#include <unistd.h>
 #include <xcb/xcb.h>
 #include <xcb/xcb_ewmh.h>
 
@@ -15,48 +11,20 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "WindowEngine/capture/Capture.hpp"
 #include "WindowEngine/support/Loops.hpp"
+#include "bench/X11Windows.hpp"
 #include "platform/x11/X11Desktop.hpp"
 #include "tests/platform/x11/PrivateDesktop.hpp"
 
 namespace {
 
 using namespace quillo;
-using Clock = std::chrono::steady_clock;
-
 constexpr int windowCount = 200;
 constexpr int rounds = 30;
-
-/// The desktop's windows, all of one process of their own.
-pid_t startWindows() {
-    const pid_t child = fork();
-    if (child != 0) return child;
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
-    auto* xcb = xcb_connect(nullptr, nullptr);
-    xcb_ewmh_connection_t ewmh{};
-    xcb_ewmh_init_atoms_replies(&ewmh, xcb_ewmh_init_atoms(xcb, &ewmh), nullptr);
-    const auto* screen = xcb_setup_roots_iterator(xcb_get_setup(xcb)).data;
-    for (int i = 0; i < windowCount; ++i) {
-        const auto window = xcb_generate_id(xcb);
-        xcb_create_window(xcb, XCB_COPY_FROM_PARENT, window, screen->root, static_cast<std::int16_t>(i * 5),
-                          40, 200, 150, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, 0, nullptr);
-        const auto title = "document " + std::to_string(i) + " \xE2\x80\x94 a title of ordinary length";
-        xcb_ewmh_set_wm_name(&ewmh, window, static_cast<std::uint32_t>(title.size()), title.c_str());
-        xcb_ewmh_set_wm_pid(&ewmh, window, static_cast<std::uint32_t>(getpid()));
-        constexpr char classes[] = "bench\0Bench";
-        xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
-                            sizeof classes, classes);
-        xcb_map_window(xcb, window);
-    }
-    xcb_flush(xcb);
-    while (auto* event = xcb_wait_for_event(xcb)) free(event);
-    _exit(0);
-}
 
 /// The comparison: what any reader of these properties has to ask and to wait for, and nothing more.
 class BareReader {
@@ -112,25 +80,6 @@ class BareReader {
     std::vector<xcb_atom_t> properties_;
 };
 
-double milliseconds(const std::function<void()>& work) {
-    const auto begin = Clock::now();
-    work();
-    return std::chrono::duration<double, std::milli>(Clock::now() - begin).count();
-}
-
-struct Times {
-    std::vector<double> all;
-    double median() {
-        std::ranges::sort(all);
-        return all[all.size() / 2];
-    }
-    double least() { return *std::ranges::min_element(all); }
-};
-
-struct SilentLog : SystemLog {
-    void write(std::string_view, LogLevel, std::string_view) override {}
-};
-
 std::size_t capture(LoopExecutor& executor, DesktopAccess& access) {
     Job<WorkspaceSnapshot> job(executor, Capture::snapshot(access, {}));
     executor.runUntil([&] { return job.done(); }, std::chrono::seconds(10));
@@ -144,13 +93,13 @@ std::size_t capture(LoopExecutor& executor, DesktopAccess& access) {
 int main() {
     x11test::PrivateDesktop desktop("openbox");
     LoopExecutor executor;
-    SilentLog log;
+    bench::SilentLog log;
     const auto layer = X11Desktop::create(executor, {});
     if (!layer) {
         std::fprintf(stderr, "%s\n", layer.error().text.c_str());
         return 1;
     }
-    const pid_t clients = startWindows();
+    const pid_t clients = bench::startWindows("Bench", windowCount);
     WindowHandleCache handles;
     DesktopAccess access{(*layer)->platform(log), handles};
     BareReader bare;
@@ -162,16 +111,16 @@ int main() {
         std::fprintf(stderr, "the windows did not come\n");
         return 1;
     }
-    Times captures, readings, listings, ofBare, ofWmctrl;
+    bench::Times captures, readings, listings, ofBare, ofWmctrl;
     for (int round = 0; round < rounds; ++round) {  // in turn, so that all see the same machine
-        readings.all.push_back(milliseconds([&] { bare.read(); }));
-        captures.all.push_back(milliseconds([&] { capture(executor, access); }));
-        listings.all.push_back(milliseconds([&] { desktop.run({"wmctrl", "-lGpx"}); }));
+        readings.all.push_back(bench::milliseconds([&] { bare.read(); }));
+        captures.all.push_back(bench::milliseconds([&] { capture(executor, access); }));
+        listings.all.push_back(bench::milliseconds([&] { desktop.run({"wmctrl", "-lGpx"}); }));
         ofBare.all.push_back(captures.all.back() / readings.all.back());
         ofWmctrl.all.push_back(captures.all.back() / listings.all.back());
     }
     // In the form of the other benchmarks: name, least, median, counters.
-    const auto line = [](const char* name, Times& times) {
+    const auto line = [](const char* name, bench::Times& times) {
         std::printf("x11/%s/windows:%d %.3f ms %.3f ms %d", name, windowCount, times.least(), times.median(),
                     rounds);
     };
@@ -181,7 +130,6 @@ int main() {
     std::printf("\n");
     line("capture", captures);
     std::printf(" of_bare=%.3f of_wmctrl=%.3f\n", ofBare.median(), ofWmctrl.median());
-    kill(clients, SIGTERM);
-    waitpid(clients, nullptr, 0);
+    bench::endWindows(clients);
     return 0;
 }

@@ -140,7 +140,8 @@ constexpr bool countsEachOutcome() {
         if (!one.total && one.verdict != Verdict::remark) return false;
         for (const RestoreOutcome& other : restoreOutcomes) {
             const bool different = one.name != other.name;
-            if (different && one.total && other.total && (one.place == other.place || one.total == other.total))
+            if (different && one.total && other.total &&
+                (one.place == other.place || one.total == other.total))
                 return false;
         }
     }
