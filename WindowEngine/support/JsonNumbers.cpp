@@ -1,9 +1,8 @@
 #include "WindowEngine/support/JsonNumbers.hpp"
 
+#include <simdjson.h>
+
 #include <algorithm>
-#include <charconv>
-#include <cstdint>
-#include <system_error>
 
 namespace quillo {
 namespace {
@@ -32,22 +31,16 @@ bool isNumber(std::string_view token) {
     return token.empty();
 }
 
-template <class T>
-bool fits(std::string_view token) {
-    T value{};
-    return std::from_chars(token.data(), token.data() + token.size(), value).ec == std::errc();
+bool isReadable(simdjson::dom::parser& parser, const std::string& token) {
+    return parser.parse("[" + token + "]").error() == simdjson::SUCCESS;
 }
 
 // What stands for the token; itself where nothing has to.
-std::string replacement(std::string_view token) {
+std::string replacement(simdjson::dom::parser& parser, std::string_view token) {
     std::string text(token);
-    if (!isNumber(token)) return text;
+    if (!isNumber(token) || isReadable(parser, text)) return text;
     const bool whole = token.find_first_of(".eE") == std::string_view::npos;
-    if (whole && (fits<std::int64_t>(token) || fits<std::uint64_t>(token))) return text;
-    if (fits<double>(token)) return whole ? text + "e0" : text;
-    // Too small is zero, which every reader can hold.
-    const bool tiny = token.contains("e-") || token.contains("E-");
-    return tiny ? text : std::string("\"\"");
+    return whole && isReadable(parser, text + "e0") ? text + "e0" : std::string("\"\"");
 }
 
 std::size_t endOfText(std::string_view json, std::size_t at) {
@@ -58,6 +51,7 @@ std::size_t endOfText(std::string_view json, std::size_t at) {
 }  // namespace
 
 std::optional<std::string> withNumbersInRange(std::string_view json) {
+    simdjson::dom::parser parser;
     std::string result;
     bool changed = false;
     for (std::size_t at = 0; at < json.size();) {
@@ -66,7 +60,7 @@ std::optional<std::string> withNumbersInRange(std::string_view json) {
             at = endOfText(json, at);
         } else if (json[at] == '-' || digits.contains(json[at])) {
             at = std::min(json.find_first_not_of("0123456789+-.eE", at), json.size());
-            const std::string text = replacement(json.substr(begin, at - begin));
+            const std::string text = replacement(parser, json.substr(begin, at - begin));
             changed |= text != json.substr(begin, at - begin);
             result += text;
             continue;
