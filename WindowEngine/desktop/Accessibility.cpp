@@ -11,7 +11,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr double messagingTimeout = 1.0;  // seconds an application may take to answer
 constexpr std::array windowListNames{ax::windows};
 constexpr std::array windowNames{ax::subrole,  ax::position,  ax::size,      ax::title,
                                  ax::document, ax::minimized, ax::fullScreen};
@@ -91,14 +90,15 @@ void collectCandidates(DesktopAccess& desktop, ApplicationReading& reading, cons
 }
 
 /// Once an application let its messaging timeout pass, nobody is asked any more in this enumeration.
-std::vector<ApplicationReading> readWindowLists(DesktopAccess& desktop, std::span<const ProcessID> pids) {
+std::vector<ApplicationReading> readWindowLists(DesktopAccess& desktop, std::span<const ProcessID> pids,
+                                                double timeout) {
     AccessibilityService& service = desktop.platform.accessibility;
     std::vector<ApplicationReading> readings;
     std::vector<OwnedRequest> requests;
     for (const ProcessID pid : pids) {
         readings.push_back({pid, launchDateOf(desktop, pid), {}, {}});
         Element element = service.application(pid);
-        service.setMessagingTimeout(element, messagingTimeout);
+        service.setMessagingTimeout(element, timeout);
         requests.push_back({pid, {std::move(element), windowListNames}});
     }
     const auto answers = read(desktop, requests);
@@ -130,13 +130,13 @@ void acceptWindows(DesktopAccess& desktop, ApplicationReading& reading,
     }
 }
 
-void readAllWindows(DesktopAccess& desktop, std::vector<ApplicationReading>& readings) {
+void readAllWindows(DesktopAccess& desktop, std::vector<ApplicationReading>& readings, double timeout) {
     AccessibilityService& service = desktop.platform.accessibility;
     std::vector<OwnedRequest> requests;
     for (ApplicationReading& reading : readings) {
         if (reading.result.timedOut) reading.candidates.clear();
         for (const Element& element : reading.candidates) {
-            service.setMessagingTimeout(element, messagingTimeout);
+            service.setMessagingTimeout(element, timeout);
             requests.push_back({reading.pid, {element, windowNames}});
         }
     }
@@ -211,9 +211,9 @@ void remember(DesktopAccess& desktop, const std::vector<ApplicationReading>& rea
 
 /// `server`: null where hidden windows are not looked for.
 std::vector<Enumeration> enumerateWith(DesktopAccess& desktop, std::span<const ProcessID> pids,
-                                       const WindowServerReading* server) {
-    std::vector<ApplicationReading> readings = readWindowLists(desktop, pids);
-    readAllWindows(desktop, readings);
+                                       const WindowServerReading* server, double timeout) {
+    std::vector<ApplicationReading> readings = readWindowLists(desktop, pids, timeout);
+    readAllWindows(desktop, readings, timeout);
     for (ApplicationReading& reading : readings) {
         if (server && !reading.result.timedOut) appendHiddenWindows(desktop, reading, *server);
     }
@@ -226,14 +226,15 @@ std::vector<Enumeration> enumerateWith(DesktopAccess& desktop, std::span<const P
 }  // namespace
 
 std::vector<Enumeration> enumerate(DesktopAccess& desktop, std::span<const ProcessID> pids,
-                                   bool recoverHidden) {
-    if (!recoverHidden) return enumerateWith(desktop, pids, nullptr);
-    return enumerateRecovering(desktop, pids, readWindowServer(desktop));
+                                   bool recoverHidden, double timeout) {
+    if (!recoverHidden) return enumerateWith(desktop, pids, nullptr, timeout);
+    const WindowServerReading server = readWindowServer(desktop);
+    return enumerateWith(desktop, pids, &server, timeout);
 }
 
 std::vector<Enumeration> enumerateRecovering(DesktopAccess& desktop, std::span<const ProcessID> pids,
                                              const WindowServerReading& server) {
-    return enumerateWith(desktop, pids, &server);
+    return enumerateWith(desktop, pids, &server, messagingTimeout);
 }
 
 std::vector<LiveWindow> windows(DesktopAccess& desktop, ProcessID pid, bool recoverHidden) {

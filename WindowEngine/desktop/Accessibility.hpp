@@ -84,6 +84,7 @@ namespace Accessibility {
 
 inline constexpr double positionTolerance = 2.0;  // points
 inline constexpr double minimumExtent = 1.0;      // a window must be wider and taller than this
+inline constexpr double messagingTimeout = 1.0;   // seconds an application may take to answer
 
 struct Enumeration {
     std::vector<LiveWindow> windows;  // indices dense from 0
@@ -92,12 +93,12 @@ struct Enumeration {
 
 /// Windows of many applications, one answer per pid: all window lists are read in one batch, all windows in
 /// a second. An application that
-/// hangs costs its messaging timeout once and keeps its cached handles; while it rests
+/// hangs costs `timeout` seconds once and keeps its cached handles; while it rests
 /// (UnresponsiveApplications) it answers `timedOut` unasked. The thread is never held up for longer than one
 /// such timeout: where one application let it pass, all answer `timedOut`, and the others are asked next
 /// time.
 std::vector<Enumeration> enumerate(DesktopAccess& desktop, std::span<const ProcessID> pids,
-                                   bool recoverHidden);
+                                   bool recoverHidden, double timeout = messagingTimeout);
 /// The same, bringing windows back that only this reading of the window server knows.
 std::vector<Enumeration> enumerateRecovering(DesktopAccess& desktop, std::span<const ProcessID> pids,
                                              const WindowServerReading& server);

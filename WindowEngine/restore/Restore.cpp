@@ -124,6 +124,9 @@ Task<void> placeOpened(Run& run, const ApplicationRestore& restore) {
     if (restore.opensMore || live.size() < application.windows.size()) {
         co_await run.presence.wait(application.bundleIdentifier, {toDuration(run.options.launchTimeout),
                                                                   toDuration(run.options.settleDelay)});
+        // One that was too busy to be counted may answer now that its time is over.
+        if (const auto running = run.desktop.platform.applications.running(application.bundleIdentifier))
+            run.desktop.handles.unresponsive.answered(running->pid);
         live = liveWindows(run.desktop, application, true);
     }
     // Launching took its time: a display may have gone since.

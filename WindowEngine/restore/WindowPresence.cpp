@@ -14,6 +14,10 @@ constexpr Duration settleInterval = 250ms;
 /// Applications that ask within this time of each other share one reading; each alone asks less often.
 constexpr Duration sharing = 100ms;
 
+/// Seconds. One that launches may be too busy to answer at once; it is asked again, and the others are not
+/// kept.
+constexpr double countingTimeout = 0.1;
+
 /// When an application's window count last changed.
 struct WindowSettleState {
     std::size_t count = 0;
@@ -52,15 +56,17 @@ Task<void> WindowPresence::wait(std::string bundleIdentifier, Patience patience)
 }
 
 Task<void> WindowPresence::waitUntilPresent(const std::string& bundleIdentifier, TimePoint deadline) {
-    while (count(bundleIdentifier).value_or(0) == 0 && now() < deadline) co_await sleepFor(presenceInterval);
+    while ((co_await count(bundleIdentifier)).value_or(0) == 0 && now() < deadline)
+        co_await sleepFor(presenceInterval);
 }
 
 Task<void> WindowPresence::waitUntilSettled(const std::string& bundleIdentifier, TimePoint deadline,
                                             Duration settle) {
-    WindowSettleState state{count(bundleIdentifier).value_or(0), now()};
+    const Count before = co_await count(bundleIdentifier);
+    WindowSettleState state{before.value_or(0), now()};
     while (now() < deadline) {
         co_await sleepFor(settleInterval);
-        const Count counted = count(bundleIdentifier);
+        const Count counted = co_await count(bundleIdentifier);
         if (!counted) continue;  // one that does not answer may be busy opening windows
         if (*counted != state.count) {
             state = {*counted, now()};
@@ -70,10 +76,15 @@ Task<void> WindowPresence::waitUntilSettled(const std::string& bundleIdentifier,
     }
 }
 
-WindowPresence::Count WindowPresence::count(const std::string& bundleIdentifier) {
+Task<WindowPresence::Count> WindowPresence::count(std::string bundleIdentifier) {
     const Waiting& waiting = waiting_.at(bundleIdentifier);
     if (!waiting.counted || now() - countedAt_ >= sharing) countAll();
-    return waiting.count;
+    // Where one application let its time pass, nobody after it was asked. That one rests now.
+    while (waiting.unasked) {
+        co_await sleepFor(0s);
+        if (waiting.unasked) countAll();
+    }
+    co_return waiting.count;
 }
 
 void WindowPresence::countAll() {
@@ -85,17 +96,18 @@ void WindowPresence::countAnswers() {
     std::vector<ProcessID> pids;
     std::vector<Waiting*> counted;
     for (auto& [bundleIdentifier, waiting] : waiting_) {
-        waiting.counted = true;
-        waiting.count = 0;
+        waiting = {.tasks = waiting.tasks, .counted = true, .unasked = false, .count = 0};
         // Resolved anew each time: launchers fork, and the process that stays is another one.
         const auto application = desktop_.platform.applications.running(bundleIdentifier);
         if (!application) continue;
         pids.push_back(application->pid);
         counted.push_back(&waiting);
     }
-    const auto seen = Accessibility::enumerate(desktop_, pids, false);
-    for (std::size_t i = 0; i < seen.size(); ++i)
+    const auto seen = Accessibility::enumerate(desktop_, pids, false, countingTimeout);
+    for (std::size_t i = 0; i < seen.size(); ++i) {
         counted[i]->count = seen[i].timedOut ? std::nullopt : Count(seen[i].windows.size());
+        counted[i]->unasked = seen[i].timedOut && !desktop_.handles.unresponsive.resting(pids[i], now());
+    }
     // Windows on other desktops may be known to the window server only: they are there.
     if (std::ranges::none_of(counted, [](const Waiting* waiting) { return waiting->count == 0; })) return;
     const WindowServerReading server = Accessibility::readWindowServer(desktop_);

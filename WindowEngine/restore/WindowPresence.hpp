@@ -29,7 +29,7 @@ class WindowPresence {
 
     Task<void> waitUntilPresent(const std::string& bundleIdentifier, TimePoint deadline);
     Task<void> waitUntilSettled(const std::string& bundleIdentifier, TimePoint deadline, Duration settle);
-    Count count(const std::string& bundleIdentifier);
+    Task<Count> count(std::string bundleIdentifier);
     void countAll();
     void countAnswers();
     TimePoint now() const { return desktop_.platform.executor.now(); }
@@ -37,6 +37,7 @@ class WindowPresence {
     struct Waiting {
         int tasks = 0;
         bool counted = false;
+        bool unasked = false;  // as another one did not answer in time
         Count count;
     };
     class Membership;

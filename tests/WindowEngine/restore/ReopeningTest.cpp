@@ -121,7 +121,7 @@ TEST(Documents, ComeBackOnceOrItIsSaidWhyNot) {
          1},
         {"ignored",
          documentIgnored,
-         {launched, opened, b + "failed document did not appear before timeout", a + back, b + missing},
+         {launched, opened, a + back, b + missing, b + "failed document did not appear before timeout"},
          1},
     };
     for (const Case& c : cases) {
