@@ -12,8 +12,9 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr std::array windowListNames{ax::windows};
-constexpr std::array windowNames{ax::subrole,  ax::position,  ax::size,      ax::title,
-                                 ax::document, ax::minimized, ax::fullScreen};
+constexpr std::array windowNames{ax::subrole,   ax::position,   ax::size,    ax::title,
+                                 ax::minimized, ax::fullScreen, ax::document};
+constexpr std::span<const std::string_view> placeNames{windowNames.data(), windowNames.size() - 1};
 
 template <class T>
 const T* valueOf(const Attribute& attribute) {
@@ -25,7 +26,8 @@ bool isTrue(const Attribute& attribute) {
     return value && *value;
 }
 
-/// What the attributes of windowNames say; absent unless they are those of a window that people see.
+/// What the attributes of windowNames, or of placeNames, say; absent unless they are those of a window that
+/// people see.
 std::optional<LiveWindowInfo> windowInfo(const std::vector<Attribute>& attributes) {
     const auto* subrole = valueOf<std::string>(attributes[0]);
     const auto* position = valueOf<Point>(attributes[1]);
@@ -39,9 +41,11 @@ std::optional<LiveWindowInfo> windowInfo(const std::vector<Attribute>& attribute
     info.frame = {position->x, position->y, size->width, size->height};
     if (const auto* title = valueOf<std::string>(attributes[3]); title && !title->empty())
         info.title = *title;
-    if (const auto* document = valueOf<std::string>(attributes[4])) info.documentURL = Url::parse(*document);
-    info.isMinimized = isTrue(attributes[5]);
-    info.isFullscreen = isTrue(attributes[6]);
+    info.isMinimized = isTrue(attributes[4]);
+    info.isFullscreen = isTrue(attributes[5]);
+    const auto* document =
+        attributes.size() > placeNames.size() ? valueOf<std::string>(attributes[6]) : nullptr;
+    if (document) info.documentURL = Url::parse(*document);
     return info;
 }
 
@@ -193,8 +197,9 @@ void appendHiddenWindows(DesktopAccess& desktop, ApplicationReading& reading,
         wanted.insert(candidate.windowID);
     for (const Element& element : recoverWindowElements(desktop, reading.pid, std::move(wanted))) {
         const auto index = static_cast<std::int64_t>(reading.result.windows.size());
-        if (auto window = readWindow(desktop, element, reading.pid, index))
-            reading.result.windows.push_back(std::move(*window));
+        auto window = liveWindow(desktop, element, reading.pid, index,
+                                 read(desktop, reading.pid, {element, windowNames}));
+        if (window) reading.result.windows.push_back(std::move(*window));
     }
 }
 
@@ -261,7 +266,7 @@ std::vector<Element> knownElements(DesktopAccess& desktop, ProcessID pid) {
 
 std::optional<LiveWindow> readWindow(DesktopAccess& desktop, const Element& element, ProcessID pid,
                                      std::int64_t index) {
-    return liveWindow(desktop, element, pid, index, read(desktop, pid, {element, windowNames}));
+    return liveWindow(desktop, element, pid, index, read(desktop, pid, {element, placeNames}));
 }
 
 WindowServerReading readWindowServer(DesktopAccess& desktop) {

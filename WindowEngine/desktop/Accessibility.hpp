@@ -109,6 +109,7 @@ std::vector<WindowNumber> listedNumbers(DesktopAccess& desktop, ProcessID pid);
 /// Elements kept from the last enumeration of the application as it runs now, also of windows that are no
 /// longer listed; some may be gone.
 std::vector<Element> knownElements(DesktopAccess& desktop, ProcessID pid);
+/// One window without its document, which may be dear to find and does not change while it is placed.
 std::optional<LiveWindow> readWindow(DesktopAccess& desktop, const Element& element, ProcessID pid,
                                      std::int64_t index);
 

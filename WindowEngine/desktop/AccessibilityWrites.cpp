@@ -1,4 +1,5 @@
 // The writing half of Accessibility: nothing counts as done until it was read back.
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 
@@ -86,12 +87,15 @@ Task<WindowMutationResult> setAndWait(DesktopAccess& desktop, LiveWindow window,
 
     const Context context = co_await quillo::context();
     const TimePoint deadline = context.now() + verificationTime;
+    // Most window servers are done at once.
+    Duration pause = 10ms;
     while (context.now() < deadline) {
         co_await checkpoint();
         const auto result =
             compare(readWindow(desktop, window.element, window.pid, window.info.index), frame, minimized);
         if (result.positionSet && result.minimizedSet) co_return result;
-        co_await sleepFor(pollingInterval);
+        co_await sleepFor(pause);
+        pause = std::min(2 * pause, pollingInterval);
     }
     co_return compare(readWindow(desktop, window.element, window.pid, window.info.index), frame, minimized);
 }

@@ -105,6 +105,12 @@ std::optional<std::uint32_t> DesktopView::currentDesktopNow() {
         .firstWord();
 }
 
+std::uint32_t DesktopView::desktopCount() {
+    if (turn_->reading) return turn_->reading->desktopCount;
+    const auto asked = connection_.ask(connection_.root(), connection_.atoms()._NET_NUMBER_OF_DESKTOPS, 1);
+    return connection_.take(asked).firstWord().value_or(0);
+}
+
 std::string DesktopView::accessibilityBus() {
     constexpr std::uint32_t longestAddress = 256;  // words
     const auto property = connection_.take(

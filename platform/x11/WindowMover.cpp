@@ -62,6 +62,9 @@ Task<bool> WindowMover::makeMovable(xcb_window_t window) {
     moves_[window].frame.reset();
     if (!co_await bringHere(window)) co_return false;
     auto reading = view_.windowNow(window);
+    const bool asItIs = reading && !moves_[window].cameFrom && !reading->shaded && !reading->hidden &&
+                        !(reading->maximized && !reading->fullscreen);
+    if (asItIs) co_return true;  // nothing was asked of it that would have to come to rest
     if (reading && reading->shaded) {
         WindowRequests(view_).unshade(window);
         reading = co_await waitUntil(

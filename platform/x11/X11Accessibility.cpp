@@ -200,6 +200,17 @@ AccessibilityCode X11Accessibility::write(const Element& element, std::string_vi
     return {codeUnsupported};
 }
 
+/// Panels are windows too: reading all of them for each frame that is written would make it dear.
+const std::vector<Screen>& X11Accessibility::screensLately() {
+    constexpr Duration lately = std::chrono::milliseconds(500);
+    const TimePoint now = view_.executor().now();
+    if (screensSeen_.empty() || now - screensSeenAt_ > lately) {
+        screensSeen_ = screens_.screens();
+        screensSeenAt_ = now;
+    }
+    return screensSeen_;
+}
+
 /// A window is maximized on the monitor where it stands.
 std::int32_t X11Accessibility::maximizeAt(const WindowReading& window, const Rect& area) {
     WindowRequests requests(view_);
@@ -214,7 +225,7 @@ FrameWrite X11Accessibility::writeFrame(const Element& window, const Rect& frame
     const auto reading = readingOf(window);
     if (!reading) return {};
     const auto fills = [&](const Screen& screen) { return screen.visibleFrame == frame; };
-    const bool maximized = std::ranges::any_of(screens_.screens(), fills);
+    const bool maximized = std::ranges::any_of(screensLately(), fills);
     const auto code = maximized ? maximizeAt(*reading, frame)
                                 : WindowRequests(view_).moveResize(*reading, frame, FrameParts::both);
     const bool accepted = code == codeDone;

@@ -50,10 +50,13 @@ class X11Accessibility final : public AccessibilityService {
     bool isHere(const WindowReading& window);  // on the current desktop
     std::optional<WindowReading> readingOf(const Element& window);
 
+    const std::vector<Screen>& screensLately();
     std::int32_t maximizeAt(const WindowReading& window, const Rect& area);
 
     DesktopView& view_;
     X11Screens& screens_;
+    std::vector<Screen> screensSeen_;
+    TimePoint screensSeenAt_{};
     WindowMover mover_;
     WindowDocuments documents_;
 };

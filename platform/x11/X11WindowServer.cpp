@@ -64,7 +64,7 @@ std::vector<WindowListEntry> X11WindowServer::windowList() {
 
 std::vector<DisplaySpaces> X11WindowServer::displaySpaces() {
     std::vector<Space> spaces;
-    for (std::uint32_t desktop = 0; desktop < view_.reading().desktopCount; ++desktop) {
+    for (std::uint32_t desktop = 0; desktop < view_.desktopCount(); ++desktop) {
         spaces.push_back({.id = spaceOf(desktop), .kind = SpaceKind::standard, .uuid = std::nullopt});
     }
     std::vector<DisplaySpaces> displays;
@@ -74,9 +74,10 @@ std::vector<DisplaySpaces> X11WindowServer::displaySpaces() {
 }
 
 std::vector<WindowFacts> X11WindowServer::facts(std::span<const WindowNumber> numbers) {
-    const auto& reading = view_.reading();
+    const auto windows = view_.windows(numbers);
+    const auto desktopCount = view_.desktopCount();
     std::unordered_map<WindowNumber, const WindowReading*> known;
-    for (const auto& window : reading.windows) known[window.window] = &window;
+    for (const auto& window : windows) known[window.window] = &window;
     std::vector<WindowFacts> all;
     all.reserve(numbers.size());
     for (const auto number : numbers) {
@@ -86,7 +87,7 @@ std::vector<WindowFacts> X11WindowServer::facts(std::span<const WindowNumber> nu
             continue;
         }
         const auto& read = *window->second;
-        all.push_back({.spaces = spacesOf(read, reading.desktopCount),
+        all.push_back({.spaces = spacesOf(read, desktopCount),
                        .isStandard = read.type == WindowType::normal,
                        .isFullscreen = read.fullscreen});
     }
@@ -94,7 +95,7 @@ std::vector<WindowFacts> X11WindowServer::facts(std::span<const WindowNumber> nu
 }
 
 Capability X11WindowServer::spaces() {
-    if (view_.reading().desktopCount > 0) return Capability::available();
+    if (view_.desktopCount() > 0) return Capability::available();
     return Capability::unavailable("The window manager does not tell of any desktops.");
 }
 
@@ -107,14 +108,14 @@ bool X11WindowServer::isAnimating(std::string_view) {
 }
 
 Result<void> X11WindowServer::moveWindow(WindowNumber number, SpaceID space) {
-    if (space < 1 || space > view_.reading().desktopCount) {
+    if (space < 1 || space > view_.desktopCount()) {
         return fail(ErrorKind::invalidArgument, "there is no desktop " + std::to_string(space));
     }
     return resultOf(WindowRequests(view_).moveToDesktop(number, static_cast<std::uint32_t>(space - 1)));
 }
 
 Result<void> X11WindowServer::createDesktop(std::string_view) {
-    const auto count = view_.reading().desktopCount;
+    const auto count = view_.desktopCount();
     if (count == 0) return fail(ErrorKind::unavailable, spaces().reason());
     return resultOf(WindowRequests(view_).setDesktopCount(count + 1));
 }

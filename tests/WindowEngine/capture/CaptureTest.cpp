@@ -118,7 +118,9 @@ TEST(Capture, RecordsWhereWindowsStand) {
 TEST(Capture, AFullScreenWindowHasNoDesktopWhereverItStands) {
     TestDesktop desktop(scene({sceneApplication("org.a", {sceneWindow("1", frame)})}));
     desktop.meddler.afterRead = [](std::span<const AttributeRequest> requests, Meddler::Answers& answers) {
-        if (requests[0].names.back() == ax::fullScreen) answers[0].back() = true;
+        const auto name = std::ranges::find(requests[0].names, ax::fullScreen);
+        if (name != requests[0].names.end())
+            answers[0][static_cast<std::size_t>(name - requests[0].names.begin())] = true;
     };
     const WindowSnapshot window = desktop.capture().applications[0].windows.at(0);
     EXPECT_TRUE(window.isFullscreen);

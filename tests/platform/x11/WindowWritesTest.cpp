@@ -1,6 +1,8 @@
 // Moving and changing real windows under a real window manager, from every state they may be in.
 #include <cmath>
 
+#include "WindowEngine/capture/Capture.hpp"
+#include "WindowEngine/restore/Restore.hpp"
 #include "tests/platform/x11/X11Test.hpp"
 
 namespace quillo::x11test {
@@ -75,6 +77,36 @@ TEST_F(WindowWritesTest, AWindowIsMovedFromEveryState) {
         EXPECT_EQ(desktopsOf(after), (std::set<SpaceID>{elsewhere ? 3u : 1u})) << name;
         clients.clear();
     }
+}
+
+TEST_F(WindowWritesTest, ARestoreLeavesWhatStandsRightAloneAndMaximizesWhatWasMaximized) {
+    const auto maximized = openWindow("maximized"), shaded = openWindow("shaded");
+    const auto before = place(maximized, target).info.frame;
+    maximize(maximized);
+    const auto area = reread(maximized).info.frame;
+    setState(shaded, "add,shaded");
+    const auto holds = [](const LiveWindow& window, const std::string& state) {
+        const std::string number = std::to_string(*window.windowID);
+        return sharedDesktop().run(
+                   {"sh", "-c", "xprop -id " + number + " _NET_WM_STATE | grep -q " + state}) == 0;
+    };
+    ASSERT_TRUE(eventually([&] { return holds(shaded, "SHADED"); }));
+    WindowHandleCache cache;
+    DesktopAccess access{*desktop, cache};
+    Workspace workspace;
+    workspace.snapshot = run(Capture::snapshot(access, {}));
+    const auto restored = [&] { return run(Restore::run(access, workspace, {}, {})).totals().restored; };
+    EXPECT_EQ(restored(), 2);
+    EXPECT_TRUE(holds(shaded, "SHADED"));
+    EXPECT_TRUE(holds(maximized, "MAXIMIZED_VERT"));
+
+    setState(maximized, "remove,maximized_vert,maximized_horz");
+    ASSERT_TRUE(eventually([&] { return reread(maximized).info.frame == before; }));
+    EXPECT_EQ(restored(), 2);
+    EXPECT_EQ(reread(maximized).info.frame, area);
+    EXPECT_TRUE(holds(maximized, "MAXIMIZED_HORZ"));
+    setState(maximized, "remove,maximized_vert,maximized_horz");
+    EXPECT_TRUE(eventually([&] { return reread(maximized).info.frame == before; })) << "as before";
 }
 
 TEST_F(WindowWritesTest, SizeHintsAdjustTheSizeAndNotThePosition) {
