@@ -265,7 +265,7 @@ TEST_F(DesktopCommandTest, FoldersTabsDocumentsAndOtherApplicationsArePlannedAnd
          {on("poor", {"plan", "Rich"}), 0, "opens   /d/a.txt\n"},
          {on("poor", {"plan", "Rich"}), 0, "integration is disabled or unavailable\n"},
          {on("poor", with({"plan", "Rich"}, chromium)), 0, "in a new window: https://news.example/\n"},
-         {on("rich", with({"restore", "Rich"}, chromium)), 0, "2 restored \xc2\xb7 1.1 s"},
+         {on("rich", with({"restore", "Rich"}, chromium)), 0, "2 restored \xc2\xb7 0.1 s"},
          {on("poor", {"restore", "Rich", "--clean-slate", "quit", "--adapter", "chromium"}), 0,
           "2 restored \xc2\xb7 1 launched \xc2\xb7 2 reopened"},
          {on("poor", {"restore", "Rich", "--adapter", "opera"}), 2, "--adapter"}});

@@ -24,6 +24,12 @@ class PanelsTest : public samples::GuiTest {
         model.save(name);
         return model.named(name);
     }
+    /// So that a restore has something to do.
+    void scatter() {
+        auto& world = model.desktop.world();
+        for (simulated::Window* window : world.windowsOf("org.editor"))
+            world.move(*window, {700, 500, 200, 150});
+    }
 };
 
 TEST_F(PanelsTest, TheSwitcherFindsAndResumesByKeysFromItsFirstFrame) {
@@ -95,7 +101,7 @@ TEST_F(PanelsTest, EightRowsAndTheRestByScrolling) {
 
 TEST_F(PanelsTest, ARestoreFillsTheMapAndTheRowsAsItGoes) {
     const Workspace workspace = desk("Desk");
-    model.desktop.world().application("org.editor");
+    scatter();
     model->restore(workspace, {});
     settle();
     EXPECT_TRUE(named("Resuming Desk…"));
@@ -145,6 +151,7 @@ TEST_F(PanelsTest, ARestoreIsStoppedByItsButtonAndSaysWhatIsMissing) {
         workspace.snapshot.applications.push_back(gone);
     }
     ASSERT_TRUE(model.known.savedHere(workspace));
+    scatter();
     model->restore(workspace, {});
     settle();
     ASSERT_TRUE(until([&] { return restore().states().value("org.gone0#window#1") == "skipped"; }));
