@@ -1,6 +1,7 @@
 #include "WindowEngine/library/SessionHistory.hpp"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 #include "WindowEngine/library/WorkspaceFiles.hpp"
@@ -71,9 +72,10 @@ WorkspaceScanResult SessionHistory::scan() const {
     WorkspaceScanResult found = store_.scan();
     const auto latest = std::ranges::find(found.workspaces, latestID, &Workspace::id);
     if (latest == found.workspaces.end()) return found;
-    const Workspace copy = *latest;
-    std::erase_if(found.workspaces,
-                  [&](const Workspace& session) { return session.id != latestID && holds(session, copy); });
+    std::set<Uuid> copies;
+    for (const Workspace& session : found.workspaces)
+        if (session.id != latestID && holds(session, *latest)) copies.insert(session.id);
+    std::erase_if(found.workspaces, [&](const Workspace& session) { return copies.contains(session.id); });
     return found;
 }
 

@@ -1,4 +1,5 @@
 // The scripts to the letter, and that no text in one can become part of it.
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include "WindowEngine/integrations/AppleScriptText.hpp"
@@ -186,7 +187,7 @@ TEST(AppleScriptText, NoTextEndsItsLiteral) {
                 EXPECT_EQ(got.literals.size(), harmless.literals.size());
             }
             EXPECT_EQ(read(AppleScript::text(hostile[0])).literals.back(), one + other);
-            const auto address = Url::parse("https://h.org/" + one + other);
+            const auto address = Url::parse(fmt::format("https://h.org/{}{}", one, other));
             if (address) EXPECT_EQ(read(AppleScript::text(hostile[3])).literals.back(), address->string());
         }
     }

@@ -22,7 +22,7 @@ const Path place = "/quillo/store";
 class Recorder final : public ForwardingFileSystem {
   public:
     using Forward = ForwardingFileSystem;
-    Recorder(FileSystem& target, Files before) : Forward(target), kept_(std::move(before)) { note(); }
+    Recorder(FileSystem& target, Files before) : Forward(target), kept_(std::move(before)) { (void)note(); }
 
     std::set<Files> states;  // at any time so far
     std::set<Files> last;    // after what was done last
