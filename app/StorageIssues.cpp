@@ -21,6 +21,7 @@ bool StorageIssues::update(const WorkspaceScanResult& found) {
     });
     for (const WorkspaceLoadIssue& issue : found.issues)
         if (!contains(dismissed_, issue)) now.push_back(issue);
+    if (found.failure) now.push_back({WorkspaceLoadIssue::Kind::unreadable, {}, found.failure->text, {}});
     const bool wasUnlisted = std::exchange(unlisted_, found.failure.has_value());
     return std::exchange(shown_, std::move(now)) != shown_ || wasUnlisted != unlisted_;
 }

@@ -38,6 +38,8 @@ bool isReadable(simdjson::dom::parser& parser, const std::string& token) {
 // What stands for the token; itself where nothing has to.
 std::string replacement(simdjson::dom::parser& parser, std::string_view token) {
     std::string text(token);
+    constexpr std::size_t alwaysFits = 18;  // digits of a whole number
+    if (token.size() <= alwaysFits && token.find_first_of("eE") == std::string_view::npos) return text;
     if (!isNumber(token) || isReadable(parser, text)) return text;
     const bool whole = token.find_first_of(".eE") == std::string_view::npos;
     return whole && isReadable(parser, text + "e0") ? text + "e0" : std::string("\"\"");

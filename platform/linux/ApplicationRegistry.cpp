@@ -78,11 +78,10 @@ ApplicationRegistry::Verdict ApplicationRegistry::judge(const WindowEvidence& wi
     return {6, identifierFromClass(window)};
 }
 
-bool ApplicationRegistry::mayBe(const WindowEvidence& window,
-                                const std::set<std::string>& identifiers) const {
-    std::vector<std::string> names{entryId(window.desktopFile), window.gtkApplicationID, window.className,
-                                   window.instanceName, judge(window).identifier};
-    if (const auto program = programOf(window.pid)) names.push_back(fs::path(*program).filename().string());
+bool ApplicationRegistry::mayBe(const WindowEvidence& window, const std::string& program,
+                                const std::set<std::string>& identifiers) {
+    const std::string names[] = {entryId(window.desktopFile), window.gtkApplicationID, window.className,
+                                 window.instanceName, fs::path(program).filename().string()};
     return std::ranges::any_of(names, [&](const std::string& name) {
         return identifiers.contains(text::lowercase(name)) ||
                identifiers.contains(text::lowercase(withoutPackersPrefix(name)));

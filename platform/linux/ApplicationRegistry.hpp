@@ -40,9 +40,10 @@ class ApplicationRegistry {
     /// Remembers what this process was launched as, the best evidence for windows that say nothing.
     void recordLaunch(ProcessID pid, std::string identifier);
 
-    /// Whether anything that this window or its process says of itself is one of these identifiers, which are
-    /// in lower case: an entry's name, also as packers change it, a class, a program.
-    bool mayBe(const WindowEvidence& window, const std::set<std::string>& identifiers) const;
+    /// Whether anything that this window or its `program` says of itself is one of these identifiers, which
+    /// are in lower case: an entry's name, also as packers change it, a class, a program.
+    static bool mayBe(const WindowEvidence& window, const std::string& program,
+                      const std::set<std::string>& identifiers);
 
     /// What the application that this window alone speaks for opens; nothing where it names none.
     OpenedKinds opens(const WindowEvidence& window);

@@ -69,8 +69,11 @@ std::set<WindowNumber> X11Applications::windowsOfAny(const std::set<std::string>
     std::set<std::string> lowered;
     for (const auto& identifier : identifiers) lowered.insert(text::lowercase(identifier));
     std::set<WindowNumber> numbers;
+    std::map<ProcessID, std::string> programs;  // each is read once
     for (const auto& window : view_.reading().windows) {
-        if (view_.registry().mayBe(window, lowered)) numbers.insert(window.window);
+        const auto [program, isNew] = programs.try_emplace(window.pid);
+        if (isNew) program->second = programOf(window.pid).value_or(std::string());
+        if (ApplicationRegistry::mayBe(window, program->second, lowered)) numbers.insert(window.window);
     }
     return numbers;
 }

@@ -66,6 +66,7 @@ TEST(AppModel, WhatIsWrongWithFilesIsToldUntilItIsDismissedAndLookedAtOnceForEac
     model.disk.listFailure = Error{ErrorKind::permission, "no", 13};
     model->reload();
     EXPECT_TRUE(model->storageIssues().unlisted());
+    EXPECT_EQ(changed(), Names{"no"}) << "said beside the workspaces that were read before";
     EXPECT_EQ(model.names(), Names{"Work"}) << "what was read before is still there";
 }
 
