@@ -7,9 +7,6 @@ FocusScope {
     readonly property bool narrow: width < 900
     readonly property real side: Math.round(Math.min(328 * Theme.scale, width * 0.4))
 
-    // What has the keyboard may lie below; a page begins at its top all the same.
-    Component.onCompleted: Qt.callLater(() => page.contentY = 0)
-
     Item {
         id: bar
         x: 24
