@@ -24,6 +24,12 @@ void AppModel::noteProvenance(const Result<void>& noted) {
     if (!noted) show("Couldn't note what was done here; resuming will ask first: " + noted.error().text);
 }
 
+void AppModel::showLibraryFolder() {
+    std::filesystem::path folder = store_.directory();
+    while (!services_.files.exists(folder) && folder.has_relative_path()) folder = folder.parent_path();
+    if (!services_.shell.showFolder(folder)) show("No file manager opens " + folder.string());
+}
+
 void AppModel::deleteWorkspace(const Workspace& workspace) {
     const std::string name = workspace.name;  // the workspace may be the library's own, which is read again
     if (const Result<void> removed = store_.remove(workspace.id); !removed) {

@@ -5,6 +5,7 @@
 #include "app/LibraryIndex.hpp"
 #include "app/LibraryState.hpp"
 #include "app/gui/AppIcons.hpp"
+#include "app/gui/ClosingPresenter.hpp"
 #include "app/gui/DetailPresenter.hpp"
 #include "app/gui/LibraryPresenter.hpp"
 #include "app/gui/OnboardingPresenter.hpp"
@@ -45,7 +46,7 @@ void givePictures(QQmlEngine& engine, const FindIcon& systemIcon) {
 
 /// One for each surface, over the model.
 struct Interface::Presenters {
-    Presenters(AppModel& model, const Parts& parts, Surfaces& surfaces)
+    Presenters(AppModel& model, const Parts& parts, Interface& surfaces)
         : index([&model]() -> const std::vector<Workspace>& { return model.workspaces(); }),
           reloads(QObject::connect(&model, &AppModel::workspacesChanged, &index, &LibraryIndex::reload)),
           ui(model, parts.variant),
@@ -53,8 +54,9 @@ struct Interface::Presenters {
           library(model, libraryState),
           detail(model, ui),
           review(model),
-          onboarding(model),
-          settings(model, parts.updates, parts.system.loginItem, parts.shell),
+          onboarding(model, parts.system.hotKeys),
+          closing(model, surfaces.windows_, parts.trayShown, parts.quit),
+          settings(model, parts.updates, parts.system.loginItem),
           privacy(model, parts.system.desktop),
           shortcuts(model, parts.system.hotKeys, parts.keys),
           switcher(model, index, surfaces),
@@ -67,6 +69,7 @@ struct Interface::Presenters {
         registerSingleton("Detail", detail);
         registerSingleton("Review", review);
         registerSingleton("Onboarding", onboarding);
+        registerSingleton("Closing", closing);
         registerSingleton("Settings", settings);
         registerSingleton("Privacy", privacy);
         registerSingleton("Shortcuts", shortcuts);
@@ -84,6 +87,7 @@ struct Interface::Presenters {
     DetailPresenter detail;
     ReviewPresenter review;
     OnboardingPresenter onboarding;
+    ClosingPresenter closing;
     SettingsPresenter settings;
     PrivacyPresenter privacy;
     ShortcutsPresenter shortcuts;
@@ -98,7 +102,8 @@ Interface::Interface(const Parts& parts)
     // Closing a window keeps the program running in the tray.
     connect(&windows_, &Windows::mainClosed, this,
             [this] { parts_.shell.setActivationPolicy(ActivationPolicy::accessory); });
-    connect(&windows_, &Windows::engineDropped, this, [this] {
+    windows_.mayCloseMain = [this] { return !presenters_ || presenters_->closing.mayClose(); };
+    connect(&windows_, &Windows::allClosed, this, [this] {
         if (presenters_) presenters_->library.forgetMaps();
     });
     connect(&windows_, &Windows::panelDismissed, this, [this](PanelID panel) {

@@ -24,6 +24,7 @@ class LibraryPresenter final : public WorkspaceRows {
     Q_PROPERTY(QString currentText READ currentText NOTIFY currentSnapshotChanged)
     Q_PROPERTY(bool accessibilityGranted READ accessibilityGranted NOTIFY accessChanged)
     Q_PROPERTY(QString accessReason READ accessReason NOTIFY accessChanged)
+    Q_PROPERTY(bool canAllowAccess READ canAllowAccess CONSTANT)
     Q_PROPERTY(bool canSave READ canSave NOTIFY accessChanged)
 
   public:
@@ -43,6 +44,7 @@ class LibraryPresenter final : public WorkspaceRows {
     QString currentText() const;
     bool accessibilityGranted() const { return model_.accessibilityGranted(); }
     QString accessReason() const;
+    bool canAllowAccess() const { return model_.canAllowAccess(); }
     bool canSave() const { return !model_.restoreRunning() && !model_.capturing(); }
 
     Q_INVOKABLE void moveCursor(int steps);
@@ -56,6 +58,7 @@ class LibraryPresenter final : public WorkspaceRows {
     Q_INVOKABLE void remove(const QString& id);
     Q_INVOKABLE void importWorkspace() { model_.importWorkspace(); }
     Q_INVOKABLE void save() { model_.beginCapture(); }
+    Q_INVOKABLE void showFiles() { model_.showLibraryFolder(); }
     Q_INVOKABLE void dismissIssues() { model_.dismissStorageIssues(); }
     Q_INVOKABLE void refreshCurrentSnapshot() { model_.refreshCurrentSnapshot(); }
     Q_INVOKABLE void requestAccessibility() { model_.requestAccessibility(); }

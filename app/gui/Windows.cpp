@@ -33,6 +33,8 @@ Windows::Windows(Theme& theme, Prepare prepare, QObject* parent)
     : QObject(parent), theme_(theme), prepare_(std::move(prepare)) {
     connect(&theme_, &Theme::changed, this, [this] {
         if (main_) main_->setColor(theme_.background());
+        if (switcher_) switcher_->setColor(theme_.raised());
+        for (const auto& [panel, view] : panels_) view->setColor(theme_.raised());
     });
 }
 
@@ -77,21 +79,37 @@ bool Windows::bringMainForward() {
     return true;
 }
 
-void Windows::showPanel(PanelID panel, PanelPlace where) {
-    closePanel(panel);
+std::unique_ptr<QQuickView> Windows::makePanel(PanelID panel) {
     auto view = makeView(file(panel));
     view->setTitle(panel == PanelID::switcher ? "Quillo switcher" : "Quillo restore");
     view->setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     view->setColor(theme_.raised());
     view->setResizeMode(QQuickView::SizeViewToRootObject);
-    place(*view, where);
-    QQuickView& shown = *view;
-    // It grows and shrinks with its rows, from the edge that its place holds it at.
-    connect(view.get(), &QWindow::heightChanged, this, [this, &shown, where] { place(shown, where); });
-    panels_[panel] = std::move(view);
+    view->setProperty("_q_macAlwaysShowToolWindow", true);  // a Mac hides it with the program otherwise
     // The progress of a restore must not take the keyboard from what the person types into.
-    if (panel == PanelID::restore) shown.setProperty("_q_showWithoutActivating", true);
-    shown.setProperty("_q_macAlwaysShowToolWindow", true);  // a Mac hides it with the program otherwise
+    if (panel == PanelID::restore) view->setProperty("_q_showWithoutActivating", true);
+    // It grows and shrinks with its rows, from the edge that its place holds it at.
+    connect(view.get(), &QWindow::heightChanged, this, [this, panel, view = view.get()] {
+        if (panels_.contains(panel)) place(*view, places_[panel]);
+    });
+    return view;
+}
+
+/// Drawn, it has all glyphs, symbols and maps of its first frame; created, the window system knows it.
+void Windows::prepareSwitcher() {
+    if (switcher_ || panels_.contains(PanelID::switcher)) return;
+    switcher_ = makePanel(PanelID::switcher);
+    switcher_->create();
+    switcher_->grabWindow();
+}
+
+void Windows::showPanel(PanelID panel, PanelPlace where) {
+    closePanel(panel);
+    auto view = panel == PanelID::switcher && switcher_ ? std::move(switcher_) : makePanel(panel);
+    QQuickView& shown = *view;
+    place(shown, where);
+    places_[panel] = where;
+    panels_[panel] = std::move(view);
     shown.show();
     if (panel == PanelID::switcher) {
         shown.raise();
@@ -118,12 +136,22 @@ void Windows::closePanel(PanelID panel) {
     if (found == panels_.end()) return;
     auto view = std::move(found->second);
     panels_.erase(found);
-    retire(std::move(view));
+    if (panel == PanelID::restore) return retire(std::move(view));
+    view->hide();
+    switcher_ = std::move(view);
+    QMetaObject::invokeMethod(this, &Windows::trimWhenUnused, Qt::QueuedConnection);
+}
+
+void Windows::closeMain() {
+    if (!main_) return;
+    retire(std::move(main_));
+    Q_EMIT mainClosed();
 }
 
 void Windows::dropAll() {
     main_.reset();
     panels_.clear();
+    switcher_.reset();
     if (retired_ == 0) dropEngine();
 }
 
@@ -136,22 +164,25 @@ QQuickWindow* Windows::panelWindow(PanelID panel) const {
 void Windows::retire(std::unique_ptr<QQuickView> view) {
     view->removeEventFilter(this);
     view->hide();
+    trimmed_ = false;
     ++retired_;
     QQuickView* gone = view.release();
     std::erase_if(retiring_, [](const QPointer<QQuickView>& one) { return !one; });
     retiring_.emplace_back(gone);
     connect(gone, &QObject::destroyed, this, [this] {
         --retired_;
-        QMetaObject::invokeMethod(this, &Windows::dropEngineWhenUnused, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, &Windows::trimWhenUnused, Qt::QueuedConnection);
     });
     gone->deleteLater();
 }
 
-void Windows::dropEngineWhenUnused() {
-    if (main_ || !panels_.empty() || retired_ > 0 || !engine_) return;
-    dropEngine();
+void Windows::trimWhenUnused() {
+    if (trimmed_ || main_ || !panels_.empty() || retired_ > 0 || !engine_) return;
+    trimmed_ = true;
+    engine_->collectGarbage();
+    engine_->trimComponentCache();
     QPixmapCache::clear();
-    Q_EMIT engineDropped();
+    Q_EMIT allClosed();
 }
 
 /// Lists leave the deletion of their rows to a later turn, and a row that is being animated goes on moving
@@ -175,8 +206,11 @@ bool Windows::eventFilter(QObject* watched, QEvent* event) {
         return true;
     }
     if (watched == main_.get() && event->type() == QEvent::Close) {
-        retire(std::move(main_));
-        Q_EMIT mainClosed();
+        if (mayCloseMain()) {
+            closeMain();
+        } else {
+            event->ignore();
+        }
         return true;
     }
     return false;

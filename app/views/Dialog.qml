@@ -12,7 +12,9 @@ T.Popup {
     property bool danger: false
     property bool armed: true          // whether it can be confirmed by now
     property Component details: null  // between the text and the buttons
+    property string actionKind: danger ? "danger" : "primary"
     signal confirmed()
+    signal declined()  // by its button; Escape only closes
     property Item before: null  // has the keyboard again afterwards: else the window itself would
     onAboutToShow: before = parent.Window.activeFocusItem
     onClosed: {
@@ -74,14 +76,14 @@ T.Popup {
             PushButton {
                 id: cancel
                 text: dialog.cancelText
-                onClicked: dialog.close()
+                onClicked: { dialog.close(); dialog.declined() }
                 KeyNavigation.right: action
             }
             PushButton {
                 id: action
                 text: dialog.actionText
                 enabled: dialog.armed
-                kind: dialog.danger ? "danger" : "primary"
+                kind: dialog.actionKind
                 onClicked: { dialog.close(); dialog.confirmed() }
                 KeyNavigation.left: cancel
             }

@@ -17,8 +17,13 @@ Rectangle {
     LayoutMirroring.childrenInherit: true
     Accessible.role: Accessible.Dialog
     Accessible.name: "Workspace switcher"
-    Component.onCompleted: {
+    // It is made before it is shown, and kept afterwards.
+    readonly property bool open: Window.visibility !== Window.Hidden
+    onOpenChanged: {
+        if (!open) return
         Switcher.shown()
+        list.positionViewAtBeginning()
+        list.contentY = list.originY - list.topMargin
         field.forceActiveFocus()
     }
 
