@@ -98,8 +98,13 @@ Task<void> planContext(DesktopAccess& desktop, const ApplicationSnapshot& applic
     if (isRunning) now = co_await adapter->capture(desktop, application.bundleIdentifier);
     if (now.failure) {
         plan.contextTrouble = *now.failure;
-    } else {
-        plan.steps = adapter->plan(*application.context, now.context.value_or(AppContext{}));
+        co_return;
+    }
+    plan.steps = adapter->plan(*application.context, now.context.value_or(AppContext{}));
+    if (!isRunning || plan.steps.empty()) co_return;
+    if (auto trouble = adapter->obstacle(desktop, now.context)) {
+        plan.contextTrouble = *std::move(trouble);
+        plan.steps.clear();
     }
 }
 

@@ -171,6 +171,11 @@ void World::close(WindowNumber number) {
     std::erase_if(windows_, [&](const Window& window) { return window.number == number; });
 }
 
+void World::raise(WindowNumber number) {
+    const auto raised = std::ranges::find(windows_, number, &Window::number);
+    if (raised != windows_.end()) std::rotate(windows_.begin(), raised, raised + 1);
+}
+
 void World::move(Window& window, const Rect& frame) {
     window.state.frame = frame;
     if (!window.state.fullscreen) window.plainFrame = frame;
