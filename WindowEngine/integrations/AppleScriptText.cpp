@@ -53,17 +53,13 @@ constexpr std::string_view joinList = R"(on joinList(lst, delim)
 end joinList
 )";
 
-/// A window of a browser, as each statement names it. A place in the list of windows (`w` of `repeat
-/// with w in windows` is nothing else) is looked up anew by each request, and is another window's as soon as
-/// the person brings one forward. The identifier is used as the browser gave it, never written into the
-/// script: some browsers have texts, some numbers, and large numbers print with an exponent.
+/// A window of the Chromium family, as each statement names it. A place in the list of windows (`w` of
+/// `repeat with w in windows` is nothing else) is looked up anew by each request, and is another window's as
+/// soon as the person brings one forward. The identifier is used as the browser gave it, never written into
+/// the script: some browsers have texts, some numbers, and large numbers print with an exponent.
 constexpr std::string_view byIdentifier = "window id windowID";
 
-constexpr std::string_view identified = "(windowID as text) & (ASCII character 9) & ";
-constexpr std::string_view addresses =
-    "my joinList(URL of every tab of window id windowID, ASCII character 9)";
-
-/// The lines that go through the windows of a browser.
+/// The lines that go through the windows of the Chromium family.
 constexpr std::string_view eachWindow = R"(    set windowIDs to id of every window
     repeat with i from 1 to (count of windowIDs)
         set windowID to item i of windowIDs
@@ -114,7 +110,8 @@ end tell)"});
                        asLiteral(privateMarker), R"(
             else
                 set end of out to )",
-                       tabs.identified ? identified : "", addresses, R"(
+                       tabs.identified ? "(windowID as text) & (ASCII character 9) & " : "",
+                       "my joinList(URL of every tab of ", byIdentifier, R"(, ASCII character 9)
             end if
         on error
             set end of out to ""
@@ -144,12 +141,13 @@ end tell
 error "the window is gone")"});
     }
     std::string operator()(const ListSafariTabs& tabs) const {
-        return joined({joinList, tell,
-                       fmt::format("    set allowedIDs to {{{}}}\n", fmt::join(tabs.allowed, ", ")),
-                       "    set out to {}\n", eachWindow, R"(        if windowID is in allowedIDs then
+        return joined(
+            {joinList, tell, fmt::format("    set allowedIDs to {{{}}}", fmt::join(tabs.allowed, ", ")), R"(
+    set out to {}
+    repeat with w in windows
+        if (id of w) is in allowedIDs then
             try
-                set end of out to )",
-                       identified, addresses, R"(
+                set end of out to ((id of w) as text) & (ASCII character 9) & my joinList(URL of every tab of w, ASCII character 9)
             end try
         end if
     end repeat

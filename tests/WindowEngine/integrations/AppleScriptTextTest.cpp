@@ -87,17 +87,13 @@ end tell)"},
     end repeat
 end tell
 error "the window is gone")"},
-        {{safari, ListSafariTabs{{1, 20}}},
-         joinList + R"(tell application "Safari"
+        {{safari, ListSafariTabs{{1, 20}}}, joinList + R"(tell application "Safari"
     set allowedIDs to {1, 20}
     set out to {}
-    set windowIDs to id of every window
-    repeat with i from 1 to (count of windowIDs)
-        set windowID to item i of windowIDs
-        if windowID is in allowedIDs then
+    repeat with w in windows
+        if (id of w) is in allowedIDs then
             try
-                set end of out to )" +
-             identified + R"(
+                set end of out to ((id of w) as text) & (ASCII character 9) & my joinList(URL of every tab of w, ASCII character 9)
             end try
         end if
     end repeat
