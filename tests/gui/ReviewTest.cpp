@@ -189,7 +189,7 @@ TEST_F(ReviewTest, AnUpdateStaysOpenWhereItCannotBeSaved) {
     click("Update Workspace");
     ASSERT_TRUE(model->draft());
     EXPECT_EQ(ui().toast(), "Couldn't save: no room");
-    EXPECT_TRUE(named("Dismiss")) << "it can be taken away";
+    EXPECT_TRUE(until([&] { return named("Dismiss") != nullptr; })) << "it can be taken away";
     EXPECT_EQ(review().name(), "Mondays");
     model.disk.createFailure.reset();
     click("Update Workspace");
