@@ -26,6 +26,7 @@
 #include "platform/services/SystemServices.hpp"
 #include "settings/AppSettings.hpp"
 #include "settings/KnownWorkspaces.hpp"
+#include "settings/SettingsRescue.hpp"
 
 namespace quillo {
 
@@ -35,6 +36,13 @@ struct AppServices : SystemServices {
     Digest digest;
     Shell& shell;
     Surfaces& surfaces;
+};
+
+/// What a message is, which says how it looks and how long it stays.
+enum class ToastKind : std::uint8_t {
+    done,
+    refusal,  // why something that was asked for is not done now
+    failure,  // stays until it is dismissed, or the same is done after all
 };
 
 /// What a person is asked before a workspace is brought back.
@@ -63,6 +71,9 @@ class AppModel final : public QObject {
     const std::vector<Workspace>& sessions() const { return sessions_; }
     const std::optional<std::string>& autoSnapshotError() const { return autoSnapshotError_; }
     const AppSettings& settings() const { return settings_; }
+    /// What became of settings that could not be read, until dismissed.
+    const std::optional<std::string>& settingsTrouble() const { return rescue_.trouble(); }
+    void dismissSettingsTrouble();
     bool accessibilityGranted() const { return accessibilityGranted_; }
     /// Why other applications' windows cannot be read, where they cannot.
     /// As RestoreScope names it: an application cannot pass for another by the name in a file.
@@ -74,7 +85,10 @@ class AppModel final : public QObject {
     /// The current or the last; null before any.
     RestoreRun* restoreRun() const { return restoreRun_.get(); }
     bool capturing() const { return capturing_; }  // for the person
-    const std::optional<std::string>& toast() const { return toast_; }
+    /// The message of the moment. One that comes while a failure is shown gives way to it again.
+    std::optional<std::string> toast() const;
+    ToastKind toastKind() const { return toast_ ? toast_->kind : ToastKind::failure; }
+    void dismissToast();
     LoginItemController& loginItem() { return loginItem_; }
     HotKeys& hotKeys() { return hotKeys_; }
     /// The desktop as it was when refreshCurrentSnapshot() last looked.
@@ -98,24 +112,27 @@ class AppModel final : public QObject {
     /// Opens the main window where there is none; handed in by the interface.
     std::function<void()> openWindowAction;
 
-    /// Stores and applies at once.
+    /// Stores and applies at once, the same as before too: what failed then is tried again.
     void setSettings(AppSettings settings);
     void setShowingSettings(bool showing);
 
     /// Reads the library again; the history is read again where it changes.
     void reload();
 
-    /// Captures the desktop and opens the review. Without permission, or while a restore runs, it brings the
-    /// main window forward instead; while another capture runs it does nothing.
+    /// Captures the desktop and opens the review. Without permission, or where a review is open or a restore
+    /// runs, it brings the main window forward instead, with a word of why. An automatic capture that runs is
+    /// waited for.
     void beginCapture(std::optional<Workspace> updating = std::nullopt, bool testRestoreAfterSave = false);
-    /// Saves what is under review; on failure the review stays as it is.
+    /// Saves what is under review; on failure the review stays as it is. An update changes what is stored by
+    /// then, and of that only what was captured or chosen in the review.
     void commit(CaptureDraft& draft);
-    /// Drops what is under review.
+    /// Drops what is under review, or the capture that it would come of.
     void dismissDraft();
 
-    /// Does nothing while a capture, a review or another restore is under way. Without a mode other
-    /// applications are kept. A workspace that was not saved on this machine is asked about first, once: its
-    /// restore waits for the answer, as long as nothing else is begun.
+    /// While a capture, a review or another restore is under way that is brought forward instead, with a word
+    /// of why; an automatic capture is waited for. Without a mode other applications are kept. A workspace
+    /// that was not saved on this machine is asked about first, once: its restore waits for the answer, as
+    /// long as nothing else is begun.
     void restore(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate);
     /// Of question(). What is agreed to is remembered, and begun.
     void answerQuestion(bool resume);
@@ -142,7 +159,7 @@ class AppModel final : public QObject {
     void openMain();
     /// The switcher panel: opened, or closed where it is open.
     void toggleSwitcher();
-    void show(std::string message);
+    void show(std::string message, ToastKind kind = ToastKind::done);
 
   Q_SIGNALS:
     void workspacesChanged();
@@ -150,6 +167,7 @@ class AppModel final : public QObject {
     void sessionsChanged();
     void autoSnapshotErrorChanged();
     void settingsChanged();
+    void settingsTroubleChanged();
     void accessibilityGrantedChanged();
     void draftChanged();
     void restoreChanged();
@@ -174,6 +192,10 @@ class AppModel final : public QObject {
     Task<> captureCurrentSnapshot();
     Task<> clearToast();
     Task<> runRestore(RestoreRun* run, Workspace workspace, Restore::Options options);
+    /// Whether a review, a capture or a restore is in the way of another; then the person is shown it and
+    /// told.
+    bool refusesAnother();
+    void refuseWithoutAccess();
     void ask(ReasonToAsk reason, const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate);
     Task<> prepareQuestion(ReasonToAsk reason, Workspace workspace, CleanSlateMode cleanSlate);
     bool forgetQuestion();
@@ -187,9 +209,15 @@ class AppModel final : public QObject {
     void restoreEnded(RestoreRun& run, RestoreReport report);
     Result<void> changeStored(const Uuid& id, const std::function<void(Workspace&)>& change);
     Result<void> writeExport(const Workspace& workspace, const std::filesystem::path& file);
-    Result<std::string> importFile(const std::filesystem::path& file);
+    /// The name it has here, or what to tell the person.
+    Result<std::string, std::string> importFile(const std::filesystem::path& file);
     /// Says where it could not be noted where a workspace comes from: its restore will ask.
     void noteProvenance(const Result<void>& noted);
+    /// Says what failed and why, until that is dismissed or `what` is done. Whether it was done.
+    bool told(const std::string& what, const Result<void>& outcome);
+    void complain(const std::string& what, std::string message);
+    void lookAtSettings();
+    Workspace toSave(const CaptureDraft& draft) const;
     void setAutoSnapshotError(std::optional<std::string> message);
     void captureEnded(std::shared_ptr<CaptureDraft> draft);
     void currentSnapshotRead(std::optional<WorkspaceSnapshot> snapshot);
@@ -211,6 +239,7 @@ class AppModel final : public QObject {
     std::int64_t scheduledMinutes_ = -1;  // so that the first configuration always runs
     std::vector<Workspace> workspaces_;
     StorageIssues storageIssues_;
+    SettingsRescue rescue_;
     AppSettings settings_;
     bool accessibilityGranted_ = false;
     std::shared_ptr<CaptureDraft> draft_;
@@ -224,7 +253,15 @@ class AppModel final : public QObject {
     std::optional<Asked> asked_;
     std::optional<ResumeQuestion> question_;
     bool capturing_ = false;
-    std::optional<std::string> toast_;
+    struct Toast {
+        std::string text;
+        ToastKind kind;
+    };
+    struct Failure {
+        std::string what, text;
+    };
+    std::optional<Toast> toast_;
+    std::optional<Failure> failure_;  // shown while there is no toast
     LoginItemController loginItem_;
     HotKeys hotKeys_;
     std::optional<WorkspaceSnapshot> currentSnapshot_;
@@ -232,6 +269,7 @@ class AppModel final : public QObject {
     bool promptedForAccessibility_ = false;
     bool showingSettings_ = false;
     PowerHold powerHold_;  // of the system that waits for the running session capture
+    std::vector<std::function<void()>> afterSnapshot_;  // what was asked for meanwhile
 
     std::unique_ptr<PowerObserver> powerObserver_;
     std::unique_ptr<SurfaceObserver> reopenObserver_;

@@ -15,7 +15,11 @@ constexpr Duration cleanPanelTime = 4s, troubledPanelTime = 10s;
 }  // namespace
 
 void AppModel::restore(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate) {
-    if (capturing() || snapshotting() || draft_ || restoreRunning()) return;
+    if (snapshotting()) {
+        return afterSnapshot_.push_back([this, workspace, cleanSlate] { restore(workspace, cleanSlate); });
+    }
+    if (restoreRunning() && restoreRun_->workspace().id == workspace.id) return;  // by a double click
+    if (refusesAnother()) return;
     if (const auto reason = known_.reasonToAsk(workspace)) return ask(*reason, workspace, cleanSlate);
     begin(workspace, cleanSlate, false);
 }
@@ -108,7 +112,7 @@ void AppModel::restoreEnded(RestoreRun& run, RestoreReport report) {
     run.finish(std::move(report));
     if (!cancelled) {
         if (!store_.updateLastRestored(run.workspace().id, wallNow())) {
-            show("Restored, but couldn't update last-used time");
+            show("Restored, but couldn't update last-used time", ToastKind::refusal);
         }
         reload();
     }

@@ -98,6 +98,7 @@ Interface::Interface(const Parts& parts)
     // Closing a window keeps the program running in the tray.
     connect(&windows_, &Windows::mainClosed, this,
             [this] { parts_.shell.setActivationPolicy(ActivationPolicy::accessory); });
+    windows_.mainMayClose = [this] { return !presenters_ || presenters_->review.mayClose(); };
     connect(&windows_, &Windows::engineDropped, this, [this] {
         if (presenters_) presenters_->library.forgetMaps();
     });

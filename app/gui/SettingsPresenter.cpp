@@ -27,14 +27,20 @@ QString sessionText(const Workspace& session) {
 SettingsPresenter::SettingsPresenter(AppModel& model, UpdateController& updates, LoginItemService& loginItem,
                                      const Shell& shell, QObject* parent)
     : QObject(parent), model_(model), updates_(updates), loginItem_(loginItem), shell_(shell) {
-    for (const auto signal : {&AppModel::settingsChanged, &AppModel::accessibilityGrantedChanged,
-                              &AppModel::autoSnapshotErrorChanged, &AppModel::sessionsChanged}) {
+    for (const auto signal : {&AppModel::settingsChanged, &AppModel::settingsTroubleChanged,
+                              &AppModel::accessibilityGrantedChanged, &AppModel::autoSnapshotErrorChanged,
+                              &AppModel::sessionsChanged}) {
         connect(&model, signal, this, &SettingsPresenter::changed);
     }
     for (const auto signal : {&AppModel::sessionsChanged, &AppModel::busyChanged})
         connect(&model, signal, this, &SettingsPresenter::busyChanged);
     connect(&model.loginItem(), &LoginItemController::changed, this, &SettingsPresenter::loginChanged);
     connect(&updates, &UpdateController::changed, this, &SettingsPresenter::updatesChanged);
+}
+
+QStringList SettingsPresenter::trouble() const {
+    const auto& trouble = model_.settingsTrouble();
+    return trouble ? QStringList(QString::fromStdString(*trouble)) : QStringList();
 }
 
 bool SettingsPresenter::openAtLogin() const {

@@ -38,10 +38,6 @@ QString ShortcutsPresenter::help() const {
     return text(ShortcutTexts::help);
 }
 
-QString ShortcutsPresenter::taken() const {
-    return text(ShortcutTexts::taken);
-}
-
 void ShortcutsPresenter::stopRecording() {
     save_.stop();
     switcher_.stop();
@@ -68,8 +64,10 @@ void ShortcutsPresenter::follow() {
     Q_EMIT changed();
 }
 
-bool ShortcutsPresenter::takenBy(HotKeyAction action) const {
-    return model_.hotKeys().unavailable().contains(action);
+QString ShortcutsPresenter::refusalOf(HotKeyAction action) const {
+    const auto refusal = model_.hotKeys().refusal(action);
+    if (!refusal) return {};
+    return text(*refusal == HotKeys::Refusal::own ? ShortcutTexts::own : ShortcutTexts::taken);
 }
 
 }  // namespace quillo

@@ -25,6 +25,18 @@ QString Ui::page() const {
     return known ? QStringLiteral("detail") : QStringLiteral("library");
 }
 
+QString Ui::toastKind() const {
+    switch (model_.toastKind()) {
+        case ToastKind::done:
+            return QStringLiteral("done");
+        case ToastKind::refusal:
+            return QStringLiteral("refusal");
+        case ToastKind::failure:
+            return QStringLiteral("failure");
+    }
+    return {};
+}
+
 void Ui::setSettingsPane(const QString& pane) {
     if (std::exchange(settingsPane_, pane) != pane) Q_EMIT pageChanged();
 }

@@ -175,6 +175,11 @@ bool Windows::eventFilter(QObject* watched, QEvent* event) {
         return true;
     }
     if (watched == main_.get() && event->type() == QEvent::Close) {
+        if (!mainMayClose()) {
+            event->ignore();
+            bringMainForward();
+            return true;
+        }
         retire(std::move(main_));
         Q_EMIT mainClosed();
         return true;

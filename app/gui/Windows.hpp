@@ -35,6 +35,9 @@ class Windows final : public QObject {
     void closePanel(PanelID panel);
     bool panelVisible(PanelID panel) const { return panels_.contains(panel); }
 
+    /// Asked before the person closes the main window; false keeps it, and brings it forward.
+    std::function<bool()> mainMayClose = [] { return true; };
+
     /// At the end of the program: at once, and without a word to anybody.
     void dropAll();
 

@@ -58,7 +58,13 @@ Rectangle {
         shown: Ui.toast !== ""
         text: ""
         readonly property string latest: Ui.toast
-        onLatestChanged: if (latest !== "") text = latest  // stays while it fades
-        Component.onCompleted: text = latest
+        onLatestChanged: follow()
+        onDismissed: Ui.dismissToast()
+        Component.onCompleted: follow()
+        function follow() {  // it stays while it fades
+            if (latest === "") return
+            kind = Ui.toastKind
+            text = latest
+        }
     }
 }

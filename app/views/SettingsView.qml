@@ -120,6 +120,14 @@ Item {
         contentSpacing: 0
 
         Item { width: 1; height: 8 }
+        StorageBanner {
+            anchors.left: parent.left
+            anchors.leftMargin: 8
+            width: pane.width
+            lines: Settings.trouble
+            onDismissed: Settings.dismissTrouble()
+        }
+        Item { width: 1; height: 14; visible: Settings.trouble.length > 0 }
         Loader {
             id: pane
             anchors.left: parent.left
