@@ -146,8 +146,8 @@ class AppModel final : public QObject {
     void captureSession(const PowerHold& hold = {});
     void deleteSessionHistory();
     void refreshCurrentSnapshot();
-    /// Whether somebody looks at currentSnapshot(): it is read at once then, and for as long as that goes on again
-    /// whenever the desktop has changed.
+    /// Whether somebody looks at currentSnapshot(): it is read at once then, and for as long as that goes on
+    /// again whenever the desktop has changed.
     void followCurrentDesktop(bool follow);
     /// The system's prompt the first time, its settings page from then on.
     void requestAccessibility();
@@ -232,7 +232,7 @@ class AppModel final : public QObject {
     std::shared_ptr<CaptureDraft> draft_;
     std::shared_ptr<RestoreRun> restoreRun_;
     std::map<Uuid, std::shared_ptr<RestoreRun>> lastRuns_;  // of workspaces in the library
-    struct Asked {  // what question_ is about, or will be
+    struct Asked {                                          // what question_ is about, or will be
         Workspace workspace;
         std::optional<CleanSlateMode> cleanSlate;
 

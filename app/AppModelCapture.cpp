@@ -111,7 +111,8 @@ Task<> AppModel::followDesktop() {
         const Duration took = executor().now() - began;
         if (seen != stamp) {
             refreshCurrentSnapshot();
-            if (refreshingCurrentSnapshot()) seen = stamp;  // else something else goes on, and it is tried again
+            if (refreshingCurrentSnapshot())
+                seen = stamp;  // else something else goes on, and it is tried again
         }
         co_await sleepFor(std::max(lookInterval, 2000 * took));
     }

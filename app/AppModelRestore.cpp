@@ -84,9 +84,8 @@ void AppModel::answerQuestion(bool resume) {
 }
 
 void AppModel::begin(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate, bool agreedNow) {
-    Restore::Options options{.cleanSlate = cleanSlate,
-                             .enabledAdapters = settings_.enabledAdapters,
-                             .bringsForward = true};
+    Restore::Options options{
+        .cleanSlate = cleanSlate, .enabledAdapters = settings_.enabledAdapters, .bringsForward = true};
     known_.permit(workspace, agreedNow, options);
     Workspace shown = workspace;  // as the restore goes about it, so that each line finds its window
     shown.snapshot = Restore::scopeOf(shown.snapshot, options.limited).snapshot;
@@ -113,8 +112,12 @@ RestoreRun::Start AppModel::startOf(const WorkspaceSnapshot& snapshot) const {
         if (std::ranges::find(shown, one.id) != shown.end()) inFront.insert(one.index);
     }
     if (inFront.size() == 1) start.desktop = *inFront.begin();
-    for (const ApplicationSnapshot& application : snapshot.applications)
-        start.appsToOpen += desktop.platform.applications.running(application.bundleIdentifier) ? 0 : 1;
+    for (const ApplicationSnapshot& application : snapshot.applications) {
+        if (desktop.platform.applications.running(application.bundleIdentifier)) continue;
+        const bool documents = std::ranges::any_of(
+            application.windows, [](const WindowSnapshot& window) { return window.documentURL.has_value(); });
+        start.otherItems += documents ? 2 : 1;  // launched, and what it is to open
+    }
     return start;
 }
 

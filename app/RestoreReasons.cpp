@@ -43,8 +43,8 @@ constexpr std::array wordings{
 
 std::string reasonInWords(const RestoreReport::Item& item) {
     const std::string_view exact = detailOf(item.status).text;
-    const auto known = std::ranges::find_if(
-        wordings, [exact](const Wording& one) { return exact.starts_with(one.exact); });
+    const auto known =
+        std::ranges::find_if(wordings, [exact](const Wording& one) { return exact.starts_with(one.exact); });
     if (known == wordings.end()) return std::string(exact);
     std::string words(known->words);
     if (const auto name = words.find('%'); name != std::string::npos)

@@ -7,8 +7,8 @@
 
 namespace quillo {
 
-/// "No window of XTerm was left to place". Of a reason that nobody has words for, the engine's text; empty where the
-/// item has none.
+/// "No window of XTerm was left to place". Of a reason that nobody has words for, the engine's text; empty
+/// where the item has none.
 std::string reasonInWords(const RestoreReport::Item& item);
 
 }  // namespace quillo

@@ -31,9 +31,10 @@ class RestoreRun final : public QObject {
   public:
     /// What is there as it begins.
     struct Start {
-        /// Which the person looks at, from 0, where all displays show the same; absent where that is not known.
+        /// Which the person looks at, from 0, where all displays show the same; absent where that is not
+        /// known.
         std::optional<std::int64_t> desktop;
-        std::int64_t appsToOpen = 0;
+        std::int64_t otherItems = 0;  // that will come beside those of windows, of launches and the like
     };
     RestoreRun(Workspace workspace, Start start);
     explicit RestoreRun(Workspace workspace) : RestoreRun(std::move(workspace), Start{}) {}
@@ -52,7 +53,7 @@ class RestoreRun final : public QObject {
     std::string subtitle() const;
     RestoreRow row(const RestoreReport::Item& item) const;
     /// How many items there will be, as far as can be known beforehand.
-    std::int64_t expectedItems() const { return workspace_.snapshot.windowCount() + start_.appsToOpen; }
+    std::int64_t expectedItems() const { return workspace_.snapshot.windowCount() + start_.otherItems; }
 
     // For AppModel.
     void begin(Executor& executor, Task<> task, std::function<void()> ended);

@@ -9,23 +9,24 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Faster than a person who has just chosen a workspace goes elsewhere.
-constexpr int looks = 6;
-constexpr Duration lookInterval = 50ms;
+/// A person who has just chosen a workspace does not go elsewhere as fast as this.
+constexpr Duration settling = 300ms;
+constexpr Duration often = 50ms, later = 250ms;
 
 }  // namespace
 
-BringForward::BringForward(DesktopAccess& desktop)
-    : desktop_(desktop), inFront_(desktop.platform.windowServer.windowInFront()) {}
-
 Task<void> BringForward::look() {
-    for (int look = 0; look < looks; ++look) {
-        co_await sleepFor(lookInterval);
+    inFront_ = desktop_.platform.windowServer.windowInFront();
+    const TimePoint settled = desktop_.platform.executor.now() + settling;
+    while (!left_) {
+        const bool settles = desktop_.platform.executor.now() < settled;
+        co_await sleepFor(settles ? often : later);
         const auto now = desktop_.platform.windowServer.windowInFront();
-        if (now && now != inFront_) {
+        if (!now || now == inFront_) continue;
+        if (settles)
             inFront_ = now;
-            co_return;
-        }
+        else
+            left_ = true;
     }
 }
 
@@ -36,7 +37,7 @@ void BringForward::raise() {
         if (const auto number = accessibility.windowNumber(window)) back.emplace(*number, window);
     }
     const auto inFront = desktop_.platform.windowServer.windowInFront();
-    if (inFront && inFront != inFront_ && !back.contains(*inFront)) return;
+    if (inFront && (left_ || inFront != inFront_) && !back.contains(*inFront)) return;
     auto upwards = desktop_.platform.windowServer.windowList();
     std::ranges::reverse(upwards);
     const auto last = std::ranges::find_if(upwards, [&](const auto& one) { return one.number == inFront; });

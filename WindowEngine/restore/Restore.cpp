@@ -235,7 +235,8 @@ void logTrouble(SystemLog& log, const RestoreReport& report) {
         ++kinds[place->second].second;
     }
     for (const auto& [item, count] : kinds | std::views::take(mostTroubleLogged))
-        Log::notBack(log, item->bundleIdentifier, outcomeOf(item->status).name, detailOf(item->status).text, count);
+        Log::notBack(log, item->bundleIdentifier, outcomeOf(item->status).name, detailOf(item->status).text,
+                     count);
 }
 
 }  // namespace

@@ -12,7 +12,8 @@ class Stamp {
   public:
     void add(std::uint64_t word) { value_ = (std::rotl(value_, 23) ^ word) * 0x9E3779B97F4A7C15U; }
     void add(const Rect& rect) {
-        for (const double part : {rect.x, rect.y, rect.width, rect.height}) add(std::bit_cast<std::uint64_t>(part));
+        for (const double part : {rect.x, rect.y, rect.width, rect.height})
+            add(std::bit_cast<std::uint64_t>(part));
     }
     std::uint64_t value() const { return value_; }
 

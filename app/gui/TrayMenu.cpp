@@ -82,7 +82,8 @@ TrayMenu::TrayMenu(AppModel& model, UpdateController& updates, Theme& theme, Tex
     connect(&model_, &AppModel::workspacesChanged, this, &TrayMenu::refreshWorkspaces);
     connect(&model_, &AppModel::storageIssuesChanged, this, &TrayMenu::refreshWorkspaces);
     connect(&model_, &AppModel::accessibilityGrantedChanged, this, &TrayMenu::refreshState);
-    for (const auto changed : {&AppModel::busyChanged, &AppModel::sessionsChanged, &AppModel::settingsChanged})
+    for (const auto changed :
+         {&AppModel::busyChanged, &AppModel::sessionsChanged, &AppModel::settingsChanged})
         connect(&model_, changed, this, &TrayMenu::refreshState);
     connect(&updates_, &UpdateController::changed, this, &TrayMenu::refreshState);
     connect(&theme_, &Theme::changed, this, &TrayMenu::refreshIcons);
@@ -174,8 +175,8 @@ TrayMenu::Row TrayMenu::makeRow(const Workspace& workspace) {
         [this](const Workspace& one) { ways_.openDetail(one.id); });
     act(options->addAction(QStringLiteral("Update from Current Desktop")), id,
         [this](const Workspace& one) { model_.beginCapture(one); });
-    QAction* const resume = act(new QAction(&menu_), id,
-                                [this](const Workspace& one) { model_.restore(one, one.cleanSlate); });
+    QAction* const resume =
+        act(new QAction(&menu_), id, [this](const Workspace& one) { model_.restore(one, one.cleanSlate); });
     return {.id = id, .resume = resume, .options = options, .applications = applications, .look = {}};
 }
 

@@ -1,5 +1,5 @@
-// The tray's menu: the saved workspaces, one click from coming back, what else can be done with each of them under
-// one entry, and what a program without a window needs.
+// The tray's menu: the saved workspaces, one click from coming back, what else can be done with each of them
+// under one entry, and what a program without a window needs.
 #pragma once
 #include <QMenu>
 #include <QObject>
@@ -71,7 +71,8 @@ class TrayMenu final : public QObject {
     QMenu menu_;
     QMenu options_{QStringLiteral("Workspace Options")};
     std::vector<Row> rows_;  // in the menu's order
-    QAction *header_, *finishSetup_, *empty_, *emptyHint_, *more_, *save_, *lastSession_, *updateSeparator_, *update_;
+    QAction *header_, *finishSetup_, *empty_, *emptyHint_, *more_, *save_, *lastSession_, *updateSeparator_,
+        *update_;
     std::vector<std::pair<QAction*, QString>> symbols_;
 };
 

@@ -92,7 +92,8 @@ class Meddler final : public ForwardingAccessibilityService {
         return ForwardingAccessibilityService::write(element, name, value);
     }
     AccessibilityCode perform(const Element& element, std::string_view action) override {
-        if (const auto number = windowNumber(element); number && action == ax::raise) raised.push_back(*number);
+        if (const auto number = windowNumber(element); number && action == ax::raise)
+            raised.push_back(*number);
         return ForwardingAccessibilityService::perform(element, action);
     }
     FrameWrite writeFrame(const Element& window, const Rect& frame) override {

@@ -130,7 +130,7 @@ TEST(RestoreRun, RowsNameTheWindowAndADesktopThatIsNotTheUsualOne) {
         one.title = "Notes";
         return one;
     };
-    const RestoreRun run(work), second(work, {.desktop = 2, .appsToOpen = 1});
+    const RestoreRun run(work), second(work, {.desktop = 2, .otherItems = 1});
     EXPECT_EQ(run.expectedItems(), 4);
     EXPECT_EQ(second.expectedItems(), 5);
     EXPECT_EQ(run.row(titled(1)), (RestoreRow{"a", "Notes", "Desktop 3", "restored"}));

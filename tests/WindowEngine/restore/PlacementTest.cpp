@@ -232,7 +232,8 @@ TEST(Placement, WhatCameBackIsRaisedUnlessThePersonWentElsewhere) {
             scene({sceneApplication("org.a", {sceneWindow("1", elsewhere), sceneWindow("2", elsewhere)}),
                    sceneApplication("org.b", {sceneWindow("x", elsewhere), sceneWindow("y", elsewhere)})}));
         WorkspaceSnapshot snapshot = savedSnapshot(desktop, {onMain});
-        snapshot.applications[0].windows = {savedWindow(desktop, onMain, "1"), savedWindow(desktop, onMain, "2"),
+        snapshot.applications[0].windows = {savedWindow(desktop, onMain, "1"),
+                                            savedWindow(desktop, onMain, "2"),
                                             savedWindow(desktop, onMain, "lost")};
         KeyboardMoves server(desktop, c.first, c.then, c.after);
         DesktopAccess access = desktop.with(server);

@@ -130,7 +130,8 @@ class TrayTest : public testing::Test {
 
 TEST_F(TrayTest, ReadsAsWhatTheModelHas) {
     using Texts = std::vector<std::string>;
-    const Texts commands{"-", "Save Current Desktop…", "(Restore Last Session)", "-", "Open Quillo", "Settings",
+    const Texts commands{"-",          "Save Current Desktop…", "(Restore Last Session)",
+                         "-",          "Open Quillo",           "Settings",
                          "Quit Quillo"};
     const auto with = [&](Texts texts) {
         texts.insert(texts.end(), commands.begin(), commands.end());
@@ -153,8 +154,8 @@ TEST_F(TrayTest, ReadsAsWhatTheModelHas) {
     Texts read = texts(tray.menu());
     EXPECT_EQ(texts(*find(options)), Texts(read.begin() + 2, read.begin() + 7));
     std::ranges::sort(read);
-    Texts expected = with(
-        {"(Quillo · 5 saved)", "-", names[0], names[1], "two lines", std::string(39, 'x') + "…", names[4], options});
+    Texts expected = with({"(Quillo · 5 saved)", "-", names[0], names[1], "two lines",
+                           std::string(39, 'x') + "…", names[4], options});
     std::ranges::sort(expected);
     EXPECT_EQ(read, expected);
     EXPECT_TRUE(find("last &")->children.empty()) << "one click resumes";
