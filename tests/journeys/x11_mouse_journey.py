@@ -205,6 +205,7 @@ def stop_a_restore(journey, hand):
 
 def delete_everything(journey, hand):
     """The library and the sessions, after a question; the program lives on, and saves again."""
+    to_quillo(journey)
     hand.click("Settings · Ctrl+,")
     hand.click("Save the last session")
     hand.wait_for(lambda: files(journey, "sessions"), "session")
