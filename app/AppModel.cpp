@@ -1,6 +1,7 @@
 // Start-up, settings, what is shown, and what all operations share.
 #include "app/AppModel.hpp"
 
+#include <algorithm>
 #include <utility>
 
 namespace quillo {
@@ -105,7 +106,12 @@ void AppModel::reload() {
     WorkspaceScanResult found = store_.scan();
     const bool newWorkspaces = !found.failure && found.workspaces != workspaces_;
     // What cannot be listed now is still there, as far as anybody knows.
-    if (newWorkspaces) workspaces_ = std::move(found.workspaces);
+    if (newWorkspaces) {
+        workspaces_ = std::move(found.workspaces);
+        std::erase_if(lastRuns_, [this](const auto& one) {
+            return std::ranges::find(workspaces_, one.first, &Workspace::id) == workspaces_.end();
+        });
+    }
     if (storageIssues_.update(found)) Q_EMIT storageIssuesChanged();
     if (newWorkspaces) Q_EMIT workspacesChanged();
 }

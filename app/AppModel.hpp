@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -134,10 +135,19 @@ class AppModel final : public QObject {
     /// that was not saved on this machine is asked about first, once: its restore waits for the answer, as
     /// long as nothing else is begun.
     void restore(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate);
+    /// The newest of sessions(), as restore() does; nothing where there is none.
+    void restoreLastSession();
+    /// What holds a relaunch up is what makes the model refuse a restore.
+    bool canRestoreLastSession() const { return !sessions_.empty() && canRelaunchForUpdate(); }
     /// Of question(). What is agreed to is remembered, and begun.
     void answerQuestion(bool resume);
     /// The panel's close control: stops the run where it still goes on, and closes the panel.
     void closeRestorePanel();
+    /// Whether showReport() has something to show: the workspace was resumed since the program was started.
+    bool hasReport(const Uuid& workspace) const { return lastRuns_.contains(workspace); }
+    /// Makes the last run of this workspace restoreRun() again, and opens the panel, which stays until it is
+    /// closed. Does nothing while a restore runs.
+    void showReport(const Uuid& workspace);
     /// What a restore of this workspace does to other applications from now on.
     void setCleanSlate(const Workspace& workspace, CleanSlateMode mode);
 
@@ -153,6 +163,9 @@ class AppModel final : public QObject {
     void captureSession(const PowerHold& hold = {});
     void deleteSessionHistory();
     void refreshCurrentSnapshot();
+    /// Whether somebody looks at currentSnapshot(): it is read at once then, and for as long as that goes on
+    /// again whenever the desktop has changed.
+    void followCurrentDesktop(bool follow);
     /// The system's prompt the first time, its settings page from then on.
     void requestAccessibility();
 
@@ -190,6 +203,7 @@ class AppModel final : public QObject {
     Task<> captureForReview(std::optional<Workspace> updating, bool testRestoreAfterSave);
     Task<> captureAutomatically(Uuid generation, AppSettings settings);
     Task<> captureCurrentSnapshot();
+    Task<> followDesktop();
     Task<> clearToast();
     Task<> runRestore(RestoreRun* run, Workspace workspace, Restore::Options options);
     /// Whether a review, a capture or a restore is in the way of another; then the person is shown it and
@@ -206,6 +220,8 @@ class AppModel final : public QObject {
     Task<> importTask();
 
     void saveSession(const WorkspaceSnapshot& snapshot);
+    RestoreRun::Start startOf(const WorkspaceSnapshot& snapshot) const;
+    void restored(RestoreRun& run, const RestoreReport::Item& item);
     void restoreEnded(RestoreRun& run, RestoreReport report);
     Result<void> changeStored(const Uuid& id, const std::function<void(Workspace&)>& change);
     Result<void> writeExport(const Workspace& workspace, const std::filesystem::path& file);
@@ -244,7 +260,8 @@ class AppModel final : public QObject {
     bool accessibilityGranted_ = false;
     std::shared_ptr<CaptureDraft> draft_;
     std::shared_ptr<RestoreRun> restoreRun_;
-    struct Asked {  // what question_ is about, or will be
+    std::map<Uuid, std::shared_ptr<RestoreRun>> lastRuns_;  // of workspaces in the library
+    struct Asked {                                          // what question_ is about, or will be
         Workspace workspace;
         std::optional<CleanSlateMode> cleanSlate;
 
@@ -276,7 +293,7 @@ class AppModel final : public QObject {
 
     // Last: what runs ends before what it works on.
     TaskSlot autoSnapshotTimer_, autoSnapshotTask_, permissionPoll_, captureTask_, currentSnapshotTask_,
-        questionTask_;
+        desktopFollower_, questionTask_;
     TaskSlot toastTimer_, panelTimer_, exporting_, importing_;
     DirectoryWatch libraryWatch_, historyWatch_;
 };

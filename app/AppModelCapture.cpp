@@ -1,4 +1,6 @@
 // Capturing the desktop for the person: the review, and the preview of what is open now.
+#include <algorithm>
+#include <chrono>
 #include <utility>
 
 #include "WindowEngine/library/ImportedWorkspace.hpp"
@@ -6,6 +8,11 @@
 #include "app/AppModel.hpp"
 
 namespace quillo {
+namespace {
+
+constexpr Duration lookInterval = std::chrono::seconds(2);
+
+}  // namespace
 
 void AppModel::beginCapture(std::optional<Workspace> updating, bool testRestoreAfterSave) {
     if (!accessibilityGranted_) return refuseWithoutAccess();
@@ -130,6 +137,29 @@ void AppModel::refreshCurrentSnapshot() {
 
 Task<> AppModel::captureCurrentSnapshot() {
     currentSnapshotRead(co_await Capture::snapshot(services_.desktop, settings_.captureOptions()));
+}
+
+void AppModel::followCurrentDesktop(bool follow) {
+    if (follow)
+        desktopFollower_.start(executor(), followDesktop());
+    else
+        desktopFollower_.cancel();
+}
+
+/// However many windows there are, looking at them takes no more than a small part of the time.
+Task<> AppModel::followDesktop() {
+    std::optional<std::uint64_t> seen;
+    while (true) {
+        const TimePoint began = executor().now();
+        const std::uint64_t stamp = services_.desktop.platform.windowServer.stamp();
+        const Duration took = executor().now() - began;
+        if (seen != stamp) {
+            refreshCurrentSnapshot();
+            if (refreshingCurrentSnapshot())
+                seen = stamp;  // else something else goes on, and it is tried again
+        }
+        co_await sleepFor(std::max(lookInterval, 2000 * took));
+    }
 }
 
 void AppModel::currentSnapshotRead(std::optional<WorkspaceSnapshot> snapshot) {

@@ -2,11 +2,15 @@
 
 #include <algorithm>
 #include <chrono>
+#include <map>
+#include <ranges>
+#include <tuple>
 #include <utility>
 #include <vector>
 
 #include "WindowEngine/desktop/Displays.hpp"
 #include "WindowEngine/desktop/Log.hpp"
+#include "WindowEngine/restore/BringForward.hpp"
 #include "WindowEngine/restore/CleanSlate.hpp"
 #include "WindowEngine/restore/ContextRestore.hpp"
 #include "WindowEngine/restore/DesktopCreation.hpp"
@@ -18,6 +22,8 @@
 namespace quillo::Restore {
 namespace {
 
+constexpr std::size_t mostTroubleLogged = 100;  // lines of one run
+
 /// What all tasks of one run share; it outlives them, since the run joins them before it ends.
 struct Run {
     DesktopAccess& desktop;
@@ -26,6 +32,7 @@ struct Run {
     const ItemSink& sink;
     TimePoint started;
     WindowPresence presence{desktop};
+    BringForward forward{desktop};
     std::vector<DisplaySnapshot> displays{};
     DesktopPreparation desktops{};
 
@@ -132,7 +139,8 @@ Task<void> placeOpened(Run& run, const ApplicationRestore& restore) {
     // Launching took its time: a display may have gone since.
     const std::vector<DisplaySnapshot> displays = Displays::current(run.desktop.platform.screens);
     co_await placeWindows(run.desktop, application, std::move(live),
-                          {run.workspace.snapshot.displays, displays, run.desktops.targets}, run.sink);
+                          {run.workspace.snapshot.displays, displays, run.desktops.targets}, run.sink,
+                          run.forward.windows);
 }
 
 Task<void> restoreApplication(Run& run, const ApplicationSnapshot& application) {
@@ -206,7 +214,29 @@ Task<void> restoreWorkspace(Run& run) {
     co_await cleanSlate(run.desktop, run.workspace, run.options.cleanSlate.value_or(CleanSlateMode::keep),
                         run.sink);
     narrow(run);  // not before: what the limits leave out is still no other application, to be hidden or quit
+    const Context context = co_await quillo::context();
+    std::optional<Job<void>> looking;
+    if (run.options.bringsForward) looking = spawn(context, run.forward.look());
     co_await restoreApplications(run);
+    looking.reset();
+    if (run.options.bringsForward) run.forward.raise();
+}
+
+/// Alike ones in one line, in the order of the first of each.
+void logTrouble(SystemLog& log, const RestoreReport& report) {
+    std::vector<std::pair<const RestoreReport::Item*, std::size_t>> kinds;
+    std::map<std::tuple<std::string_view, std::string_view, std::string_view>, std::size_t> places;
+    for (const RestoreReport::Item& item : report.items) {
+        const RestoreOutcome& outcome = outcomeOf(item.status);
+        if (!outcome.trouble()) continue;
+        const auto [place, isNew] = places.try_emplace(
+            {item.bundleIdentifier, outcome.name, detailOf(item.status).text}, kinds.size());
+        if (isNew) kinds.emplace_back(&item, 0);
+        ++kinds[place->second].second;
+    }
+    for (const auto& [item, count] : kinds | std::views::take(mostTroubleLogged))
+        Log::notBack(log, item->bundleIdentifier, outcomeOf(item->status).name, detailOf(item->status).text,
+                     count);
 }
 
 }  // namespace
@@ -224,6 +254,7 @@ Task<RestoreReport> run(DesktopAccess& desktop, Workspace workspace, Options opt
         stoppedUnexpectedly(run, std::current_exception());
     }
     report.duration = run.secondsSinceStart();
+    logTrouble(desktop.platform.log, report);
     Log::restoreFinished(desktop.platform.log, report.items.size(), report.duration);
     co_return report;
 }

@@ -176,6 +176,7 @@ struct Placing {
     const std::vector<LiveWindow>& live;
     PlacementTargets targets;
     const ItemSink& sink;
+    std::vector<Element>& back;
 };
 
 Task<void> placeWindow(const Placing& placing, const WindowPlan& plan) {
@@ -186,6 +187,9 @@ Task<void> placeWindow(const Placing& placing, const WindowPlan& plan) {
     // Waiting for the windows before it took time: what it looks like now decides.
     pair.refresh();
     Status status = saved.isFullscreen ? co_await restoreFullscreen(pair) : co_await restorePlain(pair);
+    const Verdict verdict = outcomeOf(status).verdict;
+    if ((verdict == Verdict::back || verdict == Verdict::differs) && !saved.isMinimized)
+        placing.back.push_back(pair.window.element);
     placing.sink.add(placing.application, plan.savedIndex, std::move(status));
 }
 
@@ -205,10 +209,11 @@ Task<void> placeTogether(const Placing& placing, const std::vector<WindowPlan>& 
 }  // namespace
 
 Task<void> placeWindows(DesktopAccess& desktop, const ApplicationSnapshot& application,
-                        std::vector<LiveWindow> live, PlacementTargets targets, const ItemSink& sink) {
+                        std::vector<LiveWindow> live, PlacementTargets targets, const ItemSink& sink,
+                        std::vector<Element>& back) {
     const std::vector<WindowPlan> plans =
         planWindows(application.windows, infos(live), targets.savedDisplays, targets.currentDisplays);
-    const Placing placing{desktop, application, live, targets, sink};
+    const Placing placing{desktop, application, live, targets, sink, back};
     if (desktop.platform.accessibility.movesTogether()) {
         co_await placeTogether(placing, plans);
     } else {

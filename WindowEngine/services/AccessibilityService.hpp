@@ -53,6 +53,7 @@ inline constexpr std::string_view title = "AXTitle";                    // text
 inline constexpr std::string_view document = "AXDocument";              // text holding a URL
 inline constexpr std::string_view minimized = "AXMinimized";            // boolean
 inline constexpr std::string_view fullScreen = "AXFullScreen";          // boolean
+inline constexpr std::string_view frontmost = "AXFrontmost";            // boolean, of an application
 inline constexpr std::string_view children = "AXChildren";              // list of elements
 inline constexpr std::string_view identifier = "AXIdentifier";          // text
 inline constexpr std::string_view description = "AXDescription";        // text

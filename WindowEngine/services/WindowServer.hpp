@@ -55,6 +55,16 @@ class WindowServer {
     /// known gives no spaces and false flags.
     virtual std::vector<WindowFacts> facts(std::span<const WindowNumber> numbers) = 0;
 
+    /// The window that has the keyboard, of this program too; absent where none has it. Where the platform
+    /// does not say, the first ordinary window of windowList().
+    virtual std::optional<WindowNumber> windowInFront();
+    /// The spaces that a person looks at now; empty where that is not known.
+    virtual std::vector<SpaceID> spacesInFront() { return {}; }
+    /// Differs from an earlier one when a window has come, gone, moved or changed its place in the stack
+    /// since, and where it costs no more, also when its title or state is another. Much cheaper than a
+    /// capture.
+    virtual std::uint64_t stamp();
+
     /// Whether spaces can be read and windows moved between them.
     virtual Capability spaces() = 0;
     /// Whether desktops can be created.

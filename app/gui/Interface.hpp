@@ -50,6 +50,8 @@ class Interface final : public QObject, public Surfaces {
     void showPanel(PanelID panel, PanelPlace place) override;
     void closePanel(PanelID panel) override { windows_.closePanel(panel); }
     bool panelVisible(PanelID panel) const override { return windows_.panelVisible(panel); }
+    bool panelInUse(PanelID panel) const override { return windows_.panelInUse(panel); }
+    void stepAside() override { windows_.lowerMain(); }
     Task<std::optional<std::filesystem::path>> fileToWrite(std::string proposedName) override {
         return dialogs_.fileToWrite(std::move(proposedName));
     }

@@ -99,8 +99,7 @@ QString SettingsPresenter::sessionError() const {
 }
 
 bool SettingsPresenter::canRestore() const {
-    // What holds a relaunch up is what makes the model refuse a restore.
-    return sessionCount() > 0 && model_.canRelaunchForUpdate();
+    return model_.canRestoreLastSession();
 }
 
 QVariantList SettingsPresenter::earlierSessions() const {
@@ -114,7 +113,7 @@ QVariantList SettingsPresenter::earlierSessions() const {
 }
 
 void SettingsPresenter::restoreLastSession() {
-    if (sessionCount() > 0) model_.restore(model_.sessions().front(), model_.sessions().front().cleanSlate);
+    model_.restoreLastSession();
 }
 
 void SettingsPresenter::restoreSession(const QString& key) {

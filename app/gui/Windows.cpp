@@ -77,6 +77,17 @@ bool Windows::bringMainForward() {
     return true;
 }
 
+void Windows::lowerMain() {
+    if (main_) main_->lower();
+}
+
+bool Windows::panelInUse(PanelID panel) const {
+    const auto found = panels_.find(panel);
+    if (found == panels_.end()) return false;
+    const QQuickView& view = *found->second;
+    return view.isActive() || view.geometry().contains(QCursor::pos());
+}
+
 void Windows::showPanel(PanelID panel, PanelPlace where) {
     closePanel(panel);
     auto view = makeView(file(panel));

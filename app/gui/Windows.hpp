@@ -34,6 +34,10 @@ class Windows final : public QObject {
     void showPanel(PanelID panel, PanelPlace place);
     void closePanel(PanelID panel);
     bool panelVisible(PanelID panel) const { return panels_.contains(panel); }
+    /// Whether the pointer or the keyboard is in it.
+    bool panelInUse(PanelID panel) const;
+    /// The main window goes behind all others.
+    void lowerMain();
 
     /// Asked before the person closes the main window; false keeps it, and brings it forward.
     std::function<bool()> mainMayClose = [] { return true; };

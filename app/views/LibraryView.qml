@@ -14,7 +14,10 @@ FocusScope {
         search.selectAll()
     }
     Component.onCompleted: Library.refreshCurrentSnapshot()
-    onVisibleChanged: if (visible) Library.refreshCurrentSnapshot()
+    // Current for as long as somebody looks.
+    readonly property bool looked: visible && Window.active
+    onLookedChanged: Library.followCurrentDesktop(looked)
+    Component.onDestruction: Library.followCurrentDesktop(false)
 
     Item {
         id: bar

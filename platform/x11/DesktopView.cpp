@@ -105,6 +105,12 @@ std::optional<std::uint32_t> DesktopView::currentDesktopNow() {
         .firstWord();
 }
 
+std::optional<xcb_window_t> DesktopView::activeWindowNow() {
+    const auto asked = connection_.ask(connection_.root(), connection_.atoms()._NET_ACTIVE_WINDOW, 1);
+    const auto window = connection_.take(asked).firstWord();
+    return window == XCB_WINDOW_NONE ? std::nullopt : window;
+}
+
 std::uint32_t DesktopView::desktopCount() {
     if (turn_->reading) return turn_->reading->desktopCount;
     const auto asked = connection_.ask(connection_.root(), connection_.atoms()._NET_NUMBER_OF_DESKTOPS, 1);

@@ -48,6 +48,8 @@ class DesktopView {
     /// Read afresh, in one round trip.
     std::optional<WindowReading> windowNow(xcb_window_t window);
     std::optional<std::uint32_t> currentDesktopNow();
+    /// The one that has the keyboard, as the window manager tells.
+    std::optional<xcb_window_t> activeWindowNow();
     /// 0: the window manager has no desktops. Without a reading of the whole desktop for it.
     std::uint32_t desktopCount();
 

@@ -14,6 +14,9 @@ class X11WindowServer final : public WindowServer {
     std::vector<WindowListEntry> windowList() override;
     std::vector<DisplaySpaces> displaySpaces() override;
     std::vector<WindowFacts> facts(std::span<const WindowNumber> numbers) override;
+    std::optional<WindowNumber> windowInFront() override;
+    std::vector<SpaceID> spacesInFront() override;
+    std::uint64_t stamp() override;
     Capability spaces() override;
     Capability desktopCreation() override;
     bool isAnimating(std::string_view displayID) override;

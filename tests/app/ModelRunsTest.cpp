@@ -77,6 +77,59 @@ TEST(ModelRuns, ATroubledRestoreKeepsItsPanelTenSecondsAndANewOneIsNotClosedByTh
     EXPECT_FALSE(model.surfaces.panelVisible(PanelID::restore));
 }
 
+TEST(ModelRuns, APanelThatSomebodyReadsStaysAndAReportCanBeReadAgain) {
+    Model model;
+    const Workspace workspace = viewing(model, true);
+    model->restore(workspace, {});
+    EXPECT_FALSE(model->hasReport(workspace.id));
+    EXPECT_EQ(model.surfaces.steppedAside, 0);
+    model.finishRestore();
+    EXPECT_EQ(model.surfaces.steppedAside, 1) << "with the first window that was back";
+    model.surfaces.panelsInUse = true;
+    model.run(1min);
+    EXPECT_TRUE(model.surfaces.panelVisible(PanelID::restore));
+    model.surfaces.panelsInUse = false;
+    model.run(2s);
+    EXPECT_FALSE(model.surfaces.panelVisible(PanelID::restore));
+
+    model.save("Other");
+    model->restore(model.named("Other"), {});
+    model->showReport(workspace.id);
+    EXPECT_EQ(model->restoreRun()->workspace().name, "Other") << "which runs";
+    model.finishRestore();
+    model->showReport(workspace.id);
+    EXPECT_EQ(model->restoreRun()->title(), "Viewing is mostly back");
+    model.run(1min);
+    EXPECT_TRUE(model.surfaces.panelVisible(PanelID::restore)) << "it was asked for";
+    model->closeRestorePanel();
+    model->deleteWorkspace(workspace);
+    EXPECT_FALSE(model->hasReport(workspace.id));
+    EXPECT_TRUE(model->hasReport(model.named("Other").id));
+}
+
+TEST(ModelRuns, TheCurrentDesktopIsReadAgainWhenItChangedWhileSomebodyLooks) {
+    Model model;
+    int readings = 0;
+    QObject::connect(model.model.get(), &AppModel::currentSnapshotChanged, [&] { ++readings; });
+    auto& world = model.desktop.world();
+    const auto move = [&](double x) {
+        world.move(*world.windowsOf("org.editor").front(), {x, 40, 400, 300});
+        model.run(5s);
+    };
+    model->followCurrentDesktop(true);
+    model.run(1min);
+    EXPECT_EQ(readings, 1) << "nothing has changed";
+    move(30);
+    EXPECT_EQ(readings, 2);
+    EXPECT_EQ(model->currentSnapshot()->applications.front().windows.front().frame.x, 30);
+    model->followCurrentDesktop(false);
+    move(50);
+    EXPECT_EQ(readings, 2) << "nobody looks";
+    model->followCurrentDesktop(true);
+    model.run(1s);
+    EXPECT_EQ(readings, 3);
+}
+
 TEST(ModelRuns, ClosingThePanelStopsTheRestoreWhereverItIs) {
     for (const Duration after : {Duration{0ms}, Duration{1ms}, Duration{1s}}) {
         Model model(slowDesk(5));

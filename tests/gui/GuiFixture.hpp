@@ -33,6 +33,7 @@ class QmlWarnings {
                 if (text.startsWith("DelegateModel::cancel: index out range")) return;
                 // And this where there is no window manager, as here.
                 if (text == "This plugin does not support raise()") return;
+                if (text == "This plugin does not support lower()") return;
                 // This of a script that no font of the machine has.
                 if (text.contains("OpenType support missing for")) return;
                 if (type != QtDebugMsg && type != QtInfoMsg) list() << text;

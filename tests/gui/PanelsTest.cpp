@@ -109,15 +109,48 @@ TEST_F(PanelsTest, ARestoreFillsTheMapAndTheRowsAsItGoes) {
     EXPECT_EQ(restore().states().value("org.editor#window#0"), "pending");
     EXPECT_EQ(restore().progress(), 0);
     ASSERT_TRUE(until([&] { return restore().progress() > 0; }));
-    EXPECT_TRUE(named("Opening 1 app…"));
+    EXPECT_TRUE(named("Looking at what's open…")) << "nothing has to be opened";
     ASSERT_TRUE(until([&] { return !restore().running(); }));
     settle();
     EXPECT_TRUE(named("Desk is back"));
-    EXPECT_TRUE(named("org.editor — Notes · Desktop 1: restored"));
+    EXPECT_TRUE(named("org.editor — Notes: restored"));
     EXPECT_EQ(restore().states().value("org.editor#window#0"), "restored");
     EXPECT_EQ(restore().progress(), 1);
     click("Close");
     EXPECT_FALSE(interface->panelVisible(PanelID::restore));
+}
+
+/// Whoever reaches for the button that stops a restore finds it where it was.
+TEST_F(PanelsTest, NothingMovesWhileLinesArriveAndReasonsAreWords) {
+    Workspace workspace = desk("Desk");
+    ApplicationSnapshot& editor = workspace.snapshot.applications.front();
+    editor.windows.resize(2);
+    WindowSnapshot lost = editor.windows.front();
+    lost.title = QString(80, 'x').toStdString();
+    for (lost.index = 2; lost.index < 5; ++lost.index) editor.windows.push_back(lost);
+    model.keep(workspace);
+    scatter();
+    model->restore(model.named("Desk"), {});
+    settle();
+    std::set<int> heights, tops;
+    ASSERT_TRUE(until([&] {
+        if (!restore().running()) return true;
+        heights.insert(window()->height());
+        tops.insert(window()->y());
+        return false;
+    }));
+    EXPECT_EQ(heights.size(), 1U);
+    EXPECT_EQ(tops.size(), 1U);
+    ASSERT_TRUE(until([&] { return restore().rowCount() == 5; }));
+    settle();
+    EXPECT_LE(window()->y(), *tops.begin());
+    const QAbstractItemModel& rows = *restore().rows();
+    const auto last = [&](const char* role) {
+        return rows.index(4, 0).data(rows.roleNames().key(role)).toString().toStdString();
+    };
+    EXPECT_EQ(last("heading"), std::string(80, 'x'));
+    EXPECT_EQ(last("reason"), "No window of org.editor was left to place");
+    EXPECT_EQ(last("exact"), "no matching accessible window");
 }
 
 TEST_F(PanelsTest, OfThousandsOfLinesTheFirstAreListedAndTheRestCounted) {
@@ -163,7 +196,7 @@ TEST_F(PanelsTest, ARestoreIsStoppedByItsButtonAndSaysWhatIsMissing) {
         << "it shares its application's fate";
     EXPECT_TRUE(restore().onlyTrouble()) << "among many rows those that matter";
     // A list lets its rows go when it next draws.
-    EXPECT_TRUE(until([&] { return !named("org.editor — Notes · Desktop 1: restored"); }));
+    EXPECT_TRUE(until([&] { return !named("org.editor — Notes: restored"); }));
     EXPECT_TRUE(named("not installed") || named("org.gone: skipped: not installed"));
     click(QString("All · %1").arg(restore().rowCount()));
     EXPECT_EQ(restore().rows()->rowCount(), restore().rowCount());
