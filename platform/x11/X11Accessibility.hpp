@@ -13,7 +13,8 @@ namespace quillo::x11 {
 
 class X11Accessibility final : public AccessibilityService {
   public:
-    X11Accessibility(DesktopView& view, X11Screens& screens) : view_(view), screens_(screens), mover_(view) {}
+    X11Accessibility(DesktopView& view, X11Screens& screens, X11Changes& changes)
+        : view_(view), screens_(screens), mover_(view, changes) {}
 
     bool trusted() override;
     Capability access() override { return view_.access(); }
