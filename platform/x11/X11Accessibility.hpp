@@ -38,6 +38,7 @@ class X11Accessibility final : public AccessibilityService {
         return Capability::unavailable("X11 lists every window: there is nothing to find by tokens.");
     }
     std::optional<Element> elementFromToken(std::span<const std::byte, 20>) override { return std::nullopt; }
+    Capability placement(const Element& window) override;
     Task<bool> makeMovable(Element window) override;
     Task<void> settleInPlace(Element window) override;
 

@@ -76,6 +76,7 @@ class Meddler final : public ForwardingAccessibilityService {
     std::function<Rect(Rect)> frameWritten;
     Duration tokenCost{};
     bool tokens = true;
+    Capability placeable = Capability::available();
     int reads = 0, minimizeWrites = 0, tokensTried = 0;
     int movable = 0;  // windows made movable and not settled since
 
@@ -93,6 +94,7 @@ class Meddler final : public ForwardingAccessibilityService {
     FrameWrite writeFrame(const Element& window, const Rect& frame) override {
         return ForwardingAccessibilityService::writeFrame(window, frameWritten ? frameWritten(frame) : frame);
     }
+    Capability placement(const Element&) override { return placeable; }
     Capability remoteTokens() override {
         return tokens ? Capability::available() : Capability::unavailable("none here");
     }
