@@ -182,6 +182,10 @@ Task<Status> restoreFullscreen(Pair& pair) {
     co_return verifiedFullscreen(pair, *plan.displayID);
 }
 
+Task<Status> restoreWindow(Pair& pair) {
+    return pair.saved.isFullscreen ? restoreFullscreen(pair) : restorePlain(pair);
+}
+
 std::vector<LiveWindowInfo> infos(const std::vector<LiveWindow>& windows) {
     std::vector<LiveWindowInfo> result;
     for (const LiveWindow& window : windows) result.push_back(window.info);
@@ -204,7 +208,17 @@ Task<void> placeWindow(const Placing& placing, const WindowPlan& plan) {
               placing.targets};
     // Waiting for the windows before it took time: what it looks like now decides.
     pair.refresh();
-    Status status = saved.isFullscreen ? co_await restoreFullscreen(pair) : co_await restorePlain(pair);
+    Status status = co_await restoreWindow(pair);
+    if (std::holds_alternative<failed>(status)) {
+        const auto displays = Displays::current(placing.desktop.platform.screens);
+        Pair again{placing.desktop,
+                   saved,
+                   pair.window,
+                   {placing.targets.savedDisplays, displays, placing.targets.desktops}};
+        // A display that went, or came, took away the place that was meant.
+        if (displays != placing.targets.currentDisplays && again.refresh())
+            status = co_await restoreWindow(again);
+    }
     placing.sink.add(placing.application, plan.savedIndex, std::move(status));
 }
 
