@@ -1,5 +1,7 @@
 #include "WindowEngine/restore/Restore.hpp"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <chrono>
 #include <map>
@@ -35,6 +37,11 @@ struct Run {
     BringForward forward{desktop};
     std::vector<DisplaySnapshot> displays{};
     DesktopPreparation desktops{};
+    struct Placed {
+        const ApplicationSnapshot* application;
+        std::vector<DisplaySnapshot> displays;  // on which its windows were placed
+    };
+    std::vector<Placed> placed{};
 
     TimePoint now() const { return desktop.platform.executor.now(); }
     double secondsSinceStart() const { return std::chrono::duration<double>(now() - started).count(); }
@@ -138,6 +145,7 @@ Task<void> placeOpened(Run& run, const ApplicationRestore& restore) {
     }
     // Launching took its time: a display may have gone since.
     const std::vector<DisplaySnapshot> displays = Displays::current(run.desktop.platform.screens);
+    run.placed.push_back({&application, displays});
     co_await placeWindows(run.desktop, application, std::move(live),
                           {run.workspace.snapshot.displays, displays, run.desktops.targets}, run.sink,
                           run.forward.windows);
@@ -183,6 +191,35 @@ Task<void> restoreApplications(Run& run) {
     co_await checkpoint();
 }
 
+/// A display that came or went while some applications were waited for took windows of others along that were
+/// in place by then. Their items stand; what became of them is one more.
+Task<void> placeAgain(Run& run) {
+    const std::vector<DisplaySnapshot>& saved = run.workspace.snapshot.displays;
+    const std::vector<DisplaySnapshot> displays = Displays::current(run.desktop.platform.screens);
+    RestoreReport again;
+    const ItemSink sink(again, {});
+    std::vector<Element> known;  // what is brought forward was noted the first time
+    std::int64_t moved = 0, left = 0;
+    for (const Run::Placed& placed : run.placed) {
+        if (placed.displays == displays) continue;
+        std::vector<LiveWindow> live = liveWindows(run.desktop, *placed.application, true);
+        const std::vector<WindowPlan> plans =
+            planWindows(placed.application->windows, infosOf(live), saved, displays);
+        again.items.clear();
+        co_await placeWindows(run.desktop, *placed.application, std::move(live),
+                              {saved, displays, run.desktops.targets}, sink, known);
+        for (const RestoreReport::Item& item : again.items) {
+            if (plans[static_cast<std::size_t>(*item.savedIndex)].write)
+                ++(outcomeOf(item.status).trouble() ? left : moved);
+        }
+    }
+    if (moved > 0)
+        run.sink.add(RestoreReport::note{fmt::format("Displays changed; windows placed again: {}", moved)});
+    if (left > 0)
+        run.sink.add(
+            RestoreReport::failed{fmt::format("displays changed; windows not placed again: {}", left)});
+}
+
 Task<void> prepareDesktops(Run& run) {
     const WorkspaceSnapshot& saved = run.workspace.snapshot;
     if (!saved.desktops) co_return;
@@ -218,6 +255,7 @@ Task<void> restoreWorkspace(Run& run) {
     std::optional<Job<void>> looking;
     if (run.options.bringsForward) looking = spawn(context, run.forward.look());
     co_await restoreApplications(run);
+    co_await placeAgain(run);
     looking.reset();
     if (run.options.bringsForward) run.forward.raise();
 }

@@ -141,6 +141,10 @@ class AccessibilityService {
     /// An element from a remote token (layout: Accessibility.cpp); absent when none has that token.
     virtual std::optional<Element> elementFromToken(std::span<const std::byte, 20> token) = 0;
 
+    /// Whether a window's place and size are anybody's to set. Where not, the reason, as words behind the
+    /// outcome in a report; the window can still go to another desktop.
+    virtual Capability placement(const Element& /*window*/) { return Capability::available(); }
+
     /// Brings a window into a state in which a frame write takes effect. Most layers return at once; on X11
     /// the window is brought to the current desktop, restored, unmaximized, and waited for until its
     /// extents are stable. False: it cannot be moved (it is gone, or the window manager did not comply).

@@ -28,6 +28,9 @@ class ForwardingWindowServer : public WindowServer {
     }
     bool openOverview() override { return target_.openOverview(); }
     void closeOverview() override { target_.closeOverview(); }
+    std::unique_ptr<ChangeWatch> watch(std::optional<WindowNumber> window) override {
+        return target_.watch(window);
+    }
 
   private:
     WindowServer& target_;

@@ -2,12 +2,14 @@
 // Called on the executor's thread only; reads never wait for an application.
 #pragma once
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
 #include "WindowEngine/services/AccessibilityService.hpp"
+#include "WindowEngine/support/ChangeWatch.hpp"
 #include "WindowEngine/support/Error.hpp"
 
 namespace quillo {
@@ -81,6 +83,13 @@ class WindowServer {
     /// Opens the overview of all desktops; false when the system did not accept the request.
     virtual bool openOverview() = 0;
     virtual void closeOverview() = 0;
+
+    /// Listens until it is dropped: to a window's state and desktop, or, where none is given, to windows that
+    /// come and go and to the number of desktops. To be begun before the first look, so that nothing happens
+    /// unseen between the two. A layer that is not told leaves waits to their timers.
+    virtual std::unique_ptr<ChangeWatch> watch(std::optional<WindowNumber> /*window*/) {
+        return std::make_unique<ChangeWatch>();
+    }
 };
 
 }  // namespace quillo

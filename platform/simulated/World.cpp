@@ -35,6 +35,14 @@ void World::advance() {
     }
 }
 
+TimePoint World::nextChange() const {
+    TimePoint next = events_.empty() ? TimePoint::max() : events_.begin()->first;
+    for (const Window& window : windows_) {
+        if (window.transition) next = std::min(next, window.transition->until);
+    }
+    return next;
+}
+
 void World::at(TimePoint time, std::function<void()> happen) {
     events_.emplace(time, std::move(happen));
 }

@@ -72,6 +72,8 @@ class World {
 
     /// Lets everything happen that is due by now. Each service call begins with it.
     void advance();
+    /// When the next thing happens by itself; TimePoint::max() when nothing does.
+    TimePoint nextChange() const;
 
     bool trusted() const;
     void setTrusted(bool trusted) { trusted_ = trusted; }

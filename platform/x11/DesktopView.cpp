@@ -125,6 +125,18 @@ std::string DesktopView::accessibilityBus() {
     return std::string(address.substr(0, address.find('\0')));
 }
 
+bool DesktopView::managedByI3() {
+    const auto& ewmh = connection_.atoms();
+    const auto manager =
+        connection_.take(connection_.ask(connection_.root(), ewmh._NET_SUPPORTING_WM_CHECK, 1)).firstWord();
+    return manager && connection_.take(connection_.ask(*manager, ewmh._NET_WM_NAME, 8)).bytes() == "i3";
+}
+
+bool DesktopView::isTiled(xcb_window_t window) {
+    const auto asked = connection_.ask(window, connection_.extra().i3Floating, 1);
+    return managedByI3() && !connection_.take(asked).exists();
+}
+
 Capability DesktopView::access() {
     const auto& ewmh = connection_.atoms();
     const auto named =

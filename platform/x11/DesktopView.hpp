@@ -53,6 +53,13 @@ class DesktopView {
     /// 0: the window manager has no desktops. Without a reading of the whole desktop for it.
     std::uint32_t desktopCount();
 
+    /// Whether this is i3: it tiles windows and minimizes none, and its desktops come and go with those that
+    /// stand on them.
+    bool managedByI3();
+    /// Whether the window manager decides where a window stands. i3 marks those that float; others tell
+    /// nothing.
+    bool isTiled(xcb_window_t window);
+
     /// Where the accessibility bus of this display listens, as the root window tells; empty where there is
     /// none.
     std::string accessibilityBus();

@@ -125,7 +125,8 @@ Capability X11WindowServer::spaces() {
 }
 
 Capability X11WindowServer::desktopCreation() {
-    return spaces();
+    if (!view_.managedByI3()) return spaces();
+    return Capability::unavailable("i3 makes a workspace only when a person goes there.");
 }
 
 bool X11WindowServer::isAnimating(std::string_view) {

@@ -77,6 +77,7 @@ class Meddler final : public ForwardingAccessibilityService {
     Duration tokenCost{};
     bool tokens = true;
     std::vector<WindowNumber> raised;
+    Capability placeable = Capability::available();
     int reads = 0, minimizeWrites = 0, tokensTried = 0;
     int movable = 0;  // windows made movable and not settled since
 
@@ -99,6 +100,7 @@ class Meddler final : public ForwardingAccessibilityService {
     FrameWrite writeFrame(const Element& window, const Rect& frame) override {
         return ForwardingAccessibilityService::writeFrame(window, frameWritten ? frameWritten(frame) : frame);
     }
+    Capability placement(const Element&) override { return placeable; }
     Capability remoteTokens() override {
         return tokens ? Capability::available() : Capability::unavailable("none here");
     }

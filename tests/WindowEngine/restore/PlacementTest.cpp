@@ -178,6 +178,30 @@ TEST(Placement, AWindowInFullScreenInPlaceIsOnlyConfirmed) {
               std::vector<std::string>{"org.a/Notes: restored"});
 }
 
+TEST(Placement, AWindowThatCannotBePlacedIsLeftWhereItStandsAndSaidAtOnce) {
+    const struct {
+        const char* what;
+        Window saved, live;
+        const char* status;
+    } tiled[] = {{"elsewhere", {onMain}, {elsewhere}, "skipped tiled"},
+                 {"in place", {onMain}, {onMain}, "restored"},
+                 {"out of full screen", {onMain}, {onMain, fullscreen}, "restored"},
+                 {"full screen on its display", {onMain, fullscreen}, {elsewhere}, "restored"},
+                 {"full screen on another", {onSide, fullscreen}, {elsewhere}, "skipped tiled"}};
+    for (const auto& c : tiled) {
+        SCOPED_TRACE(c.what);
+        TestDesktop desktop(liveScene(c.live));
+        desktop.meddler.placeable = Capability::unavailable("tiled");
+        desktop.meddler.frameWritten = [](Rect frame) {
+            ADD_FAILURE() << "it is not moved";
+            return frame;
+        };
+        const RestoreReport report = desktop.restore(savedSnapshot(desktop, c.saved));
+        EXPECT_EQ(texts(report), std::vector<std::string>{std::string("org.a/Notes: ") + c.status});
+        EXPECT_LE(report.duration, 1);
+    }
+}
+
 TEST(Placement, WhatAWindowIsWhenItsTurnComesDecides) {
     TestDesktop desktop(
         scene({sceneApplication("org.a", {sceneWindow("1", elsewhere), sceneWindow("2", elsewhere)})}));
