@@ -1,6 +1,7 @@
 #include "app/HotKeys.hpp"
 
 #include <algorithm>
+#include <utility>
 
 #include "WindowEngine/desktop/Log.hpp"
 
@@ -25,7 +26,9 @@ HotKeys::~HotKeys() {
 }
 
 void HotKeys::registerAll(const std::map<Action, Shortcut>& shortcuts) {
-    unregisterAll();
+    wanted_ = shortcuts;
+    drop();
+    if (paused_) return;
     handler_ = service_.installHandler([this](HotKeyID id) { return pressed(id); },
                                        [this](HotKeyID id, const Error& error) { lost(id, error); });
     const std::size_t refusedBefore = unavailable_.size();
@@ -42,6 +45,19 @@ void HotKeys::registerAll(const std::map<Action, Shortcut>& shortcuts) {
 }
 
 void HotKeys::unregisterAll() {
+    wanted_.reset();
+    drop();
+}
+
+void HotKeys::setPaused(bool paused) {
+    if (std::exchange(paused_, paused) == paused) return;
+    if (paused)
+        drop();
+    else if (wanted_)
+        registerAll(*std::exchange(wanted_, {}));
+}
+
+void HotKeys::drop() {
     refs_.clear();
     handler_.reset();
 }

@@ -4,6 +4,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <vector>
 
@@ -30,6 +31,9 @@ class HotKeys final : public QObject {
     /// logged and marked, the others are registered all the same.
     void registerAll(const std::map<Action, Shortcut>& shortcuts);
     void unregisterAll();
+    /// While somebody records a combination, ours are no different from others: none is registered. What is
+    /// asked for meanwhile is registered when the pause is over.
+    void setPaused(bool paused);
 
     /// Actions whose combination was refused since the program started: only ever added to, so that what the
     /// settings say stays until a restart.
@@ -46,6 +50,10 @@ class HotKeys final : public QObject {
     HotKeyService& service_;
     Executor& executor_;
     SystemLog& log_;
+    void drop();
+
+    bool paused_ = false;
+    std::optional<std::map<Action, Shortcut>> wanted_;       // none: no registrations
     std::vector<std::unique_ptr<HotKeyRegistration>> refs_;  // by action; null where it was refused
     std::unique_ptr<HotKeyHandler> handler_;
     std::set<Action> unavailable_;

@@ -44,6 +44,7 @@ class ShortcutsPresenter final : public QObject {
 
   private:
     void connectRecorder(ShortcutRecorder& recorder, HotKeyAction action);
+    void pauseHotKeys();
     void follow();
     bool takenBy(HotKeyAction action) const;
 
