@@ -2,19 +2,11 @@
 import QtQuick
 import Quillo.Core
 
-Rectangle {
+PanelFrame {
     id: root
     readonly property bool over: !Restore.running
 
-    implicitWidth: 380
-    implicitHeight: column.implicitHeight + 2
-    color: Theme.raised
-    border.width: 1
-    border.color: Theme.panelEdge
-    focus: true
-    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
-    LayoutMirroring.childrenInherit: true
-    Accessible.role: Accessible.Dialog
+    bodyHeight: column.implicitHeight + 2
     Accessible.name: Restore.title
     Keys.onEscapePressed: Restore.close()
 
