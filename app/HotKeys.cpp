@@ -27,7 +27,9 @@ HotKeys::~HotKeys() {
 }
 
 void HotKeys::registerAll(const std::map<Action, Shortcut>& shortcuts) {
+    wanted_ = shortcuts;
     release();
+    if (paused_) return;
     const auto before = std::exchange(refusals_, {});
     handler_ = service_.installHandler([this](HotKeyID id) { return pressed(id); },
                                        [this](HotKeyID id, const Error& error) { lost(id, error); });
@@ -54,8 +56,17 @@ void HotKeys::registerAll(const std::map<Action, Shortcut>& shortcuts) {
 }
 
 void HotKeys::unregisterAll() {
+    wanted_.reset();
     release();
     if (!std::exchange(refusals_, {}).empty()) Q_EMIT unavailableChanged();
+}
+
+void HotKeys::setPaused(bool paused) {
+    if (std::exchange(paused_, paused) == paused) return;
+    if (paused)
+        release();
+    else if (wanted_)
+        registerAll(*std::exchange(wanted_, {}));
 }
 
 void HotKeys::release() {

@@ -36,6 +36,9 @@ class HotKeys final : public QObject {
     /// logged and marked, the others are registered all the same.
     void registerAll(const std::map<Action, Shortcut>& shortcuts);
     void unregisterAll();
+    /// While somebody records a combination, ours are no different from others: none is registered. What is
+    /// asked for meanwhile is registered when the pause is over.
+    void setPaused(bool paused);
 
     /// Why the action's combination does not work; absent where it does, or shortcuts are off.
     std::optional<Refusal> refusal(Action action) const;
@@ -54,6 +57,8 @@ class HotKeys final : public QObject {
     HotKeyService& service_;
     Executor& executor_;
     SystemLog& log_;
+    bool paused_ = false;
+    std::optional<std::map<Action, Shortcut>> wanted_;       // none: no registrations
     std::vector<std::unique_ptr<HotKeyRegistration>> refs_;  // by action; null where it was refused
     std::unique_ptr<HotKeyHandler> handler_;
     std::map<Action, Refusal> refusals_;                                 // of the latest registration

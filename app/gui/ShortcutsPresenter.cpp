@@ -1,5 +1,8 @@
 #include "app/gui/ShortcutsPresenter.hpp"
 
+#include <QGuiApplication>
+#include <QTimer>
+
 namespace quillo {
 namespace {
 
@@ -50,9 +53,19 @@ void ShortcutsPresenter::connectRecorder(ShortcutRecorder& recorder, HotKeyActio
         model_.setSettings(std::move(settings));
     });
     ShortcutRecorder& other = &recorder == &save_ ? switcher_ : save_;
-    connect(&recorder, &ShortcutRecorder::recordingChanged, &other, [&recorder, &other] {
+    connect(&recorder, &ShortcutRecorder::recordingChanged, this, [this, &recorder, &other] {
         if (recorder.recording()) other.stop();
+        pauseHotKeys();
     });
+}
+
+/// What has just been recorded is still held down: as soon as it were ours, its repetition would act.
+void ShortcutsPresenter::pauseHotKeys() {
+    const bool recording = save_.recording() || switcher_.recording();
+    const bool heldDown = QGuiApplication::queryKeyboardModifiers() &
+                          (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+    model_.hotKeys().setPaused(recording || heldDown);
+    if (heldDown && !recording) QTimer::singleShot(50, this, &ShortcutsPresenter::pauseHotKeys);
 }
 
 void ShortcutsPresenter::follow() {

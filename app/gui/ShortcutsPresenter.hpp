@@ -42,6 +42,7 @@ class ShortcutsPresenter final : public QObject {
 
   private:
     void connectRecorder(ShortcutRecorder& recorder, HotKeyAction action);
+    void pauseHotKeys();
     void follow();
     QString refusalOf(HotKeyAction action) const;
 

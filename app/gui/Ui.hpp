@@ -24,6 +24,15 @@ class Ui final : public QObject {
   public:
     Ui(AppModel& model, TextVariant variant, QObject* parent = nullptr);
 
+    /// A page of the main window that stays: "settings", "detail" or "library".
+    struct Place {
+        QString page, detailId, settingsPane;
+    };
+    /// What is shown, or would be without the introduction or a review.
+    Place place() const;
+    /// A workspace that is gone leads to the library.
+    void goTo(const Place& place);
+
     QString page() const;
     QString detailId() const { return detailId_; }
     QString settingsPane() const { return settingsPane_; }

@@ -14,7 +14,11 @@ T.Popup {
     property Component details: null  // between the text and the buttons
     signal confirmed()
     property Item before: null  // has the keyboard again afterwards: else the window itself would
-    onAboutToShow: before = parent.Window.activeFocusItem
+    onAboutToShow: {
+        before = parent.Window.activeFocusItem
+        Presses.pageCame()
+    }
+    onAboutToHide: Presses.pageCame()
     onClosed: {
         const window = parent ? parent.Window.window : null
         if (before && window && window.activeFocusItem === window.contentItem) before.forceActiveFocus(Qt.PopupFocusReason)

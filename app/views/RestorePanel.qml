@@ -2,22 +2,14 @@
 import QtQuick
 import Quillo.Core
 
-Rectangle {
+PanelFrame {
     id: root
     readonly property bool over: !Restore.running
     // What lines will need is there from the beginning, so that nothing moves under the pointer while they arrive.
     readonly property real reserved: Math.max(36, title.height + words.spacing + 2 * Theme.lineHeight("caption")) + 32
                                      + Math.min(Restore.expectedRows * Math.round(34 * Theme.scale) + 16, list.most)
 
-    implicitWidth: 380
-    implicitHeight: column.implicitHeight + 2
-    color: Theme.raised
-    border.width: 1
-    border.color: Theme.panelEdge
-    focus: true
-    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
-    LayoutMirroring.childrenInherit: true
-    Accessible.role: Accessible.Dialog
+    bodyHeight: column.implicitHeight + 2
     Accessible.name: Restore.title
     Keys.onEscapePressed: Restore.close()
 

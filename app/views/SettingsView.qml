@@ -61,6 +61,12 @@ Item {
                 Keys.onReturnPressed: clicked()
                 Keys.onDownPressed: step(1)
                 Keys.onUpPressed: step(-1)
+                Keys.onPressed: (event) => {
+                    if (event.key === Qt.Key_Home) step(-index)
+                    else if (event.key === Qt.Key_End) step(tabs.count - 1 - index)
+                    else return
+                    event.accepted = true
+                }
                 Accessible.name: modelData.name
                 checked: on
                 Accessible.selected: on

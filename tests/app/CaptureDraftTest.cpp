@@ -27,7 +27,8 @@ TEST(CaptureDraft, BeginsWithTheWorkspaceItUpdatesOrAFreshLook) {
 }
 
 TEST(CaptureDraft, TicksAreIndependentAndLeaveTheSnapshotAlone) {
-    const Workspace work = example();
+    Workspace work = example();
+    work.snapshot.applications.at(0).windows.emplace_back().index = 77;
     const auto& application = work.snapshot.applications.at(0);
     const std::string id = application.bundleIdentifier;
     CaptureDraft draft(work.snapshot, {}, false);
@@ -51,6 +52,23 @@ TEST(CaptureDraft, TicksAreIndependentAndLeaveTheSnapshotAlone) {
     for (const auto& one : work.snapshot.applications) draft.includeApp(one.bundleIdentifier, false);
     EXPECT_TRUE(draft.filteredSnapshot().applications.empty());
     EXPECT_EQ(draft.snapshot(), work.snapshot);
+}
+
+TEST(CaptureDraft, AnApplicationGoesWithItsLastWindowAndComesBackWithThem) {
+    const Workspace work = samples::example();
+    const std::string id = work.snapshot.applications.at(0).bundleIdentifier;
+    CaptureDraft draft(work.snapshot, {}, false);
+    const auto all = [&](bool included) {
+        for (const auto& window : work.snapshot.applications[0].windows)
+            draft.includeWindow(id, window.index, included);
+    };
+    all(false);
+    EXPECT_EQ(draft.excludedApps(), std::set<std::string>{id});
+    draft.includeApp(id, true);
+    EXPECT_EQ(draft.filteredSnapshot(), work.snapshot);
+    all(false);
+    all(true);
+    EXPECT_EQ(draft.filteredSnapshot(), work.snapshot);
 }
 
 TEST(CaptureDraft, WindowsAreLabelled) {

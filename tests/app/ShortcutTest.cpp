@@ -125,6 +125,19 @@ TEST_F(HotKeysTest, RegistersTheGivenAndTheDefaultsAndDispatchesByNumber) {
     EXPECT_FALSE(service.handled());
 }
 
+TEST_F(HotKeysTest, WhileACombinationIsRecordedNoneActs) {
+    hotKeys.registerAll({});
+    hotKeys.setPaused(true);
+    EXPECT_FALSE(service.press(1, 0x1900));
+    hotKeys.registerAll({{HotKeyAction::save, {96, control, "F5"}}});
+    EXPECT_EQ(service.registrations(), 0u);
+    hotKeys.setPaused(false);
+    EXPECT_EQ(after(service.press(96, control)), Actions{HotKeyAction::save});
+    hotKeys.unregisterAll();
+    for (const bool paused : {true, false}) hotKeys.setPaused(paused);
+    EXPECT_EQ(service.registrations(), 0u) << "switched off";
+}
+
 TEST_F(HotKeysTest, ARefusedActionIsMarkedUntilItsCombinationWorks) {
     int told = 0;
     QObject::connect(&hotKeys, &HotKeys::unavailableChanged, [&] { ++told; });

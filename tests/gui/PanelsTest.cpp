@@ -99,6 +99,40 @@ TEST_F(PanelsTest, EightRowsAndTheRestByScrolling) {
     EXPECT_EQ(model->restoreRun()->workspace().name, last.toStdString());
 }
 
+TEST_F(PanelsTest, TheSwitcherStaysWhereItIsWhileItsRowsComeAndGo) {
+    model.put({"A", "B", "C", "Dora"});
+    openSwitcher();
+    const QRect before = window()->geometry(), screen = window()->screen()->availableGeometry();
+    EXPECT_NEAR(before.y(), screen.y() + (screen.height() - before.height()) / 2 - screen.height() / 10, 1);
+    type("dora");
+    EXPECT_TRUE(until([&] { return window()->height() == before.height() - 3 * 56; }));
+    EXPECT_EQ(window()->geometry().topLeft(), before.topLeft());
+    press(Qt::Key_Backspace, {}, 4);
+    EXPECT_TRUE(until([&] { return window()->geometry() == before; }));
+}
+
+TEST_F(PanelsTest, WithACompositorPanelsStandOverTheirShadow) {
+    std::map<int, QMargins> told;  // by the height of the window
+    panels = {.translucent = [] { return true; },
+              .declareShadow = [&](const QWindow& of, const QMargins& room) { told[of.height()] = room; }};
+    model.put({"A", "B"});
+    openSwitcher();
+    const QRect plain = window()->geometry();
+    EXPECT_EQ(window()->color(), theme.raised());
+    start();
+    openSwitcher();
+    EXPECT_EQ(window()->geometry(), plain.marginsAdded({72, 72, 72, 72}));
+    EXPECT_EQ(window()->color(), QColor(Qt::transparent));
+    EXPECT_EQ(told.rbegin()->first, window()->height());
+    model->toggleSwitcher();
+    model->restore(desk("Desk"), {});
+    settle();
+    const QRect panel = window()->geometry().marginsRemoved(told[window()->height()]);
+    const QRect screen = window()->screen()->availableGeometry();
+    EXPECT_EQ(panel.bottomRight(), screen.bottomRight() - QPoint(20, 20));
+    EXPECT_EQ(panel.width(), 380);
+}
+
 TEST_F(PanelsTest, ARestoreFillsTheMapAndTheRowsAsItGoes) {
     const Workspace workspace = desk("Desk");
     scatter();

@@ -113,6 +113,16 @@ TEST_F(ReviewTest, EverythingGoesByKeyboard) {
     EXPECT_EQ(model.named("Keys").color, "lime");
 }
 
+TEST_F(ReviewTest, ReturnInTheNameSavesUnlessItIsStillHeldDown) {
+    begin();
+    type("Quick");
+    QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, {}, true);
+    QCoreApplication::sendEvent(main(), &held);
+    EXPECT_TRUE(model->draft());
+    press(Qt::Key_Return);
+    EXPECT_EQ(saved("Quick").applications.size(), 3U);
+}
+
 TEST_F(ReviewTest, ANarrowWindowHasOneColumn) {
     begin({}, {800, 600});
     type("Small");  // the keyboard is in the field, wherever it stands

@@ -110,6 +110,7 @@ TEST_F(SettingsTest, ACombinationIsRecordedByKeysAlone) {
     named("Shortcut for saving: Ctrl+Alt+Super+S")->forceActiveFocus(Qt::TabFocusReason);
     press(Qt::Key_Space);
     ASSERT_EQ(keys.monitors(), 1U);
+    EXPECT_EQ(model.hotKeys.registrations(), 0U) << "its own combinations would act instead of being heard";
     EXPECT_TRUE(named("Shortcut for saving: Press a new key combination"));
     keys.press({.keyCode = 0, .modifiers = modifier::shift, .characters = "a"});
     EXPECT_EQ(keys.monitors(), 1U) << "shift alone is no shortcut";
@@ -128,6 +129,7 @@ TEST_F(SettingsTest, ACombinationIsRecordedByKeysAlone) {
     EXPECT_EQ(keys.monitors(), 1U) << "one records at a time";
     click("Privacy");
     EXPECT_EQ(keys.monitors(), 0U) << "nothing records unseen";
+    EXPECT_EQ(model.hotKeys.registrations(), 2U);
 }
 
 TEST_F(SettingsTest, OfTroubleIsToldOnEveryPaneUntilItIsDismissed) {

@@ -139,20 +139,35 @@ def in_front(journey):
     return titles.index("Quillo") < min(titles.index("Notes"), titles.index("Sluggish")) and active in ("Notes", "Sluggish")
 
 
+def double_clicks_only_open(journey, hand):
+    """Quick and slow ones, from over where the detail has its buttons; the last one leaves the detail open."""
+    before = files(journey)
+    for pause in (100, 260, 300, 380):
+        hand.click("Morning", times=2, milliseconds=pause)
+        hand.click("Done", times=2, milliseconds=pause)  # over the settings of the library
+    hand.click("Morning")
+    hand.wait_until_shown("When resuming")
+    assert files(journey) == before and not journey.desktop.window("Quillo restore"), "a double click did more than open"
+
+
 def resume(journey, hand):
-    """By a double click on the card, then by its button: the window that was closed is back in its place."""
+    """By the button of the detail, then by the card's: the window that was closed is back in its place."""
     desktop = journey.desktop
-    for control, times in (("Morning", 2), ("Resume workspace", 1)):
-        to_quillo(journey)
+    double_clicks_only_open(journey, hand)
+    for back in ("Done", None):
         desktop.close_window(desktop.window("Sluggish"))
         last_use = saved(journey)["Morning"].get("lastRestoredAt")
-        hand.point_at("Morning")  # the button comes with the pointer
-        hand.click(control, times=times)
+        if not back:
+            hand.point_at("Morning")  # the button comes with the pointer
+        hand.click("Resume workspace")
         hand.wait_for(lambda: saved(journey)["Morning"].get("lastRestoredAt") != last_use, "time of the last use", 30)
         assert desktop.window("Sluggish").frame[:2] == SLUGGISH_PLACE[:2], desktop.windows()
         hand.wait_for(lambda: in_front(journey), "windows in front: " + repr(stack(desktop)))
         hand.click("Close")
         panel_is_over(journey, hand)
+        to_quillo(journey)
+        if back:
+            hand.click(back)
     who_went_elsewhere_stays_there(journey, hand)
     to_quillo(journey)
 
@@ -171,7 +186,8 @@ def who_went_elsewhere_stays_there(journey, hand):
     desktop.close_window(desktop.window("Sluggish"))
     with open(desktop.home + "/sluggish", "w", encoding="utf-8"):
         pass
-    hand.click("Morning", times=2)
+    hand.point_at("Morning")
+    hand.click("Resume workspace")
     hand.wait_until_shown("Opening 1 app…")
     other = desktop.window("Secret")
     desktop.run("xdotool", "windowactivate", "--sync", str(other.number))
@@ -193,7 +209,8 @@ def stop_a_restore(journey, hand):
     with open(desktop.home + "/sluggish", "w", encoding="utf-8"):
         pass
     last_use = saved(journey)["Morning"]["lastRestoredAt"]
-    hand.click("Morning", times=2)
+    hand.point_at("Morning")
+    hand.click("Resume workspace")
     hand.click("Stop resuming")
     panel_is_over(journey, hand)
     os.remove(desktop.home + "/sluggish")
