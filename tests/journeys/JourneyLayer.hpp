@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <string_view>
 
 #include "platform/simulated/SimulatedDesktop.hpp"
 
@@ -19,12 +18,6 @@ class JourneyLayer {
 
 /// One for each test program: the simulated layer itself, or another one over the same desktop.
 std::unique_ptr<JourneyLayer> makeJourneyLayer(SimulatedDesktop& desktop);
-
-/// Reasons that a layer puts in its own words.
-struct LayerWords {
-    std::string_view launchRefused, windowRefused, overviewRefused;
-};
-extern const LayerWords layerWords;
 
 /// How many random desktops are drawn unless QUILLO_SEEDS says.
 extern const std::uint64_t usualSeeds;

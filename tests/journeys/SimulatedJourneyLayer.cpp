@@ -14,10 +14,6 @@ class SimulatedJourneyLayer final : public JourneyLayer {
 
 }  // namespace
 
-constinit const LayerWords layerWords{.launchRefused = "the system refused to open the application",
-                                      .windowRefused = "the application did not open a window",
-                                      .overviewRefused = "macOS could not open Mission Control"};
-
 constinit const std::uint64_t usualSeeds = 100;
 
 std::unique_ptr<JourneyLayer> makeJourneyLayer(SimulatedDesktop& desktop) {
