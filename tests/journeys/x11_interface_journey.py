@@ -1,4 +1,5 @@
-"""The application itself, by the keyboard only: introduction, first save, resume by the global shortcut, update."""
+"""The application itself, by the keyboard only: introduction, first save, resume by the global shortcut, update,
+import."""
 import glob
 import json
 import os
@@ -73,6 +74,14 @@ def application(journey):
     keys("ctrl+Return")
     desktop.wait_for(lambda: applications(saved(journey)["Morning"]) == ["org.xfce.mousepad"], "update")
     assert saved(journey)["Morning"]["id"] == first["id"]
+
+    journey.quillo("export", "Morning", f"{home}/exported.json")
+    keys("ctrl+i")
+    focus = lambda: desktop.run("xdotool", "getwindowfocus", "getwindowname").strip()
+    desktop.wait_for(lambda: focus() == "Import Workspace", "keyboard in the dialog")
+    desktop.run("xdotool", "type", f"{home}/exported.json")
+    keys("Return")
+    desktop.wait_for(lambda: set(saved(journey)) == {"Morning", "Morning 2"}, "imported workspace")
 
     # Closing the window leaves the program, which the tray or another start brings back.
     desktop.close_window(desktop.window("Quillo"))

@@ -14,7 +14,6 @@ from x11_application_journeys import clean_slate, documents_come_back
 from x11_desktop import Desktop
 from x11_desktop_journeys import PLACES, desktops_come_back
 from x11_interface_journey import application
-from x11_mouse_journey import by_mouse
 from x11_tray_journey import in_the_tray
 
 TOLERANCE = 2  # points
@@ -180,7 +179,6 @@ JOURNEYS = {
     "desktops": (desktops_come_back, tuple(PLACES)),
     "clean slate": (clean_slate, ("Garden",)),
     "application": (application, ("letter.txt", "Notes", "Morning")),
-    "mouse": (by_mouse, ("Notes", "Secret", "Sluggish", "Morning", "Evening", "Afterwards")),
     "tray": (in_the_tray, ("Notes", "Morning")),
 }
 

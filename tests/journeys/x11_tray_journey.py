@@ -4,9 +4,6 @@ import re
 import signal
 import time
 
-from x11_hand import Hand
-
-
 def icon(desktop):
     """The middle of the icon, once the tray has given it its place: in two looks that agree, within the tray."""
     last = None
@@ -34,7 +31,6 @@ def place_of_icon(desktop):
 
 def in_the_tray(journey):
     desktop = journey.desktop
-    hand = Hand(desktop)
     quillo = os.path.join(os.path.dirname(journey.quilloctl), "quillo")
     notes = desktop.start("Notes", "xterm", "-T", "Notes")
     journey.quillo("save", "Morning")
@@ -48,27 +44,32 @@ def in_the_tray(journey):
         tray = desktop._spawn(["trayer", "--edge", "top", "--widthtype", "request", "--height", "24"])
         icon(desktop)
         assert not desktop.window("Quillo"), "it opened its window unasked"
-        click_until_open(desktop, hand)
+        click_until_open(desktop)
         open_and_close(desktop)
         if not again:
             os.killpg(tray.pid, signal.SIGTERM)
             desktop.wait_for(lambda: not place_of_icon(desktop), "end of the icon with its tray")
 
     # The menu: the workspace with its own menu is the first of it; "Open Quillo", "Settings" and "Quit Quillo" the last.
-    choose(desktop, hand, ["Down", "Right", "Return"], lambda: desktop.window("xterm"))
+    choose(desktop, ["Down", "Right", "Return"], lambda: desktop.window("xterm"))
     desktop.wait_for(lambda: not desktop.window("Quillo restore"), "end of the panel", 60)
-    choose(desktop, hand, ["Up", "Up", "Up", "Return"], lambda: desktop.window("Quillo"))
+    choose(desktop, ["Up", "Up", "Up", "Return"], lambda: desktop.window("Quillo"))
     # A window that is still becoming the active one would close the menu.
     desktop.wait_for(lambda: desktop.run("xdotool", "getwindowfocus", "getwindowname").strip() == "Quillo", "keyboard")
     desktop.settle()
-    choose(desktop, hand, ["Up", "Return"], lambda: program.poll() is not None)
+    choose(desktop, ["Up", "Return"], lambda: program.poll() is not None)
     assert program.returncode == 0, program.returncode
 
 
-def click_until_open(desktop, hand):
+def click(desktop, button="1"):
+    x, y = icon(desktop)
+    desktop.run("xdotool", "mousemove", str(x), str(y), "click", button)
+
+
+def click_until_open(desktop):
     """An icon that its tray has only just taken in may miss a click, and is clicked again, as a person would."""
     for _ in range(3):
-        hand.click_at(*icon(desktop))
+        click(desktop)
         for _ in range(100):
             if desktop.window("Quillo"):
                 return
@@ -79,10 +80,10 @@ def open_and_close(desktop):
     desktop.close_window(desktop.wait_for(lambda: desktop.window("Quillo"), "main window"))
 
 
-def choose(desktop, hand, keys, outcome):
+def choose(desktop, keys, outcome):
     shown = lambda: set(desktop.run("xdotool", "search", "--onlyvisible", "--class", "quillo").split())
     before = shown()
-    hand.click_at(*icon(desktop), 3)
+    click(desktop, "3")
     desktop.wait_for(lambda: shown() - before, "menu")
-    hand.keys(*keys)
+    desktop.run("xdotool", "key", *keys)
     desktop.wait_for(outcome, "what the menu was asked for")
