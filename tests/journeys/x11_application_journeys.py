@@ -1,74 +1,19 @@
-"""Journeys in which applications are launched with their documents, hidden, and asked to quit."""
+"""A journey in which applications are hidden, and asked to quit."""
 import json
 import os
 
 
-def populate(journey, documents, folders):
-    """An editor with documents and a file manager with folders, each in a window of its own."""
-    home, desktop = journey.desktop.home, journey.desktop
-    expected = len(desktop.windows()) + len(documents) + len(folders)
-    for name in documents:
-        with open(f"{home}/{name}", "w") as file:
-            file.write("Dear reader\n")
-    for name in folders:
-        os.mkdir(f"{home}/{name}")
-    if documents:
-        desktop.start(documents[-1], "mousepad", *(f"{home}/{name}" for name in documents))
-    if folders:
-        desktop.start(folders[-1], "thunar", *(f"{home}/{name}" for name in folders))
-    desktop.wait_for(lambda: len(desktop.windows()) == expected, "windows")
-    for place, window in enumerate(desktop.windows()):
-        desktop.move(window, 40 + 90 * place, 30 + 70 * place, 640 + 10 * place, 420 + 10 * place)
-    desktop.settle()
-
-
-def statuses(items):
-    return [item["status"] for item in items]
-
-
-def documents_come_back(journey):
-    """Closed documents and folders are opened again, once each, in their windows' places."""
-    desktop = journey.desktop
-    populate(journey, ["letter.txt", "list.txt"], ["Garden", "House"])
-    before = journey.seen()
-    journey.quillo("save", "Morning")
-
-    for window in desktop.windows():
-        desktop.close_window(window)
-    items = journey.restore()
-    journey.check_back(before, items)
-    assert statuses(items).count("launched") == 2, items
-    assert sum(item["count"] for item in items if item["status"] == "opened") == 4, items
-    assert len(desktop.windows()) == 4, f"something was opened twice, or empty: {desktop.windows()}"
-    nothing_more(journey, before)
-
-    # One of each, while its application runs.
-    desktop.close_window(desktop.window("letter.txt"))
-    desktop.close_window(desktop.window("House"))
-    items = journey.restore()
-    journey.check_back(before, items)
-    assert "launched" not in statuses(items), items
-    assert len(desktop.windows()) == 4, desktop.windows()
-    nothing_more(journey, before)
-
-
-def nothing_more(journey, before):
-    """A second restore opens nothing and leaves every window where it is."""
-    numbers = {window.number for window in journey.desktop.windows()}
-    items = journey.restore()
-    journey.check_back(before, items)
-    assert set(statuses(items)) <= {"restored", "adjusted", "finished"}, items
-    assert {window.number for window in journey.desktop.windows()} == numbers, journey.desktop.windows()
-
-
 def clean_slate(journey):
     """Everything else is hidden, or asked to quit; what is unsaved stays, and so does the terminal."""
-    desktop = journey.desktop
-    populate(journey, [], ["Garden"])
+    desktop, home = journey.desktop, journey.desktop.home
+    os.mkdir(f"{home}/Garden")
+    desktop.move(desktop.start("Garden", "thunar", f"{home}/Garden"), 40, 30, 640, 420)
+    desktop.settle()
     before = journey.seen()
     journey.quillo("save", "Morning")
-    populate(journey, ["draft.txt"], [])
-    editor = desktop.window("draft.txt")
+    with open(f"{home}/draft.txt", "w") as file:
+        file.write("Dear reader\n")
+    editor = desktop.start("draft.txt", "mousepad", f"{home}/draft.txt")
     desktop.run("xdotool", "windowactivate", "--sync", str(editor.number), "type", "unsaved")
     desktop.wait_for(lambda: desktop.window("*"), "unsaved document")
     desktop.start("Bystander", "zenity", "--info", "--title=Bystander", "--text=Nothing to save")

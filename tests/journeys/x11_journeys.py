@@ -10,9 +10,8 @@ import subprocess
 import sys
 import time
 
-from x11_application_journeys import clean_slate, documents_come_back
+from x11_application_journeys import clean_slate
 from x11_desktop import Desktop
-from x11_desktop_journeys import PLACES, desktops_come_back
 from x11_interface_journey import application
 from x11_tray_journey import in_the_tray
 
@@ -175,8 +174,6 @@ def windows_come_back(journey):
 
 JOURNEYS = {
     "windows": (windows_come_back, TITLES),
-    "documents": (documents_come_back, ("letter.txt", "list.txt", "Garden", "House")),
-    "desktops": (desktops_come_back, tuple(PLACES)),
     "clean slate": (clean_slate, ("Garden",)),
     "application": (application, ("letter.txt", "Notes", "Morning")),
     "tray": (in_the_tray, ("Notes", "Morning")),

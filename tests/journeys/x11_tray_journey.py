@@ -4,6 +4,7 @@ import re
 import signal
 import time
 
+
 def icon(desktop):
     """The middle of the icon, once the tray has given it its place: in two looks that agree, within the tray."""
     last = None
