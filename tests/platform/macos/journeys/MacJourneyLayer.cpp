@@ -1,5 +1,5 @@
-// Whole saves and restores, on random desktops and with random faults, through the macOS core. The journeys are
-// those of tests/journeys: what they expect is what they expect of the simulated desktop itself.
+// Whole saves and restores, on random desktops and with random faults, through the macOS core. The journeys
+// are those of tests/journeys: what they expect is what they expect of the simulated desktop itself.
 #include "tests/journeys/JourneyLayer.hpp"
 #include "tests/platform/macos/MacUnderTest.hpp"
 
