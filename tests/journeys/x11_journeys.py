@@ -117,24 +117,6 @@ class Journey:
                  if again.get(t) is None or max(abs(a - b) for a, b in zip(first[t], again[t])) > TOLERANCE}
         assert not moved, f"a second restore moved {moved}"
 
-    def states_come_back(self):
-        """Minimized and full-screen windows are saved as such and come back so."""
-        desktop, windows = self.desktop, self.seen()
-        desktop.minimize(windows["Alpha"])
-        desktop.state(windows["thunar-folder"], "add", "fullscreen")
-        desktop.wait_for(lambda: desktop.window("thunar-folder").full_screen and desktop.window("Alpha").minimized,
-                         "full-screen and minimized window")
-        desktop.settle()
-        before = self.seen()
-        self.quillo("save", "--update", "Morning")
-        desktop.state(windows["thunar-folder"], "remove", "fullscreen")
-        self.desktop.run("xdotool", "windowmap", str(windows["Alpha"].number))
-        desktop.wait_for(lambda: not desktop.window("thunar-folder").full_screen
-                         and not desktop.window("Alpha").minimized, "plain windows")
-        desktop.settle()
-        self.check_back({t: w for t, w in before.items() if t != "Alpha"}, self.restore())
-        assert desktop.window("Alpha").minimized
-
     def monitors(self, before_save):
         """One monitor unplugged, one resized, and two identical ones swapped."""
         arrangements = {
@@ -169,7 +151,6 @@ def windows_come_back(journey):
     before = journey.there_and_back()
     if journey.dummy:
         journey.monitors(before)
-    journey.states_come_back()
 
 
 JOURNEYS = {
