@@ -27,9 +27,11 @@ class ForwardedContractDesktop final : public SimulatedContractDesktop {
     ForwardingApplications applications_{plain_.applications};
 };
 
-INSTANTIATE_TEST_SUITE_P(Simulated, PlatformContract, testing::Values(&makeContractDesktop<SimulatedContractDesktop>),
+INSTANTIATE_TEST_SUITE_P(Simulated, PlatformContract,
+                         testing::Values(&makeContractDesktop<SimulatedContractDesktop>),
                          [](const auto&) { return "desktop"; });
-INSTANTIATE_TEST_SUITE_P(Forwarded, PlatformContract, testing::Values(&makeContractDesktop<ForwardedContractDesktop>),
+INSTANTIATE_TEST_SUITE_P(Forwarded, PlatformContract,
+                         testing::Values(&makeContractDesktop<ForwardedContractDesktop>),
                          [](const auto&) { return "desktop"; });
 
 }  // namespace
