@@ -8,7 +8,6 @@
 #include <set>
 
 #include "WindowEngine/library/SessionHistory.hpp"
-#include "WindowEngine/records/WorkspaceCoding.hpp"
 #include "tests/journeys/Journey.hpp"
 #include "tests/journeys/RandomDesktop.hpp"
 
@@ -233,20 +232,6 @@ TEST(RandomJourneys, WhateverGoesWrongEveryWindowHasItsLine) {
         const Report report = journey.restore();
         EXPECT_FALSE(report.cancelled);
         expectOneItemForEachWindow(report, journey.saved());
-    });
-}
-
-TEST(RandomJourneys, AnUndisturbedDesktopIsLeftAsItIs) {
-    eachSeed(usualSeeds, [](std::uint64_t seed) {
-        RandomJourney journey(seed);
-        journey.save();
-        const std::string before = journey.state();
-        journey.restore();
-        EXPECT_EQ(journey.state(), before);
-        EXPECT_EQ(journey.capture().applications, journey.saved().snapshot.applications);
-        const auto document = WorkspaceCoding::encode(journey.saved());
-        ASSERT_TRUE(document);
-        EXPECT_EQ(WorkspaceCoding::encode(WorkspaceCoding::decode(*document).value()), document);
     });
 }
 
