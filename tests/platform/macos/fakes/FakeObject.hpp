@@ -51,6 +51,7 @@ CFTypeID typeNamed(std::string_view name);
 /// Text for a template's argument.
 template <std::size_t size>
 struct TypeName {
+    // NOLINTNEXTLINE(google-explicit-constructor): for the text itself to be the argument
     consteval TypeName(const char (&name)[size]) { std::copy_n(name, size, text); }
     char text[size]{};
 };
