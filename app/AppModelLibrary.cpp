@@ -21,7 +21,7 @@ std::string proposedFileName(std::string name) {
 }  // namespace
 
 void AppModel::noteProvenance(const Result<void>& noted) {
-    if (!noted) show("Couldn't note what was done here; resuming will ask first: " + noted.error().text);
+    told("Couldn't note what was done here; resuming will ask first", noted);
 }
 
 void AppModel::showLibraryFolder() {
@@ -31,12 +31,10 @@ void AppModel::showLibraryFolder() {
 }
 
 void AppModel::deleteWorkspace(const Workspace& workspace) {
-    const std::string name = workspace.name;  // the workspace may be the library's own, which is read again
-    if (const Result<void> removed = store_.remove(workspace.id); !removed) {
-        return show("Couldn't delete " + name + ": " + removed.error().text);
-    }
-    (void)known_.forget(workspace.id);  // what is left of it is no harm
-    reload();
+    const std::string what = "Couldn't delete " + workspace.name;  // which may be the library's own
+    const Result<void> removed = store_.remove(workspace.id);
+    if (removed) (void)known_.forget(workspace.id);  // what is left of it is no harm
+    if (told(what, removed)) reload();
 }
 
 void AppModel::duplicate(const Workspace& workspace) {
@@ -46,10 +44,9 @@ void AppModel::duplicate(const Workspace& workspace) {
     copy.createdAt = copy.updatedAt = wallNow();
     copy.lastRestoredAt.reset();
     const std::string name = workspace.name;
-    if (const Result<void> saved = store_.save(copy); !saved) {
-        return show("Couldn't duplicate " + name + ": " + saved.error().text);
-    }
-    const Result<void> noted = known_.madeFrom(workspace, copy);
+    const Result<void> saved = store_.save(copy);
+    const Result<void> noted = saved ? known_.madeFrom(workspace, copy) : saved;
+    if (!told("Couldn't duplicate " + name, saved)) return;
     reload();
     show("Duplicated " + name);
     noteProvenance(noted);
@@ -70,8 +67,7 @@ void AppModel::rename(const Workspace& workspace, const std::string& to) {
         stored.name = uniqueName(trimmed, workspaces_);
         stored.updatedAt = wallNow();
     });
-    if (!renamed) return show("Couldn't rename " + name + ": " + renamed.error().text);
-    reload();
+    if (told("Couldn't rename " + name, renamed)) reload();
 }
 
 void AppModel::setCleanSlate(const Workspace& workspace, CleanSlateMode mode) {
@@ -81,7 +77,7 @@ void AppModel::setCleanSlate(const Workspace& workspace, CleanSlateMode mode) {
         stored.cleanSlate = mode;
         after = stored;
     });
-    if (!saved) return show("Couldn't save restore preference");
+    if (!told("Couldn't save restore preference", saved)) return;
     const Result<void> noted = known_.madeFrom(before, after);
     reload();
     noteProvenance(noted);
@@ -100,8 +96,7 @@ void AppModel::exportWorkspace(const Workspace& workspace) {
 Task<> AppModel::exportTask(Workspace workspace) {
     const auto file = co_await services_.surfaces.fileToWrite(proposedFileName(workspace.name));
     if (!file) co_return;
-    const Result<void> written = writeExport(workspace, *file);
-    show(written ? "Exported " + workspace.name : "Export failed: " + written.error().text);
+    if (told("Export failed", writeExport(workspace, *file))) show("Exported " + workspace.name);
 }
 
 void AppModel::importWorkspace() {
@@ -111,20 +106,28 @@ void AppModel::importWorkspace() {
 Task<> AppModel::importTask() {
     const auto file = co_await services_.surfaces.fileToRead();
     if (!file) co_return;
-    const Result<std::string> name = importFile(*file);
-    if (name) reload();
-    show(name ? "Imported " + *name : "Couldn't import workspace: " + name.error().text);
+    const std::string what = "Couldn't import workspace";
+    const Result<std::string, std::string> name = importFile(*file);
+    if (!name) co_return complain(what, name.error());
+    told(what, {});
+    reload();
+    show("Imported " + *name);
 }
 
-Result<std::string> AppModel::importFile(const std::filesystem::path& file) {
+Result<std::string, std::string> AppModel::importFile(const std::filesystem::path& file) {
+    const auto failed = [](const Error& error) {
+        return std::unexpected("Couldn't import workspace: " + error.text);
+    };
     std::error_code dangling;  // who picks a link means what it leads to
     const std::filesystem::path target = std::filesystem::canonical(file, dangling);
     const Result<std::string> bytes = services_.files.read(dangling ? file : target);
-    if (!bytes) return std::unexpected(bytes.error());
+    if (!bytes) return failed(bytes.error());
     const Result<ImportedWorkspace> imported = ImportedWorkspace::read(*bytes, workspaces_, wallNow());
-    if (!imported) return std::unexpected(imported.error());
-    const Result<void> saved = store_.save(imported->workspace);
-    if (!saved) return std::unexpected(saved.error());
+    const bool isForeign = !imported && imported.error().kind == ErrorKind::invalidData &&
+                           !WorkspaceCoding::isTooLarge(imported.error());
+    if (isForeign) return std::unexpected("This is not a Quillo workspace: " + imported.error().text);
+    if (!imported) return failed(imported.error());
+    if (const Result<void> saved = store_.save(imported->workspace); !saved) return failed(saved.error());
     return imported->workspace.name;
 }
 
@@ -139,7 +142,7 @@ void AppModel::deleteAllData() {
     const Result<void> removed = services_.files.removeTree(store_.directory());
     (void)known_.forgetAll();
     reload();
-    if (!removed) show("Couldn't delete all workspace data: " + removed.error().text);
+    told("Couldn't delete all workspace data", removed);
 }
 
 }  // namespace quillo

@@ -34,6 +34,8 @@ DetailPresenter::DetailPresenter(AppModel& model, Ui& ui, QObject* parent)
     connect(&ui, &Ui::pageChanged, this, &DetailPresenter::reload);
     connect(&model, &AppModel::workspacesChanged, this, &DetailPresenter::reload);
     connect(&model, &AppModel::busyChanged, this, &DetailPresenter::busyChanged);
+    connect(&model, &AppModel::restoreChanged, this, &DetailPresenter::reportChanged);
+    connect(this, &DetailPresenter::changed, this, &DetailPresenter::reportChanged);
     reload();
 }
 
@@ -106,6 +108,10 @@ void DetailPresenter::setCleanSlate(int mode) {
     if (workspace_) {
         model_.setCleanSlate(Workspace(*workspace_), allCleanSlateModes.at(static_cast<std::size_t>(mode)));
     }
+}
+
+void DetailPresenter::showReport() {
+    if (workspace_) model_.showReport(workspace_->id);
 }
 
 void DetailPresenter::resume() {

@@ -21,6 +21,7 @@ Program::Program(const System& system)
                   .updates = updates_,
                   .variant = system.variant,
                   .systemIcon = system.icon,
+                  .panels = system.panels,
                   .trayShown = [this] { return tray_.shown(); },
                   .quit = system.variant == TextVariant::onMac ? nullptr : &QCoreApplication::quit}),
       model_({system.services, system.data, system.digest, shell_, interface_}),

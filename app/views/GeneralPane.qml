@@ -111,7 +111,7 @@ Column {
             height: visible ? implicitHeight : 0
             sub: true
             title: "Jump between saved workspaces."
-            caption: Shortcuts.switcherTaken ? Shortcuts.taken : ""
+            caption: Shortcuts.switcherRefusal
             captionColor: Theme.danger
             ShortcutField { action: "switcher" }
         }
@@ -120,7 +120,7 @@ Column {
             height: visible ? implicitHeight : 0
             sub: true
             title: "Snapshot every open window into a workspace."
-            caption: Shortcuts.saveTaken ? Shortcuts.taken : ""
+            caption: Shortcuts.saveRefusal
             captionColor: Theme.danger
             ShortcutField { action: "save" }
         }

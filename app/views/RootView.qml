@@ -23,6 +23,9 @@ Rectangle {
         onActivated: if (page.item && page.item.focusSearch) page.item.focusSearch()
     }
     Shortcut { sequences: [StandardKey.Quit]; enabled: Closing.canQuit; onActivated: Closing.quit() }
+    // What else comes within a page.
+    readonly property string content: [Ui.detailId, Onboarding.step, Review.present].join()
+    onContentChanged: Presses.pageCame()
     Keys.onEscapePressed: if (Ui.page === "detail" || Ui.page === "settings") Ui.back()
 
     Loader {
@@ -32,6 +35,7 @@ Rectangle {
         source: root.fileOf(Ui.page)
         onLoaded: {
             item.focus = true
+            Presses.pageCame()
             if (Theme.reducedMotion) return
             arrival.start()
         }
@@ -69,7 +73,13 @@ Rectangle {
         shown: Ui.toast !== ""
         text: ""
         readonly property string latest: Ui.toast
-        onLatestChanged: if (latest !== "") text = latest  // stays while it fades
-        Component.onCompleted: text = latest
+        onLatestChanged: follow()
+        onDismissed: Ui.dismissToast()
+        Component.onCompleted: follow()
+        function follow() {  // it stays while it fades
+            if (latest === "") return
+            kind = Ui.toastKind
+            text = latest
+        }
     }
 }
