@@ -1,5 +1,5 @@
-// Whole saves and restores, on random desktops and with random faults, through the macOS core. The journeys
-// are those of tests/journeys: what they expect is what they expect of the simulated desktop itself.
+// Whole saves and restores, with every fault and on random desktops, through the macOS core. The journeys are
+// those of tests/journeys: what they expect is what they expect of the simulated desktop itself.
 #include "tests/journeys/JourneyLayer.hpp"
 #include "tests/platform/macos/MacUnderTest.hpp"
 
@@ -19,6 +19,12 @@ class MacJourneyLayer final : public JourneyLayer {
 };
 
 }  // namespace
+
+// Of the notification that opens the overview no answer is known.
+constinit const LayerWords layerWords{
+    .launchRefused = "the system refused (error -10810)",
+    .windowRefused = "the system refused (error -10810)",
+    .overviewRefused = "Mission Control did not expose its Add Desktop button"};
 
 constinit const std::uint64_t usualSeeds = 30;  // each takes longer than on the simulated layer itself
 
