@@ -115,7 +115,9 @@ Interface::Interface(const Parts& parts)
         remember();
         parts_.shell.setActivationPolicy(ActivationPolicy::accessory);
     });
-    windows_.mainMayClose = [this] { return !presenters_ || (presenters_->review.mayClose() && presenters_->closing.mayClose()); };
+    windows_.mainMayClose = [this] {
+        return !presenters_ || (presenters_->review.mayClose() && presenters_->closing.mayClose());
+    };
     connect(&windows_, &Windows::allClosed, this, [this] {
         if (presenters_) presenters_->library.forgetMaps();
     });

@@ -2,6 +2,7 @@
 
 #include <QGuiApplication>
 #include <QPointerEvent>
+#include <QQuickWindow>
 #include <QStyleHints>
 #include <utility>
 
@@ -11,8 +12,9 @@ void PressGuard::pageCame() {
     until_.setRemainingTime(QGuiApplication::styleHints()->mouseDoubleClickInterval());
 }
 
-bool PressGuard::eventFilter(QObject*, QEvent* event) {
-    if (!event->isPointerEvent() || event->type() == QEvent::Wheel) return false;
+bool PressGuard::eventFilter(QObject* watched, QEvent* event) {
+    if (!qobject_cast<QQuickWindow*>(watched) || !event->isPointerEvent() || event->type() == QEvent::Wheel)
+        return false;
     const auto& pointer = static_cast<const QPointerEvent&>(*event);  // NOLINT: Qt's own downcast
     if (pointer.isBeginEvent()) swallowing_ = holding();
     return pointer.isEndEvent() ? std::exchange(swallowing_, false) : swallowing_;

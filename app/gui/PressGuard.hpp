@@ -6,8 +6,9 @@
 
 namespace quillo {
 
-/// An event filter of windows. Presses that it holds back, each with all that belongs to it up to its
-/// release, reach no window; keys, the wheel and the bare pointer always do.
+/// An event filter of the application, for its views: a dialog takes presses before the filters of its window
+/// see them. Presses that it holds back, each with all that belongs to it up to its release, reach no view;
+/// keys, the wheel and the bare pointer always do.
 class PressGuard final : public QObject {
     Q_OBJECT
 

@@ -26,7 +26,9 @@ QMargins roomAround(PanelAnchor anchor, bool translucent) {
     return {shadowRoom, shadowRoom, after, after};
 }
 
-bool isTranslucent(const QQuickView& view) { return view.color().alpha() == 0; }
+bool isTranslucent(const QQuickView& view) {
+    return view.color().alpha() == 0;
+}
 
 QString file(PanelID panel) {
     return panel == PanelID::switcher ? QStringLiteral("SwitcherPanel.qml")
@@ -43,6 +45,7 @@ QScreen* screenInUse() {
 
 Windows::Windows(Theme& theme, Prepare prepare, PanelBackdrop backdrop, QObject* parent)
     : QObject(parent), theme_(theme), prepare_(std::move(prepare)), backdrop_(std::move(backdrop)) {
+    QCoreApplication::instance()->installEventFilter(&presses_);
     // A window that is maximized has its new size before it says so.
     mainSizeSettled_.setSingleShot(true);
     mainSizeSettled_.setInterval(300);
@@ -71,7 +74,6 @@ std::unique_ptr<QQuickView> Windows::makeView(const QString& name, const QVarian
     auto view = std::make_unique<QQuickView>(engine_.get(), nullptr);
     view->setInitialProperties(properties);
     view->installEventFilter(this);
-    view->installEventFilter(&presses_);
     view->setSource(QUrl("qrc:/qt/qml/Quillo/" + name));
     return view;
 }
@@ -173,8 +175,9 @@ void Windows::showPanel(PanelID panel, PanelPlace where) {
     declareShadow(shown, where);
     // And once it stands: window managers that put it into a frame of their own look for its shape only from
     // then on.
-    connect(&shown, &QQuickWindow::frameSwapped, this, [this, &shown, where] { declareShadow(shown, where); },
-            Qt::SingleShotConnection);
+    connect(
+        &shown, &QQuickWindow::frameSwapped, this, [this, &shown, where] { declareShadow(shown, where); },
+        Qt::SingleShotConnection);
     presses_.pageCame();
     shown.show();
     if (panel == PanelID::switcher) {

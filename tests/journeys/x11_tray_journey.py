@@ -43,7 +43,11 @@ def in_the_tray(journey):
     # Without a tray another start brings the window; by then it has looked for one, and waits.
     desktop.wait_for(lambda: "Qt Selection Owner for quillo" in desktop.run("xwininfo", "-root", "-tree"), "program")
     desktop.run(quillo)
-    open_and_close(desktop)
+    desktop.wait_for(lambda: desktop.window("Quillo"), "main window")
+    desktop.run("wmctrl", "-c", "Quillo")
+    desktop.settle()
+    hand.keys("Return")  # whether it keeps running
+    desktop.wait_for(lambda: not desktop.window("Quillo"), "end of the window")
     for again in (False, True):
         tray = desktop._spawn(["trayer", "--edge", "top", "--widthtype", "request", "--height", "24"])
         icon(desktop)

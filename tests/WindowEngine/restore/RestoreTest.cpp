@@ -57,7 +57,9 @@ TEST(Restore, WithoutPermissionThereIsOneItemAndNothingElse) {
     EXPECT_EQ(report.items[0].app, "Quillo");
     desktop.executor().runFor(10s);
     EXPECT_FALSE(desktop.world().application("org.a")->running);
-    EXPECT_EQ(desktop.simulated->logLines(), Texts{"restore info: restore finished: 1 items in 0.000000s"});
+    EXPECT_EQ(desktop.simulated->logLines(),
+              (Texts{"restore info: 1 of app.quillo.Quillo failed: Accessibility permission not granted",
+                     "restore info: restore finished: 1 items in 0.000000s"}));
 }
 
 TEST(Restore, StartsApplicationsOrSaysWhyNot) {
