@@ -11,14 +11,14 @@ using namespace std::chrono_literals;
 
 /// A person who has just chosen a workspace does not go elsewhere as fast as this.
 constexpr Duration settling = 300ms;
-constexpr Duration often = 50ms, later = 250ms;
+constexpr Duration often = 50ms, later = 100ms;
 
 }  // namespace
 
 Task<void> BringForward::look() {
     inFront_ = desktop_.platform.windowServer.windowInFront();
     const TimePoint settled = desktop_.platform.executor.now() + settling;
-    while (!left_) {
+    while (true) {
         const bool settles = desktop_.platform.executor.now() < settled;
         co_await sleepFor(settles ? often : later);
         const auto now = desktop_.platform.windowServer.windowInFront();
@@ -26,7 +26,7 @@ Task<void> BringForward::look() {
         if (settles)
             inFront_ = now;
         else
-            left_ = true;
+            visited_.insert(*now);
     }
 }
 
@@ -37,7 +37,9 @@ void BringForward::raise() {
         if (const auto number = accessibility.windowNumber(window)) back.emplace(*number, window);
     }
     const auto inFront = desktop_.platform.windowServer.windowInFront();
-    if (inFront && (left_ || inFront != inFront_) && !back.contains(*inFront)) return;
+    if (inFront && inFront != inFront_) visited_.insert(*inFront);
+    const auto isBack = [&](WindowNumber number) { return back.contains(number); };
+    if (!std::ranges::all_of(visited_, isBack)) return;
     auto upwards = desktop_.platform.windowServer.windowList();
     std::ranges::reverse(upwards);
     const auto last = std::ranges::find_if(upwards, [&](const auto& one) { return one.number == inFront; });

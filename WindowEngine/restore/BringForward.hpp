@@ -2,6 +2,7 @@
 // unless the person has gone to another window meanwhile. Internal to Restore.
 #pragma once
 #include <optional>
+#include <set>
 #include <vector>
 
 #include "WindowEngine/desktop/Accessibility.hpp"
@@ -21,14 +22,14 @@ class BringForward {
     Task<void> look();
 
     /// Raises the windows, each above those that lie below it now. The keyboard goes to the foremost; where
-    /// one of them has it already, it keeps it. Nothing is raised where the keyboard is in another window
-    /// that did not have it all the time.
+    /// one of them has it already, it keeps it. Nothing is raised where the keyboard has been in another
+    /// window meanwhile, whoever has it now: window managers give it to windows that are new.
     void raise();
 
   private:
     DesktopAccess& desktop_;
     std::optional<WindowNumber> inFront_;
-    bool left_ = false;  // it has been elsewhere since
+    std::set<WindowNumber> visited_;  // what else has had the keyboard since
 };
 
 }  // namespace quillo::Restore

@@ -219,20 +219,22 @@ TEST(Placement, WhatAWindowIsWhenItsTurnComesDecides) {
 /// Says by the clock who has the keyboard.
 class KeyboardMoves final : public ForwardingWindowServer {
   public:
-    KeyboardMoves(TestDesktop& desktop, const char* first, const char* then, Duration after)
+    KeyboardMoves(TestDesktop& desktop, const char* first, const char* then, Duration after, const char* last)
         : ForwardingWindowServer(desktop.plain.windowServer),
           desktop_(desktop),
           first_(first),
           then_(then),
+          last_(last ? last : then),
           when_(desktop.executor().now() + after) {}
     std::optional<WindowNumber> windowInFront() override {
-        const std::string who = desktop_.executor().now() < when_ ? first_ : then_;
+        const TimePoint now = desktop_.executor().now();
+        const std::string who = now < when_ ? first_ : now < when_ + 200ms ? then_ : last_;
         return desktop_.world().window(who == "2" ? "org.a" : "org.b", who)->number;
     }
 
   private:
     TestDesktop& desktop_;
-    const char *first_, *then_;
+    const char *first_, *then_, *last_;
     TimePoint when_;
 };
 
@@ -243,11 +245,13 @@ TEST(Placement, WhatCameBackIsRaisedUnlessThePersonWentElsewhere) {
         const char *first, *then;
         Duration after;
         std::vector<std::string> raised;
+        const char* last = nullptr;
     } ways[] = {
         {"nobody went anywhere", true, "x", "x", 0ms, {"2", "1"}},
         {"only where that is wanted", false, "x", "x", 0ms, {}},
         {"to a window that came back, which stays foremost", true, "x", "2", 600ms, {"1", "2"}},
         {"to another", true, "x", "y", 600ms, {}},
+        {"to another, from which a window that came back took the keyboard", true, "x", "y", 600ms, {}, "2"},
         {"a panel is closed, and the keyboard falls back", true, "x", "y", 100ms, {"2", "1"}},
     };
     for (const auto& c : ways) {
@@ -259,7 +263,7 @@ TEST(Placement, WhatCameBackIsRaisedUnlessThePersonWentElsewhere) {
         snapshot.applications[0].windows = {savedWindow(desktop, onMain, "1"),
                                             savedWindow(desktop, onMain, "2"),
                                             savedWindow(desktop, onMain, "lost")};
-        KeyboardMoves server(desktop, c.first, c.then, c.after);
+        KeyboardMoves server(desktop, c.first, c.then, c.after, c.last);
         DesktopAccess access = desktop.with(server);
         EXPECT_EQ(desktop.restoreThrough(access, snapshot, {.bringsForward = c.asked}).totals().restored, 2);
         std::vector<std::string> raised;
