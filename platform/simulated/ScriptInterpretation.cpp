@@ -64,7 +64,7 @@ std::vector<Line> linesOf(std::string_view text) {
             lines.back().push_back(text[at] == '"' ? literal(text, at) : word(text, at));
         }
     }
-    std::erase_if(lines, &Line::empty);
+    std::erase_if(lines, [](const Line& line) { return line.empty(); });
     return lines;
 }
 

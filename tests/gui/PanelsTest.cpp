@@ -127,7 +127,8 @@ TEST_F(PanelsTest, TheSwitcherStaysWhereItIsWhileItsRowsComeAndGo) {
     model.put({"A", "B", "C", "Dora"});
     openSwitcher();
     const QRect before = window()->geometry(), screen = window()->screen()->availableGeometry();
-    EXPECT_NEAR(before.y(), screen.y() + (screen.height() - before.height()) / 2 - screen.height() / 10, 1);
+    EXPECT_NEAR(before.y(), screen.y() + (screen.height() - before.height()) / 2.0 - screen.height() / 10.0,
+                1);
     type("dora");
     EXPECT_TRUE(until([&] { return window()->height() == before.height() - 3 * 56; }));
     EXPECT_EQ(window()->geometry().topLeft(), before.topLeft());
