@@ -59,7 +59,7 @@ CFRef<CFDataRef> resourceOf(const Keys& keys) {
 
 FakeCarbon::Key keyIn(const UCKeyboardLayout* layout, UInt16 code) {
     const Keys* keys = nullptr;
-    std::memcpy(&keys, layout, sizeof keys);
+    std::memcpy(&keys, layout, sizeof(void*));
     const auto found = keys->find(code);
     return found == keys->end() ? FakeCarbon::Key() : found->second;
 }
