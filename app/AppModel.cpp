@@ -123,7 +123,14 @@ void AppModel::toggleSwitcher() {
 
 void AppModel::show(std::string message) {
     toast_ = std::move(message);
+    toastUndoes_.reset();
     toastTimer_.start(executor(), clearToast());
+    Q_EMIT toastChanged();
+}
+
+void AppModel::showUndoable(std::string message, const Uuid& id) {
+    show(std::move(message));
+    toastUndoes_ = id;
     Q_EMIT toastChanged();
 }
 
@@ -131,6 +138,7 @@ void AppModel::show(std::string message) {
 Task<> AppModel::clearToast() {
     co_await sleepFor(toastTime);
     toast_.reset();
+    toastUndoes_.reset();
     Q_EMIT toastChanged();
 }
 

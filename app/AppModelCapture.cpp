@@ -1,6 +1,7 @@
 // Capturing the desktop for the person: the review, and the preview of what is open now.
 #include <utility>
 
+#include "WindowEngine/capture/LeftOut.hpp"
 #include "WindowEngine/library/ImportedWorkspace.hpp"
 #include "WindowEngine/support/Text.hpp"
 #include "app/AppModel.hpp"
@@ -59,7 +60,7 @@ void AppModel::commit(CaptureDraft& reviewed) {
     workspace.color = draft->color();
     // What it does to other applications stays only where that was chosen here.
     if (draft->updating() && !known_.isCleanSlateChosenHere(*draft->updating())) workspace.cleanSlate.reset();
-    workspace.snapshot = draft->filteredSnapshot();
+    workspace.snapshot = LeftOut::carriedOver(workspace.snapshot, draft->filteredSnapshot());
     workspace.updatedAt = time;
     if (const Result<void> saved = store_.save(workspace); !saved) {
         return show("Couldn't save: " + saved.error().text);

@@ -23,6 +23,8 @@ CaptureDraft::CaptureDraft(WorkspaceSnapshot snapshot, std::optional<Workspace> 
       color_(updating ? updating->color : colorByChance()),
       snapshot_(std::move(snapshot)),
       updating_(std::move(updating)),
+      excludedAtFirst_(updating_ ? LeftOut::recognised(updating_->snapshot, snapshot_)
+                                 : LeftOut::Exclusions()),
       testRestoreAfterSave_(testRestoreAfterSave) {}
 
 void CaptureDraft::setName(std::string name) {
@@ -38,30 +40,30 @@ void CaptureDraft::setColor(std::string color) {
 }
 
 bool CaptureDraft::includesApp(const std::string& bundleIdentifier) const {
-    return !excludedApps_.contains(bundleIdentifier);
+    return !excluded_.apps.contains(bundleIdentifier);
 }
 
 void CaptureDraft::includeApp(const std::string& bundleIdentifier, bool included) {
-    include(excludedApps_, bundleIdentifier, included);
+    include(excluded_.apps, bundleIdentifier, included);
 }
 
 bool CaptureDraft::includesWindow(const std::string& bundleIdentifier, std::int64_t index) const {
-    return !excludedWindows_.contains(CaptureFilter::windowKey(bundleIdentifier, index));
+    return !excluded_.windows.contains(CaptureFilter::windowKey(bundleIdentifier, index));
 }
 
 void CaptureDraft::includeWindow(const std::string& bundleIdentifier, std::int64_t index, bool included) {
-    include(excludedWindows_, CaptureFilter::windowKey(bundleIdentifier, index), included);
+    include(excluded_.windows, CaptureFilter::windowKey(bundleIdentifier, index), included);
 }
 
 bool CaptureDraft::includesContextURL(const std::string& bundleIdentifier, std::int64_t windowIndex,
                                       std::int64_t urlIndex) const {
-    return !excludedContextURLs_.contains(
+    return !excluded_.contextURLs.contains(
         CaptureFilter::contextURLKey(bundleIdentifier, windowIndex, urlIndex));
 }
 
 void CaptureDraft::includeContextURL(const std::string& bundleIdentifier, std::int64_t windowIndex,
                                      std::int64_t urlIndex, bool included) {
-    include(excludedContextURLs_, CaptureFilter::contextURLKey(bundleIdentifier, windowIndex, urlIndex),
+    include(excluded_.contextURLs, CaptureFilter::contextURLKey(bundleIdentifier, windowIndex, urlIndex),
             included);
 }
 
@@ -70,8 +72,12 @@ void CaptureDraft::include(std::set<std::string>& excluded, const std::string& k
     if (changes) Q_EMIT exclusionsChanged();
 }
 
+void CaptureDraft::setExcluded(LeftOut::Exclusions excluded) {
+    if (std::exchange(excluded_, std::move(excluded)) != excluded_) Q_EMIT exclusionsChanged();
+}
+
 WorkspaceSnapshot CaptureDraft::filteredSnapshot() const {
-    return CaptureFilter::apply(snapshot_, excludedApps_, excludedWindows_, excludedContextURLs_);
+    return CaptureFilter::apply(snapshot_, excluded_.apps, excluded_.windows, excluded_.contextURLs);
 }
 
 std::string reviewLabel(const WindowSnapshot& window) {

@@ -59,6 +59,8 @@ Rectangle {
         text: ""
         readonly property string latest: Ui.toast
         onLatestChanged: if (latest !== "") text = latest  // stays while it fades
+        undoes: Ui.toastUndoes
+        onUndone: Ui.undoToast()
         Component.onCompleted: text = latest
     }
 }

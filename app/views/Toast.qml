@@ -1,15 +1,18 @@
 // The message of the moment.
 import QtQuick
+import QtQuick.Templates as T
 import Quillo.Core
 
 Rectangle {
     id: root
     property string text
     property bool shown: false
+    property bool undoes: false  // what it tells of
+    signal undone()
 
     visible: opacity > 0
     opacity: shown ? 1 : 0
-    width: row.width + 32
+    width: row.width + (undoes ? 24 : 32)
     height: Math.max(40, words.height + 20)
     radius: 20
     color: Theme.tooltip
@@ -39,13 +42,41 @@ Rectangle {
             id: words
             role: "body-medium"
             readonly property real room: (root.parent ? root.parent.width : 0) - 48
-            readonly property real most: Math.min(480 * Theme.scale, room - 41 - 16 * Theme.scale)
+            readonly property real most: Math.min(480 * Theme.scale, room - 41 - 16 * Theme.scale - (undo.visible ? undo.width + row.spacing : 0))
             width: Math.min(implicitWidth, most)
             wrapMode: implicitWidth > most ? Text.Wrap : Text.NoWrap
             maximumLineCount: 4
             elide: Text.ElideRight
             text: root.text
             color: "white"
+        }
+        T.Button {
+            id: undo
+            visible: root.undoes
+            anchors.verticalCenter: parent.verticalCenter
+            width: visible ? undoWords.implicitWidth + 20 : 0
+            height: Math.round(28 * Theme.scale)
+            focusPolicy: Qt.TabFocus
+            hoverEnabled: true
+            Accessible.name: "Undo"
+            Accessible.onPressAction: undo.clicked()
+            Keys.onReturnPressed: clicked()
+            onClicked: root.undone()
+            contentItem: UiText {
+                id: undoWords
+                horizontalAlignment: Text.AlignHCenter
+                verticalAlignment: Text.AlignVCenter
+                role: "body-strong"
+                text: "Undo"
+                color: "white"
+                font.underline: undo.hovered
+                Accessible.ignored: true
+            }
+            background: Rectangle {
+                radius: height / 2
+                color: Qt.rgba(1, 1, 1, undo.down ? 0.28 : undo.hovered ? 0.22 : 0.14)
+                FocusRing { shown: undo.visualFocus; radius: parent.radius + 4 }
+            }
         }
     }
 }
