@@ -60,7 +60,10 @@ void AppModel::commit(CaptureDraft& reviewed) {
     workspace.color = draft->color();
     // What it does to other applications stays only where that was chosen here.
     if (draft->updating() && !known_.isCleanSlateChosenHere(*draft->updating())) workspace.cleanSlate.reset();
-    workspace.snapshot = LeftOut::carriedOver(workspace.snapshot, draft->filteredSnapshot());
+    workspace.snapshot = LeftOut::carriedOver(
+        workspace.snapshot, draft->filteredSnapshot(),
+        {Capture::neverSaved(services_.desktop.platform.applications, settings_.captureOptions()),
+         settings_.excludedDomains});
     workspace.updatedAt = time;
     if (const Result<void> saved = store_.save(workspace); !saved) {
         return show("Couldn't save: " + saved.error().text);

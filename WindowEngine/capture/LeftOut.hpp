@@ -42,8 +42,8 @@ struct Policy {
     std::function<bool(const std::string& bundleIdentifier)> isNeverSaved;
     std::set<std::string> excludedDomains;  // as people type them
 };
-/// The same capture as it is to be saved: what `before` had left out and is not in it stays left out, less what
-/// the policy keeps out by now.
+/// The same capture as it is to be saved: what `before` had left out and is not in it stays left out, less
+/// what the policy keeps out by now.
 WorkspaceSnapshot carriedOver(const WorkspaceSnapshot& before, WorkspaceSnapshot saved, const Policy& policy);
 
 }  // namespace quillo::LeftOut

@@ -78,14 +78,14 @@ Sheet {
                     UiText {
                         anchors.left: icon.right
                         anchors.leftMargin: 10
-                        anchors.right: state.left
+                        anchors.right: note.left
                         anchors.rightMargin: 10
                         anchors.verticalCenter: parent.verticalCenter
                         text: row.modelData.name
                         Accessible.ignored: true
                     }
                     UiText {
-                        id: state
+                        id: note
                         anchors.right: parent.right
                         anchors.rightMargin: 14
                         anchors.verticalCenter: parent.verticalCenter

@@ -89,11 +89,12 @@ Item {
         anchors.fill: parent
         enabled: root.pickable
         hoverEnabled: true
+        id: pointer
         property string key
         cursorShape: key !== "" ? Qt.PointingHandCursor : Qt.ArrowCursor
         function follow(key) {
-            if (key === this.key) return
-            this.key = key
+            if (key === pointer.key) return
+            pointer.key = key
             root.pointed(key)
         }
         onPositionChanged: (event) => follow(picture.keyAt(event.x, event.y))

@@ -17,8 +17,11 @@ FocusScope {
     /// A window is picked in the map: its line is shown and chosen.
     function pick(key) {
         const row = Detail.reveal(key)
-        if (row >= 0) list.choose(row, true)
-        map.show(key)
+        if (row < 0) return
+        if (!narrow) return list.choose(row, true)
+        list.byKey = false  // where it is below the map, the map stays in view
+        list.currentIndex = row
+        list.chosen = true
     }
     // The windows that the chosen line stands for; the map shows the desktop of the only one.
     readonly property var pickedKeys: list.chosen && list.count > 0 ? Detail.windowKeys(list.currentIndex) : []
@@ -66,35 +69,54 @@ FocusScope {
         }
     }
 
-    ReviewList {
-        id: list
+    Item {
+        id: abovePlace
         anchors.top: bar.bottom
-        anchors.bottom: parent.bottom
-        width: root.narrow ? parent.width : parent.width - root.side - 32
-        inset: 24
-        contents: Detail
-        selects: true
-        Accessible.name: "In this workspace"
-        onPointed: (row, inside) => map.pointedKeys = inside ? Detail.windowKeys(row) : []
-        header: Item {
-            width: list.width
-            height: above.height
-        }
-        footer: Item {
-            width: list.width
-            height: (root.narrow ? 24 + rest.height : 0) + 24
+        width: card.width + 48
+        height: root.narrow ? 0 : above.height
+    }
+    // In a wide window the map stays above the list; in a narrow one all is one page.
+    Rectangle {
+        id: card
+        anchors.top: abovePlace.bottom
+        x: root.narrow ? 0 : 24
+        width: root.narrow ? parent.width : parent.width - 48 - root.side - 32
+        readonly property real room: parent.height - y
+        height: root.narrow ? room : Math.min(room - 24, list.contentHeight + 2)
+        radius: root.narrow ? 0 : 14
+        color: root.narrow ? "transparent" : Theme.surface
+        border.width: root.narrow ? 0 : 1
+        border.color: Theme.border
+        ReviewList {
+            id: list
+            anchors.fill: parent
+            anchors.margins: root.narrow ? 0 : 1
+            inset: root.narrow ? 24 : 0
+            contents: Detail
+            selects: true
+            Accessible.name: "In this workspace"
+            onPointed: (row, inside) => map.pointedKeys = inside ? Detail.windowKeys(row) : []
+            header: Item {
+                width: list.width
+                height: root.narrow ? above.height : 0
+            }
+            footer: Item {
+                width: list.width
+                height: root.narrow ? rest.height + 48 : 0
+            }
         }
     }
     Column {
         id: above
-        parent: list.headerItem
+        parent: root.narrow ? list.headerItem : abovePlace
         x: 24
         width: parent ? parent.width - 48 : 0
 
         Rectangle {
             readonly property var colors: Theme.workspaces[Detail.colorName] || Theme.workspaces["slate"]
             width: parent.width
-            height: Math.max(220, Math.min(Math.max(380, root.height * 0.5), width * 0.48))
+            height: root.narrow ? Math.max(220, Math.min(380, width * 0.48))
+                                : Math.max(180, Math.min(Math.max(380, root.height * 0.5), width * 0.48, root.height - 330))
             radius: 16
             color: colors.tint
             DesktopMap {
@@ -151,14 +173,19 @@ FocusScope {
                     text: "Add App…"
                     onClicked: appSheet.open()
                 }
-                PushButton {
-                    compact: true
-                    iconName: "link"
-                    text: "Add Address…"
-                    enabled: Detail.addressRefusal === ""
-                    onClicked: addressSheet.open()
-                    Accessible.description: Detail.addressRefusal
-                    HoverHandler { id: refused }
+                Item {
+                    width: addAddress.width
+                    height: addAddress.height
+                    PushButton {
+                        id: addAddress
+                        compact: true
+                        iconName: "link"
+                        text: "Add Address…"
+                        enabled: Detail.addressRefusal === ""
+                        Accessible.description: Detail.addressRefusal
+                        onClicked: addressSheet.open()
+                    }
+                    HoverHandler { id: refused }  // what is disabled is not hovered itself
                     ToolTip {
                         visible: refused.hovered && Detail.addressRefusal !== ""
                         text: Detail.addressRefusal

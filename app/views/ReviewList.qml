@@ -35,12 +35,12 @@ ListView {
         if (activeFocus) choose(currentIndex)  // it comes by key only: a click leaves the keyboard where it is
         else byKey = false
     }
-    // What has the keyboard in the header is to be seen.
+    // What has the keyboard in the header or the footer is to be seen.
     readonly property Item focusItem: Window.activeFocusItem
     onFocusItemChanged: Qt.callLater(follow)
     function follow() {
         let item = focusItem
-        while (item && item !== headerItem) item = item.parent
+        while (item && item !== headerItem && item !== footerItem) item = item.parent
         if (!item || height <= 0) return
         forceLayout()
         const top = focusItem.mapToItem(list, 0, 0).y

@@ -79,14 +79,15 @@ Item {
         border.width: root.current && root.ListView.view.byKey ? 2 : 0
         border.color: Theme.focus
     }
-    HoverHandler { id: pointer; onHoveredChanged: root.ListView.view.pointed(root.index, hovered) }
+    HoverHandler { id: pointer; onHoveredChanged: if (root.ListView.view) root.ListView.view.pointed(root.index, hovered) }
     TapHandler {
         onTapped: {
             const view = root.ListView.view
             view.currentIndex = root.index
             view.chosen = true
-            if (view.selects) view.forceActiveFocus(Qt.MouseFocusReason)
-            else root.toggled()
+            if (!view.selects) return root.toggled()
+            view.forceActiveFocus(Qt.MouseFocusReason)
+            view.byKey = false
         }
     }
 

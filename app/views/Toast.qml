@@ -56,11 +56,10 @@ Rectangle {
             anchors.verticalCenter: parent.verticalCenter
             width: visible ? undoWords.implicitWidth + 20 : 0
             height: Math.round(28 * Theme.scale)
-            focusPolicy: Qt.TabFocus
+            focusPolicy: Qt.NoFocus  // the keyboard has the command itself
             hoverEnabled: true
             Accessible.name: "Undo"
             Accessible.onPressAction: undo.clicked()
-            Keys.onReturnPressed: clicked()
             onClicked: root.undone()
             contentItem: UiText {
                 id: undoWords
@@ -75,7 +74,6 @@ Rectangle {
             background: Rectangle {
                 radius: height / 2
                 color: Qt.rgba(1, 1, 1, undo.down ? 0.28 : undo.hovered ? 0.22 : 0.14)
-                FocusRing { shown: undo.visualFocus; radius: parent.radius + 4 }
             }
         }
     }

@@ -35,7 +35,9 @@ TEST_F(Edits, EachIsStoredAndCanBeUndoneAndDoneAgain) {
         [&] { model->setIcon(Workspace(work()), "leaf"); },
         [&] { model->setColor(Workspace(work()), first.color == "rose" ? "teal" : "rose"); },
         [&] { model->rename(Workspace(work()), "Play"); },
-        [&] { leaveOut({.apps = {}, .windows = {CaptureFilter::windowKey("org.editor", 1)}, .contextURLs = {}}); },
+        [&] {
+            leaveOut({.apps = {}, .windows = {CaptureFilter::windowKey("org.editor", 1)}, .contextURLs = {}});
+        },
         [&] { leaveOut(editor); },
         [&] {
             model->addApplication(Workspace(work()), "org.viewer");
@@ -172,7 +174,8 @@ TEST(WorkspaceContents, OnlyWebAddressesAreAdded) {
     WorkspaceSnapshot snapshot;
     const Url url = samples::url("https://a.example/");
     EXPECT_FALSE(WorkspaceContents::addAddress(snapshot, "com.google.Chrome", url));
-    snapshot.applications = {{"org.editor", "Editor", {}, {}, {}}, {"com.google.Chrome", "Chrome", {}, {}, {}}};
+    snapshot.applications = {{"org.editor", "Editor", {}, {}, {}},
+                             {"com.google.Chrome", "Chrome", {}, {}, {}}};
     EXPECT_EQ(WorkspaceContents::browsers(snapshot), std::vector<std::string>{"com.google.Chrome"});
     EXPECT_FALSE(WorkspaceContents::addAddress(snapshot, "org.editor", url));
     EXPECT_TRUE(WorkspaceContents::addAddress(snapshot, "com.google.Chrome", url));

@@ -8,8 +8,7 @@
 namespace quillo {
 namespace {
 
-using samples::sceneApplication;
-using samples::sceneWindow;
+using namespace samples;
 
 Scene desk() {
     SceneApplication editor = sceneApplication(
@@ -18,12 +17,12 @@ Scene desk() {
     SceneApplication browser =
         sceneApplication("com.google.Chrome", {sceneWindow("Pages", {300, 500, 600, 300})});
     browser.name = "Chrome";
-    SceneApplication viewer = samples::notRunning(sceneApplication("org.viewer", {}));
+    SceneApplication viewer = notRunning(sceneApplication("org.viewer", {}));
     viewer.name = "Viewer";
-    return samples::scene({editor, browser, viewer});
+    return scene({editor, browser, viewer});
 }
 
-class EditingTest : public samples::GuiTest {
+class EditingTest : public GuiTest {
   protected:
     EditingTest() : GuiTest(desk()) {
         model.save("Work");
@@ -86,7 +85,8 @@ TEST_F(EditingTest, MapAndListPointAtEachOther) {
     const QStringList keys = detail().allWindowKeys();
     ASSERT_EQ(keys.size(), 3);
     // The list to the map: an application means all its windows.
-    QTest::mouseMove(window(), GuiTest::placeOf(*named("Include Editor")).center().toPoint() - QPoint(120, 0));
+    QTest::mouseMove(window(),
+                     GuiTest::placeOf(*named("Include Editor")).center().toPoint() - QPoint(120, 0));
     EXPECT_TRUE(until([&] { return pointed().size() == 2; }));
     // The map to the list: the line of the application, as long as its windows have none.
     QTest::mouseMove(window(), placeOf(keys[1]));

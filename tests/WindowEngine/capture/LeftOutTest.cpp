@@ -85,7 +85,8 @@ TEST(LeftOut, StaysLeftOutWhenTheWorkspaceIsSavedAgain) {
     EXPECT_EQ(LeftOut::recognised(saved, again), before.excluded);
     const auto update = [&](const LeftOut::Exclusions& excluded) {
         return LeftOut::carriedOver(
-            saved, CaptureFilter::apply(again, excluded.apps, excluded.windows, excluded.contextURLs), policy);
+            saved, CaptureFilter::apply(again, excluded.apps, excluded.windows, excluded.contextURLs),
+            policy);
     };
     EXPECT_EQ(update(before.excluded).leftOut, saved.leftOut);
     EXPECT_EQ(update({}).leftOut, std::nullopt);  // taken in again in the review
