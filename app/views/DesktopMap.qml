@@ -31,11 +31,14 @@ Item {
         if (hidden.display !== undefined) showDesktop(hidden.display, hidden.position)
     }
     activeFocusOnTab: pickable
+    property bool byKey: false  // the keyboard was used last
+    onActiveFocusChanged: byKey = activeFocus
     Keys.onPressed: (event) => {
         if (!pickable) return
         const back = event.key === Qt.Key_Up || event.key === (LayoutMirroring.enabled ? Qt.Key_Right : Qt.Key_Left)
         const on = event.key === Qt.Key_Down || event.key === (LayoutMirroring.enabled ? Qt.Key_Left : Qt.Key_Right)
         if (!back && !on) return
+        byKey = true
         step(back ? -1 : 1)
         event.accepted = true
     }
@@ -82,7 +85,7 @@ Item {
         Outline {}
     }
     FocusRing {
-        shown: root.pickable && root.activeFocus
+        shown: root.byKey
         radius: Math.max(0, root.wallRadius) + 4
     }
     MouseArea {
@@ -101,6 +104,7 @@ Item {
         onExited: follow("")
         onClicked: (event) => {
             root.forceActiveFocus(Qt.MouseFocusReason)
+            root.byKey = false
             const key = picture.keyAt(event.x, event.y)
             if (key !== "") root.picked(key)
         }

@@ -9,7 +9,10 @@ FocusScope {
     readonly property real side: Math.round(Math.min(328 * Theme.scale, width * 0.4))
 
     // What has the keyboard may lie below; a page begins at its top all the same.
-    Component.onCompleted: Qt.callLater(() => list.positionViewAtBeginning())
+    function begin() { list.positionViewAtBeginning() }
+    readonly property bool placed: width > 0 && height > 0  // a new window has no size at first
+    onPlacedChanged: Qt.callLater(() => Qt.callLater(begin))  // after the list has followed the focus
+    Component.onCompleted: placedChanged()
 
     Shortcut { sequences: [StandardKey.Undo]; enabled: Detail.undoWords !== ""; onActivated: Detail.undo() }
     Shortcut { sequences: [StandardKey.Redo]; enabled: Detail.redoWords !== ""; onActivated: Detail.redo() }

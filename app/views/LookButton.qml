@@ -51,7 +51,7 @@ T.Button {
         parent: control
         x: control.mirrored ? control.width - width : 0
         y: control.height + 8
-        width: 300
+        width: 304  // for all colours in one line, and the symbols in two
         padding: 18
         margins: 8
         dim: false
@@ -59,6 +59,7 @@ T.Button {
         onOpened: look.focusFirst()
         contentItem: LookChoices {
             id: look
+            colorSpacing: 4
             LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
             LayoutMirroring.childrenInherit: true
             icon: control.symbol

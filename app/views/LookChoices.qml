@@ -6,6 +6,7 @@ Column {
     id: root
     property string icon
     property string colorName
+    property real colorSpacing: 12
     readonly property var colors: Theme.workspaces[colorName] || Theme.workspaces["slate"]
     signal iconPicked(string value)
     signal colorPicked(string value)
@@ -47,7 +48,7 @@ Column {
     ChoiceRow {
         x: -4
         width: parent.width + 8
-        spacing: 12
+        spacing: root.colorSpacing
         cell: 30
         round: true
         label: "Color"

@@ -75,7 +75,7 @@ Item {
         height: root.line - 3
         radius: 8
         color: root.current && root.ListView.view.byKey ? "transparent" : Theme.text
-        opacity: root.current && root.ListView.view.byKey ? 1 : root.pointed ? 0.04 : 0
+        opacity: root.current && root.ListView.view.byKey ? 1 : root.pointed ? 0.05 : 0
         border.width: root.current && root.ListView.view.byKey ? 2 : 0
         border.color: Theme.focus
     }

@@ -40,6 +40,7 @@ Rectangle {
         }
         UiText {
             id: words
+            anchors.verticalCenter: parent.verticalCenter
             role: "body-medium"
             readonly property real room: (root.parent ? root.parent.width : 0) - 48
             readonly property real most: Math.min(480 * Theme.scale, room - 41 - 16 * Theme.scale - (undo.visible ? undo.width + row.spacing : 0))
