@@ -45,7 +45,7 @@ void AppModel::rename(const Workspace& workspace, const std::string& to) {
         stored.name = uniqueName(trimmed, workspaces_);
         return {};
     });
-    if (!renamed) show("Couldn't rename " + name + ": " + renamed.error().text);
+    told("Couldn't rename " + name, renamed);
 }
 
 void AppModel::setIcon(const Workspace& workspace, const std::string& icon) {
@@ -63,7 +63,7 @@ void AppModel::setLook(const Workspace& workspace, const std::string& words,
         change(stored);
         return {};
     });
-    if (!done) show("Couldn't change " + name + ": " + done.error().text);
+    told("Couldn't change " + name, done);
 }
 
 void AppModel::setLeftOut(const Workspace& shown, const LeftOut::Exclusions& excluded,
@@ -78,8 +78,8 @@ void AppModel::setLeftOut(const Workspace& shown, const LeftOut::Exclusions& exc
             stored.snapshot = LeftOut::without({LeftOut::whole(stored.snapshot).snapshot, excluded});
             return {};
         });
-    if (!done) return show("Couldn't change " + name + ": " + done.error().text);
-    showUndoable((brought ? "Brought back " : "Left out ") + what, id);
+    if (told("Couldn't change " + name, done))
+        showUndoable((brought ? "Brought back " : "Left out ") + what, id);
 }
 
 std::vector<InstalledApplication> AppModel::addableApplications() const {
@@ -108,7 +108,8 @@ std::set<std::string> AppModel::runningApplications() const {
 void AppModel::addApplication(const Workspace& workspace, const std::string& bundleIdentifier) {
     const std::vector<InstalledApplication> all = addableApplications();
     const auto chosen = std::ranges::find(all, bundleIdentifier, &InstalledApplication::bundleIdentifier);
-    if (chosen == all.end()) return show("Couldn't add the app: it is not installed any more");
+    if (chosen == all.end())
+        return show("Couldn't add the app: it is not installed any more", ToastKind::refusal);
     adding_.start(executor(), addTask(workspace.id, *chosen));
 }
 
@@ -126,11 +127,7 @@ Task<> AppModel::addTask(Uuid id, InstalledApplication chosen) {
         return WorkspaceContents::add(stored.snapshot,
                                       WorkspaceContents::fitting(application, stored.snapshot, current));
     });
-    if (!done) {
-        show("Couldn't add " + chosen.name + ": " + done.error().text);
-    } else {
-        showUndoable("Added " + chosen.name, id);
-    }
+    if (told("Couldn't add " + chosen.name, done)) showUndoable("Added " + chosen.name, id);
 }
 
 Result<void> AppModel::addAddress(const Workspace& workspace, const std::string& browser,
@@ -181,8 +178,7 @@ void AppModel::takeStep(const Uuid& id, const EditHistory::Step& step, bool back
     }
     Q_EMIT editsChanged();
     const std::string verb = back ? "undo" : "redo";
-    show(changed ? (back ? "Undid: " : "Redid: ") + words
-                 : "Couldn't " + verb + " “" + words + "”: " + changed.error().text);
+    if (told("Couldn't " + verb + " “" + words + "”", changed)) show((back ? "Undid: " : "Redid: ") + words);
 }
 
 }  // namespace quillo

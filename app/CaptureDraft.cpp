@@ -1,5 +1,6 @@
 #include "app/CaptureDraft.hpp"
 
+#include <algorithm>
 #include <random>
 #include <utility>
 
@@ -44,7 +45,13 @@ bool CaptureDraft::includesApp(const std::string& bundleIdentifier) const {
 }
 
 void CaptureDraft::includeApp(const std::string& bundleIdentifier, bool included) {
-    include(excluded_.apps, bundleIdentifier, included);
+    bool changes = include(excluded_.apps, bundleIdentifier, included);
+    if (included && everyWindowExcluded(bundleIdentifier)) {
+        for (const WindowSnapshot& window : application(bundleIdentifier)->windows)
+            changes |=
+                include(excluded_.windows, CaptureFilter::windowKey(bundleIdentifier, window.index), true);
+    }
+    if (changes) Q_EMIT exclusionsChanged();
 }
 
 bool CaptureDraft::includesWindow(const std::string& bundleIdentifier, std::int64_t index) const {
@@ -52,7 +59,11 @@ bool CaptureDraft::includesWindow(const std::string& bundleIdentifier, std::int6
 }
 
 void CaptureDraft::includeWindow(const std::string& bundleIdentifier, std::int64_t index, bool included) {
-    include(excluded_.windows, CaptureFilter::windowKey(bundleIdentifier, index), included);
+    const bool cameBack = included && everyWindowExcluded(bundleIdentifier);
+    if (!include(excluded_.windows, CaptureFilter::windowKey(bundleIdentifier, index), included)) return;
+    if (cameBack || everyWindowExcluded(bundleIdentifier))
+        include(excluded_.apps, bundleIdentifier, cameBack);
+    Q_EMIT exclusionsChanged();
 }
 
 bool CaptureDraft::includesContextURL(const std::string& bundleIdentifier, std::int64_t windowIndex,
@@ -63,13 +74,29 @@ bool CaptureDraft::includesContextURL(const std::string& bundleIdentifier, std::
 
 void CaptureDraft::includeContextURL(const std::string& bundleIdentifier, std::int64_t windowIndex,
                                      std::int64_t urlIndex, bool included) {
-    include(excluded_.contextURLs, CaptureFilter::contextURLKey(bundleIdentifier, windowIndex, urlIndex),
-            included);
+    if (include(excluded_.contextURLs, CaptureFilter::contextURLKey(bundleIdentifier, windowIndex, urlIndex),
+                included))
+        Q_EMIT exclusionsChanged();
 }
 
-void CaptureDraft::include(std::set<std::string>& excluded, const std::string& key, bool included) {
-    const bool changes = included ? excluded.erase(key) > 0 : excluded.insert(key).second;
-    if (changes) Q_EMIT exclusionsChanged();
+/// Whether that changes anything.
+bool CaptureDraft::include(std::set<std::string>& excluded, const std::string& key, bool included) {
+    return included ? excluded.erase(key) > 0 : excluded.insert(key).second;
+}
+
+const ApplicationSnapshot* CaptureDraft::application(const std::string& bundleIdentifier) const {
+    const auto found =
+        std::ranges::find(snapshot_.applications, bundleIdentifier, &ApplicationSnapshot::bundleIdentifier);
+    return found == snapshot_.applications.end() ? nullptr : &*found;
+}
+
+/// False also for one that had none.
+bool CaptureDraft::everyWindowExcluded(const std::string& bundleIdentifier) const {
+    const ApplicationSnapshot* const one = application(bundleIdentifier);
+    return one && !one->windows.empty() &&
+           std::ranges::none_of(one->windows, [&](const WindowSnapshot& window) {
+               return includesWindow(bundleIdentifier, window.index);
+           });
 }
 
 void CaptureDraft::setExcluded(LeftOut::Exclusions excluded) {

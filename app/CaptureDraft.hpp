@@ -46,11 +46,13 @@ class CaptureDraft final : public QObject {
     /// Whether the ticks are others than at first.
     bool exclusionsTouched() const { return excluded_ != excludedAtFirst_; }
 
-    // The ticks of the review's rows. They do not touch each other: an application that is ticked again comes
-    // back with exactly the windows and addresses that were not unticked by themselves.
+    // The ticks of the review's rows. An application that is ticked again comes back with exactly the windows
+    // and addresses that were not unticked by themselves; with all its windows where none of them would be
+    // left.
     bool includesApp(const std::string& bundleIdentifier) const;
     void includeApp(const std::string& bundleIdentifier, bool included);
     bool includesWindow(const std::string& bundleIdentifier, std::int64_t index) const;
+    /// An application goes with the last of its windows, and comes back with the first.
     void includeWindow(const std::string& bundleIdentifier, std::int64_t index, bool included);
     /// `windowIndex`: the context window's source index, else its place; `urlIndex`: the address's place.
     bool includesContextURL(const std::string& bundleIdentifier, std::int64_t windowIndex,
@@ -66,7 +68,9 @@ class CaptureDraft final : public QObject {
     void exclusionsChanged();
 
   private:
-    void include(std::set<std::string>& excluded, const std::string& key, bool included);
+    bool include(std::set<std::string>& excluded, const std::string& key, bool included);
+    const ApplicationSnapshot* application(const std::string& bundleIdentifier) const;
+    bool everyWindowExcluded(const std::string& bundleIdentifier) const;
 
     const Uuid id_ = Uuid::random();
     std::string name_, icon_, color_;

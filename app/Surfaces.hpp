@@ -42,6 +42,10 @@ class Surfaces {
     /// A panel that is not open is left alone.
     virtual void closePanel(PanelID panel) = 0;
     virtual bool panelVisible(PanelID panel) const = 0;
+    /// Whether somebody reads it or works in it: the pointer or the keyboard is there.
+    virtual bool panelInUse(PanelID /*panel*/) const { return false; }
+    /// The main window goes behind all other windows, where there is one. It stays open.
+    virtual void stepAside() {}
 
     /// Where to write a JSON file, absolute; absent when the person cancelled. The dialog has asked about
     /// replacing a file.

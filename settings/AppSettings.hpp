@@ -44,9 +44,10 @@ struct AppSettings {
     /// What every capture of the person's desktop is taken with; `recoverHidden` keeps its default.
     Capture::Options captureOptions() const;
 
-    /// Adds the host in what the person typed ("HTTPS://Shop.example:8080/cart" adds "shop.example"); false,
-    /// and nothing changes, where there is none.
-    bool excludeDomain(std::string_view typed);
+    /// Adds the hosts in what the person typed or pasted, with white space or commas between them
+    /// ("HTTPS://Shop.example:8080/cart" adds "shop.example"). False, and nothing changes, where there is
+    /// none, or something among them is none.
+    bool excludeDomains(std::string_view typed);
 };
 
 }  // namespace quillo

@@ -61,7 +61,9 @@ Result<ImportedWorkspace> ImportedWorkspace::read(std::string_view bytes, std::s
     auto decoded = WorkspaceCoding::decode(bytes);
     if (!decoded) return std::unexpected(std::move(decoded.error()));
     const std::int64_t dropped = cleanContext(decoded->snapshot);
-    return ImportedWorkspace{decoded->importedCopy(uniqueName(decoded->name, library), now), dropped};
+    const bool blank = text::trim(decoded->name).empty();
+    const std::string name = blank ? std::string(unnamed) : decoded->name;
+    return ImportedWorkspace{decoded->importedCopy(uniqueName(name, library), now), dropped};
 }
 
 }  // namespace quillo

@@ -38,6 +38,8 @@ DetailPresenter::DetailPresenter(AppModel& model, Ui& ui, QObject* parent)
     connect(&model, &AppModel::workspacesChanged, this, &DetailPresenter::reload);
     connect(&model, &AppModel::busyChanged, this, &DetailPresenter::busyChanged);
     connect(&model, &AppModel::editsChanged, this, &DetailPresenter::editsChanged);
+    connect(&model, &AppModel::restoreChanged, this, &DetailPresenter::reportChanged);
+    connect(this, &DetailPresenter::changed, this, &DetailPresenter::reportChanged);
     reload();
 }
 
@@ -126,6 +128,10 @@ void DetailPresenter::setCleanSlate(int mode) {
     if (workspace_) {
         model_.setCleanSlate(Workspace(*workspace_), allCleanSlateModes.at(static_cast<std::size_t>(mode)));
     }
+}
+
+void DetailPresenter::showReport() {
+    if (workspace_) model_.showReport(workspace_->id);
 }
 
 void DetailPresenter::resume() {

@@ -38,6 +38,7 @@ class DetailPresenter final : public QObject {
     Q_PROPERTY(int cleanSlate READ cleanSlate NOTIFY changed)
     Q_PROPERTY(QStringList cleanSlateLabels READ cleanSlateLabels CONSTANT)
     Q_PROPERTY(bool canResume READ canResume NOTIFY busyChanged)
+    Q_PROPERTY(bool hasReport READ hasReport NOTIFY reportChanged)  // of its last restore
 
   public:
     DetailPresenter(AppModel& model, Ui& ui, QObject* parent = nullptr);
@@ -63,10 +64,12 @@ class DetailPresenter final : public QObject {
     bool canResume() const {
         return !model_.restoreRunning() && !model_.capturing() && !model_.snapshotting();
     }
+    bool hasReport() const { return workspace_ && model_.hasReport(workspace_->id); }
 
     Q_INVOKABLE void rename(const QString& name);
     Q_INVOKABLE void setCleanSlate(int mode);
     Q_INVOKABLE void resume();
+    Q_INVOKABLE void showReport();
     Q_INVOKABLE void setIcon(const QString& icon);
     Q_INVOKABLE void setColor(const QString& color);
     /// Leaves out what the row says, or brings it back.
@@ -91,6 +94,7 @@ class DetailPresenter final : public QObject {
     void statesChanged();
     void editsChanged();
     void busyChanged();
+    void reportChanged();
 
   private:
     void reload();

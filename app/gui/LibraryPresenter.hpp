@@ -76,6 +76,7 @@ class LibraryPresenter final : public WorkspaceRows {
     Q_INVOKABLE void save() { model_.beginCapture(); }
     Q_INVOKABLE void dismissIssues() { model_.dismissStorageIssues(); }
     Q_INVOKABLE void refreshCurrentSnapshot() { model_.refreshCurrentSnapshot(); }
+    Q_INVOKABLE void followCurrentDesktop(bool follow) { model_.followCurrentDesktop(follow); }
     Q_INVOKABLE void requestAccessibility() { model_.requestAccessibility(); }
 
   Q_SIGNALS:

@@ -138,6 +138,15 @@ void ReviewPresenter::save() {
     if (present() && !capturing()) model_.commit(*model_.draft());
 }
 
+bool ReviewPresenter::mayClose() {
+    if (touched()) {
+        Q_EMIT closeAsked();
+        return false;
+    }
+    cancel();
+    return true;
+}
+
 void ReviewPresenter::cancel() {
     model_.dismissDraft();
 }

@@ -59,8 +59,12 @@ class ReviewPresenter final : public QObject {
     Q_INVOKABLE void setOpen(int row, bool open) { rows_.setOpen(row, open); }
     Q_INVOKABLE void save();
     Q_INVOKABLE void cancel();
+    /// The window is about to be closed, which cancels. Where something would be lost the person is asked
+    /// first: false.
+    bool mayClose();
 
   Q_SIGNALS:
+    void closeAsked();
     void capturingChanged();
     void draftChanged();
     void changed();

@@ -11,6 +11,7 @@ namespace quillo {
 
 class SettingsPresenter final : public QObject {
     Q_OBJECT
+    Q_PROPERTY(QStringList trouble READ trouble NOTIFY changed)  // what became of unreadable settings
     Q_PROPERTY(bool openAtLogin READ openAtLogin WRITE setOpenAtLogin NOTIFY loginChanged)
     Q_PROPERTY(bool loginNeedsApproval READ loginNeedsApproval NOTIFY loginChanged)
     Q_PROPERTY(QString loginError READ loginError NOTIFY loginChanged)
@@ -39,6 +40,9 @@ class SettingsPresenter final : public QObject {
     /// All must outlive it.
     SettingsPresenter(AppModel& model, UpdateController& updates, LoginItemService& loginItem,
                       const Shell& shell, QObject* parent = nullptr);
+
+    QStringList trouble() const;
+    Q_INVOKABLE void dismissTrouble() { model_.dismissSettingsTrouble(); }
 
     bool openAtLogin() const;
     void setOpenAtLogin(bool on) { model_.loginItem().setEnabled(on); }

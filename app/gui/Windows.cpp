@@ -8,13 +8,23 @@
 #include <QPixmapCache>
 #include <QQuickItem>
 #include <QScreen>
+#include <algorithm>
 #include <utility>
 
 namespace quillo {
 namespace {
 
-constexpr QSize mainSize{1080, 720}, mainMinimum{760, 520};
+constexpr QSize mainMinimum{760, 520};
 constexpr int panelMargin = 20;
+/// Beyond it a panel's shadow is nothing (the largest in Shadow.qml).
+constexpr int shadowRoom = 72;
+
+/// A panel's room in its own window, which ends where the screen does.
+QMargins roomAround(PanelAnchor anchor, bool translucent) {
+    if (!translucent) return {};
+    const int after = anchor == PanelAnchor::bottomTrailing ? panelMargin : shadowRoom;
+    return {shadowRoom, shadowRoom, after, after};
+}
 
 QString file(PanelID panel) {
     return panel == PanelID::switcher ? QStringLiteral("SwitcherPanel.qml")
@@ -29,8 +39,12 @@ QScreen* screenInUse() {
 
 }  // namespace
 
-Windows::Windows(Theme& theme, Prepare prepare, QObject* parent)
-    : QObject(parent), theme_(theme), prepare_(std::move(prepare)) {
+Windows::Windows(Theme& theme, Prepare prepare, PanelBackdrop backdrop, QObject* parent)
+    : QObject(parent), theme_(theme), prepare_(std::move(prepare)), backdrop_(std::move(backdrop)) {
+    // A window that is maximized has its new size before it says so.
+    mainSizeSettled_.setSingleShot(true);
+    mainSizeSettled_.setInterval(300);
+    connect(&mainSizeSettled_, &QTimer::timeout, this, &Windows::noteMainSize);
     connect(&theme_, &Theme::changed, this, [this] {
         if (main_) main_->setColor(theme_.background());
     });
@@ -41,15 +55,18 @@ Windows::~Windows() {
     dropAll();
 }
 
-std::unique_ptr<QQuickView> Windows::makeView(const QString& name) {
+std::unique_ptr<QQuickView> Windows::makeView(const QString& name, const QVariantMap& properties) {
     if (!engine_) {
         engine_ = std::make_unique<QQmlEngine>();
         engine_->addImportPath("qrc:/qt/qml");
         prepare_(*engine_);
     }
     auto view = std::make_unique<QQuickView>(engine_.get(), nullptr);
+    view->setInitialProperties(properties);
     view->installEventFilter(this);
+    view->installEventFilter(&presses_);
     view->setSource(QUrl("qrc:/qt/qml/Quillo/" + name));
+    presses_.pageCame();
     return view;
 }
 
@@ -61,11 +78,26 @@ void Windows::openMain() {
     main_->setResizeMode(QQuickView::SizeRootObjectToView);
     main_->setMinimumSize(mainMinimum);
     const QRect room = screenInUse()->availableGeometry();
-    const QSize size = mainSize.boundedTo(room.size()).expandedTo(mainMinimum);
+    const QSize size = mainSize_.size.boundedTo(room.size()).expandedTo(mainMinimum);
     main_->setGeometry(QRect(room.center() - QPoint(size.width() / 2, size.height() / 2), size));
-    main_->show();
+    for (const auto changed : {&QWindow::widthChanged, &QWindow::heightChanged})
+        connect(main_.get(), changed, &mainSizeSettled_, qOverload<>(&QTimer::start));
+    if (mainSize_.maximized)
+        main_->showMaximized();
+    else
+        main_->show();
     main_->raise();  // on a Mac this, too, brings the program to the front
     main_->requestActivate();
+}
+
+/// While it is maximized, the size it had before stays the one to remember.
+void Windows::noteMainSize() {
+    if (!main_) return;
+    const Qt::WindowStates states = main_->windowStates();
+    mainSize_.maximized = states.testFlag(Qt::WindowMaximized);
+    if (!(states & (Qt::WindowMaximized | Qt::WindowFullScreen | Qt::WindowMinimized)))
+        mainSize_.size = main_->size();
+    Q_EMIT mainSizeNoted();
 }
 
 bool Windows::bringMainForward() {
@@ -77,17 +109,44 @@ bool Windows::bringMainForward() {
     return true;
 }
 
+void Windows::lowerMain() {
+    if (main_) main_->lower();
+}
+
+bool Windows::panelInUse(PanelID panel) const {
+    const auto found = panels_.find(panel);
+    if (found == panels_.end()) return false;
+    const QQuickView& view = *found->second;
+    return view.isActive() || view.geometry().contains(QCursor::pos());
+}
+
 void Windows::showPanel(PanelID panel, PanelPlace where) {
     closePanel(panel);
-    auto view = makeView(file(panel));
+    const bool translucent = backdrop_.translucent && backdrop_.translucent();
+    const QMargins room = roomAround(where.anchor, translucent);
+    auto view =
+        makeView(file(panel),
+                 {{"translucent", translucent}, {"roomBefore", room.left()}, {"roomAfter", room.right()}});
     view->setTitle(panel == PanelID::switcher ? "Quillo switcher" : "Quillo restore");
-    view->setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
-    view->setColor(theme_.raised());
+    view->setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                   Qt::NoDropShadowWindowHint);
+    view->setColor(translucent ? QColor(Qt::transparent) : theme_.raised());
     view->setResizeMode(QQuickView::SizeViewToRootObject);
     place(*view, where);
+    view->create();
     QQuickView& shown = *view;
+    const auto declareShadow = [this, &shown, room] {
+        if (!room.isNull() && backdrop_.declareShadow) backdrop_.declareShadow(shown, room);
+    };
+    declareShadow();
+    // And once it stands: window managers that put it into a frame of their own look for its shape only from
+    // then on.
+    connect(view.get(), &QQuickWindow::frameSwapped, this, declareShadow, Qt::SingleShotConnection);
     // It grows and shrinks with its rows, from the edge that its place holds it at.
-    connect(view.get(), &QWindow::heightChanged, this, [this, &shown, where] { place(shown, where); });
+    connect(view.get(), &QWindow::heightChanged, this, [this, &shown, where, declareShadow] {
+        place(shown, where);
+        declareShadow();
+    });
     panels_[panel] = std::move(view);
     // The progress of a restore must not take the keyboard from what the person types into.
     if (panel == PanelID::restore) shown.setProperty("_q_showWithoutActivating", true);
@@ -101,16 +160,25 @@ void Windows::showPanel(PanelID panel, PanelPlace where) {
 
 void Windows::place(QQuickView& view, PanelPlace where) const {
     QQuickItem* root = view.rootObject();
-    if (root) root->setWidth(where.width);
-    const QRect room = (view.isVisible() ? view.screen() : screenInUse())->availableGeometry();
-    const QSize size(static_cast<int>(where.width), root ? static_cast<int>(root->height()) : view.height());
+    if (!root) return;
+    const double before = root->property("roomBefore").toDouble(),
+                 after = root->property("roomAfter").toDouble();
+    root->setWidth(where.width + before + after);
+    const QRect screen = (view.isVisible() ? view.screen() : screenInUse())->availableGeometry();
+    const QSize size = QSizeF(where.width, root->height() - before - after).toSize();
+    QPoint corner;  // of the panel itself
     if (where.anchor == PanelAnchor::bottomTrailing) {
-        view.setPosition(room.right() + 1 - panelMargin - size.width(),
-                         room.bottom() + 1 - panelMargin - size.height());
+        corner = QPoint(screen.right(), screen.bottom()) + QPoint(1, 1) - QPoint(panelMargin, panelMargin) -
+                 QPoint(size.width(), size.height());
     } else {
-        view.setPosition(room.x() + (room.width() - size.width()) / 2,
-                         room.y() + (room.height() - size.height()) / 2 - room.height() / 10);
+        // What one reads and types into stays where it is while the rows below come and go.
+        const int top = view.isVisible()
+                            ? view.y() + static_cast<int>(before)
+                            : screen.y() + (screen.height() - size.height()) / 2 - screen.height() / 10;
+        corner = {screen.x() + (screen.width() - size.width()) / 2,
+                  std::max(screen.y(), std::min(top, screen.bottom() + 1 - size.height()))};
     }
+    view.setPosition(corner - QPoint(static_cast<int>(before), static_cast<int>(before)));
 }
 
 void Windows::closePanel(PanelID panel) {
@@ -118,10 +186,12 @@ void Windows::closePanel(PanelID panel) {
     if (found == panels_.end()) return;
     auto view = std::move(found->second);
     panels_.erase(found);
+    if (view->geometry().contains(QCursor::pos())) presses_.pageCame();
     retire(std::move(view));
 }
 
 void Windows::dropAll() {
+    noteMainSize();
     main_.reset();
     panels_.clear();
     if (retired_ == 0) dropEngine();
@@ -175,6 +245,12 @@ bool Windows::eventFilter(QObject* watched, QEvent* event) {
         return true;
     }
     if (watched == main_.get() && event->type() == QEvent::Close) {
+        if (!mainMayClose()) {
+            event->ignore();
+            bringMainForward();
+            return true;
+        }
+        noteMainSize();
         retire(std::move(main_));
         Q_EMIT mainClosed();
         return true;

@@ -41,6 +41,13 @@ Sheet {
             onTextChanged: list.currentIndex = 0
             Keys.onDownPressed: list.incrementCurrentIndex()
             Keys.onUpPressed: list.decrementCurrentIndex()
+            Keys.onPressed: (event) => {
+                const page = Math.max(1, Math.floor(list.height / Math.round(40 * Theme.scale)))
+                if (event.key === Qt.Key_PageDown) list.currentIndex = Math.min(list.count - 1, list.currentIndex + page)
+                else if (event.key === Qt.Key_PageUp) list.currentIndex = Math.max(0, list.currentIndex - page)
+                else return
+                event.accepted = true
+            }
             onAccepted: sheet.add(list.currentIndex)
         }
         ListView {

@@ -328,6 +328,13 @@ FocusScope {
             onClicked: Library.update(Detail.workspaceId)
         }
         ActionRow {
+            visible: Detail.hasReport
+            iconName: "history"
+            text: "Show Last Report"
+            enabled: Detail.canResume
+            onClicked: Detail.showReport()
+        }
+        ActionRow {
             iconName: "upload"
             text: "Export Workspace…"
             onClicked: Library.exportWorkspace(Detail.workspaceId)

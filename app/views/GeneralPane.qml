@@ -89,7 +89,7 @@ Column {
         SettingRow {
             sub: true
             title: "Jump between saved workspaces."
-            caption: Shortcuts.switcherTaken ? Shortcuts.taken : ""
+            caption: Shortcuts.switcherRefusal
             captionColor: Theme.danger
             ShortcutField { action: "switcher" }
         }
@@ -97,7 +97,7 @@ Column {
             sub: true
             separator: Shortcuts.refusal === ""
             title: "Snapshot every open window into a workspace."
-            caption: Shortcuts.saveTaken ? Shortcuts.taken : ""
+            caption: Shortcuts.saveRefusal
             captionColor: Theme.danger
             ShortcutField { action: "save" }
         }

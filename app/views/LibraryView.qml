@@ -7,6 +7,9 @@ FocusScope {
     // Changes when it does, not with all that the library tells: what follows it takes the keyboard each time.
     readonly property bool empty: Library.empty
     readonly property real stripHeight: strip.height
+    // What is typed has matches, and the first of them is marked although the keyboard is in the field.
+    readonly property bool searching: search.activeFocus && Library.query !== "" && grid.count > 0
+    onSearchingChanged: if (searching) grid.showCurrent()
     readonly property int columns: Math.max(1, Math.floor((width - 48 + 18) / (318 + 80 * (Theme.scale - 1))))  // names want room
 
     readonly property int chosen: Library.selected.length
@@ -17,6 +20,7 @@ FocusScope {
 
     function endSelecting() {
         Library.endSelecting()
+        Presses.pageCame()
         if (grid.count > 0) grid.forceActiveFocus(Qt.OtherFocusReason)
     }
     function focusSearch() {
@@ -25,7 +29,10 @@ FocusScope {
         search.selectAll()
     }
     Component.onCompleted: Library.refreshCurrentSnapshot()
-    onVisibleChanged: if (visible) Library.refreshCurrentSnapshot()
+    // Current for as long as somebody looks.
+    readonly property bool looked: visible && Window.active
+    onLookedChanged: Library.followCurrentDesktop(looked)
+    Component.onDestruction: Library.followCurrentDesktop(false)
 
     Item {
         id: bar
@@ -45,12 +52,23 @@ FocusScope {
             text: Library.query
             focus: !root.empty
             onEdited: (text) => { Library.query = text; grid.showTop() }
-            Keys.onDownPressed: if (grid.count > 0) grid.forceActiveFocus(Qt.TabFocusReason)
+            Keys.onDownPressed: {
+                const marked = root.searching
+                grid.enter(0)
+                if (marked) grid.down()
+            }
+            Keys.onPressed: (event) => {
+                if (event.key === Qt.Key_PageDown) grid.enter(grid.page)
+                else if (event.key === Qt.Key_PageUp) grid.enter(-grid.page)
+                else return
+                event.accepted = true
+            }
             Keys.onEscapePressed: (event) => {
                 if (Library.query !== "") Library.query = ""
                 else event.accepted = false
             }
-            Keys.onReturnPressed: if (grid.count > 0 && Library.query !== "") Ui.openDetail(Library.idAt(Library.cursor))
+            Keys.onReturnPressed: if (root.searching) Ui.openDetail(Library.idAt(Library.cursor))
+            Keys.onEnterPressed: if (root.searching) Ui.openDetail(Library.idAt(Library.cursor))
         }
         PopUpButton {
             id: order
@@ -126,7 +144,11 @@ FocusScope {
                 iconSize: Math.round(18 * Theme.scale)
                 iconName: "list-checks"
                 tip: "Select several to export or delete"
-                onClicked: { Library.beginSelecting(); grid.forceActiveFocus(Qt.TabFocusReason) }
+                onClicked: {
+                    Library.beginSelecting()
+                    Presses.pageCame()  // other buttons stand here now
+                    grid.forceActiveFocus(Qt.TabFocusReason)
+                }
             }
             IconButton {
                 size: Math.round(34 * Theme.scale)
@@ -190,6 +212,17 @@ FocusScope {
             positionViewAtBeginning()
             contentY = originY - topMargin
         }
+        // By the keys from the search field on.
+        function enter(steps) {
+            if (count === 0) return
+            forceActiveFocus(Qt.TabFocusReason)
+            Library.moveCursor(steps)
+        }
+        function down() {
+            if (Math.floor(Library.cursor / root.columns) < Math.floor((count - 1) / root.columns))
+                Library.moveCursor(root.columns)
+        }
+        readonly property int page: Math.max(1, Math.floor(height / cellHeight)) * root.columns
         activeFocusOnTab: true
         visible: count > 0
         Accessible.role: Accessible.List
@@ -199,7 +232,7 @@ FocusScope {
         Keys.onRightPressed: Library.moveCursor(LayoutMirroring.enabled ? -1 : 1)
         Keys.onUpPressed: if (Library.cursor < root.columns) root.focusSearch()
                           else Library.moveCursor(-root.columns)
-        Keys.onDownPressed: Library.moveCursor(root.columns)
+        Keys.onDownPressed: down()
         function choose(otherwise) {
             if (Library.selecting) Library.toggleSelected(Library.idAt(Library.cursor))
             else otherwise(Library.idAt(Library.cursor))
@@ -212,12 +245,15 @@ FocusScope {
         Keys.onEnterPressed: choose((id) => Library.resume(id))
         Keys.onSpacePressed: choose((id) => Ui.openDetail(id))
         Keys.onDeletePressed: askToDelete()
+        // Backspace is what a Mac's keyboard calls "delete".
         Keys.onPressed: (event) => {
-            const all = event.matches(StandardKey.SelectAll)
-            // What a Mac's keyboard calls "delete".
-            if (!all && (event.key !== Qt.Key_Backspace || Ui.onLinux)) return
-            if (all) Library.selectAll()
-            else askToDelete()
+            if (event.matches(StandardKey.SelectAll)) Library.selectAll()
+            else if (event.key === Qt.Key_Home) Library.setCursor(0)
+            else if (event.key === Qt.Key_End) Library.setCursor(count - 1)
+            else if (event.key === Qt.Key_PageUp) Library.moveCursor(-page)
+            else if (event.key === Qt.Key_PageDown) Library.moveCursor(page)
+            else if (event.key === Qt.Key_Backspace && !Ui.onLinux) askToDelete()
+            else return
             event.accepted = true
         }
         Keys.onMenuPressed: if (currentItem) currentItem.openMenu()
@@ -227,7 +263,7 @@ FocusScope {
             workspaceId: key
             width: grid.cellWidth
             height: grid.cellHeight
-            current: GridView.isCurrentItem && grid.activeFocus
+            current: GridView.isCurrentItem && (grid.activeFocus || root.searching)
             selecting: Library.selecting
             selected: selecting && Library.selected.indexOf(key) >= 0
         }

@@ -126,14 +126,14 @@ FocusScope {
                 width: parent.width
                 SettingRow {
                     title: "Open workspace switcher"
-                    caption: Shortcuts.switcherTaken ? Shortcuts.taken : "Jump between saved workspaces."
-                    captionColor: Shortcuts.switcherTaken ? Theme.danger : Theme.text2
+                    caption: Shortcuts.switcherRefusal !== "" ? Shortcuts.switcherRefusal : "Jump between saved workspaces."
+                    captionColor: Shortcuts.switcherRefusal !== "" ? Theme.danger : Theme.text2
                     ShortcutField { action: "switcher" }
                 }
                 SettingRow {
                     title: "Save current desktop"
-                    caption: Shortcuts.saveTaken ? Shortcuts.taken : "Snapshot every open window into a workspace."
-                    captionColor: Shortcuts.saveTaken ? Theme.danger : Theme.text2
+                    caption: Shortcuts.saveRefusal !== "" ? Shortcuts.saveRefusal : "Snapshot every open window into a workspace."
+                    captionColor: Shortcuts.saveRefusal !== "" ? Theme.danger : Theme.text2
                     separator: false
                     ShortcutField { action: "save" }
                 }

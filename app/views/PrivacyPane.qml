@@ -122,7 +122,7 @@ Column {
 
     // What was typed stays where there is no website in it.
     function addDomain() {
-        if (Privacy.excludeDomain(domain.text)) domain.clear()
+        if (Privacy.excludeDomains(domain.text)) domain.clear()
         domain.forceActiveFocus()
     }
 

@@ -13,6 +13,8 @@ Item {
     implicitHeight: column.implicitHeight
 
     function focusName() { name.forceActiveFocus() }
+    /// A key that is still held down, or pressed again, from what brought the review up saves nothing.
+    function finish(event) { if (!event.isAutoRepeat && !Presses.holding()) Review.save() }
 
     Column {
         id: column
@@ -31,6 +33,8 @@ Item {
             prompt: "Name this workspace"
             text: Review.name
             onEdited: (text) => Review.name = text
+            Keys.onReturnPressed: (event) => root.finish(event)
+            Keys.onEnterPressed: (event) => root.finish(event)
             Badge {
                 anchors.left: parent.left
                 anchors.leftMargin: 7

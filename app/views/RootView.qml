@@ -22,6 +22,9 @@ Rectangle {
         enabled: Ui.page === "library"
         onActivated: if (page.item && page.item.focusSearch) page.item.focusSearch()
     }
+    // What else comes within a page.
+    readonly property string content: [Ui.detailId, Onboarding.step, Review.present].join()
+    onContentChanged: Presses.pageCame()
     Keys.onEscapePressed: if (Ui.page === "detail" || Ui.page === "settings") Ui.back()
 
     Loader {
@@ -31,6 +34,7 @@ Rectangle {
         source: root.fileOf(Ui.page)
         onLoaded: {
             item.focus = true
+            Presses.pageCame()
             if (Theme.reducedMotion) return
             arrival.start()
         }
@@ -58,9 +62,15 @@ Rectangle {
         shown: Ui.toast !== ""
         text: ""
         readonly property string latest: Ui.toast
-        onLatestChanged: if (latest !== "") text = latest  // stays while it fades
-        undoes: Ui.toastUndoes
+        onLatestChanged: follow()
         onUndone: Ui.undoToast()
-        Component.onCompleted: text = latest
+        onDismissed: Ui.dismissToast()
+        Component.onCompleted: follow()
+        function follow() {  // it stays while it fades
+            if (latest === "") return
+            kind = Ui.toastKind
+            undoes = Ui.toastUndoes
+            text = latest
+        }
     }
 }

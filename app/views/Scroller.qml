@@ -36,9 +36,10 @@ Flickable {
     }
     function scrollTo(y) { contentY = Math.max(0, Math.min(contentHeight - height, y)) }
     Keys.onPressed: (event) => {  // to what has nothing to press
-        const pages = event.key === Qt.Key_PageDown ? 1 : event.key === Qt.Key_PageUp ? -1 : 0
-        if (pages === 0 || !interactive) return
-        scrollTo(contentY + pages * (height - 40))
+        const way = { [Qt.Key_PageDown]: height - 40, [Qt.Key_PageUp]: 40 - height,
+                      [Qt.Key_Home]: -contentHeight, [Qt.Key_End]: contentHeight }[event.key]
+        if (way === undefined || !interactive) return
+        scrollTo(contentY + way)
         event.accepted = true
     }
 

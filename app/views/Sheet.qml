@@ -6,7 +6,11 @@ import Quillo.Core
 T.Popup {
     id: sheet
     property Item before: null  // has the keyboard again afterwards: else the window itself would
-    onAboutToShow: before = parent.Window.activeFocusItem
+    onAboutToShow: {
+        before = parent.Window.activeFocusItem
+        Presses.pageCame()
+    }
+    onAboutToHide: Presses.pageCame()
     onClosed: {
         const window = parent ? parent.Window.window : null
         if (before && window && window.activeFocusItem === window.contentItem) before.forceActiveFocus(Qt.PopupFocusReason)

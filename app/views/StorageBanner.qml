@@ -1,4 +1,4 @@
-// What is wrong with the files of the library.
+// What is wrong with the files of the library or the settings.
 import QtQuick
 import Quillo.Core
 

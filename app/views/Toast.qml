@@ -6,13 +6,16 @@ import Quillo.Core
 Rectangle {
     id: root
     property string text
+    property string kind: "done"
     property bool shown: false
     property bool undoes: false  // what it tells of
+    readonly property bool stays: shown && kind === "failure"
     signal undone()
+    signal dismissed()
 
     visible: opacity > 0
     opacity: shown ? 1 : 0
-    width: row.width + (undoes ? 24 : 32)
+    width: row.width + (undoes ? 24 : 32) + (stays ? close.width : 0)
     height: Math.max(40, words.height + 20)
     radius: 20
     color: Theme.tooltip
@@ -32,10 +35,9 @@ Rectangle {
         anchors.verticalCenter: parent.verticalCenter
         spacing: 9
         Icon {
-            readonly property bool bad: /^Couldn't|failed|couldn't/.test(root.text)
             anchors.verticalCenter: parent.verticalCenter
-            name: bad ? "triangle-alert" : "check"
-            color: bad ? "#EDB64B" : "white"
+            name: root.kind === "done" ? "check" : "triangle-alert"
+            color: root.kind === "done" ? "white" : "#EDB64B"
             size: Math.round(16 * Theme.scale)
         }
         UiText {
@@ -43,10 +45,11 @@ Rectangle {
             anchors.verticalCenter: parent.verticalCenter
             role: "body-medium"
             readonly property real room: (root.parent ? root.parent.width : 0) - 48
-            readonly property real most: Math.min(480 * Theme.scale, room - 41 - 16 * Theme.scale - (undo.visible ? undo.width + row.spacing : 0))
+            readonly property real most: Math.min(480 * Theme.scale, room - 41 - 16 * Theme.scale
+                                                  - (undo.visible ? undo.width + row.spacing : 0) - (root.stays ? close.width : 0))
             width: Math.min(implicitWidth, most)
             wrapMode: implicitWidth > most ? Text.Wrap : Text.NoWrap
-            maximumLineCount: 4
+            maximumLineCount: root.kind === "failure" ? 8 : 4
             elide: Text.ElideRight
             text: root.text
             color: "white"
@@ -77,5 +80,17 @@ Rectangle {
                 color: Qt.rgba(1, 1, 1, undo.down ? 0.28 : undo.hovered ? 0.22 : 0.14)
             }
         }
+    }
+    IconButton {
+        id: close
+        anchors.right: parent.right
+        anchors.rightMargin: 8
+        anchors.verticalCenter: parent.verticalCenter
+        visible: root.stays
+        size: 28
+        iconName: "x"
+        ink: "white"
+        tip: "Dismiss"
+        onClicked: root.dismissed()
     }
 }

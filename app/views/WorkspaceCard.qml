@@ -1,4 +1,4 @@
-// One workspace of the library. A click opens it, a double click or Return resumes it.
+// One workspace of the library. A click opens it, its button or Return resumes it.
 import QtQuick
 import QtQuick.Templates as T
 import Quillo.Core
@@ -27,7 +27,7 @@ Item {
     function popUpMenu(left, top) { menu.active = true; menu.item.popupAt(left, top) }
     function askToDelete() { confirmation.active = true; confirmation.item.open() }
     // A view of many rows may show another workspace in the same card: what was asked about the one before goes.
-    onWorkspaceIdChanged: { opening.stop(); menu.active = false; confirmation.active = false }
+    onWorkspaceIdChanged: { menu.active = false; confirmation.active = false }
 
     // What left the library is kept for another row, at times with its place: nothing may read or press it there.
     property bool pooled: false
@@ -127,15 +127,8 @@ Item {
                 Library.setCursor(root.index)
                 if (root.selecting || event.modifiers & Qt.ControlModifier) Library.toggleSelected(root.workspaceId)
                 else if (event.button === Qt.RightButton) root.popUpMenu(event.x, event.y)
-                else opening.restart()
+                else Ui.openDetail(root.workspaceId)
             }
-            onDoubleClicked: {
-                opening.stop()
-                if (root.selecting) Library.toggleSelected(root.workspaceId)
-                else Library.resume(root.workspaceId)
-            }
-            // A double click is two clicks at first.
-            Timer { id: opening; interval: 220; onTriggered: Ui.openDetail(root.workspaceId) }
         }
 
         Item {

@@ -33,7 +33,7 @@ class X11Applications final : public Applications {
     /// that is left alone: closing it would mean to break its application's connection.
     bool terminate(std::string_view bundleIdentifier) override;
     std::optional<ProcessID> serviceProcess(std::string_view bundleIdentifier) override;
-    Capability hiding() override { return Capability::available(); }
+    Capability hiding() override;
     Capability quitting() override { return Capability::available(); }
 
   private:

@@ -125,7 +125,20 @@ TEST_F(HotKeysTest, RegistersTheGivenAndTheDefaultsAndDispatchesByNumber) {
     EXPECT_FALSE(service.handled());
 }
 
-TEST_F(HotKeysTest, ARefusedActionStaysMarkedAndTheOtherWorks) {
+TEST_F(HotKeysTest, WhileACombinationIsRecordedNoneActs) {
+    hotKeys.registerAll({});
+    hotKeys.setPaused(true);
+    EXPECT_FALSE(service.press(1, 0x1900));
+    hotKeys.registerAll({{HotKeyAction::save, {96, control, "F5"}}});
+    EXPECT_EQ(service.registrations(), 0u);
+    hotKeys.setPaused(false);
+    EXPECT_EQ(after(service.press(96, control)), Actions{HotKeyAction::save});
+    hotKeys.unregisterAll();
+    for (const bool paused : {true, false}) hotKeys.setPaused(paused);
+    EXPECT_EQ(service.registrations(), 0u) << "switched off";
+}
+
+TEST_F(HotKeysTest, ARefusedActionIsMarkedUntilItsCombinationWorks) {
     int told = 0;
     QObject::connect(&hotKeys, &HotKeys::unavailableChanged, [&] { ++told; });
     service.taken = {{1, 0x1900}};
@@ -137,13 +150,20 @@ TEST_F(HotKeysTest, ARefusedActionStaysMarkedAndTheOtherWorks) {
     service.taken.clear();
     hotKeys.registerAll({});
     EXPECT_EQ(after(service.press(1, 0x1900)), Actions{HotKeyAction::save});
-    EXPECT_EQ(hotKeys.unavailable(), Refused{HotKeyAction::save});
-    EXPECT_EQ(told, 1);
+    EXPECT_EQ(hotKeys.unavailable(), Refused{});
+    EXPECT_EQ(told, 2);
+
+    hotKeys.registerAll({{HotKeyAction::switcher, {1, 0x1900, "S"}}});
+    EXPECT_EQ(hotKeys.refusal(HotKeyAction::switcher), HotKeys::Refusal::own);
+    hotKeys.unregisterAll();
+    EXPECT_EQ(hotKeys.unavailable(), Refused{});
+    EXPECT_EQ(std::exchange(told, 2), 4);
+    hotKeys.registerAll({});
 
     service.lose(15, 0x1900);
     executor.runUntilIdle();
-    EXPECT_EQ(hotKeys.unavailable(), (Refused{HotKeyAction::save, HotKeyAction::switcher}));
-    EXPECT_EQ(told, 2);
+    EXPECT_EQ(hotKeys.unavailable(), Refused{HotKeyAction::switcher});
+    EXPECT_EQ(told, 3);
     expectOnlyKnownSentences(log.lines);
 }
 

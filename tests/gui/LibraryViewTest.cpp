@@ -86,6 +86,32 @@ TEST_F(LibraryViewTest, WorkspacesAreFoundOpenedRenamedAndDeleted) {
     EXPECT_EQ(library().issues().size(), 1);
 }
 
+TEST_F(LibraryViewTest, WhatIsFoundFirstIsMarkedAndOpened) {
+    model.put({"Tea 1", "Tea 2", "Tea 3", "Tea 4", "Tea 5", "Beta"});
+    open();
+    library().setOrder(1);
+    settle();
+    const auto marked = [&](const char* name) { return named(name)->property("current").toBool(); };
+    EXPECT_FALSE(marked("Beta"));
+    library().setCursor(5);
+    type("t");
+    EXPECT_TRUE(marked("Beta")) << "the keyboard is in the field";
+    type("e");
+    press(Qt::Key_Down);
+    EXPECT_TRUE(marked("Tea 4"));  // the row below the one that was marked
+    for (const auto& [key, name] :
+         {std::pair{Qt::Key_End, "Tea 5"}, std::pair{Qt::Key_Home, "Tea 1"},
+          std::pair{Qt::Key_PageDown, "Tea 5"}, std::pair{Qt::Key_PageUp, "Tea 1"}}) {
+        press(key);
+        EXPECT_TRUE(marked(name)) << name;
+    }
+    named("Search workspaces and apps")->forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_A, Qt::ControlModifier);
+    type("tea 3");
+    press(Qt::Key_Return);
+    EXPECT_EQ(presenter<DetailPresenter>("Detail").name(), "Tea 3");
+}
+
 TEST_F(LibraryViewTest, WhatAWorkspaceFromElsewhereWouldDoIsShownAndAskedAbout) {
     Workspace stranger = samples::named(Uuid::random(), "Gift\n");
     stranger.cleanSlate = CleanSlateMode::quit;

@@ -110,6 +110,7 @@ TEST_F(SettingsTest, ACombinationIsRecordedByKeysAlone) {
     named("Shortcut for saving: Ctrl+Alt+Super+S")->forceActiveFocus(Qt::TabFocusReason);
     press(Qt::Key_Space);
     ASSERT_EQ(keys.monitors(), 1U);
+    EXPECT_EQ(model.hotKeys.registrations(), 0U) << "its own combinations would act instead of being heard";
     EXPECT_TRUE(named("Shortcut for saving: Press a new key combination"));
     keys.press({.keyCode = 0, .modifiers = modifier::shift, .characters = "a"});
     EXPECT_EQ(keys.monitors(), 1U) << "shift alone is no shortcut";
@@ -117,12 +118,31 @@ TEST_F(SettingsTest, ACombinationIsRecordedByKeysAlone) {
     settle();
     EXPECT_EQ(stored().shortcut(HotKeyAction::save).label(), "⌥⇧A");
     EXPECT_TRUE(named("Shortcut for saving: Alt+Shift+A"));
+    click("Shortcut for the switcher: Ctrl+Alt+Super+R");
+    keys.press({.keyCode = 0, .modifiers = modifier::option | modifier::shift, .characters = "a"});
+    settle();
+    EXPECT_TRUE(named("Already Quillo's other shortcut — pick a different combination."));
+    model.change([](AppSettings& settings) { settings.shortcuts.erase("2"); });
 
     click("Shortcut for saving: Alt+Shift+A");
     click("Shortcut for the switcher: Ctrl+Alt+Super+R");
     EXPECT_EQ(keys.monitors(), 1U) << "one records at a time";
     click("Privacy");
     EXPECT_EQ(keys.monitors(), 0U) << "nothing records unseen";
+    EXPECT_EQ(model.hotKeys.registrations(), 2U);
+}
+
+TEST_F(SettingsTest, OfTroubleIsToldOnEveryPaneUntilItIsDismissed) {
+    ASSERT_TRUE(model.defaults.setData(AppSettings::defaultsKey, "{"));
+    start();
+    model.change([](AppSettings& settings) { settings.onboarded = true; });
+    model->dismissToast();
+    openPane("general");
+    const QString told = settings().trouble().value(0);
+    EXPECT_TRUE(named(told)) << told.toStdString();
+    click("Privacy");
+    click("Dismiss");
+    EXPECT_FALSE(named(told) || model->settingsTrouble());
 }
 
 TEST_F(SettingsTest, AnEarlierSessionComesBack) {

@@ -4,6 +4,7 @@
 #include <set>
 
 #include "WindowEngine/desktop/Log.hpp"
+#include "WindowEngine/restore/DisplayMapper.hpp"
 #include "platform/simulated/SimulatedServices.hpp"
 #include "tests/WindowEngine/DesktopFixture.hpp"
 
@@ -280,6 +281,24 @@ TEST(Restore, LooksAgainBeforeItPlacesAndWaitsForNothingThatIsThere) {
         const Rect frame = desktop.world().window("org.a", "1")->state.frame;
         EXPECT_TRUE(Displays::display(frame, Displays::current(desktop.plain.screens)));
     }
+}
+
+TEST(Restore, AWindowWhoseDisplayGoesWhileOthersAreWaitedForIsPlacedAgain) {
+    TestDesktop desktop(scene({sceneApplication("org.a", {sceneWindow("1", home)}),
+                               notRunning(sceneApplication("org.b", {sceneWindow("2", home)}))}));
+    WorkspaceSnapshot snapshot = desktop.capture();
+    snapshot.applications[0].windows[0] = savedWindow(desktop, onSide, "1");
+    snapshot.applications.push_back({"org.b", "org.b", {}, {savedWindow(desktop, home, "2")}, {}});
+    Fault unplugged = fault(FaultKind::displayUnplugged, "", 1);
+    unplugged.value = "side";
+    desktop.world().add(unplugged);
+    const RestoreReport report = desktop.restore(snapshot);
+    EXPECT_EQ(texts(report),
+              (std::vector<std::string>{"org.b: launched", "org.a/1: restored", "org.b/2: restored",
+                                        "Quillo: note Displays changed; windows placed again: 1"}));
+    const auto plan = DisplayMapper::place(snapshot.applications[0].windows[0], snapshot.displays,
+                                           Displays::current(desktop.plain.screens));
+    EXPECT_EQ(desktop.world().window("org.a", "1")->state.frame, plan.value().frame);
 }
 
 TEST(Restore, WindowsOfOneTitleKeepTheirPlacesOnASmallerDisplay) {

@@ -74,7 +74,7 @@ simulated::Scene unusual() {
                            .reopens = {window},
                            .documentSeconds = 9,
                            .language = "de"}};
-    scene.faults = {{simulated::FaultKind::moveRefused, "a", "t", "v", 1, 1, true, true}};
+    scene.faults = {{simulated::FaultKind::moveRefused, "a", "t", "v", 1, 1, true, true, 2}};
     scene.missingFolders = {"/m"};
     return scene;
 }
@@ -86,7 +86,7 @@ TEST(ScenesManual, NamesEveryFieldAndEveryFault) {
     const std::string written = simulated::writeScene(unusual());
     EXPECT_EQ(simulated::writeScene(simulated::readScene(written, "scene").value()), written);
     collectNames(parser.parse(written).value(), names);
-    EXPECT_EQ(names.size(), 48U) << "a field that the unusual scene does not write is not looked for";
+    EXPECT_EQ(names.size(), 49U) << "a field that the unusual scene does not write is not looked for";
     for (const auto& fault : namesOf<simulated::FaultKind>) names.emplace(fault.first);
     for (const std::string& name : names) EXPECT_TRUE(manual.contains("`" + name + "`")) << name;
 }

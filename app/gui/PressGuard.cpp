@@ -1,0 +1,21 @@
+#include "app/gui/PressGuard.hpp"
+
+#include <QGuiApplication>
+#include <QPointerEvent>
+#include <QStyleHints>
+#include <utility>
+
+namespace quillo {
+
+void PressGuard::pageCame() {
+    until_.setRemainingTime(QGuiApplication::styleHints()->mouseDoubleClickInterval());
+}
+
+bool PressGuard::eventFilter(QObject*, QEvent* event) {
+    if (!event->isPointerEvent() || event->type() == QEvent::Wheel) return false;
+    const auto& pointer = static_cast<const QPointerEvent&>(*event);  // NOLINT: Qt's own downcast
+    if (pointer.isBeginEvent()) swallowing_ = holding();
+    return pointer.isEndEvent() ? std::exchange(swallowing_, false) : swallowing_;
+}
+
+}  // namespace quillo
