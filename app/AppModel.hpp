@@ -71,6 +71,8 @@ class AppModel final : public QObject {
     const std::vector<Workspace>& workspaces() const { return workspaces_; }
     const StorageIssues& storageIssues() const { return storageIssues_; }
     void dismissStorageIssues();
+    /// The library's folder, in the person's file manager.
+    void showLibraryFolder();
     /// The session history, newest first.
     const std::vector<Workspace>& sessions() const { return sessions_; }
     const std::optional<std::string>& autoSnapshotError() const { return autoSnapshotError_; }
@@ -79,11 +81,14 @@ class AppModel final : public QObject {
     const std::optional<std::string>& settingsTrouble() const { return rescue_.trouble(); }
     void dismissSettingsTrouble();
     bool accessibilityGranted() const { return accessibilityGranted_; }
-    /// Why other applications' windows cannot be read, where they cannot.
+    /// Whether window access is a permission, which the person gives where requestAccessibility() leads; else
+    /// it is there, or cannot be had.
+    bool canAllowAccess() const { return bool(services_.shell.canOpenSystemSettings()); }
     /// As RestoreScope names it: an application cannot pass for another by the name in a file.
     std::string shownName(const ApplicationSnapshot& application) const {
         return Restore::shownName(services_.desktop.platform.applications, application);
     }
+    /// Why other applications' windows cannot be read, where they cannot.
     Capability accessibilityAccess() const { return services_.desktop.platform.accessibility.access(); }
     CaptureDraft* draft() const { return draft_.get(); }  // null when nothing is under review
     /// The current or the last; null before any.

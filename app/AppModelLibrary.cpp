@@ -28,6 +28,12 @@ void AppModel::noteProvenance(const Result<void>& noted) {
     told("Couldn't note what was done here; resuming will ask first", noted);
 }
 
+void AppModel::showLibraryFolder() {
+    std::filesystem::path folder = store_.directory();
+    while (!services_.files.exists(folder) && folder.has_relative_path()) folder = folder.parent_path();
+    if (!services_.shell.showFolder(folder)) show("No file manager opens " + folder.string());
+}
+
 void AppModel::deleteWorkspace(const Workspace& workspace) {
     const std::string what = "Couldn't delete " + workspace.name;  // which may be the library's own
     const Result<void> removed = store_.remove(workspace.id);

@@ -15,6 +15,9 @@
 
 namespace quillo {
 
+/// What closing the window does where no tray keeps the program at hand.
+enum class WithoutTray : std::uint8_t { ask, keepRunning, quit };
+
 struct AppSettings {
     static constexpr std::string_view defaultsKey = "settings";
 
@@ -26,6 +29,7 @@ struct AppSettings {
     bool shortcutsEnabled = true;
     std::map<std::string, Shortcut> shortcuts = {};  // by the action's number in decimal
     Appearance appearance = Appearance::system;
+    WithoutTray withoutTray = WithoutTray::ask;
 
     bool operator==(const AppSettings&) const = default;
 

@@ -239,12 +239,13 @@ void DesktopMapPicture::updateCaptions() {
     for (const MapDisplay& display : layout_.displays) {
         if (display.segments.empty()) continue;
         QStringList labels;
-        QVariantList positions;
+        QVariantList positions, empty;
         int current = -1;
         for (const MapSegment& segment : display.segments) {
             if (segment.position == display.shown) current = static_cast<int>(labels.size());
             labels << QString::fromStdString(segment.label);
             positions << QVariant::fromValue(static_cast<int>(segment.position));
+            empty << segment.empty;
         }
         captions << QVariantMap{{"display", QString::fromStdString(display.id)},
                                 {"x", display.caption.x},
@@ -253,6 +254,7 @@ void DesktopMapPicture::updateCaptions() {
                                 {"height", display.caption.height},
                                 {"labels", labels},
                                 {"positions", positions},
+                                {"empty", empty},
                                 {"current", current}};
     }
     if (captions_ == captions) return;

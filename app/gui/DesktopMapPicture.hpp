@@ -28,7 +28,7 @@ class DesktopMapPicture : public QQuickPaintedItem {
     /// By display, the position of the desktop to show.
     Q_PROPERTY(
         QVariantMap shownDesktops READ shownDesktops WRITE setShownDesktops NOTIFY shownDesktopsChanged)
-    /// Of large maps, one for each display: display, x, y, width, height, labels, positions, current.
+    /// Of large maps, one for each display: display, x, y, width, height, labels, positions, empty, current.
     Q_PROPERTY(QVariantList captions READ captions NOTIFY captionsChanged)
     Q_PROPERTY(int layoutCount READ layoutCount NOTIFY laidOut)            // outlines() are others by then
     Q_PROPERTY(QString description READ description NOTIFY sourceChanged)  // "2 displays, 8 windows"

@@ -7,6 +7,7 @@
 #include "app/LibraryIndex.hpp"
 #include "app/LibraryState.hpp"
 #include "app/gui/AppIcons.hpp"
+#include "app/gui/ClosingPresenter.hpp"
 #include "app/gui/DetailPresenter.hpp"
 #include "app/gui/LibraryPresenter.hpp"
 #include "app/gui/OnboardingPresenter.hpp"
@@ -48,7 +49,7 @@ void givePictures(QQmlEngine& engine, const FindIcon& systemIcon) {
 
 /// One for each surface, over the model.
 struct Interface::Presenters {
-    Presenters(AppModel& model, const Parts& parts, Surfaces& surfaces, PressGuard& presses)
+    Presenters(AppModel& model, const Parts& parts, Interface& surfaces, PressGuard& presses)
         : index([&model]() -> const std::vector<Workspace>& { return model.workspaces(); }),
           reloads(QObject::connect(&model, &AppModel::workspacesChanged, &index, &LibraryIndex::reload)),
           ui(model, parts.variant),
@@ -56,8 +57,9 @@ struct Interface::Presenters {
           library(model, libraryState),
           detail(model, ui),
           review(model),
-          onboarding(model),
-          settings(model, parts.updates, parts.system.loginItem, parts.shell),
+          onboarding(model, parts.system.hotKeys),
+          closing(model, surfaces.windows_, parts.trayShown, parts.quit),
+          settings(model, parts.updates, parts.system.loginItem),
           privacy(model, parts.system.desktop),
           shortcuts(model, parts.system.hotKeys, parts.keys),
           switcher(model, index, surfaces),
@@ -70,6 +72,7 @@ struct Interface::Presenters {
         registerSingleton("Detail", detail);
         registerSingleton("Review", review);
         registerSingleton("Onboarding", onboarding);
+        registerSingleton("Closing", closing);
         registerSingleton("Settings", settings);
         registerSingleton("Privacy", privacy);
         registerSingleton("Shortcuts", shortcuts);
@@ -88,6 +91,7 @@ struct Interface::Presenters {
     DetailPresenter detail;
     ReviewPresenter review;
     OnboardingPresenter onboarding;
+    ClosingPresenter closing;
     SettingsPresenter settings;
     PrivacyPresenter privacy;
     ShortcutsPresenter shortcuts;
@@ -111,8 +115,8 @@ Interface::Interface(const Parts& parts)
         remember();
         parts_.shell.setActivationPolicy(ActivationPolicy::accessory);
     });
-    windows_.mainMayClose = [this] { return !presenters_ || presenters_->review.mayClose(); };
-    connect(&windows_, &Windows::engineDropped, this, [this] {
+    windows_.mainMayClose = [this] { return !presenters_ || (presenters_->review.mayClose() && presenters_->closing.mayClose()); };
+    connect(&windows_, &Windows::allClosed, this, [this] {
         if (presenters_) presenters_->library.forgetMaps();
     });
     connect(&windows_, &Windows::panelDismissed, this, [this](PanelID panel) {

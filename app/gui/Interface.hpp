@@ -31,6 +31,9 @@ class Interface final : public QObject, public Surfaces {
         TextVariant variant;
         FindIcon systemIcon = nullptr;  // none: icons come from .desktop files
         PanelBackdrop panels = {};
+        /// Whether the tray shows Quillo's icon now; none where there always is one.
+        std::function<bool()> trayShown = nullptr;
+        std::function<void()> quit = nullptr;  // none where another part offers it
     };
 
     explicit Interface(const Parts& parts);

@@ -25,6 +25,7 @@ class LibraryPresenter final : public WorkspaceRows {
     Q_PROPERTY(QString currentText READ currentText NOTIFY currentSnapshotChanged)
     Q_PROPERTY(bool accessibilityGranted READ accessibilityGranted NOTIFY accessChanged)
     Q_PROPERTY(QString accessReason READ accessReason NOTIFY accessChanged)
+    Q_PROPERTY(bool canAllowAccess READ canAllowAccess CONSTANT)
     Q_PROPERTY(bool canSave READ canSave NOTIFY accessChanged)
     Q_PROPERTY(bool selecting READ selecting NOTIFY selectionChanged)
     /// By identifier; of those that are not shown at the moment too.
@@ -48,6 +49,7 @@ class LibraryPresenter final : public WorkspaceRows {
     QString currentText() const;
     bool accessibilityGranted() const { return model_.accessibilityGranted(); }
     QString accessReason() const;
+    bool canAllowAccess() const { return model_.canAllowAccess(); }
     bool canSave() const { return !model_.restoreRunning() && !model_.capturing(); }
 
     bool selecting() const { return selecting_; }
@@ -74,6 +76,7 @@ class LibraryPresenter final : public WorkspaceRows {
     Q_INVOKABLE void remove(const QString& id);
     Q_INVOKABLE void importWorkspace() { model_.importWorkspace(); }
     Q_INVOKABLE void save() { model_.beginCapture(); }
+    Q_INVOKABLE void showFiles() { model_.showLibraryFolder(); }
     Q_INVOKABLE void dismissIssues() { model_.dismissStorageIssues(); }
     Q_INVOKABLE void refreshCurrentSnapshot() { model_.refreshCurrentSnapshot(); }
     Q_INVOKABLE void followCurrentDesktop(bool follow) { model_.followCurrentDesktop(follow); }

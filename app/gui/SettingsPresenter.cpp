@@ -25,8 +25,8 @@ QString sessionText(const Workspace& session) {
 }  // namespace
 
 SettingsPresenter::SettingsPresenter(AppModel& model, UpdateController& updates, LoginItemService& loginItem,
-                                     const Shell& shell, QObject* parent)
-    : QObject(parent), model_(model), updates_(updates), loginItem_(loginItem), shell_(shell) {
+                                     QObject* parent)
+    : QObject(parent), model_(model), updates_(updates), loginItem_(loginItem) {
     for (const auto signal : {&AppModel::settingsChanged, &AppModel::settingsTroubleChanged,
                               &AppModel::accessibilityGrantedChanged, &AppModel::autoSnapshotErrorChanged,
                               &AppModel::sessionsChanged}) {

@@ -26,6 +26,8 @@ QMargins roomAround(PanelAnchor anchor, bool translucent) {
     return {shadowRoom, shadowRoom, after, after};
 }
 
+bool isTranslucent(const QQuickView& view) { return view.color().alpha() == 0; }
+
 QString file(PanelID panel) {
     return panel == PanelID::switcher ? QStringLiteral("SwitcherPanel.qml")
                                       : QStringLiteral("RestorePanel.qml");
@@ -47,6 +49,11 @@ Windows::Windows(Theme& theme, Prepare prepare, PanelBackdrop backdrop, QObject*
     connect(&mainSizeSettled_, &QTimer::timeout, this, &Windows::noteMainSize);
     connect(&theme_, &Theme::changed, this, [this] {
         if (main_) main_->setColor(theme_.background());
+        const auto recolour = [this](QQuickView& view) {
+            if (!isTranslucent(view)) view.setColor(theme_.raised());
+        };
+        if (switcher_) recolour(*switcher_);
+        for (const auto& [panel, view] : panels_) recolour(*view);
     });
 }
 
@@ -66,13 +73,13 @@ std::unique_ptr<QQuickView> Windows::makeView(const QString& name, const QVarian
     view->installEventFilter(this);
     view->installEventFilter(&presses_);
     view->setSource(QUrl("qrc:/qt/qml/Quillo/" + name));
-    presses_.pageCame();
     return view;
 }
 
 void Windows::openMain() {
     if (bringMainForward()) return;
     main_ = makeView("RootView.qml");
+    presses_.pageCame();
     main_->setTitle("Quillo");
     main_->setColor(theme_.background());
     main_->setResizeMode(QQuickView::SizeRootObjectToView);
@@ -120,42 +127,65 @@ bool Windows::panelInUse(PanelID panel) const {
     return view.isActive() || view.geometry().contains(QCursor::pos());
 }
 
-void Windows::showPanel(PanelID panel, PanelPlace where) {
-    closePanel(panel);
-    const bool translucent = backdrop_.translucent && backdrop_.translucent();
-    const QMargins room = roomAround(where.anchor, translucent);
-    auto view =
-        makeView(file(panel),
-                 {{"translucent", translucent}, {"roomBefore", room.left()}, {"roomAfter", room.right()}});
+std::unique_ptr<QQuickView> Windows::makePanel(PanelID panel) {
+    const bool translucent = translucentPanels();
+    auto view = makeView(file(panel), {{"translucent", translucent}});
     view->setTitle(panel == PanelID::switcher ? "Quillo switcher" : "Quillo restore");
     view->setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
                    Qt::NoDropShadowWindowHint);
     view->setColor(translucent ? QColor(Qt::transparent) : theme_.raised());
     view->setResizeMode(QQuickView::SizeViewToRootObject);
-    place(*view, where);
-    view->create();
+    view->setProperty("_q_macAlwaysShowToolWindow", true);  // a Mac hides it with the program otherwise
+    // The progress of a restore must not take the keyboard from what the person types into.
+    if (panel == PanelID::restore) view->setProperty("_q_showWithoutActivating", true);
+    // It grows and shrinks with its rows, from the edge that its place holds it at.
+    connect(view.get(), &QWindow::heightChanged, this, [this, panel, view = view.get()] {
+        if (!panels_.contains(panel)) return;
+        place(*view, places_[panel]);
+        declareShadow(*view, places_[panel]);
+    });
+    return view;
+}
+
+/// Drawn, it has all glyphs, symbols and maps of its first frame; created, the window system knows it.
+void Windows::prepareSwitcher() {
+    if (switcher_ || panels_.contains(PanelID::switcher)) return;
+    switcher_ = makePanel(PanelID::switcher);
+    switcher_->create();
+    switcher_->grabWindow();
+}
+
+void Windows::showPanel(PanelID panel, PanelPlace where) {
+    closePanel(panel);
+    // What a window is made for, it stays: with a compositor that came or went it is made anew.
+    if (switcher_ && isTranslucent(*switcher_) != translucentPanels()) switcher_.reset();
+    auto view = panel == PanelID::switcher && switcher_ ? std::move(switcher_) : makePanel(panel);
     QQuickView& shown = *view;
-    const auto declareShadow = [this, &shown, room] {
-        if (!room.isNull() && backdrop_.declareShadow) backdrop_.declareShadow(shown, room);
-    };
-    declareShadow();
+    const QMargins room = roomAround(where.anchor, isTranslucent(shown));
+    if (QQuickItem* root = shown.rootObject()) {
+        root->setProperty("roomBefore", room.left());
+        root->setProperty("roomAfter", room.right());
+    }
+    place(shown, where);
+    places_[panel] = where;
+    panels_[panel] = std::move(view);
+    shown.create();
+    declareShadow(shown, where);
     // And once it stands: window managers that put it into a frame of their own look for its shape only from
     // then on.
-    connect(view.get(), &QQuickWindow::frameSwapped, this, declareShadow, Qt::SingleShotConnection);
-    // It grows and shrinks with its rows, from the edge that its place holds it at.
-    connect(view.get(), &QWindow::heightChanged, this, [this, &shown, where, declareShadow] {
-        place(shown, where);
-        declareShadow();
-    });
-    panels_[panel] = std::move(view);
-    // The progress of a restore must not take the keyboard from what the person types into.
-    if (panel == PanelID::restore) shown.setProperty("_q_showWithoutActivating", true);
-    shown.setProperty("_q_macAlwaysShowToolWindow", true);  // a Mac hides it with the program otherwise
+    connect(&shown, &QQuickWindow::frameSwapped, this, [this, &shown, where] { declareShadow(shown, where); },
+            Qt::SingleShotConnection);
+    presses_.pageCame();
     shown.show();
     if (panel == PanelID::switcher) {
         shown.raise();
         shown.requestActivate();
     }
+}
+
+void Windows::declareShadow(const QQuickView& view, PanelPlace where) const {
+    const QMargins room = roomAround(where.anchor, isTranslucent(view));
+    if (!room.isNull() && backdrop_.declareShadow) backdrop_.declareShadow(view, room);
 }
 
 void Windows::place(QQuickView& view, PanelPlace where) const {
@@ -187,13 +217,24 @@ void Windows::closePanel(PanelID panel) {
     auto view = std::move(found->second);
     panels_.erase(found);
     if (view->geometry().contains(QCursor::pos())) presses_.pageCame();
-    retire(std::move(view));
+    if (panel == PanelID::restore) return retire(std::move(view));
+    view->hide();
+    switcher_ = std::move(view);
+    QMetaObject::invokeMethod(this, &Windows::trimWhenUnused, Qt::QueuedConnection);
+}
+
+void Windows::closeMain() {
+    if (!main_) return;
+    noteMainSize();
+    retire(std::move(main_));
+    Q_EMIT mainClosed();
 }
 
 void Windows::dropAll() {
     noteMainSize();
     main_.reset();
     panels_.clear();
+    switcher_.reset();
     if (retired_ == 0) dropEngine();
 }
 
@@ -206,22 +247,25 @@ QQuickWindow* Windows::panelWindow(PanelID panel) const {
 void Windows::retire(std::unique_ptr<QQuickView> view) {
     view->removeEventFilter(this);
     view->hide();
+    trimmed_ = false;
     ++retired_;
     QQuickView* gone = view.release();
     std::erase_if(retiring_, [](const QPointer<QQuickView>& one) { return !one; });
     retiring_.emplace_back(gone);
     connect(gone, &QObject::destroyed, this, [this] {
         --retired_;
-        QMetaObject::invokeMethod(this, &Windows::dropEngineWhenUnused, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, &Windows::trimWhenUnused, Qt::QueuedConnection);
     });
     gone->deleteLater();
 }
 
-void Windows::dropEngineWhenUnused() {
-    if (main_ || !panels_.empty() || retired_ > 0 || !engine_) return;
-    dropEngine();
+void Windows::trimWhenUnused() {
+    if (trimmed_ || main_ || !panels_.empty() || retired_ > 0 || !engine_) return;
+    trimmed_ = true;
+    engine_->collectGarbage();
+    engine_->trimComponentCache();
     QPixmapCache::clear();
-    Q_EMIT engineDropped();
+    Q_EMIT allClosed();
 }
 
 /// Lists leave the deletion of their rows to a later turn, and a row that is being animated goes on moving
@@ -245,14 +289,12 @@ bool Windows::eventFilter(QObject* watched, QEvent* event) {
         return true;
     }
     if (watched == main_.get() && event->type() == QEvent::Close) {
-        if (!mainMayClose()) {
+        if (mainMayClose()) {
+            closeMain();
+        } else {
             event->ignore();
             bringMainForward();
-            return true;
         }
-        noteMainSize();
-        retire(std::move(main_));
-        Q_EMIT mainClosed();
         return true;
     }
     return false;

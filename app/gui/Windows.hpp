@@ -1,5 +1,6 @@
 // The application's windows: the main window and the two floating panels, each a window of its own over one
-// QML engine, which lives only while one of them is open.
+// QML engine. The switcher, once made, is only hidden, and the engine stays with it: a shortcut is answered
+// at once, also on a busy machine.
 #pragma once
 #include <QMargins>
 #include <QObject>
@@ -51,7 +52,11 @@ class Windows final : public QObject {
     /// False when there is none.
     bool bringMainForward();
     bool mainOpen() const { return main_ != nullptr; }
+    /// As the person's own closing does, but unasked; nothing where it is not open.
+    void closeMain();
 
+    /// Makes the switcher, and draws it once out of sight, so that showing it takes no more than a frame.
+    void prepareSwitcher();
     void showPanel(PanelID panel, PanelPlace place);
     void closePanel(PanelID panel);
     bool panelVisible(PanelID panel) const { return panels_.contains(panel); }
@@ -77,18 +82,21 @@ class Windows final : public QObject {
     void mainClosed();
     /// mainSize() is what it is now, some time after it changed.
     void mainSizeNoted();
-    /// The last of all windows and panels is gone, and the engine with it.
-    void engineDropped();
+    /// The last of all windows and panels is closed, and what only they needed is let go.
+    void allClosed();
     /// By the person: Escape, or the window manager.
     void panelDismissed(quillo::PanelID panel);
 
   private:
     bool eventFilter(QObject* watched, QEvent* event) override;
     std::unique_ptr<QQuickView> makeView(const QString& file, const QVariantMap& properties = {});
+    std::unique_ptr<QQuickView> makePanel(PanelID panel);
+    bool translucentPanels() const { return backdrop_.translucent && backdrop_.translucent(); }
+    void declareShadow(const QQuickView& view, PanelPlace where) const;
     void place(QQuickView& view, PanelPlace place) const;
     void noteMainSize();
     void retire(std::unique_ptr<QQuickView> view);
-    void dropEngineWhenUnused();
+    void trimWhenUnused();
     void dropEngine();
 
     Theme& theme_;
@@ -99,9 +107,12 @@ class Windows final : public QObject {
     QTimer mainSizeSettled_;
     std::unique_ptr<QQmlEngine> engine_;  // before the views: they go first
     std::unique_ptr<QQuickView> main_;
-    std::map<PanelID, std::unique_ptr<QQuickView>> panels_;
-    std::size_t retired_ = 0;                     // views that are closed and not yet gone
-    std::vector<QPointer<QQuickView>> retiring_;  // these views
+    std::map<PanelID, std::unique_ptr<QQuickView>> panels_;  // that are open
+    std::map<PanelID, PanelPlace> places_;                   // of these
+    std::unique_ptr<QQuickView> switcher_;                   // while it is not
+    bool trimmed_ = true;                                    // since the last view was closed for good
+    std::size_t retired_ = 0;                                // views that are closed and not yet gone
+    std::vector<QPointer<QQuickView>> retiring_;             // these views
 };
 
 }  // namespace quillo

@@ -117,7 +117,7 @@ Item {
             LayoutMirroring.enabled: false
             LayoutMirroring.childrenInherit: true
             required property int index
-            readonly property var what: picture.captions[index] ?? { labels: [], positions: [], current: -1 }
+            readonly property var what: picture.captions[index] ?? { labels: [], positions: [], empty: [], current: -1 }
             // As text, so that the segments stay, and keep the focus, while another desktop is shown.
             readonly property string labels: what.labels.join("\n")
 
@@ -140,6 +140,7 @@ Item {
                 mini: true
                 label: "Desktop that the map shows"
                 model: caption.labels.split("\n")
+                faint: caption.what.empty
                 current: caption.what.current
                 onPicked: index => root.showDesktop(caption.what.display, caption.what.positions[index])
             }

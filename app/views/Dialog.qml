@@ -11,7 +11,9 @@ Sheet {
     property bool danger: false
     property bool armed: true          // whether it can be confirmed by now
     property Component details: null  // between the text and the buttons
+    property string actionKind: danger ? "danger" : "primary"
     signal confirmed()
+    signal declined()  // by its button; Escape only closes
     onVisibleChanged: if (visible) cancel.forceActiveFocus(Qt.TabFocusReason)
 
     contentItem: Column {
@@ -46,14 +48,14 @@ Sheet {
             PushButton {
                 id: cancel
                 text: dialog.cancelText
-                onClicked: dialog.close()
+                onClicked: { dialog.close(); dialog.declined() }
                 KeyNavigation.right: action
             }
             PushButton {
                 id: action
                 text: dialog.actionText
                 enabled: dialog.armed
-                kind: dialog.danger ? "danger" : "primary"
+                kind: dialog.actionKind
                 onClicked: { dialog.close(); dialog.confirmed() }
                 KeyNavigation.left: cancel
             }

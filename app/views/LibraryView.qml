@@ -173,6 +173,7 @@ FocusScope {
         x: 24
         width: parent.width - 48
         lines: Library.issues
+        onFilesAsked: Library.showFiles()
         onDismissed: Library.dismissIssues()
     }
     AccessBanner {

@@ -41,7 +41,9 @@ ListView {
     function follow() {
         let item = focusItem
         while (item && item !== headerItem && item !== footerItem) item = item.parent
-        if (!item || height <= 0) return
+        // What has the keyboard from the beginning, or because its window has, may lie below, as in a Scroller.
+        const byItself = [Qt.OtherFocusReason, Qt.ActiveWindowFocusReason]
+        if (!item || height <= 0 || byItself.includes(focusItem.focusReason)) return
         forceLayout()
         const top = focusItem.mapToItem(list, 0, 0).y
         const bottom = top + focusItem.height

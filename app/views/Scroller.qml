@@ -1,4 +1,4 @@
-// A page that scrolls when it is taller than its place, and brings what has the keyboard into view.
+// A page that scrolls when it is taller than its place, and brings what the person gives the keyboard to into view.
 import QtQuick
 import Quillo.Core
 
@@ -27,7 +27,9 @@ Flickable {
     function follow() {
         let item = focusItem
         while (item && item !== holder) item = item.parent
-        if (!item) return
+        // What has the keyboard from the beginning, or because its window has, may lie below: a page begins at its top.
+        const byItself = [Qt.OtherFocusReason, Qt.ActiveWindowFocusReason]
+        if (!item || byItself.includes(focusItem.focusReason)) return
         const around = focusItem.visualFocus ? Math.round(44 * Theme.scale) : 0
         const top = focusItem.mapToItem(holder, 0, 0).y + padding
         const bottom = top + focusItem.height

@@ -10,7 +10,7 @@ Item {
         { key: "integrations", name: "Integrations", icon: "puzzle", file: "IntegrationsPane.qml" },
         { key: "privacy", name: "Privacy", icon: "shield", file: "PrivacyPane.qml" },
         { key: "about", name: "About", icon: "info", file: "AboutPane.qml" }
-    ]
+    ].filter(pane => pane.key !== "integrations" || Privacy.adaptersRefusal === "")
     Keys.forwardTo: page
     readonly property int current: Math.max(0, panes.findIndex(pane => pane.key === Ui.settingsPane))
 

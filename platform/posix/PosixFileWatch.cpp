@@ -42,8 +42,8 @@ class DirectoryEvents {
     bool watching_ = false;
 };
 #else
-// Entries that come, go and take another's place, which is how files are saved here. What is written into a
-// file where it stands is not told: a kqueue would need each file open.
+// Entries that come, go and take another's place, which is how files are saved here. What is written into a file where
+// it stands is not told: a kqueue would need each file open.
 class DirectoryEvents {
   public:
     explicit DirectoryEvents(const std::filesystem::path& directory)
@@ -89,8 +89,7 @@ class DirectoryEventsWatch final : public FileWatch {
 
   private:
     void run() {
-        std::array<pollfd, 2> polled{pollfd{events_.descriptor(), POLLIN, 0},
-                                     pollfd{stopReader_.get(), POLLIN, 0}};
+        std::array<pollfd, 2> polled{pollfd{events_.descriptor(), POLLIN, 0}, pollfd{stopReader_.get(), POLLIN, 0}};
         while (true) {
             if (retried([&] { return ::poll(polled.data(), polled.size(), -1); }) < 0) return;
             if (polled[1].revents != 0) return;
@@ -119,8 +118,8 @@ Result<std::unique_ptr<FileWatch>> PosixFileSystem::watch(const Path& directory,
     for (const int end : ends) {
         if (::fcntl(end, F_SETFD, FD_CLOEXEC) < 0) return fileError("watch", directory);
     }
-    return std::make_unique<DirectoryEventsWatch>(std::move(events), std::move(stopReader),
-                                                  std::move(stopWriter), std::move(changed));
+    return std::make_unique<DirectoryEventsWatch>(std::move(events), std::move(stopReader), std::move(stopWriter),
+                                                  std::move(changed));
 }
 
 }  // namespace quillo

@@ -14,6 +14,7 @@
 #include "app/UpdateController.hpp"
 #include "app/gui/Interface.hpp"
 #include "app/gui/QmlTypes.hpp"
+#include "platform/linux/NoScripts.hpp"
 #include "platform/simulated/SimulatedKeyMonitor.hpp"
 #include "platform/simulated/SimulatedUpdater.hpp"
 #include "tests/app/ModelFixture.hpp"
@@ -78,6 +79,26 @@ class LookSet {
     }
 };
 
+/// Where access is no permission and no application takes scripts.
+struct BareDesktop {
+    explicit BareDesktop(Model& model)
+        : whole(model.desktop.access.platform),
+          access{{.executor = whole.executor,
+                  .accessibility = whole.accessibility,
+                  .windowServer = whole.windowServer,
+                  .applications = whole.applications,
+                  .screens = whole.screens,
+                  .scripts = scripts,
+                  .log = whole.log},
+                 model.desktop.access.handles} {
+        model.shell.settings = Capability::unavailable("No page.");
+    }
+
+    NoScripts scripts;
+    Platform whole;
+    DesktopAccess access;
+};
+
 class GuiTest : public testing::Test {
   protected:
     explicit GuiTest(const Scene& scene = Model::desk(), Capability updating = Capability::available())
@@ -91,11 +112,14 @@ class GuiTest : public testing::Test {
         interface = std::make_unique<Interface>(
             Interface::Parts{.theme = theme,
                              .shell = model.shell,
-                             .system = model.services(model.desktop.access, model.disk),
+                             .system = model.services(seen ? *seen : model.desktop.access, model.disk),
                              .keys = keys,
                              .updates = updates,
                              .variant = texts,
-                             .panels = panels});
+                             .systemIcon = nullptr,
+                             .panels = panels,
+                             .trayShown = [this] { return tray; },
+                             .quit = [this] { ++quits; }});
         model.shown = interface.get();
         model.start();
         interface->attach(*model.model);
@@ -276,6 +300,9 @@ class GuiTest : public testing::Test {
     UpdateController updates{updater};
     SimulatedKeyMonitor keys;
     PanelBackdrop panels;
+    DesktopAccess* seen = nullptr;  // by the interface, in place of the model's
+    bool tray = true;
+    int quits = 0;
     std::unique_ptr<Interface> interface;
 };
 

@@ -84,6 +84,24 @@ TEST_F(LibraryViewTest, WorkspacesAreFoundOpenedRenamedAndDeleted) {
     model->reload();
     settle();
     EXPECT_EQ(library().issues().size(), 1);
+    click("Show files");
+    EXPECT_EQ(model.shell.shownFolders, std::vector{model.directory / "workspaces"});
+    model.shell.hasFileManager = false;
+    click("Show files");
+    EXPECT_TRUE(until([&] { return ui().toast().startsWith("No file manager opens "); }));
+    click("Dismiss");
+    EXPECT_FALSE(named("Show files"));
+}
+
+TEST_F(LibraryViewTest, ADetailBeginsAtItsTopInANarrowWindowAndFollowsTheKeyboard) {
+    model->openMain();
+    interface->openDetail(keepExample());
+    open({760, 520});
+    QTest::qWait(50);
+    const double resume = placeOf(*named("Resume workspace")).bottom();
+    EXPECT_GT(resume, 520) << "below: else nothing is shown here";
+    press(Qt::Key_Tab);
+    EXPECT_TRUE(until([&] { return placeOf(*named("Resume workspace")).bottom() < resume; }));
 }
 
 TEST_F(LibraryViewTest, WhatIsFoundFirstIsMarkedAndOpened) {

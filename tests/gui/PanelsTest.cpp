@@ -80,6 +80,30 @@ TEST_F(PanelsTest, TheSwitchersOtherWays) {
     }
 }
 
+TEST_F(PanelsTest, APreparedSwitcherBeginsAnewEachTimeAndLooksAtTheDesktopOnlyThen) {
+    model.put({"A", "B", "C", "D", "E", "F", "G", "H", "I", "J", "K", "L"});
+    interface->windows().prepareSwitcher();
+    settle();
+    EXPECT_FALSE(switcherOpen() || model->refreshingCurrentSnapshot());
+    theme.setDark(true);
+    model.put({"M"});
+    openSwitcher();
+    const QQuickWindow* const first = window();
+    EXPECT_EQ(first->color(), theme.raised());
+    EXPECT_TRUE(named("M"));
+    type("l");
+    for (int i = 0; i < 9; ++i) press(Qt::Key_Down);
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(switcherOpen());
+    openSwitcher();
+    EXPECT_EQ(window(), first);
+    const auto& switcher = presenter<SwitcherPresenter>("Switcher");
+    EXPECT_TRUE(switcher.query().isEmpty() && switcher.highlighted() == 0 && switcher.focused());
+    EXPECT_TRUE(named("M") && named("Resume a workspace…")) << "what was typed is gone";
+    type("B");
+    EXPECT_FALSE(named("M"));
+}
+
 TEST_F(PanelsTest, EightRowsAndTheRestByScrolling) {
     model.put({"A", "B", "C", "D", "E", "F", "G", "H", "I", "J", "K", "L"});
     openSwitcher();

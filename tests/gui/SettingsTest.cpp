@@ -11,6 +11,8 @@ namespace {
 
 class SettingsTest : public samples::GuiTest {
   protected:
+    explicit SettingsTest(Capability updating = Capability::available())
+        : GuiTest(samples::Model::desk(), std::move(updating)) {}
     void openPane(const QString& pane, QSize size = {1080, 720}) {
         interface->openSettings(pane);
         open(size);
@@ -103,6 +105,77 @@ TEST_F(SettingsTest, SaysWhatCannotBe) {
     ASSERT_TRUE(until([&] { return !settings().accessGranted(); }));
     click("Allow in Settings");
     EXPECT_TRUE(model->promptedForAccessibility());
+}
+
+class BareSystemTest : public SettingsTest {
+  protected:
+    BareSystemTest() : SettingsTest(Capability::unavailable("Others update.")) {
+        seen = &bare.access;
+        model.hotKeys.able = Capability::unavailable("No server of keys.");
+        model.loginItem.able = Capability::unavailable("Not installed.");
+        start();
+    }
+    void TearDown() override { end(); }
+
+    samples::BareDesktop bare{model};
+};
+
+TEST_F(BareSystemTest, WhatCannotBeUsedIsNotOffered) {
+    openPane("general");
+    for (const char* said : {"No server of keys.", "Not installed."}) EXPECT_TRUE(named(said)) << said;
+    const auto offered = [&](const char* name) {
+        return named(name,
+                     [](QAccessibleInterface* face) { return face->role() != QAccessible::StaticText; });
+    };
+    for (const char* gone : {"Open Quillo at login", "Global shortcuts",
+                             "Shortcut for saving: Ctrl+Alt+Super+S", "Automatic updates", "Integrations"})
+        EXPECT_FALSE(offered(gone)) << gone;
+    for (const char* gone : {"Accessibility", "Automatic updates"}) EXPECT_FALSE(named(gone)) << gone;
+    click("Privacy");
+    EXPECT_FALSE(named("Excluded websites"));
+    click("About");
+    EXPECT_TRUE(named("Others update."));
+}
+
+TEST_F(SettingsTest, WithoutATrayClosingTheWindowIsAskedAboutOnceAndRemembered) {
+    tray = false;
+    openPane("about");
+    const auto closed = [&] { return until([&] { return !interface->windows().mainOpen(); }); };
+    main()->close();
+    ASSERT_TRUE(until([&] { return named("Keep Running") != nullptr; }));
+    press(Qt::Key_Escape);
+    awaitNoPopup();
+    EXPECT_EQ(stored().withoutTray, WithoutTray::ask) << "nothing was chosen";
+    main()->close();
+    ASSERT_TRUE(until([&] { return named("Keep Running") && named("Keep Running")->hasActiveFocus(); }));
+    press(Qt::Key_Return);
+    ASSERT_TRUE(closed());
+    EXPECT_EQ(stored().withoutTray, WithoutTray::keepRunning);
+    openPane("general");
+    main()->close();
+    ASSERT_TRUE(closed());
+    EXPECT_EQ(quits, 0);
+
+    openPane("general");
+    click("Quit");
+    EXPECT_EQ(stored().withoutTray, WithoutTray::quit);
+    // What a restore does is not cut off.
+    model.put({"Work"});
+    model->restore(model.named("Work"), {});
+    main()->close();
+    ASSERT_TRUE(closed());
+    settle();
+    EXPECT_EQ(quits, 0);
+    model.finishRestore();
+    EXPECT_TRUE(until([&] { return quits == 1; }));
+    // In a tray it stays, whatever was chosen.
+    tray = true;
+    openPane("general");
+    EXPECT_FALSE(named("When the window is closed"));
+    main()->close();
+    ASSERT_TRUE(closed());
+    settle();
+    EXPECT_EQ(quits, 1);
 }
 
 TEST_F(SettingsTest, ACombinationIsRecordedByKeysAlone) {

@@ -16,6 +16,7 @@ AppSettings filled() {
     settings.shortcutsEnabled = false;
     settings.shortcuts = {{"2", {4294967295U, 0x1900, "↩"}}};
     settings.appearance = Appearance::dark;
+    settings.withoutTray = WithoutTray::keepRunning;
     return settings;
 }
 
@@ -54,6 +55,7 @@ TEST(AppSettings, WhatIsMissingTakesItsDefaultAndAWrongTypeTakesAllWithIt) {
         {R"({"excludedDomains": {}})", {}},
         {R"({"appearance": "dark"})", dark},
         {R"({"appearance": "pink"})", {}},
+        {R"({"withoutTray": "maybe"})", {}},
         {R"({"shortcuts": {"2": {"keyCode": 1, "modifiers": 2, "key": "A"}}})", keys},
         {R"({"shortcuts": {"2": {"keyCode": 1, "modifiers": 2}}})", {}},
         {R"({"shortcuts": {"2": {"keyCode": -1, "modifiers": 2, "key": "A"}}})", {}},

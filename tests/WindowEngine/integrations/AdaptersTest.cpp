@@ -285,8 +285,7 @@ bool personActs(const std::string& bundle, bool captures, FaultKind act, std::in
 }
 
 TEST(Adapters, WhoeverActsBetweenTwoStepsOfAScriptMixesNothingUp) {
-    const std::pair<std::string, bool> ways[] = {
-        {chrome, capturing}, {chrome, restoring}, {safari, restoring}};
+    const std::pair<std::string, bool> ways[] = {{chrome, capturing}, {chrome, restoring}, {safari, restoring}};
     for (const auto& [bundle, captures] : ways) {
         for (const FaultKind act :
              {FaultKind::windowRaised, FaultKind::privateWindowOpens, FaultKind::windowVanishes}) {

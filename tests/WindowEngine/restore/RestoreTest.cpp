@@ -293,9 +293,9 @@ TEST(Restore, AWindowWhoseDisplayGoesWhileOthersAreWaitedForIsPlacedAgain) {
     unplugged.value = "side";
     desktop.world().add(unplugged);
     const RestoreReport report = desktop.restore(snapshot);
-    EXPECT_EQ(texts(report),
-              (std::vector<std::string>{"org.b: launched", "org.a/1: restored", "org.b/2: restored",
-                                        "Quillo: note Displays changed; windows placed again: 1"}));
+    EXPECT_EQ(texts(report), (std::vector<std::string>{
+                                 "org.a/1: restored", "org.b: launched", "org.b/2: restored",
+                                 "app.quillo.Quillo: note Displays changed; windows placed again: 1"}));
     const auto plan = DisplayMapper::place(snapshot.applications[0].windows[0], snapshot.displays,
                                            Displays::current(desktop.plain.screens));
     EXPECT_EQ(desktop.world().window("org.a", "1")->state.frame, plan.value().frame);

@@ -143,7 +143,7 @@ TEST_F(TrayTest, ReadsAsWhatTheModelHas) {
 
     model.setTrusted(false);
     model.run(5s);
-    EXPECT_EQ(texts(tray.menu()).at(1), "Finish setup — window access needed");
+    EXPECT_EQ(texts(tray.menu()).at(1), "Windows cannot be read — see why");
     model.setTrusted(true);
     model.run(5s);
 

@@ -75,6 +75,8 @@ TEST_F(WindowWritesTest, AWindowIsMovedFromEveryState) {
         expectNear(after.info.frame, target, name);
         EXPECT_FALSE(after.info.isMinimized) << name;
         EXPECT_EQ(desktopsOf(after), (std::set<SpaceID>{elsewhere ? 3u : 1u})) << name;
+        EXPECT_EQ(sharedDesktop().run({"sh", "-c", "test $(xdotool get_desktop) = 0"}), 0)
+            << "the person was taken to another desktop: " << name;
         clients.clear();
     }
 }
