@@ -141,7 +141,15 @@ void AppModel::toggleSwitcher() {
 }
 
 void AppModel::show(std::string message, ToastKind kind) {
-    toast_ = Toast{std::move(message), kind};
+    show(Toast{std::move(message), kind, {}});
+}
+
+void AppModel::showUndoable(std::string message, const Uuid& id) {
+    show(Toast{std::move(message), ToastKind::done, id});
+}
+
+void AppModel::show(Toast toast) {
+    toast_ = std::move(toast);
     toastTimer_.start(executor(), clearToast());
     Q_EMIT toastChanged();
 }

@@ -9,15 +9,18 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
+#include "WindowEngine/capture/LeftOut.hpp"
 #include "WindowEngine/library/SessionHistory.hpp"
 #include "WindowEngine/library/WorkspaceStore.hpp"
 #include "WindowEngine/restore/Restore.hpp"
 #include "WindowEngine/restore/RestorePreview.hpp"
 #include "app/CaptureDraft.hpp"
 #include "app/DirectoryWatch.hpp"
+#include "app/EditHistory.hpp"
 #include "app/HotKeys.hpp"
 #include "app/LoginItemController.hpp"
 #include "app/RestoreRun.hpp"
@@ -157,9 +160,39 @@ class AppModel final : public QObject {
     void setCleanSlate(const Workspace& workspace, CleanSlateMode mode);
 
     void deleteWorkspace(const Workspace& workspace);
+    void deleteWorkspaces(const std::vector<Uuid>& ids);
     void duplicate(const Workspace& workspace);
-    void rename(const Workspace& workspace, const std::string& name);
     void exportWorkspace(const Workspace& workspace);
+    /// Each to a file of its own in a folder that the person picks.
+    void exportWorkspaces(const std::vector<Uuid>& ids);
+
+    // Changes of a saved workspace, as it is stored by then; each can be undone. A workspace is as known
+    // afterwards as before.
+    void rename(const Workspace& workspace, const std::string& name);
+    void setIcon(const Workspace& workspace, const std::string& icon);
+    void setColor(const Workspace& workspace, const std::string& color);
+    /// Leaves out exactly this; refused where the workspace is not any more as it was `shown`. `what` names
+    /// what was left out now, or brought back.
+    void setLeftOut(const Workspace& shown, const LeftOut::Exclusions& excluded, const std::string& what,
+                    bool brought);
+    /// Those installed, where the platform tells, and those that run; without what is never saved.
+    std::vector<InstalledApplication> addableApplications() const;
+    /// Identifiers of what runs.
+    std::set<std::string> runningApplications() const;
+    /// Whether integrations can open anything here.
+    Capability scripting() const { return services_.desktop.platform.scripts.scripting(); }
+    void addApplication(const Workspace& workspace, const std::string& bundleIdentifier);
+    /// The error is for the person who typed the address.
+    Result<void> addAddress(const Workspace& workspace, const std::string& browser, const std::string& typed);
+
+    /// "Leave Out Mail"; empty where there is nothing to undo.
+    std::string undoWords(const Uuid& id) const;
+    std::string redoWords(const Uuid& id) const;
+    void undo(const Uuid& id);
+    void redo(const Uuid& id);
+    /// The workspace whose latest change the toast tells of, and which it offers to undo.
+    std::optional<Uuid> toastUndoes() const { return toast_ ? toast_->undoes : std::nullopt; }
+
     void importWorkspace();
     /// Every workspace, the history, and automatic snapshots.
     void deleteAllData();
@@ -192,6 +225,7 @@ class AppModel final : public QObject {
     void questionChanged();
     void capturingChanged();
     void toastChanged();
+    void editsChanged();  // what can be undone or done again
     void currentSnapshotChanged();
     void refreshingCurrentSnapshotChanged();
     void showingSettingsChanged();
@@ -222,13 +256,31 @@ class AppModel final : public QObject {
     void begin(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate, bool agreedNow);
     Task<> closePanelLater(Duration delay);
     Task<> exportTask(Workspace workspace);
+    Task<> exportAllTask(std::vector<Workspace> workspaces);
+    Task<> addTask(Uuid id, InstalledApplication chosen);
     Task<> importTask();
 
     void saveSession(const WorkspaceSnapshot& snapshot);
     RestoreRun::Start startOf(const WorkspaceSnapshot& snapshot) const;
     void restored(RestoreRun& run, const RestoreReport::Item& item);
     void restoreEnded(RestoreRun& run, RestoreReport report);
-    Result<void> changeStored(const Uuid& id, const std::function<void(Workspace&)>& change);
+    /// What is stored counts, not what was last read: another process may have changed it.
+    Result<WorkspaceStore::Changed> changeStored(const Uuid& id,
+                                                 const std::function<Result<void>(Workspace&)>& change);
+    /// A change to be undone, called by `words`.
+    Result<void> edit(const Uuid& id, const std::string& words,
+                      const std::function<Result<void>(Workspace&)>& change);
+    void setLook(const Workspace& workspace, const std::string& words,
+                 const std::function<void(Workspace&)>& change);
+    void takeStep(const Uuid& id, const EditHistory::Step& step, bool back);
+    struct Toast {
+        std::string text;
+        ToastKind kind;
+        std::optional<Uuid> undoes;
+    };
+    void show(Toast toast);
+    void showUndoable(std::string message, const Uuid& id);
+    void forget(const Uuid& id);
     Result<void> writeExport(const Workspace& workspace, const std::filesystem::path& file);
     /// The name it has here, or what to tell the person.
     Result<std::string, std::string> importFile(const std::filesystem::path& file);
@@ -236,6 +288,10 @@ class AppModel final : public QObject {
     void noteProvenance(const Result<void>& noted);
     /// Says what failed and why, until that is dismissed or `what` is done. Whether it was done.
     bool told(const std::string& what, const Result<void>& outcome);
+    template <class T>
+    bool told(const std::string& what, const Result<T>& outcome) {
+        return told(what, outcome ? Result<void>() : std::unexpected(outcome.error()));
+    }
     void complain(const std::string& what, std::string message);
     void lookAtSettings();
     Workspace toSave(const CaptureDraft& draft) const;
@@ -275,15 +331,12 @@ class AppModel final : public QObject {
     std::optional<Asked> asked_;
     std::optional<ResumeQuestion> question_;
     bool capturing_ = false;
-    struct Toast {
-        std::string text;
-        ToastKind kind;
-    };
     struct Failure {
         std::string what, text;
     };
     std::optional<Toast> toast_;
     std::optional<Failure> failure_;  // shown while there is no toast
+    EditHistory edits_;
     LoginItemController loginItem_;
     HotKeys hotKeys_;
     std::optional<WorkspaceSnapshot> currentSnapshot_;
@@ -299,7 +352,7 @@ class AppModel final : public QObject {
     // Last: what runs ends before what it works on.
     TaskSlot autoSnapshotTimer_, autoSnapshotTask_, permissionPoll_, captureTask_, currentSnapshotTask_,
         desktopFollower_, questionTask_;
-    TaskSlot toastTimer_, panelTimer_, exporting_, importing_;
+    TaskSlot toastTimer_, panelTimer_, exporting_, importing_, adding_;
     DirectoryWatch libraryWatch_, historyWatch_;
 };
 

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <utility>
 
+#include "WindowEngine/capture/LeftOut.hpp"
 #include "WindowEngine/library/ImportedWorkspace.hpp"
 #include "WindowEngine/support/Text.hpp"
 #include "app/AppModel.hpp"
@@ -99,7 +100,10 @@ Workspace AppModel::toSave(const CaptureDraft& draft) const {
     if (draft.color() != before->color) workspace.color = draft.color();
     // What it does to other applications stays only where that was chosen here.
     if (!known_.isCleanSlateChosenHere(workspace)) workspace.cleanSlate.reset();
-    workspace.snapshot = draft.filteredSnapshot();
+    workspace.snapshot = LeftOut::carriedOver(
+        workspace.snapshot, draft.filteredSnapshot(),
+        {Capture::neverSaved(services_.desktop.platform.applications, settings_.captureOptions()),
+         settings_.excludedDomains});
     workspace.updatedAt = wallNow();
     return workspace;
 }

@@ -1,11 +1,11 @@
 // Operations on saved workspaces. The library is never patched in memory: after a success it is read again,
 // after a failure it stays as it was.
 #include <algorithm>
+#include <cstdint>
 
 #include "WindowEngine/library/AtomicFile.hpp"
 #include "WindowEngine/library/ImportedWorkspace.hpp"
 #include "WindowEngine/records/WorkspaceCoding.hpp"
-#include "WindowEngine/support/Text.hpp"
 #include "app/AppModel.hpp"
 
 namespace quillo {
@@ -16,6 +16,10 @@ std::string proposedFileName(std::string name) {
     std::ranges::replace_if(name, [](char c) { return c == '/' || c == '\0'; }, '-');
     if (name.starts_with('.')) name.front() = '-';
     return name + ".quillo.json";
+}
+
+std::string ofThem(std::int64_t count) {
+    return std::to_string(count) + (count == 1 ? " workspace" : " workspaces");
 }
 
 }  // namespace
@@ -33,8 +37,34 @@ void AppModel::showLibraryFolder() {
 void AppModel::deleteWorkspace(const Workspace& workspace) {
     const std::string what = "Couldn't delete " + workspace.name;  // which may be the library's own
     const Result<void> removed = store_.remove(workspace.id);
-    if (removed) (void)known_.forget(workspace.id);  // what is left of it is no harm
+    if (removed) forget(workspace.id);
     if (told(what, removed)) reload();
+}
+
+void AppModel::deleteWorkspaces(const std::vector<Uuid>& ids) {
+    std::int64_t removed = 0;
+    std::optional<Error> failure;
+    for (const Uuid& id : ids) {
+        if (Result<void> gone = store_.remove(id); !gone) {
+            failure = std::move(gone.error());
+            continue;
+        }
+        ++removed;
+        forget(id);
+    }
+    reload();
+    const std::string what = "Couldn't delete workspaces";
+    if (failure)
+        return complain(what, "Couldn't delete " + ofThem(static_cast<std::int64_t>(ids.size()) - removed) +
+                                  ": " + failure->text);
+    told(what, {});
+    show("Deleted " + ofThem(removed));
+}
+
+/// Of one that was deleted.
+void AppModel::forget(const Uuid& id) {
+    (void)known_.forget(id);  // what is left of it is no harm
+    edits_.forget(id);
 }
 
 void AppModel::duplicate(const Workspace& workspace) {
@@ -52,35 +82,12 @@ void AppModel::duplicate(const Workspace& workspace) {
     noteProvenance(noted);
 }
 
-/// What is stored counts, not what was last read: another process may have changed it.
-Result<void> AppModel::changeStored(const Uuid& id, const std::function<void(Workspace&)>& change) {
-    Result<Workspace> stored = store_.load(id);
-    if (!stored) return std::unexpected(std::move(stored.error()));
-    change(*stored);
-    return store_.save(*stored);
-}
-
-void AppModel::rename(const Workspace& workspace, const std::string& to) {
-    const std::string trimmed = text::trim(to), name = workspace.name;
-    if (trimmed.empty() || trimmed == name) return;
-    const Result<void> renamed = changeStored(workspace.id, [&](Workspace& stored) {
-        stored.name = uniqueName(trimmed, workspaces_);
-        stored.updatedAt = wallNow();
-    });
-    if (told("Couldn't rename " + name, renamed)) reload();
-}
-
 void AppModel::setCleanSlate(const Workspace& workspace, CleanSlateMode mode) {
-    Workspace before, after;
-    const Result<void> saved = changeStored(workspace.id, [&](Workspace& stored) {
-        before = stored;
+    const auto saved = changeStored(workspace.id, [&](Workspace& stored) -> Result<void> {
         stored.cleanSlate = mode;
-        after = stored;
+        return {};
     });
-    if (!told("Couldn't save restore preference", saved)) return;
-    const Result<void> noted = known_.madeFrom(before, after);
-    reload();
-    noteProvenance(noted);
+    told("Couldn't save restore preference", saved);
 }
 
 Result<void> AppModel::writeExport(const Workspace& workspace, const std::filesystem::path& file) {
@@ -97,6 +104,36 @@ Task<> AppModel::exportTask(Workspace workspace) {
     const auto file = co_await services_.surfaces.fileToWrite(proposedFileName(workspace.name));
     if (!file) co_return;
     if (told("Export failed", writeExport(workspace, *file))) show("Exported " + workspace.name);
+}
+
+void AppModel::exportWorkspaces(const std::vector<Uuid>& ids) {
+    std::vector<Workspace> chosen;
+    for (const Workspace& workspace : workspaces_)
+        if (std::ranges::count(ids, workspace.id) > 0) chosen.push_back(workspace);
+    if (chosen.size() == 1) return exportWorkspace(chosen.front());
+    if (!chosen.empty() && !exporting_.active())
+        exporting_.start(executor(), exportAllTask(std::move(chosen)));
+}
+
+/// Nothing that is in the folder is replaced: nobody was asked about it.
+Task<> AppModel::exportAllTask(std::vector<Workspace> workspaces) {
+    const auto folder = co_await services_.surfaces.folderToWrite();
+    if (!folder) co_return;
+    const std::string what = "Export failed";
+    for (std::size_t written = 0; written < workspaces.size(); ++written) {
+        const Workspace& workspace = workspaces[written];
+        std::filesystem::path file = *folder / proposedFileName(workspace.name);
+        for (int counter = 2; services_.files.exists(file); ++counter)
+            file = *folder / proposedFileName(workspace.name + " " + std::to_string(counter));
+        if (const Result<void> done = writeExport(workspace, file); !done) {
+            complain(what, what + " after " + std::to_string(written) + " of " +
+                               ofThem(static_cast<std::int64_t>(workspaces.size())) + ": " +
+                               done.error().text);
+            co_return;
+        }
+    }
+    told(what, {});
+    show("Exported " + ofThem(static_cast<std::int64_t>(workspaces.size())));
 }
 
 void AppModel::importWorkspace() {

@@ -24,6 +24,8 @@ CaptureDraft::CaptureDraft(WorkspaceSnapshot snapshot, std::optional<Workspace> 
       color_(updating ? updating->color : colorByChance()),
       snapshot_(std::move(snapshot)),
       updating_(std::move(updating)),
+      excludedAtFirst_(updating_ ? LeftOut::recognised(updating_->snapshot, snapshot_)
+                                 : LeftOut::Exclusions()),
       testRestoreAfterSave_(testRestoreAfterSave) {}
 
 void CaptureDraft::setName(std::string name) {
@@ -39,39 +41,40 @@ void CaptureDraft::setColor(std::string color) {
 }
 
 bool CaptureDraft::includesApp(const std::string& bundleIdentifier) const {
-    return !excludedApps_.contains(bundleIdentifier);
+    return !excluded_.apps.contains(bundleIdentifier);
 }
 
 void CaptureDraft::includeApp(const std::string& bundleIdentifier, bool included) {
-    bool changes = include(excludedApps_, bundleIdentifier, included);
+    bool changes = include(excluded_.apps, bundleIdentifier, included);
     if (included && everyWindowExcluded(bundleIdentifier)) {
         for (const WindowSnapshot& window : application(bundleIdentifier)->windows)
             changes |=
-                include(excludedWindows_, CaptureFilter::windowKey(bundleIdentifier, window.index), true);
+                include(excluded_.windows, CaptureFilter::windowKey(bundleIdentifier, window.index), true);
     }
     if (changes) Q_EMIT exclusionsChanged();
 }
 
 bool CaptureDraft::includesWindow(const std::string& bundleIdentifier, std::int64_t index) const {
-    return !excludedWindows_.contains(CaptureFilter::windowKey(bundleIdentifier, index));
+    return !excluded_.windows.contains(CaptureFilter::windowKey(bundleIdentifier, index));
 }
 
 void CaptureDraft::includeWindow(const std::string& bundleIdentifier, std::int64_t index, bool included) {
     const bool cameBack = included && everyWindowExcluded(bundleIdentifier);
-    if (!include(excludedWindows_, CaptureFilter::windowKey(bundleIdentifier, index), included)) return;
-    if (cameBack || everyWindowExcluded(bundleIdentifier)) include(excludedApps_, bundleIdentifier, cameBack);
+    if (!include(excluded_.windows, CaptureFilter::windowKey(bundleIdentifier, index), included)) return;
+    if (cameBack || everyWindowExcluded(bundleIdentifier))
+        include(excluded_.apps, bundleIdentifier, cameBack);
     Q_EMIT exclusionsChanged();
 }
 
 bool CaptureDraft::includesContextURL(const std::string& bundleIdentifier, std::int64_t windowIndex,
                                       std::int64_t urlIndex) const {
-    return !excludedContextURLs_.contains(
+    return !excluded_.contextURLs.contains(
         CaptureFilter::contextURLKey(bundleIdentifier, windowIndex, urlIndex));
 }
 
 void CaptureDraft::includeContextURL(const std::string& bundleIdentifier, std::int64_t windowIndex,
                                      std::int64_t urlIndex, bool included) {
-    if (include(excludedContextURLs_, CaptureFilter::contextURLKey(bundleIdentifier, windowIndex, urlIndex),
+    if (include(excluded_.contextURLs, CaptureFilter::contextURLKey(bundleIdentifier, windowIndex, urlIndex),
                 included))
         Q_EMIT exclusionsChanged();
 }
@@ -96,8 +99,12 @@ bool CaptureDraft::everyWindowExcluded(const std::string& bundleIdentifier) cons
            });
 }
 
+void CaptureDraft::setExcluded(LeftOut::Exclusions excluded) {
+    if (std::exchange(excluded_, std::move(excluded)) != excluded_) Q_EMIT exclusionsChanged();
+}
+
 WorkspaceSnapshot CaptureDraft::filteredSnapshot() const {
-    return CaptureFilter::apply(snapshot_, excludedApps_, excludedWindows_, excludedContextURLs_);
+    return CaptureFilter::apply(snapshot_, excluded_.apps, excluded_.windows, excluded_.contextURLs);
 }
 
 std::string reviewLabel(const WindowSnapshot& window) {

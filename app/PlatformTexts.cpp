@@ -12,6 +12,9 @@ using Pair = std::pair<std::string_view, std::string_view>;
 constexpr std::array linuxTexts{
     Pair{"Settings · ⌘,", "Settings · Ctrl+,"},
     Pair{"⌘S", "Ctrl+S"},
+    Pair{" · ⌘Z", " · Ctrl+Z"},
+    Pair{" · ⇧⌘Z", " · Ctrl+Shift+Z"},
+    Pair{"Import Workspace… · ⌘I", "Import Workspace… · Ctrl+I"},
     Pair{"Save workspace · ⌘S (", "Save workspace · Ctrl+S ("},
     Pair{
         "Quillo uses Accessibility to restore window positions. Your workspace data stays on this Mac.",

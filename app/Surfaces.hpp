@@ -53,6 +53,9 @@ class Surfaces {
     /// Which JSON file to read, absolute; absent when the person cancelled.
     virtual Task<std::optional<std::filesystem::path>> fileToRead() = 0;
 
+    /// A folder to write several files into, absolute; absent when the person cancelled.
+    virtual Task<std::optional<std::filesystem::path>> folderToWrite() = 0;
+
     /// Any part of the program, or a second start of it, may ask for the main window.
     virtual std::unique_ptr<SurfaceObserver> observeOpenMainWindow(std::function<void()> asked) = 0;
 };

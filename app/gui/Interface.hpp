@@ -62,6 +62,7 @@ class Interface final : public QObject, public Surfaces {
         return dialogs_.fileToWrite(std::move(proposedName));
     }
     Task<std::optional<std::filesystem::path>> fileToRead() override { return dialogs_.fileToRead(); }
+    Task<std::optional<std::filesystem::path>> folderToWrite() override { return dialogs_.folderToWrite(); }
     std::unique_ptr<SurfaceObserver> observeOpenMainWindow(std::function<void()> asked) override;
 
   private:

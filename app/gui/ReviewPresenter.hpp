@@ -10,6 +10,9 @@
 
 namespace quillo {
 
+/// The state that a map gives the windows which are left out, by CaptureFilter::windowKey.
+QVariantMap untickedWindows(const CaptureDraft& draft);
+
 class ReviewPresenter final : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool capturing READ capturing NOTIFY capturingChanged)

@@ -83,6 +83,10 @@ void Ui::openSettings(const QString& pane) {
     Q_EMIT pageChanged();
 }
 
+void Ui::undoToast() {
+    if (const std::optional<Uuid> id = model_.toastUndoes()) model_.undo(*id);
+}
+
 void Ui::back() {
     if (model_.showingSettings()) return model_.setShowingSettings(false);
     detailId_.clear();

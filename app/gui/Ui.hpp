@@ -16,8 +16,9 @@ class Ui final : public QObject {
     Q_PROPERTY(QString detailId READ detailId NOTIFY pageChanged)
     /// "general", "integrations", "privacy" or "about".
     Q_PROPERTY(QString settingsPane READ settingsPane WRITE setSettingsPane NOTIFY pageChanged)
-    Q_PROPERTY(QString toast READ toast NOTIFY toastChanged)          // empty: none is shown
-    Q_PROPERTY(QString toastKind READ toastKind NOTIFY toastChanged)  // "done", "refusal" or "failure"
+    Q_PROPERTY(QString toast READ toast NOTIFY toastChanged)           // empty: none is shown
+    Q_PROPERTY(QString toastKind READ toastKind NOTIFY toastChanged)   // "done", "refusal" or "failure"
+    Q_PROPERTY(bool toastUndoes READ toastUndoes NOTIFY toastChanged)  // it offers to undo what it tells
     Q_PROPERTY(bool onLinux READ onLinux CONSTANT)
     Q_PROPERTY(QString saveShortcut READ saveShortcut NOTIFY settingsChanged)  // of the global hot key
 
@@ -39,6 +40,7 @@ class Ui final : public QObject {
     void setSettingsPane(const QString& pane);
     QString toast() const { return line(model_.toast().value_or("")); }
     QString toastKind() const;
+    bool toastUndoes() const { return model_.toastUndoes().has_value(); }
     bool onLinux() const { return variant_ == TextVariant::onLinux; }
     QString saveShortcut() const;
 
@@ -51,6 +53,7 @@ class Ui final : public QObject {
     /// From settings or detail to the library.
     Q_INVOKABLE void back();
     Q_INVOKABLE void dismissToast() { model_.dismissToast(); }
+    Q_INVOKABLE void undoToast();
     Q_INVOKABLE void toggleSwitcher() { model_.toggleSwitcher(); }
     Q_INVOKABLE void beginCapture() { model_.beginCapture(); }
     Q_INVOKABLE void importWorkspace() { model_.importWorkspace(); }

@@ -12,7 +12,19 @@ FocusScope {
     onSearchingChanged: if (searching) grid.showCurrent()
     readonly property int columns: Math.max(1, Math.floor((width - 48 + 18) / (318 + 80 * (Theme.scale - 1))))  // names want room
 
+    readonly property int chosen: Library.selected.length
+    Keys.onEscapePressed: (event) => {
+        if (Library.selecting) endSelecting()
+        else event.accepted = false
+    }
+
+    function endSelecting() {
+        Library.endSelecting()
+        Presses.pageCame()
+        if (grid.count > 0) grid.forceActiveFocus(Qt.OtherFocusReason)
+    }
     function focusSearch() {
+        Library.endSelecting()
         search.forceActiveFocus(Qt.ShortcutFocusReason)
         search.selectAll()
     }
@@ -30,7 +42,7 @@ FocusScope {
 
         Field {
             id: search
-            visible: !Library.empty
+            visible: !Library.empty && !Library.selecting
             clearable: true
             anchors.left: parent.left
             anchors.verticalCenter: parent.verticalCenter
@@ -60,7 +72,7 @@ FocusScope {
         }
         PopUpButton {
             id: order
-            visible: !Library.empty
+            visible: !Library.empty && !Library.selecting
             anchors.left: search.right
             anchors.leftMargin: 10
             anchors.verticalCenter: parent.verticalCenter
@@ -70,10 +82,74 @@ FocusScope {
             onPicked: (index) => Library.order = index
         }
         Row {
-            id: tools
+            id: choosing
+            visible: Library.selecting
+            anchors.left: parent.left
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 12
+            UiText {
+                anchors.verticalCenter: parent.verticalCenter
+                role: "body-strong"
+                text: root.chosen === 0 ? "Select workspaces" : root.chosen + " selected"
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
+            PushButton {
+                text: Library.allSelected ? "Select None" : "Select All"
+                onClicked: Library.selectAll()
+            }
+        }
+        Row {
+            visible: Library.selecting
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
             spacing: 10
+            PushButton {
+                iconName: "upload"
+                text: "Export…"
+                enabled: root.chosen > 0
+                Accessible.name: "Export selected workspaces…"
+                onClicked: Library.exportSelected()
+            }
+            PushButton {
+                iconName: "trash-2"
+                kind: "danger"
+                text: "Delete…"
+                enabled: root.chosen > 0
+                Accessible.name: "Delete selected workspaces…"
+                onClicked: removal.open()
+            }
+            PushButton {
+                text: "Done"
+                onClicked: root.endSelecting()
+            }
+        }
+        Row {
+            id: tools
+            visible: !Library.selecting
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 10
+            IconButton {
+                visible: !Library.empty
+                size: Math.round(34 * Theme.scale)
+                iconSize: Math.round(18 * Theme.scale)
+                iconName: "download"
+                tip: Ui.text("Import Workspace… · ⌘I")
+                onClicked: Library.importWorkspace()
+            }
+            IconButton {
+                visible: !Library.empty
+                size: Math.round(34 * Theme.scale)
+                iconSize: Math.round(18 * Theme.scale)
+                iconName: "list-checks"
+                tip: "Select several to export or delete"
+                onClicked: {
+                    Library.beginSelecting()
+                    Presses.pageCame()  // other buttons stand here now
+                    grid.forceActiveFocus(Qt.TabFocusReason)
+                }
+            }
             IconButton {
                 size: Math.round(34 * Theme.scale)
                 iconSize: Math.round(18 * Theme.scale)
@@ -158,17 +234,26 @@ FocusScope {
         Keys.onUpPressed: if (Library.cursor < root.columns) root.focusSearch()
                           else Library.moveCursor(-root.columns)
         Keys.onDownPressed: down()
-        Keys.onReturnPressed: Library.resume(Library.idAt(Library.cursor))
-        Keys.onEnterPressed: Library.resume(Library.idAt(Library.cursor))
-        Keys.onSpacePressed: Ui.openDetail(Library.idAt(Library.cursor))
-        Keys.onDeletePressed: if (currentItem) currentItem.askToDelete()
+        function choose(otherwise) {
+            if (Library.selecting) Library.toggleSelected(Library.idAt(Library.cursor))
+            else otherwise(Library.idAt(Library.cursor))
+        }
+        function askToDelete() {
+            if (Library.selecting) { if (root.chosen > 0) removal.open() }
+            else if (currentItem) currentItem.askToDelete()
+        }
+        Keys.onReturnPressed: choose((id) => Library.resume(id))
+        Keys.onEnterPressed: choose((id) => Library.resume(id))
+        Keys.onSpacePressed: choose((id) => Ui.openDetail(id))
+        Keys.onDeletePressed: askToDelete()
         // Backspace is what a Mac's keyboard calls "delete".
         Keys.onPressed: (event) => {
-            if (event.key === Qt.Key_Home) Library.setCursor(0)
+            if (event.matches(StandardKey.SelectAll)) Library.selectAll()
+            else if (event.key === Qt.Key_Home) Library.setCursor(0)
             else if (event.key === Qt.Key_End) Library.setCursor(count - 1)
             else if (event.key === Qt.Key_PageUp) Library.moveCursor(-page)
             else if (event.key === Qt.Key_PageDown) Library.moveCursor(page)
-            else if (event.key === Qt.Key_Backspace && !Ui.onLinux) { if (currentItem) currentItem.askToDelete() }
+            else if (event.key === Qt.Key_Backspace && !Ui.onLinux) askToDelete()
             else return
             event.accepted = true
         }
@@ -180,6 +265,8 @@ FocusScope {
             width: grid.cellWidth
             height: grid.cellHeight
             current: GridView.isCurrentItem && (grid.activeFocus || root.searching)
+            selecting: Library.selecting
+            selected: selecting && Library.selected.indexOf(key) >= 0
         }
     }
     ScrollBar {
@@ -278,6 +365,17 @@ FocusScope {
             }
         }
     }
+
+    Dialog {
+        id: removal
+        title: root.chosen === 1 ? "Delete the selected workspace?" : "Delete " + root.chosen + " workspaces?"
+        text: (root.chosen === 1 ? "This removes the saved workspace." : "This removes the saved workspaces.")
+              + " Your apps and files are not affected."
+        actionText: root.chosen === 1 ? "Delete Workspace" : "Delete Workspaces"
+        danger: true
+        onConfirmed: Library.removeSelected()
+    }
+    Component.onDestruction: Library.endSelecting()
 
     Rectangle {
         id: strip

@@ -74,11 +74,13 @@ Rectangle {
         text: ""
         readonly property string latest: Ui.toast
         onLatestChanged: follow()
+        onUndone: Ui.undoToast()
         onDismissed: Ui.dismissToast()
         Component.onCompleted: follow()
         function follow() {  // it stays while it fades
             if (latest === "") return
             kind = Ui.toastKind
+            undoes = Ui.toastUndoes
             text = latest
         }
     }

@@ -80,6 +80,7 @@ class ApplicationList final : public Applications {
     std::optional<Url> location(std::string_view bundleIdentifier) override;
     std::optional<std::string> identifierAt(const Url& location) override;
     std::optional<std::string> name(std::string_view bundleIdentifier) override;
+    std::vector<InstalledApplication> installed() override;
     Task<Result<void>> launch(Url location, std::vector<Url> documents) override;
     Task<Result<void>> open(std::string bundleIdentifier, std::vector<Url> documents) override;
     /// Documents are names here: only their endings tell.

@@ -44,6 +44,7 @@ class RecordedSurfaces final : public Surfaces {
         return answer();
     }
     Task<std::optional<std::filesystem::path>> fileToRead() override { return answer(); }
+    Task<std::optional<std::filesystem::path>> folderToWrite() override { return answer(); }
     std::unique_ptr<SurfaceObserver> observeOpenMainWindow(std::function<void()> asked) override {
         openMainAsked = std::move(asked);
         return std::make_unique<SurfaceObserver>();
