@@ -48,5 +48,6 @@ set(service ${CMAKE_CURRENT_BINARY_DIR}/generated/${id}.service)
 install(CODE "
   set(quillo_folder \"${CMAKE_INSTALL_BINDIR}\")
   cmake_path(ABSOLUTE_PATH quillo_folder BASE_DIRECTORY \"\${CMAKE_INSTALL_PREFIX}\" NORMALIZE)
+  file(REMOVE \"${service}\")  # root's, where root installed before
   configure_file(\"${CMAKE_SOURCE_DIR}/packaging/linux/${id}.service.in\" \"${service}\" @ONLY)")
 install(FILES ${service} DESTINATION ${CMAKE_INSTALL_DATADIR}/dbus-1/services)
