@@ -6,6 +6,11 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
     "g++ ${CMAKE_CXX_COMPILER_VERSION} destroys some temporaries of coroutine expressions twice. "
     "Use clang-19: cmake -DCMAKE_CXX_COMPILER=clang++-19")
 endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 19)
+  message(FATAL_ERROR
+    "To clang ${CMAKE_CXX_COMPILER_VERSION} the standard library offers no std::expected, which asks for the concepts of "
+    "clang 19. Use that or a newer one: cmake -DCMAKE_CXX_COMPILER=clang++-19")
+endif()
 
 add_library(quillo_flags INTERFACE)
 option(QUILLO_WERROR "a warning is an error, as in every preset; a newer compiler warns of more" OFF)
