@@ -54,20 +54,28 @@ if(QUILLO_HARDENED AND NOT APPLE)
   add_link_options(LINKER:-z,relro,-z,now)
 endif()
 
-# What nearly every source reads is compiled once for each target. Sources still name all that they use: a Mac's build
-# does without.
+# What nearly every source reads is compiled once: for all that add nothing to it together, else for each target.
+# Sources still name all that they use: a Mac's build does without.
 option(QUILLO_PRECOMPILE "precompile the standard library's headers" ON)
 function(quillo_precompile name)
-  if(QUILLO_PRECOMPILE)
-    # With ccache, a precompiled header must not carry the time at which it was made.
-    if(CMAKE_CXX_COMPILER_ID MATCHES Clang)
-      target_compile_options(${name} PRIVATE "SHELL:-Xclang -fno-pch-timestamp")
-    endif()
-    target_precompile_headers(${name} PRIVATE
-      <algorithm> <array> <chrono> <coroutine> <deque> <expected> <filesystem> <functional> <map> <memory> <mutex>
-      <optional> <ranges> <set> <span> <string> <string_view> <thread> <unordered_map> <utility> <variant> <vector>
-      <fmt/format.h> ${ARGN})
+  if(NOT QUILLO_PRECOMPILE)
+    return()
   endif()
+  # With ccache, a precompiled header must not carry the time at which it was made.
+  if(CMAKE_CXX_COMPILER_ID MATCHES Clang)
+    target_compile_options(${name} PRIVATE "SHELL:-Xclang -fno-pch-timestamp")
+  endif()
+  string(MAKE_C_IDENTIFIER "quillo_precompiled_${ARGN}" group)
+  get_property(first GLOBAL PROPERTY ${group})
+  if(first)
+    target_precompile_headers(${name} REUSE_FROM ${first})
+    return()
+  endif()
+  target_precompile_headers(${name} PRIVATE
+    <algorithm> <array> <chrono> <coroutine> <deque> <expected> <filesystem> <functional> <map> <memory> <mutex>
+    <optional> <ranges> <set> <span> <string> <string_view> <thread> <unordered_map> <utility> <variant> <vector>
+    <fmt/format.h> ${ARGN})
+  set_property(GLOBAL PROPERTY ${group} ${name})
 endfunction()
 
 # A library of all sources directly in the folders under FOLDER (default: the present one), linked to what stands below
