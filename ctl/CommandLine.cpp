@@ -7,11 +7,10 @@
 
 #include "ctl/HumanText.hpp"
 #include "ctl/SystemLayer.hpp"
+#include "settings/Version.hpp"
 
 namespace quillo::ctl {
 namespace {
-
-constexpr const char* version = "quilloctl " QUILLO_VERSION;
 
 constexpr const char* about =
     "Saves what is open on this desktop as a named workspace and brings it back.\n"
@@ -63,7 +62,7 @@ void addGlobalOptions(CLI::App& app, Arguments& arguments) {
     app.add_flag("--keep-scene", arguments.keepScene,
                  "write what a command changed on a simulated desktop back to its scene FILE");
     app.set_help_flag("-h,--help", "print this help");
-    app.set_version_flag("--version", version, "print the version");
+    app.set_version_flag("--version", fmt::format("quilloctl {}", versionWithCommit()), "print the version");
 }
 
 void addAdapters(CLI::App* command, Arguments& arguments) {

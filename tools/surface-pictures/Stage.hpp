@@ -273,7 +273,7 @@ class Stage : LookSet, public GuiTest {
             workspace.snapshot.applications.front().windows.push_back(window);
         }
         model->restore(workspace, CleanSlateMode::quit);
-        EXPECT_TRUE(until([&] { return find("Resume Anyway") != nullptr; }));
+        EXPECT_TRUE(until([&] { return named("Resume Anyway") != nullptr; }));
     }
     void resumeHalfWay(const Workspace& workspace) {
         resume(workspace);
