@@ -18,8 +18,9 @@ struct Arguments {
     std::optional<std::string> name;        // NAME
     std::string file;                       // FILE
     std::optional<std::string> update;      // save --update W
-    std::vector<std::string> only;          // restore --only APP
+    std::vector<std::string> only;          // --only APP
     bool force = false;                     // export --force
+    bool exitCode = false;                  // plan --exit-code
     bool yes = false;                       // restore --yes
     std::vector<std::string> adapters;      // --adapter ID
     std::optional<std::string> cleanSlate;  // --clean-slate MODE; absent: as the workspace says

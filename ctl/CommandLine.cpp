@@ -20,7 +20,8 @@ constexpr const char* about =
 
 constexpr const char* closing =
     "Exit status: 0 done, 1 failed, 2 usage, 3 done in part (something was skipped or failed),\n"
-    "4 the windows of other applications may not be read, 130 cancelled. See quilloctl(1).";
+    "4 the windows of other applications may not be read, 5 plan --exit-code found something to do,\n"
+    "130 cancelled. See quilloctl(1).";
 
 /// Adds commands that share one Invocation.
 class CommandSet {
@@ -85,6 +86,14 @@ void addCleanSlate(CLI::App* command, Arguments& arguments) {
         ->check(CLI::IsMember({"keep", "hide", "quit"}));
 }
 
+void addOnly(CLI::App* command, Arguments& arguments) {
+    command
+        ->add_option("--only", arguments.only,
+                     "only this application, by name or identifier; may be repeated")
+        ->type_name("APP")
+        ->allow_extra_args(false);
+}
+
 void addDesktopCommands(CommandSet& commands) {
     Arguments& arguments = commands.arguments();
     commands.group = "The desktop as it is";
@@ -103,15 +112,14 @@ void addDesktopCommands(CommandSet& commands) {
     addAdapters(save, arguments);
     CLI::App* plan = commands.addForWorkspace(
         "plan", "what a restore would do, window by window, and why; changes nothing", planRestore);
+    plan->add_flag("--exit-code", arguments.exitCode,
+                   "end with status 5 where a restore would have something to do");
+    addOnly(plan, arguments);
     addAdapters(plan, arguments);
     addCleanSlate(plan, arguments);
     CLI::App* restore = commands.addForWorkspace(
         "restore", "bring a workspace back; one line for each thing done", restoreWorkspace);
-    restore
-        ->add_option("--only", arguments.only,
-                     "only this application, by name or identifier; may be repeated")
-        ->type_name("APP")
-        ->allow_extra_args(false);
+    addOnly(restore, arguments);
     addAdapters(restore, arguments);
     addCleanSlate(restore, arguments);
     restore->add_flag("-y,--yes", arguments.yes,

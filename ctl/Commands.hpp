@@ -46,7 +46,7 @@ CommandResult showWindows(CommandContext& context, const Arguments& arguments);
 CommandResult showDisplays(CommandContext& context, const Arguments& arguments);
 CommandResult saveWorkspace(CommandContext& context, const Arguments& arguments);
 
-// Bringing a workspace back (RestoreCommands.cpp).
+// Bringing a workspace back, and what that would do (RestoreCommands.cpp, PlanCommands.cpp).
 CommandResult planRestore(CommandContext& context, const Arguments& arguments);
 CommandResult restoreWorkspace(CommandContext& context, const Arguments& arguments);
 

@@ -46,7 +46,7 @@ _quilloctl() {
     case $command in
         save) options="--update --adapter $options" ;;
         history) options="--adapter $options" ;;
-        plan) options="--adapter --clean-slate $options" ;;
+        plan) options="--exit-code --only --adapter --clean-slate $options" ;;
         restore) options="--only --adapter --clean-slate --yes -y $options" ;;
         export) options="--force $options" ;;
     esac
