@@ -12,7 +12,8 @@ using Command = CommandResult (*)(CommandContext&, const Arguments&);
 CommandResult reportSaved(CommandContext& context, std::string_view whatHappened, const Workspace& workspace);
 
 /// What `list` gives; people get `none` where there are none.
-CommandResult printList(Output& output, std::span<const Workspace> workspaces, std::string_view none);
+CommandResult printList(Output& output, std::span<const Workspace> workspaces, bool isLong,
+                        std::string_view none);
 /// The members of a workspace's line in `list`.
 JsonLine summary(const Workspace& workspace);
 
@@ -28,10 +29,10 @@ CommandResult listWorkspaces(CommandContext& context, const Arguments& arguments
 CommandResult showWorkspace(CommandContext& context, const Arguments& arguments);
 CommandResult renameWorkspace(CommandContext& context, const Arguments& arguments);
 CommandResult duplicateWorkspace(CommandContext& context, const Arguments& arguments);
-CommandResult deleteWorkspace(CommandContext& context, const Arguments& arguments);
+CommandResult deleteWorkspaces(CommandContext& context, const Arguments& arguments);
 
 // Workspace files (FileCommands.cpp).
-CommandResult exportWorkspace(CommandContext& context, const Arguments& arguments);
+CommandResult exportWorkspaces(CommandContext& context, const Arguments& arguments);
 CommandResult importWorkspace(CommandContext& context, const Arguments& arguments);
 CommandResult validateFile(CommandContext& context, const Arguments& arguments);
 

@@ -1,5 +1,6 @@
 // doctor, windows, displays, save: the desktop as it is now.
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <random>
 
@@ -73,17 +74,24 @@ class Examination {
         print(what, capability ? output_.painted(Style::good, "yes")
                                : output_.painted(Style::bad, "no") + "  " + printable(capability.reason()));
     }
-    void tell(std::string_view what, const std::string& value) {
+    void tell(std::string_view what, const std::string& value) { tell(what, value, value); }
+    void tell(std::string_view what, std::size_t count) {
+        tell(what, static_cast<std::int64_t>(count), std::to_string(count));
+    }
+    void tell(std::string_view what, const std::vector<std::string>& names) {
+        tell(what, names, names.empty() ? "none" : fmt::format("{}", fmt::join(names, ", ")));
+    }
+
+  private:
+    void tell(std::string_view what, const auto& value, const std::string& text) {
         if (output_.json()) {
             JsonLine line;
             line.add("check", what).add("value", value);
             output_.value(std::move(line));
         } else {
-            print(what, printable(value));
+            print(what, printable(text));
         }
     }
-
-  private:
     void print(std::string_view what, std::string_view value) {
         output_.line(padded(what, 22) + std::string(value));
     }
@@ -100,29 +108,26 @@ void examineDesktop(Examination& examination, DesktopConnection& desktop) {
     examination.can("hiding applications", platform.applications.hiding());
     examination.can("quitting applications", platform.applications.quitting());
     examination.can("scripting", platform.scripts.scripting());
-    examination.tell("displays", std::to_string(Displays::current(platform.screens).size()));
-}
-
-std::string listed(const auto& names) {
-    return names.empty() ? "none" : fmt::format("{}", fmt::join(names, ", "));
+    examination.tell("displays", Displays::current(platform.screens).size());
 }
 
 void examineStore(Examination& examination, CommandContext& context) {
     const WorkspaceScanResult library = context.store.scan();
     examination.tell("data directory", context.dataDirectory.string());
-    examination.tell("workspaces", std::to_string(library.workspaces.size()));
-    examination.tell("sessions", std::to_string(context.history.list().size()));
-    examination.tell("damaged files", std::to_string(library.issues.size()));
-    examination.tell("damaged versions", listed(context.store.damagedFiles()));
+    examination.tell("workspaces", library.workspaces.size());
+    examination.tell("sessions", context.history.list().size());
+    examination.tell("damaged files", library.issues.size());
+    examination.tell("damaged versions", context.store.damagedFiles());
     if (library.failure) examination.tell("library", library.failure->text);
     examination.tell("log", context.logPlace);
 }
 
 void examineSettings(Examination& examination, const CommandContext& context, const AppSettings& settings) {
     examination.tell("settings", context.defaults.place());
-    examination.tell("integrations", listed(settings.enabledAdapters));
-    examination.tell("excluded applications", std::to_string(settings.excludedBundleIdentifiers.size()));
-    examination.tell("excluded websites", std::to_string(settings.excludedDomains.size()));
+    examination.tell("integrations",
+                     std::vector(settings.enabledAdapters.begin(), settings.enabledAdapters.end()));
+    examination.tell("excluded applications", settings.excludedBundleIdentifiers.size());
+    examination.tell("excluded websites", settings.excludedDomains.size());
 }
 
 }  // namespace

@@ -4,10 +4,10 @@
 
 namespace quillo::ctl {
 
-CommandResult listHistory(CommandContext& context, const Arguments&) {
+CommandResult listHistory(CommandContext& context, const Arguments& arguments) {
     const Result<std::vector<Workspace>, Failure> sessions = scanHistory(context);
     if (!sessions) return std::unexpected(sessions.error());
-    return printList(context.output, *sessions,
+    return printList(context.output, *sessions, arguments.longList,
                      "No sessions yet. Save this one with: quilloctl history save");
 }
 
@@ -24,7 +24,7 @@ CommandResult saveToHistory(CommandContext& context, const Arguments& arguments)
         line.add("saved", *saved);
         context.output.value(std::move(line));
     } else {
-        context.output.line(*saved ? "Saved " + captured + " as " + latest->name
+        context.output.done(*saved ? "Saved " + captured + " as " + latest->name
                                    : "Unchanged since " + dateText(latest->updatedAt) + ": " + captured);
     }
     return Exit::done;
@@ -40,7 +40,7 @@ CommandResult clearHistory(CommandContext& context, const Arguments&) {
         line.add("removed", count);
         context.output.value(std::move(line));
     } else {
-        context.output.line("Removed " + counted(count, "session"));
+        context.output.done("Removed " + counted(count, "session"));
     }
     return Exit::done;
 }

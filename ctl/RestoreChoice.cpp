@@ -6,6 +6,7 @@
 
 #include "WindowEngine/support/Text.hpp"
 #include "ctl/HumanText.hpp"
+#include "ctl/NearestName.hpp"
 
 namespace quillo::ctl {
 namespace {
@@ -25,8 +26,10 @@ Result<void, Failure> keepOnly(Workspace& workspace, const std::vector<std::stri
             return isNamed(application, which);
         };
         if (std::ranges::none_of(applications, named)) {
-            return failure(fmt::format("--only: {} holds no application {}", printable(workspace.name),
-                                       printable(which)));
+            std::vector<std::string> names;
+            std::ranges::transform(applications, std::back_inserter(names), &ApplicationSnapshot::name);
+            return failure(fmt::format("--only: {} holds no application {}{}", quotedName(workspace.name),
+                                       quotedName(which), suggestion(which, names)));
         }
     }
     std::erase_if(applications, [&only](const ApplicationSnapshot& application) {

@@ -92,7 +92,7 @@ void RestorePrinter::begin() {
 void RestorePrinter::item(const RestoreReport::Item& item) {
     if (output_.json()) {
         printJson(item);
-    } else {
+    } else if (!output_.quiet() || outcomeOf(item.status).trouble()) {
         printText(item);
     }
     if (item.savedIndex) ++windowsDone_;
@@ -130,7 +130,7 @@ void RestorePrinter::end(const RestoreReport& report) {
         output_.value(totalJson(report));
     } else {
         const std::int64_t inPlace = countInPlace(report);
-        output_.line(output_.painted(Style::bold, name_ + ending(report)) + ": " +
+        output_.done(output_.painted(Style::bold, name_ + ending(report)) + ": " +
                      restoreSummary(report, true) +
                      (inPlace > 0 ? fmt::format(" · {} in place", inPlace) : "") +
                      fmt::format(" · {:.1f} s", report.duration));

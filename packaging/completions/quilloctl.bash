@@ -17,7 +17,7 @@ _quilloctl_workspaces() {
 
 _quilloctl() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-    local commands="doctor windows displays save plan restore list show rename duplicate delete history export import validate"
+    local commands="help doctor windows displays save plan restore list show rename duplicate delete history export import validate"
     local options="--desktop --data-dir --json --keep-scene --help -h --version"
     local command="" word globals=() arguments=0 index
     COMPREPLY=()
