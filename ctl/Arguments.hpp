@@ -18,6 +18,8 @@ struct Arguments {
     std::string workspace;                  // W
     std::vector<std::string> workspaces;    // W... of delete and export
     std::optional<std::string> name;        // NAME
+    std::string application;                // APP of launcher add
+    std::vector<std::string> words;         // COMMAND... of launcher add, APP... of launcher remove
     std::string file;                       // FILE
     std::optional<std::string> update;      // save --update W
     std::vector<std::string> only;          // --only APP

@@ -3,7 +3,9 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iostream>
+#include <span>
 
 #include "ctl/HumanText.hpp"
 #include "ctl/NearestName.hpp"
@@ -160,6 +162,23 @@ void addLibraryCommands(CommandSet& commands) {
                 commands.arguments());
     history.add("clear", "delete all sessions", clearHistory);
 
+    commands.group = "Applications without a menu entry";
+    CommandSet launcher = commands.addFamily(
+        "launcher", "how applications are started that no menu entry starts: add, list, remove");
+    launcher.group = "Commands";
+    // What follows APP is the command's, also what looks like an option of ours.
+    CLI::App* adding = launcher.add(
+        "add", "say which COMMAND... starts APP; it is run without a shell, and kept in the settings",
+        addLauncher);
+    adding->add_option("APP", arguments.application, "the application's identifier, as doctor names it")
+        ->required();
+    adding->fallthrough(false)->prefix_command()->parse_complete_callback(
+        [adding, &arguments] { arguments.words = adding->remaining(); });
+    launcher.add("list", "all launchers", listLaunchers);
+    launcher.add("remove", "remove the launchers of these applications", removeLaunchers)
+        ->add_option("APP", arguments.words, "the applications' identifiers")
+        ->required();
+
     commands.group = "Workspace files";
     const auto addFile = [&arguments](CLI::App* command, const std::string& help) {
         command->add_option("FILE", arguments.file, help)->required();
@@ -236,6 +255,18 @@ Exit printHelp(const CLI::App& app, const std::vector<std::string>& command) {
     return Exit::done;
 }
 
+/// The library takes "--" behind the last argument that it knows for the end of the command; behind APP of
+/// launcher add it means no more than that the command follows, which all that stands there is anyway.
+std::vector<std::string> understandable(std::span<const char* const> arguments) {
+    std::vector<std::string> words(arguments.begin(), arguments.end());
+    for (std::size_t i = 0; i + 3 < words.size(); ++i) {
+        if (words[i] != "launcher" || words[i + 1] != "add" || words[i + 3] != "--") continue;
+        words.erase(words.begin() + static_cast<std::ptrdiff_t>(i + 3));
+        break;
+    }
+    return words;
+}
+
 }  // namespace
 
 std::expected<Invocation, Exit> parseCommandLine(int argumentCount, const char* const* arguments) {
@@ -253,7 +284,10 @@ std::expected<Invocation, Exit> parseCommandLine(int argumentCount, const char* 
     CLI::App* help = commands.add("help", "print help, for all or for one command", nullptr);
     help->add_option("COMMAND", topic, "the command, in one word or two");
     try {
-        app.parse(argumentCount, arguments);
+        std::vector<std::string> words =
+            understandable({arguments + 1, static_cast<std::size_t>(std::max(argumentCount - 1, 0))});
+        std::ranges::reverse(words);  // as the library wants them
+        app.parse(std::move(words));
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() == 0) {
             app.exit(error, std::cout, std::cerr);

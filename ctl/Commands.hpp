@@ -19,10 +19,16 @@ JsonLine summary(const Workspace& workspace);
 
 /// The desktop as a save records it. What was left out of `before`, whose place it is to take, stays left
 /// out.
-Result<WorkspaceSnapshot, Failure> captureDesktop(CommandContext& context, const Arguments& arguments,
-                                                  const WorkspaceSnapshot* before = nullptr);
+struct Captured {
+    WorkspaceSnapshot snapshot;
+    /// "XClock (xclock): no menu entry starts it, so a restore will not": applications that could not be
+    /// launched again.
+    std::vector<std::string> warnings;
+};
+Result<Captured, Failure> captureDesktop(CommandContext& context, const Arguments& arguments,
+                                         const WorkspaceSnapshot* before = nullptr);
 /// "3 windows of 2 applications"; remarks of the capture go to standard error.
-std::string reportCaptured(CommandContext& context, const WorkspaceSnapshot& snapshot);
+std::string reportCaptured(CommandContext& context, const Captured& captured);
 
 // The library (LibraryCommands.cpp).
 CommandResult listWorkspaces(CommandContext& context, const Arguments& arguments);
@@ -40,6 +46,11 @@ CommandResult validateFile(CommandContext& context, const Arguments& arguments);
 CommandResult listHistory(CommandContext& context, const Arguments& arguments);
 CommandResult saveToHistory(CommandContext& context, const Arguments& arguments);
 CommandResult clearHistory(CommandContext& context, const Arguments& arguments);
+
+// How applications without a menu entry are started (LauncherCommands.cpp).
+CommandResult addLauncher(CommandContext& context, const Arguments& arguments);
+CommandResult listLaunchers(CommandContext& context, const Arguments& arguments);
+CommandResult removeLaunchers(CommandContext& context, const Arguments& arguments);
 
 // The live desktop (DesktopCommands.cpp).
 CommandResult doctor(CommandContext& context, const Arguments& arguments);

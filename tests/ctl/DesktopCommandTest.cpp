@@ -213,6 +213,17 @@ TEST_F(DesktopCommandTest, ExitStatusAndLinesSayWhatDidNotComeBack) {
                  {{"list"}, 0, "Work"}});
 }
 
+TEST_F(DesktopCommandTest, WhatNothingCouldLaunchIsNamed) {
+    file("bare", R"({"displays": [{"id": "left", "frame": [0, 0, 1600, 1000]}], "applications": [
+        {"identifier": "xclock", "name": "XClock", "installed": false, "windows": [
+          {"title": "clock", "frame": [0, 0, 100, 100]}]}]})");
+    expectSteps(
+        {{on("bare", {"save", "Bare"}), 0, "quilloctl: XClock (xclock): not installed, so a restore will"},
+         {on("bare", {"history", "save"}), 0, "launcher add xclock COMMAND..."},
+         {on("bare", {"doctor"}), 0, "not launchable        XClock (xclock)\n"},
+         {on("arranged", {"doctor"}), 0, "not launchable        none\n"}});
+}
+
 TEST_F(DesktopCommandTest, WhatThePersonChoseInTheSettingsHolds) {
     const std::string window = R"("frame": [100, 100, 600, 400], "title": )";
     file("web", R"({"displays": [{"id": "left", "frame": [0, 0, 1600, 1000]}], "applications": [

@@ -190,6 +190,22 @@ TEST_F(LibraryCommandTest, AStoreThatIsDamagedOrCannotBeWrittenIsSaid) {
     EXPECT_NE(full.err.find("standard output"), std::string::npos);
 }
 
+TEST_F(LibraryCommandTest, LaunchersAreKeptWithTheSettingsOfThisMachine) {
+    expectSteps(
+        {{{"launcher", "list"}, 0, "No launchers."},
+         {{"launcher", "add", "XClock", "xclok-that-is-not", "-update"}, 1, "there is no program xclok-"},
+         {{"launcher", "add", "XClock"}, 2, "COMMAND is required"},
+         {{"launcher", "add", " ", "env"}, 2, "APP: the name is empty"},
+         {{"launcher", "add", "XClock", "--", "env", "--help", "it's"},
+          0,
+          R"(Starts xclock: env --help 'it'\''s')"},
+         {{"--json", "launcher", "list"}, 0, R"({"application":"xclock","command":["env","--help","it's"]})"},
+         {{"launcher", "remove", "xclok"}, 1, "no launcher for xclok; did you mean xclock?"}});
+    EXPECT_NE(home_.read(".config/Quillo/defaults.json").find("\"launchers\""), std::string::npos);
+    expectSteps({{{"launcher", "remove", "xCLOCK"}, 0, "No longer starts xclock"},
+                 {{"launcher", "list"}, 0, "No launchers."}});
+}
+
 TEST_F(LibraryCommandTest, TheDataDirectoryComesFromOptionVariableAndStandard) {
     const std::string path = file("in.json", document("Work")), home = home_.path();
     const struct {
