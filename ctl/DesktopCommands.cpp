@@ -8,7 +8,6 @@
 #include "WindowEngine/capture/CaptureFilter.hpp"
 #include "WindowEngine/capture/LeftOut.hpp"
 #include "WindowEngine/desktop/Displays.hpp"
-#include "WindowEngine/library/ImportedWorkspace.hpp"
 #include "WindowEngine/records/OwnIdentity.hpp"
 #include "ctl/Commands.hpp"
 #include "ctl/HumanText.hpp"
@@ -27,12 +26,8 @@ std::string randomColor() {
     return std::string(Workspace::colors[position(source)]);
 }
 
-CommandResult store(CommandContext& context, std::string_view preposition, Captured captured,
-                    Workspace workspace) {
-    workspace.snapshot = captured.snapshot;
-    if (const Result<void> saved = context.store.save(workspace); !saved) {
-        return couldNot("save " + printable(workspace.name), saved.error());
-    }
+CommandResult reportStored(CommandContext& context, std::string_view preposition, const Captured& captured,
+                           const Workspace& workspace) {
     noteProvenance(context, context.known.savedHere(workspace));
     return reportSaved(context, fmt::format("Saved {} {}", reportCaptured(context, captured), preposition),
                        workspace);
@@ -45,9 +40,12 @@ CommandResult saveNew(CommandContext& context, const Arguments& arguments) {
     if (!captured) return std::unexpected(captured.error());
     const Result<std::vector<Workspace>, Failure> workspaces = scan(context);
     if (!workspaces) return std::unexpected(workspaces.error());
-    return store(context, "as", *std::move(captured),
-                 Workspace::create(Uuid::random(), uniqueName(*name, *workspaces), std::string(defaultIcon),
-                                   randomColor(), {}, now()));
+    const Result<Workspace> saved =
+        context.store.saveAsNew(Workspace::create(Uuid::random(), *name, std::string(defaultIcon),
+                                                  randomColor(), captured->snapshot, now()),
+                                *workspaces);
+    if (!saved) return couldNot("save " + quotedName(*name), saved.error());
+    return reportStored(context, "as", *captured, *saved);
 }
 
 CommandResult renew(CommandContext& context, const Arguments& arguments) {
@@ -57,8 +55,11 @@ CommandResult renew(CommandContext& context, const Arguments& arguments) {
     if (!captured) return std::unexpected(captured.error());
     // What it does to other applications stays only where that was chosen here.
     if (!context.known.isCleanSlateChosenHere(*workspace)) workspace->cleanSlate.reset();
+    workspace->snapshot = captured->snapshot;
     workspace->updatedAt = now();
-    return store(context, "in", *std::move(captured), *std::move(workspace));
+    if (const Result<void> saved = context.store.save(*workspace); !saved)
+        return couldNot("save " + quotedName(workspace->name), saved.error());
+    return reportStored(context, "in", *captured, *workspace);
 }
 
 bool canBeLaunched(Applications& applications, const std::string& identifier,

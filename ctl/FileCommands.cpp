@@ -80,16 +80,15 @@ CommandResult importWorkspace(CommandContext& context, const Arguments& argument
     if (!bytes) return std::unexpected(bytes.error());
     const Result<std::vector<Workspace>, Failure> workspaces = scan(context);
     if (!workspaces) return std::unexpected(workspaces.error());
-    const Result<ImportedWorkspace> imported = ImportedWorkspace::read(*bytes, *workspaces, now());
+    const Result<ImportedWorkspace> imported = ImportedWorkspace::read(*bytes, {}, now());
     if (!imported) return badFile(arguments.file, imported.error());
-    if (const Result<void> saved = context.store.save(imported->workspace); !saved) {
-        return couldNot("import " + quotedName(imported->workspace.name), saved.error());
-    }
+    const Result<Workspace> saved = context.store.saveAsNew(imported->workspace, *workspaces);
+    if (!saved) return couldNot("import " + quotedName(imported->workspace.name), saved.error());
     if (imported->droppedAddresses > 0) {
         context.output.complain(counted(imported->droppedAddresses, "address", "addresses") +
                                 " left out: only folders of this machine and web addresses are taken over");
     }
-    return reportSaved(context, "Imported", imported->workspace);
+    return reportSaved(context, "Imported", *saved);
 }
 
 CommandResult validateFile(CommandContext& context, const Arguments& arguments) {

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <span>
 
-#include "WindowEngine/library/ImportedWorkspace.hpp"
 #include "WindowEngine/records/WorkspaceCoding.hpp"
 #include "ctl/Commands.hpp"
 #include "ctl/HumanText.hpp"
@@ -154,15 +153,14 @@ CommandResult renameWorkspace(CommandContext& context, const Arguments& argument
     if (!found) return std::unexpected(found.error());
     if (*name == found->name) return reportSaved(context, "Unchanged:", *found);
 
-    Result<Workspace> workspace = context.store.load(found->id);
-    if (!workspace) return couldNot("rename " + quotedName(found->name), workspace.error());
-    // The workspace itself counts among the names taken, as everywhere else in the program.
-    workspace->name = uniqueName(*name, *workspaces);
-    workspace->updatedAt = now();
-    if (const Result<void> saved = context.store.save(*workspace); !saved) {
-        return couldNot("rename " + quotedName(found->name), saved.error());
-    }
-    return reportSaved(context, "Renamed " + quotedName(found->name) + " to", *workspace);
+    const auto changed = context.store.change(found->id, [&](Workspace& workspace) -> Result<void> {
+        // The workspace itself counts among the names taken, as everywhere else in the program.
+        workspace.name = context.store.freeName(*name, *workspaces);
+        workspace.updatedAt = now();
+        return {};
+    });
+    if (!changed) return couldNot("rename " + quotedName(found->name), changed.error());
+    return reportSaved(context, "Renamed " + quotedName(found->name) + " to", changed->after);
 }
 
 CommandResult duplicateWorkspace(CommandContext& context, const Arguments& arguments) {
@@ -170,12 +168,11 @@ CommandResult duplicateWorkspace(CommandContext& context, const Arguments& argum
     if (!workspaces) return std::unexpected(workspaces.error());
     const Result<Workspace, Failure> source = find(*workspaces, arguments.workspace);
     if (!source) return std::unexpected(source.error());
-    const Workspace copy = source->importedCopy(uniqueName(source->name + " copy", *workspaces), now());
-    if (const Result<void> saved = context.store.save(copy); !saved) {
-        return couldNot("duplicate " + quotedName(source->name), saved.error());
-    }
-    noteProvenance(context, context.known.madeFrom(*source, copy));
-    return reportSaved(context, "Duplicated " + quotedName(source->name) + " as", copy);
+    const Result<Workspace> copy =
+        context.store.saveAsNew(source->importedCopy(source->name + " copy", now()), *workspaces);
+    if (!copy) return couldNot("duplicate " + quotedName(source->name), copy.error());
+    noteProvenance(context, context.known.madeFrom(*source, *copy));
+    return reportSaved(context, "Duplicated " + quotedName(source->name) + " as", *copy);
 }
 
 CommandResult deleteWorkspaces(CommandContext& context, const Arguments& arguments) {
