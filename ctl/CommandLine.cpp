@@ -128,11 +128,22 @@ void addDesktopCommands(CommandSet& commands) {
     addOnly(plan, arguments);
     addAdapters(plan, arguments);
     addCleanSlate(plan, arguments);
+    CLI::App* diff = commands.addForWorkspace(
+        "diff", "how the desktop differs now; ends with status 0 where it does not, 1 where it does",
+        diffWorkspace);
+    addOnly(diff, arguments);
+    addAdapters(diff, arguments);
     CLI::App* restore = commands.addForWorkspace(
         "restore", "bring a workspace back; one line for each thing done", restoreWorkspace);
     addOnly(restore, arguments);
     addAdapters(restore, arguments);
     addCleanSlate(restore, arguments);
+    CLI::Option* wait = restore->add_flag(
+        "--wait", arguments.wait, "first wait for the window manager, displays and the accessibility bus");
+    restore->add_option("--wait-limit", arguments.waitLimit, "how long at most; 30 unless given")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(0.0, 3600.0))
+        ->needs(wait);
     restore->add_flag("-y,--yes", arguments.yes,
                       "restore also what was not saved on this computer, without asking");
 }
@@ -279,6 +290,9 @@ std::expected<Invocation, Exit> parseCommandLine(int argumentCount, const char* 
     CommandSet commands(app, invocation);
     addDesktopCommands(commands);
     addLibraryCommands(commands);
+    commands.group = "";  // unseen
+    commands.add("complete", "names for a shell's completion", completeNames)
+        ->add_option("KIND", commands.arguments().words, "workspaces, sessions, launchers or applications W");
     std::vector<std::string> topic;
     commands.group = "Help";
     CLI::App* help = commands.add("help", "print help, for all or for one command", nullptr);

@@ -52,14 +52,19 @@ CommandResult addLauncher(CommandContext& context, const Arguments& arguments);
 CommandResult listLaunchers(CommandContext& context, const Arguments& arguments);
 CommandResult removeLaunchers(CommandContext& context, const Arguments& arguments);
 
+// What the shells' completions ask (CompletionCommand.cpp).
+CommandResult completeNames(CommandContext& context, const Arguments& arguments);
+
 // The live desktop (DesktopCommands.cpp).
 CommandResult doctor(CommandContext& context, const Arguments& arguments);
 CommandResult showWindows(CommandContext& context, const Arguments& arguments);
 CommandResult showDisplays(CommandContext& context, const Arguments& arguments);
 CommandResult saveWorkspace(CommandContext& context, const Arguments& arguments);
 
-// Bringing a workspace back, and what that would do (RestoreCommands.cpp, PlanCommands.cpp).
+// Bringing a workspace back, and what that would do (RestoreCommands.cpp, PlanCommands.cpp,
+// DiffCommand.cpp).
 CommandResult planRestore(CommandContext& context, const Arguments& arguments);
+CommandResult diffWorkspace(CommandContext& context, const Arguments& arguments);
 CommandResult restoreWorkspace(CommandContext& context, const Arguments& arguments);
 
 }  // namespace quillo::ctl

@@ -38,7 +38,7 @@ Result<std::vector<Export>, Failure> plannedExports(CommandContext& context, con
     const bool isFolder = std::filesystem::is_directory(*target, trouble);
     if (arguments.workspaces.size() > 1 && !isFolder)
         return failure(
-            "FILE: several workspaces go into a folder, and " + fileName(arguments.file) + " is none",
+            "FILE: several workspaces go into a folder, and " + printable(arguments.file) + " is none",
             Exit::usage);
     std::vector<Export> exports;
     for (const std::string& which : arguments.workspaces) {

@@ -1,9 +1,12 @@
 // restore: bringing a workspace back.
 #include <fmt/format.h>
 
+#include <chrono>
+
 #include "WindowEngine/restore/ConsequenceWords.hpp"
 #include "WindowEngine/restore/Restore.hpp"
 #include "WindowEngine/restore/RestoreScope.hpp"
+#include "ctl/AwaitedDesktop.hpp"
 #include "ctl/Commands.hpp"
 #include "ctl/HumanText.hpp"
 #include "ctl/RestoreChoice.hpp"
@@ -95,7 +98,12 @@ CommandResult restoreWorkspace(CommandContext& context, const Arguments& argumen
     if (const Result<void, Failure> kept = keepOnly(workspace, arguments.only); !kept) {
         return std::unexpected(kept.error());
     }
-    const Result<std::unique_ptr<DesktopConnection>, Failure> desktop = openTrustedDesktop(context);
+    const Result<std::unique_ptr<DesktopConnection>, Failure> desktop =
+        arguments.wait
+            ? openAwaitedDesktop(
+                  context, workspace,
+                  std::chrono::duration_cast<Duration>(std::chrono::duration<double>(arguments.waitLimit)))
+            : openTrustedDesktop(context);
     if (!desktop) return std::unexpected(desktop.error());
     Restore::Options options = restoreOptions(context, workspace, arguments);
     if (const Result<void, Failure> agreed =
@@ -110,11 +118,17 @@ CommandResult restoreWorkspace(CommandContext& context, const Arguments& argumen
     shown.snapshot = std::move(scope.snapshot);
     RestorePrinter printer(context.output, shown);
     printer.begin();
-    const std::optional<RestoreReport> report =
+    std::optional<RestoreReport> report =
         run(**desktop, Restore::run((*desktop)->access(), workspace, options,
                                     [&printer](const RestoreReport::Item& item) { printer.item(item); }));
     const Result<void> kept = (*desktop)->keepChanges();
     if (!report) return failure("cancelled", Exit::cancelled);
+    if (report->cancelled) {
+        for (RestoreReport::Item& item : Restore::notReached(shown.snapshot, *report)) {
+            printer.item(item);
+            report->items.push_back(std::move(item));
+        }
+    }
     printer.end(*report);
     if (!kept) return failure(printable(kept.error().text));
     const Exit exit = exitFor(*report);

@@ -5,6 +5,7 @@
 
 #include "ctl/CommandLine.hpp"
 #include "ctl/HumanText.hpp"
+#include "ctl/Interrupt.hpp"
 #include "ctl/NamedFile.hpp"
 #include "ctl/SimulatedLayer.hpp"
 #include "ctl/SystemLayer.hpp"
@@ -86,6 +87,8 @@ void outliveClosedPipes() {
 int finish(const CommandResult& result, Output& output) {
     if (!result) output.complain(result.error().text);
     const Exit exit = result ? *result : result.error().exit;
+    const int signal = Interrupt::received();
+    if (exit == Exit::cancelled && signal != 0) return 128 + signal;  // as a shell tells of it
     if (output.finish()) return static_cast<int>(exit);
     output.complain("could not write everything to standard output");
     return static_cast<int>(exit == Exit::done ? Exit::failed : exit);

@@ -213,6 +213,38 @@ TEST_F(DesktopCommandTest, ExitStatusAndLinesSayWhatDidNotComeBack) {
                  {{"list"}, 0, "Work"}});
 }
 
+TEST_F(DesktopCommandTest, DiffTellsHowTheDesktopDiffersAndEndsAsDiffDoes) {
+    const auto diff = [&](const std::string& scene, const Texts& more) {
+        Texts arguments{"diff", "Work"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return run(on(scene, arguments));
+    };
+    file("game",
+         disturbed("").insert(
+             disturbed("").find(R"({"identifier": "org.term")"),
+             R"({"identifier": "org.game", "windows": [{"title": "Level", "frame": [0, 0, 9, 9]}]},)"));
+    EXPECT_EQ(done(on("arranged", {"diff", "Work"})), "") << "nothing of what is never saved";
+    const Ran differs = diff("game", {});
+    EXPECT_EQ(differs.status, 1) << differs.err;
+    for (const char* line : {"differs Editor: Letter: 300 × 200 at 400, 300 → 600 × 400 at 100, 100, mini",
+                             "missing Terminal: shell\n", "extra   org.game: Level\n"})
+        EXPECT_NE(differs.out.find(line), std::string::npos) << line << differs.out;
+    EXPECT_EQ(diff("game", {"--only", "Terminal"}).out, "missing Terminal: shell\n");
+    EXPECT_EQ(diff("game", {"--only", "Termnal"}).status, 2);
+    EXPECT_EQ(run(on("game", {"diff", "Wrok"})).err,
+              "quilloctl: there is no workspace Wrok; did you mean Work?\n");
+}
+
+TEST_F(DesktopCommandTest, ARestoreCanWaitForTheDesktop) {
+    file("dark", disturbed("", ""));
+    file("untrusted", disturbed(R"(, "trusted": false)"));
+    expectSteps(
+        {{on("disturbed", {"restore", "Work", "--wait"}), 0, "3 restored"},
+         {on("disturbed", {"restore", "Work", "--wait-limit", "1"}), 2, "--wait-limit"},
+         {on("dark", {"restore", "Work", "--wait"}), 3, "quilloctl: --wait: no display is attached\n"},
+         {on("untrusted", {"restore", "Work", "--wait", "--wait-limit", "0.1"}), 4, "not granted"}});
+}
+
 TEST_F(DesktopCommandTest, WhatNothingCouldLaunchIsNamed) {
     file("bare", R"({"displays": [{"id": "left", "frame": [0, 0, 1600, 1000]}], "applications": [
         {"identifier": "xclock", "name": "XClock", "installed": false, "windows": [
