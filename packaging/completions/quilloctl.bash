@@ -25,6 +25,8 @@ _quilloctl_offer() {
             \') candidate=${candidate//"'"/"'$backslash''"} ;;
             *) printf -v candidate %q "$candidate" ;;
         esac
+        # readline closes no quotation that seems to be closed
+        [[ -n $quote && $candidate == *"$quote" ]] && candidate+=$quote
         COMPREPLY+=("${candidate:${#trimmed}}")
     done
 }

@@ -77,7 +77,7 @@ printf '%s\n' "${COMPREPLY[@]}"
         {{"restore", "other"}, {""}},
         {{"history", ""}, {"clear", "list", "save"}},
         {{"import", home_ / "in"}, {path}},
-        {{"show", "\"my"}, {R"(My \"work\")"}},
+        {{"show", "\"my"}, {R"(My \"work\"")"}},
         {{"show", "My\\ "}, {R"(My\ \"work\")"}},
         {{"restore", "My\\ \\\"work\\\"", "--only", ""}, {"Editor"}},
         {{"--desktop", "simulated", ":", home_ / "in"}, {path}},
