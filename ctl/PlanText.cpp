@@ -86,6 +86,7 @@ std::string openQuestion(const PlannedApplication& application, const WindowPlan
         return "the application is asked for a window first";
     if (!reopening.documents.open.empty() || !reopening.steps.empty())
         return "placed once what is opened has its window";
+    if (reopening.moreWindows > 0) return "placed if the application opens another window when asked";
     return "skipped: " + plan.skipReason;
 }
 

@@ -38,10 +38,12 @@ std::optional<ProcessInfo> processInfo(ProcessID pid) {
     if (nameEnd == std::string::npos) return std::nullopt;
     std::istringstream fields(line.substr(nameEnd + 1));
     char state = 0;
+    int group = 0, terminal = 0;
     ProcessInfo info;
-    fields >> state >> info.parent;
+    fields >> state >> info.parent >> group >> info.session >> terminal >> info.foreground;
+    info.hasTerminal = terminal != 0;
     std::string skipped;
-    for (int field = 5; field < 22; ++field) fields >> skipped;
+    for (int field = 9; field < 22; ++field) fields >> skipped;
     if (!(fields >> info.startTicks) || state == 'Z' || state == 'X') return std::nullopt;
     return info;
 }
@@ -54,9 +56,26 @@ Instant startInstant(const ProcessInfo& process) {
     return Instant(boot + std::chrono::seconds(seconds) + std::chrono::nanoseconds(rest));
 }
 
+std::vector<ProcessID> childrenOf(ProcessID pid) {
+    std::vector<ProcessID> children;
+    std::error_code error;
+    // Each thread has those that it made itself.
+    for (const auto& thread : std::filesystem::directory_iterator(procFile(pid, "task"), error)) {
+        std::istringstream numbers(contents(thread.path() / "children"));
+        for (ProcessID child = 0; numbers >> child;) children.push_back(child);
+    }
+    return children;
+}
+
+std::string nameOf(ProcessID pid) {
+    auto name = contents(procFile(pid, "comm"));
+    if (name.ends_with('\n')) name.pop_back();
+    return name;
+}
+
 bool isForwarder(ProcessID pid) {
     // Its program belongs to the system's administrator and is nobody else's to read; its name is.
-    return contents(procFile(pid, "comm")).starts_with("sshd");
+    return nameOf(pid).starts_with("sshd");
 }
 
 std::optional<std::string> programOf(ProcessID pid) {

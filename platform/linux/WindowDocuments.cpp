@@ -8,6 +8,7 @@
 
 #include "platform/linux/PathEntries.hpp"
 #include "platform/linux/ProcessInfo.hpp"
+#include "platform/linux/Terminals.hpp"
 
 namespace quillo {
 namespace {
@@ -39,10 +40,28 @@ std::optional<WindowDocument> fromTitleOrArguments(const DocumentQuestion& quest
     return document ? std::optional(WindowDocument{std::move(*document), true}) : std::nullopt;
 }
 
+void lookIntoTerminals(const std::vector<DocumentQuestion>& questions, const std::string& home,
+                       WindowDocuments::Answers& answers) {
+    std::map<ProcessID, std::vector<const DocumentQuestion*>> windows;
+    for (const auto& question : questions) {
+        if (question.isTerminal) windows[question.pid].push_back(&question);
+    }
+    for (const auto& [pid, ofProcess] : windows) {
+        std::vector<std::string> titles;
+        for (const auto* window : ofProcess) titles.push_back(window->title);
+        const auto folders = Terminals::windowFolders(titles, Terminals::shellFolders(pid), home);
+        for (std::size_t i = 0; i < ofProcess.size(); ++i) {
+            if (folders[i]) answers[ofProcess[i]->window] = {{*folders[i], true}, false};
+        }
+    }
+}
+
 WindowDocuments::Answers lookFor(const Inquiry& job, const std::string& home, PathEntries& entries) {
     WindowDocuments::Answers answers;
     std::vector<PathEntries::Window> managers;
+    lookIntoTerminals(job.questions, home, answers);
     for (const auto& question : job.questions) {
+        if (question.isTerminal) continue;
         auto document = fromTitleOrArguments(question, home);
         if (document && document->document.isFolder && !question.opensFolders) continue;
         // A file manager's window may by now show another folder of the same name than the one it was
@@ -125,7 +144,8 @@ void WindowDocuments::Shared::addLastKnown(const std::vector<DocumentQuestion>& 
     for (const auto& question : questions) {
         const auto known = lastKnown.find(question.window);
         if (known == lastKnown.end() || known->second.title != question.title) continue;
-        if (foldersOnly && !known->second.document.document.isFolder) continue;
+        // A shell may have gone elsewhere under the same title.
+        if (foldersOnly && (question.isTerminal || !known->second.document.document.isFolder)) continue;
         auto& answer = to.try_emplace(question.window, known->second.document).first->second;
         if (answer.fromArguments) answer = known->second.document;
     }

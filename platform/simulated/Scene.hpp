@@ -54,7 +54,7 @@ struct SceneApplication {
     double launchSeconds = 0.5;        // from the launch to the running process
     std::vector<SceneWindow> windows;  // there now when it runs; otherwise opened at launch
     std::vector<SceneWindow> reopens;  // opened at a later launch; the windows themselves unless given
-    double documentSeconds = 0.3;      // from a document that it is to open to its window
+    double documentSeconds = 0.3;      // from a document or window that it is to open to its window
     std::string language = "en";
 };
 
@@ -63,6 +63,10 @@ enum class FaultKind {
     slowLaunch,   // `seconds` more until the process runs
     lateWindows,  // `seconds` more until its windows open
     requestWindowRefused,
+    openWindowRefused,
+    openWindowIgnored,  // accepted, and no window appears
+    openWindowLate,     // `seconds` more until it appears
+    openWindowOpensTwo,
     moveRefused,      // the write answers with an error
     moveIgnored,      // the write answers yes and nothing moves
     positionClamped,  // held inside the visible frame
@@ -123,6 +127,7 @@ struct Scene {
     std::vector<SceneApplication> applications;
     std::vector<Fault> faults;
     std::vector<std::string> missingFolders{};  // paths; every other folder exists
+    bool opensWindows = false;                  // applications can be asked for one more window
 };
 
 /// `name` is the file's name, for errors: "scene.json: applications[0].windows[1].frame: expected ...".

@@ -103,6 +103,11 @@ class World {
     /// A window as the application would make one now: on the desktop in front, a step away from its others.
     SceneWindow newWindow(const Application& application, std::string title) const;
 
+    /// Whether applications can be asked for one more window.
+    bool opensWindows() const { return opensWindows_; }
+    /// As the application answers such a request: an empty window in front, a moment later.
+    void openAnother(Application& application);
+
     /// Each opens one window a moment later, unless a window shows it by then.
     void openDocuments(Application& application, std::span<const Url> documents);
     /// What a person reads above a window that shows it.
@@ -208,6 +213,7 @@ class World {
     std::deque<Window> windows_;  // addresses stay while windows open
     std::deque<Fault> faults_;
     std::vector<std::string> missingFolders_;
+    bool opensWindows_;
     std::multimap<TimePoint, std::function<void()>> events_;
     std::optional<TimePoint> overviewShownAt_;  // empty while it is closed
     SpaceID nextSpace_ = 1;
