@@ -41,11 +41,7 @@ std::set<std::string> shownDocuments(std::span<const LiveWindowInfo> live) {
     return shown;
 }
 
-std::vector<LiveWindowInfo> liveNow(const ApplicationRestore& restore) {
-    return infosOf(liveWindows(restore.desktop, restore.application, true));
-}
-
-Task<Result<void>> ask(ApplicationRestore& restore, const WindowRequest& request) {
+Task<Result<void>> ask(const ApplicationRestore& restore, const WindowRequest& request) {
     Applications& applications = restore.desktop.platform.applications;
     const std::string& identifier = restore.application.bundleIdentifier;
     if (request) return applications.open(identifier, {*request});
@@ -53,7 +49,7 @@ Task<Result<void>> ask(ApplicationRestore& restore, const WindowRequest& request
 }
 
 /// How many windows a request brought, of an application that had `before`.
-Task<std::size_t> brought(ApplicationRestore& restore, std::size_t before, ChangeWatch& changes,
+Task<std::size_t> brought(const ApplicationRestore& restore, std::size_t before, ChangeWatch& changes,
                           bool looksTwice) {
     const TimePoint deadline =
         restore.now() + std::min(windowPatience, toDuration(restore.options.launchTimeout));
@@ -92,31 +88,31 @@ std::vector<WindowRequest> missingWindows(const Platform& platform, const Applic
     return documents;
 }
 
-Task<void> openMissingWindows(ApplicationRestore& restore) {
-    const auto missingNow = [](const ApplicationRestore& of) {
-        return missingWindows(of.desktop.platform, of.application, of.options, liveNow(of));
-    };
-    std::vector<WindowRequest> missing = missingNow(restore);
-    if (missing.empty() ||
-        !restore.desktop.platform.applications.running(restore.application.bundleIdentifier))
-        co_return;
+Task<bool> openMissingWindows(ApplicationRestore& restore, std::vector<LiveWindowInfo> live) {
+    const Platform& platform = restore.desktop.platform;
+    const std::string& identifier = restore.application.bundleIdentifier;
+    std::vector<WindowRequest> missing =
+        missingWindows(platform, restore.application, restore.options, live);
+    // One that opened none yet has been asked already, by its launch or for a first window.
+    if (missing.empty() || live.empty()) co_return false;
     restore.opensMore = true;
-    Log::requestedMore(restore.desktop.platform.log, restore.application.bundleIdentifier, missing.size());
-    const auto changes = restore.desktop.platform.windowServer.watch(std::nullopt);
-    std::size_t asked = 0, atOnce = 1;  // the most windows that one request brought
-    for (const std::size_t most = missing.size(); asked < most && missing.size() >= atOnce; ++asked) {
+    Log::requestedMore(platform.log, identifier, missing.size());
+    const auto changes = platform.windowServer.watch(std::nullopt);
+    std::size_t atOnce = 1;  // the most windows that one request brought
+    for (std::size_t asked = 0, most = missing.size(); asked < most && missing.size() >= atOnce; ++asked) {
         co_await checkpoint();
-        const std::size_t before = withoutDialogs(liveNow(restore));
         if (const auto accepted = co_await ask(restore, missing.front()); !accepted) {
             restore.add(RestoreReport::failed{"couldn't open another window: " + accepted.error().text});
-            co_return;
+            break;
         }
-        const std::size_t came = co_await brought(restore, before, *changes, asked == 0);
-        if (came == 0) co_return;
+        const std::size_t came = co_await brought(restore, withoutDialogs(live), *changes, asked == 0);
+        if (came == 0) break;
         atOnce = std::max(atOnce, came);
-        missing = missingNow(restore);
-        if (missing.empty()) co_return;
+        live = infosOf(liveWindows(restore.desktop, restore.application, true));
+        missing = missingWindows(platform, restore.application, restore.options, live);
+        if (missing.empty()) break;
     }
+    co_return true;
 }
 
 }  // namespace quillo::Restore

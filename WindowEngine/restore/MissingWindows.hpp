@@ -20,7 +20,8 @@ std::vector<WindowRequest> missingWindows(const Platform& platform, const Applic
                                           const Options& options, std::span<const LiveWindowInfo> live);
 
 /// Asks for them one after the other, and looks what comes of each: after one that brings no window within
-/// 5 s, or the launch timeout where that is less, nothing more is asked for.
-Task<void> openMissingWindows(ApplicationRestore& restore);
+/// 5 s, or the launch timeout where that is less, nothing more is asked for. `live` are the application's
+/// windows. Whether any was asked for: then there may be others by now.
+Task<bool> openMissingWindows(ApplicationRestore& restore, std::vector<LiveWindowInfo> live);
 
 }  // namespace quillo::Restore

@@ -143,15 +143,16 @@ Task<void> placeOpened(Run& run, ApplicationRestore& restore) {
         // One that was too busy to be counted may answer now that its time is over.
         if (const auto running = run.desktop.platform.applications.running(application.bundleIdentifier))
             run.desktop.handles.unresponsive.answered(running->pid);
-        co_await openMissingWindows(restore);
         live = liveWindows(run.desktop, application, true);
+        if (co_await openMissingWindows(restore, infosOf(live)))
+            live = liveWindows(run.desktop, application, true);
     }
     // Launching took its time: a display may have gone since.
     const std::vector<DisplaySnapshot> displays = Displays::current(run.desktop.platform.screens);
     run.placed.push_back({&application, displays});
     co_await placeWindows(run.desktop, application, std::move(live),
                           {run.workspace.snapshot.displays, displays, run.desktops.targets}, run.sink,
-                          run.forward.windows);
+                          run.forward.windows, restore.opensMore ? Drift::corrected : Drift::ignored);
 }
 
 Task<void> restoreApplication(Run& run, const ApplicationSnapshot& application) {

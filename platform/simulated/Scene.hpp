@@ -63,10 +63,6 @@ enum class FaultKind {
     slowLaunch,   // `seconds` more until the process runs
     lateWindows,  // `seconds` more until its windows open
     requestWindowRefused,
-    openWindowRefused,
-    openWindowIgnored,  // accepted, and no window appears
-    openWindowLate,     // `seconds` more until it appears
-    openWindowOpensTwo,
     moveRefused,      // the write answers with an error
     moveIgnored,      // the write answers yes and nothing moves
     positionClamped,  // held inside the visible frame
@@ -92,6 +88,12 @@ enum class FaultKind {
     hideRefused,
     displayUnplugged,  // `value` names the display
     permissionRevoked,
+    openWindowRefused,
+    openWindowIgnored,  // accepted, and no window appears
+    openWindowLate,     // `seconds` more until it appears
+    openWindowOpensTwo,
+    windowDrifts,  // `seconds` after a move it moves itself 6 points on: once, or with `value` "always" each
+                   // time
     documentRefused,
     documentIgnored,        // accepted, and no window appears
     documentLate,           // `seconds` more until its window appears

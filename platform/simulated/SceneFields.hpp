@@ -82,7 +82,7 @@ inline constexpr auto namesOf<ActivationPolicy> =
 
 template <>
 inline constexpr auto namesOf<simulated::FaultKind> =
-    std::array<std::pair<std::string_view, simulated::FaultKind>, 42>{{
+    std::array<std::pair<std::string_view, simulated::FaultKind>, 43>{{
         {"launchRefused", simulated::FaultKind::launchRefused},
         {"slowLaunch", simulated::FaultKind::slowLaunch},
         {"lateWindows", simulated::FaultKind::lateWindows},
@@ -102,6 +102,7 @@ inline constexpr auto namesOf<simulated::FaultKind> =
         {"fullscreenIgnored", simulated::FaultKind::fullscreenIgnored},
         {"fullscreenSlow", simulated::FaultKind::fullscreenSlow},
         {"fullscreenFlickers", simulated::FaultKind::fullscreenFlickers},
+        {"windowDrifts", simulated::FaultKind::windowDrifts},
         {"titleChanges", simulated::FaultKind::titleChanges},
         {"windowVanishes", simulated::FaultKind::windowVanishes},
         {"desktopMoveRefused", simulated::FaultKind::desktopMoveRefused},

@@ -7,6 +7,7 @@
 #include <map>
 #include <optional>
 #include <random>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -196,6 +197,8 @@ class World {
     void shareWithTabs(const Window& window);
     void enterFullscreen(Window& window);
     void leaveFullscreen(Window& window);
+    /// What a move brings about later.
+    void drift(const Window& window);
     /// What the first write to a window brings about; false when the window is gone after it.
     bool suffer(Window& window);
     /// Null only when no display is attached.
@@ -214,6 +217,7 @@ class World {
     std::deque<Fault> faults_;
     std::vector<std::string> missingFolders_;
     bool opensWindows_;
+    std::set<WindowNumber> drifting_;  // that will, or have and do so once only
     std::multimap<TimePoint, std::function<void()>> events_;
     std::optional<TimePoint> overviewShownAt_;  // empty while it is closed
     SpaceID nextSpace_ = 1;

@@ -115,7 +115,7 @@ TEST(MissingWindows, WithADocumentAreTheDocumentsBusinessUnlessTwoShowIt) {
     live.documentURL = shared;
     EXPECT_EQ(Restore::missingWindows(saved.desktop.access.platform, saved.snapshot.applications[0], {},
                                       std::span(&live, 1)),
-              std::vector<Restore::WindowRequest>{shared});
+              std::vector<Restore::WindowRequest>{shared.standardized()});
 }
 
 }  // namespace
