@@ -91,8 +91,7 @@ std::vector<WindowRequest> missingWindows(const Platform& platform, const Applic
 Task<bool> openMissingWindows(ApplicationRestore& restore, std::vector<LiveWindowInfo> live) {
     const Platform& platform = restore.desktop.platform;
     const std::string& identifier = restore.application.bundleIdentifier;
-    std::vector<WindowRequest> missing =
-        missingWindows(platform, restore.application, restore.options, live);
+    std::vector<WindowRequest> missing = missingWindows(platform, restore.application, restore.options, live);
     // One that opened none yet has been asked already, by its launch or for a first window.
     if (missing.empty() || live.empty()) co_return false;
     restore.opensMore = true;

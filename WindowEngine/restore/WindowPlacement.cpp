@@ -278,6 +278,8 @@ Task<void> placeOnceMore(const Placing& placing, Rested& one) {
         co_await sleepFor(driftInterval);
         if (!one.pair.refresh()) co_return;
     } while (!standsAt(one.pair.window.info.frame, before) && placing.now() < deadline);
+    // Where a display came or went the windows are placed anew in any case, once all applications are there.
+    if (Displays::current(placing.desktop.platform.screens) != placing.targets.currentDisplays) co_return;
     Status again = co_await restorePlain(one.pair);
     one.status = isBack(again) ? std::move(again) : RestoreReport::adjusted{};
     one.frame = one.pair.window.info.frame;

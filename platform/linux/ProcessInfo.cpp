@@ -94,6 +94,21 @@ std::vector<std::string> argumentsOf(ProcessID pid) {
     return arguments;
 }
 
+std::vector<std::string> openFilesOf(ProcessID pid) {
+    constexpr std::size_t mostLookedAt = 1024;
+    std::vector<std::string> files;
+    std::error_code error;
+    std::filesystem::directory_iterator entry(procFile(pid, "fd"), error), end;
+    for (std::size_t i = 0; !error && entry != end && i < mostLookedAt; entry.increment(error), ++i) {
+        std::error_code closed;
+        auto file = std::filesystem::read_symlink(entry->path(), closed).string();
+        const bool isOfTheSystem =
+            file.starts_with("/dev/") || file.starts_with("/proc/") || file.starts_with("/memfd:");
+        if (!closed && file.starts_with('/') && !isOfTheSystem) files.push_back(std::move(file));
+    }
+    return files;
+}
+
 std::string workingDirectoryOf(ProcessID pid) {
     std::error_code error;
     return std::filesystem::read_symlink(procFile(pid, "cwd"), error).string();

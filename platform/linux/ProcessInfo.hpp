@@ -40,6 +40,10 @@ bool isForwarder(ProcessID pid);
 /// What it was started with, after the program's own name; empty when it cannot be read.
 std::vector<std::string> argumentsOf(ProcessID pid);
 
+/// Absolute paths of what it has open, some of them twice; what is open without a path, and what the system
+/// shows as files, is left out.
+std::vector<std::string> openFilesOf(ProcessID pid);
+
 /// Absolute path; empty when it cannot be read.
 std::string workingDirectoryOf(ProcessID pid);
 

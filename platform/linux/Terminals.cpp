@@ -131,11 +131,35 @@ bool names(std::string_view title, std::string_view path) {
     return false;
 }
 
-bool shows(std::string_view title, std::string_view folder, std::string_view home) {
-    if (names(title, folder)) return true;
+/// "ada@far: ~/letters", from a shell of another machine.
+bool speaksOfAnotherHost(std::string_view title, std::string_view host) {
+    const auto at = title.find('@');
+    if (at == std::string_view::npos) return false;
+    const auto rest = title.substr(at + 1);
+    const auto named = rest.substr(0, rest.find_first_of(": "));
+    return named != host && named != host.substr(0, host.find('.'));
+}
+
+bool shows(std::string_view title, std::string_view folder, const Spelling& spelling) {
+    if (speaksOfAnotherHost(title, spelling.host)) return false;
+    const std::string_view home = spelling.home;
     const bool inHome = home.size() > 1 && folder.starts_with(home) &&
                         (folder.size() == home.size() || folder[home.size()] == '/');
-    return inHome && names(title, "~" + std::string(folder.substr(home.size())));
+    return names(title, folder) || (inHome && names(title, "~" + std::string(folder.substr(home.size()))));
+}
+
+/// How many shells are in each folder; those whose folder is not known under none.
+using Counts = std::map<Folder, std::int64_t>;
+
+/// The one folder of the counts that the title shows.
+Folder folderInTitle(std::string_view title, const Counts& counts, const Spelling& spelling) {
+    Folder found;
+    for (const auto& [folder, count] : counts) {
+        if (!folder || !shows(title, *folder, spelling)) continue;
+        if (found) return std::nullopt;
+        found = folder;
+    }
+    return found;
 }
 
 }  // namespace
@@ -160,28 +184,23 @@ std::int64_t shellCount(ProcessID terminal) {
 }
 
 std::vector<Folder> windowFolders(std::span<const std::string> titles, std::span<const Folder> shells,
-                                  std::string_view home) {
-    if (titles.size() == 1 && shells.size() == 1) return {shells.front()};
-    std::map<std::string, std::int64_t> free;  // shells in each folder, less the windows that name it
-    for (const Folder& shell : shells) {
-        if (shell) ++free[*shell];
-    }
+                                  const Spelling& spelling) {
+    Counts left;  // less the windows that name them
+    for (const Folder& shell : shells) ++left[shell];
+    const Counts all = left;
     std::vector<Folder> folders;
     for (const std::string& title : titles) {
-        Folder& folder = folders.emplace_back();
-        std::size_t shown = 0;
-        for (const auto& [path, count] : free) {
-            if (!shows(title, path, home)) continue;
-            folder = path;
-            ++shown;
-        }
-        if (shown != 1) folder.reset();
-    }
-    for (const Folder& folder : folders) {
-        if (folder) --free[*folder];
+        folders.push_back(folderInTitle(title, all, spelling));
+        if (folders.back()) --left[folders.back()];
     }
     for (Folder& folder : folders) {
-        if (folder && free[*folder] < 0) folder.reset();
+        if (folder && left[folder] < 0) folder.reset();
+    }
+    // Each window has a shell; of those that are left any may be the one of any window.
+    std::erase_if(left, [](const auto& shell) { return shell.second == 0; });
+    const bool sure = titles.size() == shells.size() && left.size() == 1 && left.begin()->second > 0;
+    for (Folder& folder : folders) {
+        if (sure && !folder) folder = left.begin()->first;
     }
     return folders;
 }

@@ -26,12 +26,18 @@ std::vector<std::optional<std::string>> shellFolders(ProcessID terminal);
 /// How many it has; of those nothing more is read.
 std::int64_t shellCount(ProcessID terminal);
 
-/// The folders of all windows of one process, given their titles and what shellFolders() tells of it. A
-/// window alone with a single shell is in that shell's folder. Several are told apart where a title has a
-/// folder in full, spelled with "~" for `home` or without, in which one of the shells is, and no more windows
-/// name it than shells are there. Pure.
+/// What spells a path in a title.
+struct Spelling {
+    std::string home;  // "~"
+    std::string host;  // behind the "@" of a person's name: on another one the path names another folder
+};
+
+/// The folders of all windows of one process, given their titles and what shellFolders() tells of it. Known
+/// are those of windows whose title has a folder in full in which one of the shells is, unless more windows
+/// name it than shells are there; and, where there are as many windows as shells, of the others too, if the
+/// shells that are left are all in one folder: so a window alone with one shell is in that shell's. Pure.
 std::vector<std::optional<std::string>> windowFolders(std::span<const std::string> titles,
                                                       std::span<const std::optional<std::string>> shells,
-                                                      std::string_view home);
+                                                      const Spelling& spelling);
 
 }  // namespace quillo::Terminals

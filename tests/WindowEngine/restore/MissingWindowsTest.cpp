@@ -57,7 +57,6 @@ TEST(MissingWindows, AreAskedForUntilAllAreThereOrOneDoesNotCome) {
     const Case cases[] = {
         {"as it should be", 5, true, {}, 5, 5},
         {"late", 3, true, openWindowLate, 3, 3},
-        {"two at once", 5, true, openWindowOpensTwo, 5, 5},
         {"two at once, and one is missing then", 4, true, openWindowOpensTwo, 3, 3},
         {"its window is brought forward instead", 5, true, openWindowIgnored, 1, 1},
         {"refused", 5, true, openWindowRefused, 1, 1},

@@ -146,14 +146,11 @@ TEST(Terminals, AreKnownByTheirProgramAndRunNothingElse) {
         std::optional<std::string_view> option;
     } cases[] = {
         {"/usr/bin/xterm", "xterm", ""},
-        {"/opt/konsole", "/opt/konsole", "--workdir %f"},
         {"/usr/bin/ghostty", "ghostty --gtk-single-instance=true", "--working-directory=%f"},
         {"/usr/bin/xterm", "xterm -e htop", std::nullopt},
         {"/usr/bin/gnome-terminal", "gnome-terminal -- mc", std::nullopt},
-        {"/usr/bin/xfce4-terminal", "xfce4-terminal --command=mc", std::nullopt},
         {"/usr/bin/xfce4-terminal", "xfce4-terminal --drop-down mc", std::nullopt},
         {"/usr/bin/mousepad", "mousepad", std::nullopt},
-        {"", "", std::nullopt},
     };
     for (const auto& one : cases)
         EXPECT_EQ(Terminals::folderOption(one.program, one.command), one.option) << one.command;
@@ -170,18 +167,20 @@ TEST(Terminals, WindowsOfOneProcessAreToldApartOnlyWithCertainty) {
     } cases[] = {
         {"one window, one shell, whatever its title", {"vi"}, {a}, {a}},
         {"one window, a shell of another user", {"root@desk: ~/a"}, {none}, {none}},
-        {"nothing runs in it", {"~/a"}, {}, {none}},
         {"a window with two tabs", {"u@desk: ~/a"}, {etc, a}, {a}},
         {"each by its title", {"u@desk:~/a - T", "T - /etc", "~"}, {etc, home, a}, {a, etc, home}},
         {"a longer path is another one", {"~/a/b", "~/a"}, {a, deep}, {deep, a}},
+        {"one is left", {"u@desk: ~/a", "vi"}, {a, etc}, {a, etc}},
+        {"on another machine it is another folder", {"u@far: ~/a", "vi"}, {a, etc}, {none, none}},
+        {"with a tab it may be that one's", {"u@desk: ~/a", "vi"}, {a, etc, etc}, {a, none}},
         {"the last part alone may be any folder's", {"a : bash", "etc : bash"}, {a, etc}, {none, none}},
-        {"two windows name what one shell shows", {"u@desk: ~/a", "u@far: ~/a"}, {a, etc}, {none, none}},
+        {"two windows name what one shell shows", {"~/a", "~/a", "vi"}, {a, etc, etc}, {none, none, none}},
         {"two shells in one folder", {"u@desk: ~/a", "u@desk: ~/a"}, {a, a}, {a, a}},
         {"both named", {"~/a (/etc) and /etc", "x"}, {a, etc}, {none, none}},
-        {"words, not a path", {"what ~/a holds", "x"}, {a, etc}, {none, none}},
     };
     for (const auto& one : cases)
-        EXPECT_EQ(Terminals::windowFolders(one.titles, one.shells, "/home/u"), one.folders) << one.what;
+        EXPECT_EQ(Terminals::windowFolders(one.titles, one.shells, {"/home/u", "desk.example"}), one.folders)
+            << one.what;
 }
 
 TEST_F(DocumentsTest, ATitleNamesADocumentOnlyWhereOneCanBeOpened) {
@@ -242,6 +241,10 @@ TEST(DocumentEvidence, OfATitle) {
         {"~/letters (old)/ - Files", at("letters (old)")},
         {"*a.txt (~/) - gedit", at("a.txt")},
         {"c (2).txt (~/letters (old)) - gedit", at("letters (old)/c (2).txt")},
+        {"a.txt - ~ - Geany", at("a.txt")},
+        {"*a - b.txt - " + at("") + " - Geany", at("a - b.txt")},
+        {"c (2).txt - ~/letters (old) - Geany", at("letters (old)/c (2).txt")},
+        {"missing.txt - ~ - Geany", ""},
         {"a.txt", ""},
         {"Mail: ~/a.txt", ""},
         {"what " + at("a.txt") + " holds", ""},
@@ -259,6 +262,31 @@ TEST(DocumentEvidence, OfATitle) {
         auto expected = one.path;
         while (expected.ends_with('/')) expected.pop_back();
         EXPECT_EQ(found ? found->path : "", expected) << one.title.substr(0, 100);
+    }
+}
+
+TEST(DocumentEvidence, OfTheFilesThatAProgramHasOpen) {
+    const TemporaryDirectory home;
+    for (const auto* folder : {"one", "two"}) fs::create_directories(home / folder);
+    for (const auto* name : {"a.odt", "one/b.odt", "two/b.odt", "c - d.odt", "run"}) home.write(name, "x");
+    fs::permissions(home / "run", fs::perms(0755));
+    std::vector<std::string> files;
+    for (const auto* name :
+         {"a.odt", "a.odt", "one/b.odt", "two/b.odt", "c - d.odt", "run", "gone.odt", "one"})
+        files.push_back((home / name).string());
+    const std::pair<std::string, std::string> cases[] = {
+        {"a.odt — Writer", "a.odt"},
+        {"*a.odt", "a.odt"},
+        {"c - d.odt - Writer", "c - d.odt"},
+        {"b.odt — Writer", ""},  // two are named so
+        {"About a.odt — Writer", ""},
+        {"a.odt.bak — Writer", ""},
+        {"run", ""},
+        {"one", ""},
+    };
+    for (const auto& [title, name] : cases) {
+        const auto found = DocumentEvidence::inOpenFiles(files, title);
+        EXPECT_EQ(found ? found->path : "", name.empty() ? "" : (home / name).string()) << title;
     }
 }
 
