@@ -1,6 +1,7 @@
 // Start-up, settings, what is shown, and what all operations share.
 #include "app/AppModel.hpp"
 
+#include <algorithm>
 #include <utility>
 
 namespace quillo {
@@ -23,13 +24,15 @@ AppModel::AppModel(const AppServices& services, QObject* parent)
                  return services_.files.exists(store_.url(id)) ||
                         services_.files.exists(history_.store().url(id));
              }),
-      settings_(AppSettings::load(services.defaults)),
+      rescue_(services.defaults),
       accessibilityGranted_(services.desktop.platform.accessibility.trusted()),
       loginItem_(services.defaults, LoginItemController::operations(services.loginItem)),
       hotKeys_(services.hotKeys, services.desktop.platform.executor, services.desktop.platform.log),
       libraryWatch_(executor(), services.files, store_.directory(), [this] { reload(); }),
       historyWatch_(executor(), services.files, services.data / "sessions", [this] { reloadSessions(); }) {
     reload();
+    lookAtSettings();
+    settings_ = AppSettings::load(services_.defaults);
     loginItem_.configureDefault();
     hotKeys_.onAction = [this](HotKeyAction action) {
         if (action == HotKeyAction::save) {
@@ -62,13 +65,24 @@ bool AppModel::canRelaunchForUpdate() const {
 }
 
 void AppModel::setSettings(AppSettings settings) {
-    if (settings == settings_) return;
+    lookAtSettings();
     settings_ = std::move(settings);
-    if (const Result<void> saved = settings_.save(services_.defaults); !saved) {
-        show("Couldn't save settings: " + saved.error().text);
-    }
+    const Result<void> saved = settings_.save(services_.defaults);
     applySettings();
+    told("Couldn't save settings", saved);
     Q_EMIT settingsChanged();
+}
+
+void AppModel::lookAtSettings() {
+    if (!rescue_.look()) return;
+    complain("Settings", *rescue_.trouble());
+    Q_EMIT settingsTroubleChanged();
+}
+
+void AppModel::dismissSettingsTrouble() {
+    rescue_.dismiss();
+    told("Settings", {});
+    Q_EMIT settingsTroubleChanged();
 }
 
 void AppModel::applySettings() {
@@ -92,7 +106,12 @@ void AppModel::reload() {
     WorkspaceScanResult found = store_.scan();
     const bool newWorkspaces = !found.failure && found.workspaces != workspaces_;
     // What cannot be listed now is still there, as far as anybody knows.
-    if (newWorkspaces) workspaces_ = std::move(found.workspaces);
+    if (newWorkspaces) {
+        workspaces_ = std::move(found.workspaces);
+        std::erase_if(lastRuns_, [this](const auto& one) {
+            return std::ranges::find(workspaces_, one.first, &Workspace::id) == workspaces_.end();
+        });
+    }
     if (storageIssues_.update(found)) Q_EMIT storageIssuesChanged();
     if (newWorkspaces) Q_EMIT workspacesChanged();
 }
@@ -121,8 +140,16 @@ void AppModel::toggleSwitcher() {
     }
 }
 
-void AppModel::show(std::string message) {
-    toast_ = std::move(message);
+void AppModel::show(std::string message, ToastKind kind) {
+    show(Toast{std::move(message), kind, {}});
+}
+
+void AppModel::showUndoable(std::string message, const Uuid& id) {
+    show(Toast{std::move(message), ToastKind::done, id});
+}
+
+void AppModel::show(Toast toast) {
+    toast_ = std::move(toast);
     toastTimer_.start(executor(), clearToast());
     Q_EMIT toastChanged();
 }
@@ -131,6 +158,35 @@ void AppModel::show(std::string message) {
 Task<> AppModel::clearToast() {
     co_await sleepFor(toastTime);
     toast_.reset();
+    Q_EMIT toastChanged();
+}
+
+std::optional<std::string> AppModel::toast() const {
+    if (toast_) return toast_->text;
+    return failure_ ? std::optional(failure_->text) : std::nullopt;
+}
+
+void AppModel::dismissToast() {
+    toastTimer_.cancel();
+    toast_.reset();
+    failure_.reset();
+    Q_EMIT toastChanged();
+}
+
+bool AppModel::told(const std::string& what, const Result<void>& outcome) {
+    if (!outcome) {
+        complain(what, what + ": " + outcome.error().text);
+    } else if (failure_ && failure_->what == what) {
+        failure_.reset();
+        Q_EMIT toastChanged();
+    }
+    return outcome.has_value();
+}
+
+void AppModel::complain(const std::string& what, std::string message) {
+    toastTimer_.cancel();
+    toast_.reset();
+    failure_ = Failure{what, std::move(message)};
     Q_EMIT toastChanged();
 }
 

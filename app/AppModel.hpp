@@ -6,17 +6,21 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
+#include "WindowEngine/capture/LeftOut.hpp"
 #include "WindowEngine/library/SessionHistory.hpp"
 #include "WindowEngine/library/WorkspaceStore.hpp"
 #include "WindowEngine/restore/Restore.hpp"
 #include "WindowEngine/restore/RestorePreview.hpp"
 #include "app/CaptureDraft.hpp"
 #include "app/DirectoryWatch.hpp"
+#include "app/EditHistory.hpp"
 #include "app/HotKeys.hpp"
 #include "app/LoginItemController.hpp"
 #include "app/RestoreRun.hpp"
@@ -26,6 +30,7 @@
 #include "platform/services/SystemServices.hpp"
 #include "settings/AppSettings.hpp"
 #include "settings/KnownWorkspaces.hpp"
+#include "settings/SettingsRescue.hpp"
 
 namespace quillo {
 
@@ -35,6 +40,13 @@ struct AppServices : SystemServices {
     Digest digest;
     Shell& shell;
     Surfaces& surfaces;
+};
+
+/// What a message is, which says how it looks and how long it stays.
+enum class ToastKind : std::uint8_t {
+    done,
+    refusal,  // why something that was asked for is not done now
+    failure,  // stays until it is dismissed, or the same is done after all
 };
 
 /// What a person is asked before a workspace is brought back.
@@ -59,22 +71,33 @@ class AppModel final : public QObject {
     const std::vector<Workspace>& workspaces() const { return workspaces_; }
     const StorageIssues& storageIssues() const { return storageIssues_; }
     void dismissStorageIssues();
+    /// The library's folder, in the person's file manager.
+    void showLibraryFolder();
     /// The session history, newest first.
     const std::vector<Workspace>& sessions() const { return sessions_; }
     const std::optional<std::string>& autoSnapshotError() const { return autoSnapshotError_; }
     const AppSettings& settings() const { return settings_; }
+    /// What became of settings that could not be read, until dismissed.
+    const std::optional<std::string>& settingsTrouble() const { return rescue_.trouble(); }
+    void dismissSettingsTrouble();
     bool accessibilityGranted() const { return accessibilityGranted_; }
-    /// Why other applications' windows cannot be read, where they cannot.
+    /// Whether window access is a permission, which the person gives where requestAccessibility() leads; else
+    /// it is there, or cannot be had.
+    bool canAllowAccess() const { return bool(services_.shell.canOpenSystemSettings()); }
     /// As RestoreScope names it: an application cannot pass for another by the name in a file.
     std::string shownName(const ApplicationSnapshot& application) const {
         return Restore::shownName(services_.desktop.platform.applications, application);
     }
+    /// Why other applications' windows cannot be read, where they cannot.
     Capability accessibilityAccess() const { return services_.desktop.platform.accessibility.access(); }
     CaptureDraft* draft() const { return draft_.get(); }  // null when nothing is under review
     /// The current or the last; null before any.
     RestoreRun* restoreRun() const { return restoreRun_.get(); }
     bool capturing() const { return capturing_; }  // for the person
-    const std::optional<std::string>& toast() const { return toast_; }
+    /// The message of the moment. One that comes while a failure is shown gives way to it again.
+    std::optional<std::string> toast() const;
+    ToastKind toastKind() const { return toast_ ? toast_->kind : ToastKind::failure; }
+    void dismissToast();
     LoginItemController& loginItem() { return loginItem_; }
     HotKeys& hotKeys() { return hotKeys_; }
     /// The desktop as it was when refreshCurrentSnapshot() last looked.
@@ -98,36 +121,78 @@ class AppModel final : public QObject {
     /// Opens the main window where there is none; handed in by the interface.
     std::function<void()> openWindowAction;
 
-    /// Stores and applies at once.
+    /// Stores and applies at once, the same as before too: what failed then is tried again.
     void setSettings(AppSettings settings);
     void setShowingSettings(bool showing);
 
     /// Reads the library again; the history is read again where it changes.
     void reload();
 
-    /// Captures the desktop and opens the review. Without permission, or while a restore runs, it brings the
-    /// main window forward instead; while another capture runs it does nothing.
+    /// Captures the desktop and opens the review. Without permission, or where a review is open or a restore
+    /// runs, it brings the main window forward instead, with a word of why. An automatic capture that runs is
+    /// waited for.
     void beginCapture(std::optional<Workspace> updating = std::nullopt, bool testRestoreAfterSave = false);
-    /// Saves what is under review; on failure the review stays as it is.
+    /// Saves what is under review; on failure the review stays as it is. An update changes what is stored by
+    /// then, and of that only what was captured or chosen in the review.
     void commit(CaptureDraft& draft);
-    /// Drops what is under review.
+    /// Drops what is under review, or the capture that it would come of.
     void dismissDraft();
 
-    /// Does nothing while a capture, a review or another restore is under way. Without a mode other
-    /// applications are kept. A workspace that was not saved on this machine is asked about first, once: its
-    /// restore waits for the answer, as long as nothing else is begun.
+    /// While a capture, a review or another restore is under way that is brought forward instead, with a word
+    /// of why; an automatic capture is waited for. Without a mode other applications are kept. A workspace
+    /// that was not saved on this machine is asked about first, once: its restore waits for the answer, as
+    /// long as nothing else is begun.
     void restore(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate);
+    /// The newest of sessions(), as restore() does; nothing where there is none.
+    void restoreLastSession();
+    /// What holds a relaunch up is what makes the model refuse a restore.
+    bool canRestoreLastSession() const { return !sessions_.empty() && canRelaunchForUpdate(); }
     /// Of question(). What is agreed to is remembered, and begun.
     void answerQuestion(bool resume);
     /// The panel's close control: stops the run where it still goes on, and closes the panel.
     void closeRestorePanel();
+    /// Whether showReport() has something to show: the workspace was resumed since the program was started.
+    bool hasReport(const Uuid& workspace) const { return lastRuns_.contains(workspace); }
+    /// Makes the last run of this workspace restoreRun() again, and opens the panel, which stays until it is
+    /// closed. Does nothing while a restore runs.
+    void showReport(const Uuid& workspace);
     /// What a restore of this workspace does to other applications from now on.
     void setCleanSlate(const Workspace& workspace, CleanSlateMode mode);
 
     void deleteWorkspace(const Workspace& workspace);
+    void deleteWorkspaces(const std::vector<Uuid>& ids);
     void duplicate(const Workspace& workspace);
-    void rename(const Workspace& workspace, const std::string& name);
     void exportWorkspace(const Workspace& workspace);
+    /// Each to a file of its own in a folder that the person picks.
+    void exportWorkspaces(const std::vector<Uuid>& ids);
+
+    // Changes of a saved workspace, as it is stored by then; each can be undone. A workspace is as known
+    // afterwards as before.
+    void rename(const Workspace& workspace, const std::string& name);
+    void setIcon(const Workspace& workspace, const std::string& icon);
+    void setColor(const Workspace& workspace, const std::string& color);
+    /// Leaves out exactly this; refused where the workspace is not any more as it was `shown`. `what` names
+    /// what was left out now, or brought back.
+    void setLeftOut(const Workspace& shown, const LeftOut::Exclusions& excluded, const std::string& what,
+                    bool brought);
+    /// Those installed, where the platform tells, and those that run; without what is never saved.
+    std::vector<InstalledApplication> addableApplications() const;
+    /// Identifiers of what runs.
+    std::set<std::string> runningApplications() const;
+    /// Whether integrations can open anything here.
+    Capability scripting() const { return services_.desktop.platform.scripts.scripting(); }
+    void addApplication(const Workspace& workspace, const std::string& bundleIdentifier);
+    /// The error is for the person who typed the address.
+    Result<void> addAddress(const Workspace& workspace, const std::string& browser, const std::string& typed);
+
+    /// "Leave Out Mail"; empty where there is nothing to undo.
+    std::string undoWords(const Uuid& id) const;
+    std::string redoWords(const Uuid& id) const;
+    void undo(const Uuid& id);
+    void redo(const Uuid& id);
+    /// The workspace whose latest change the toast tells of, and which it offers to undo.
+    std::optional<Uuid> toastUndoes() const { return toast_ ? toast_->undoes : std::nullopt; }
+
     void importWorkspace();
     /// Every workspace, the history, and automatic snapshots.
     void deleteAllData();
@@ -136,13 +201,16 @@ class AppModel final : public QObject {
     void captureSession(const PowerHold& hold = {});
     void deleteSessionHistory();
     void refreshCurrentSnapshot();
+    /// Whether somebody looks at currentSnapshot(): it is read at once then, and for as long as that goes on
+    /// again whenever the desktop has changed.
+    void followCurrentDesktop(bool follow);
     /// The system's prompt the first time, its settings page from then on.
     void requestAccessibility();
 
     void openMain();
     /// The switcher panel: opened, or closed where it is open.
     void toggleSwitcher();
-    void show(std::string message);
+    void show(std::string message, ToastKind kind = ToastKind::done);
 
   Q_SIGNALS:
     void workspacesChanged();
@@ -150,12 +218,14 @@ class AppModel final : public QObject {
     void sessionsChanged();
     void autoSnapshotErrorChanged();
     void settingsChanged();
+    void settingsTroubleChanged();
     void accessibilityGrantedChanged();
     void draftChanged();
     void restoreChanged();
     void questionChanged();
     void capturingChanged();
     void toastChanged();
+    void editsChanged();  // what can be undone or done again
     void currentSnapshotChanged();
     void refreshingCurrentSnapshotChanged();
     void showingSettingsChanged();
@@ -172,8 +242,13 @@ class AppModel final : public QObject {
     Task<> captureForReview(std::optional<Workspace> updating, bool testRestoreAfterSave);
     Task<> captureAutomatically(Uuid generation, AppSettings settings);
     Task<> captureCurrentSnapshot();
+    Task<> followDesktop();
     Task<> clearToast();
     Task<> runRestore(RestoreRun* run, Workspace workspace, Restore::Options options);
+    /// Whether a review, a capture or a restore is in the way of another; then the person is shown it and
+    /// told.
+    bool refusesAnother();
+    void refuseWithoutAccess();
     void ask(ReasonToAsk reason, const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate);
     Task<> prepareQuestion(ReasonToAsk reason, Workspace workspace, CleanSlateMode cleanSlate);
     bool forgetQuestion();
@@ -181,15 +256,45 @@ class AppModel final : public QObject {
     void begin(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate, bool agreedNow);
     Task<> closePanelLater(Duration delay);
     Task<> exportTask(Workspace workspace);
+    Task<> exportAllTask(std::vector<Workspace> workspaces);
+    Task<> addTask(Uuid id, InstalledApplication chosen);
     Task<> importTask();
 
     void saveSession(const WorkspaceSnapshot& snapshot);
+    RestoreRun::Start startOf(const WorkspaceSnapshot& snapshot) const;
+    void restored(RestoreRun& run, const RestoreReport::Item& item);
     void restoreEnded(RestoreRun& run, RestoreReport report);
-    Result<void> changeStored(const Uuid& id, const std::function<void(Workspace&)>& change);
+    /// What is stored counts, not what was last read: another process may have changed it.
+    Result<WorkspaceStore::Changed> changeStored(const Uuid& id,
+                                                 const std::function<Result<void>(Workspace&)>& change);
+    /// A change to be undone, called by `words`.
+    Result<void> edit(const Uuid& id, const std::string& words,
+                      const std::function<Result<void>(Workspace&)>& change);
+    void setLook(const Workspace& workspace, const std::string& words,
+                 const std::function<void(Workspace&)>& change);
+    void takeStep(const Uuid& id, const EditHistory::Step& step, bool back);
+    struct Toast {
+        std::string text;
+        ToastKind kind;
+        std::optional<Uuid> undoes;
+    };
+    void show(Toast toast);
+    void showUndoable(std::string message, const Uuid& id);
+    void forget(const Uuid& id);
     Result<void> writeExport(const Workspace& workspace, const std::filesystem::path& file);
-    Result<std::string> importFile(const std::filesystem::path& file);
+    /// The name it has here, or what to tell the person.
+    Result<std::string, std::string> importFile(const std::filesystem::path& file);
     /// Says where it could not be noted where a workspace comes from: its restore will ask.
     void noteProvenance(const Result<void>& noted);
+    /// Says what failed and why, until that is dismissed or `what` is done. Whether it was done.
+    bool told(const std::string& what, const Result<void>& outcome);
+    template <class T>
+    bool told(const std::string& what, const Result<T>& outcome) {
+        return told(what, outcome ? Result<void>() : std::unexpected(outcome.error()));
+    }
+    void complain(const std::string& what, std::string message);
+    void lookAtSettings();
+    Workspace toSave(const CaptureDraft& draft) const;
     void setAutoSnapshotError(std::optional<std::string> message);
     void captureEnded(std::shared_ptr<CaptureDraft> draft);
     void currentSnapshotRead(std::optional<WorkspaceSnapshot> snapshot);
@@ -211,11 +316,13 @@ class AppModel final : public QObject {
     std::int64_t scheduledMinutes_ = -1;  // so that the first configuration always runs
     std::vector<Workspace> workspaces_;
     StorageIssues storageIssues_;
+    SettingsRescue rescue_;
     AppSettings settings_;
     bool accessibilityGranted_ = false;
     std::shared_ptr<CaptureDraft> draft_;
     std::shared_ptr<RestoreRun> restoreRun_;
-    struct Asked {  // what question_ is about, or will be
+    std::map<Uuid, std::shared_ptr<RestoreRun>> lastRuns_;  // of workspaces in the library
+    struct Asked {                                          // what question_ is about, or will be
         Workspace workspace;
         std::optional<CleanSlateMode> cleanSlate;
 
@@ -224,7 +331,12 @@ class AppModel final : public QObject {
     std::optional<Asked> asked_;
     std::optional<ResumeQuestion> question_;
     bool capturing_ = false;
-    std::optional<std::string> toast_;
+    struct Failure {
+        std::string what, text;
+    };
+    std::optional<Toast> toast_;
+    std::optional<Failure> failure_;  // shown while there is no toast
+    EditHistory edits_;
     LoginItemController loginItem_;
     HotKeys hotKeys_;
     std::optional<WorkspaceSnapshot> currentSnapshot_;
@@ -232,14 +344,15 @@ class AppModel final : public QObject {
     bool promptedForAccessibility_ = false;
     bool showingSettings_ = false;
     PowerHold powerHold_;  // of the system that waits for the running session capture
+    std::vector<std::function<void()>> afterSnapshot_;  // what was asked for meanwhile
 
     std::unique_ptr<PowerObserver> powerObserver_;
     std::unique_ptr<SurfaceObserver> reopenObserver_;
 
     // Last: what runs ends before what it works on.
     TaskSlot autoSnapshotTimer_, autoSnapshotTask_, permissionPoll_, captureTask_, currentSnapshotTask_,
-        questionTask_;
-    TaskSlot toastTimer_, panelTimer_, exporting_, importing_;
+        desktopFollower_, questionTask_;
+    TaskSlot toastTimer_, panelTimer_, exporting_, importing_, adding_;
     DirectoryWatch libraryWatch_, historyWatch_;
 };
 

@@ -43,6 +43,7 @@ void AppModel::captureSession(const PowerHold& hold) {
     autoSnapshotTask_.start(executor(), captureAutomatically(autoSnapshotGeneration_, settings_), [this] {
         powerHold_.reset();
         Q_EMIT busyChanged();
+        for (const auto& asked : std::exchange(afterSnapshot_, {})) asked();
     });
     Q_EMIT busyChanged();
 }

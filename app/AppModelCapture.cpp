@@ -1,16 +1,29 @@
 // Capturing the desktop for the person: the review, and the preview of what is open now.
+#include <algorithm>
+#include <chrono>
 #include <utility>
 
+#include "WindowEngine/capture/LeftOut.hpp"
 #include "WindowEngine/library/ImportedWorkspace.hpp"
 #include "WindowEngine/support/Text.hpp"
 #include "app/AppModel.hpp"
 
 namespace quillo {
+namespace {
+
+constexpr Duration lookInterval = std::chrono::seconds(2);
+
+}  // namespace
 
 void AppModel::beginCapture(std::optional<Workspace> updating, bool testRestoreAfterSave) {
-    if (!accessibilityGranted_) return openMain();
-    if (capturing() || snapshotting()) return;
-    if (restoreRunning()) return openMain();
+    if (!accessibilityGranted_) return refuseWithoutAccess();
+    if (snapshotting()) {
+        return afterSnapshot_.push_back([this, updating = std::move(updating), testRestoreAfterSave] {
+            beginCapture(updating, testRestoreAfterSave);
+        });
+    }
+    if (capturing() && !updating) return;  // the key was pressed twice: its review is on the way
+    if (refusesAnother()) return;
     capturing_ = true;
     const bool wasAsked = forgetQuestion();
     captureTask_.start(executor(), captureForReview(std::move(updating), testRestoreAfterSave),
@@ -22,9 +35,35 @@ void AppModel::beginCapture(std::optional<Workspace> updating, bool testRestoreA
 
 Task<> AppModel::captureForReview(std::optional<Workspace> updating, bool testRestoreAfterSave) {
     WorkspaceSnapshot snapshot = co_await Capture::snapshot(services_.desktop, settings_.captureOptions());
+    co_await checkpoint();
+    // Without it the windows of others are missing, and would be from the workspace that is updated.
+    const bool read = services_.desktop.platform.accessibility.trusted();
     captureEnded(
-        std::make_shared<CaptureDraft>(std::move(snapshot), std::move(updating), testRestoreAfterSave));
+        read ? std::make_shared<CaptureDraft>(std::move(snapshot), std::move(updating), testRestoreAfterSave)
+             : nullptr);
+    if (!read) co_return refuseWithoutAccess();
     openMain();
+}
+
+void AppModel::refuseWithoutAccess() {
+    openMain();  // which shows what can be done
+    show("Couldn't read your windows: " + accessibilityAccess().reason(), ToastKind::refusal);
+}
+
+bool AppModel::refusesAnother() {
+    std::string why;
+    if (draft_) {
+        why = "Save or cancel this review first.";
+    } else if (capturing()) {
+        why = "Your windows are being read for a review. Save or cancel that first.";
+    } else if (restoreRunning()) {
+        why = "“" + restoreRun_->workspace().name + "” is being resumed. Wait for it, or stop it.";
+    } else {
+        return false;
+    }
+    openMain();
+    show(std::move(why), ToastKind::refusal);
+    return true;
 }
 
 /// Without a draft where the task ended early; what is under review then stays.
@@ -42,33 +81,49 @@ void AppModel::setDraft(std::shared_ptr<CaptureDraft> draft) {
 }
 
 void AppModel::dismissDraft() {
+    if (capturing()) captureTask_.cancel();
     if (draft_) setDraft(nullptr);
+}
+
+/// Of an update what is stored counts, which may have changed during the review; one that is gone comes back.
+Workspace AppModel::toSave(const CaptureDraft& draft) const {
+    std::string name = text::trim(draft.name());
+    if (name.empty()) name = unnamed;
+    const std::optional<Workspace>& before = draft.updating();
+    if (!before) {
+        return Workspace::create(Uuid::random(), uniqueName(name, workspaces_), draft.icon(), draft.color(),
+                                 draft.filteredSnapshot(), wallNow());
+    }
+    Workspace workspace = store_.load(before->id).value_or(*before);
+    if (name != before->name && name != workspace.name) workspace.name = uniqueName(name, workspaces_);
+    if (draft.icon() != before->icon) workspace.icon = draft.icon();
+    if (draft.color() != before->color) workspace.color = draft.color();
+    // What it does to other applications stays only where that was chosen here.
+    if (!known_.isCleanSlateChosenHere(workspace)) workspace.cleanSlate.reset();
+    workspace.snapshot = LeftOut::carriedOver(
+        workspace.snapshot, draft.filteredSnapshot(),
+        {Capture::neverSaved(services_.desktop.platform.applications, settings_.captureOptions()),
+         settings_.excludedDomains});
+    workspace.updatedAt = wallNow();
+    return workspace;
 }
 
 void AppModel::commit(CaptureDraft& reviewed) {
     if (draft_.get() != &reviewed) return;
     const std::shared_ptr<CaptureDraft> draft = draft_;
-    const Instant time = wallNow();
-    Workspace workspace =
-        draft->updating() ? *draft->updating() : Workspace::create(Uuid::random(), {}, {}, {}, {}, time);
-    std::string name = text::trim(draft->name());
-    if (name.empty()) name = "Untitled";
-    const bool keepsName = draft->updating() && name == draft->updating()->name;
-    workspace.name = keepsName ? name : uniqueName(name, workspaces_);
-    workspace.icon = draft->icon();
-    workspace.color = draft->color();
-    // What it does to other applications stays only where that was chosen here.
-    if (draft->updating() && !known_.isCleanSlateChosenHere(*draft->updating())) workspace.cleanSlate.reset();
-    workspace.snapshot = draft->filteredSnapshot();
-    workspace.updatedAt = time;
-    if (const Result<void> saved = store_.save(workspace); !saved) {
-        return show("Couldn't save: " + saved.error().text);
+    const Workspace workspace = toSave(*draft);
+    const std::string what = "Couldn't save";
+    const Result<void> saved = store_.save(workspace);
+    if (!saved) {
+        told(what, saved);
+        return;
     }
     const Result<void> noted = known_.savedHere(workspace);
     dispose(std::exchange(draft_, nullptr));  // before anybody hears of it: nothing saves it once more
     reload();
     Q_EMIT draftChanged();
     Q_EMIT busyChanged();
+    told(what, saved);
     show("Saved " + workspace.name);
     noteProvenance(noted);
     if (draft->testRestoreAfterSave()) restore(workspace, std::nullopt);
@@ -86,6 +141,29 @@ void AppModel::refreshCurrentSnapshot() {
 
 Task<> AppModel::captureCurrentSnapshot() {
     currentSnapshotRead(co_await Capture::snapshot(services_.desktop, settings_.captureOptions()));
+}
+
+void AppModel::followCurrentDesktop(bool follow) {
+    if (follow)
+        desktopFollower_.start(executor(), followDesktop());
+    else
+        desktopFollower_.cancel();
+}
+
+/// However many windows there are, looking at them takes no more than a small part of the time.
+Task<> AppModel::followDesktop() {
+    std::optional<std::uint64_t> seen;
+    while (true) {
+        const TimePoint began = executor().now();
+        const std::uint64_t stamp = services_.desktop.platform.windowServer.stamp();
+        const Duration took = executor().now() - began;
+        if (seen != stamp) {
+            refreshCurrentSnapshot();
+            if (refreshingCurrentSnapshot())
+                seen = stamp;  // else something else goes on, and it is tried again
+        }
+        co_await sleepFor(std::max(lookInterval, 2000 * took));
+    }
 }
 
 void AppModel::currentSnapshotRead(std::optional<WorkspaceSnapshot> snapshot) {

@@ -1,11 +1,11 @@
 // Operations on saved workspaces. The library is never patched in memory: after a success it is read again,
 // after a failure it stays as it was.
 #include <algorithm>
+#include <cstdint>
 
 #include "WindowEngine/library/AtomicFile.hpp"
 #include "WindowEngine/library/ImportedWorkspace.hpp"
 #include "WindowEngine/records/WorkspaceCoding.hpp"
-#include "WindowEngine/support/Text.hpp"
 #include "app/AppModel.hpp"
 
 namespace quillo {
@@ -18,19 +18,53 @@ std::string proposedFileName(std::string name) {
     return name + ".quillo.json";
 }
 
+std::string ofThem(std::int64_t count) {
+    return std::to_string(count) + (count == 1 ? " workspace" : " workspaces");
+}
+
 }  // namespace
 
 void AppModel::noteProvenance(const Result<void>& noted) {
-    if (!noted) show("Couldn't note what was done here; resuming will ask first: " + noted.error().text);
+    told("Couldn't note what was done here; resuming will ask first", noted);
+}
+
+void AppModel::showLibraryFolder() {
+    std::filesystem::path folder = store_.directory();
+    while (!services_.files.exists(folder) && folder.has_relative_path()) folder = folder.parent_path();
+    if (!services_.shell.showFolder(folder)) show("No file manager opens " + folder.string());
 }
 
 void AppModel::deleteWorkspace(const Workspace& workspace) {
-    const std::string name = workspace.name;  // the workspace may be the library's own, which is read again
-    if (const Result<void> removed = store_.remove(workspace.id); !removed) {
-        return show("Couldn't delete " + name + ": " + removed.error().text);
+    const std::string what = "Couldn't delete " + workspace.name;  // which may be the library's own
+    const Result<void> removed = store_.remove(workspace.id);
+    if (removed) forget(workspace.id);
+    if (told(what, removed)) reload();
+}
+
+void AppModel::deleteWorkspaces(const std::vector<Uuid>& ids) {
+    std::int64_t removed = 0;
+    std::optional<Error> failure;
+    for (const Uuid& id : ids) {
+        if (Result<void> gone = store_.remove(id); !gone) {
+            failure = std::move(gone.error());
+            continue;
+        }
+        ++removed;
+        forget(id);
     }
-    (void)known_.forget(workspace.id);  // what is left of it is no harm
     reload();
+    const std::string what = "Couldn't delete workspaces";
+    if (failure)
+        return complain(what, "Couldn't delete " + ofThem(static_cast<std::int64_t>(ids.size()) - removed) +
+                                  ": " + failure->text);
+    told(what, {});
+    show("Deleted " + ofThem(removed));
+}
+
+/// Of one that was deleted.
+void AppModel::forget(const Uuid& id) {
+    (void)known_.forget(id);  // what is left of it is no harm
+    edits_.forget(id);
 }
 
 void AppModel::duplicate(const Workspace& workspace) {
@@ -40,45 +74,20 @@ void AppModel::duplicate(const Workspace& workspace) {
     copy.createdAt = copy.updatedAt = wallNow();
     copy.lastRestoredAt.reset();
     const std::string name = workspace.name;
-    if (const Result<void> saved = store_.save(copy); !saved) {
-        return show("Couldn't duplicate " + name + ": " + saved.error().text);
-    }
-    const Result<void> noted = known_.madeFrom(workspace, copy);
+    const Result<void> saved = store_.save(copy);
+    const Result<void> noted = saved ? known_.madeFrom(workspace, copy) : saved;
+    if (!told("Couldn't duplicate " + name, saved)) return;
     reload();
     show("Duplicated " + name);
     noteProvenance(noted);
 }
 
-/// What is stored counts, not what was last read: another process may have changed it.
-Result<void> AppModel::changeStored(const Uuid& id, const std::function<void(Workspace&)>& change) {
-    Result<Workspace> stored = store_.load(id);
-    if (!stored) return std::unexpected(std::move(stored.error()));
-    change(*stored);
-    return store_.save(*stored);
-}
-
-void AppModel::rename(const Workspace& workspace, const std::string& to) {
-    const std::string trimmed = text::trim(to), name = workspace.name;
-    if (trimmed.empty() || trimmed == name) return;
-    const Result<void> renamed = changeStored(workspace.id, [&](Workspace& stored) {
-        stored.name = uniqueName(trimmed, workspaces_);
-        stored.updatedAt = wallNow();
-    });
-    if (!renamed) return show("Couldn't rename " + name + ": " + renamed.error().text);
-    reload();
-}
-
 void AppModel::setCleanSlate(const Workspace& workspace, CleanSlateMode mode) {
-    Workspace before, after;
-    const Result<void> saved = changeStored(workspace.id, [&](Workspace& stored) {
-        before = stored;
+    const auto saved = changeStored(workspace.id, [&](Workspace& stored) -> Result<void> {
         stored.cleanSlate = mode;
-        after = stored;
+        return {};
     });
-    if (!saved) return show("Couldn't save restore preference");
-    const Result<void> noted = known_.madeFrom(before, after);
-    reload();
-    noteProvenance(noted);
+    told("Couldn't save restore preference", saved);
 }
 
 Result<void> AppModel::writeExport(const Workspace& workspace, const std::filesystem::path& file) {
@@ -94,8 +103,37 @@ void AppModel::exportWorkspace(const Workspace& workspace) {
 Task<> AppModel::exportTask(Workspace workspace) {
     const auto file = co_await services_.surfaces.fileToWrite(proposedFileName(workspace.name));
     if (!file) co_return;
-    const Result<void> written = writeExport(workspace, *file);
-    show(written ? "Exported " + workspace.name : "Export failed: " + written.error().text);
+    if (told("Export failed", writeExport(workspace, *file))) show("Exported " + workspace.name);
+}
+
+void AppModel::exportWorkspaces(const std::vector<Uuid>& ids) {
+    std::vector<Workspace> chosen;
+    for (const Workspace& workspace : workspaces_)
+        if (std::ranges::count(ids, workspace.id) > 0) chosen.push_back(workspace);
+    if (chosen.size() == 1) return exportWorkspace(chosen.front());
+    if (!chosen.empty() && !exporting_.active())
+        exporting_.start(executor(), exportAllTask(std::move(chosen)));
+}
+
+/// Nothing that is in the folder is replaced: nobody was asked about it.
+Task<> AppModel::exportAllTask(std::vector<Workspace> workspaces) {
+    const auto folder = co_await services_.surfaces.folderToWrite();
+    if (!folder) co_return;
+    const std::string what = "Export failed";
+    for (std::size_t written = 0; written < workspaces.size(); ++written) {
+        const Workspace& workspace = workspaces[written];
+        std::filesystem::path file = *folder / proposedFileName(workspace.name);
+        for (int counter = 2; services_.files.exists(file); ++counter)
+            file = *folder / proposedFileName(workspace.name + " " + std::to_string(counter));
+        if (const Result<void> done = writeExport(workspace, file); !done) {
+            complain(what, what + " after " + std::to_string(written) + " of " +
+                               ofThem(static_cast<std::int64_t>(workspaces.size())) + ": " +
+                               done.error().text);
+            co_return;
+        }
+    }
+    told(what, {});
+    show("Exported " + ofThem(static_cast<std::int64_t>(workspaces.size())));
 }
 
 void AppModel::importWorkspace() {
@@ -105,20 +143,28 @@ void AppModel::importWorkspace() {
 Task<> AppModel::importTask() {
     const auto file = co_await services_.surfaces.fileToRead();
     if (!file) co_return;
-    const Result<std::string> name = importFile(*file);
-    if (name) reload();
-    show(name ? "Imported " + *name : "Couldn't import workspace: " + name.error().text);
+    const std::string what = "Couldn't import workspace";
+    const Result<std::string, std::string> name = importFile(*file);
+    if (!name) co_return complain(what, name.error());
+    told(what, {});
+    reload();
+    show("Imported " + *name);
 }
 
-Result<std::string> AppModel::importFile(const std::filesystem::path& file) {
+Result<std::string, std::string> AppModel::importFile(const std::filesystem::path& file) {
+    const auto failed = [](const Error& error) {
+        return std::unexpected("Couldn't import workspace: " + error.text);
+    };
     std::error_code dangling;  // who picks a link means what it leads to
     const std::filesystem::path target = std::filesystem::canonical(file, dangling);
     const Result<std::string> bytes = services_.files.read(dangling ? file : target);
-    if (!bytes) return std::unexpected(bytes.error());
+    if (!bytes) return failed(bytes.error());
     const Result<ImportedWorkspace> imported = ImportedWorkspace::read(*bytes, workspaces_, wallNow());
-    if (!imported) return std::unexpected(imported.error());
-    const Result<void> saved = store_.save(imported->workspace);
-    if (!saved) return std::unexpected(saved.error());
+    const bool isForeign = !imported && imported.error().kind == ErrorKind::invalidData &&
+                           !WorkspaceCoding::isTooLarge(imported.error());
+    if (isForeign) return std::unexpected("This is not a Quillo workspace: " + imported.error().text);
+    if (!imported) return failed(imported.error());
+    if (const Result<void> saved = store_.save(imported->workspace); !saved) return failed(saved.error());
     return imported->workspace.name;
 }
 
@@ -133,7 +179,7 @@ void AppModel::deleteAllData() {
     const Result<void> removed = services_.files.removeTree(store_.directory());
     (void)known_.forgetAll();
     reload();
-    if (!removed) show("Couldn't delete all workspace data: " + removed.error().text);
+    told("Couldn't delete all workspace data", removed);
 }
 
 }  // namespace quillo

@@ -1,6 +1,8 @@
 // Restoring a workspace, with the panel that shows it.
+#include <algorithm>
 #include <utility>
 
+#include "WindowEngine/desktop/DesktopSpaces.hpp"
 #include "WindowEngine/restore/RestoreScope.hpp"
 #include "app/AppModel.hpp"
 
@@ -11,13 +13,22 @@ using namespace std::chrono_literals;
 
 constexpr PanelPlace panelPlace{.width = 380, .anchor = PanelAnchor::bottomTrailing};
 constexpr Duration cleanPanelTime = 4s, troubledPanelTime = 10s;
+constexpr Duration readingTime = 2s;  // until it is looked at again whether a panel is still in use
 
 }  // namespace
 
 void AppModel::restore(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate) {
-    if (capturing() || snapshotting() || draft_ || restoreRunning()) return;
+    if (snapshotting()) {
+        return afterSnapshot_.push_back([this, workspace, cleanSlate] { restore(workspace, cleanSlate); });
+    }
+    if (restoreRunning() && restoreRun_->workspace().id == workspace.id) return;  // by a double click
+    if (refusesAnother()) return;
     if (const auto reason = known_.reasonToAsk(workspace)) return ask(*reason, workspace, cleanSlate);
     begin(workspace, cleanSlate, false);
+}
+
+void AppModel::restoreLastSession() {
+    if (!sessions_.empty()) restore(Workspace(sessions_.front()), sessions_.front().cleanSlate);
 }
 
 void AppModel::ask(ReasonToAsk reason, const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate) {
@@ -77,38 +88,71 @@ void AppModel::answerQuestion(bool resume) {
 }
 
 void AppModel::begin(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate, bool agreedNow) {
-    Restore::Options options{.cleanSlate = cleanSlate, .enabledAdapters = settings_.enabledAdapters};
+    Restore::Options options{
+        .cleanSlate = cleanSlate, .enabledAdapters = settings_.enabledAdapters, .bringsForward = true};
     known_.permit(workspace, agreedNow, options);
     Workspace shown = workspace;  // as the restore goes about it, so that each line finds its window
     shown.snapshot = Restore::scopeOf(shown.snapshot, options.limited).snapshot;
-    const auto run = std::make_shared<RestoreRun>(std::move(shown));
+    const RestoreRun::Start start = startOf(shown.snapshot);
+    const auto run = std::make_shared<RestoreRun>(std::move(shown), start);
     dispose(std::exchange(restoreRun_, run));
     const bool wasAsked = forgetQuestion();
     panelTimer_.cancel();
-    services_.surfaces.showPanel(PanelID::restore, panelPlace);
     run->begin(executor(), runRestore(run.get(), workspace, options), [this, started = run.get()] {
         if (!started->report()) restoreEnded(*started, {.items = started->items(), .cancelled = true});
     });
     if (wasAsked) Q_EMIT questionChanged();
     Q_EMIT restoreChanged();
     Q_EMIT busyChanged();
+    services_.surfaces.showPanel(PanelID::restore, panelPlace);
+}
+
+RestoreRun::Start AppModel::startOf(const WorkspaceSnapshot& snapshot) const {
+    DesktopAccess desktop = services_.desktop;
+    RestoreRun::Start start;
+    const std::vector<SpaceID> shown = desktop.platform.windowServer.spacesInFront();
+    std::set<std::int64_t> inFront;
+    for (const NativeDesktop& one : DesktopSpaces::current(desktop)) {
+        if (std::ranges::find(shown, one.id) != shown.end()) inFront.insert(one.index);
+    }
+    if (inFront.size() == 1) start.desktop = *inFront.begin();
+    for (const ApplicationSnapshot& application : snapshot.applications) {
+        if (desktop.platform.applications.running(application.bundleIdentifier)) continue;
+        const bool documents = std::ranges::any_of(
+            application.windows, [](const WindowSnapshot& window) { return window.documentURL.has_value(); });
+        start.otherItems += documents ? 2 : 1;  // launched, and what it is to open
+    }
+    return start;
 }
 
 /// The run owns this task.
 Task<> AppModel::runRestore(RestoreRun* run, Workspace workspace, Restore::Options options) {
     RestoreReport report = co_await Restore::run(services_.desktop, std::move(workspace), options,
-                                                 [run](const auto& item) { run->add(item); });
+                                                 [this, run](const auto& item) { restored(*run, item); });
     const Context context = co_await quillo::context();
     if (context.stopRequested()) report.cancelled = true;
     restoreEnded(*run, std::move(report));
 }
 
+/// With the first window that is back, what was asked for it makes room.
+void AppModel::restored(RestoreRun& run, const RestoreReport::Item& item) {
+    const auto isBack = [](const RestoreReport::Item& one) {
+        const Verdict verdict = outcomeOf(one.status).verdict;
+        return verdict == Verdict::back || verdict == Verdict::differs;
+    };
+    if (isBack(item) && std::ranges::none_of(run.items(), isBack)) services_.surfaces.stepAside();
+    run.add(item);
+}
+
 void AppModel::restoreEnded(RestoreRun& run, RestoreReport report) {
     const bool cancelled = report.cancelled;
+    const Uuid workspace = run.workspace().id;
+    const bool inLibrary = std::ranges::find(workspaces_, workspace, &Workspace::id) != workspaces_.end();
+    if (inLibrary && restoreRun_.get() == &run) lastRuns_[workspace] = restoreRun_;
     run.finish(std::move(report));
     if (!cancelled) {
         if (!store_.updateLastRestored(run.workspace().id, wallNow())) {
-            show("Restored, but couldn't update last-used time");
+            show("Restored, but couldn't update last-used time", ToastKind::refusal);
         }
         reload();
     }
@@ -122,7 +166,17 @@ void AppModel::restoreEnded(RestoreRun& run, RestoreReport report) {
 /// restoreWorkspace.
 Task<> AppModel::closePanelLater(Duration delay) {
     co_await sleepFor(delay);
+    while (services_.surfaces.panelInUse(PanelID::restore)) co_await sleepFor(readingTime);
     services_.surfaces.closePanel(PanelID::restore);
+}
+
+void AppModel::showReport(const Uuid& workspace) {
+    const auto found = lastRuns_.find(workspace);
+    if (found == lastRuns_.end() || restoreRunning()) return;
+    panelTimer_.cancel();
+    dispose(std::exchange(restoreRun_, found->second));
+    Q_EMIT restoreChanged();
+    services_.surfaces.showPanel(PanelID::restore, panelPlace);
 }
 
 void AppModel::closeRestorePanel() {

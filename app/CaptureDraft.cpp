@@ -1,5 +1,6 @@
 #include "app/CaptureDraft.hpp"
 
+#include <algorithm>
 #include <random>
 #include <utility>
 
@@ -23,6 +24,8 @@ CaptureDraft::CaptureDraft(WorkspaceSnapshot snapshot, std::optional<Workspace> 
       color_(updating ? updating->color : colorByChance()),
       snapshot_(std::move(snapshot)),
       updating_(std::move(updating)),
+      excludedAtFirst_(updating_ ? LeftOut::recognised(updating_->snapshot, snapshot_)
+                                 : LeftOut::Exclusions()),
       testRestoreAfterSave_(testRestoreAfterSave) {}
 
 void CaptureDraft::setName(std::string name) {
@@ -38,40 +41,70 @@ void CaptureDraft::setColor(std::string color) {
 }
 
 bool CaptureDraft::includesApp(const std::string& bundleIdentifier) const {
-    return !excludedApps_.contains(bundleIdentifier);
+    return !excluded_.apps.contains(bundleIdentifier);
 }
 
 void CaptureDraft::includeApp(const std::string& bundleIdentifier, bool included) {
-    include(excludedApps_, bundleIdentifier, included);
+    bool changes = include(excluded_.apps, bundleIdentifier, included);
+    if (included && everyWindowExcluded(bundleIdentifier)) {
+        for (const WindowSnapshot& window : application(bundleIdentifier)->windows)
+            changes |=
+                include(excluded_.windows, CaptureFilter::windowKey(bundleIdentifier, window.index), true);
+    }
+    if (changes) Q_EMIT exclusionsChanged();
 }
 
 bool CaptureDraft::includesWindow(const std::string& bundleIdentifier, std::int64_t index) const {
-    return !excludedWindows_.contains(CaptureFilter::windowKey(bundleIdentifier, index));
+    return !excluded_.windows.contains(CaptureFilter::windowKey(bundleIdentifier, index));
 }
 
 void CaptureDraft::includeWindow(const std::string& bundleIdentifier, std::int64_t index, bool included) {
-    include(excludedWindows_, CaptureFilter::windowKey(bundleIdentifier, index), included);
+    const bool cameBack = included && everyWindowExcluded(bundleIdentifier);
+    if (!include(excluded_.windows, CaptureFilter::windowKey(bundleIdentifier, index), included)) return;
+    if (cameBack || everyWindowExcluded(bundleIdentifier))
+        include(excluded_.apps, bundleIdentifier, cameBack);
+    Q_EMIT exclusionsChanged();
 }
 
 bool CaptureDraft::includesContextURL(const std::string& bundleIdentifier, std::int64_t windowIndex,
                                       std::int64_t urlIndex) const {
-    return !excludedContextURLs_.contains(
+    return !excluded_.contextURLs.contains(
         CaptureFilter::contextURLKey(bundleIdentifier, windowIndex, urlIndex));
 }
 
 void CaptureDraft::includeContextURL(const std::string& bundleIdentifier, std::int64_t windowIndex,
                                      std::int64_t urlIndex, bool included) {
-    include(excludedContextURLs_, CaptureFilter::contextURLKey(bundleIdentifier, windowIndex, urlIndex),
-            included);
+    if (include(excluded_.contextURLs, CaptureFilter::contextURLKey(bundleIdentifier, windowIndex, urlIndex),
+                included))
+        Q_EMIT exclusionsChanged();
 }
 
-void CaptureDraft::include(std::set<std::string>& excluded, const std::string& key, bool included) {
-    const bool changes = included ? excluded.erase(key) > 0 : excluded.insert(key).second;
-    if (changes) Q_EMIT exclusionsChanged();
+/// Whether that changes anything.
+bool CaptureDraft::include(std::set<std::string>& excluded, const std::string& key, bool included) {
+    return included ? excluded.erase(key) > 0 : excluded.insert(key).second;
+}
+
+const ApplicationSnapshot* CaptureDraft::application(const std::string& bundleIdentifier) const {
+    const auto found =
+        std::ranges::find(snapshot_.applications, bundleIdentifier, &ApplicationSnapshot::bundleIdentifier);
+    return found == snapshot_.applications.end() ? nullptr : &*found;
+}
+
+/// False also for one that had none.
+bool CaptureDraft::everyWindowExcluded(const std::string& bundleIdentifier) const {
+    const ApplicationSnapshot* const one = application(bundleIdentifier);
+    return one && !one->windows.empty() &&
+           std::ranges::none_of(one->windows, [&](const WindowSnapshot& window) {
+               return includesWindow(bundleIdentifier, window.index);
+           });
+}
+
+void CaptureDraft::setExcluded(LeftOut::Exclusions excluded) {
+    if (std::exchange(excluded_, std::move(excluded)) != excluded_) Q_EMIT exclusionsChanged();
 }
 
 WorkspaceSnapshot CaptureDraft::filteredSnapshot() const {
-    return CaptureFilter::apply(snapshot_, excludedApps_, excludedWindows_, excludedContextURLs_);
+    return CaptureFilter::apply(snapshot_, excluded_.apps, excluded_.windows, excluded_.contextURLs);
 }
 
 std::string reviewLabel(const WindowSnapshot& window) {

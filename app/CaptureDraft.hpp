@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "WindowEngine/capture/LeftOut.hpp"
 #include "WindowEngine/records/Workspace.hpp"
 
 namespace quillo {
@@ -21,7 +22,8 @@ class CaptureDraft final : public QObject {
         "square.stack.3d.up", "briefcase",  "hammer", "paintbrush.pointed", "terminal", "book",
         "gamecontroller",     "music.note", "person", "sparkles",           "leaf",     "globe"};
 
-    /// Name, icon and color of `updating`; without one no name, the first icon and a color by chance.
+    /// Name, icon and color of `updating`, and unticked what had been left out of it; without one no name,
+    /// the first icon, a color by chance, and everything ticked.
     CaptureDraft(WorkspaceSnapshot snapshot, std::optional<Workspace> updating, bool testRestoreAfterSave);
 
     const Uuid& id() const { return id_; }
@@ -36,15 +38,21 @@ class CaptureDraft final : public QObject {
     void setIcon(std::string icon);
     void setColor(std::string color);
 
-    const std::set<std::string>& excludedApps() const { return excludedApps_; }
-    const std::set<std::string>& excludedWindows() const { return excludedWindows_; }
-    const std::set<std::string>& excludedContextURLs() const { return excludedContextURLs_; }
+    const std::set<std::string>& excludedApps() const { return excluded_.apps; }
+    const std::set<std::string>& excludedWindows() const { return excluded_.windows; }
+    const std::set<std::string>& excludedContextURLs() const { return excluded_.contextURLs; }
+    const LeftOut::Exclusions& excluded() const { return excluded_; }
+    void setExcluded(LeftOut::Exclusions excluded);
+    /// Whether the ticks are others than at first.
+    bool exclusionsTouched() const { return excluded_ != excludedAtFirst_; }
 
-    // The ticks of the review's rows. They do not touch each other: an application that is ticked again comes
-    // back with exactly the windows and addresses that were not unticked by themselves.
+    // The ticks of the review's rows. An application that is ticked again comes back with exactly the windows
+    // and addresses that were not unticked by themselves; with all its windows where none of them would be
+    // left.
     bool includesApp(const std::string& bundleIdentifier) const;
     void includeApp(const std::string& bundleIdentifier, bool included);
     bool includesWindow(const std::string& bundleIdentifier, std::int64_t index) const;
+    /// An application goes with the last of its windows, and comes back with the first.
     void includeWindow(const std::string& bundleIdentifier, std::int64_t index, bool included);
     /// `windowIndex`: the context window's source index, else its place; `urlIndex`: the address's place.
     bool includesContextURL(const std::string& bundleIdentifier, std::int64_t windowIndex,
@@ -60,13 +68,16 @@ class CaptureDraft final : public QObject {
     void exclusionsChanged();
 
   private:
-    void include(std::set<std::string>& excluded, const std::string& key, bool included);
+    bool include(std::set<std::string>& excluded, const std::string& key, bool included);
+    const ApplicationSnapshot* application(const std::string& bundleIdentifier) const;
+    bool everyWindowExcluded(const std::string& bundleIdentifier) const;
 
     const Uuid id_ = Uuid::random();
     std::string name_, icon_, color_;
     const WorkspaceSnapshot snapshot_;
-    std::set<std::string> excludedApps_, excludedWindows_, excludedContextURLs_;
     const std::optional<Workspace> updating_;
+    const LeftOut::Exclusions excludedAtFirst_;
+    LeftOut::Exclusions excluded_ = excludedAtFirst_;
     const bool testRestoreAfterSave_;
 };
 

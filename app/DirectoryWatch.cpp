@@ -35,11 +35,17 @@ void DirectoryWatch::watch() {
             if (*self) (*self)->noticed();
         });
     };
-    watch_.reset();
-    auto watching = files_.watch(directory_, queued);
-    watchesParent_ = !watching;
-    if (!watching) watching = files_.watch(directory_.parent_path(), queued);
-    if (watching) watch_ = *std::move(watching);
+    // Until it is there, the nearest one above tells how it comes. More of the way may come while we look.
+    std::filesystem::path watched;
+    for (int tries = 0; tries < 2 && watched != directory_; ++tries) {
+        watched = directory_;
+        auto watching = files_.watch(watched, queued);
+        while (!watching && watched.has_relative_path()) {
+            watched = watched.parent_path();
+            watching = files_.watch(watched, queued);
+        }
+        watch_ = watching ? *std::move(watching) : nullptr;
+    }
 }
 
 void DirectoryWatch::noticed() {

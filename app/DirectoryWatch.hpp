@@ -41,7 +41,6 @@ class DirectoryWatch {
     std::filesystem::path directory_;
     std::function<void()> changed_;
     std::shared_ptr<DirectoryWatch*> self_;  // null from its destruction on
-    bool watchesParent_ = false;
     Stamps seen_;
     std::unique_ptr<FileWatch> watch_;
     TaskSlot settling_;

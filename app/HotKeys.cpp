@@ -1,6 +1,8 @@
 #include "app/HotKeys.hpp"
 
 #include <algorithm>
+#include <ranges>
+#include <utility>
 
 #include "WindowEngine/desktop/Log.hpp"
 
@@ -25,30 +27,66 @@ HotKeys::~HotKeys() {
 }
 
 void HotKeys::registerAll(const std::map<Action, Shortcut>& shortcuts) {
-    unregisterAll();
+    wanted_ = shortcuts;
+    release();
+    if (paused_) return;
+    const auto before = std::exchange(refusals_, {});
     handler_ = service_.installHandler([this](HotKeyID id) { return pressed(id); },
                                        [this](HotKeyID id, const Error& error) { lost(id, error); });
-    const std::size_t refusedBefore = unavailable_.size();
+    std::set<std::pair<std::uint32_t, std::uint32_t>> own;
     for (const Action action : allHotKeyActions) {
         const auto given = shortcuts.find(action);
         const Shortcut shortcut = given != shortcuts.end() ? given->second : defaultShortcut(action);
+        labels_[action] = shortcut.label();
+        if (own.contains({shortcut.keyCode, shortcut.modifiers})) {
+            refusals_[action] = Refusal::own;
+            refs_.push_back(nullptr);
+            continue;
+        }
         auto registered =
             service_.registerHotKey(shortcut.keyCode, shortcut.modifiers, {signature, number(action)});
-        labels_[action] = shortcut.label();
-        if (!registered) refused(action, registered.error());
+        if (registered) {
+            own.emplace(shortcut.keyCode, shortcut.modifiers);
+        } else {
+            refused(action, registered.error());
+        }
         refs_.push_back(registered ? *std::move(registered) : nullptr);
     }
-    if (unavailable_.size() != refusedBefore) Q_EMIT unavailableChanged();
+    if (refusals_ != before) Q_EMIT unavailableChanged();
 }
 
 void HotKeys::unregisterAll() {
+    wanted_.reset();
+    release();
+    if (!std::exchange(refusals_, {}).empty()) Q_EMIT unavailableChanged();
+}
+
+void HotKeys::setPaused(bool paused) {
+    if (std::exchange(paused_, paused) == paused) return;
+    if (paused)
+        release();
+    else if (wanted_)
+        registerAll(*std::exchange(wanted_, {}));
+}
+
+void HotKeys::release() {
     refs_.clear();
     handler_.reset();
 }
 
+std::optional<HotKeys::Refusal> HotKeys::refusal(Action action) const {
+    const auto found = refusals_.find(action);
+    return found != refusals_.end() ? std::optional(found->second) : std::nullopt;
+}
+
+std::set<HotKeys::Action> HotKeys::unavailable() const {
+    const auto actions = std::views::keys(refusals_);
+    return {actions.begin(), actions.end()};
+}
+
 void HotKeys::refused(Action action, const Error& error) {
     Log::hotKeyUnavailable(log_, labels_[action], error.code);
-    unavailable_.insert(action);
+    refusals_[action] = Refusal::taken;
 }
 
 void HotKeys::lost(HotKeyID id, const Error& error) {

@@ -1,9 +1,11 @@
 // The two global shortcuts: registered with the system, dispatched to the model.
 #pragma once
 #include <QObject>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <vector>
 
@@ -18,6 +20,10 @@ class HotKeys final : public QObject {
 
   public:
     using Action = HotKeyAction;
+    enum class Refusal : std::uint8_t {
+        taken,  // by another program, or the keyboard has no such key
+        own,    // Quillo's other action has it
+    };
 
     /// Registers nothing yet. Services and platform must outlive it.
     HotKeys(HotKeyService& service, Executor& executor, SystemLog& log, QObject* parent = nullptr);
@@ -30,10 +36,14 @@ class HotKeys final : public QObject {
     /// logged and marked, the others are registered all the same.
     void registerAll(const std::map<Action, Shortcut>& shortcuts);
     void unregisterAll();
+    /// While somebody records a combination, ours are no different from others: none is registered. What is
+    /// asked for meanwhile is registered when the pause is over.
+    void setPaused(bool paused);
 
-    /// Actions whose combination was refused since the program started: only ever added to, so that what the
-    /// settings say stays until a restart.
-    const std::set<Action>& unavailable() const { return unavailable_; }
+    /// Why the action's combination does not work; absent where it does, or shortcuts are off.
+    std::optional<Refusal> refusal(Action action) const;
+    /// Those with a refusal.
+    std::set<Action> unavailable() const;
 
   Q_SIGNALS:
     void unavailableChanged();
@@ -42,14 +52,17 @@ class HotKeys final : public QObject {
     bool pressed(HotKeyID id);
     void lost(HotKeyID id, const Error& error);
     void refused(Action action, const Error& error);
+    void release();
 
     HotKeyService& service_;
     Executor& executor_;
     SystemLog& log_;
+    bool paused_ = false;
+    std::optional<std::map<Action, Shortcut>> wanted_;       // none: no registrations
     std::vector<std::unique_ptr<HotKeyRegistration>> refs_;  // by action; null where it was refused
     std::unique_ptr<HotKeyHandler> handler_;
-    std::set<Action> unavailable_;
-    std::map<Action, std::string> labels_;                               // of the latest registration
+    std::map<Action, Refusal> refusals_;                                 // of the latest registration
+    std::map<Action, std::string> labels_;                               // likewise
     std::shared_ptr<HotKeys*> self_ = std::make_shared<HotKeys*>(this);  // null when it is gone
 };
 

@@ -16,6 +16,8 @@ LibraryState::LibraryState(const LibraryIndex& index, QObject* parent) : QObject
 void LibraryState::setQuery(std::string query) {
     if (query == query_) return;
     query_ = std::move(query);
+    ids_.clear();  // the cursor leaves its workspace
+    cursor_ = 0;
     findRows();
 }
 

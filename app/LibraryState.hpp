@@ -24,6 +24,7 @@ class LibraryState final : public QObject {
     const Workspace& workspace(std::size_t row) const { return index_.workspaces()[rows_.at(row)]; }
 
     const std::string& query() const { return query_; }
+    /// Another one puts the cursor on its first row.
     void setQuery(std::string query);
     WorkspaceOrder order() const { return order_; }
     void setOrder(WorkspaceOrder order);

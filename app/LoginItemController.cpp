@@ -32,7 +32,7 @@ void LoginItemController::configureDefault() {
     if (defaults_.boolean(configuredKey)) return;
     // Without the mark the next start would switch it on again, whatever the person chose meanwhile.
     if (!defaults_.setBoolean(configuredKey, true)) return;
-    const bool isUpgrade = defaults_.data(AppSettings::defaultsKey).has_value();
+    const bool isUpgrade = defaults_.data(AppSettings::defaultsKey) || defaults_.trouble();
     if (!isUpgrade && status_ == LoginItemStatus::notRegistered) setEnabled(true);
 }
 

@@ -12,13 +12,14 @@ using Pair = std::pair<std::string_view, std::string_view>;
 constexpr std::array linuxTexts{
     Pair{"Settings · ⌘,", "Settings · Ctrl+,"},
     Pair{"⌘S", "Ctrl+S"},
+    Pair{" · ⌘Z", " · Ctrl+Z"},
+    Pair{" · ⇧⌘Z", " · Ctrl+Shift+Z"},
+    Pair{"Import Workspace… · ⌘I", "Import Workspace… · Ctrl+I"},
     Pair{"Save workspace · ⌘S (", "Save workspace · Ctrl+S ("},
-    Pair{"Allow window access.", "Window access."},
-    Pair{"Quillo uses Accessibility to restore window positions. Your workspace data stays on this Mac.",
-         "Quillo moves windows through your window manager. Your workspace data stays on this computer."},
-    Pair{"Privacy & Security → Accessibility → turn on Quillo", ""},
-    Pair{"Access is on. You can go on.", "Your window manager answers. There is nothing to switch on."},
-    Pair{"Finish setup — Accessibility needed", "Finish setup — window access needed"},
+    Pair{
+        "Quillo uses Accessibility to restore window positions. Your workspace data stays on this Mac.",
+        "Quillo uses Accessibility to restore window positions. Your workspace data stays on this computer."},
+    Pair{"Finish setup — Accessibility needed", "Windows cannot be read — see why"},
     Pair{"Keep Quillo handy in the menu bar after you log in.",
          "Keep Quillo handy in the tray after you log in."},
     Pair{
@@ -42,7 +43,7 @@ constexpr std::array linuxTexts{
         "Documents and folders that apps report themselves (TextEdit, Preview, Xcode, Ghostty…) are reopened "
         "without an integration.",
         "Documents and folders that apps show (in their window title, or the location bar of a file manager) "
-        "are reopened without an integration."},
+        "are saved with their windows, and opened again."},
     Pair{"Workspaces are plain JSON on this Mac. Nothing is uploaded, and window titles, paths and URLs are "
          "never written to logs.",
          "Workspaces are plain JSON on this computer. Nothing is uploaded, and window titles, paths and URLs "
@@ -62,10 +63,8 @@ constexpr std::array linuxTexts{
     Pair{"Password managers and system security windows are always excluded. You can also untick individual "
          "windows when saving.",
          "Password managers are always excluded. You can also untick individual windows when saving."},
-    Pair{"Lets Quillo read window titles and positions, and move windows back.",
-         "Quillo reads window titles and positions, and moves windows back, through your window manager."},
     Pair{"Allow Quillo in System Settings to finish enabling this.",
-         "Your desktop has switched this off. Allow Quillo in its list of startup applications."},
+         "Your desktop has switched this off. Switch it off and on again here to allow it."},
 };
 
 constexpr std::array linuxModifiers{Pair{"⌃", "Ctrl"}, Pair{"⌥", "Alt"}, Pair{"⇧", "Shift"},

@@ -1,6 +1,7 @@
 #include "app/RestoreRun.hpp"
 
 #include <algorithm>
+#include <map>
 #include <utility>
 
 #include "WindowEngine/restore/RestoreWords.hpp"
@@ -10,6 +11,18 @@ namespace quillo {
 namespace {
 
 constexpr std::size_t mostCharacters = 200;  // of a stranger's names and titles
+
+/// Where most windows stand; of several the first, and absent where no desktops are known.
+std::optional<std::int64_t> mostCommonDesktop(const WorkspaceSnapshot& snapshot) {
+    std::map<std::int64_t, std::size_t> windows;
+    for (const ApplicationSnapshot& application : snapshot.applications) {
+        for (const WindowSnapshot& window : application.windows) {
+            if (window.desktop) ++windows[window.desktop->index];
+        }
+    }
+    const auto most = std::ranges::max_element(windows, {}, [](const auto& one) { return one.second; });
+    return most == windows.end() ? std::nullopt : std::optional(most->first);
+}
 
 /// Null where the item is about none, or the workspace has no such window.
 const WindowSnapshot* savedWindow(const RestoreReport::Item& item, const Workspace& workspace) {
@@ -23,10 +36,10 @@ const WindowSnapshot* savedWindow(const RestoreReport::Item& item, const Workspa
 
 }  // namespace
 
-RestoreRun::RestoreRun(Workspace workspace) : workspace_(std::move(workspace)) {
-    for (const ApplicationSnapshot& application : workspace_.snapshot.applications)
-        awaited_.insert(application.bundleIdentifier);
-}
+RestoreRun::RestoreRun(Workspace workspace, Start start)
+    : workspace_(std::move(workspace)),
+      start_(start),
+      usualDesktop_(start.desktop ? start.desktop : mostCommonDesktop(workspace_.snapshot)) {}
 
 std::string RestoreRun::title() const {
     const std::string name = text::clipped(workspace_.name, mostCharacters);
@@ -36,8 +49,8 @@ std::string RestoreRun::title() const {
 
 std::string RestoreRun::subtitle() const {
     if (report_) return restoreSummary(*report_, false);
-    if (begun_ == 0) return "Looking at what's open…";
-    return "Opening " + std::to_string(begun_) + (begun_ == 1 ? " app…" : " apps…");
+    if (opening_.empty()) return "Looking at what's open…";
+    return "Opening " + std::to_string(opening_.size()) + (opening_.size() == 1 ? " app…" : " apps…");
 }
 
 void RestoreRun::begin(Executor& executor, Task<> task, std::function<void()> ended) {
@@ -47,7 +60,7 @@ void RestoreRun::begin(Executor& executor, Task<> task, std::function<void()> en
 
 void RestoreRun::add(const RestoreReport::Item& item) {
     items_.push_back(item);
-    begun_ += static_cast<std::int64_t>(awaited_.erase(item.bundleIdentifier));
+    if (outcomeOf(item.status).total == &RestoreTotals::launched) opening_.insert(item.bundleIdentifier);
     Q_EMIT itemAdded();
 }
 
@@ -60,14 +73,23 @@ void RestoreRun::cancel() {
     if (task_) task_->cancel();
 }
 
-RestoreRow restoreRow(const RestoreReport::Item& item, const Workspace& workspace) {
-    RestoreRow row{.subject = text::clipped(item.app, mostCharacters), .outcome = restoreWords(item.status)};
-    if (!item.savedIndex) return row;
-    const bool titled = item.title && !item.title->empty();
-    row.subject += " — " + (titled ? text::clipped(*item.title, mostCharacters) : "Untitled");
-    const WindowSnapshot* window = savedWindow(item, workspace);
-    if (window && window->desktop) row.subject += " · Desktop " + std::to_string(window->desktop->number());
+RestoreRow RestoreRun::row(const RestoreReport::Item& item) const {
+    RestoreRow row{.application = text::clipped(item.app, mostCharacters),
+                   .subject = text::clipped(item.title.value_or(std::string()), mostCharacters),
+                   .desktop = {},
+                   .outcome = restoreWords(item.status)};
+    if (row.subject.empty()) row.subject = row.application;
+    const WindowSnapshot* window = savedWindow(item, workspace_);
+    if (window && window->desktop && window->desktop->index != usualDesktop_)
+        row.desktop = "Desktop " + std::to_string(window->desktop->number());
     return row;
+}
+
+std::string RestoreRow::text() const {
+    std::string text = application;
+    if (subject != application) text += " — " + subject;
+    if (!desktop.empty()) text += " · " + desktop;
+    return text + ": " + outcome;
 }
 
 }  // namespace quillo

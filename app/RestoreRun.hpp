@@ -5,6 +5,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "WindowEngine/records/Workspace.hpp"
@@ -13,11 +14,30 @@
 
 namespace quillo {
 
+/// One line of the panel. Joined, "Browser: reopened 3 items", "Editor — Notes · Desktop 2: restored".
+struct RestoreRow {
+    std::string application;
+    std::string subject;  // the window's title; else the application
+    std::string desktop;  // "Desktop 2", of a window that does not stand where one would look for it
+    std::string outcome;
+
+    std::string text() const;
+    bool operator==(const RestoreRow&) const = default;
+};
+
 class RestoreRun final : public QObject {
     Q_OBJECT
 
   public:
-    explicit RestoreRun(Workspace workspace);
+    /// What is there as it begins.
+    struct Start {
+        /// Which the person looks at, from 0, where all displays show the same; absent where that is not
+        /// known.
+        std::optional<std::int64_t> desktop;
+        std::int64_t otherItems = 0;  // that will come beside those of windows, of launches and the like
+    };
+    RestoreRun(Workspace workspace, Start start);
+    explicit RestoreRun(Workspace workspace) : RestoreRun(std::move(workspace), Start{}) {}
 
     const Workspace& workspace() const { return workspace_; }
     /// In the order the engine delivered them.
@@ -29,8 +49,11 @@ class RestoreRun final : public QObject {
 
     /// "Resuming Work…", then "Work is back" where it is clean, else "Work is mostly back".
     std::string title() const;
-    /// While it runs, how many applications it has come to; then the totals.
+    /// While it runs, how many applications it opens; then the totals.
     std::string subtitle() const;
+    RestoreRow row(const RestoreReport::Item& item) const;
+    /// How many items there will be, as far as can be known beforehand.
+    std::int64_t expectedItems() const { return workspace_.snapshot.windowCount() + start_.otherItems; }
 
     // For AppModel.
     void begin(Executor& executor, Task<> task, std::function<void()> ended);
@@ -46,20 +69,11 @@ class RestoreRun final : public QObject {
   private:
     Workspace workspace_;
     std::vector<RestoreReport::Item> items_;
-    std::set<std::string> awaited_;  // applications of the workspace without an item so far
-    std::int64_t begun_ = 0;         // those with one
+    Start start_;
+    std::optional<std::int64_t> usualDesktop_;  // goes without saying, from 0
+    std::set<std::string> opening_;             // applications that it has launched
     std::optional<RestoreReport> report_;
     std::optional<Job<>> task_;  // last: it works on all of the above
 };
-
-/// One row of the panel: "Editor — Notes · Desktop 2" and "restored"; joined, "Browser: reopened 3 items".
-struct RestoreRow {
-    std::string subject;  // the application, with the window's title and desktop where it is about one
-    std::string outcome;
-
-    std::string text() const { return subject + ": " + outcome; }
-    bool operator==(const RestoreRow&) const = default;
-};
-RestoreRow restoreRow(const RestoreReport::Item& item, const Workspace& workspace);
 
 }  // namespace quillo

@@ -18,6 +18,8 @@ inline constexpr std::string_view hint =
     "default.";
 /// Beside an action whose combination was refused.
 inline constexpr std::string_view taken = "Taken by another app — pick a different combination.";
+/// Beside an action whose combination is the other action's.
+inline constexpr std::string_view own = "Already Quillo's other shortcut — pick a different combination.";
 /// The control's own help.
 inline constexpr std::string_view help = "Activate, then press a new key combination";
 }  // namespace ShortcutTexts

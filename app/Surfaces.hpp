@@ -42,12 +42,19 @@ class Surfaces {
     /// A panel that is not open is left alone.
     virtual void closePanel(PanelID panel) = 0;
     virtual bool panelVisible(PanelID panel) const = 0;
+    /// Whether somebody reads it or works in it: the pointer or the keyboard is there.
+    virtual bool panelInUse(PanelID /*panel*/) const { return false; }
+    /// The main window goes behind all other windows, where there is one. It stays open.
+    virtual void stepAside() {}
 
     /// Where to write a JSON file, absolute; absent when the person cancelled. The dialog has asked about
     /// replacing a file.
     virtual Task<std::optional<std::filesystem::path>> fileToWrite(std::string proposedName) = 0;
     /// Which JSON file to read, absolute; absent when the person cancelled.
     virtual Task<std::optional<std::filesystem::path>> fileToRead() = 0;
+
+    /// A folder to write several files into, absolute; absent when the person cancelled.
+    virtual Task<std::optional<std::filesystem::path>> folderToWrite() = 0;
 
     /// Any part of the program, or a second start of it, may ask for the main window.
     virtual std::unique_ptr<SurfaceObserver> observeOpenMainWindow(std::function<void()> asked) = 0;

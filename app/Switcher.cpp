@@ -29,6 +29,7 @@ void Switcher::shown() {
 void Switcher::setQuery(std::string query) {
     if (query == query_) return;
     query_ = std::move(query);
+    highlighted_ = 0;
     findMatches();
     Q_EMIT changed();
 }
@@ -50,6 +51,18 @@ bool Switcher::press(Key key) {
             break;
         case Key::up:
             highlight(highlighted_ - std::min<std::size_t>(highlighted_, 1));
+            break;
+        case Key::pageDown:
+            highlight(std::min(highlighted_ + rowsPerPage, saveRow()));
+            break;
+        case Key::pageUp:
+            highlight(highlighted_ - std::min(highlighted_, rowsPerPage));
+            break;
+        case Key::home:
+            highlight(0);
+            break;
+        case Key::end:
+            highlight(saveRow());
             break;
         case Key::enter:
             pick();

@@ -17,7 +17,8 @@ class Switcher final : public QObject {
     Q_OBJECT
 
   public:
-    enum class Key : std::uint8_t { down, up, enter, escape, commandS };
+    enum class Key : std::uint8_t { down, up, pageDown, pageUp, home, end, enter, escape, commandS };
+    static constexpr std::size_t rowsPerPage = 7;  // of the eight that are seen, one stays in sight
 
     struct Operations {
         std::function<void(const Workspace&)> restore;
@@ -33,6 +34,7 @@ class Switcher final : public QObject {
     void shown();
 
     const std::string& query() const { return query_; }
+    /// Another one highlights the first row.
     void setQuery(std::string query);
     bool focused() const { return focused_; }
     void setFocused(bool focused);

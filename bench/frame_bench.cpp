@@ -1,7 +1,7 @@
 // How long a person waits for the window, on a private X server, by the software renderer: for each frame of
 // the library with 2,000 workspaces, typing in its search field and scrolling it, and for the window's first
-// frame when it is opened again, with 200. Each round has a new engine and window, so that what is made on
-// first use counts.
+// frame when it is opened again, with 200. Each round has a new application and window, so that what is made
+// on first use counts.
 #include <QApplication>
 #include <QPainter>
 #include <QQuickWindow>
@@ -298,7 +298,7 @@ void run(Application& application, const char* name, const std::vector<Step>& be
     std::fflush(stdout);
 }
 
-/// The first time is a start's; afterwards the engine is made anew each time, over what the process has
+/// The first time is a start's; afterwards the window is made anew each time, over what the process has
 /// loaded.
 void reopen(Application& application) {
     std::vector<double> wall, cpu;

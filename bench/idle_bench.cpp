@@ -27,6 +27,7 @@ struct NoSurfaces final : Surfaces {
     bool panelVisible(PanelID) const override { return false; }
     Task<std::optional<std::filesystem::path>> fileToWrite(std::string) override { co_return std::nullopt; }
     Task<std::optional<std::filesystem::path>> fileToRead() override { co_return std::nullopt; }
+    Task<std::optional<std::filesystem::path>> folderToWrite() override { co_return std::nullopt; }
     std::unique_ptr<SurfaceObserver> observeOpenMainWindow(std::function<void()>) override { return nullptr; }
 };
 

@@ -6,6 +6,7 @@
 
 #include "WindowEngine/support/Text.hpp"
 #include "ctl/HumanText.hpp"
+#include "settings/SettingsRescue.hpp"
 
 namespace quillo::ctl {
 namespace {
@@ -51,6 +52,8 @@ AppSettings settingsFor(CommandContext& context, const Arguments& arguments) {
         context.output.complain("the settings cannot be read, the usual ones are used: " +
                                 printable(*trouble));
     }
+    const SettingsRescue rescued(context.defaults);  // by the application, and nobody has dealt with it
+    if (rescued.trouble()) context.output.complain(printable(*rescued.trouble()));
     AppSettings chosen = std::move(settings).value_or(AppSettings{});
     chosen.enabledAdapters.insert(arguments.adapters.begin(), arguments.adapters.end());
     return chosen;

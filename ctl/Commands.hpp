@@ -16,8 +16,10 @@ CommandResult printList(Output& output, std::span<const Workspace> workspaces, s
 /// The members of a workspace's line in `list`.
 JsonLine summary(const Workspace& workspace);
 
-/// The desktop as a save records it.
-Result<WorkspaceSnapshot, Failure> captureDesktop(CommandContext& context, const Arguments& arguments);
+/// The desktop as a save records it. What was left out of `before`, whose place it is to take, stays left
+/// out.
+Result<WorkspaceSnapshot, Failure> captureDesktop(CommandContext& context, const Arguments& arguments,
+                                                  const WorkspaceSnapshot* before = nullptr);
 /// "3 windows of 2 applications"; remarks of the capture go to standard error.
 std::string reportCaptured(CommandContext& context, const WorkspaceSnapshot& snapshot);
 

@@ -4,6 +4,8 @@
 #include <random>
 
 #include "WindowEngine/capture/Capture.hpp"
+#include "WindowEngine/capture/CaptureFilter.hpp"
+#include "WindowEngine/capture/LeftOut.hpp"
 #include "WindowEngine/desktop/Displays.hpp"
 #include "WindowEngine/library/ImportedWorkspace.hpp"
 #include "ctl/Commands.hpp"
@@ -46,7 +48,7 @@ CommandResult saveNew(CommandContext& context, const Arguments& arguments) {
 CommandResult renew(CommandContext& context, const Arguments& arguments) {
     Result<Workspace, Failure> workspace = find(context, *arguments.update);
     if (!workspace) return std::unexpected(workspace.error());
-    Result<WorkspaceSnapshot, Failure> snapshot = captureDesktop(context, arguments);
+    Result<WorkspaceSnapshot, Failure> snapshot = captureDesktop(context, arguments, &workspace->snapshot);
     if (!snapshot) return std::unexpected(snapshot.error());
     // What it does to other applications stays only where that was chosen here.
     if (!context.known.isCleanSlateChosenHere(*workspace)) workspace->cleanSlate.reset();
@@ -125,13 +127,20 @@ void examineSettings(Examination& examination, const CommandContext& context, co
 
 }  // namespace
 
-Result<WorkspaceSnapshot, Failure> captureDesktop(CommandContext& context, const Arguments& arguments) {
+Result<WorkspaceSnapshot, Failure> captureDesktop(CommandContext& context, const Arguments& arguments,
+                                                  const WorkspaceSnapshot* before) {
     Result<std::unique_ptr<DesktopConnection>, Failure> desktop = openTrustedDesktop(context);
     if (!desktop) return std::unexpected(desktop.error());
-    std::optional<WorkspaceSnapshot> snapshot = run(
-        **desktop, Capture::snapshot((*desktop)->access(), settingsFor(context, arguments).captureOptions()));
+    DesktopAccess& access = (*desktop)->access();
+    const Capture::Options options = settingsFor(context, arguments).captureOptions();
+    std::optional<WorkspaceSnapshot> snapshot = run(**desktop, Capture::snapshot(access, options));
     if (!snapshot) return failure("cancelled", Exit::cancelled);
-    return *std::move(snapshot);
+    if (!before) return *std::move(snapshot);
+    const LeftOut::Exclusions excluded = LeftOut::recognised(*before, *snapshot);
+    return LeftOut::carriedOver(
+        *before,
+        CaptureFilter::apply(*std::move(snapshot), excluded.apps, excluded.windows, excluded.contextURLs),
+        {Capture::neverSaved(access.platform.applications, options), options.excludedDomains});
 }
 
 std::string reportCaptured(CommandContext& context, const WorkspaceSnapshot& snapshot) {

@@ -2,6 +2,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <span>
 
 #include "WindowEngine/library/ImportedWorkspace.hpp"
 #include "WindowEngine/records/WorkspaceCoding.hpp"
@@ -40,6 +41,18 @@ std::string contents(const WorkspaceSnapshot& snapshot) {
     return text;
 }
 
+std::string leftOut(std::span<const LeftOutPart> parts) {
+    std::string text;
+    const auto count = [&](LeftOutPart::Kind kind, std::string_view noun, std::string_view plural) {
+        const std::int64_t found = std::ranges::count(parts, kind, &LeftOutPart::kind);
+        if (found > 0) text += (text.empty() ? "" : ", ") + counted(found, noun, plural);
+    };
+    count(LeftOutPart::Kind::application, "application", {});
+    count(LeftOutPart::Kind::window, "window", {});
+    count(LeftOutPart::Kind::address, "folder or tab", "folders or tabs");
+    return text;
+}
+
 void printWorkspace(Output& output, const Workspace& workspace) {
     const auto field = [&output](std::string_view label, std::string_view value) {
         output.line(output.painted(Style::dim, padded(label, 12)) + std::string(value));
@@ -52,6 +65,7 @@ void printWorkspace(Output& output, const Workspace& workspace) {
     field("restored", workspace.lastRestoredAt ? dateText(*workspace.lastRestoredAt) : "never");
     if (workspace.cleanSlate) field("resuming", label(*workspace.cleanSlate));
     field("holds", contents(workspace.snapshot));
+    if (workspace.snapshot.leftOut) field("left out", leftOut(*workspace.snapshot.leftOut));
     for (const std::string& note : workspace.snapshot.notes.value_or(std::vector<std::string>{})) {
         field("note", printable(note));
     }

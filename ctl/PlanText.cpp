@@ -97,6 +97,7 @@ void printWindow(Output& output, const PlannedApplication& application, const Wi
         detail(fmt::format("window  {}", printable(live->title.value_or("Untitled"))));
         detail(fmt::format("why     {} (score {:.2f}, {} confidence)",
                            fmt::join(reasons(plan.evidence), ", "), plan.score, confidence(plan)));
+        if (!plan.skipReason.empty()) detail(output.painted(Style::warning, "skipped: " + plan.skipReason));
     } else {
         detail(output.painted(Style::warning, openQuestion(application, plan)));
     }
@@ -139,6 +140,7 @@ void printJson(Output& output, const PlannedApplication& application, const Wind
             .add("confidence", confidence(plan))
             .add("evidence", reasons(plan.evidence))
             .add("steps", steps(plan, desktops));
+        if (!plan.skipReason.empty()) line.add("reason", "skipped: " + plan.skipReason);
     } else {
         line.add("reason", openQuestion(application, plan));
     }

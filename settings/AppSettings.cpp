@@ -1,11 +1,37 @@
 #include "settings/AppSettings.hpp"
 
 #include <algorithm>
+#include <set>
+#include <sstream>
+#include <utility>
 
 #include "WindowEngine/support/Text.hpp"
 #include "WindowEngine/support/Url.hpp"
 
 namespace quillo {
+namespace {
+
+/// Of the "http:" in "http:a.example"; "a.example:80" has none.
+std::size_t lengthOfScheme(std::string_view address) {
+    constexpr std::string_view digits = "0123456789";
+    const std::size_t colon = address.find(':');
+    const std::size_t end = address.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789+-.");
+    if (colon == address.npos || colon == 0 || end != colon) return 0;
+    const std::string_view rest = address.substr(colon + 1);
+    const std::string_view port = rest.substr(0, rest.find_first_of("/?#"));
+    const bool isPort = !port.empty() && port.find_first_not_of(digits) == port.npos;
+    return isPort ? 0 : colon + 1;
+}
+
+/// Of an address in lower case, with or without its scheme.
+std::optional<std::string> hostOf(std::string_view address) {
+    address.remove_prefix(lengthOfScheme(address));
+    address.remove_prefix(std::min(address.find_first_not_of('/'), address.size()));
+    const std::optional<Url> url = Url::parse("https://" + std::string(address.substr(0, address.find('/'))));
+    return url ? url->host() : std::nullopt;
+}
+
+}  // namespace
 
 AppSettings AppSettings::load(const UserDefaults& defaults) {
     const std::optional<std::string> stored = defaults.data(defaultsKey);
@@ -28,20 +54,17 @@ Capture::Options AppSettings::captureOptions() const {
             .enabledAdapters = enabledAdapters};
 }
 
-bool AppSettings::excludeDomain(std::string_view typed) {
-    std::string rest = text::trim(text::lowercase(typed));
-    for (const std::string_view scheme : {"https://", "http://"}) {
-        if (!rest.starts_with(scheme)) continue;
-        rest.erase(0, scheme.size());
-        break;
+bool AppSettings::excludeDomains(std::string_view typed) {
+    static const text::Pattern between(R"([\s,]+)");
+    std::istringstream addresses(between.replaceAll(text::lowercase(typed), " "));
+    std::set<std::string> hosts;
+    for (std::string address; addresses >> address;) {
+        std::optional<std::string> host = hostOf(address);
+        if (!host) return false;
+        hosts.insert(*std::move(host));
     }
-    rest.erase(0, rest.find_first_not_of('/'));
-    rest.erase(std::min(rest.find('/'), rest.size()));
-    const std::optional<Url> address = Url::parse("https://" + rest);
-    std::optional<std::string> host = address ? address->host() : std::nullopt;
-    if (!host || host->empty()) return false;
-    excludedDomains.insert(*std::move(host));
-    return true;
+    excludedDomains.insert(hosts.begin(), hosts.end());
+    return !hosts.empty();
 }
 
 }  // namespace quillo

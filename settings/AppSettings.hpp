@@ -15,6 +15,9 @@
 
 namespace quillo {
 
+/// What closing the window does where no tray keeps the program at hand.
+enum class WithoutTray : std::uint8_t { ask, keepRunning, quit };
+
 struct AppSettings {
     static constexpr std::string_view defaultsKey = "settings";
 
@@ -26,6 +29,7 @@ struct AppSettings {
     bool shortcutsEnabled = true;
     std::map<std::string, Shortcut> shortcuts = {};  // by the action's number in decimal
     Appearance appearance = Appearance::system;
+    WithoutTray withoutTray = WithoutTray::ask;
 
     bool operator==(const AppSettings&) const = default;
 
@@ -44,9 +48,10 @@ struct AppSettings {
     /// What every capture of the person's desktop is taken with; `recoverHidden` keeps its default.
     Capture::Options captureOptions() const;
 
-    /// Adds the host in what the person typed ("HTTPS://Shop.example:8080/cart" adds "shop.example"); false,
-    /// and nothing changes, where there is none.
-    bool excludeDomain(std::string_view typed);
+    /// Adds the hosts in what the person typed or pasted, with white space or commas between them
+    /// ("HTTPS://Shop.example:8080/cart" adds "shop.example"). False, and nothing changes, where there is
+    /// none, or something among them is none.
+    bool excludeDomains(std::string_view typed);
 };
 
 }  // namespace quillo

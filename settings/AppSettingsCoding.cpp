@@ -15,7 +15,8 @@ inline constexpr auto fieldsOf<AppSettings> =
                Field{"excludedDomains", &AppSettings::excludedDomains},
                Field{"shortcutsEnabled", &AppSettings::shortcutsEnabled},
                Field{"shortcuts", &AppSettings::shortcuts},
-               Field{"appearance", &AppSettings::appearance}};
+               Field{"appearance", &AppSettings::appearance},
+               Field{"withoutTray", &AppSettings::withoutTray}};
 
 template <>
 inline constexpr auto fieldsOf<Shortcut> =
@@ -25,6 +26,10 @@ inline constexpr auto fieldsOf<Shortcut> =
 template <>
 inline constexpr auto namesOf<Appearance> = std::array<std::pair<std::string_view, Appearance>, 3>{
     {{"system", Appearance::system}, {"light", Appearance::light}, {"dark", Appearance::dark}}};
+
+template <>
+inline constexpr auto namesOf<WithoutTray> = std::array<std::pair<std::string_view, WithoutTray>, 3>{
+    {{"ask", WithoutTray::ask}, {"keepRunning", WithoutTray::keepRunning}, {"quit", WithoutTray::quit}}};
 
 namespace {
 

@@ -18,6 +18,7 @@ inline void expectOnlyKnownSentences(const std::string& log) {
                                   R"(requested a new window for windowless (\(not an identifier\)|[\w.-]+)|)"
                                   R"(Desktop creation: [A-Z][\w ;:,()-]+|)"
                                   R"(hotkey [⌃⌥⇧⌘]+\S+ unavailable: -?\d+|)"
+                                  R"(\d+ of (\(not an identifier\)|[\w.-]+) [a-z]+: [a-zA-Z][\w ;:,()'.-]+|)"
                                   R"(restore finished: \d+ items in \d+\.\d+s))");
     std::istringstream lines(log);
     for (std::string line; std::getline(lines, line);)

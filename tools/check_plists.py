@@ -6,14 +6,14 @@ import sys
 
 def read(path):
     with open(path, "rb") as file:
-        return re.sub(rb"\$\{[A-Z_]+\}", b"1.0", file.read())
+        return re.sub(rb"\$\{([A-Z_]+)\}", rb"value of \1", file.read())
 
 
 def complaints(folder):
     info = plistlib.loads(read(folder + "/Info.plist.in"))
     entitlements = plistlib.loads(read(folder + "/Quillo.entitlements"))
     expected = {"CFBundleIdentifier": "app.quillo.Quillo", "CFBundlePackageType": "APPL", "LSUIElement": True,
-                "LSMinimumSystemVersion": "14.0"}
+                "LSMinimumSystemVersion": "value of CMAKE_OSX_DEPLOYMENT_TARGET"}
     for key, value in expected.items():
         if info.get(key) != value:
             yield f"Info.plist.in: {key} is {info.get(key)!r}, not {value!r}"

@@ -176,16 +176,20 @@ ApplicationSnapshot applicationSnapshot(const CaptureReading& reading, std::size
 
 }  // namespace
 
+std::function<bool(const std::string&)> neverSaved(Applications& applications, const Options& options) {
+    return [excluded = options.excludedBundleIdentifiers,
+            secret = applications.neverCaptured()](const std::string& identifier) {
+        return excluded.contains(identifier) || alwaysExcluded().contains(identifier) ||
+               identifier == ownBundleIdentifier || secret.contains(text::lowercase(identifier));
+    };
+}
+
 std::vector<RunningApplication> eligibleApplications(DesktopAccess& desktop, const Options& options) {
     std::vector<RunningApplication> eligible = desktop.platform.applications.running();
-    const auto secret = desktop.platform.applications.neverCaptured();
+    const auto isNeverSaved = neverSaved(desktop.platform.applications, options);
     std::erase_if(eligible, [&](const RunningApplication& application) {
-        if (application.activationPolicy != ActivationPolicy::regular || !application.bundleIdentifier)
-            return true;
-        const std::string& identifier = *application.bundleIdentifier;
-        return options.excludedBundleIdentifiers.contains(identifier) ||
-               alwaysExcluded().contains(identifier) || identifier == ownBundleIdentifier ||
-               secret.contains(text::lowercase(identifier));
+        return application.activationPolicy != ActivationPolicy::regular || !application.bundleIdentifier ||
+               isNeverSaved(*application.bundleIdentifier);
     });
     return eligible;
 }

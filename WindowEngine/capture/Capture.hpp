@@ -1,5 +1,6 @@
 // The live desktop as one snapshot.
 #pragma once
+#include <functional>
 #include <set>
 #include <string>
 #include <vector>
@@ -17,6 +18,11 @@ struct Options {
 
 /// Password and security applications that are never looked at.
 const std::set<std::string>& alwaysExcluded();
+
+/// Answers for an identifier whether applications of it are never saved with these options: the person's
+/// exclusions, what keeps secrets, and this program.
+std::function<bool(const std::string& bundleIdentifier)> neverSaved(Applications& applications,
+                                                                    const Options& options);
 
 /// The running applications whose windows a capture with these options reads, in the platform's order.
 std::vector<RunningApplication> eligibleApplications(DesktopAccess& desktop, const Options& options);

@@ -95,7 +95,7 @@ Task<bool> move(DesktopAccess& desktop, WindowNumber windowID, SpaceID space, Du
     co_await waitWhileAnimating(desktop, displayOf(desktop, space));
     if (!desktop.platform.windowServer.moveWindow(windowID, space)) co_return false;
     co_return co_await pollUntil([&] { return holds(facts(desktop, windowID).spaces, space); },
-                                 pollingInterval, timeout);
+                                 pollingInterval, timeout, desktop.platform.windowServer.watch(windowID));
 }
 
 }  // namespace quillo::DesktopSpaces

@@ -56,6 +56,12 @@ void hotKeyUnavailable(SystemLog& log, std::string_view label, int status) {
     log.write(hotKeyCategory, LogLevel::error, fmt::format("hotkey {} unavailable: {}", label, status));
 }
 
+void notBack(SystemLog& log, std::string_view bundleIdentifier, std::string_view outcome,
+             std::string_view reason, std::size_t count) {
+    log.write(restoreCategory, LogLevel::info,
+              fmt::format("{} of {} {}: {}", count, identifier(bundleIdentifier), outcome, reason));
+}
+
 void restoreFinished(SystemLog& log, std::size_t items, double seconds) {
     log.write(restoreCategory, LogLevel::info,
               fmt::format("restore finished: {} items in {:.6f}s", items, seconds));

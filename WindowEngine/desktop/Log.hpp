@@ -19,6 +19,9 @@ void requestedWindow(SystemLog& log, std::string_view bundleIdentifier);
 void desktopCreation(SystemLog& log, std::string_view failure);
 /// `label` is the combination: glyphs of its modifiers and what the key cap shows.
 void hotKeyUnavailable(SystemLog& log, std::string_view label, int status);
+/// `reason` is a text of RestoreReport's, `count` how many items of this application have it.
+void notBack(SystemLog& log, std::string_view bundleIdentifier, std::string_view outcome,
+             std::string_view reason, std::size_t count);
 void restoreFinished(SystemLog& log, std::size_t items, double seconds);
 
 }  // namespace quillo::Log

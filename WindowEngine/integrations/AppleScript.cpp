@@ -18,7 +18,7 @@ std::vector<std::string_view> split(std::string_view text, char separator) {
 }
 
 Failure failureOf(const Error& error) {
-    return error.kind == ErrorKind::timedOut ? timedOut() : Failure{error.text};
+    return {error.kind == ErrorKind::timedOut ? "Automation timed out." : error.text};
 }
 
 }  // namespace
@@ -30,10 +30,6 @@ Task<std::expected<Rows, Failure>> run(ScriptInterpreter& scripts, Script script
     if (outcome->exitStatus != 0)
         co_return std::unexpected(Failure{text::trim(text::repaired(outcome->standardError))});
     co_return rows(outcome->standardOutput);
-}
-
-Failure timedOut() {
-    return {"Automation timed out."};
 }
 
 Rows rows(std::string_view standardOutput) {

@@ -17,11 +17,10 @@ struct Failure {
 /// out; an empty line is a row without fields.
 using Rows = std::vector<std::vector<std::string>>;
 
-/// Fails with timedOut() after `timeout` seconds, with the script's own message when it ends with an error,
-/// with the reason where nothing can be run. Cancelled, it throws once the interpreter is gone.
+/// Fails with "Automation timed out." after `timeout` seconds, with the script's own message when it ends
+/// with an error, with the reason where nothing can be run. Cancelled, it throws once the interpreter is
+/// gone.
 Task<std::expected<Rows, Failure>> run(ScriptInterpreter& scripts, Script script, double timeout);
-
-Failure timedOut();
 
 /// Output of a script that went well. Undecodable output counts as empty.
 Rows rows(std::string_view standardOutput);

@@ -53,8 +53,17 @@ constexpr std::string_view joinList = R"(on joinList(lst, delim)
 end joinList
 )";
 
-constexpr std::string_view identifier = "((id of w) as text) & (ASCII character 9) & ";
-constexpr std::string_view addresses = "my joinList(URL of every tab of w, ASCII character 9)";
+/// A window of the Chromium family, as each statement names it. A place in the list of windows (`w` of
+/// `repeat with w in windows` is nothing else) is looked up anew by each request, and is another window's as
+/// soon as the person brings one forward. The identifier is used as the browser gave it, never written into
+/// the script: some browsers have texts, some numbers, and large numbers print with an exponent.
+constexpr std::string_view byIdentifier = "window id windowID";
+
+/// The lines that go through the windows of the Chromium family.
+constexpr std::string_view eachWindow = R"(    set windowIDs to id of every window
+    repeat with i from 1 to (count of windowIDs)
+        set windowID to item i of windowIDs
+)";
 
 /// The lines, each with this indent, that open the addresses in `window`, a reference in the script's own
 /// words: the first in the tab called `into`, where it is not empty, the others as further tabs.
@@ -94,15 +103,15 @@ return my joinList(out, linefeed))"});
 end tell)"});
     }
     std::string operator()(const ListTabs& tabs) const {
-        return joined({joinList, tell, R"(    set out to {}
-    repeat with w in windows
-        try
-            if mode of w is "incognito" then
+        return joined({joinList, tell, "    set out to {}\n", eachWindow, R"(        try
+            if mode of )",
+                       byIdentifier, R"( is "incognito" then
                 set end of out to )",
                        asLiteral(privateMarker), R"(
             else
                 set end of out to )",
-                       tabs.identified ? identifier : "", addresses, R"(
+                       tabs.identified ? "(windowID as text) & (ASCII character 9) & " : "",
+                       "my joinList(URL of every tab of ", byIdentifier, R"(, ASCII character 9)
             end if
         on error
             set end of out to ""
@@ -112,34 +121,33 @@ end tell
 return my joinList(out, linefeed))"});
     }
     std::string operator()(const NewWindow& window) const {
-        return joined({tell, R"(    set targetWindow to make new window
-    set URL of active tab of targetWindow to )",
-                       asLiteral(window.first), R"(
-    return (id of targetWindow) as text
+        return joined({tell, R"(    set windowID to id of (make new window)
+    set URL of active tab of )",
+                       byIdentifier, " to ", asLiteral(window.first), R"(
+    return windowID as text
 end tell)"});
     }
     std::string operator()(const OpenTabs& tabs) const {
-        return joined({tell, R"(    repeat with w in windows
-        if ((id of w) as text) is )",
-                       asLiteral(tabs.window), R"( then
-            if mode of w is "incognito" then error "the window is private"
+        return joined(
+            {tell, eachWindow, "        if (windowID as text) is ", asLiteral(tabs.window), R"( then
+            if mode of )",
+             byIdentifier, R"( is "incognito" then error "the window is private"
 )",
-                       opening(tabs.urls, "            ", "w", tabs.intoActiveTab ? "active tab" : ""),
-                       R"(            return
+             opening(tabs.urls, "            ", byIdentifier, tabs.intoActiveTab ? "active tab" : ""),
+             R"(            return
         end if
     end repeat
 end tell
 error "the window is gone")"});
     }
     std::string operator()(const ListSafariTabs& tabs) const {
-        return joined({joinList, tell,
-                       fmt::format("    set allowedIDs to {{{}}}", fmt::join(tabs.allowed, ", ")), R"(
+        return joined(
+            {joinList, tell, fmt::format("    set allowedIDs to {{{}}}", fmt::join(tabs.allowed, ", ")), R"(
     set out to {}
     repeat with w in windows
         if (id of w) is in allowedIDs then
             try
-                set end of out to )",
-                       identifier, addresses, R"(
+                set end of out to ((id of w) as text) & (ASCII character 9) & my joinList(URL of every tab of w, ASCII character 9)
             end try
         end if
     end repeat

@@ -6,8 +6,14 @@ namespace quillo::BrowserScripts {
 
 std::vector<std::span<const Url>> portions(std::span<const Url> urls) {
     std::vector<std::span<const Url>> result;
-    for (; !urls.empty(); urls = urls.subspan(std::min(urls.size(), tabsPerScript)))
-        result.push_back(urls.first(std::min(urls.size(), tabsPerScript)));
+    while (!urls.empty()) {
+        std::size_t count = 1, bytes = urls.front().string().size();
+        while (count < std::min(urls.size(), tabsPerScript) &&
+               (bytes += urls[count].string().size()) <= bytesPerScript)
+            ++count;
+        result.push_back(urls.first(count));
+        urls = urls.subspan(count);
+    }
     return result;
 }
 

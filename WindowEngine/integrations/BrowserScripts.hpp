@@ -10,8 +10,10 @@ namespace quillo::BrowserScripts {
 
 /// So many tabs are opened by one script, which keeps each well within its time limit.
 inline constexpr std::size_t tabsPerScript = 40;
+/// So long are their addresses together: a script is handed to its interpreter as one argument of a command.
+inline constexpr std::size_t bytesPerScript = std::size_t{64} * 1024;
 
-/// The addresses in portions of at most `tabsPerScript`.
+/// The addresses in portions that keep to both limits; an address that alone is longer makes one by itself.
 std::vector<std::span<const Url>> portions(std::span<const Url> urls);
 
 /// Whether every address of the windows may be opened; one that may not comes from a stranger's file.

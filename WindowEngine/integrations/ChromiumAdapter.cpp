@@ -83,7 +83,6 @@ Task<void> reopen(Reopening& reopening, const AppContext& saved) {
     if (!rows) co_return;
     const std::vector<OpenWindow> open = openWindows(*rows);
     for (const auto& step : BrowserRestorePlan::make(saved.windows, contexts(open), true)) {
-        if (reopening.tabs.givenUp) co_return;
         if (!step.index) {
             co_await openWindow(reopening, step.urls);
             continue;

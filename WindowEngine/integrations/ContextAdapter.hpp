@@ -55,6 +55,11 @@ class ContextAdapter {
                                                std::string bundleIdentifier) const = 0;
     /// What is not open yet, step by step, where the application shows `current`. Pure; what a restore does.
     virtual std::vector<AdapterStep> plan(const AppContext& saved, const AppContext& current) const = 0;
+    /// Why restore() would open nothing in the application, which runs: of what it shows too little is known,
+    /// and what is open already must not be opened again. `current` as for restore().
+    virtual std::optional<std::string> obstacle(DesktopAccess&, const std::optional<AppContext>&) const {
+        return std::nullopt;
+    }
     /// `current` is what the application shows now, as capture() gave it a moment ago; absent when that
     /// could not be read.
     virtual Task<AdapterRestoreResult> restore(DesktopAccess& desktop, AppContext saved,

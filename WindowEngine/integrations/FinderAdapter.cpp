@@ -16,28 +16,23 @@ std::set<std::string> pathsOf(const AppContext& context) {
     return paths;
 }
 
-enum class Opening { done, failed, timedOut };
-
-Task<Opening> open(DesktopAccess& desktop, std::optional<std::string> path) {
-    if (!path) co_return Opening::failed;
+Task<bool> open(DesktopAccess& desktop, std::optional<std::string> path) {
+    if (!path) co_return false;
     Script script{std::string(FinderAdapter::finder), ScriptRequest::OpenFolder{*std::move(path)}};
     const auto opened =
         co_await AppleScript::run(desktop.platform.scripts, std::move(script), adapterScriptLimit);
-    if (opened) co_return Opening::done;
-    co_return opened.error() == AppleScript::timedOut() ? Opening::timedOut : Opening::failed;
+    co_return opened.has_value();
 }
 
-/// Ends with the first script that times out: every other would too.
+/// One folder that fails, or takes too long on a volume that is slow, keeps no other from being opened.
 Task<void> openAll(DesktopAccess& desktop, std::vector<AdapterStep> steps, AdapterRestoreResult& result) {
     for (const AdapterStep& step : steps) {
-        const Opening opening = co_await open(desktop, step.urls.front().standardized().filePath());
-        if (opening == Opening::done) {
+        if (co_await open(desktop, step.urls.front().standardized().filePath())) {
             ++result.opened;
             ++result.newWindows;
         } else {
             result.failures.emplace_back("Finder could not reopen a saved folder.");
         }
-        if (opening == Opening::timedOut) co_return;
     }
 }
 

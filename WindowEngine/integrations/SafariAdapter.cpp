@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <chrono>
 #include <iterator>
 #include <utility>
 
@@ -9,11 +10,15 @@
 #include "WindowEngine/integrations/BrowserScripts.hpp"
 #include "WindowEngine/integrations/SafariPrivacy.hpp"
 #include "WindowEngine/integrations/TabReopening.hpp"
+#include "WindowEngine/support/Poll.hpp"
 
 namespace quillo {
 namespace {
 
+using namespace std::chrono_literals;
+
 constexpr std::string_view couldNotReopen = "Safari could not reopen saved tabs.";
+constexpr Duration toolbarInterval = 100ms, toolbarPatience = 400ms;
 
 Script asking(auto request) {
     return {std::string(SafariPrivacy::safari), std::move(request)};
@@ -73,45 +78,70 @@ Task<AdapterCaptureResult> captureVerified(DesktopAccess& desktop, std::set<Wind
     co_return result;
 }
 
-/// Each script is preceded by a look whether its window is still a normal one.
-Task<void> openTabs(TabReopening& reopening, WindowNumber window, std::span<const Url> urls,
-                    bool intoCurrentTab, std::string_view unverified) {
-    for (const auto portion : BrowserScripts::portions(urls)) {
-        if (!verified(reopening.desktop).contains(window)) {
-            reopening.fail(unverified);
-            co_return;
-        }
-        ScriptRequest::OpenSafariTabs tabs{window, {portion.begin(), portion.end()}, intoCurrentTab};
-        if (!co_await reopening.openTabs(asking(std::move(tabs)), portion.size())) co_return;
-        intoCurrentTab = false;
-    }
+/// A window that has just opened shows its toolbar a moment later. `window` absent: any.
+Task<bool> verifiedSoon(DesktopAccess& desktop, std::optional<WindowNumber> window) {
+    const auto isVerified = [&desktop, window] {
+        const std::set<WindowNumber> numbers = verified(desktop);
+        return window ? numbers.contains(*window) : !numbers.empty();
+    };
+    co_return co_await pollUntil(isVerified, toolbarInterval, toolbarPatience);
 }
 
-Task<void> openWindow(TabReopening& reopening, std::span<const Url> urls) {
-    const auto printed = co_await reopening.makeWindow(asking(ScriptRequest::NewSafariWindow{urls.front()}));
-    if (!printed) co_return;
-    const auto window = windowNumber(*printed);
-    if (!window) {
-        reopening.fail("Safari did not identify its new window.");
-        co_return;
+struct Target {
+    WindowNumber number = 0;
+    bool isNew = false;
+};
+
+/// Whether the window is still a normal one; where it is not, that is said.
+Task<bool> mayBeTouched(TabReopening& reopening, Target window) {
+    if (window.isNew) {
+        if (co_await verifiedSoon(reopening.desktop, window.number)) co_return true;
+        reopening.fail("Safari window privacy could not be verified; remaining tabs were skipped.");
+    } else {
+        if (verified(reopening.desktop).contains(window.number)) co_return true;
+        reopening.fail("Safari window privacy changed; skipped saved tabs.");
     }
-    co_await openTabs(reopening, *window, urls.subspan(1), false,
-                      "Safari window privacy could not be verified; remaining tabs were skipped.");
+    co_return false;
+}
+
+/// Each script is preceded by a look at its window. False when it might not be touched.
+Task<bool> openTabs(TabReopening& reopening, Target window, std::span<const Url> urls, bool intoCurrentTab) {
+    for (const auto portion : BrowserScripts::portions(urls)) {
+        if (!co_await mayBeTouched(reopening, window)) co_return false;
+        ScriptRequest::OpenSafariTabs tabs{window.number, {portion.begin(), portion.end()}, intoCurrentTab};
+        if (!co_await reopening.openTabs(asking(std::move(tabs)), portion.size())) break;
+        intoCurrentTab = false;
+    }
+    co_return true;
+}
+
+/// False when nothing more may be opened: where one new window cannot be verified no other could, and
+/// whatever is opened in such a one, the next restore would open again.
+Task<bool> openWindow(TabReopening& reopening, std::span<const Url> urls, bool isLast) {
+    const auto printed = co_await reopening.makeWindow(asking(ScriptRequest::NewSafariWindow{urls.front()}));
+    if (!printed) co_return true;
+    const auto number = windowNumber(*printed);
+    if (!number) {
+        reopening.fail("Safari did not identify its new window.");
+        co_return false;
+    }
+    const Target window{*number, true};
+    if (urls.size() > 1) co_return co_await openTabs(reopening, window, urls.subspan(1), false);
+    co_return isLast || co_await mayBeTouched(reopening, window);
 }
 
 Task<void> reopen(TabReopening& reopening, const AppContext& saved,
                   const std::optional<AppContext>& current) {
     std::vector<ContextWindow> live = current ? current->windows : std::vector<ContextWindow>{};
     std::erase_if(live, [](const ContextWindow& window) { return !window.sourceWindowID; });
-    for (const auto& step : BrowserRestorePlan::make(saved.windows, live, current.has_value())) {
-        if (reopening.givenUp) co_return;
-        if (!step.index) {
-            co_await openWindow(reopening, step.urls);
-            continue;
+    const auto steps = BrowserRestorePlan::make(saved.windows, live, current.has_value());
+    for (const auto& step : steps) {
+        if (step.index) {
+            const ContextWindow& window = live[static_cast<std::size_t>(*step.index)];
+            co_await openTabs(reopening, {*window.sourceWindowID}, step.urls, window.urls.empty());
+        } else if (!co_await openWindow(reopening, step.urls, &step == &steps.back())) {
+            co_return;
         }
-        const ContextWindow& window = live[static_cast<std::size_t>(*step.index)];
-        co_await openTabs(reopening, *window.sourceWindowID, step.urls, window.urls.empty(),
-                          "Safari window privacy changed; skipped saved tabs.");
     }
 }
 
@@ -153,6 +183,17 @@ std::vector<AdapterStep> SafariAdapter::plan(const AppContext& saved, const AppC
     return BrowserRestorePlan::adapterSteps(saved, current);
 }
 
+std::optional<std::string> SafariAdapter::obstacle(DesktopAccess& desktop,
+                                                   const std::optional<AppContext>& current) const {
+    const auto pid = runningSafari(desktop);
+    const bool known = current && !current->windows.empty();
+    if (known || !pid || SafariPrivacy::hasNoWindow(desktop, *pid)) return std::nullopt;
+    if (verified(desktop).empty())
+        return "Safari: no windows could be verified as normal browsing; nothing reopened.";
+    if (!current) return std::string(couldNotReopen);
+    return std::nullopt;
+}
+
 Task<AdapterRestoreResult> SafariAdapter::restore(DesktopAccess& desktop, AppContext saved,
                                                   std::optional<AppContext> current, std::string) const {
     AdapterRestoreResult result;
@@ -161,7 +202,17 @@ Task<AdapterRestoreResult> SafariAdapter::restore(DesktopAccess& desktop, AppCon
         co_return result;
     }
     if (!BrowserScripts::allWeb(saved.windows)) result.failures.emplace_back(couldNotReopen);
+    if (plan(saved, current.value_or(AppContext{})).empty()) co_return result;
     try {
+        if (obstacle(desktop, current)) {
+            // As when it was only just launched.
+            co_await verifiedSoon(desktop, std::nullopt);
+            current = (co_await captureVerified(desktop, verified(desktop))).context;
+        }
+        if (auto trouble = obstacle(desktop, current)) {
+            result.failures.push_back(*std::move(trouble));
+            co_return result;
+        }
         TabReopening reopening{desktop, result, couldNotReopen};
         co_await reopen(reopening, saved, current);
     } catch (const Cancelled&) {

@@ -21,6 +21,10 @@ class SafariAdapter final : public ContextAdapter {
     /// opened again.
     Task<AdapterCaptureResult> capture(DesktopAccess& desktop, std::string bundleIdentifier) const override;
     std::vector<AdapterStep> plan(const AppContext& saved, const AppContext& current) const override;
+    /// It has windows of which none can be verified, or does not tell what they show.
+    std::optional<std::string> obstacle(DesktopAccess& desktop,
+                                        const std::optional<AppContext>& current) const override;
+    /// Ends with the first new window that cannot be verified.
     Task<AdapterRestoreResult> restore(DesktopAccess& desktop, AppContext saved,
                                        std::optional<AppContext> current,
                                        std::string bundleIdentifier) const override;

@@ -38,6 +38,23 @@ std::vector<Element> elements(Browser browser, const Element& element, std::stri
     return elements(read(browser, element, {&name, 1}).front());
 }
 
+/// What Safari answers when it is asked for its windows.
+Attribute listed(Browser browser) {
+    AccessibilityService& service = browser.desktop.platform.accessibility;
+    const Element application = service.application(browser.pid);
+    service.setMessagingTimeout(application, messagingTimeout);
+    return read(browser, application, {&ax::windows, 1}).front();
+}
+
+/// Those that are listed, and those that are known from an enumeration.
+std::vector<Element> windowsOf(Browser browser, const Attribute& list) {
+    std::vector<Element> windows = elements(list);
+    for (Element& known : Accessibility::knownElements(browser.desktop, browser.pid)) {
+        if (std::ranges::find(windows, known) == windows.end()) windows.push_back(std::move(known));
+    }
+    return windows;
+}
+
 bool holdsAddressField(Browser browser, const Element& element, int depth) {
     static constexpr std::array names{ax::identifier, ax::description, ax::children};
     if (depth > deepest) return false;
@@ -60,20 +77,23 @@ bool isNormal(Browser browser, const Element& window) {
 }  // namespace
 
 std::set<WindowNumber> normalWindowIDs(DesktopAccess& desktop, ProcessID pid) {
-    AccessibilityService& service = desktop.platform.accessibility;
-    const Element application = service.application(pid);
-    service.setMessagingTimeout(application, messagingTimeout);
     const Browser browser{desktop, pid};
     std::set<WindowNumber> numbers;
-    std::vector<Element> windows = elements(browser, application, ax::windows);
-    for (Element& known : Accessibility::knownElements(desktop, pid)) {
-        if (std::ranges::find(windows, known) == windows.end()) windows.push_back(std::move(known));
-    }
-    for (const Element& window : windows) {
+    for (const Element& window : windowsOf(browser, listed(browser))) {
         if (!isNormal(browser, window)) continue;
-        if (const auto number = service.windowNumber(window)) numbers.insert(*number);
+        if (const auto number = desktop.platform.accessibility.windowNumber(window)) numbers.insert(*number);
     }
     return numbers;
+}
+
+bool hasNoWindow(DesktopAccess& desktop, ProcessID pid) {
+    const Browser browser{desktop, pid};
+    const Attribute list = listed(browser);
+    if (!list && list.error().reason != AttributeMiss::Reason::absent) return false;
+    return std::ranges::all_of(windowsOf(browser, list), [&](const Element& window) {
+        const Attribute role = read(browser, window, {&ax::role, 1}).front();
+        return !role && role.error().reason == AttributeMiss::Reason::gone;
+    });
 }
 
 bool removeUnverified(DesktopAccess& desktop, std::string_view bundleIdentifier, ProcessID pid,

@@ -18,6 +18,10 @@ inline constexpr std::string_view safari = "com.apple.Safari";
 /// be opened again by every restore.)
 std::set<WindowNumber> normalWindowIDs(DesktopAccess& desktop, ProcessID pid);
 
+/// Whether Safari says that it has no window, and none is known on another desktop. Where it does not say, it
+/// may have any.
+bool hasNoWindow(DesktopAccess& desktop, ProcessID pid);
+
 /// Leaves Safari's verified windows, and all windows of any other application. Whether one was removed.
 bool removeUnverified(DesktopAccess& desktop, std::string_view bundleIdentifier, ProcessID pid,
                       std::vector<LiveWindow>& windows);

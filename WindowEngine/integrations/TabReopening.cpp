@@ -7,7 +7,6 @@ namespace quillo {
 Task<std::optional<AppleScript::Rows>> TabReopening::run(Script script) {
     auto rows = co_await AppleScript::run(desktop.platform.scripts, std::move(script), adapterScriptLimit);
     if (rows) co_return *std::move(rows);
-    givenUp = rows.error() == AppleScript::timedOut();
     fail(failure);
     co_return std::nullopt;
 }

@@ -1,4 +1,5 @@
-// One restore of a browser's tabs under way: its scripts are run, and what came of them is counted.
+// One restore of a browser's tabs under way: its scripts are run, and what came of them is counted. A script
+// that fails, or takes too long, ends what is opened in its window and nothing else.
 #pragma once
 #include <optional>
 #include <string>
@@ -13,7 +14,6 @@ struct TabReopening {
     DesktopAccess& desktop;
     AdapterRestoreResult& result;
     std::string_view failure;  // what is said of a script that failed
-    bool givenUp = false;      // a browser that let one script time out would do so with each
 
     void fail(std::string_view text) { result.failures.emplace_back(text); }
 

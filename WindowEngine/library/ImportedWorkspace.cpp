@@ -22,6 +22,13 @@ std::int64_t cleanContext(AppContext& context) {
     return dropped;
 }
 
+std::int64_t cleanContext(ApplicationSnapshot& application) {
+    if (!application.context) return 0;
+    const std::int64_t count = cleanContext(*application.context);
+    if (count > 0 && application.context->windows.empty()) application.context.reset();
+    return count;
+}
+
 bool isTaken(std::string_view name, std::span<const Workspace> library) {
     return std::ranges::any_of(
         library, [&](const Workspace& workspace) { return text::equalIgnoringCase(workspace.name, name); });
@@ -31,12 +38,13 @@ bool isTaken(std::string_view name, std::span<const Workspace> library) {
 
 std::int64_t cleanContext(WorkspaceSnapshot& snapshot) {
     std::int64_t dropped = 0;
-    for (ApplicationSnapshot& application : snapshot.applications) {
-        if (!application.context) continue;
-        const std::int64_t count = cleanContext(*application.context);
-        if (count > 0 && application.context->windows.empty()) application.context.reset();
-        dropped += count;
-    }
+    for (ApplicationSnapshot& application : snapshot.applications) dropped += cleanContext(application);
+    if (!snapshot.leftOut) return dropped;
+    std::erase_if(*snapshot.leftOut, [&](LeftOutPart& part) {
+        dropped += cleanContext(part.application);
+        return part.kind == LeftOutPart::Kind::address && !part.application.context;
+    });
+    if (snapshot.leftOut->empty()) snapshot.leftOut.reset();
     return dropped;
 }
 
@@ -53,7 +61,9 @@ Result<ImportedWorkspace> ImportedWorkspace::read(std::string_view bytes, std::s
     auto decoded = WorkspaceCoding::decode(bytes);
     if (!decoded) return std::unexpected(std::move(decoded.error()));
     const std::int64_t dropped = cleanContext(decoded->snapshot);
-    return ImportedWorkspace{decoded->importedCopy(uniqueName(decoded->name, library), now), dropped};
+    const bool blank = text::trim(decoded->name).empty();
+    const std::string name = blank ? std::string(unnamed) : decoded->name;
+    return ImportedWorkspace{decoded->importedCopy(uniqueName(name, library), now), dropped};
 }
 
 }  // namespace quillo

@@ -19,6 +19,9 @@ struct ImportedWorkspace {
                                           Instant now);
 };
 
+/// What a workspace is called that was given no name.
+inline constexpr std::string_view unnamed = "Untitled";
+
 /// `base`, or `base` followed by a blank and the first counter from 2 on that no workspace of the library has
 /// as its name, ignoring case.
 std::string uniqueName(std::string_view base, std::span<const Workspace> library);

@@ -65,6 +65,22 @@ std::vector<std::string> WorkspaceStore::damagedFiles() const {
     return names;
 }
 
+Result<WorkspaceStore::Changed> WorkspaceStore::change(
+    const Uuid& id, const std::function<Result<void>(Workspace&)>& change) const {
+    const auto lock = files_->lock(directory_);
+    if (!lock) return std::unexpected(lock.error());
+    auto stored = load(id);
+    if (!stored) return std::unexpected(std::move(stored.error()));
+    Changed changed{*stored, *std::move(stored)};
+    if (auto done = change(changed.after); !done) return std::unexpected(std::move(done.error()));
+    if (changed.after == changed.before) return changed;
+    const auto bytes = WorkspaceCoding::encode(changed.after);
+    if (!bytes) return std::unexpected(bytes.error());
+    if (auto saved = WorkspaceFiles::save(*files_, directory_, id, *bytes); !saved)
+        return std::unexpected(std::move(saved.error()));
+    return changed;
+}
+
 // Reading and writing under one lock: a save by another process in between would be undone.
 Result<bool> WorkspaceStore::updateLastRestored(const Uuid& id, Instant at) const {
     if (!files_->exists(url(id))) return false;

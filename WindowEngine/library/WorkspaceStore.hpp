@@ -2,6 +2,7 @@
 // and report damage instead of failing.
 #pragma once
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -54,6 +55,13 @@ class WorkspaceStore {
     /// Names of damaged versions that were kept beside repaired ones, in ascending order.
     std::vector<std::string> damagedFiles() const;
     Result<bool> updateLastRestored(const Uuid& id, Instant at) const;
+
+    struct Changed {
+        Workspace before, after;
+    };
+    /// Changes what is stored, under one lock: nothing that another program saves is lost. Where `change`
+    /// fails, or changes nothing, nothing is written.
+    Result<Changed> change(const Uuid& id, const std::function<Result<void>(Workspace&)>& change) const;
 
   private:
     FileSystem* files_;

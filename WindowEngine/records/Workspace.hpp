@@ -98,12 +98,27 @@ struct ApplicationSnapshot {
     bool operator==(const ApplicationSnapshot&) const = default;
 };
 
+/// Something that a person left out of a saved workspace, kept so that it can be brought back (LeftOut).
+struct LeftOutPart {
+    enum class Kind { application, window, address };
+
+    Kind kind = Kind::application;
+    std::int64_t place = 0;  // in the list it was taken from, where nothing is left out of that
+    /// Itself; of a window or an address the application with nothing else: a window with what is open in it,
+    /// an address in its context window.
+    ApplicationSnapshot application;
+
+    bool operator==(const LeftOutPart&) const = default;
+};
+
 struct WorkspaceSnapshot {
     Instant capturedAt{};
     std::vector<DisplaySnapshot> displays;
     std::optional<std::vector<DesktopSnapshot>> desktops;
     std::optional<std::vector<std::string>> notes;
     std::vector<ApplicationSnapshot> applications;
+    /// Not among the applications: who acts on those, or counts them, need not know of it. Never empty.
+    std::optional<std::vector<LeftOutPart>> leftOut = std::nullopt;
 
     // A sum that overflows ends the program: such a record cannot be real.
     std::int64_t desktopCount() const;

@@ -1,7 +1,10 @@
 // Which keys each record has in a document, in ascending order. A field is optional in the document exactly
 // where the record's member is a std::optional.
 #pragma once
+#include <array>
+#include <string_view>
 #include <tuple>
+#include <utility>
 
 #include "WindowEngine/records/Workspace.hpp"
 #include "WindowEngine/support/RecordFields.hpp"
@@ -21,10 +24,24 @@ inline constexpr auto fieldsOf<Workspace> = std::tuple{Field{"cleanSlate", &Work
                                                        Field{"updatedAt", &Workspace::updatedAt}};
 
 template <>
-inline constexpr auto fieldsOf<WorkspaceSnapshot> = std::tuple{
-    Field{"applications", &WorkspaceSnapshot::applications},
-    Field{"capturedAt", &WorkspaceSnapshot::capturedAt}, Field{"desktops", &WorkspaceSnapshot::desktops},
-    Field{"displays", &WorkspaceSnapshot::displays}, Field{"notes", &WorkspaceSnapshot::notes}};
+inline constexpr auto fieldsOf<WorkspaceSnapshot> =
+    std::tuple{Field{"applications", &WorkspaceSnapshot::applications},
+               Field{"capturedAt", &WorkspaceSnapshot::capturedAt},
+               Field{"desktops", &WorkspaceSnapshot::desktops},
+               Field{"displays", &WorkspaceSnapshot::displays},
+               Field{"leftOut", &WorkspaceSnapshot::leftOut},
+               Field{"notes", &WorkspaceSnapshot::notes}};
+
+template <>
+inline constexpr auto namesOf<LeftOutPart::Kind> =
+    std::array{std::pair<std::string_view, LeftOutPart::Kind>{"application", LeftOutPart::Kind::application},
+               std::pair<std::string_view, LeftOutPart::Kind>{"window", LeftOutPart::Kind::window},
+               std::pair<std::string_view, LeftOutPart::Kind>{"address", LeftOutPart::Kind::address}};
+
+template <>
+inline constexpr auto fieldsOf<LeftOutPart> =
+    std::tuple{Field{"application", &LeftOutPart::application}, Field{"kind", &LeftOutPart::kind},
+               Field{"place", &LeftOutPart::place}};
 
 template <>
 inline constexpr auto fieldsOf<DisplaySnapshot> =

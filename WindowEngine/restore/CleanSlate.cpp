@@ -58,6 +58,7 @@ bool settled(DesktopAccess& desktop, const Leaving& leaving, const Restore::Item
 
 Task<void> quitAll(DesktopAccess& desktop, std::vector<RunningApplication> targets,
                    const Restore::ItemSink& sink) {
+    const auto changes = desktop.platform.windowServer.watch(std::nullopt);
     std::vector<Leaving> leaving;
     for (RunningApplication& target : targets) {
         desktop.platform.applications.terminate(*target.bundleIdentifier);
@@ -70,7 +71,7 @@ Task<void> quitAll(DesktopAccess& desktop, std::vector<RunningApplication> targe
         }
         leaving = std::move(waiting);
         if (leaving.empty()) co_return;
-        co_await sleepFor(quitInterval);
+        co_await changes->next(quitInterval);
     }
 }
 

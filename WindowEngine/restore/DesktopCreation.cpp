@@ -51,7 +51,8 @@ class Creation {
         if (Trouble trouble = directly ? request() : co_await overview_.addDesktop(displayID_))
             co_return trouble;
         const auto settled = [&] { return count() > before || !isAttached(); };
-        const bool appeared = co_await pollUntil(settled, pollingInterval, appearancePatience);
+        const bool appeared = co_await pollUntil(settled, pollingInterval, appearancePatience,
+                                                 desktop_.platform.windowServer.watch(std::nullopt));
         if (!isAttached()) co_return std::string(displayDisconnected);
         if (!appeared) co_return std::string(directly ? nothingAppearedDirectly : nothingAppeared);
         co_return std::nullopt;

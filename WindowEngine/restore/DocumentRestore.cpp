@@ -104,6 +104,7 @@ Task<void> awaitDocuments(ApplicationRestore& restore, std::vector<SavedDocument
     // What travelled with a launch comes with the application's own windows.
     const TimePoint deadline =
         restore.sent.empty() ? std::min(restore.deadline, restore.now() + windowPatience) : restore.deadline;
+    const auto changes = restore.desktop.platform.windowServer.watch(std::nullopt);
     for (;;) {
         // The last look goes to other desktops too, where an application may have brought its window back.
         const bool last = restore.now() >= deadline;
@@ -111,7 +112,7 @@ Task<void> awaitDocuments(ApplicationRestore& restore, std::vector<SavedDocument
         documents = SavedDocuments::missing(std::move(documents), live);
         if (documents.empty() || (!namesDocuments(live) && live.size() >= wanted)) co_return;
         if (last) break;
-        co_await sleepFor(windowInterval);
+        co_await changes->next(windowInterval);
     }
     restore.late = std::move(documents);
 }

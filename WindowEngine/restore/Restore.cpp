@@ -1,12 +1,18 @@
 #include "WindowEngine/restore/Restore.hpp"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <chrono>
+#include <map>
+#include <ranges>
+#include <tuple>
 #include <utility>
 #include <vector>
 
 #include "WindowEngine/desktop/Displays.hpp"
 #include "WindowEngine/desktop/Log.hpp"
+#include "WindowEngine/restore/BringForward.hpp"
 #include "WindowEngine/restore/CleanSlate.hpp"
 #include "WindowEngine/restore/ContextRestore.hpp"
 #include "WindowEngine/restore/DesktopCreation.hpp"
@@ -18,6 +24,8 @@
 namespace quillo::Restore {
 namespace {
 
+constexpr std::size_t mostTroubleLogged = 100;  // lines of one run
+
 /// What all tasks of one run share; it outlives them, since the run joins them before it ends.
 struct Run {
     DesktopAccess& desktop;
@@ -26,8 +34,14 @@ struct Run {
     const ItemSink& sink;
     TimePoint started;
     WindowPresence presence{desktop};
+    BringForward forward{desktop};
     std::vector<DisplaySnapshot> displays{};
     DesktopPreparation desktops{};
+    struct Placed {
+        const ApplicationSnapshot* application;
+        std::vector<DisplaySnapshot> displays;  // on which its windows were placed
+    };
+    std::vector<Placed> placed{};
 
     TimePoint now() const { return desktop.platform.executor.now(); }
     double secondsSinceStart() const { return std::chrono::duration<double>(now() - started).count(); }
@@ -131,8 +145,10 @@ Task<void> placeOpened(Run& run, const ApplicationRestore& restore) {
     }
     // Launching took its time: a display may have gone since.
     const std::vector<DisplaySnapshot> displays = Displays::current(run.desktop.platform.screens);
+    run.placed.push_back({&application, displays});
     co_await placeWindows(run.desktop, application, std::move(live),
-                          {run.workspace.snapshot.displays, displays, run.desktops.targets}, run.sink);
+                          {run.workspace.snapshot.displays, displays, run.desktops.targets}, run.sink,
+                          run.forward.windows);
 }
 
 Task<void> restoreApplication(Run& run, const ApplicationSnapshot& application) {
@@ -175,6 +191,35 @@ Task<void> restoreApplications(Run& run) {
     co_await checkpoint();
 }
 
+/// A display that came or went while some applications were waited for took windows of others along that were
+/// in place by then. Their items stand; what became of them is one more.
+Task<void> placeAgain(Run& run) {
+    const std::vector<DisplaySnapshot>& saved = run.workspace.snapshot.displays;
+    const std::vector<DisplaySnapshot> displays = Displays::current(run.desktop.platform.screens);
+    RestoreReport again;
+    const ItemSink sink(again, {});
+    std::vector<Element> known;  // what is brought forward was noted the first time
+    std::int64_t moved = 0, left = 0;
+    for (const Run::Placed& placed : run.placed) {
+        if (placed.displays == displays) continue;
+        std::vector<LiveWindow> live = liveWindows(run.desktop, *placed.application, true);
+        const std::vector<WindowPlan> plans =
+            planWindows(placed.application->windows, infosOf(live), saved, displays);
+        again.items.clear();
+        co_await placeWindows(run.desktop, *placed.application, std::move(live),
+                              {saved, displays, run.desktops.targets}, sink, known);
+        for (const RestoreReport::Item& item : again.items) {
+            if (plans[static_cast<std::size_t>(*item.savedIndex)].write)
+                ++(outcomeOf(item.status).trouble() ? left : moved);
+        }
+    }
+    if (moved > 0)
+        run.sink.add(RestoreReport::note{fmt::format("Displays changed; windows placed again: {}", moved)});
+    if (left > 0)
+        run.sink.add(
+            RestoreReport::failed{fmt::format("displays changed; windows not placed again: {}", left)});
+}
+
 Task<void> prepareDesktops(Run& run) {
     const WorkspaceSnapshot& saved = run.workspace.snapshot;
     if (!saved.desktops) co_return;
@@ -206,7 +251,30 @@ Task<void> restoreWorkspace(Run& run) {
     co_await cleanSlate(run.desktop, run.workspace, run.options.cleanSlate.value_or(CleanSlateMode::keep),
                         run.sink);
     narrow(run);  // not before: what the limits leave out is still no other application, to be hidden or quit
+    const Context context = co_await quillo::context();
+    std::optional<Job<void>> looking;
+    if (run.options.bringsForward) looking = spawn(context, run.forward.look());
     co_await restoreApplications(run);
+    co_await placeAgain(run);
+    looking.reset();
+    if (run.options.bringsForward) run.forward.raise();
+}
+
+/// Alike ones in one line, in the order of the first of each.
+void logTrouble(SystemLog& log, const RestoreReport& report) {
+    std::vector<std::pair<const RestoreReport::Item*, std::size_t>> kinds;
+    std::map<std::tuple<std::string_view, std::string_view, std::string_view>, std::size_t> places;
+    for (const RestoreReport::Item& item : report.items) {
+        const RestoreOutcome& outcome = outcomeOf(item.status);
+        if (!outcome.trouble()) continue;
+        const auto [place, isNew] = places.try_emplace(
+            {item.bundleIdentifier, outcome.name, detailOf(item.status).text}, kinds.size());
+        if (isNew) kinds.emplace_back(&item, 0);
+        ++kinds[place->second].second;
+    }
+    for (const auto& [item, count] : kinds | std::views::take(mostTroubleLogged))
+        Log::notBack(log, item->bundleIdentifier, outcomeOf(item->status).name, detailOf(item->status).text,
+                     count);
 }
 
 }  // namespace
@@ -224,6 +292,7 @@ Task<RestoreReport> run(DesktopAccess& desktop, Workspace workspace, Options opt
         stoppedUnexpectedly(run, std::current_exception());
     }
     report.duration = run.secondsSinceStart();
+    logTrouble(desktop.platform.log, report);
     Log::restoreFinished(desktop.platform.log, report.items.size(), report.duration);
     co_return report;
 }

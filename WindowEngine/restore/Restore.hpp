@@ -16,6 +16,7 @@ struct Options {
     double settleDelay = 1.0;  // seconds without a new window after which an application is complete
     std::set<std::string> enabledAdapters = {};  // integrations whose context is restored
     bool limited = true;  // RestoreScope's limits hold; a person may lift them for what they saved themself
+    bool bringsForward = false;  // at its end, what came back is put in front of other windows (BringForward)
     bool followsLinks = true;  // a document that a symbolic link leads to is opened; not of a stranger's file
 };
 

@@ -27,7 +27,7 @@ struct WindowPlan {
     bool moveToDesktop = false;    // to `desktop`; false where it is known to stand there, and there alone
     bool enterFullscreen = false;  // enter, or confirm where it is so already
     bool minimized = false;        // state the write asks for
-    std::string skipReason;        // why nothing is done, when liveIndex is absent
+    std::string skipReason;        // why nothing is done, when liveIndex is absent; else why it is not placed
 };
 
 /// The plan of one pair (liveIndex 0): what the live window's present state still calls for. Placement asks

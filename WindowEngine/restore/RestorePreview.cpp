@@ -67,6 +67,18 @@ DesktopPlan planDesktops(DesktopAccess& desktop, const WorkspaceSnapshot& snapsh
     return DesktopSpaces::plan(*snapshot.desktops, snapshot.displays, displays, DesktopSpaces::read(desktop));
 }
 
+/// Windows whose place is not to be set are left where they are.
+void leaveUnplaceable(AccessibilityService& accessibility, PlannedApplication& application) {
+    for (WindowPlan& plan : application.windows) {
+        if (!plan.liveIndex || !plan.write) continue;
+        const LiveWindow& live = application.live[static_cast<std::size_t>(*plan.liveIndex)];
+        const Capability placement = accessibility.placement(live.element);
+        if (placement) continue;
+        plan.write = plan.unminimize = false;
+        plan.skipReason = placement.reason();
+    }
+}
+
 RestorePreview windowsOf(DesktopAccess& desktop, std::shared_ptr<const Restore::RestoreScope> scope) {
     const WorkspaceSnapshot& snapshot = scope->snapshot;
     const std::vector<DisplaySnapshot> displays = Displays::current(desktop.platform.screens);
@@ -79,6 +91,7 @@ RestorePreview windowsOf(DesktopAccess& desktop, std::shared_ptr<const Restore::
         application.windows =
             planWindows(application.saved->windows, Restore::infosOf(application.live), snapshot.displays,
                         displays, plan.desktops.targets, application.liveSpaces);
+        leaveUnplaceable(desktop.platform.accessibility, application);
         if (application.live.empty() && application.presence != Presence::missing) {
             placeUnopened(application, snapshot.displays, displays, plan.desktops.targets);
         }
@@ -98,8 +111,13 @@ Task<void> planContext(DesktopAccess& desktop, const ApplicationSnapshot& applic
     if (isRunning) now = co_await adapter->capture(desktop, application.bundleIdentifier);
     if (now.failure) {
         plan.contextTrouble = *now.failure;
-    } else {
-        plan.steps = adapter->plan(*application.context, now.context.value_or(AppContext{}));
+        co_return;
+    }
+    plan.steps = adapter->plan(*application.context, now.context.value_or(AppContext{}));
+    if (!isRunning || plan.steps.empty()) co_return;
+    if (auto trouble = adapter->obstacle(desktop, now.context)) {
+        plan.contextTrouble = *std::move(trouble);
+        plan.steps.clear();
     }
 }
 

@@ -8,6 +8,7 @@
 
 #include "WindowEngine/desktop/DesktopSpaces.hpp"
 #include "WindowEngine/desktop/Displays.hpp"
+#include "WindowEngine/support/Poll.hpp"
 
 namespace quillo::Restore {
 namespace {
@@ -15,7 +16,8 @@ namespace {
 using Status = RestoreReport::Status;
 using failed = RestoreReport::failed;
 
-constexpr Duration desktopPatience = std::chrono::seconds(2);  // for a window to arrive there
+constexpr Duration desktopPatience = std::chrono::seconds(2);        // for a window to arrive there
+constexpr Duration tilingPatience = std::chrono::milliseconds(200);  // for windows to be laid out anew
 
 Status disappeared() {
     return failed{"window disappeared after leaving full screen"};
@@ -31,6 +33,8 @@ struct Pair {
     WindowPlan plan() const {
         return planPair(saved, window.info, targets.savedDisplays, targets.currentDisplays, targets.desktops);
     }
+
+    Capability placement() const { return desktop.platform.accessibility.placement(window.element); }
 
     /// Reads the window again; false when it is gone.
     bool refresh() {
@@ -104,14 +108,23 @@ WindowNumber movedWindow(const Pair& pair) {
 
 /// Comes last: a frame write begins and ends on the desktop where the window is. One that stays on no known
 /// desktop of its own, though it should be on one, is not back.
-Task<Trouble> moveToDesktop(Pair& pair) {
+Task<Trouble> moveToDesktop(Pair& pair, std::string otherwise) {
     const std::optional<SpaceID> target = targetDesktop(pair.saved, pair.targets.desktops);
     if (!target) co_return std::nullopt;
     if (pair.window.windowID &&
         co_await DesktopSpaces::move(pair.desktop, movedWindow(pair), *target, desktopPatience))
         co_return std::nullopt;
-    co_return failed{
-        fmt::format("position restored, but Desktop {} assignment failed", pair.saved.desktop->number())};
+    co_return failed{fmt::format("{} Desktop {} assignment failed", otherwise, pair.saved.desktop->number())};
+}
+
+/// A window whose place is not to be set. Once it and others are on their desktops it may stand right all the
+/// same.
+Task<Status> leaveUnplaced(Pair& pair, std::string reason) {
+    if (auto trouble = co_await moveToDesktop(pair, reason + ", and")) co_return *trouble;
+    const auto standsRight = [&pair] { return pair.refresh() && !pair.plan().write; };
+    if (co_await pollUntil(standsRight, tilingPatience / 4, tilingPatience))
+        co_return RestoreReport::restored{};
+    co_return RestoreReport::skipped{std::move(reason)};
 }
 
 Task<Status> restorePlain(Pair& pair) {
@@ -121,12 +134,14 @@ Task<Status> restorePlain(Pair& pair) {
     const WindowPlan plan = pair.plan();
     bool adjusted = plan.placement && plan.placement->adjusted;
     if (plan.write) {
+        if (const Capability placement = pair.placement(); !placement)
+            co_return co_await leaveUnplaced(pair, placement.reason());
         const Written written = co_await write(pair, "couldn't unminimize the window before moving it");
         if (written.trouble) co_return *written.trouble;
         if (!written.took()) co_return failed{"window refused position or minimized state"};
         adjusted = written.adjusted();
     }
-    if (auto trouble = co_await moveToDesktop(pair)) co_return *trouble;
+    if (auto trouble = co_await moveToDesktop(pair, "position restored, but")) co_return *trouble;
     if (adjusted) co_return RestoreReport::adjusted{};
     co_return RestoreReport::restored{};
 }
@@ -155,12 +170,20 @@ Status verifiedFullscreen(Pair& pair, const std::string& targetDisplay) {
 Task<Status> restoreFullscreen(Pair& pair) {
     const WindowPlan plan = pair.plan();
     if (!plan.displayID) co_return failed{"no display"};
-    if (plan.write) {
+    if (const Capability placement = plan.write ? pair.placement() : Capability::available(); !placement) {
+        const DisplaySnapshot* display =
+            Displays::display(pair.window.info.frame, pair.targets.currentDisplays);
+        if (!display || display->id != plan.displayID) co_return RestoreReport::skipped{placement.reason()};
+    } else if (plan.write) {
         if (auto trouble = co_await bringToTargetDisplay(pair)) co_return *trouble;
     }
     if (!co_await Accessibility::transitionFullscreen(pair.desktop, pair.window, true))
         co_return failed{"full-screen transition did not complete"};
     co_return verifiedFullscreen(pair, *plan.displayID);
+}
+
+Task<Status> restoreWindow(Pair& pair) {
+    return pair.saved.isFullscreen ? restoreFullscreen(pair) : restorePlain(pair);
 }
 
 std::vector<LiveWindowInfo> infos(const std::vector<LiveWindow>& windows) {
@@ -176,6 +199,7 @@ struct Placing {
     const std::vector<LiveWindow>& live;
     PlacementTargets targets;
     const ItemSink& sink;
+    std::vector<Element>& back;
 };
 
 Task<void> placeWindow(const Placing& placing, const WindowPlan& plan) {
@@ -185,7 +209,20 @@ Task<void> placeWindow(const Placing& placing, const WindowPlan& plan) {
               placing.targets};
     // Waiting for the windows before it took time: what it looks like now decides.
     pair.refresh();
-    Status status = saved.isFullscreen ? co_await restoreFullscreen(pair) : co_await restorePlain(pair);
+    Status status = co_await restoreWindow(pair);
+    if (std::holds_alternative<failed>(status)) {
+        const auto displays = Displays::current(placing.desktop.platform.screens);
+        Pair again{placing.desktop,
+                   saved,
+                   pair.window,
+                   {placing.targets.savedDisplays, displays, placing.targets.desktops}};
+        // A display that went, or came, took away the place that was meant.
+        if (displays != placing.targets.currentDisplays && again.refresh())
+            status = co_await restoreWindow(again);
+    }
+    const Verdict verdict = outcomeOf(status).verdict;
+    if ((verdict == Verdict::back || verdict == Verdict::differs) && !saved.isMinimized)
+        placing.back.push_back(pair.window.element);
     placing.sink.add(placing.application, plan.savedIndex, std::move(status));
 }
 
@@ -205,10 +242,11 @@ Task<void> placeTogether(const Placing& placing, const std::vector<WindowPlan>& 
 }  // namespace
 
 Task<void> placeWindows(DesktopAccess& desktop, const ApplicationSnapshot& application,
-                        std::vector<LiveWindow> live, PlacementTargets targets, const ItemSink& sink) {
+                        std::vector<LiveWindow> live, PlacementTargets targets, const ItemSink& sink,
+                        std::vector<Element>& back) {
     const std::vector<WindowPlan> plans =
         planWindows(application.windows, infos(live), targets.savedDisplays, targets.currentDisplays);
-    const Placing placing{desktop, application, live, targets, sink};
+    const Placing placing{desktop, application, live, targets, sink, back};
     if (desktop.platform.accessibility.movesTogether()) {
         co_await placeTogether(placing, plans);
     } else {

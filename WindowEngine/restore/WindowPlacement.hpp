@@ -16,8 +16,9 @@ struct PlacementTargets {
 
 /// One window after the other, by saved index, unless windows move together (AccessibilityService): then each
 /// is reported as it comes to rest. Cancelled, the items made so far stay. The references must outlive the
-/// task.
+/// task. The windows that came back and can be seen are added to `back` as they do.
 Task<void> placeWindows(DesktopAccess& desktop, const ApplicationSnapshot& application,
-                        std::vector<LiveWindow> live, PlacementTargets targets, const ItemSink& sink);
+                        std::vector<LiveWindow> live, PlacementTargets targets, const ItemSink& sink,
+                        std::vector<Element>& back);
 
 }  // namespace quillo::Restore

@@ -13,6 +13,8 @@ constexpr Duration presenceInterval = 150ms;
 constexpr Duration settleInterval = 250ms;
 /// Applications that ask within this time of each other share one reading; each alone asks less often.
 constexpr Duration sharing = 100ms;
+/// All of them hear of a change at once, and the first one's look serves the others.
+constexpr Duration burst = 10ms;
 
 /// Seconds. One that launches may be too busy to answer at once; it is asked again, and the others are not
 /// kept.
@@ -56,8 +58,11 @@ Task<void> WindowPresence::wait(std::string bundleIdentifier, Patience patience)
 }
 
 Task<void> WindowPresence::waitUntilPresent(const std::string& bundleIdentifier, TimePoint deadline) {
-    while ((co_await count(bundleIdentifier)).value_or(0) == 0 && now() < deadline)
-        co_await sleepFor(presenceInterval);
+    const auto changes = desktop_.platform.windowServer.watch(std::nullopt);
+    while ((co_await count(bundleIdentifier)).value_or(0) == 0 && now() < deadline) {
+        const bool told = co_await changes->next(presenceInterval);
+        if (told && now() - countedAt_ >= burst) countedAt_ = now() - sharing;
+    }
 }
 
 Task<void> WindowPresence::waitUntilSettled(const std::string& bundleIdentifier, TimePoint deadline,

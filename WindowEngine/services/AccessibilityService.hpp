@@ -53,6 +53,7 @@ inline constexpr std::string_view title = "AXTitle";                    // text
 inline constexpr std::string_view document = "AXDocument";              // text holding a URL
 inline constexpr std::string_view minimized = "AXMinimized";            // boolean
 inline constexpr std::string_view fullScreen = "AXFullScreen";          // boolean
+inline constexpr std::string_view frontmost = "AXFrontmost";            // boolean, of an application
 inline constexpr std::string_view children = "AXChildren";              // list of elements
 inline constexpr std::string_view identifier = "AXIdentifier";          // text
 inline constexpr std::string_view description = "AXDescription";        // text
@@ -139,6 +140,10 @@ class AccessibilityService {
     virtual Capability remoteTokens() { return Capability::available(); }
     /// An element from a remote token (layout: Accessibility.cpp); absent when none has that token.
     virtual std::optional<Element> elementFromToken(std::span<const std::byte, 20> token) = 0;
+
+    /// Whether a window's place and size are anybody's to set. Where not, the reason, as words behind the
+    /// outcome in a report; the window can still go to another desktop.
+    virtual Capability placement(const Element& /*window*/) { return Capability::available(); }
 
     /// Brings a window into a state in which a frame write takes effect. Most layers return at once; on X11
     /// the window is brought to the current desktop, restored, unmaximized, and waited for until its

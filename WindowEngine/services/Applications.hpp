@@ -28,6 +28,12 @@ struct RunningApplication {
     std::optional<Instant> launchDate;  // of `pid`
 };
 
+struct InstalledApplication {
+    std::string bundleIdentifier;
+    std::string name;  // in the person's language
+    Url location;      // fit for launch()
+};
+
 class Applications {
   public:
     virtual ~Applications() = default;
@@ -65,6 +71,9 @@ class Applications {
     /// What the installed application calls itself, in the person's language; absent when it is not
     /// installed.
     virtual std::optional<std::string> name(std::string_view bundleIdentifier) = 0;
+
+    /// Those a person may start, in no order; empty where the platform does not tell.
+    virtual std::vector<InstalledApplication> installed() { return {}; }
 
     /// Launches the installed application at `location`, or activates it when it runs; refuses any other.
     /// Waits (suspended, never blocking) until the system accepts or refuses it, not for its windows.

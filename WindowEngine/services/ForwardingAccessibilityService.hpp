@@ -38,6 +38,7 @@ class ForwardingAccessibilityService : public AccessibilityService {
     std::optional<Element> elementFromToken(std::span<const std::byte, 20> token) override {
         return target_.elementFromToken(token);
     }
+    Capability placement(const Element& window) override { return target_.placement(window); }
     Task<bool> makeMovable(Element window) override { return target_.makeMovable(std::move(window)); }
     Task<void> settleInPlace(Element window) override { return target_.settleInPlace(std::move(window)); }
 

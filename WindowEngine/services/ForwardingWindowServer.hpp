@@ -13,6 +13,9 @@ class ForwardingWindowServer : public WindowServer {
     std::vector<WindowFacts> facts(std::span<const WindowNumber> numbers) override {
         return target_.facts(numbers);
     }
+    std::optional<WindowNumber> windowInFront() override { return target_.windowInFront(); }
+    std::vector<SpaceID> spacesInFront() override { return target_.spacesInFront(); }
+    std::uint64_t stamp() override { return target_.stamp(); }
     Capability spaces() override { return target_.spaces(); }
     Capability desktopCreation() override { return target_.desktopCreation(); }
     bool isAnimating(std::string_view displayID) override { return target_.isAnimating(displayID); }
@@ -25,6 +28,9 @@ class ForwardingWindowServer : public WindowServer {
     }
     bool openOverview() override { return target_.openOverview(); }
     void closeOverview() override { target_.closeOverview(); }
+    std::unique_ptr<ChangeWatch> watch(std::optional<WindowNumber> window) override {
+        return target_.watch(window);
+    }
 
   private:
     WindowServer& target_;

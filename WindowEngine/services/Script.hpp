@@ -1,5 +1,5 @@
-// What is asked of an application through its scripts, as a value: a real interpreter is handed its text
-// (AppleScript::text), the simulation acts on it.
+// What is asked of an application through its scripts, as a value: an interpreter is handed its text
+// (AppleScript::text).
 #pragma once
 #include <set>
 #include <string>

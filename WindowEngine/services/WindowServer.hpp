@@ -2,12 +2,14 @@
 // Called on the executor's thread only; reads never wait for an application.
 #pragma once
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
 #include "WindowEngine/services/AccessibilityService.hpp"
+#include "WindowEngine/support/ChangeWatch.hpp"
 #include "WindowEngine/support/Error.hpp"
 
 namespace quillo {
@@ -55,6 +57,16 @@ class WindowServer {
     /// known gives no spaces and false flags.
     virtual std::vector<WindowFacts> facts(std::span<const WindowNumber> numbers) = 0;
 
+    /// The window that has the keyboard, of this program too; absent where none has it. Where the platform
+    /// does not say, the first ordinary window of windowList().
+    virtual std::optional<WindowNumber> windowInFront();
+    /// The spaces that a person looks at now; empty where that is not known.
+    virtual std::vector<SpaceID> spacesInFront() { return {}; }
+    /// Differs from an earlier one when a window has come, gone, moved or changed its place in the stack
+    /// since, and where it costs no more, also when its title or state is another. Much cheaper than a
+    /// capture.
+    virtual std::uint64_t stamp();
+
     /// Whether spaces can be read and windows moved between them.
     virtual Capability spaces() = 0;
     /// Whether desktops can be created.
@@ -71,6 +83,13 @@ class WindowServer {
     /// Opens the overview of all desktops; false when the system did not accept the request.
     virtual bool openOverview() = 0;
     virtual void closeOverview() = 0;
+
+    /// Listens until it is dropped: to a window's state and desktop, or, where none is given, to windows that
+    /// come and go and to the number of desktops. To be begun before the first look, so that nothing happens
+    /// unseen between the two. A layer that is not told leaves waits to their timers.
+    virtual std::unique_ptr<ChangeWatch> watch(std::optional<WindowNumber> /*window*/) {
+        return std::make_unique<ChangeWatch>();
+    }
 };
 
 }  // namespace quillo

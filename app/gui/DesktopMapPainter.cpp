@@ -94,6 +94,8 @@ void DesktopMapPainter::paintDisplay(const MapDisplay& display, bool icons) {
     painter_.setClipRect(frame);
     for (const MapTile& tile : display.tiles) paintTile(tile, display);
     if (display.dock) paintDock(*display.dock);
+    text(toQt(display.emptyNote), std::string(emptyNote), mapFont(look_.theme, MapText::label),
+         look_.theme.text3(), Qt::AlignCenter);
     paintMore(display);
     painter_.restore();
     paintPips(display);
@@ -315,10 +317,13 @@ void DesktopMapPainter::paintMore(const MapDisplay& display) {
 }
 
 void DesktopMapPainter::paintPips(const MapDisplay& display) {
-    painter_.setPen(Qt::NoPen);
     for (std::size_t i = 0; i < display.pips.size(); ++i) {
-        painter_.setBrush(token(i == display.shown ? look_.colors.strong : look_.colors.tileBorder));
-        painter_.drawEllipse(toQt(display.pips[i]));
+        const QColor ink = token(i == display.shown ? look_.colors.strong : look_.colors.tileBorder);
+        const bool ring = display.desktops[i].empty;
+        painter_.setPen(ring ? QPen(ink, 1) : QPen(Qt::NoPen));
+        painter_.setBrush(ring ? QBrush(Qt::NoBrush) : QBrush(ink));
+        const double inset = ring ? 0.5 : 0;
+        painter_.drawEllipse(toQt(display.pips[i]).adjusted(inset, inset, -inset, -inset));
     }
 }
 

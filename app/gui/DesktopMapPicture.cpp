@@ -4,9 +4,11 @@
 #include <QQmlEngine>
 #include <QQuickWindow>
 #include <algorithm>
+#include <ranges>
 
 #include "app/gui/DesktopMapPainter.hpp"
 #include "app/gui/Pictures.hpp"
+#include "app/map/DesktopMapWindows.hpp"
 
 namespace quillo {
 namespace {
@@ -31,6 +33,10 @@ std::map<std::string, TileState> statesFrom(const QVariantMap& states) {
 TileState stateIn(const std::map<std::string, TileState>& states, const std::string& key) {
     const auto found = states.find(key);
     return found != states.end() ? found->second : TileState::saved;
+}
+
+bool holds(const Rect& frame, double x, double y) {
+    return x >= frame.x && x < frame.maxX() && y >= frame.y && y < frame.maxY();
 }
 
 bool anyLanding(const std::map<std::string, TileState>& states) {
@@ -177,6 +183,55 @@ void DesktopMapPicture::updatePolish() {
     layout_ = possible ? layoutDesktopMap(*source_, request()) : DesktopMapLayout{};
     ++layoutCount_;
     updateCaptions();
+    Q_EMIT laidOut();
+}
+
+QString DesktopMapPicture::keyAt(qreal x, qreal y) const {
+    for (const MapDisplay& display : layout_.displays) {
+        if (display.dock) {
+            for (const MapChip& chip : display.dock->chips)
+                if (holds(chip.icon, x, y)) return QString::fromStdString(chip.window.key);
+        }
+        for (const MapTile& tile : display.tiles | std::views::reverse)
+            if (holds(tile.frame, x, y)) return QString::fromStdString(tile.window.key);
+    }
+    return {};
+}
+
+QVariantList DesktopMapPicture::outlines(const QStringList& keys) const {
+    QVariantList all;
+    const auto add = [&](const MapWindow& window, const Rect& frame, double radius) {
+        if (!keys.contains(QString::fromStdString(window.key))) return;
+        all << QVariantMap{{"x", frame.x},
+                           {"y", frame.y},
+                           {"width", frame.width},
+                           {"height", frame.height},
+                           {"radius", radius}};
+    };
+    for (const MapDisplay& display : layout_.displays) {
+        for (const MapTile& tile : display.tiles) add(tile.window, tile.frame, tile.radius);
+        if (!display.dock) continue;
+        for (const MapChip& chip : display.dock->chips) add(chip.window, chip.icon, chip.icon.width * 0.26);
+    }
+    return all;
+}
+
+QVariantMap DesktopMapPicture::hiddenDesktop(const QString& key) const {
+    if (!source_ || !theme_) return {};
+    const std::vector<PlacedDisplay> displays = usableDisplays(source_->displays);
+    const std::vector<DisplayWindows> windows = windowsOfDisplays(*source_, displays, request());
+    const std::string sought = key.toStdString();
+    for (std::size_t i = 0; i < windows.size(); ++i) {
+        for (std::size_t position = 0; position < windows[i].choices.size(); ++position) {
+            const auto& those = windows[i].choices[position].windows;
+            if (position == windows[i].shown ||
+                std::ranges::none_of(those, [&](const SavedWindow& one) { return one.key() == sought; }))
+                continue;
+            return {{"display", QString::fromStdString(displays[i].display->id)},
+                    {"position", static_cast<int>(position)}};
+        }
+    }
+    return {};
 }
 
 void DesktopMapPicture::updateCaptions() {
@@ -184,12 +239,13 @@ void DesktopMapPicture::updateCaptions() {
     for (const MapDisplay& display : layout_.displays) {
         if (display.segments.empty()) continue;
         QStringList labels;
-        QVariantList positions;
+        QVariantList positions, empty;
         int current = -1;
         for (const MapSegment& segment : display.segments) {
             if (segment.position == display.shown) current = static_cast<int>(labels.size());
             labels << QString::fromStdString(segment.label);
             positions << QVariant::fromValue(static_cast<int>(segment.position));
+            empty << segment.empty;
         }
         captions << QVariantMap{{"display", QString::fromStdString(display.id)},
                                 {"x", display.caption.x},
@@ -198,6 +254,7 @@ void DesktopMapPicture::updateCaptions() {
                                 {"height", display.caption.height},
                                 {"labels", labels},
                                 {"positions", positions},
+                                {"empty", empty},
                                 {"current", current}};
     }
     if (captions_ == captions) return;

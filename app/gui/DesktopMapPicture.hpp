@@ -28,8 +28,9 @@ class DesktopMapPicture : public QQuickPaintedItem {
     /// By display, the position of the desktop to show.
     Q_PROPERTY(
         QVariantMap shownDesktops READ shownDesktops WRITE setShownDesktops NOTIFY shownDesktopsChanged)
-    /// Of large maps, one for each display: display, x, y, width, height, labels, positions, current.
+    /// Of large maps, one for each display: display, x, y, width, height, labels, positions, empty, current.
     Q_PROPERTY(QVariantList captions READ captions NOTIFY captionsChanged)
+    Q_PROPERTY(int layoutCount READ layoutCount NOTIFY laidOut)            // outlines() are others by then
     Q_PROPERTY(QString description READ description NOTIFY sourceChanged)  // "2 displays, 8 windows"
     Q_PROPERTY(QColor wall READ wall NOTIFY lookChanged)
 
@@ -53,8 +54,15 @@ class DesktopMapPicture : public QQuickPaintedItem {
     QColor wall() const;
 
     const DesktopMapLayout& layout() const { return layout_; }
-    /// How often the geometry was computed; for tests.
+    /// How often the geometry was computed.
     int layoutCount() const { return layoutCount_; }
+    /// The window that is drawn there, by its key; empty for none.
+    Q_INVOKABLE QString keyAt(qreal x, qreal y) const;
+    /// { x, y, width, height, radius } of those of the windows that are drawn.
+    Q_INVOKABLE QVariantList outlines(const QStringList& keys) const;
+    /// { display, position } of the desktop that the window stands on, where another one is shown; else
+    /// empty.
+    Q_INVOKABLE QVariantMap hiddenDesktop(const QString& key) const;
 
     void paint(QPainter* painter) override;
 
@@ -65,6 +73,7 @@ class DesktopMapPicture : public QQuickPaintedItem {
     void statesChanged();
     void shownDesktopsChanged();
     void captionsChanged();
+    void laidOut();
 
   protected:
     void geometryChange(const QRectF& now, const QRectF& before) override;

@@ -86,4 +86,15 @@ Task<FileDialogs::File> FileDialogs::fileToRead() {
     co_return absolutePath(chosen);
 }
 
+Task<FileDialogs::File> FileDialogs::folderToWrite() {
+    QFileDialog dialog;
+    prepare(dialog, "Export Workspaces", directory_);
+    dialog.setFileMode(QFileDialog::Directory);
+    dialog.setOption(QFileDialog::ShowDirsOnly);
+    dialog.setLabelText(QFileDialog::Accept, "Export Here");
+    if (co_await answer(dialog, parent_()) != QDialog::Accepted) co_return std::nullopt;
+    directory_ = dialog.selectedFiles().value(0);
+    co_return absolutePath(directory_);
+}
+
 }  // namespace quillo

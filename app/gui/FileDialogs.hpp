@@ -24,6 +24,8 @@ class FileDialogs {
     Task<File> fileToWrite(std::string proposedName);
     /// A JSON file to read; whether it can be read is for the reader to say.
     Task<File> fileToRead();
+    /// A folder that is there, to write several files into.
+    Task<File> folderToWrite();
 
   private:
     std::function<QWindow*()> parent_;

@@ -1,10 +1,13 @@
 #include "app/gui/Interface.hpp"
 
+#include <algorithm>
+#include <tuple>
 #include <utility>
 
 #include "app/LibraryIndex.hpp"
 #include "app/LibraryState.hpp"
 #include "app/gui/AppIcons.hpp"
+#include "app/gui/ClosingPresenter.hpp"
 #include "app/gui/DetailPresenter.hpp"
 #include "app/gui/LibraryPresenter.hpp"
 #include "app/gui/OnboardingPresenter.hpp"
@@ -17,6 +20,7 @@
 #include "app/gui/SettingsPresenter.hpp"
 #include "app/gui/ShortcutsPresenter.hpp"
 #include "app/gui/SwitcherPresenter.hpp"
+#include "settings/WindowMemory.hpp"
 
 namespace quillo {
 namespace {
@@ -45,7 +49,7 @@ void givePictures(QQmlEngine& engine, const FindIcon& systemIcon) {
 
 /// One for each surface, over the model.
 struct Interface::Presenters {
-    Presenters(AppModel& model, const Parts& parts, Surfaces& surfaces)
+    Presenters(AppModel& model, const Parts& parts, Interface& surfaces, PressGuard& presses)
         : index([&model]() -> const std::vector<Workspace>& { return model.workspaces(); }),
           reloads(QObject::connect(&model, &AppModel::workspacesChanged, &index, &LibraryIndex::reload)),
           ui(model, parts.variant),
@@ -53,8 +57,9 @@ struct Interface::Presenters {
           library(model, libraryState),
           detail(model, ui),
           review(model),
-          onboarding(model),
-          settings(model, parts.updates, parts.system.loginItem, parts.shell),
+          onboarding(model, parts.system.hotKeys),
+          closing(model, surfaces.windows_, parts.trayShown, parts.quit),
+          settings(model, parts.updates, parts.system.loginItem),
           privacy(model, parts.system.desktop),
           shortcuts(model, parts.system.hotKeys, parts.keys),
           switcher(model, index, surfaces),
@@ -67,12 +72,14 @@ struct Interface::Presenters {
         registerSingleton("Detail", detail);
         registerSingleton("Review", review);
         registerSingleton("Onboarding", onboarding);
+        registerSingleton("Closing", closing);
         registerSingleton("Settings", settings);
         registerSingleton("Privacy", privacy);
         registerSingleton("Shortcuts", shortcuts);
         registerSingleton("Switcher", switcher);
         registerSingleton("Restore", restore);
         registerSingleton("Question", question);
+        registerSingleton("Presses", presses);
     }
 
     LibraryIndex index;
@@ -84,6 +91,7 @@ struct Interface::Presenters {
     DetailPresenter detail;
     ReviewPresenter review;
     OnboardingPresenter onboarding;
+    ClosingPresenter closing;
     SettingsPresenter settings;
     PrivacyPresenter privacy;
     ShortcutsPresenter shortcuts;
@@ -94,11 +102,23 @@ struct Interface::Presenters {
 
 Interface::Interface(const Parts& parts)
     : parts_(parts),
-      windows_(parts_.theme, [find = parts_.systemIcon](QQmlEngine& engine) { givePictures(engine, find); }) {
+      windows_(
+          parts_.theme, [find = parts_.systemIcon](QQmlEngine& engine) { givePictures(engine, find); },
+          parts_.panels) {
     // Closing a window keeps the program running in the tray.
-    connect(&windows_, &Windows::mainClosed, this,
-            [this] { parts_.shell.setActivationPolicy(ActivationPolicy::accessory); });
-    connect(&windows_, &Windows::engineDropped, this, [this] {
+    // Not only at the end: where a session ends, there may be no time for it.
+    remembering_.setSingleShot(true);
+    remembering_.setInterval(1000);
+    connect(&remembering_, &QTimer::timeout, this, &Interface::remember);
+    connect(&windows_, &Windows::mainSizeNoted, &remembering_, qOverload<>(&QTimer::start));
+    connect(&windows_, &Windows::mainClosed, this, [this] {
+        remember();
+        parts_.shell.setActivationPolicy(ActivationPolicy::accessory);
+    });
+    windows_.mainMayClose = [this] {
+        return !presenters_ || (presenters_->review.mayClose() && presenters_->closing.mayClose());
+    };
+    connect(&windows_, &Windows::allClosed, this, [this] {
         if (presenters_) presenters_->library.forgetMaps();
     });
     connect(&windows_, &Windows::panelDismissed, this, [this](PanelID panel) {
@@ -110,14 +130,43 @@ Interface::~Interface() = default;
 
 void Interface::attach(AppModel& model) {
     model_ = &model;
-    presenters_ = std::make_unique<Presenters>(model, parts_, *this);
+    presenters_ = std::make_unique<Presenters>(model, parts_, *this, windows_.presses());
+    const auto memory = WindowMemory::load(parts_.system.defaults);
+    windows_.setMainSize(
+        {QSize(static_cast<int>(memory.width), static_cast<int>(memory.height)), memory.maximized});
+    const auto order =
+        std::ranges::find(allWorkspaceOrders, memory.order, [](WorkspaceOrder one) { return label(one); });
+    if (order != allWorkspaceOrders.end()) presenters_->libraryState.setOrder(*order);
+    ui().goTo({QString::fromStdString(memory.page), QString::fromStdString(memory.workspace),
+               QString::fromStdString(memory.pane)});
+    connect(&ui(), &Ui::pageChanged, &remembering_, qOverload<>(&QTimer::start));
+    connect(&presenters_->libraryState, &LibraryState::rowsChanged, &remembering_,
+            qOverload<>(&QTimer::start));
     model.openWindowAction = [this] { windows_.openMain(); };
 }
 
 void Interface::detach() {
     windows_.dropAll();
+    remember();
     presenters_.reset();
     model_ = nullptr;
+}
+
+/// Where it cannot be kept, the window opens as it did before.
+void Interface::remember() {
+    remembering_.stop();
+    if (!presenters_) return;
+    const Ui::Place place = ui().place();
+    const MainWindowSize& window = windows_.mainSize();
+    const WindowMemory memory{.width = window.size.width(),
+                              .height = window.size.height(),
+                              .maximized = window.maximized,
+                              .order = std::string(label(presenters_->libraryState.order())),
+                              .page = place.page.toStdString(),
+                              .workspace = place.detailId.toStdString(),
+                              .pane = place.settingsPane.toStdString()};
+    if (memory != WindowMemory::load(parts_.system.defaults))
+        std::ignore = memory.save(parts_.system.defaults);
 }
 
 Ui& Interface::ui() {

@@ -1,6 +1,7 @@
 // Puts the model on the screen: the presenters, the windows, and what the model asks of them.
 #pragma once
 #include <QObject>
+#include <QTimer>
 #include <memory>
 
 #include "app/AppModel.hpp"
@@ -29,6 +30,10 @@ class Interface final : public QObject, public Surfaces {
         UpdateController& updates;
         TextVariant variant;
         FindIcon systemIcon = nullptr;  // none: icons come from .desktop files
+        PanelBackdrop panels = {};
+        /// Whether the tray shows Quillo's icon now; none where there always is one.
+        std::function<bool()> trayShown = nullptr;
+        std::function<void()> quit = nullptr;  // none where another part offers it
     };
 
     explicit Interface(const Parts& parts);
@@ -36,7 +41,8 @@ class Interface final : public QObject, public Surfaces {
 
     /// The model must outlive it from here on, or be detached.
     void attach(AppModel& model);
-    /// Takes everything off the screen: nothing looks at the model from here on.
+    /// Takes everything off the screen: nothing looks at the model from here on. How the main window was left
+    /// is kept for the next time.
     void detach();
 
     Windows& windows() { return windows_; }
@@ -50,14 +56,21 @@ class Interface final : public QObject, public Surfaces {
     void showPanel(PanelID panel, PanelPlace place) override;
     void closePanel(PanelID panel) override { windows_.closePanel(panel); }
     bool panelVisible(PanelID panel) const override { return windows_.panelVisible(panel); }
+    bool panelInUse(PanelID panel) const override { return windows_.panelInUse(panel); }
+    void stepAside() override { windows_.lowerMain(); }
     Task<std::optional<std::filesystem::path>> fileToWrite(std::string proposedName) override {
         return dialogs_.fileToWrite(std::move(proposedName));
     }
     Task<std::optional<std::filesystem::path>> fileToRead() override { return dialogs_.fileToRead(); }
+    Task<std::optional<std::filesystem::path>> folderToWrite() override { return dialogs_.folderToWrite(); }
     std::unique_ptr<SurfaceObserver> observeOpenMainWindow(std::function<void()> asked) override;
 
   private:
     struct Presenters;
+
+    void remember();
+
+    QTimer remembering_;  // before the windows, which start it
 
     Parts parts_;
     AppModel* model_ = nullptr;

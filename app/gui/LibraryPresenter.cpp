@@ -37,6 +37,60 @@ LibraryPresenter::LibraryPresenter(AppModel& model, LibraryState& state, QObject
 void LibraryPresenter::rowsChanged() {
     setPlaces(state_.rows());
     Q_EMIT changed();
+    if (!selecting_) return;
+    std::set<QString> known;  // what is gone is not selected any more
+    for (const Workspace& one : model_.workspaces()) known.insert(QString::fromStdString(one.id.lower()));
+    std::erase_if(selected_, [&](const QString& id) { return !known.contains(id); });
+    if (model_.workspaces().empty()) selecting_ = false;
+    Q_EMIT selectionChanged();
+}
+
+bool LibraryPresenter::allSelected() const {
+    return count() > 0 &&
+           std::ranges::all_of(keys(), [&](const QString& id) { return selected_.contains(id); });
+}
+
+void LibraryPresenter::beginSelecting() {
+    if (!std::exchange(selecting_, true)) Q_EMIT selectionChanged();
+}
+
+void LibraryPresenter::endSelecting() {
+    selected_.clear();
+    if (std::exchange(selecting_, false)) Q_EMIT selectionChanged();
+}
+
+void LibraryPresenter::toggleSelected(const QString& id) {
+    selecting_ = true;
+    if (selected_.erase(id) == 0) selected_.insert(id);
+    Q_EMIT selectionChanged();
+}
+
+void LibraryPresenter::selectAll() {
+    const bool all = allSelected();
+    for (const QString& id : keys()) {
+        if (all)
+            selected_.erase(id);
+        else
+            selected_.insert(id);
+    }
+    selecting_ = true;
+    Q_EMIT selectionChanged();
+}
+
+std::vector<Uuid> LibraryPresenter::selectedIds() const {
+    std::vector<Uuid> ids;
+    for (const QString& id : selected_) ids.push_back(*Uuid::parse(id.toStdString()));
+    return ids;
+}
+
+void LibraryPresenter::exportSelected() {
+    if (!selected_.empty()) model_.exportWorkspaces(selectedIds());
+}
+
+void LibraryPresenter::removeSelected() {
+    const std::vector<Uuid> ids = selectedIds();
+    endSelecting();
+    if (!ids.empty()) model_.deleteWorkspaces(ids);
 }
 
 QStringList LibraryPresenter::orders() const {

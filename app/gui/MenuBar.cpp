@@ -23,7 +23,8 @@ MenuBar::MenuBar(AppModel& model, UpdateController& updates, Ways ways, QObject*
     fillFileMenu(file);
     fillApplicationMenu(file);  // taken out of here by their roles
     fillWindowMenu(*bar_.addMenu("Window"));
-    for (const auto changed : {&AppModel::draftChanged, &AppModel::busyChanged, &AppModel::settingsChanged}) {
+    for (const auto changed : {&AppModel::draftChanged, &AppModel::busyChanged, &AppModel::settingsChanged,
+                               &AppModel::sessionsChanged}) {
         connect(&model_, changed, this, &MenuBar::refresh);
     }
     connect(&updates_, &UpdateController::changed, this, &MenuBar::refresh);
@@ -56,6 +57,7 @@ void MenuBar::fillFileMenu(QMenu& menu) {
             model_.beginCapture();
         },
         QKeySequence("Ctrl+S"));
+    lastSession_ = add(menu, "Restore Last Session", [this] { model_.restoreLastSession(); });
     add(menu, "Import Workspace…", [this] { model_.importWorkspace(); }, QKeySequence("Ctrl+I"));
     menu.addSeparator();
     add(
@@ -79,6 +81,7 @@ void MenuBar::fillWindowMenu(QMenu& menu) {
 
 void MenuBar::refresh() {
     save_->setEnabled(model_.settings().onboarded && !model_.draft() && !model_.capturing());
+    lastSession_->setEnabled(model_.canRestoreLastSession());
     check_->setVisible(bool(updates_.capability()));
     check_->setEnabled(updates_.canCheckForUpdates());
     relaunch_->setVisible(updates_.readyVersion().has_value());

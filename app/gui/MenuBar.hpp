@@ -36,7 +36,7 @@ class MenuBar final : public QObject {
     UpdateController& updates_;
     Ways ways_;
     QMenuBar bar_;
-    QAction *check_ = nullptr, *relaunch_ = nullptr, *save_ = nullptr;
+    QAction *check_ = nullptr, *relaunch_ = nullptr, *save_ = nullptr, *lastSession_ = nullptr;
 };
 
 }  // namespace quillo

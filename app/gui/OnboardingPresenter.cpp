@@ -5,25 +5,29 @@
 
 namespace quillo {
 
-OnboardingPresenter::OnboardingPresenter(AppModel& model, QObject* parent) : QObject(parent), model_(model) {
+OnboardingPresenter::OnboardingPresenter(AppModel& model, const HotKeyService& hotKeys, QObject* parent)
+    : QObject(parent), model_(model), steps_{QStringLiteral("welcome")} {
+    if (model.canAllowAccess()) steps_.push_back(QStringLiteral("access"));
+    if (hotKeys.capability()) steps_.push_back(QStringLiteral("shortcuts"));
+    steps_.push_back(QStringLiteral("firstSave"));
     connect(&model, &AppModel::accessibilityGrantedChanged, this, &OnboardingPresenter::grantedTurned);
 }
 
 void OnboardingPresenter::grantedTurned() {
     Q_EMIT grantedChanged();
-    if (granted() && step_ == access) next();
+    if (granted() && step() == "access") next();
 }
 
-void OnboardingPresenter::setStep(int step) {
-    if (std::exchange(step_, std::clamp<int>(step, welcome, firstSave)) != step_) Q_EMIT stepChanged();
+void OnboardingPresenter::setPlace(std::size_t place) {
+    if (std::exchange(place_, place) != place_) Q_EMIT stepChanged();
 }
 
 void OnboardingPresenter::next() {
-    setStep(step_ + 1);
+    setPlace(std::min(place_ + 1, steps_.size() - 1));
 }
 
 void OnboardingPresenter::back() {
-    setStep(step_ - 1);
+    setPlace(place_ - std::min<std::size_t>(place_, 1));
 }
 
 void OnboardingPresenter::skip() {

@@ -1,6 +1,8 @@
-// The introduction: which of its four steps is shown, and what each does.
+// The introduction: which of its steps is shown, and what each does. What a system does not have, it passes
+// over.
 #pragma once
 #include <QObject>
+#include <vector>
 
 #include "app/AppModel.hpp"
 
@@ -8,20 +10,19 @@ namespace quillo {
 
 class OnboardingPresenter final : public QObject {
     Q_OBJECT
-    Q_PROPERTY(int step READ step NOTIFY stepChanged)  // from 0
+    Q_PROPERTY(QString step READ step NOTIFY stepChanged)  // "welcome", "access", "shortcuts", "firstSave"
+    Q_PROPERTY(int place READ place NOTIFY stepChanged)    // of it, from 0
     Q_PROPERTY(int steps READ steps CONSTANT)
     Q_PROPERTY(bool granted READ granted NOTIFY grantedChanged)
-    Q_PROPERTY(QString refusal READ refusal NOTIFY grantedChanged)  // why not, where the system says so
 
   public:
-    enum Step { welcome, access, shortcuts, firstSave };
+    /// Both must outlive it.
+    OnboardingPresenter(AppModel& model, const HotKeyService& hotKeys, QObject* parent = nullptr);
 
-    explicit OnboardingPresenter(AppModel& model, QObject* parent = nullptr);
-
-    int step() const { return step_; }
-    int steps() const { return firstSave + 1; }
+    QString step() const { return steps_.at(place_); }
+    int place() const { return static_cast<int>(place_); }
+    int steps() const { return static_cast<int>(steps_.size()); }
     bool granted() const { return model_.accessibilityGranted(); }
-    QString refusal() const { return QString::fromStdString(model_.accessibilityAccess().reason()); }
 
     Q_INVOKABLE void next();
     Q_INVOKABLE void back();
@@ -35,11 +36,12 @@ class OnboardingPresenter final : public QObject {
     void grantedChanged();
 
   private:
-    void setStep(int step);
+    void setPlace(std::size_t place);
     void grantedTurned();
 
     AppModel& model_;
-    int step_ = welcome;
+    std::vector<QString> steps_;
+    std::size_t place_ = 0;
 };
 
 }  // namespace quillo

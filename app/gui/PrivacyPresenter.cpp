@@ -72,9 +72,9 @@ void PrivacyPresenter::includeApp(const QString& key) {
     edit([&](AppSettings& settings) { settings.excludedBundleIdentifiers.erase(key.toStdString()); });
 }
 
-bool PrivacyPresenter::excludeDomain(const QString& typed) {
+bool PrivacyPresenter::excludeDomains(const QString& typed) {
     AppSettings settings = model_.settings();
-    if (!settings.excludeDomain(typed.toStdString())) return false;
+    if (!settings.excludeDomains(typed.toStdString())) return false;
     model_.setSettings(std::move(settings));
     return true;
 }

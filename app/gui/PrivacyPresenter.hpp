@@ -30,8 +30,8 @@ class PrivacyPresenter final : public QObject {
     Q_INVOKABLE QVariantList runningApps() const;
     Q_INVOKABLE void excludeApp(const QString& key);
     Q_INVOKABLE void includeApp(const QString& key);
-    /// False, and nothing changes, where no host is in the text.
-    Q_INVOKABLE bool excludeDomain(const QString& typed);
+    /// As AppSettings::excludeDomains.
+    Q_INVOKABLE bool excludeDomains(const QString& typed);
     Q_INVOKABLE void includeDomain(const QString& domain);
     Q_INVOKABLE void deleteAllData() { model_.deleteAllData(); }
 

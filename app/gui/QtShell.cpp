@@ -1,5 +1,8 @@
 #include "app/gui/QtShell.hpp"
 
+#include <QDesktopServices>
+#include <QUrl>
+
 namespace quillo {
 
 QtShell::QtShell(Theme& theme, SystemAppearance& system, DesktopNotifier& notifier, Shell* native,
@@ -51,6 +54,10 @@ Capability QtShell::canOpenSystemSettings() const {
 
 void QtShell::openSystemSettings(const std::string& page) {
     if (native_) native_->openSystemSettings(page);
+}
+
+bool QtShell::showFolder(const std::filesystem::path& folder) {
+    return QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(folder.string())));
 }
 
 void QtShell::notify(const std::string& title, const std::string& text) {

@@ -25,6 +25,7 @@ class QtShell final : public QObject, public Shell {
     void setAppearance(Appearance appearance) override;
     Capability canOpenSystemSettings() const override;
     void openSystemSettings(const std::string& page) override;
+    bool showFolder(const std::filesystem::path& folder) override;
     void notify(const std::string& title, const std::string& text) override;
     bool reducedMotion() const override;
 

@@ -1,5 +1,8 @@
 #include "app/gui/RestorePresenter.hpp"
 
+#include <algorithm>
+
+#include "app/RestoreReasons.hpp"
 #include "app/gui/RestoreStates.hpp"
 #include "app/gui/Words.hpp"
 
@@ -15,8 +18,14 @@ constexpr int mostRows = 200;
 /// that showing what has become of all of them takes a small part of the time.
 constexpr std::int64_t windowsAtOnce = 200, windowsAMillisecond = 20;
 
-QVariantList rowValues(const RestoreReport::Item& item, const Workspace& workspace) {
-    const RestoreRow row = restoreRow(item, workspace);
+/// The engine's text, said as a sentence where it stands for itself.
+QString asSentence(QString text) {
+    if (!text.isEmpty()) text[0] = text[0].toUpper();
+    return text;
+}
+
+QVariantList rowValues(const RestoreReport::Item& item, const RestoreRun& run) {
+    const RestoreRow row = run.row(item);
     const RestoreOutcome& outcome = outcomeOf(item.status);
     const RestoreDetail detail = detailOf(item.status);
     const bool plain = !detail.count && detail.textName.empty();
@@ -24,11 +33,13 @@ QVariantList rowValues(const RestoreReport::Item& item, const Workspace& workspa
             QString::fromStdString(item.bundleIdentifier),
             QString::fromStdString(row.text()),
             QString::fromStdString(detail.count ? row.text() : row.subject),
-            qt(detail.text),
+            asSentence(QString::fromStdString(reasonInWords(item))),
             plain ? qt(outcome.word) : QString(),
             qt(outcome.name),
             stateOf(outcome.verdict),
-            outcome.trouble() ? "trouble" : ""};
+            outcome.trouble() ? "trouble" : "",
+            QString::fromStdString(row.desktop).replace(QLatin1Char(' '), QChar(QChar::Nbsp)),
+            qt(detail.text.empty() ? outcome.reason : detail.text)};
 }
 
 }  // namespace
@@ -86,14 +97,21 @@ void RestorePresenter::followRun() {
             if (due_.interval() == 0) return follow();
             if (!due_.isActive()) due_.start();
         });
-        connect(run_, &RestoreRun::finished, this, [this] {
-            follow();
-            // Among many rows, those that matter now.
-            if (troubleCount_ > 0 && rowCount_ > rowsWithoutScrolling) setOnlyTrouble(true);
-        });
+        connect(run_, &RestoreRun::finished, this, &RestorePresenter::followEnd);
     }
     Q_EMIT runChanged();
+    if (run_ && run_->report()) return followEnd();
     follow();
+}
+
+void RestorePresenter::followEnd() {
+    follow();
+    // Among many rows, those that matter now.
+    if (troubleCount_ > 0 && rowCount_ > rowsWithoutScrolling) setOnlyTrouble(true);
+}
+
+int RestorePresenter::expectedRows() const {
+    return run_ ? static_cast<int>(std::min<std::int64_t>(run_->expectedItems(), rowsWithoutScrolling)) : 0;
 }
 
 void RestorePresenter::follow() {
@@ -104,7 +122,7 @@ void RestorePresenter::follow() {
         const RestoreReport::Item& item = run_->items()[static_cast<std::size_t>(rowCount_)];
         const bool listed = outcomeOf(item.status).trouble() ? troubleCount_++ < mostRows : false;
         if (listed || rowCount_ < mostRows)
-            rows_.push_back({QString::fromStdString(item.id.lower()), rowValues(item, run_->workspace())});
+            rows_.push_back({QString::fromStdString(item.id.lower()), rowValues(item, *run_)});
     }
     if (rows_.size() != before || rows_.empty()) all_.setRows(rows_);
     const RestoreStates states = run_ ? RestoreStates::of(*run_) : RestoreStates{};

@@ -24,10 +24,13 @@ class RestorePresenter final : public QObject {
     Q_PROPERTY(bool running READ running NOTIFY changed)
     Q_PROPERTY(bool clean READ clean NOTIFY changed)          // over, with everything back
     Q_PROPERTY(double progress READ progress NOTIFY changed)  // of all windows, 0 to 1
-    /// app, identifier, text (all of it in words), heading (its first line), reason, word (where it comes
-    /// with neither a count nor a reason), outcome (RestoreOutcome::name), windowState (as the map has it),
-    /// trouble (empty: none); in the order they came, as many as a person may read.
+    /// app, identifier, text (all of it in words), heading (its first line), reason (as a person says it),
+    /// word (where it comes with neither a count nor a reason), outcome (RestoreOutcome::name), windowState
+    /// (as the map has it), trouble (empty: none), desktop ("Desktop 2", where it is worth a word), exact
+    /// (the reason as the command line has it); in the order they came, as many as a person may read.
     Q_PROPERTY(QAbstractItemModel* rows READ rows CONSTANT)
+    /// How many there will be, as far as can be known beforehand and is seen without scrolling.
+    Q_PROPERTY(int expectedRows READ expectedRows NOTIFY runChanged)
     Q_PROPERTY(QString more READ more NOTIFY changed)              // "and 9,800 more"; empty: these are all
     Q_PROPERTY(int rowCount READ rowCount NOTIFY changed)          // of all, listed or not
     Q_PROPERTY(int troubleCount READ troubleCount NOTIFY changed)  // failed and skipped ones
@@ -47,6 +50,7 @@ class RestorePresenter final : public QObject {
     bool clean() const { return run_ && run_->clean(); }
     double progress() const { return progress_; }
     QAbstractItemModel* rows() { return &shown_; }
+    int expectedRows() const;
     QString more() const;
     int rowCount() const { return rowCount_; }
     int troubleCount() const { return troubleCount_; }
@@ -63,6 +67,7 @@ class RestorePresenter final : public QObject {
   private:
     void followRun();
     void follow();
+    void followEnd();
 
     AppModel& model_;
     QPointer<RestoreRun> run_;
@@ -71,8 +76,8 @@ class RestorePresenter final : public QObject {
     double progress_ = 0;
     QTimer due_;  // for items that wait to be shown
     std::vector<RowList::Row> rows_;
-    RowList all_{
-        {"app", "identifier", "text", "heading", "reason", "word", "outcome", "windowState", "trouble"}};
+    RowList all_{{"app", "identifier", "text", "heading", "reason", "word", "outcome", "windowState",
+                  "trouble", "desktop", "exact"}};
     QSortFilterProxyModel shown_;
     int rowCount_ = 0, troubleCount_ = 0;
     bool onlyTrouble_ = false;

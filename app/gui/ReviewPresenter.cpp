@@ -95,9 +95,11 @@ QStringList ReviewPresenter::colors() const {
 }
 
 QVariantMap ReviewPresenter::states() const {
+    return present() ? untickedWindows(*model_.draft()) : QVariantMap();
+}
+
+QVariantMap untickedWindows(const CaptureDraft& draft) {
     QVariantMap states;
-    if (!present()) return states;
-    const CaptureDraft& draft = *model_.draft();
     for (const ApplicationSnapshot& application : draft.snapshot().applications) {
         const std::string& identifier = application.bundleIdentifier;
         for (const WindowSnapshot& window : application.windows) {
@@ -129,12 +131,20 @@ bool ReviewPresenter::touched() const {
     if (!present()) return false;
     const CaptureDraft& draft = *model_.draft();
     const std::string before = draft.updating() ? draft.updating()->name : std::string();
-    return draft.name() != before || !draft.excludedApps().empty() || !draft.excludedWindows().empty() ||
-           !draft.excludedContextURLs().empty();
+    return draft.name() != before || draft.exclusionsTouched();
 }
 
 void ReviewPresenter::save() {
     if (present() && !capturing()) model_.commit(*model_.draft());
+}
+
+bool ReviewPresenter::mayClose() {
+    if (touched()) {
+        Q_EMIT closeAsked();
+        return false;
+    }
+    cancel();
+    return true;
 }
 
 void ReviewPresenter::cancel() {

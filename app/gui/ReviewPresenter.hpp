@@ -10,6 +10,9 @@
 
 namespace quillo {
 
+/// The state that a map gives the windows which are left out, by CaptureFilter::windowKey.
+QVariantMap untickedWindows(const CaptureDraft& draft);
+
 class ReviewPresenter final : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool capturing READ capturing NOTIFY capturingChanged)
@@ -56,8 +59,12 @@ class ReviewPresenter final : public QObject {
     Q_INVOKABLE void setOpen(int row, bool open) { rows_.setOpen(row, open); }
     Q_INVOKABLE void save();
     Q_INVOKABLE void cancel();
+    /// The window is about to be closed, which cancels. Where something would be lost the person is asked
+    /// first: false.
+    bool mayClose();
 
   Q_SIGNALS:
+    void closeAsked();
     void capturingChanged();
     void draftChanged();
     void changed();

@@ -6,6 +6,7 @@
 #include <map>
 #include <set>
 
+#include "WindowEngine/capture/CaptureFilter.hpp"
 #include "app/gui/Words.hpp"
 
 namespace quillo {
@@ -50,7 +51,8 @@ std::int64_t contextNumber(const AppContext& context, std::size_t place) {
 
 }  // namespace
 
-void ReviewRows::show(CaptureDraft* draft) {
+void ReviewRows::show(CaptureDraft* draft, const std::optional<std::set<std::string>>& open,
+                      const Describe& describe) {
     beginResetModel();
     if (draft_) disconnect(draft_, nullptr, this, nullptr);
     draft_ = draft;
@@ -59,9 +61,10 @@ void ReviewRows::show(CaptureDraft* draft) {
     if (draft_) {
         connect(draft_, &CaptureDraft::exclusionsChanged, this, &ReviewRows::tickChanged);
         const WorkspaceSnapshot& snapshot = draft_->snapshot();
-        const bool open = snapshot.windowCount() <= windowsShownAtOnce;
+        const bool allOpen = snapshot.windowCount() <= windowsShownAtOnce;
         for (const ApplicationSnapshot& application : snapshot.applications)
-            addApplication(application, open);
+            addApplication(application, describe ? describe(application) : applicationCounts(application),
+                           open ? open->contains(application.bundleIdentifier) : allOpen);
     }
     for (std::size_t i = 0; i < entries_.size(); ++i) {
         if (reachable(i)) shown_.push_back(i);
@@ -69,12 +72,12 @@ void ReviewRows::show(CaptureDraft* draft) {
     endResetModel();
 }
 
-void ReviewRows::addApplication(const ApplicationSnapshot& application, bool open) {
+void ReviewRows::addApplication(const ApplicationSnapshot& application, QString detail, bool open) {
     const std::size_t self = entries_.size();
     entries_.push_back({.kind = Kind::app,
                         .parent = none,
                         .title = line(application.name),
-                        .detail = applicationCounts(application),
+                        .detail = std::move(detail),
                         .application = application.bundleIdentifier,
                         .window = 0,
                         .address = 0,
@@ -179,6 +182,8 @@ QVariant ReviewRows::data(const QModelIndex& index, int role) const {
             return entry.open;
         case LastRole:
             return last(row);
+        case WindowKeyRole:
+            return windowKey(shown_[row]);
         default:
             return {};
     }
@@ -189,7 +194,7 @@ QHash<int, QByteArray> ReviewRows::roleNames() const {
             {DetailRole, "detail"},     {IdentifierRole, "identifier"},
             {IncludedRole, "included"}, {FadedRole, "faded"},
             {OpenableRole, "openable"}, {OpenRole, "open"},
-            {LastRole, "last"}};
+            {LastRole, "last"},         {WindowKeyRole, "windowKey"}};
 }
 
 void ReviewRows::toggle(int row) {
@@ -232,6 +237,62 @@ void ReviewRows::setOpen(int row, bool open) {
         endRemoveRows();
     }
     Q_EMIT dataChanged(index(row), index(row), {OpenRole, LastRole});
+}
+
+std::set<std::string> ReviewRows::openApps() const {
+    std::set<std::string> identifiers;
+    for (const Entry& entry : entries_) {
+        if (entry.kind == Kind::app && entry.open && entry.end > 0) identifiers.insert(entry.application);
+    }
+    return identifiers;
+}
+
+QString ReviewRows::windowKey(std::size_t entry) const {
+    while (entry != none && entries_[entry].kind != Kind::window) entry = entries_[entry].parent;
+    if (entry == none) return {};
+    return qt(CaptureFilter::windowKey(entries_[entry].application, entries_[entry].window));
+}
+
+std::size_t ReviewRows::entryOf(const QString& key) const {
+    const auto is = [&](std::size_t i) { return entries_[i].kind == Kind::window && windowKey(i) == key; };
+    for (std::size_t i = 0; i < entries_.size(); ++i) {
+        if (is(i)) return i;
+    }
+    return none;
+}
+
+int ReviewRows::reveal(const QString& key) {
+    const std::size_t entry = entryOf(key);
+    if (entry == none) return -1;
+    const auto parent = std::ranges::lower_bound(shown_, entries_[entry].parent);
+    setOpen(static_cast<int>(parent - shown_.begin()), true);
+    return rowOf(key);
+}
+
+int ReviewRows::rowOf(const QString& key) const {
+    for (std::size_t i = entryOf(key); i != none; i = entries_[i].parent) {
+        if (reachable(i)) return static_cast<int>(std::ranges::lower_bound(shown_, i) - shown_.begin());
+    }
+    return -1;
+}
+
+QStringList ReviewRows::windowKeys() const {
+    QStringList keys;
+    for (std::size_t i = 0; i < entries_.size(); ++i) {
+        if (entries_[i].kind == Kind::window) keys << windowKey(i);
+    }
+    return keys;
+}
+
+QStringList ReviewRows::windowKeys(int row) const {
+    if (row < 0 || row >= rowCount()) return {};
+    const std::size_t self = shown_[static_cast<std::size_t>(row)];
+    if (entries_[self].kind != Kind::app) return {windowKey(self)};
+    QStringList keys;
+    for (std::size_t i = self + 1; i < entries_[self].end; ++i) {
+        if (entries_[i].kind == Kind::window) keys << windowKey(i);
+    }
+    return keys;
 }
 
 bool ReviewRows::included(const Entry& entry) const {

@@ -1,8 +1,12 @@
-// What a review lists: applications, below each its windows, and below those the folders or tabs that belong
-// to them. Rows of a closed one are not in the list.
+// What a review or a detail lists: applications, below each its windows, and below those the folders or tabs
+// that belong to them. Rows of a closed one are not in the list.
 #pragma once
 #include <QAbstractListModel>
+#include <QStringList>
 #include <cstdint>
+#include <functional>
+#include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -23,13 +27,19 @@ class ReviewRows final : public QAbstractListModel {
         FadedRole,       // what it belongs to is left out, so it is too
         OpenableRole,
         OpenRole,
-        LastRole,  // of its application
+        LastRole,      // of its application
+        WindowKeyRole  // CaptureFilter::windowKey of the window, or of the one it belongs to; else empty
     };
+    using Describe = std::function<QString(const ApplicationSnapshot&)>;
 
     using QAbstractListModel::QAbstractListModel;
 
-    /// Null where nothing is under review. The draft stays until the next call.
-    void show(CaptureDraft* draft);
+    /// Null where nothing is under review. The draft stays until the next call. Applications are open where
+    /// there are not too many windows, or as `open` says; `describe` gives their details, else their counts.
+    void show(CaptureDraft* draft, const std::optional<std::set<std::string>>& open = {},
+              const Describe& describe = {});
+    /// Identifiers of the applications that are open.
+    std::set<std::string> openApps() const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
@@ -38,6 +48,14 @@ class ReviewRows final : public QAbstractListModel {
     /// Ticks or unticks; a row that is not there is left alone.
     void toggle(int row);
     void setOpen(int row, bool open);
+    /// The row of a window by its key, whose application is opened for it; -1 where it is not listed.
+    int reveal(const QString& windowKey);
+    /// The row of a window, else of its application, as they are; -1 where neither is listed.
+    int rowOf(const QString& windowKey) const;
+    /// Keys of all windows, in the order of the list.
+    QStringList windowKeys() const;
+    /// Of the windows that the row stands for.
+    QStringList windowKeys(int row) const;
 
   private:
     static constexpr std::size_t none = static_cast<std::size_t>(-1);
@@ -53,7 +71,9 @@ class ReviewRows final : public QAbstractListModel {
         bool open = true;
     };
 
-    void addApplication(const ApplicationSnapshot& application, bool open);
+    void addApplication(const ApplicationSnapshot& application, QString detail, bool open);
+    QString windowKey(std::size_t entry) const;
+    std::size_t entryOf(const QString& windowKey) const;  // none where it is not listed
     void addWindow(const ApplicationSnapshot& application, const WindowSnapshot& window, std::size_t parent);
     void addLocations(const ApplicationSnapshot& application, std::size_t place, std::size_t parent);
     void addMore(std::size_t parent);

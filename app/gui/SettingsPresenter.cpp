@@ -25,16 +25,22 @@ QString sessionText(const Workspace& session) {
 }  // namespace
 
 SettingsPresenter::SettingsPresenter(AppModel& model, UpdateController& updates, LoginItemService& loginItem,
-                                     const Shell& shell, QObject* parent)
-    : QObject(parent), model_(model), updates_(updates), loginItem_(loginItem), shell_(shell) {
-    for (const auto signal : {&AppModel::settingsChanged, &AppModel::accessibilityGrantedChanged,
-                              &AppModel::autoSnapshotErrorChanged, &AppModel::sessionsChanged}) {
+                                     QObject* parent)
+    : QObject(parent), model_(model), updates_(updates), loginItem_(loginItem) {
+    for (const auto signal : {&AppModel::settingsChanged, &AppModel::settingsTroubleChanged,
+                              &AppModel::accessibilityGrantedChanged, &AppModel::autoSnapshotErrorChanged,
+                              &AppModel::sessionsChanged}) {
         connect(&model, signal, this, &SettingsPresenter::changed);
     }
     for (const auto signal : {&AppModel::sessionsChanged, &AppModel::busyChanged})
         connect(&model, signal, this, &SettingsPresenter::busyChanged);
     connect(&model.loginItem(), &LoginItemController::changed, this, &SettingsPresenter::loginChanged);
     connect(&updates, &UpdateController::changed, this, &SettingsPresenter::updatesChanged);
+}
+
+QStringList SettingsPresenter::trouble() const {
+    const auto& trouble = model_.settingsTrouble();
+    return trouble ? QStringList(QString::fromStdString(*trouble)) : QStringList();
 }
 
 bool SettingsPresenter::openAtLogin() const {
@@ -93,8 +99,7 @@ QString SettingsPresenter::sessionError() const {
 }
 
 bool SettingsPresenter::canRestore() const {
-    // What holds a relaunch up is what makes the model refuse a restore.
-    return sessionCount() > 0 && model_.canRelaunchForUpdate();
+    return model_.canRestoreLastSession();
 }
 
 QVariantList SettingsPresenter::earlierSessions() const {
@@ -108,7 +113,7 @@ QVariantList SettingsPresenter::earlierSessions() const {
 }
 
 void SettingsPresenter::restoreLastSession() {
-    if (sessionCount() > 0) model_.restore(model_.sessions().front(), model_.sessions().front().cleanSlate);
+    model_.restoreLastSession();
 }
 
 void SettingsPresenter::restoreSession(const QString& key) {

@@ -11,9 +11,12 @@ namespace quillo {
 
 class SettingsPresenter final : public QObject {
     Q_OBJECT
+    Q_PROPERTY(QStringList trouble READ trouble NOTIFY changed)  // what became of unreadable settings
     Q_PROPERTY(bool openAtLogin READ openAtLogin WRITE setOpenAtLogin NOTIFY loginChanged)
     Q_PROPERTY(bool loginNeedsApproval READ loginNeedsApproval NOTIFY loginChanged)
     Q_PROPERTY(QString loginError READ loginError NOTIFY loginChanged)
+    Q_PROPERTY(QString loginRefusal READ loginRefusal NOTIFY loginChanged)  // why it cannot be at all
+    Q_PROPERTY(bool canOpenLoginSettings READ canOpenLoginSettings CONSTANT)
     Q_PROPERTY(int appearance READ appearance WRITE setAppearance NOTIFY changed)  // system, light, dark
 
     Q_PROPERTY(bool accessGranted READ accessGranted NOTIFY changed)
@@ -38,12 +41,17 @@ class SettingsPresenter final : public QObject {
   public:
     /// All must outlive it.
     SettingsPresenter(AppModel& model, UpdateController& updates, LoginItemService& loginItem,
-                      const Shell& shell, QObject* parent = nullptr);
+                      QObject* parent = nullptr);
+
+    QStringList trouble() const;
+    Q_INVOKABLE void dismissTrouble() { model_.dismissSettingsTrouble(); }
 
     bool openAtLogin() const;
     void setOpenAtLogin(bool on) { model_.loginItem().setEnabled(on); }
     bool loginNeedsApproval() const;
     QString loginError() const;
+    QString loginRefusal() const { return QString::fromStdString(loginItem_.capability().reason()); }
+    bool canOpenLoginSettings() const { return loginItem_.hasSystemSettings(); }
     Q_INVOKABLE void openLoginSettings() { loginItem_.openSystemSettings(); }
 
     int appearance() const { return static_cast<int>(model_.settings().appearance); }
@@ -51,7 +59,7 @@ class SettingsPresenter final : public QObject {
 
     bool accessGranted() const { return model_.accessibilityGranted(); }
     QString accessRefusal() const;
-    bool canAllowAccess() const { return bool(shell_.canOpenSystemSettings()); }
+    bool canAllowAccess() const { return model_.canAllowAccess(); }
     Q_INVOKABLE void allowAccess() { model_.requestAccessibility(); }
 
     bool savesSessions() const { return model_.settings().autoSnapshotMinutes >= 1; }
@@ -91,7 +99,6 @@ class SettingsPresenter final : public QObject {
     AppModel& model_;
     UpdateController& updates_;
     LoginItemService& loginItem_;
-    const Shell& shell_;
 };
 
 }  // namespace quillo

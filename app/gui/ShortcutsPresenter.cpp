@@ -1,5 +1,8 @@
 #include "app/gui/ShortcutsPresenter.hpp"
 
+#include <QGuiApplication>
+#include <QTimer>
+
 namespace quillo {
 namespace {
 
@@ -38,10 +41,6 @@ QString ShortcutsPresenter::help() const {
     return text(ShortcutTexts::help);
 }
 
-QString ShortcutsPresenter::taken() const {
-    return text(ShortcutTexts::taken);
-}
-
 void ShortcutsPresenter::stopRecording() {
     save_.stop();
     switcher_.stop();
@@ -54,9 +53,19 @@ void ShortcutsPresenter::connectRecorder(ShortcutRecorder& recorder, HotKeyActio
         model_.setSettings(std::move(settings));
     });
     ShortcutRecorder& other = &recorder == &save_ ? switcher_ : save_;
-    connect(&recorder, &ShortcutRecorder::recordingChanged, &other, [&recorder, &other] {
+    connect(&recorder, &ShortcutRecorder::recordingChanged, this, [this, &recorder, &other] {
         if (recorder.recording()) other.stop();
+        pauseHotKeys();
     });
+}
+
+/// What has just been recorded is still held down: as soon as it were ours, its repetition would act.
+void ShortcutsPresenter::pauseHotKeys() {
+    const bool recording = save_.recording() || switcher_.recording();
+    const bool heldDown = QGuiApplication::queryKeyboardModifiers() &
+                          (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+    model_.hotKeys().setPaused(recording || heldDown);
+    if (heldDown && !recording) QTimer::singleShot(50, this, &ShortcutsPresenter::pauseHotKeys);
 }
 
 void ShortcutsPresenter::follow() {
@@ -68,8 +77,10 @@ void ShortcutsPresenter::follow() {
     Q_EMIT changed();
 }
 
-bool ShortcutsPresenter::takenBy(HotKeyAction action) const {
-    return model_.hotKeys().unavailable().contains(action);
+QString ShortcutsPresenter::refusalOf(HotKeyAction action) const {
+    const auto refusal = model_.hotKeys().refusal(action);
+    if (!refusal) return {};
+    return text(*refusal == HotKeys::Refusal::own ? ShortcutTexts::own : ShortcutTexts::taken);
 }
 
 }  // namespace quillo

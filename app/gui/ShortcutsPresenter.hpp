@@ -14,11 +14,10 @@ class ShortcutsPresenter final : public QObject {
         QString refusal READ refusal NOTIFY changed)  // why there can be none here; empty where there can
     Q_PROPERTY(QObject* save READ save CONSTANT)      // ShortcutRecorder
     Q_PROPERTY(QObject* switcher READ switcher CONSTANT)
-    Q_PROPERTY(bool saveTaken READ saveTaken NOTIFY changed)
-    Q_PROPERTY(bool switcherTaken READ switcherTaken NOTIFY changed)
-    Q_PROPERTY(QString hint READ hint CONSTANT)  // as written for macOS, as the next two
+    Q_PROPERTY(QString saveRefusal READ saveRefusal NOTIFY changed)  // why it does not work; empty: it does
+    Q_PROPERTY(QString switcherRefusal READ switcherRefusal NOTIFY changed)
+    Q_PROPERTY(QString hint READ hint CONSTANT)  // as written for macOS, as the next
     Q_PROPERTY(QString help READ help CONSTANT)
-    Q_PROPERTY(QString taken READ taken CONSTANT)
 
   public:
     /// All must outlive it.
@@ -30,11 +29,10 @@ class ShortcutsPresenter final : public QObject {
     QString refusal() const { return QString::fromStdString(hotKeys_.capability().reason()); }
     QObject* save() { return &save_; }
     QObject* switcher() { return &switcher_; }
-    bool saveTaken() const { return takenBy(HotKeyAction::save); }
-    bool switcherTaken() const { return takenBy(HotKeyAction::switcher); }
+    QString saveRefusal() const { return refusalOf(HotKeyAction::save); }
+    QString switcherRefusal() const { return refusalOf(HotKeyAction::switcher); }
     QString hint() const;
     QString help() const;
-    QString taken() const;
 
     /// Ends a recording without a change: what shows it has gone.
     Q_INVOKABLE void stopRecording();
@@ -44,8 +42,9 @@ class ShortcutsPresenter final : public QObject {
 
   private:
     void connectRecorder(ShortcutRecorder& recorder, HotKeyAction action);
+    void pauseHotKeys();
     void follow();
-    bool takenBy(HotKeyAction action) const;
+    QString refusalOf(HotKeyAction action) const;
 
     AppModel& model_;
     const HotKeyService& hotKeys_;

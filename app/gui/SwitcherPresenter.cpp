@@ -25,6 +25,14 @@ std::optional<Switcher::Key> keyOf(int key, int modifiers) {
             return Switcher::Key::down;
         case Qt::Key_Up:
             return Switcher::Key::up;
+        case Qt::Key_PageDown:
+            return Switcher::Key::pageDown;
+        case Qt::Key_PageUp:
+            return Switcher::Key::pageUp;
+        case Qt::Key_Home:
+            return Switcher::Key::home;
+        case Qt::Key_End:
+            return Switcher::Key::end;
         case Qt::Key_Return:
         case Qt::Key_Enter:
             return Switcher::Key::enter;

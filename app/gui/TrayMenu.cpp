@@ -63,6 +63,11 @@ TrayMenu::TrayMenu(AppModel& model, UpdateController& updates, Theme& theme, Tex
     emptyHint_ =
         addText(QStringLiteral("Save what's open now and it shows up here, one click from coming back."));
     more_ = addItem(QStringLiteral("More in Quillo…"), "ellipsis", [this] { model_.openMain(); });
+    menu_.addMenu(&options_);
+    menu_.addSeparator();
+    save_ = addItem(QStringLiteral("Save Current Desktop…"), "plus", [this] { model_.beginCapture(); });
+    lastSession_ =
+        addItem(QStringLiteral("Restore Last Session"), "history", [this] { model_.restoreLastSession(); });
     updateSeparator_ = menu_.addSeparator();
     update_ = addItem({}, "download", [this] {
         const auto install = updates_.installAndRelaunch();
@@ -77,7 +82,9 @@ TrayMenu::TrayMenu(AppModel& model, UpdateController& updates, Theme& theme, Tex
     connect(&model_, &AppModel::workspacesChanged, this, &TrayMenu::refreshWorkspaces);
     connect(&model_, &AppModel::storageIssuesChanged, this, &TrayMenu::refreshWorkspaces);
     connect(&model_, &AppModel::accessibilityGrantedChanged, this, &TrayMenu::refreshState);
-    connect(&model_, &AppModel::busyChanged, this, &TrayMenu::refreshState);
+    for (const auto changed :
+         {&AppModel::busyChanged, &AppModel::sessionsChanged, &AppModel::settingsChanged})
+        connect(&model_, changed, this, &TrayMenu::refreshState);
     connect(&updates_, &UpdateController::changed, this, &TrayMenu::refreshState);
     connect(&theme_, &Theme::changed, this, &TrayMenu::refreshIcons);
     refreshState();
@@ -105,11 +112,15 @@ void TrayMenu::setDrawnBy(MenuDrawnBy drawer) {
 
 void TrayMenu::refreshState() {
     finishSetup_->setVisible(!model_.accessibilityGranted());
+    // What holds a relaunch up is what makes the model refuse a capture.
+    const bool free = model_.canRelaunchForUpdate();
+    save_->setEnabled(free && model_.settings().onboarded && model_.accessibilityGranted());
+    lastSession_->setEnabled(model_.canRestoreLastSession());
     const auto& ready = updates_.readyVersion();
     const auto& available = updates_.availableVersion();
     update_->setVisible(ready || available);
     updateSeparator_->setVisible(update_->isVisible());
-    update_->setEnabled(!ready || model_.canRelaunchForUpdate());
+    update_->setEnabled(!ready || free);
     const std::string text =
         ready ? "Relaunch to update · " + *ready : "Update available · " + available.value_or(std::string());
     update_->setText(written(elidedText(qt(text), nameLength)));
@@ -130,15 +141,17 @@ void TrayMenu::refreshWorkspaces() {
     empty_->setVisible(all.empty());
     emptyHint_->setVisible(all.empty() && !unlisted);
     more_->setVisible(all.size() > shown.size());
+    options_.menuAction()->setVisible(!all.empty());
 }
 
 void TrayMenu::placeRow(std::size_t place, const Workspace& workspace) {
     const auto here = rows_.begin() + static_cast<std::ptrdiff_t>(place);
     const auto found = std::ranges::find(here, rows_.end(), workspace.id, &Row::id);
     if (found != here || here == rows_.end()) {
-        QAction* const before = here == rows_.end() ? empty_ : here->menu->menuAction();
+        const bool last = here == rows_.end();
         const Row row = found == rows_.end() ? makeRow(workspace) : *found;
-        menu_.insertAction(before, row.menu->menuAction());
+        menu_.insertAction(last ? empty_ : here->resume, row.resume);
+        options_.insertAction(last ? nullptr : here->options->menuAction(), row.options->menuAction());
         if (found != rows_.end()) {
             std::rotate(here, found, found + 1);
         } else {
@@ -149,47 +162,53 @@ void TrayMenu::placeRow(std::size_t place, const Workspace& workspace) {
 }
 
 TrayMenu::Row TrayMenu::makeRow(const Workspace& workspace) {
-    auto* const menu = new QMenu(&menu_);
     const Uuid id = workspace.id;
-    QAction* const applications = menu->addAction(QString());
+    auto* const options = new QMenu(&options_);
+    QAction* const applications = options->addAction(QString());
     applications->setEnabled(false);
-    addWorkspaceItem(*menu, QStringLiteral("Resume"), id,
-                     [this](const Workspace& one) { model_.restore(one, one.cleanSlate); });
     for (const CleanSlateMode mode : allCleanSlateModes) {
-        addWorkspaceItem(*menu, QStringLiteral("Resume · ") + qt(label(mode)), id,
-                         [this, mode](const Workspace& one) { model_.restore(one, mode); });
+        act(options->addAction(QStringLiteral("Resume · ") + qt(label(mode))), id,
+            [this, mode](const Workspace& one) { model_.restore(one, mode); });
     }
-    menu->addSeparator();
-    addWorkspaceItem(*menu, QStringLiteral("Preview in Quillo"), id,
-                     [this](const Workspace& one) { ways_.openDetail(one.id); });
-    addWorkspaceItem(*menu, QStringLiteral("Update from Current Desktop"), id,
-                     [this](const Workspace& one) { model_.beginCapture(one); });
-    return {.id = id, .menu = menu, .applications = applications, .look = {}};
+    options->addSeparator();
+    act(options->addAction(QStringLiteral("Preview in Quillo")), id,
+        [this](const Workspace& one) { ways_.openDetail(one.id); });
+    act(options->addAction(QStringLiteral("Update from Current Desktop")), id,
+        [this](const Workspace& one) { model_.beginCapture(one); });
+    QAction* const resume =
+        act(new QAction(&menu_), id, [this](const Workspace& one) { model_.restore(one, one.cleanSlate); });
+    return {.id = id, .resume = resume, .options = options, .applications = applications, .look = {}};
 }
 
 /// The workspace may have changed, or be gone, since its row was made.
-void TrayMenu::addWorkspaceItem(QMenu& menu, const QString& text, const Uuid& id,
-                                std::function<void(const Workspace&)> chosen) {
-    connect(menu.addAction(text), &QAction::triggered, this, [this, id, chosen = std::move(chosen)] {
+QAction* TrayMenu::act(QAction* item, const Uuid& id, std::function<void(const Workspace&)> chosen) {
+    connect(item, &QAction::triggered, this, [this, id, chosen = std::move(chosen)] {
         const auto found = std::ranges::find(model_.workspaces(), id, &Workspace::id);
         if (found != model_.workspaces().end()) chosen(*found);
     });
+    return item;
 }
 
 void TrayMenu::fillRow(Row& row, const Workspace& workspace) {
-    row.menu->setTitle(written(elidedText(line(workspace.name), nameLength)));
+    const QString name = written(elidedText(line(workspace.name), nameLength));
+    row.resume->setText(name);
+    row.options->setTitle(name);
     row.applications->setText(written(elidedText(applicationNames(workspace.snapshot), applicationsLength)));
     row.applications->setVisible(!workspace.snapshot.applications.empty());
     if (std::string look = workspace.icon + "/" + workspace.color; look != row.look) {
         row.look = std::move(look);
-        row.menu->setIcon(MenuIcons::badge(theme_, workspace));
+        const QIcon badge = MenuIcons::badge(theme_, workspace);
+        row.resume->setIcon(badge);
+        row.options->setIcon(badge);
     }
 }
 
 /// It may be open, or be where the click came from that led here.
 void TrayMenu::dropRow(std::vector<Row>::iterator row) {
-    menu_.removeAction(row->menu->menuAction());
-    row->menu->deleteLater();
+    menu_.removeAction(row->resume);
+    row->resume->deleteLater();
+    options_.removeAction(row->options->menuAction());
+    row->options->deleteLater();
     rows_.erase(row);
 }
 

@@ -1,5 +1,5 @@
-// The tray's menu: the saved workspaces, one click from coming back, and what a program without a window
-// needs.
+// The tray's menu: the saved workspaces, one click from coming back, what else can be done with each of them
+// under one entry, and what a program without a window needs.
 #pragma once
 #include <QMenu>
 #include <QObject>
@@ -44,15 +44,15 @@ class TrayMenu final : public QObject {
   private:
     struct Row {
         Uuid id;
-        QMenu* menu;  // a child of menu_
+        QAction* resume;
+        QMenu* options;  // of this workspace, a child of options_
         QAction* applications;
         std::string look;  // what its picture shows
     };
 
     QAction* addItem(const QString& text, const QString& symbol, std::function<void()> chosen);
     QAction* addText(const QString& text);
-    void addWorkspaceItem(QMenu& menu, const QString& text, const Uuid& id,
-                          std::function<void(const Workspace&)> chosen);
+    QAction* act(QAction* item, const Uuid& id, std::function<void(const Workspace&)> chosen);
     Row makeRow(const Workspace& workspace);
     void placeRow(std::size_t place, const Workspace& workspace);
     void fillRow(Row& row, const Workspace& workspace);
@@ -69,8 +69,10 @@ class TrayMenu final : public QObject {
     const Ways ways_;
     MenuDrawnBy drawer_ = MenuDrawnBy::qt;
     QMenu menu_;
+    QMenu options_{QStringLiteral("Workspace Options")};
     std::vector<Row> rows_;  // in the menu's order
-    QAction *header_, *finishSetup_, *empty_, *emptyHint_, *more_, *updateSeparator_, *update_;
+    QAction *header_, *finishSetup_, *empty_, *emptyHint_, *more_, *save_, *lastSession_, *updateSeparator_,
+        *update_;
     std::vector<std::pair<QAction*, QString>> symbols_;
 };
 

@@ -18,11 +18,36 @@ Ui::Ui(AppModel& model, TextVariant variant, QObject* parent)
 QString Ui::page() const {
     if (!model_.settings().onboarded) return QStringLiteral("onboarding");
     if (model_.draft() || model_.capturing()) return QStringLiteral("review");
-    if (model_.showingSettings()) return QStringLiteral("settings");
+    return place().page;
+}
+
+Ui::Place Ui::place() const {
     const std::optional<Uuid> id = Uuid::parse(detailId_.toStdString());
     const bool known =
         id && std::ranges::any_of(model_.workspaces(), [&](const Workspace& one) { return one.id == *id; });
-    return known ? QStringLiteral("detail") : QStringLiteral("library");
+    return {model_.showingSettings() ? QStringLiteral("settings")
+            : known                  ? QStringLiteral("detail")
+                                     : QStringLiteral("library"),
+            detailId_, settingsPane_};
+}
+
+void Ui::goTo(const Place& place) {
+    detailId_ = place.detailId;
+    settingsPane_ = place.settingsPane;
+    model_.setShowingSettings(place.page == QLatin1String("settings"));
+    Q_EMIT pageChanged();
+}
+
+QString Ui::toastKind() const {
+    switch (model_.toastKind()) {
+        case ToastKind::done:
+            return QStringLiteral("done");
+        case ToastKind::refusal:
+            return QStringLiteral("refusal");
+        case ToastKind::failure:
+            return QStringLiteral("failure");
+    }
+    return {};
 }
 
 void Ui::setSettingsPane(const QString& pane) {
@@ -56,6 +81,10 @@ void Ui::openSettings(const QString& pane) {
     if (!pane.isEmpty()) settingsPane_ = pane;
     model_.setShowingSettings(true);
     Q_EMIT pageChanged();
+}
+
+void Ui::undoToast() {
+    if (const std::optional<Uuid> id = model_.toastUndoes()) model_.undo(*id);
 }
 
 void Ui::back() {

@@ -16,18 +16,31 @@ class Ui final : public QObject {
     Q_PROPERTY(QString detailId READ detailId NOTIFY pageChanged)
     /// "general", "integrations", "privacy" or "about".
     Q_PROPERTY(QString settingsPane READ settingsPane WRITE setSettingsPane NOTIFY pageChanged)
-    Q_PROPERTY(QString toast READ toast NOTIFY toastChanged)  // empty: none is shown
+    Q_PROPERTY(QString toast READ toast NOTIFY toastChanged)           // empty: none is shown
+    Q_PROPERTY(QString toastKind READ toastKind NOTIFY toastChanged)   // "done", "refusal" or "failure"
+    Q_PROPERTY(bool toastUndoes READ toastUndoes NOTIFY toastChanged)  // it offers to undo what it tells
     Q_PROPERTY(bool onLinux READ onLinux CONSTANT)
     Q_PROPERTY(QString saveShortcut READ saveShortcut NOTIFY settingsChanged)  // of the global hot key
 
   public:
     Ui(AppModel& model, TextVariant variant, QObject* parent = nullptr);
 
+    /// A page of the main window that stays: "settings", "detail" or "library".
+    struct Place {
+        QString page, detailId, settingsPane;
+    };
+    /// What is shown, or would be without the introduction or a review.
+    Place place() const;
+    /// A workspace that is gone leads to the library.
+    void goTo(const Place& place);
+
     QString page() const;
     QString detailId() const { return detailId_; }
     QString settingsPane() const { return settingsPane_; }
     void setSettingsPane(const QString& pane);
     QString toast() const { return line(model_.toast().value_or("")); }
+    QString toastKind() const;
+    bool toastUndoes() const { return model_.toastUndoes().has_value(); }
     bool onLinux() const { return variant_ == TextVariant::onLinux; }
     QString saveShortcut() const;
 
@@ -39,6 +52,8 @@ class Ui final : public QObject {
     Q_INVOKABLE void openSettings(const QString& pane = {});
     /// From settings or detail to the library.
     Q_INVOKABLE void back();
+    Q_INVOKABLE void dismissToast() { model_.dismissToast(); }
+    Q_INVOKABLE void undoToast();
     Q_INVOKABLE void toggleSwitcher() { model_.toggleSwitcher(); }
     Q_INVOKABLE void beginCapture() { model_.beginCapture(); }
     Q_INVOKABLE void importWorkspace() { model_.importWorkspace(); }

@@ -8,13 +8,27 @@
 #include <QPixmapCache>
 #include <QQuickItem>
 #include <QScreen>
+#include <algorithm>
 #include <utility>
 
 namespace quillo {
 namespace {
 
-constexpr QSize mainSize{1080, 720}, mainMinimum{760, 520};
+constexpr QSize mainMinimum{760, 520};
 constexpr int panelMargin = 20;
+/// Beyond it a panel's shadow is nothing (the largest in Shadow.qml).
+constexpr int shadowRoom = 72;
+
+/// A panel's room in its own window, which ends where the screen does.
+QMargins roomAround(PanelAnchor anchor, bool translucent) {
+    if (!translucent) return {};
+    const int after = anchor == PanelAnchor::bottomTrailing ? panelMargin : shadowRoom;
+    return {shadowRoom, shadowRoom, after, after};
+}
+
+bool isTranslucent(const QQuickView& view) {
+    return view.color().alpha() == 0;
+}
 
 QString file(PanelID panel) {
     return panel == PanelID::switcher ? QStringLiteral("SwitcherPanel.qml")
@@ -29,10 +43,20 @@ QScreen* screenInUse() {
 
 }  // namespace
 
-Windows::Windows(Theme& theme, Prepare prepare, QObject* parent)
-    : QObject(parent), theme_(theme), prepare_(std::move(prepare)) {
+Windows::Windows(Theme& theme, Prepare prepare, PanelBackdrop backdrop, QObject* parent)
+    : QObject(parent), theme_(theme), prepare_(std::move(prepare)), backdrop_(std::move(backdrop)) {
+    QCoreApplication::instance()->installEventFilter(&presses_);
+    // A window that is maximized has its new size before it says so.
+    mainSizeSettled_.setSingleShot(true);
+    mainSizeSettled_.setInterval(300);
+    connect(&mainSizeSettled_, &QTimer::timeout, this, &Windows::noteMainSize);
     connect(&theme_, &Theme::changed, this, [this] {
         if (main_) main_->setColor(theme_.background());
+        const auto recolour = [this](QQuickView& view) {
+            if (!isTranslucent(view)) view.setColor(theme_.raised());
+        };
+        if (switcher_) recolour(*switcher_);
+        for (const auto& [panel, view] : panels_) recolour(*view);
     });
 }
 
@@ -41,13 +65,14 @@ Windows::~Windows() {
     dropAll();
 }
 
-std::unique_ptr<QQuickView> Windows::makeView(const QString& name) {
+std::unique_ptr<QQuickView> Windows::makeView(const QString& name, const QVariantMap& properties) {
     if (!engine_) {
         engine_ = std::make_unique<QQmlEngine>();
         engine_->addImportPath("qrc:/qt/qml");
         prepare_(*engine_);
     }
     auto view = std::make_unique<QQuickView>(engine_.get(), nullptr);
+    view->setInitialProperties(properties);
     view->installEventFilter(this);
     view->setSource(QUrl("qrc:/qt/qml/Quillo/" + name));
     return view;
@@ -56,16 +81,32 @@ std::unique_ptr<QQuickView> Windows::makeView(const QString& name) {
 void Windows::openMain() {
     if (bringMainForward()) return;
     main_ = makeView("RootView.qml");
+    presses_.pageCame();
     main_->setTitle("Quillo");
     main_->setColor(theme_.background());
     main_->setResizeMode(QQuickView::SizeRootObjectToView);
     main_->setMinimumSize(mainMinimum);
     const QRect room = screenInUse()->availableGeometry();
-    const QSize size = mainSize.boundedTo(room.size()).expandedTo(mainMinimum);
+    const QSize size = mainSize_.size.boundedTo(room.size()).expandedTo(mainMinimum);
     main_->setGeometry(QRect(room.center() - QPoint(size.width() / 2, size.height() / 2), size));
-    main_->show();
+    for (const auto changed : {&QWindow::widthChanged, &QWindow::heightChanged})
+        connect(main_.get(), changed, &mainSizeSettled_, qOverload<>(&QTimer::start));
+    if (mainSize_.maximized)
+        main_->showMaximized();
+    else
+        main_->show();
     main_->raise();  // on a Mac this, too, brings the program to the front
     main_->requestActivate();
+}
+
+/// While it is maximized, the size it had before stays the one to remember.
+void Windows::noteMainSize() {
+    if (!main_) return;
+    const Qt::WindowStates states = main_->windowStates();
+    mainSize_.maximized = states.testFlag(Qt::WindowMaximized);
+    if (!(states & (Qt::WindowMaximized | Qt::WindowFullScreen | Qt::WindowMinimized)))
+        mainSize_.size = main_->size();
+    Q_EMIT mainSizeNoted();
 }
 
 bool Windows::bringMainForward() {
@@ -77,21 +118,67 @@ bool Windows::bringMainForward() {
     return true;
 }
 
+void Windows::lowerMain() {
+    if (main_) main_->lower();
+}
+
+bool Windows::panelInUse(PanelID panel) const {
+    const auto found = panels_.find(panel);
+    if (found == panels_.end()) return false;
+    const QQuickView& view = *found->second;
+    return view.isActive() || view.geometry().contains(QCursor::pos());
+}
+
+std::unique_ptr<QQuickView> Windows::makePanel(PanelID panel) {
+    const bool translucent = translucentPanels();
+    auto view = makeView(file(panel), {{"translucent", translucent}});
+    view->setTitle(panel == PanelID::switcher ? "Quillo switcher" : "Quillo restore");
+    view->setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                   Qt::NoDropShadowWindowHint);
+    view->setColor(translucent ? QColor(Qt::transparent) : theme_.raised());
+    view->setResizeMode(QQuickView::SizeViewToRootObject);
+    view->setProperty("_q_macAlwaysShowToolWindow", true);  // a Mac hides it with the program otherwise
+    // The progress of a restore must not take the keyboard from what the person types into.
+    if (panel == PanelID::restore) view->setProperty("_q_showWithoutActivating", true);
+    // It grows and shrinks with its rows, from the edge that its place holds it at.
+    connect(view.get(), &QWindow::heightChanged, this, [this, panel, view = view.get()] {
+        if (!panels_.contains(panel)) return;
+        place(*view, places_[panel]);
+        declareShadow(*view, places_[panel]);
+    });
+    return view;
+}
+
+/// Drawn, it has all glyphs, symbols and maps of its first frame; created, the window system knows it.
+void Windows::prepareSwitcher() {
+    if (switcher_ || panels_.contains(PanelID::switcher)) return;
+    switcher_ = makePanel(PanelID::switcher);
+    switcher_->create();
+    switcher_->grabWindow();
+}
+
 void Windows::showPanel(PanelID panel, PanelPlace where) {
     closePanel(panel);
-    auto view = makeView(file(panel));
-    view->setTitle(panel == PanelID::switcher ? "Quillo switcher" : "Quillo restore");
-    view->setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
-    view->setColor(theme_.raised());
-    view->setResizeMode(QQuickView::SizeViewToRootObject);
-    place(*view, where);
+    // What a window is made for, it stays: with a compositor that came or went it is made anew.
+    if (switcher_ && isTranslucent(*switcher_) != translucentPanels()) switcher_.reset();
+    auto view = panel == PanelID::switcher && switcher_ ? std::move(switcher_) : makePanel(panel);
     QQuickView& shown = *view;
-    // It grows and shrinks with its rows, from the edge that its place holds it at.
-    connect(view.get(), &QWindow::heightChanged, this, [this, &shown, where] { place(shown, where); });
+    const QMargins room = roomAround(where.anchor, isTranslucent(shown));
+    if (QQuickItem* root = shown.rootObject()) {
+        root->setProperty("roomBefore", room.left());
+        root->setProperty("roomAfter", room.right());
+    }
+    place(shown, where);
+    places_[panel] = where;
     panels_[panel] = std::move(view);
-    // The progress of a restore must not take the keyboard from what the person types into.
-    if (panel == PanelID::restore) shown.setProperty("_q_showWithoutActivating", true);
-    shown.setProperty("_q_macAlwaysShowToolWindow", true);  // a Mac hides it with the program otherwise
+    shown.create();
+    declareShadow(shown, where);
+    // And once it stands: window managers that put it into a frame of their own look for its shape only from
+    // then on.
+    connect(
+        &shown, &QQuickWindow::frameSwapped, this, [this, &shown, where] { declareShadow(shown, where); },
+        Qt::SingleShotConnection);
+    presses_.pageCame();
     shown.show();
     if (panel == PanelID::switcher) {
         shown.raise();
@@ -99,18 +186,32 @@ void Windows::showPanel(PanelID panel, PanelPlace where) {
     }
 }
 
+void Windows::declareShadow(const QQuickView& view, PanelPlace where) const {
+    const QMargins room = roomAround(where.anchor, isTranslucent(view));
+    if (!room.isNull() && backdrop_.declareShadow) backdrop_.declareShadow(view, room);
+}
+
 void Windows::place(QQuickView& view, PanelPlace where) const {
     QQuickItem* root = view.rootObject();
-    if (root) root->setWidth(where.width);
-    const QRect room = (view.isVisible() ? view.screen() : screenInUse())->availableGeometry();
-    const QSize size(static_cast<int>(where.width), root ? static_cast<int>(root->height()) : view.height());
+    if (!root) return;
+    const double before = root->property("roomBefore").toDouble(),
+                 after = root->property("roomAfter").toDouble();
+    root->setWidth(where.width + before + after);
+    const QRect screen = (view.isVisible() ? view.screen() : screenInUse())->availableGeometry();
+    const QSize size = QSizeF(where.width, root->height() - before - after).toSize();
+    QPoint corner;  // of the panel itself
     if (where.anchor == PanelAnchor::bottomTrailing) {
-        view.setPosition(room.right() + 1 - panelMargin - size.width(),
-                         room.bottom() + 1 - panelMargin - size.height());
+        corner = QPoint(screen.right(), screen.bottom()) + QPoint(1, 1) - QPoint(panelMargin, panelMargin) -
+                 QPoint(size.width(), size.height());
     } else {
-        view.setPosition(room.x() + (room.width() - size.width()) / 2,
-                         room.y() + (room.height() - size.height()) / 2 - room.height() / 10);
+        // What one reads and types into stays where it is while the rows below come and go.
+        const int top = view.isVisible()
+                            ? view.y() + static_cast<int>(before)
+                            : screen.y() + (screen.height() - size.height()) / 2 - screen.height() / 10;
+        corner = {screen.x() + (screen.width() - size.width()) / 2,
+                  std::max(screen.y(), std::min(top, screen.bottom() + 1 - size.height()))};
     }
+    view.setPosition(corner - QPoint(static_cast<int>(before), static_cast<int>(before)));
 }
 
 void Windows::closePanel(PanelID panel) {
@@ -118,12 +219,25 @@ void Windows::closePanel(PanelID panel) {
     if (found == panels_.end()) return;
     auto view = std::move(found->second);
     panels_.erase(found);
-    retire(std::move(view));
+    if (view->geometry().contains(QCursor::pos())) presses_.pageCame();
+    if (panel == PanelID::restore) return retire(std::move(view));
+    view->hide();
+    switcher_ = std::move(view);
+    QMetaObject::invokeMethod(this, &Windows::trimWhenUnused, Qt::QueuedConnection);
+}
+
+void Windows::closeMain() {
+    if (!main_) return;
+    noteMainSize();
+    retire(std::move(main_));
+    Q_EMIT mainClosed();
 }
 
 void Windows::dropAll() {
+    noteMainSize();
     main_.reset();
     panels_.clear();
+    switcher_.reset();
     if (retired_ == 0) dropEngine();
 }
 
@@ -136,22 +250,25 @@ QQuickWindow* Windows::panelWindow(PanelID panel) const {
 void Windows::retire(std::unique_ptr<QQuickView> view) {
     view->removeEventFilter(this);
     view->hide();
+    trimmed_ = false;
     ++retired_;
     QQuickView* gone = view.release();
     std::erase_if(retiring_, [](const QPointer<QQuickView>& one) { return !one; });
     retiring_.emplace_back(gone);
     connect(gone, &QObject::destroyed, this, [this] {
         --retired_;
-        QMetaObject::invokeMethod(this, &Windows::dropEngineWhenUnused, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, &Windows::trimWhenUnused, Qt::QueuedConnection);
     });
     gone->deleteLater();
 }
 
-void Windows::dropEngineWhenUnused() {
-    if (main_ || !panels_.empty() || retired_ > 0 || !engine_) return;
-    dropEngine();
+void Windows::trimWhenUnused() {
+    if (trimmed_ || main_ || !panels_.empty() || retired_ > 0 || !engine_) return;
+    trimmed_ = true;
+    engine_->collectGarbage();
+    engine_->trimComponentCache();
     QPixmapCache::clear();
-    Q_EMIT engineDropped();
+    Q_EMIT allClosed();
 }
 
 /// Lists leave the deletion of their rows to a later turn, and a row that is being animated goes on moving
@@ -175,8 +292,12 @@ bool Windows::eventFilter(QObject* watched, QEvent* event) {
         return true;
     }
     if (watched == main_.get() && event->type() == QEvent::Close) {
-        retire(std::move(main_));
-        Q_EMIT mainClosed();
+        if (mainMayClose()) {
+            closeMain();
+        } else {
+            event->ignore();
+            bringMainForward();
+        }
         return true;
     }
     return false;

@@ -107,9 +107,18 @@ const SavedWindow* fullscreenOf(const DesktopChoice& choice) {
     return found != choice.windows.end() ? &*found : nullptr;
 }
 
+/// Where there is room for it, so that nothing looks as if it were still to come.
+void addEmptyNote(MapDisplay& display, const MapRequest& request) {
+    const double width = widthOf(emptyNote, MapText::label, request) + 2, height = 14 * request.textScale;
+    if (!mapMeasures(request.style).large || width > display.frame.width - 16) return;
+    display.emptyNote = {std::round(display.frame.midX() - width / 2),
+                         std::round(display.frame.midY() - height / 2), width, std::ceil(height)};
+}
+
 void addWindows(MapDisplay& display, const PlacedDisplay& placed, const DisplayWindows& windows,
                 const MapRequest& request) {
     const DesktopChoice& choice = windows.choices[windows.shown];
+    if (choice.desktop.empty) return addEmptyNote(display, request);
     if (const SavedWindow* fullscreen = fullscreenOf(choice)) {
         display.menuBar = 0;
         display.tiles = {makeFullscreenTile(*fullscreen, placed, display.radius, request)};
@@ -149,7 +158,7 @@ std::vector<MapSegment> segmentsFor(const MapDisplay& display, const MapRequest&
     const double space = display.frame.width;
     std::vector<MapSegment> segments;
     for (std::size_t i = 0; i < display.desktops.size(); ++i)
-        segments.push_back({display.desktops[i].label, i});
+        segments.push_back({display.desktops[i].label, i, display.desktops[i].empty});
     if (segments.size() == 1 && widthOf(segments[0].label, MapText::label, request) > space) return {};
     if (segments.size() < 2 || segmentsWidth(segments, request) <= space) return segments;
     for (MapSegment& segment : segments) {

@@ -77,6 +77,8 @@ struct MapChip {
     Rect icon;
 };
 
+inline constexpr std::string_view emptyNote = "No windows";
+
 /// Minimized windows, and windows of displays that are unknown.
 struct MapDock {
     Rect frame;
@@ -89,6 +91,7 @@ struct MapDock {
 /// One choice of what a display shows: an ordinary desktop, or a full-screen window, which owns one.
 struct MapDesktop {
     std::string label;  // "Desktop 2", or the application's name
+    bool empty = false;
     bool operator==(const MapDesktop&) const = default;
 };
 
@@ -96,6 +99,7 @@ struct MapDesktop {
 struct MapSegment {
     std::string label;
     std::size_t position = 0;  // among MapDisplay::desktops
+    bool empty = false;
     bool operator==(const MapSegment&) const = default;
 };
 
@@ -106,6 +110,7 @@ struct MapDisplay {
     double menuBar = 0;          // height of its line, 0: none
     std::vector<MapTile> tiles;  // back to front
     std::optional<MapDock> dock;
+    Rect emptyNote;    // where it says that no window is there; empty: it does not
     std::string more;  // "+48", windows that are not drawn; empty: none
     Rect moreFrame;
     std::vector<MapDesktop> desktops;

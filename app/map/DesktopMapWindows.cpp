@@ -95,12 +95,13 @@ std::vector<DesktopChoice> choicesOf(Stock& stock) {
     for (auto& [index, windows] : stock.byDesktop) {
         if (choices.size() == mostDesktops) break;
         const DesktopSnapshot desktop{.displayID = {}, .index = index, .uuid = {}};
-        choices.push_back({{"Desktop " + std::to_string(desktop.number())}, std::move(windows)});
+        const bool empty = windows.empty() && stock.everywhere.empty();
+        choices.push_back({{"Desktop " + std::to_string(desktop.number()), empty}, std::move(windows)});
     }
     for (const SavedWindow& saved : stock.fullscreen) {
         if (choices.size() == mostDesktops) break;
         const std::string name = text::clipped(saved.application->name, mostCharacters);
-        choices.push_back({{name.empty() ? "Full screen" : name}, {saved}, true});
+        choices.push_back({{name.empty() ? "Full screen" : name, false}, {saved}, true});
     }
     return choices;
 }
@@ -235,7 +236,10 @@ std::vector<DisplayWindows> windowsOfDisplays(const WorkspaceSnapshot& snapshot,
         result[i].choices = choicesOf(stocks[i]);
         const auto asked = request.shownDesktops.find(displays[i].display->id);
         const bool valid = asked != request.shownDesktops.end() && asked->second < result[i].choices.size();
-        result[i].shown = valid ? asked->second : fullest(result[i].choices, stocks[i].everywhere.size());
+        const std::size_t full = fullest(result[i].choices, stocks[i].everywhere.size());
+        result[i].shown = valid ? asked->second : full;
+        if (!result[i].homeless.empty()) result[i].choices[full].desktop.empty = false;
+        if (result[i].shown != full) result[i].homeless.clear();
         // On every desktop, of which one is shown.
         DesktopChoice& shown = result[i].choices[result[i].shown];
         const std::vector<SavedWindow>& everywhere = stocks[i].everywhere;

@@ -29,7 +29,7 @@ struct DisplayWindows {
     std::vector<DesktopChoice>
         choices;                        // at least one; ordinary desktops by number, then full-screen windows
     std::size_t shown = 0;              // the one asked for, else the one with the most windows
-    std::vector<SavedWindow> homeless;  // whose display is unknown: on the primary display, whatever it shows
+    std::vector<SavedWindow> homeless;  // whose display is unknown: on the primary one's fullest desktop
 };
 
 /// One for each of `displays`, in their order.

@@ -77,6 +77,7 @@ int run(QApplication& application, LaunchRequest request) {
                      .variant = TextVariant::onMac,
                      .icon = macIcon,
                      .olderTrayIsThere = nullptr,  // the menu bar always is
+                     .panels = {.translucent = [] { return true; }, .declareShadow = nullptr},
                      .releaseFreeMemory = releaseFreeMemory});
     running = &program;
     QObject::connect(&program.model(), &AppModel::busyChanged,

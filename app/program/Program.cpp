@@ -1,6 +1,14 @@
 #include "app/program/Program.hpp"
 
+#include <QTimer>
+
 namespace quillo {
+namespace {
+
+/// After the start, which others may be waiting for as well: a session begins with many programs.
+constexpr std::chrono::milliseconds beforePreparing{1000};
+
+}  // namespace
 
 Program::Program(const System& system)
     : shell_(theme_, appearance_, notifier_, system.services.nativeShell),
@@ -12,7 +20,10 @@ Program::Program(const System& system)
                   .keys = keys_,
                   .updates = updates_,
                   .variant = system.variant,
-                  .systemIcon = system.icon}),
+                  .systemIcon = system.icon,
+                  .panels = system.panels,
+                  .trayShown = [this] { return tray_.shown(); },
+                  .quit = system.variant == TextVariant::onMac ? nullptr : &QCoreApplication::quit}),
       model_({system.services, system.data, system.digest, shell_, interface_}),
       trayMenu_(model_, updates_, theme_, system.variant,
                 {.openDetail = [this](const Uuid& workspace) { interface_.openDetail(workspace); },
@@ -23,7 +34,8 @@ Program::Program(const System& system)
           return interface_.windows().mainOpen() || interface_.panelVisible(PanelID::restore);
       }) {
     interface_.attach(model_);
-    QObject::connect(&interface_.windows(), &Windows::engineDropped, system.releaseFreeMemory);
+    QObject::connect(&interface_.windows(), &Windows::allClosed, system.releaseFreeMemory);
+    QTimer::singleShot(beforePreparing, &interface_, [this] { interface_.windows().prepareSwitcher(); });
     if (system.variant == TextVariant::onMac) {
         menuBar_ = std::make_unique<MenuBar>(
             model_, updates_,

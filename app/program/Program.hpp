@@ -29,6 +29,7 @@ class Program {
         TextVariant variant;
         FindIcon icon;                           // none: applications' icons come from .desktop files
         std::function<bool()> olderTrayIsThere;  // see TrayIcon
+        PanelBackdrop panels;
         std::function<void()> releaseFreeMemory;
     };
 

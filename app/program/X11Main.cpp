@@ -1,5 +1,6 @@
 // The application on a Linux desktop.
 #include <QQuickWindow>
+#include <cmath>
 
 #include "app/QtExecutor.hpp"
 #include "app/gui/ActivationToken.hpp"
@@ -14,6 +15,7 @@
 #include "platform/posix/FreeMemory.hpp"
 #include "platform/posix/PosixFileSystem.hpp"
 #include "platform/posix/StandardDirectories.hpp"
+#include "platform/x11/PanelBackdrop.hpp"
 #include "platform/x11/SystemTray.hpp"
 #include "platform/x11/X11Desktop.hpp"
 #include "platform/x11/X11HotKeys.hpp"
@@ -58,6 +60,19 @@ struct LinuxServices {
     LogindPowerEvents power;
 };
 
+/// Through the connection that made the window: on another one the server may not know it yet.
+void declareShadow(const QWindow& window, const QMargins& shadow) {
+    const auto* qt = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (!qt) return;
+    const auto pixels = [ratio = window.devicePixelRatio()](int points) {
+        return static_cast<std::uint32_t>(std::lround(points * ratio));
+    };
+    x11::declareShadow(
+        qt->connection(), static_cast<xcb_window_t>(window.winId()), pixels(window.width()),
+        pixels(window.height()),
+        {pixels(shadow.left()), pixels(shadow.right()), pixels(shadow.top()), pixels(shadow.bottom())});
+}
+
 int run(QApplication& application, LaunchRequest request, const QString& token) {
     const Result<StandardDirectories> directories = StandardDirectories::find();
     if (!directories) return refuse(directories.error().text);
@@ -85,6 +100,8 @@ int run(QApplication& application, LaunchRequest request, const QString& token) 
                      .variant = TextVariant::onLinux,
                      .icon = nullptr,
                      .olderTrayIsThere = [&] { return x11::hasSystemTray(**connection); },
+                     .panels = {.translucent = [&] { return x11::isComposited(**connection); },
+                                .declareShadow = declareShadow},
                      .releaseFreeMemory = releaseFreeMemory});
     running = &program;
     carryOut(request, token);

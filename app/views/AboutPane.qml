@@ -38,6 +38,7 @@ Column {
     SettingNote {
         x: 1
         width: parent.width - 2
-        text: Ui.text("Updates download in the background and install when you quit Quillo. Closing a window keeps Quillo running in the menu bar.")
+        text: Closing.withoutTray ? Closing.note
+              : Ui.text("Updates download in the background and install when you quit Quillo. Closing a window keeps Quillo running in the menu bar.")
     }
 }

@@ -27,7 +27,7 @@ Rectangle {
     }
     PushButton {
         id: button
-        visible: !Ui.onLinux
+        visible: Library.canAllowAccess
         anchors.right: parent.right
         anchors.rightMargin: 12
         anchors.verticalCenter: parent.verticalCenter

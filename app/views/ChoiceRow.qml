@@ -18,6 +18,7 @@ Flow {
     Accessible.role: Accessible.Grouping
     Accessible.name: label
 
+    function focusCurrent() { repeater.itemAt(Math.max(0, place)).forceActiveFocus(Qt.PopupFocusReason) }
     function step(index, by) {
         const next = Math.min(entries.length - 1, Math.max(0, index + by))
         repeater.itemAt(next).forceActiveFocus(Qt.TabFocusReason)  // first: the one in use stays a stop of Tab

@@ -12,6 +12,36 @@ Item {
     /// Radius of the wall behind it; below 0 there is none, for a map that stands on a wall of its owner.
     property real wallRadius: style === "detail" || style === "review" ? 16 : style === "restore" ? 12 : -1
     signal desktopPicked(string display, int position)
+    /// Windows can be pointed at and picked, by mouse and with the arrow keys.
+    property bool pickable: false
+    property var pointedKeys: []  // outlined lightly
+    property var pickedKeys: []   // and strongly
+    property var order: []        // of the keys, for the arrow keys
+    signal pointed(string key)    // empty: none any more
+    signal picked(string key)
+
+    function step(by) {
+        if (order.length === 0) return
+        const at = order.indexOf(pickedKeys[0] ?? "")
+        picked(order[Math.max(0, Math.min(order.length - 1, at < 0 ? 0 : at + by))])
+    }
+    /// The desktop on which the window stands is shown.
+    function show(key) {
+        const hidden = picture.hiddenDesktop(key)
+        if (hidden.display !== undefined) showDesktop(hidden.display, hidden.position)
+    }
+    activeFocusOnTab: pickable
+    property bool byKey: false  // the keyboard was used last
+    onActiveFocusChanged: byKey = activeFocus
+    Keys.onPressed: (event) => {
+        if (!pickable) return
+        const back = event.key === Qt.Key_Up || event.key === (LayoutMirroring.enabled ? Qt.Key_Right : Qt.Key_Left)
+        const on = event.key === Qt.Key_Down || event.key === (LayoutMirroring.enabled ? Qt.Key_Left : Qt.Key_Right)
+        if (!back && !on) return
+        byKey = true
+        step(back ? -1 : 1)
+        event.accepted = true
+    }
 
     function showDesktop(display, position) {
         const shown = Object.assign({}, shownDesktops)
@@ -34,6 +64,51 @@ Item {
         anchors.fill: parent
         theme: Theme
     }
+    component Outline: Rectangle {
+        required property var modelData
+        property real gap: 1
+        x: modelData.x - gap
+        y: modelData.y - gap
+        width: modelData.width + 2 * gap
+        height: modelData.height + 2 * gap
+        radius: modelData.radius + gap
+        color: "transparent"
+        border.width: 2
+        border.color: Theme.accent
+    }
+    Repeater {
+        model: root.pointedKeys.length > 0 && picture.layoutCount > 0 ? picture.outlines(root.pointedKeys) : []
+        Outline { opacity: 0.5 }
+    }
+    Repeater {
+        model: root.pickedKeys.length > 0 && picture.layoutCount > 0 ? picture.outlines(root.pickedKeys) : []
+        Outline {}
+    }
+    FocusRing {
+        shown: root.byKey
+        radius: Math.max(0, root.wallRadius) + 4
+    }
+    MouseArea {
+        anchors.fill: parent
+        enabled: root.pickable
+        hoverEnabled: true
+        id: pointer
+        property string key
+        cursorShape: key !== "" ? Qt.PointingHandCursor : Qt.ArrowCursor
+        function follow(key) {
+            if (key === pointer.key) return
+            pointer.key = key
+            root.pointed(key)
+        }
+        onPositionChanged: (event) => follow(picture.keyAt(event.x, event.y))
+        onExited: follow("")
+        onClicked: (event) => {
+            root.forceActiveFocus(Qt.MouseFocusReason)
+            root.byKey = false
+            const key = picture.keyAt(event.x, event.y)
+            if (key !== "") root.picked(key)
+        }
+    }
     Repeater {
         model: picture.captions.length
         Item {
@@ -42,7 +117,7 @@ Item {
             LayoutMirroring.enabled: false
             LayoutMirroring.childrenInherit: true
             required property int index
-            readonly property var what: picture.captions[index] ?? { labels: [], positions: [], current: -1 }
+            readonly property var what: picture.captions[index] ?? { labels: [], positions: [], empty: [], current: -1 }
             // As text, so that the segments stay, and keep the focus, while another desktop is shown.
             readonly property string labels: what.labels.join("\n")
 
@@ -65,6 +140,7 @@ Item {
                 mini: true
                 label: "Desktop that the map shows"
                 model: caption.labels.split("\n")
+                faint: caption.what.empty
                 current: caption.what.current
                 onPicked: index => root.showDesktop(caption.what.display, caption.what.positions[index])
             }

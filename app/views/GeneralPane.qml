@@ -10,7 +10,9 @@ Column {
             title: "Open Quillo at login"
             toggle: login
             caption: Settings.loginError !== "" ? Settings.loginError
+                     : Settings.loginRefusal !== "" ? Settings.loginRefusal
                      : Settings.loginNeedsApproval ? Ui.text("Allow Quillo in System Settings to finish enabling this.")
+                     : Closing.withoutTray ? "Keep Quillo's shortcuts at hand after you log in."
                      : Ui.text("Keep Quillo handy in the menu bar after you log in.")
             captionColor: Settings.loginError !== "" ? Theme.danger
                           : Settings.loginNeedsApproval ? Theme.warning : Theme.text2
@@ -18,7 +20,7 @@ Column {
                 spacing: 12
                 PushButton {
                     anchors.verticalCenter: parent.verticalCenter
-                    visible: Settings.loginNeedsApproval && !Ui.onLinux
+                    visible: Settings.loginNeedsApproval && Settings.canOpenLoginSettings
                     compact: true
                     text: "Allow in Settings"
                     onClicked: Settings.openLoginSettings()
@@ -26,6 +28,7 @@ Column {
                 Toggle {
                     id: login
                     anchors.verticalCenter: parent.verticalCenter
+                    visible: Settings.loginRefusal === ""
                     label: "Open Quillo at login"
                     checked: Settings.openAtLogin
                     onToggled: Settings.openAtLogin = !Settings.openAtLogin
@@ -33,7 +36,21 @@ Column {
             }
         }
         SettingRow {
+            id: closing
+            visible: Closing.withoutTray && Closing.canQuit
+            height: visible ? implicitHeight : 0
+            title: "When the window is closed"
+            caption: "This desktop shows no tray: starting Quillo again or its shortcuts bring it back."
+            Segmented {
+                label: closing.title
+                model: ["Ask", "Keep running", "Quit"]
+                current: Closing.choice
+                onPicked: (index) => Closing.choice = index
+            }
+        }
+        SettingRow {
             title: "Appearance"
+            separator: access.visible
             Segmented {
                 label: "Appearance"
                 model: ["System", "Light", "Dark"]
@@ -42,11 +59,13 @@ Column {
             }
         }
         SettingRow {
+            id: access
+            visible: Settings.canAllowAccess
+            height: visible ? implicitHeight : 0
             separator: false
-            title: Ui.onLinux ? "Window access" : "Accessibility"
+            title: "Accessibility"
             caption: Settings.accessGranted || Settings.accessRefusal === ""
-                     ? Ui.text("Lets Quillo read window titles and positions, and move windows back.")
-                     : Settings.accessRefusal
+                     ? "Lets Quillo read window titles and positions, and move windows back." : Settings.accessRefusal
             captionColor: Settings.accessGranted ? Theme.text2 : Theme.warning
             Row {
                 spacing: 6
@@ -65,7 +84,7 @@ Column {
                     color: Theme.success
                 }
                 PushButton {
-                    visible: !Settings.accessGranted && Settings.canAllowAccess
+                    visible: !Settings.accessGranted
                     compact: true
                     text: "Allow in Settings"
                     onClicked: Settings.allowAccess()
@@ -77,6 +96,7 @@ Column {
     SettingGroup {
         SettingRow {
             title: "Global shortcuts"
+            separator: Shortcuts.refusal === ""
             caption: Shortcuts.refusal !== "" ? Shortcuts.refusal : "Work in any app, even when Quillo isn't in front."
             captionColor: Shortcuts.refusal !== "" ? Theme.warning : Theme.text2
             Toggle {
@@ -87,17 +107,20 @@ Column {
             }
         }
         SettingRow {
+            visible: Shortcuts.refusal === ""
+            height: visible ? implicitHeight : 0
             sub: true
             title: "Jump between saved workspaces."
-            caption: Shortcuts.switcherTaken ? Shortcuts.taken : ""
+            caption: Shortcuts.switcherRefusal
             captionColor: Theme.danger
             ShortcutField { action: "switcher" }
         }
         SettingRow {
+            visible: Shortcuts.refusal === ""
+            height: visible ? implicitHeight : 0
             sub: true
-            separator: Shortcuts.refusal === ""
             title: "Snapshot every open window into a workspace."
-            caption: Shortcuts.saveTaken ? Shortcuts.taken : ""
+            caption: Shortcuts.saveRefusal
             captionColor: Theme.danger
             ShortcutField { action: "save" }
         }
@@ -173,13 +196,12 @@ Column {
     }
 
     SettingGroup {
+        visible: Settings.updatesRefusal === ""
         SettingRow {
             separator: false
             title: "Automatic updates"
-            caption: Settings.updatesRefusal !== "" ? Settings.updatesRefusal
-                     : "Check hourly and prepare updates without interrupting your work."
+            caption: "Check hourly and prepare updates without interrupting your work."
             Toggle {
-                visible: Settings.updatesRefusal === ""
                 label: "Automatic updates"
                 checked: Settings.automaticUpdates
                 onToggled: Settings.automaticUpdates = !Settings.automaticUpdates

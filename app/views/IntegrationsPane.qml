@@ -21,23 +21,16 @@ Column {
                 required property bool on
                 required property string refusal
                 title: name
-                separator: index + 1 < adapters.count || Privacy.adaptersRefusal !== ""
-                // A reason that holds for all of them is said once, below.
-                caption: refusal !== "" && Privacy.adaptersRefusal === "" ? refusal : note
-                captionColor: refusal !== "" && Privacy.adaptersRefusal === "" ? Theme.warning : Theme.text2
+                separator: index + 1 < adapters.count
+                caption: refusal !== "" ? refusal : note
+                captionColor: refusal !== "" ? Theme.warning : Theme.text2
                 Toggle {
                     label: name
-                    enabled: refusal === ""
-                    checked: on && refusal === ""
+                    visible: refusal === ""
+                    checked: on
                     onToggled: Privacy.setAdapter(key, !on)
                 }
             }
-        }
-        SettingNote {
-            visible: Privacy.adaptersRefusal !== ""
-            iconName: "info"
-            ink: Theme.warning
-            text: Privacy.adaptersRefusal
         }
     }
     SettingNote {

@@ -7,14 +7,32 @@ FocusScope {
     // Changes when it does, not with all that the library tells: what follows it takes the keyboard each time.
     readonly property bool empty: Library.empty
     readonly property real stripHeight: strip.height
+    // What is typed has matches, and the first of them is marked although the keyboard is in the field.
+    readonly property bool searching: search.activeFocus && Library.query !== "" && grid.count > 0
+    onSearchingChanged: if (searching) grid.showCurrent()
     readonly property int columns: Math.max(1, Math.floor((width - 48 + 18) / (318 + 80 * (Theme.scale - 1))))  // names want room
 
+    readonly property int chosen: Library.selected.length
+    Keys.onEscapePressed: (event) => {
+        if (Library.selecting) endSelecting()
+        else event.accepted = false
+    }
+
+    function endSelecting() {
+        Library.endSelecting()
+        Presses.pageCame()
+        if (grid.count > 0) grid.forceActiveFocus(Qt.OtherFocusReason)
+    }
     function focusSearch() {
+        Library.endSelecting()
         search.forceActiveFocus(Qt.ShortcutFocusReason)
         search.selectAll()
     }
     Component.onCompleted: Library.refreshCurrentSnapshot()
-    onVisibleChanged: if (visible) Library.refreshCurrentSnapshot()
+    // Current for as long as somebody looks.
+    readonly property bool looked: visible && Window.active
+    onLookedChanged: Library.followCurrentDesktop(looked)
+    Component.onDestruction: Library.followCurrentDesktop(false)
 
     Item {
         id: bar
@@ -24,7 +42,7 @@ FocusScope {
 
         Field {
             id: search
-            visible: !Library.empty
+            visible: !Library.empty && !Library.selecting
             clearable: true
             anchors.left: parent.left
             anchors.verticalCenter: parent.verticalCenter
@@ -34,16 +52,27 @@ FocusScope {
             text: Library.query
             focus: !root.empty
             onEdited: (text) => { Library.query = text; grid.showTop() }
-            Keys.onDownPressed: if (grid.count > 0) grid.forceActiveFocus(Qt.TabFocusReason)
+            Keys.onDownPressed: {
+                const marked = root.searching
+                grid.enter(0)
+                if (marked) grid.down()
+            }
+            Keys.onPressed: (event) => {
+                if (event.key === Qt.Key_PageDown) grid.enter(grid.page)
+                else if (event.key === Qt.Key_PageUp) grid.enter(-grid.page)
+                else return
+                event.accepted = true
+            }
             Keys.onEscapePressed: (event) => {
                 if (Library.query !== "") Library.query = ""
                 else event.accepted = false
             }
-            Keys.onReturnPressed: if (grid.count > 0 && Library.query !== "") Ui.openDetail(Library.idAt(Library.cursor))
+            Keys.onReturnPressed: if (root.searching) Ui.openDetail(Library.idAt(Library.cursor))
+            Keys.onEnterPressed: if (root.searching) Ui.openDetail(Library.idAt(Library.cursor))
         }
         PopUpButton {
             id: order
-            visible: !Library.empty
+            visible: !Library.empty && !Library.selecting
             anchors.left: search.right
             anchors.leftMargin: 10
             anchors.verticalCenter: parent.verticalCenter
@@ -53,10 +82,74 @@ FocusScope {
             onPicked: (index) => Library.order = index
         }
         Row {
-            id: tools
+            id: choosing
+            visible: Library.selecting
+            anchors.left: parent.left
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 12
+            UiText {
+                anchors.verticalCenter: parent.verticalCenter
+                role: "body-strong"
+                text: root.chosen === 0 ? "Select workspaces" : root.chosen + " selected"
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
+            PushButton {
+                text: Library.allSelected ? "Select None" : "Select All"
+                onClicked: Library.selectAll()
+            }
+        }
+        Row {
+            visible: Library.selecting
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
             spacing: 10
+            PushButton {
+                iconName: "upload"
+                text: "Export…"
+                enabled: root.chosen > 0
+                Accessible.name: "Export selected workspaces…"
+                onClicked: Library.exportSelected()
+            }
+            PushButton {
+                iconName: "trash-2"
+                kind: "danger"
+                text: "Delete…"
+                enabled: root.chosen > 0
+                Accessible.name: "Delete selected workspaces…"
+                onClicked: removal.open()
+            }
+            PushButton {
+                text: "Done"
+                onClicked: root.endSelecting()
+            }
+        }
+        Row {
+            id: tools
+            visible: !Library.selecting
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 10
+            IconButton {
+                visible: !Library.empty
+                size: Math.round(34 * Theme.scale)
+                iconSize: Math.round(18 * Theme.scale)
+                iconName: "download"
+                tip: Ui.text("Import Workspace… · ⌘I")
+                onClicked: Library.importWorkspace()
+            }
+            IconButton {
+                visible: !Library.empty
+                size: Math.round(34 * Theme.scale)
+                iconSize: Math.round(18 * Theme.scale)
+                iconName: "list-checks"
+                tip: "Select several to export or delete"
+                onClicked: {
+                    Library.beginSelecting()
+                    Presses.pageCame()  // other buttons stand here now
+                    grid.forceActiveFocus(Qt.TabFocusReason)
+                }
+            }
             IconButton {
                 size: Math.round(34 * Theme.scale)
                 iconSize: Math.round(18 * Theme.scale)
@@ -80,6 +173,7 @@ FocusScope {
         x: 24
         width: parent.width - 48
         lines: Library.issues
+        onFilesAsked: Library.showFiles()
         onDismissed: Library.dismissIssues()
     }
     AccessBanner {
@@ -119,6 +213,17 @@ FocusScope {
             positionViewAtBeginning()
             contentY = originY - topMargin
         }
+        // By the keys from the search field on.
+        function enter(steps) {
+            if (count === 0) return
+            forceActiveFocus(Qt.TabFocusReason)
+            Library.moveCursor(steps)
+        }
+        function down() {
+            if (Math.floor(Library.cursor / root.columns) < Math.floor((count - 1) / root.columns))
+                Library.moveCursor(root.columns)
+        }
+        readonly property int page: Math.max(1, Math.floor(height / cellHeight)) * root.columns
         activeFocusOnTab: true
         visible: count > 0
         Accessible.role: Accessible.List
@@ -128,15 +233,28 @@ FocusScope {
         Keys.onRightPressed: Library.moveCursor(LayoutMirroring.enabled ? -1 : 1)
         Keys.onUpPressed: if (Library.cursor < root.columns) root.focusSearch()
                           else Library.moveCursor(-root.columns)
-        Keys.onDownPressed: Library.moveCursor(root.columns)
-        Keys.onReturnPressed: Library.resume(Library.idAt(Library.cursor))
-        Keys.onEnterPressed: Library.resume(Library.idAt(Library.cursor))
-        Keys.onSpacePressed: Ui.openDetail(Library.idAt(Library.cursor))
-        Keys.onDeletePressed: if (currentItem) currentItem.askToDelete()
-        // What a Mac's keyboard calls "delete".
+        Keys.onDownPressed: down()
+        function choose(otherwise) {
+            if (Library.selecting) Library.toggleSelected(Library.idAt(Library.cursor))
+            else otherwise(Library.idAt(Library.cursor))
+        }
+        function askToDelete() {
+            if (Library.selecting) { if (root.chosen > 0) removal.open() }
+            else if (currentItem) currentItem.askToDelete()
+        }
+        Keys.onReturnPressed: choose((id) => Library.resume(id))
+        Keys.onEnterPressed: choose((id) => Library.resume(id))
+        Keys.onSpacePressed: choose((id) => Ui.openDetail(id))
+        Keys.onDeletePressed: askToDelete()
+        // Backspace is what a Mac's keyboard calls "delete".
         Keys.onPressed: (event) => {
-            if (event.key !== Qt.Key_Backspace || Ui.onLinux) return
-            if (currentItem) currentItem.askToDelete()
+            if (event.matches(StandardKey.SelectAll)) Library.selectAll()
+            else if (event.key === Qt.Key_Home) Library.setCursor(0)
+            else if (event.key === Qt.Key_End) Library.setCursor(count - 1)
+            else if (event.key === Qt.Key_PageUp) Library.moveCursor(-page)
+            else if (event.key === Qt.Key_PageDown) Library.moveCursor(page)
+            else if (event.key === Qt.Key_Backspace && !Ui.onLinux) askToDelete()
+            else return
             event.accepted = true
         }
         Keys.onMenuPressed: if (currentItem) currentItem.openMenu()
@@ -146,7 +264,9 @@ FocusScope {
             workspaceId: key
             width: grid.cellWidth
             height: grid.cellHeight
-            current: GridView.isCurrentItem && grid.activeFocus
+            current: GridView.isCurrentItem && (grid.activeFocus || root.searching)
+            selecting: Library.selecting
+            selected: selecting && Library.selected.indexOf(key) >= 0
         }
     }
     ScrollBar {
@@ -245,6 +365,17 @@ FocusScope {
             }
         }
     }
+
+    Dialog {
+        id: removal
+        title: root.chosen === 1 ? "Delete the selected workspace?" : "Delete " + root.chosen + " workspaces?"
+        text: (root.chosen === 1 ? "This removes the saved workspace." : "This removes the saved workspaces.")
+              + " Your apps and files are not affected."
+        actionText: root.chosen === 1 ? "Delete Workspace" : "Delete Workspaces"
+        danger: true
+        onConfirmed: Library.removeSelected()
+    }
+    Component.onDestruction: Library.endSelecting()
 
     Rectangle {
         id: strip

@@ -83,6 +83,12 @@ T.Popup {
                     Keys.onEnterPressed: clicked()
                     Keys.onDownPressed: list.focusRow((index + 1) % repeater.count, 1)
                     Keys.onUpPressed: list.focusRow((index - 1 + repeater.count) % repeater.count, -1)
+                    Keys.onPressed: (event) => {
+                        if (event.key === Qt.Key_Home || event.key === Qt.Key_PageUp) list.focusRow(0, 1)
+                        else if (event.key === Qt.Key_End || event.key === Qt.Key_PageDown) list.focusRow(repeater.count - 1, -1)
+                        else return
+                        event.accepted = true
+                    }
                     Accessible.ignored: entry.separator === true
                     Accessible.name: entry.text || ""
                     Accessible.checked: popup.current === index

@@ -7,8 +7,7 @@ Item {
     id: root
     LayoutMirroring.enabled: false  // a picture
     LayoutMirroring.childrenInherit: true
-    property int step: 0
-    property bool granted: false
+    property string step
     property real unit: 1  // pixels to one of the stage
 
     width: px(1080)
@@ -40,7 +39,7 @@ Item {
 
     // Windows come back to their places on two displays.
     Item {
-        visible: root.step === 0
+        visible: root.step === "welcome"
         anchors.fill: parent
         Display {
             place: root.box(115, 43, 527, 302)
@@ -66,10 +65,10 @@ Item {
         OnboardingTile { place: root.box(566, 34, 94, 236); unit: root.unit; rotation: 3; lifted: true; colorName: "rose"; iconName: "music"; name: "Music"; title: "Focus" }
     }
 
-    // Where access is switched on, or, where nothing need be, that it is there.
+    // Where access is switched on.
     Box {
         id: access
-        visible: root.step === 1
+        visible: root.step === "access"
         place: root.box(290, 55, 500, 400)
         radius: root.px(14)
         color: Theme.surface
@@ -83,7 +82,7 @@ Item {
             Label {
                 anchors.verticalCenter: parent.verticalCenter
                 font.pixelSize: Math.max(10, root.px(13))
-                text: Ui.onLinux ? "Desktop" : "Privacy & Security"
+                text: "Privacy & Security"
                 color: Theme.text2
             }
             Icon { name: "chevron-right"; size: Math.max(10, root.px(14)); anchors.verticalCenter: parent.verticalCenter }
@@ -91,7 +90,7 @@ Item {
                 anchors.verticalCenter: parent.verticalCenter
                 font.pixelSize: Math.max(10, root.px(13))
                 font.weight: Font.DemiBold
-                text: Ui.onLinux ? "Window manager" : "Accessibility"
+                text: "Accessibility"
             }
         }
         Rectangle { y: root.px(48); width: parent.width; height: 1; color: Theme.border }
@@ -119,16 +118,7 @@ Item {
                 font.weight: Font.DemiBold
                 text: "Quillo"
             }
-            Icon {
-                visible: Ui.onLinux
-                x: root.px(466) - size
-                anchors.verticalCenter: parent.verticalCenter
-                name: root.granted ? "circle-check" : "circle-alert"
-                size: Math.max(14, root.px(26))
-                color: root.granted ? Theme.success : Theme.warning
-            }
             Box {
-                visible: !Ui.onLinux
                 place: root.box(422, 25, 46, 26)
                 radius: height / 2
                 color: Theme.accent
@@ -146,7 +136,7 @@ Item {
 
     // Two key combinations, and what they do.
     Item {
-        visible: root.step === 2
+        visible: root.step === "shortcuts"
         anchors.fill: parent
         Box {
             id: panel
@@ -192,7 +182,7 @@ Item {
 
     // The desktop as it is, of which one window stays out.
     Item {
-        visible: root.step === 3
+        visible: root.step === "firstSave"
         anchors.fill: parent
         Display {
             place: root.box(230, 43, 620, 302)

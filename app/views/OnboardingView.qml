@@ -4,33 +4,34 @@ import Quillo.Core
 
 FocusScope {
     id: root
-    readonly property int step: Onboarding.step
-    readonly property bool refused: step === 1 && !Onboarding.granted
+    readonly property string step: Onboarding.step
+    readonly property bool refused: step === "access" && !Onboarding.granted
     focus: true
 
-    readonly property var titles: ["Pick up where you left off.", Ui.text("Allow window access."),
-                                   "Two shortcuts to remember.", "Save your first workspace."]
-    readonly property var texts: [
-        "Save your apps and windows as a workspace, then bring them back where they were.",
-        Ui.text("Quillo uses Accessibility to restore window positions. Your workspace data stays on this Mac."),
-        "They work from any app. Click one to change it.",
-        "Review what's open, remove anything private, then save. Tabs and folders are optional in Settings."]
+    readonly property var titles: ({ welcome: "Pick up where you left off.", access: "Allow window access.",
+                                     shortcuts: "Two shortcuts to remember.", firstSave: "Save your first workspace." })
+    readonly property var texts: ({
+        welcome: "Save your apps and windows as a workspace, then bring them back where they were.",
+        access: Ui.text("Quillo uses Accessibility to restore window positions. Your workspace data stays on this Mac."),
+        shortcuts: "They work from any app. Click one to change it.",
+        firstSave: "Review what's open, remove anything private, then save."
+                   + (Privacy.adaptersRefusal === "" ? " Tabs and folders are optional in Settings." : "") })
     // Two sentences that do not fit in a line have a line each.
     function balanced(text, fits) { return fits ? text : text.replace(". ", ".\n") }
 
     function proceed() {
-        if (step === 1 && !Onboarding.granted) Onboarding.requestAccess()
-        else if (step === 3) Onboarding.saveDesktop()
+        if (refused) Onboarding.requestAccess()
+        else if (step === "firstSave") Onboarding.saveDesktop()
         else Onboarding.next()
     }
     Component.onCompleted: primary.forceActiveFocus(Qt.OtherFocusReason)
     onStepChanged: {
-        (primary.visible ? primary : later).forceActiveFocus(Qt.OtherFocusReason)
+        primary.forceActiveFocus(Qt.OtherFocusReason)
         if (!Theme.reducedMotion) arrival.restart()
     }
     Keys.onEscapePressed: Onboarding.back()
-    Keys.onReturnPressed: if (primary.visible) proceed()
-    Keys.onEnterPressed: if (primary.visible) proceed()
+    Keys.onReturnPressed: proceed()
+    Keys.onEnterPressed: proceed()
 
     NumberAnimation { id: arrival; target: page; property: "opacity"; from: 0.2; to: 1; duration: 180; easing.type: Easing.OutCubic }
 
@@ -42,11 +43,10 @@ FocusScope {
         clip: true
         OnboardingPicture {
             step: root.step
-            granted: Onboarding.granted
             // The wall's edge may cut the second step's picture off below the row that counts.
-            unit: Math.min(wall.width / 1080, wall.height / (root.step === 1 ? 300 : 388), 1.5)
+            unit: Math.min(wall.width / 1080, wall.height / (root.step === "access" ? 300 : 388), 1.5)
             x: Math.round((wall.width - width) / 2)
-            y: root.step === 1 ? 0 : Math.round((wall.height - height) / 2)
+            y: root.step === "access" ? 0 : Math.round((wall.height - height) / 2)
         }
         Rectangle {
             y: parent.height - 1
@@ -90,31 +90,22 @@ FocusScope {
         // The second step: how it stands.
         Row {
             anchors.horizontalCenter: parent.horizontalCenter
-            visible: root.step === 1 && Onboarding.granted
+            visible: root.step === "access" && Onboarding.granted
             height: visible ? implicitHeight : 0
             spacing: 8
             Icon { name: "circle-check"; size: Math.round(18 * Theme.scale); color: Theme.success; anchors.verticalCenter: parent.verticalCenter }
             UiText {
                 width: Math.min(implicitWidth, page.inner)
-                text: Ui.text("Access is on. You can go on.")
+                text: "Access is on. You can go on."
                 color: Theme.success
                 wrapMode: implicitWidth > page.inner ? Text.Wrap : Text.NoWrap
             }
-        }
-        UiText {
-            anchors.horizontalCenter: parent.horizontalCenter
-            visible: root.refused && text !== ""
-            width: page.inner
-            text: Ui.onLinux ? Onboarding.refusal : ""
-            color: Theme.warning
-            horizontalAlignment: Text.AlignHCenter
-            wrapMode: Text.Wrap
         }
 
         // The third step: the recorders.
         Rectangle {
             anchors.horizontalCenter: parent.horizontalCenter
-            visible: root.step === 2
+            visible: root.step === "shortcuts"
             width: Math.min(parent.width, 520 * Theme.scale)
             height: visible ? rows.height : 0
             radius: 12
@@ -126,47 +117,45 @@ FocusScope {
                 width: parent.width
                 SettingRow {
                     title: "Open workspace switcher"
-                    caption: Shortcuts.switcherTaken ? Shortcuts.taken : "Jump between saved workspaces."
-                    captionColor: Shortcuts.switcherTaken ? Theme.danger : Theme.text2
+                    caption: Shortcuts.switcherRefusal !== "" ? Shortcuts.switcherRefusal : "Jump between saved workspaces."
+                    captionColor: Shortcuts.switcherRefusal !== "" ? Theme.danger : Theme.text2
                     ShortcutField { action: "switcher" }
                 }
                 SettingRow {
                     title: "Save current desktop"
-                    caption: Shortcuts.saveTaken ? Shortcuts.taken : "Snapshot every open window into a workspace."
-                    captionColor: Shortcuts.saveTaken ? Theme.danger : Theme.text2
+                    caption: Shortcuts.saveRefusal !== "" ? Shortcuts.saveRefusal : "Snapshot every open window into a workspace."
+                    captionColor: Shortcuts.saveRefusal !== "" ? Theme.danger : Theme.text2
                     separator: false
                     ShortcutField { action: "save" }
                 }
             }
         }
-        Item { width: 1; height: root.step === 2 || root.step === 1 && (Ui.onLinux || !root.refused) ? 16 : 8 }
+        Item { width: 1; height: root.step === "shortcuts" || root.step === "access" && !root.refused ? 16 : 8 }
 
         Row {
             anchors.horizontalCenter: parent.horizontalCenter
             spacing: 10
             PushButton {
                 id: primary
-                visible: !root.refused || !Ui.onLinux
                 width: Math.max(180, implicitWidth + 12)
                 large: true
                 kind: "primary"
-                text: root.step === 3 ? "Save current desktop" : root.refused ? "Open System Settings" : "Continue"
+                text: root.step === "firstSave" ? "Save current desktop" : root.refused ? "Open System Settings" : "Continue"
                 onClicked: root.proceed()
             }
         }
-        Item { width: 1; height: root.refused && !Ui.onLinux ? 16 : 10 }
+        Item { width: 1; height: root.refused ? 16 : 10 }
         UiText {
             anchors.horizontalCenter: parent.horizontalCenter
-            visible: root.refused && text !== ""
+            visible: root.refused
             role: "caption"
-            text: Ui.text("Privacy & Security → Accessibility → turn on Quillo")
+            text: "Privacy & Security → Accessibility → turn on Quillo"
             color: Theme.text2
         }
         Row {
             anchors.horizontalCenter: parent.horizontalCenter
             visible: root.refused
-            topPadding: Ui.onLinux ? 0 : 12
-            bottomPadding: Ui.onLinux ? 6 : 0
+            topPadding: 12
             spacing: 7
             Spinner { size: Math.round(13 * Theme.scale); anchors.verticalCenter: waiting.verticalCenter }
             UiText { id: waiting; role: "caption"; text: "Waiting for access…"; color: Theme.text2 }
@@ -174,10 +163,10 @@ FocusScope {
         PushButton {
             id: later
             anchors.horizontalCenter: parent.horizontalCenter
-            visible: root.step === 3 || root.refused && Ui.onLinux
+            visible: root.step === "firstSave"
             kind: "plain"
-            text: root.step === 3 ? "Skip for now" : "Continue without access"
-            onClicked: root.step === 3 ? Onboarding.skip() : Onboarding.next()
+            text: "Skip for now"
+            onClicked: Onboarding.skip()
         }
     }
 
@@ -190,7 +179,7 @@ FocusScope {
             anchors.left: parent.left
             anchors.leftMargin: 24
             anchors.verticalCenter: parent.verticalCenter
-            visible: root.step > 0
+            visible: Onboarding.place > 0
             kind: "plain"
             iconName: mirrored ? "arrow-right" : "arrow-left"
             text: "Back"
@@ -200,15 +189,15 @@ FocusScope {
             anchors.centerIn: parent
             spacing: 8
             Accessible.role: Accessible.Indicator
-            Accessible.name: "Step " + (root.step + 1) + " of " + Onboarding.steps
+            Accessible.name: "Step " + (Onboarding.place + 1) + " of " + Onboarding.steps
             Repeater {
                 model: Onboarding.steps
                 Rectangle {
                     required property int index
-                    width: index === root.step ? 20 : 7
+                    width: index === Onboarding.place ? 20 : 7
                     height: 7
                     radius: 3.5
-                    color: index === root.step ? Theme.accent : Theme.borderStrong
+                    color: index === Onboarding.place ? Theme.accent : Theme.borderStrong
                     Behavior on width { NumberAnimation { duration: Theme.reducedMotion ? 0 : 140; easing.type: Easing.OutCubic } }
                 }
             }

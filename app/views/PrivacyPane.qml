@@ -73,6 +73,8 @@ Column {
     }
 
     SettingGroup {
+        // Where no integration reads websites, what was chosen elsewhere can still be seen and taken back.
+        visible: Privacy.adaptersRefusal === "" || domains.count > 0
         SettingRow {
             title: "Excluded websites"
             caption: "Quillo skips matching domains and all of their subdomains when capturing browser context."
@@ -120,9 +122,16 @@ Column {
         }
     }
 
+    SettingNote {
+        visible: Privacy.adaptersRefusal !== ""  // else beside the integrations
+        x: 1
+        width: parent.width - 2
+        text: Ui.text("Documents and folders that apps report themselves (TextEdit, Preview, Xcode, Ghostty…) are reopened without an integration.")
+    }
+
     // What was typed stays where there is no website in it.
     function addDomain() {
-        if (Privacy.excludeDomain(domain.text)) domain.clear()
+        if (Privacy.excludeDomains(domain.text)) domain.clear()
         domain.forceActiveFocus()
     }
 

@@ -13,6 +13,8 @@ Item {
     required property string outcome
     required property string windowState
     required property string trouble
+    required property string desktop
+    required property string exact
     readonly property bool bad: trouble !== ""
     readonly property color ink: windowState === "failed" ? Theme.danger : windowState === "skipped" ? Theme.warning
                                  : windowState === "restored" ? Theme.success : Theme.text2
@@ -49,15 +51,25 @@ Item {
         anchors.leftMargin: 45
         anchors.verticalCenter: parent.verticalCenter
         width: parent.width - 45 - 44 - (first.visible ? first.width + 10 : 0)
-        UiText {
+        Row {
             width: parent.width
-            // No line begins with a dot or with a desktop's number.
-            text: root.heading.replace(/ · /g, "\u00a0· ").replace(/ (\d+)$/, "\u00a0$1")
-            // The application stands at the start and the desktop at the end.
-            wrapMode: Theme.scale > 1 ? Text.Wrap : Text.NoWrap
-            maximumLineCount: 4
-            elide: wrapMode === Text.Wrap ? Text.ElideRight : Text.ElideMiddle
-            Accessible.ignored: true
+            UiText {
+                id: heading
+                width: Math.min(Math.ceil(implicitWidth), words.width - place.width)
+                text: root.heading
+                wrapMode: Theme.scale > 1 ? Text.Wrap : Text.NoWrap
+                maximumLineCount: 4
+                elide: Text.ElideRight
+                Accessible.ignored: true
+            }
+            UiText {
+                id: place
+                width: visible ? Math.ceil(implicitWidth) : 0
+                visible: root.desktop !== ""
+                text: "\u00a0· " + root.desktop
+                color: Theme.text2
+                Accessible.ignored: true
+            }
         }
         UiText {
             id: second
@@ -69,6 +81,13 @@ Item {
             wrapMode: Text.Wrap
             Accessible.ignored: true
         }
+    }
+    HoverHandler { id: pointer }
+    // What the line leaves out: the reason in the log's words, the rest of a long title.
+    ToolTip {
+        readonly property string whole: heading.truncated ? root.heading : ""
+        visible: pointer.hovered && text !== ""
+        text: root.exact === "" ? whole : root.exact
     }
     UiText {
         id: first

@@ -2,19 +2,14 @@
 import QtQuick
 import Quillo.Core
 
-Rectangle {
+PanelFrame {
     id: root
     readonly property bool over: !Restore.running
+    // What lines will need is there from the beginning, so that nothing moves under the pointer while they arrive.
+    readonly property real reserved: Math.max(36, title.height + words.spacing + 2 * Theme.lineHeight("caption")) + 32
+                                     + Math.min(Restore.expectedRows * Math.round(34 * Theme.scale) + 16, list.most)
 
-    implicitWidth: 380
-    implicitHeight: column.implicitHeight + 2
-    color: Theme.raised
-    border.width: 1
-    border.color: Theme.panelEdge
-    focus: true
-    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
-    LayoutMirroring.childrenInherit: true
-    Accessible.role: Accessible.Dialog
+    bodyHeight: column.implicitHeight + 2
     Accessible.name: Restore.title
     Keys.onEscapePressed: Restore.close()
 
@@ -25,6 +20,7 @@ Rectangle {
         width: parent.width - 2
 
         Item {
+            id: header
             width: parent.width
             height: Math.max(36, words.height) + 32
             Badge {
@@ -60,6 +56,7 @@ Rectangle {
                 width: parent.width - 63 - 52
                 spacing: 2
                 UiText {
+                    id: title
                     width: parent.width
                     role: "heading"
                     // A name in another direction does not turn the sentence around.
@@ -122,6 +119,7 @@ Rectangle {
             }
         }
         Item {
+            id: filter
             width: parent.width
             visible: root.over && Restore.troubleCount > 0 && Restore.rowCount > 8
             height: visible ? choice.height + 8 : 0
@@ -141,7 +139,12 @@ Rectangle {
         ListView {
             id: list
             width: parent.width
-            height: count === 0 ? 0 : Math.min(contentHeight + topMargin + bottomMargin, most)
+            height: Math.max(tallest, root.reserved - header.height - filter.height, 0)
+            // Only what came of it makes it taller, and nothing makes it smaller again.
+            readonly property real wanted: root.over && count > 0 ? Math.min(contentHeight + topMargin + bottomMargin, most) : 0
+            property real tallest: 0
+            onWantedChanged: Qt.callLater(grow)  // rows are measured as they come into view
+            function grow() { tallest = Math.max(tallest, wanted) }
             // Eight rows with their reasons, as far as the screen has room for them.
             readonly property real most: Math.min(Math.round(8 * 52 * Theme.scale) + 16, Math.max(120, Screen.desktopAvailableHeight - 300))
             topMargin: 6
@@ -174,6 +177,6 @@ Rectangle {
             HoverHandler { id: reader }
             ScrollBar { flickable: list }
         }
-        Item { width: 1; height: list.count === 0 ? 14 : 6 }
+        Item { width: 1; height: 6 }
     }
 }

@@ -75,6 +75,13 @@ Dialog {
                         function scroll(by) { contentY = Math.max(0, Math.min(contentHeight - height, contentY + by)) }
                         Keys.onUpPressed: scroll(-24)
                         Keys.onDownPressed: scroll(24)
+                        Keys.onPressed: (event) => {
+                            const way = { [Qt.Key_PageDown]: height, [Qt.Key_PageUp]: -height,
+                                          [Qt.Key_Home]: -contentHeight, [Qt.Key_End]: contentHeight }[event.key]
+                            if (way === undefined) return
+                            scroll(way)
+                            event.accepted = true
+                        }
                         ScrollBar { flickable: list }
                     }
                     FocusRing {

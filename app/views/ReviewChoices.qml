@@ -13,6 +13,8 @@ Item {
     implicitHeight: column.implicitHeight
 
     function focusName() { name.forceActiveFocus() }
+    /// A key that is still held down, or pressed again, from what brought the review up saves nothing.
+    function finish(event) { if (!event.isAutoRepeat && !Presses.holding()) Review.save() }
 
     Column {
         id: column
@@ -31,6 +33,8 @@ Item {
             prompt: "Name this workspace"
             text: Review.name
             onEdited: (text) => Review.name = text
+            Keys.onReturnPressed: (event) => root.finish(event)
+            Keys.onEnterPressed: (event) => root.finish(event)
             Badge {
                 anchors.left: parent.left
                 anchors.leftMargin: 7
@@ -41,76 +45,12 @@ Item {
             }
         }
         Item { width: 1; height: 18 }
-        UiText { width: parent.width; text: "Icon"; color: Theme.text2; Accessible.ignored: true }
-        Item { width: 1; height: 6 }
-        ChoiceRow {
-            x: -2
-            width: parent.width + 4
-            label: "Icon"
-            current: Review.icon
-            entries: root.named(Review.icons)
-            onPicked: (value) => Review.icon = value
-            face: Component {
-                Rectangle {
-                    radius: 9
-                    color: on ? root.colors.base : "transparent"
-                    Rectangle {
-                        anchors.fill: parent
-                        radius: 9
-                        visible: hovered && !on
-                        color: Theme.text
-                        opacity: 0.06
-                    }
-                    Icon {
-                        anchors.centerIn: parent
-                        name: Theme.workspaceSymbol(value)
-                        size: 19
-                        color: on ? root.colors.on : Theme.text2
-                    }
-                }
-            }
-        }
-        Item { width: 1; height: 18 }
-        UiText { width: parent.width; text: "Color"; color: Theme.text2; Accessible.ignored: true }
-        Item { width: 1; height: 6 }
-        ChoiceRow {
-            x: -4
-            width: parent.width + 8
-            spacing: 12
-            cell: 30
-            round: true
-            label: "Color"
-            current: Review.color
-            entries: root.named(Review.colors)
-            onPicked: (value) => Review.color = value
-            face: Component {
-                Item {
-                    readonly property var swatch: Theme.workspaces[value]
-                    Rectangle {
-                        anchors.fill: parent
-                        anchors.margins: -2
-                        visible: on
-                        radius: width / 2
-                        color: "transparent"
-                        border.width: 2
-                        border.color: swatch.base
-                    }
-                    Rectangle {
-                        anchors.centerIn: parent
-                        width: on ? 24 : 22
-                        height: width
-                        radius: width / 2
-                        color: swatch.base
-                        Icon {
-                            anchors.centerIn: parent
-                            visible: on
-                            name: "check"
-                            size: 14
-                            color: swatch.on
-                        }
-                    }
-                }
-            }
+        LookChoices {
+            width: parent.width
+            icon: Review.icon
+            colorName: Review.color
+            onIconPicked: (value) => Review.icon = value
+            onColorPicked: (value) => Review.color = value
         }
         Item { width: 1; height: root.mapFirst ? 24 : 20 }
         Item {
@@ -184,11 +124,5 @@ Item {
                 UiText { text: Review.leftOutText; role: "caption"; color: Theme.text2 }
             }
         }
-    }
-
-    readonly property var names: ({ "square.stack.3d.up": "Layers", "paintbrush.pointed": "Paintbrush",
-                                    "gamecontroller": "Game controller", "music.note": "Music" })
-    function named(values) {
-        return values.map((value) => ({ value: value, name: names[value] || value[0].toUpperCase() + value.slice(1) }))
     }
 }

@@ -4,11 +4,15 @@ import Quillo.Core
 
 ListView {
     id: list
+    property var contents: Review  // whose rows are shown, toggled and opened
+    property bool selects: false   // a click chooses a line instead of ticking it, and the chosen one is marked
+    property bool chosen: false    // one is
+    property int pointedRow: -1    // marked as if the pointer were on it
     property bool byKey: false  // the keyboard was used last
     property real inset: 0      // of the lines, on both sides
     readonly property bool scrolls: contentHeight > height + 1
 
-    model: Review.rows
+    model: contents.rows
     clip: true
     boundsBehavior: Flickable.StopAtBounds
     reuseItems: true
@@ -18,24 +22,28 @@ ListView {
     highlightFollowsCurrentItem: false
     Accessible.role: Accessible.Tree
     Accessible.name: "What is saved"
+    signal pointed(int row, bool inside)
 
-    function choose(index) {
-        byKey = true
+    function choose(index, byOther) {
+        byKey = !byOther
         if (count === 0) return
         currentIndex = Math.min(count - 1, Math.max(0, index))
+        chosen = true
         positionViewAtIndex(currentIndex, ListView.Contain)
     }
     onActiveFocusChanged: {
         if (activeFocus) choose(currentIndex)  // it comes by key only: a click leaves the keyboard where it is
         else byKey = false
     }
-    // What has the keyboard in the header is to be seen.
+    // What has the keyboard in the header or the footer is to be seen.
     readonly property Item focusItem: Window.activeFocusItem
     onFocusItemChanged: Qt.callLater(follow)
     function follow() {
         let item = focusItem
-        while (item && item !== headerItem) item = item.parent
-        if (!item || height <= 0) return
+        while (item && item !== headerItem && item !== footerItem) item = item.parent
+        // What has the keyboard from the beginning, or because its window has, may lie below, as in a Scroller.
+        const byItself = [Qt.OtherFocusReason, Qt.ActiveWindowFocusReason]
+        if (!item || height <= 0 || byItself.includes(focusItem.focusReason)) return
         forceLayout()
         const top = focusItem.mapToItem(list, 0, 0).y
         const bottom = top + focusItem.height
@@ -45,10 +53,10 @@ ListView {
     }
     Keys.onUpPressed: choose(currentIndex - 1)
     Keys.onDownPressed: choose(currentIndex + 1)
-    Keys.onSpacePressed: { byKey = true; Review.toggle(currentIndex) }
-    Keys.onReturnPressed: (event) => { if (event.modifiers === Qt.NoModifier) { byKey = true; Review.toggle(currentIndex) } else event.accepted = false }
-    Keys.onRightPressed: { byKey = true; Review.setOpen(currentIndex, !LayoutMirroring.enabled) }
-    Keys.onLeftPressed: { byKey = true; Review.setOpen(currentIndex, LayoutMirroring.enabled) }
+    Keys.onSpacePressed: { byKey = true; contents.toggle(currentIndex) }
+    Keys.onReturnPressed: (event) => { if (event.modifiers === Qt.NoModifier) { byKey = true; contents.toggle(currentIndex) } else event.accepted = false }
+    Keys.onRightPressed: { byKey = true; contents.setOpen(currentIndex, !LayoutMirroring.enabled) }
+    Keys.onLeftPressed: { byKey = true; contents.setOpen(currentIndex, LayoutMirroring.enabled) }
     Keys.onPressed: (event) => {
         if (event.key === Qt.Key_Home) choose(0)
         else if (event.key === Qt.Key_End) choose(count - 1)
@@ -60,8 +68,8 @@ ListView {
     Keys.onTabPressed: (event) => { byKey = false; event.accepted = false }
 
     delegate: ReviewRow {
-        onToggled: Review.toggle(index)
-        onOpenAsked: (open) => Review.setOpen(index, open)
+        onToggled: list.contents.toggle(index)
+        onOpenAsked: (open) => list.contents.setOpen(index, open)
     }
     ScrollBar {
         flickable: list

@@ -23,6 +23,8 @@ Item {
     readonly property real inset: ListView.view ? ListView.view.inset : 0
     readonly property bool besideBar: inset === 0 && ListView.view !== null && ListView.view.scrolls
     readonly property bool current: ListView.isCurrentItem && ListView.view.activeFocus
+    readonly property bool chosen: ListView.isCurrentItem && ListView.view.selects && ListView.view.chosen
+    readonly property bool pointed: pointer.hovered || (ListView.view !== null && ListView.view.pointedRow === index)
     signal toggled()
     signal openAsked(bool open)
 
@@ -56,6 +58,15 @@ Item {
         color: Theme.border
     }
     Rectangle {
+        visible: root.chosen
+        x: root.inset + 4
+        y: 2
+        width: parent.width - 2 * x
+        height: root.line - 3
+        radius: 8
+        color: Theme.accentTint
+    }
+    Rectangle {
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.leftMargin: root.inset + 4
@@ -64,12 +75,21 @@ Item {
         height: root.line - 3
         radius: 8
         color: root.current && root.ListView.view.byKey ? "transparent" : Theme.text
-        opacity: root.current && root.ListView.view.byKey ? 1 : pointer.hovered ? 0.04 : 0
+        opacity: root.current && root.ListView.view.byKey ? 1 : root.pointed ? 0.05 : 0
         border.width: root.current && root.ListView.view.byKey ? 2 : 0
         border.color: Theme.focus
     }
-    HoverHandler { id: pointer }
-    TapHandler { onTapped: { root.ListView.view.currentIndex = root.index; root.toggled() } }
+    HoverHandler { id: pointer; onHoveredChanged: if (root.ListView.view) root.ListView.view.pointed(root.index, hovered) }
+    TapHandler {
+        onTapped: {
+            const view = root.ListView.view
+            view.currentIndex = root.index
+            view.chosen = true
+            if (!view.selects) return root.toggled()
+            view.forceActiveFocus(Qt.MouseFocusReason)
+            view.byKey = false
+        }
+    }
 
     Item {
         x: root.inset

@@ -6,13 +6,22 @@ FocusScope {
     id: root
     readonly property bool wide: width >= 900
     readonly property real side: Math.max(472, Math.min(640, Math.round(width * 0.4)))
+    readonly property real stripHeight: footer.height
     readonly property bool busy: Review.capturing || !Review.present
     focus: true
 
     function cancel() {
         if (Review.capturing) return
-        if (Review.touched()) discard.open()
+        if (Review.touched()) ask(false)
         else Review.cancel()
+    }
+    function ask(closing) {
+        discard.closing = closing
+        discard.open()
+    }
+    Connections {
+        target: Review
+        function onCloseAsked() { root.ask(true) }
     }
     function begin() {
         if (busy) return
@@ -156,7 +165,12 @@ FocusScope {
         actionText: "Discard"
         cancelText: "Keep Reviewing"
         danger: true
-        onConfirmed: Review.cancel()
+        property bool closing: false  // its window, too
+        onConfirmed: {
+            const window = closing ? root.Window.window : null
+            Review.cancel()
+            if (window) window.close()
+        }
         onClosed: root.begin()
     }
 }

@@ -22,6 +22,10 @@ Rectangle {
         enabled: Ui.page === "library"
         onActivated: if (page.item && page.item.focusSearch) page.item.focusSearch()
     }
+    Shortcut { sequences: [StandardKey.Quit]; enabled: Closing.canQuit; onActivated: Closing.quit() }
+    // What else comes within a page.
+    readonly property string content: [Ui.detailId, Onboarding.step, Review.present].join()
+    onContentChanged: Presses.pageCame()
     Keys.onEscapePressed: if (Ui.page === "detail" || Ui.page === "settings") Ui.back()
 
     Loader {
@@ -31,6 +35,7 @@ Rectangle {
         source: root.fileOf(Ui.page)
         onLoaded: {
             item.focus = true
+            Presses.pageCame()
             if (Theme.reducedMotion) return
             arrival.start()
         }
@@ -39,9 +44,10 @@ Rectangle {
             NumberAnimation { target: page; property: "opacity"; from: 0.3; to: 1; duration: 140; easing.type: Easing.OutCubic }
         }
     }
-    Loader {
-        id: question
-        readonly property bool asked: Question.shown && T.Overlay.overlay !== null  // in a window by now
+    // A question over whatever page there is.
+    component Asking: Loader {
+        property bool wanted: false
+        readonly property bool asked: wanted && T.Overlay.overlay !== null  // in a window by now
         active: false
         function follow() {
             if (asked) active = true
@@ -49,7 +55,16 @@ Rectangle {
         }
         onAskedChanged: follow()
         Component.onCompleted: follow()
+    }
+    Asking {
+        id: question
+        wanted: Question.shown
         sourceComponent: ResumeDialog { parent: question.T.Overlay.overlay }
+    }
+    Asking {
+        id: closing
+        wanted: Closing.asked
+        sourceComponent: ClosingDialog { parent: closing.T.Overlay.overlay }
     }
     Toast {
         anchors.horizontalCenter: parent.horizontalCenter
@@ -58,7 +73,15 @@ Rectangle {
         shown: Ui.toast !== ""
         text: ""
         readonly property string latest: Ui.toast
-        onLatestChanged: if (latest !== "") text = latest  // stays while it fades
-        Component.onCompleted: text = latest
+        onLatestChanged: follow()
+        onUndone: Ui.undoToast()
+        onDismissed: Ui.dismissToast()
+        Component.onCompleted: follow()
+        function follow() {  // it stays while it fades
+            if (latest === "") return
+            kind = Ui.toastKind
+            undoes = Ui.toastUndoes
+            text = latest
+        }
     }
 }

@@ -1,4 +1,4 @@
-// A page that scrolls when it is taller than its place, and brings what has the keyboard into view.
+// A page that scrolls when it is taller than its place, and brings what the person gives the keyboard to into view.
 import QtQuick
 import Quillo.Core
 
@@ -27,7 +27,9 @@ Flickable {
     function follow() {
         let item = focusItem
         while (item && item !== holder) item = item.parent
-        if (!item) return
+        // What has the keyboard from the beginning, or because its window has, may lie below: a page begins at its top.
+        const byItself = [Qt.OtherFocusReason, Qt.ActiveWindowFocusReason]
+        if (!item || byItself.includes(focusItem.focusReason)) return
         const around = focusItem.visualFocus ? Math.round(44 * Theme.scale) : 0
         const top = focusItem.mapToItem(holder, 0, 0).y + padding
         const bottom = top + focusItem.height
@@ -36,9 +38,10 @@ Flickable {
     }
     function scrollTo(y) { contentY = Math.max(0, Math.min(contentHeight - height, y)) }
     Keys.onPressed: (event) => {  // to what has nothing to press
-        const pages = event.key === Qt.Key_PageDown ? 1 : event.key === Qt.Key_PageUp ? -1 : 0
-        if (pages === 0 || !interactive) return
-        scrollTo(contentY + pages * (height - 40))
+        const way = { [Qt.Key_PageDown]: height - 40, [Qt.Key_PageUp]: 40 - height,
+                      [Qt.Key_Home]: -contentHeight, [Qt.Key_End]: contentHeight }[event.key]
+        if (way === undefined || !interactive) return
+        scrollTo(contentY + way)
         event.accepted = true
     }
 

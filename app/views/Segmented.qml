@@ -8,6 +8,7 @@ Rectangle {
     property var model: []
     property int current: 0
     property bool mini: false
+    property var faint: []  // for each, whether there is nothing behind it
     property string label
     signal picked(int index)
 
@@ -31,6 +32,7 @@ Rectangle {
                 required property string modelData
                 required property int index
                 readonly property bool on: root.current === index
+                readonly property bool hollow: root.faint[index] === true
 
                 implicitWidth: Math.ceil(words.implicitWidth) + (root.mini ? 16 : 24)
                 implicitHeight: Math.round((root.mini ? 20 : 26) * Theme.scale)
@@ -45,7 +47,7 @@ Rectangle {
                     root.picked(index + by)
                     next.forceActiveFocus(Qt.TabFocusReason)
                 }
-                Accessible.name: modelData
+                Accessible.name: hollow ? modelData + ", empty" : modelData
                 checked: on
                 Accessible.onPressAction: segment.clicked()
 
@@ -62,7 +64,7 @@ Rectangle {
                         anchors.centerIn: parent
                         role: root.mini ? "map-desktop" : "body-medium"
                         text: segment.modelData
-                        color: segment.on ? Theme.text : Theme.text2
+                        color: segment.hollow ? Theme.text3 : segment.on ? Theme.text : Theme.text2
                         Accessible.ignored: true
                     }
                 }

@@ -10,7 +10,7 @@ Item {
         { key: "integrations", name: "Integrations", icon: "puzzle", file: "IntegrationsPane.qml" },
         { key: "privacy", name: "Privacy", icon: "shield", file: "PrivacyPane.qml" },
         { key: "about", name: "About", icon: "info", file: "AboutPane.qml" }
-    ]
+    ].filter(pane => pane.key !== "integrations" || Privacy.adaptersRefusal === "")
     Keys.forwardTo: page
     readonly property int current: Math.max(0, panes.findIndex(pane => pane.key === Ui.settingsPane))
 
@@ -61,6 +61,12 @@ Item {
                 Keys.onReturnPressed: clicked()
                 Keys.onDownPressed: step(1)
                 Keys.onUpPressed: step(-1)
+                Keys.onPressed: (event) => {
+                    if (event.key === Qt.Key_Home) step(-index)
+                    else if (event.key === Qt.Key_End) step(tabs.count - 1 - index)
+                    else return
+                    event.accepted = true
+                }
                 Accessible.name: modelData.name
                 checked: on
                 Accessible.selected: on
@@ -120,6 +126,14 @@ Item {
         contentSpacing: 0
 
         Item { width: 1; height: 8 }
+        StorageBanner {
+            anchors.left: parent.left
+            anchors.leftMargin: 8
+            width: pane.width
+            lines: Settings.trouble
+            onDismissed: Settings.dismissTrouble()
+        }
+        Item { width: 1; height: 14; visible: Settings.trouble.length > 0 }
         Loader {
             id: pane
             anchors.left: parent.left

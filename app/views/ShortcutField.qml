@@ -7,7 +7,7 @@ Item {
     id: root
     property string action  // "save" or "switcher"
     readonly property var recorder: Shortcuts[action]
-    readonly property bool taken: Shortcuts[action + "Taken"]
+    readonly property string refusal: Shortcuts[action + "Refusal"]
     readonly property bool recording: recorder.recording
 
     implicitWidth: control.implicitWidth
@@ -34,7 +34,7 @@ Item {
         Accessible.role: Accessible.Button
         Accessible.name: (root.action === "save" ? "Shortcut for saving: " : "Shortcut for the switcher: ")
                          + (root.recording ? ask.text : Ui.shortcut(root.recorder.label))
-        Accessible.description: root.taken ? Shortcuts.taken + " " + Shortcuts.help : Shortcuts.help
+        Accessible.description: root.refusal !== "" ? root.refusal + " " + Shortcuts.help : Shortcuts.help
         Accessible.onPressAction: control.clicked()
 
         contentItem: Item {
@@ -69,7 +69,7 @@ Item {
                 radius: 9
                 color: Theme.surface
                 border.width: 1
-                border.color: root.recording ? Theme.focus : root.taken ? Theme.danger
+                border.color: root.recording ? Theme.focus : root.refusal !== "" ? Theme.danger
                               : control.hovered ? Theme.text3 : Theme.borderStrong
                 FocusRing {
                     shown: control.visualFocus && !root.recording

@@ -1,14 +1,15 @@
-// What is wrong with the files of the library.
+// What is wrong with the files of the library or the settings.
 import QtQuick
 import Quillo.Core
 
 Rectangle {
     id: root
     property var lines: []
+    signal filesAsked()
     signal dismissed()
 
     visible: lines.length > 0
-    height: visible ? Math.max(list.height + 24, close.height + 12) : 0
+    height: visible ? Math.max(list.height + 24, files.height + 12) : 0
     radius: 12
     color: Theme.warningTint
     Accessible.role: Accessible.AlertMessage
@@ -27,8 +28,8 @@ Rectangle {
         id: list
         anchors.left: parent.left
         anchors.leftMargin: 28 + Math.round(18 * Theme.scale)
-        anchors.right: close.left
-        anchors.rightMargin: 8
+        anchors.right: files.left
+        anchors.rightMargin: 12
         y: 12
         // Five lines; where issues have two of them, nothing of the sixth.
         readonly property real most: 5 * Theme.lineHeight("body") + 4 * column.spacing
@@ -52,6 +53,15 @@ Rectangle {
             }
         }
         ScrollBar { flickable: list }
+    }
+    PushButton {
+        id: files
+        anchors.right: close.left
+        anchors.rightMargin: 4
+        y: Math.round(12 + (Theme.lineHeight("body") - height) / 2)
+        compact: true
+        text: "Show files"
+        onClicked: root.filesAsked()
     }
     IconButton {
         id: close

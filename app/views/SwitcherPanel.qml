@@ -2,23 +2,22 @@
 import QtQuick
 import Quillo.Core
 
-Rectangle {
+PanelFrame {
     id: root
     readonly property real rowHeight: Math.round((Theme.scale > 1 ? 62 : 56) * Theme.scale)
     // Eight, or as many as the screen has room for beside field and save row.
     readonly property int mostRows: Math.max(2, Math.min(8, Math.floor((Screen.desktopAvailableHeight - 80) / rowHeight) - 3))
 
-    implicitWidth: 480
-    implicitHeight: column.implicitHeight + 2
-    color: Theme.raised
-    border.width: 1
-    border.color: Theme.panelEdge
-    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
-    LayoutMirroring.childrenInherit: true
-    Accessible.role: Accessible.Dialog
+    bodyHeight: column.implicitHeight + 2
     Accessible.name: "Workspace switcher"
-    Component.onCompleted: {
+    // It is made before it is shown, and kept afterwards.
+    readonly property bool open: Window.visibility !== Window.Hidden
+    onOpenChanged: {
+        if (!open) return
         Switcher.shown()
+        column.forceLayout()  // the window stands by its height
+        list.positionViewAtBeginning()
+        list.contentY = list.originY - list.topMargin
         field.forceActiveFocus()
     }
 
@@ -50,7 +49,10 @@ Rectangle {
                 font: Theme.font("query")
                 prompt: Switcher.prompt
                 text: Switcher.query
-                onEdited: (text) => Switcher.query = text
+                onEdited: (text) => {
+                    Switcher.query = text
+                    list.contentY = list.originY - list.topMargin
+                }
                 onActiveFocusChanged: Switcher.focused = activeFocus
                 Keys.priority: Keys.BeforeItem
                 Keys.onPressed: (event) => { if (Switcher.press(event.key, event.modifiers)) event.accepted = true }

@@ -12,13 +12,21 @@ Rectangle {
 
     implicitHeight: Math.max(Math.round(56 * Theme.scale), words.height + 16)
     radius: 10
-    color: highlighted ? Theme.accentTint : area.containsMouse ? Theme.sunken : "transparent"
+    color: highlighted ? Theme.accentTint : "transparent"
     Accessible.role: Accessible.ListItem
     Accessible.name: title
     Accessible.description: detail
     Accessible.selected: highlighted
     Accessible.onPressAction: root.picked()
 
+    // Weaker than the highlight, on light and on dark.
+    Rectangle {
+        anchors.fill: parent
+        radius: parent.radius
+        visible: area.containsMouse && !root.highlighted
+        color: Theme.text
+        opacity: 0.05
+    }
     MouseArea {
         id: area
         anchors.fill: parent

@@ -1,4 +1,4 @@
-// One workspace of the library. A click opens it, a double click or Return resumes it.
+// One workspace of the library. A click opens it, its button or Return resumes it.
 import QtQuick
 import QtQuick.Templates as T
 import Quillo.Core
@@ -14,6 +14,8 @@ Item {
     required property string when
     required property var map
     property bool current: false
+    property bool selecting: false
+    property bool selected: false
     readonly property bool menuShown: menu.item !== null && menu.item.opened
     readonly property bool active: mouse.containsMouse || current || menuShown
                                   || resume.hovered || more.hovered
@@ -25,7 +27,7 @@ Item {
     function popUpMenu(left, top) { menu.active = true; menu.item.popupAt(left, top) }
     function askToDelete() { confirmation.active = true; confirmation.item.open() }
     // A view of many rows may show another workspace in the same card: what was asked about the one before goes.
-    onWorkspaceIdChanged: { opening.stop(); menu.active = false; confirmation.active = false }
+    onWorkspaceIdChanged: { menu.active = false; confirmation.active = false }
 
     // What left the library is kept for another row, at times with its place: nothing may read or press it there.
     property bool pooled: false
@@ -37,7 +39,9 @@ Item {
     Accessible.description: apps
     Accessible.focusable: true
     Accessible.focused: current
-    Accessible.onPressAction: Ui.openDetail(workspaceId)
+    Accessible.checkable: selecting
+    Accessible.checked: selected
+    Accessible.onPressAction: selecting ? Library.toggleSelected(workspaceId) : Ui.openDetail(workspaceId)
 
     Rectangle {
         id: card
@@ -82,6 +86,32 @@ Item {
             border.width: 1
             border.color: root.active ? Theme.borderStrong : Theme.border
         }
+        Rectangle {
+            visible: root.selected
+            anchors.fill: parent
+            radius: 14
+            color: "transparent"
+            border.width: 2
+            border.color: Theme.accent
+        }
+        Rectangle {
+            visible: root.selecting
+            x: 12
+            y: 12
+            width: 24
+            height: 24
+            radius: 12
+            color: root.selected ? Theme.accent : Theme.raised
+            border.width: root.selected ? 0 : 1
+            border.color: Theme.text3
+            Icon {
+                anchors.centerIn: parent
+                visible: root.selected
+                name: "check"
+                size: 15
+                color: Theme.onAccent
+            }
+        }
         FocusRing {
             shown: root.current
             gap: -2
@@ -95,12 +125,10 @@ Item {
             acceptedButtons: Qt.LeftButton | Qt.RightButton
             onClicked: (event) => {
                 Library.setCursor(root.index)
-                if (event.button === Qt.RightButton) root.popUpMenu(event.x, event.y)
-                else opening.restart()
+                if (root.selecting || event.modifiers & Qt.ControlModifier) Library.toggleSelected(root.workspaceId)
+                else if (event.button === Qt.RightButton) root.popUpMenu(event.x, event.y)
+                else Ui.openDetail(root.workspaceId)
             }
-            onDoubleClicked: { opening.stop(); Library.resume(root.workspaceId) }
-            // A double click is two clicks at first.
-            Timer { id: opening; interval: 220; onTriggered: Ui.openDetail(root.workspaceId) }
         }
 
         Item {
@@ -150,7 +178,7 @@ Item {
             }
             Row {
                 id: buttons
-                visible: root.active
+                visible: root.active && !root.selecting
                 anchors.right: parent.right
                 anchors.rightMargin: 14
                 anchors.verticalCenter: parent.verticalCenter
@@ -190,6 +218,7 @@ Item {
                     { text: "Open", iconName: "app-window", act: () => Ui.openDetail(root.workspaceId) },
                     { text: "Resume workspace", iconName: "rotate-ccw", act: () => Library.resume(root.workspaceId) },
                     { text: "Update from Current Desktop", iconName: "refresh-cw", act: () => Library.update(root.workspaceId) },
+                    { text: "Select", iconName: "list-checks", act: () => Library.toggleSelected(root.workspaceId) },
                     { separator: true },
                     { text: "Export Workspace…", iconName: "upload", act: () => Library.exportWorkspace(root.workspaceId) },
                     { text: "Duplicate Workspace", iconName: "copy", act: () => Library.duplicate(root.workspaceId) },

@@ -45,4 +45,15 @@ if(QUILLO_UPDATE_FRAMEWORK)
     COMMAND plutil -replace SUScheduledCheckInterval -integer ${hour} ${plist}
     VERBATIM)
 endif()
+# The permission for Accessibility is granted to what a program's signature requires of it. An ad hoc signature requires
+# this very build, and each build would have to be permitted anew; so it is told to require the identifier alone.
+# sign-and-notarise replaces it for other people's Macs.
+set(QUILLO_SIGN_IDENTITY "-" CACHE STRING "whose signature a build carries: a certificate of the keychain, or - for nobody's")
+add_custom_command(TARGET quillo POST_BUILD
+  COMMAND codesign --force --sign ${QUILLO_SIGN_IDENTITY} --identifier app.quillo.quilloctl
+    "--requirements==designated => identifier \"app.quillo.quilloctl\"" $<TARGET_BUNDLE_CONTENT_DIR:quillo>/Helpers/quilloctl
+  COMMAND codesign --force --sign ${QUILLO_SIGN_IDENTITY} --identifier ${id}
+    "--requirements==designated => identifier \"${id}\""
+    --entitlements ${CMAKE_SOURCE_DIR}/packaging/macos/Quillo.entitlements $<TARGET_BUNDLE_DIR:quillo>
+  VERBATIM)
 install(TARGETS quillo BUNDLE DESTINATION .)

@@ -189,6 +189,17 @@ std::optional<std::string> ApplicationRegistry::name(std::string_view identifier
     return entry ? std::optional(entry->name) : std::nullopt;
 }
 
+std::vector<InstalledApplication> ApplicationRegistry::installed() {
+    entries_.refresh();
+    std::vector<InstalledApplication> applications;
+    for (const DesktopEntry& entry : entries_.all()) {
+        // Of several files with one id only the first counts.
+        if (entry.shown && entries_.withId(entry.id) == &entry)
+            applications.push_back({entry.id, entry.name, Url::file(entry.file)});
+    }
+    return applications;
+}
+
 std::optional<std::string> ApplicationRegistry::identifierAt(const Url& location) {
     entries_.refresh();
     // Nothing else carries an identifier, not even an entry's own program: given other arguments it would be

@@ -51,6 +51,8 @@ class ApplicationRegistry {
     /// Of the installed menu entry with this identifier.
     std::optional<Url> location(std::string_view identifier);
     std::optional<std::string> name(std::string_view identifier);
+    /// Those that menus show.
+    std::vector<InstalledApplication> installed();
     /// Of the installed menu entry that this file is.
     std::optional<std::string> identifierAt(const Url& location);
 

@@ -119,12 +119,12 @@ bool isCurrentDesktop(std::string_view desktop) {
     return all.contains(":" + std::string(desktop) + ":");
 }
 
-bool start(const char* program, const char* argument) {
-    std::array<const char*, 3> command{program, argument, nullptr};
-    constexpr auto flags = static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL |
-                                                    G_SPAWN_STDERR_TO_DEV_NULL);
-    return g_spawn_async(nullptr, const_cast<char**>(command.data()), nullptr, flags, nullptr, nullptr,
-                         nullptr, nullptr) != 0;
+/// Of the desktop that runs, where it is installed; else null.
+const SettingsProgram* currentSettingsProgram() {
+    const auto* const found = std::ranges::find_if(settingsPrograms, [](const SettingsProgram& settings) {
+        return isCurrentDesktop(settings.desktop) && GText(g_find_program_in_path(settings.program));
+    });
+    return found != settingsPrograms.end() ? found : nullptr;
 }
 
 fs::path runningProgram() {
@@ -188,6 +188,13 @@ std::optional<AutostartEntry::Path> AutostartEntry::installedProgram() const {
     return std::nullopt;
 }
 
+Capability AutostartEntry::capability() const {
+    if (installedProgram()) return Capability::available();
+    return Capability::unavailable(
+        "Quillo is not installed here: no entry of the applications menu starts the program that is running, "
+        "and one opened at login would break when it is moved.");
+}
+
 LoginItemStatus AutostartEntry::status() const {
     if (!installedProgram()) return LoginItemStatus::notFound;
     const auto bytes = read(entry_);
@@ -200,9 +207,7 @@ LoginItemStatus AutostartEntry::status() const {
 Result<void> AutostartEntry::registerItem() {
     const auto program = installedProgram();
     if (!program) {
-        return fail(ErrorKind::unavailable,
-                    "Quillo is not installed here: no entry of the applications menu starts the program "
-                    "that is running, and one opened at login would break when it is moved");
+        return fail(ErrorKind::unavailable, capability().reason());
     }
     if (!fitsExecLine(program->string())) {
         return fail(ErrorKind::unavailable,
@@ -221,11 +226,18 @@ Result<void> AutostartEntry::unregisterItem() {
     return removed ? files_.syncDirectory(entry_.parent_path()) : removed;
 }
 
+bool AutostartEntry::hasSystemSettings() const {
+    return currentSettingsProgram() != nullptr;
+}
+
 void AutostartEntry::openSystemSettings() {
-    for (const auto& settings : settingsPrograms) {
-        if (isCurrentDesktop(settings.desktop) && start(settings.program, settings.argument)) return;
-    }
-    start("xdg-open", entry_.parent_path().c_str());
+    const SettingsProgram* const settings = currentSettingsProgram();
+    if (!settings) return;
+    std::array<const char*, 3> command{settings->program, settings->argument, nullptr};
+    constexpr auto flags = static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL |
+                                                    G_SPAWN_STDERR_TO_DEV_NULL);
+    g_spawn_async(nullptr, const_cast<char**>(command.data()), nullptr, flags, nullptr, nullptr, nullptr,
+                  nullptr);
 }
 
 }  // namespace quillo

@@ -37,11 +37,15 @@ class AutostartEntry final : public LoginItemService {
 
     explicit AutostartEntry(FileSystem& files, Places places = Places::find());
 
+    /// Only an installed program can.
+    Capability capability() const override;
     LoginItemStatus status() const override;
     /// On failure the entry is as it was.
     Result<void> registerItem() override;
     Result<void> unregisterItem() override;
-    /// The desktop's list of startup programs, else the autostart folder; nothing where neither opens.
+    /// The list of startup programs of the desktop that runs, where we know its program and that is
+    /// installed.
+    bool hasSystemSettings() const override;
     void openSystemSettings() override;
 
     /// One argument of an Exec line, quoted where the Desktop Entry Specification wants it.

@@ -43,6 +43,7 @@ class DesktopEntries {
     /// Looks whether files came or went; a few system calls. Pointers given before may be void afterwards.
     void refresh();
 
+    const std::vector<DesktopEntry>& all() const { return entries_; }
     const DesktopEntry* withId(std::string_view id) const;
     /// Whatever the case of its letters.
     const DesktopEntry* withIdIgnoringCase(std::string_view id) const;

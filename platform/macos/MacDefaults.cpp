@@ -28,6 +28,21 @@ std::optional<std::string> MacDefaults::trouble() const {
     return place() + ": " + keys + ": a value of another type stands there";
 }
 
+Result<std::string> MacDefaults::keepAside() {
+    std::string kept;
+    for (const std::string& key : std::set(misplaced_)) {
+        const auto name = cf::makeText(key);
+        const auto found = name ? value(name.get()) : CFRef<CFTypeRef>();
+        const std::string aside = key + ".damaged";
+        Result<void> moved = set(aside, found.get());
+        if (moved) moved = set(key, nullptr);
+        if (!moved) return std::unexpected(std::move(moved.error()));
+        kept += (kept.empty() ? "" : ", ") + aside;
+    }
+    if (kept.empty()) return fail(ErrorKind::notFound, place() + " can be read by now");
+    return kept + " in " + place();
+}
+
 void MacDefaults::refresh() {
     CFPreferencesAppSynchronize(application_.get());  // also reads what others have stored
 }

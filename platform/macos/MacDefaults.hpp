@@ -21,6 +21,8 @@ class MacDefaults final : public UserDefaults {
     std::string place() const override;
     /// Names the keys that were asked for and hold a value of another type.
     std::optional<std::string> trouble() const override;
+    /// Each value of another type, under its key followed by ".damaged".
+    Result<std::string> keepAside() override;
     void refresh() override;
 
     std::optional<std::string> data(std::string_view key) const override;

@@ -15,7 +15,7 @@ namespace quillo {
 
 class MacWindowServer final : public WindowServer {
   public:
-    /// Moves a window through an operation class of the system; false where the system has no such class.
+    /// Moves a window through an operation class of the system; false where that was not asked.
     using MoveBridge = bool (*)(std::uint32_t window, std::uint64_t space);
 
     /// What stands beside it in the same layer.
@@ -25,7 +25,7 @@ class MacWindowServer final : public WindowServer {
         Applications& applications;
         Screens& screens;
     };
-    /// `bridge` may be null.
+    /// `bridge` is null where the system has no such class.
     MacWindowServer(Neighbours neighbours, SymbolLookup lookup, MoveBridge bridge)
         : neighbours_(neighbours),
           skyLight_(lookup),

@@ -42,5 +42,9 @@ auto retried(auto call) {
 
 /// "Could not read /a/b: Permission denied", its kind chosen by `code`.
 std::unexpected<Error> fileError(std::string_view verb, const std::filesystem::path& file, int code = errno);
+/// "Quillo can't write to /a: permission denied. Give yourself permission to it and try again.": of what is
+/// written in a folder. Nobody knows the temporary file that it may be about. `verb` is "write to" or "read".
+std::unexpected<Error> folderError(std::string_view verb, const std::filesystem::path& folder,
+                                   int code = errno);
 
 }  // namespace quillo

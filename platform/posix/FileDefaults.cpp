@@ -48,10 +48,9 @@ std::optional<std::string> FileDefaults::data(std::string_view key) const {
     simdjson::dom::parser parser;
     Json json;
     if (parser.parse(simdjson::padded_string(found->second)).get(json)) return std::nullopt;
-    if (json.is_object()) return found->second;
     std::string_view text;
-    if (json.get_string().get(text)) return std::nullopt;
-    return std::string(text);
+    if (!json.get_string().get(text)) return std::string(text);
+    return json.is_bool() || json.is_null() ? std::nullopt : std::optional(found->second);
 }
 
 Result<void> FileDefaults::setData(std::string_view key, std::optional<std::string> bytes) {
@@ -106,7 +105,7 @@ Result<void> FileDefaults::set(std::string_view key, std::optional<std::string> 
     if (now.trouble) {
         // One that cannot even be read may be sound: it is not replaced.
         if (now.trouble->kind != ErrorKind::invalidData) return std::unexpected(*now.trouble);
-        if (Result<void> kept = keepAside(); !kept) return kept;
+        if (const auto kept = moveAside(); !kept) return std::unexpected(kept.error());
         now.trouble.reset();
     }
     now.values.erase(std::string(key));
@@ -122,14 +121,29 @@ Result<void> FileDefaults::set(std::string_view key, std::optional<std::string> 
     return written;
 }
 
+Result<std::string> FileDefaults::keepAside() {
+    const auto lock = files_.lock(file_.parent_path());
+    if (!lock) return std::unexpected(lock.error());
+    const Content now = read();
+    if (!now.trouble) return fail(ErrorKind::notFound, file_.string() + " can be read by now");
+    if (now.trouble->kind != ErrorKind::invalidData) return std::unexpected(*now.trouble);
+    const auto kept = moveAside();
+    if (!kept) return std::unexpected(kept.error());
+    content_.reset();
+    return kept->string();
+}
+
 /// Under the first name that is free. There are few, so that a program that damages the file again and again
 /// does not fill the disk.
-Result<void> FileDefaults::keepAside() const {
+Result<std::filesystem::path> FileDefaults::moveAside() const {
     constexpr int most = 9;
     for (int number = 1; number <= most; ++number) {
         std::filesystem::path aside = file_;
         aside += number == 1 ? ".damaged" : ".damaged-" + std::to_string(number);
-        if (!files_.exists(aside)) return files_.rename(file_, aside);
+        if (files_.exists(aside)) continue;
+        if (const Result<void> moved = files_.rename(file_, aside); !moved)
+            return std::unexpected(moved.error());
+        return aside;
     }
     return fail(
         ErrorKind::io,

@@ -12,17 +12,19 @@
 namespace quillo {
 
 /// A JSON object with one member for each value: flags as true, JSON objects as they are, all other bytes as
-/// a string. Read when first asked, and after refresh(); replaced in one step, each time after reading it
-/// again, so that two programs do not lose each other's values. What cannot be read counts as empty. A
-/// damaged file is kept aside before it is replaced, as NAME.damaged, NAME.damaged-2 and so on up to nine;
-/// none of these is overwritten: a tenth is an error of the set. A set that failed only to make the change
-/// durable leaves it in place.
+/// a string. What else a person wrote there is data too, which whoever asks for it cannot read. Read when
+/// first asked, and after refresh(); replaced in one step, each time after reading it again, so that two
+/// programs do not lose each other's values. What cannot be read counts as empty. A damaged file is kept
+/// aside before it is replaced, as NAME.damaged, NAME.damaged-2 and so on up to nine; none of these is
+/// overwritten: a tenth is an error of the set. A set that failed only to make the change durable leaves it
+/// in place.
 class FileDefaults final : public UserDefaults {
   public:
     FileDefaults(FileSystem& files, std::filesystem::path file) : files_(files), file_(std::move(file)) {}
 
     std::string place() const override { return file_.string(); }
     std::optional<std::string> trouble() const override;
+    Result<std::string> keepAside() override;
     void refresh() override { content_.reset(); }
 
     std::optional<std::string> data(std::string_view key) const override;
@@ -42,7 +44,7 @@ class FileDefaults final : public UserDefaults {
     const Content& content() const;
     Content read() const;
     Result<void> set(std::string_view key, std::optional<std::string> json);
-    Result<void> keepAside() const;
+    Result<std::filesystem::path> moveAside() const;
 
     FileSystem& files_;
     std::filesystem::path file_;

@@ -4,8 +4,7 @@
 namespace quillo {
 
 /// For moments after much was let go, as when the last window closes: allocators keep it for themselves else.
-/// With it goes the program's code as far as it is mapped, of which the windows' is the larger part; it comes
-/// back as it is used. Takes some milliseconds; does nothing where the allocator has no such call.
+/// Takes some milliseconds; does nothing where the allocator has no such call.
 void releaseFreeMemory();
 
 }  // namespace quillo

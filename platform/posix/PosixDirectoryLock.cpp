@@ -46,17 +46,15 @@ Attempt acquire(int descriptor, std::chrono::milliseconds patience) {
 
 Result<std::unique_ptr<DirectoryLock>> PosixFileSystem::lock(const Path& directory) {
     Descriptor opened(retried([&] { return ::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
-    if (!opened) return fileError("lock", directory);
+    if (!opened) return folderError("write to", directory);
     Attempt attempt = acquire(opened.get(), lockPatience_);
     if (attempt == Attempt::unsupported) {
         opened = PrivateFiles::open(directory / ".lock", O_RDWR);
-        if (!opened) return fileError("lock", directory);
+        if (!opened) return folderError("write to", directory);
         attempt = acquire(opened.get(), lockPatience_);
     }
     if (attempt == Attempt::held) return std::make_unique<HeldLock>(std::move(opened));
-    if (errno != EWOULDBLOCK) return fileError("lock", directory);
-    return fail(ErrorKind::locked,
-                "Could not lock " + directory.string() + ": another program is writing there", EWOULDBLOCK);
+    return folderError("write to", directory);
 }
 
 }  // namespace quillo

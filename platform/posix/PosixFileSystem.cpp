@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <system_error>
 
+#include "WindowEngine/support/Text.hpp"
 #include "platform/posix/Descriptor.hpp"
 #include "platform/posix/PrivateFiles.hpp"
 
@@ -30,6 +31,8 @@ ErrorKind kindOf(int code) {
         case ENOSPC:
         case EDQUOT:
             return ErrorKind::noSpace;
+        case EWOULDBLOCK:
+            return ErrorKind::locked;
         default:
             return ErrorKind::io;
     }
@@ -38,6 +41,28 @@ ErrorKind kindOf(int code) {
 std::string reasonOf(int code) {
     if (code == ELOOP || code == EMLINK) return "it is a symbolic link, which is not followed";
     return std::generic_category().message(code);
+}
+
+struct Trouble {
+    std::string reason;
+    std::string_view remedy;
+};
+Trouble troubleOf(int code) {
+    switch (code) {
+        case EACCES:
+        case EPERM:
+            return {"permission denied", "Give yourself permission to it and try again."};
+        case EROFS:
+            return {"the disk is read-only", "Make it writable and try again."};
+        case ENOSPC:
+            return {"the disk is full", "Free some space and try again."};
+        case EDQUOT:
+            return {"your share of the disk is used up", "Free some of it and try again."};
+        case EWOULDBLOCK:
+            return {"another program is writing there", "Try again in a moment."};
+        default:
+            return {text::lowercase(reasonOf(code)), "Look after the folder and its disk and try again."};
+    }
 }
 
 // O_NONBLOCK keeps a named pipe from holding us up; regular files ignore it.
@@ -49,7 +74,7 @@ Descriptor openForReading(const Path& file, int flags = 0) {
 Result<void> writeAll(int descriptor, std::string_view bytes, const Path& file) {
     while (!bytes.empty()) {
         const auto written = retried([&] { return ::write(descriptor, bytes.data(), bytes.size()); });
-        if (written < 0) return fileError("write", file);
+        if (written < 0) return folderError("write to", file.parent_path());
         bytes.remove_prefix(static_cast<std::size_t>(written));
     }
     return {};
@@ -104,8 +129,9 @@ Result<std::string> readAll(int descriptor, std::size_t expected, const Path& fi
 Result<void> syncNames(const Path& directory) {
     const Descriptor opened(
         retried([&] { return ::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
-    if (!opened) return fileError("open", directory);
-    if (sync(opened.get()) < 0 && errno != EINVAL && errno != ENOTSUP) return fileError("sync", directory);
+    if (!opened) return folderError("write to", directory);
+    if (sync(opened.get()) < 0 && errno != EINVAL && errno != ENOTSUP)
+        return folderError("write to", directory);
     return {};
 }
 
@@ -113,6 +139,14 @@ Result<void> syncNames(const Path& directory) {
 
 std::unexpected<Error> fileError(std::string_view verb, const Path& file, int code) {
     return fail(kindOf(code), "Could not " + std::string(verb) + " " + file.string() + ": " + reasonOf(code),
+                code);
+}
+
+std::unexpected<Error> folderError(std::string_view verb, const Path& folder, int code) {
+    const Trouble trouble = troubleOf(code);
+    return fail(kindOf(code),
+                "Quillo can't " + std::string(verb) + " " + folder.string() + ": " + trouble.reason + ". " +
+                    std::string(trouble.remedy),
                 code);
 }
 
@@ -134,9 +168,9 @@ Result<void> PosixFileSystem::createDirectories(const Path& directory) {
 
 Result<void> PosixFileSystem::createFile(const Path& file, std::string_view bytes) {
     const Descriptor opened = PrivateFiles::open(file, O_WRONLY | O_EXCL);
-    if (!opened) return fileError("create", file);
+    if (!opened) return folderError("write to", file.parent_path());
     auto result = writeAll(opened.get(), bytes, file);
-    if (result && sync(opened.get()) < 0) result = fileError("write", file);
+    if (result && sync(opened.get()) < 0) result = folderError("write to", file.parent_path());
     if (!result) ::unlink(file.c_str());
     return result;
 }
@@ -148,31 +182,31 @@ Result<void> PosixFileSystem::copy(const Path& from, const Path& to) {
 }
 
 Result<void> PosixFileSystem::rename(const Path& from, const Path& to) {
-    if (::rename(from.c_str(), to.c_str()) < 0) return fileError("replace", to);
+    if (::rename(from.c_str(), to.c_str()) < 0) return folderError("write to", to.parent_path());
     return {};
 }
 
 Result<void> PosixFileSystem::remove(const Path& file) {
-    if (::unlink(file.c_str()) < 0) return fileError("remove", file);
+    if (::unlink(file.c_str()) < 0) return folderError("write to", file.parent_path());
     return {};
 }
 
 Result<void> PosixFileSystem::removeTree(const Path& directory) {
     std::error_code error;
     std::filesystem::remove_all(directory, error);
-    if (error) return fileError("remove", directory, error.value());
+    if (error) return folderError("write to", directory, error.value());
     return {};
 }
 
 Result<std::vector<std::string>> PosixFileSystem::list(const Path& directory) {
     const std::unique_ptr<DIR, int (*)(DIR*)> opened(::opendir(directory.c_str()), &::closedir);
-    if (!opened) return fileError("list", directory);
+    if (!opened) return folderError("read", directory);
     std::vector<std::string> names;
     for (errno = 0; const dirent* entry = ::readdir(opened.get()); errno = 0) {
         const std::string_view name = entry->d_name;
         if (name != "." && name != "..") names.emplace_back(name);
     }
-    if (errno != 0) return fileError("list", directory);
+    if (errno != 0) return folderError("read", directory);
     return names;
 }
 

@@ -32,7 +32,7 @@ Result<void> createDirectories(const Path& directory, void (*made)(const Path& w
         narrow(directory);
         return {};
     }
-    if (code != 0) return fileError("create the directory", directory, code);
+    if (code != 0) return folderError("write to", directory, code);
     if (made) made(parent.empty() ? "." : parent);
     return {};
 }

@@ -2,6 +2,7 @@
 #pragma once
 #include <cstdint>
 
+#include "WindowEngine/services/Capability.hpp"
 #include "WindowEngine/support/Error.hpp"
 
 namespace quillo {
@@ -19,9 +20,13 @@ class LoginItemService {
   public:
     virtual ~LoginItemService() = default;
 
+    /// Whether this program can be a login item at all.
+    virtual Capability capability() const { return Capability::available(); }
     virtual LoginItemStatus status() const = 0;
     virtual Result<void> registerItem() = 0;
     virtual Result<void> unregisterItem() = 0;
+    /// Whether openSystemSettings() has something to open.
+    virtual bool hasSystemSettings() const { return true; }
     /// Opens the system's own list of login items, where there is one.
     virtual void openSystemSettings() = 0;
 };

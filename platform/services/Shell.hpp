@@ -1,6 +1,7 @@
 // The application's place in the desktop: whether it shows in the dock, how it looks, and the system's pages
 // that it sends people to.
 #pragma once
+#include <filesystem>
 #include <functional>
 #include <string>
 
@@ -21,6 +22,8 @@ class Shell {
     /// The page of the system's settings that an address of the form "x-apple.systempreferences:..." names.
     virtual Capability canOpenSystemSettings() const = 0;
     virtual void openSystemSettings(const std::string& page) = 0;
+    /// Opens it in the person's file manager; false where there is none, or this shell leaves it to another.
+    virtual bool showFolder(const std::filesystem::path&) { return false; }
     /// A short message of the system's own, outside any window.
     virtual void notify(const std::string& title, const std::string& text) = 0;
     /// The person clicked on such a message.

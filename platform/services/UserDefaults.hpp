@@ -18,6 +18,10 @@ class UserDefaults {
     /// Why they count as empty although there are some; for the person.
     virtual std::optional<std::string> trouble() const { return std::nullopt; }
 
+    /// Moves what is behind trouble() to where nothing overwrites it, and says where that is; the rest counts
+    /// from then on. On failure all is as before.
+    virtual Result<std::string> keepAside() { return fail(ErrorKind::unavailable, "It cannot be moved"); }
+
     /// What other programs have set meanwhile is there from now on.
     virtual void refresh() {}
 

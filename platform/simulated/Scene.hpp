@@ -95,6 +95,8 @@ enum class FaultKind {
     automationSlow,         // `seconds` more until a script is answered
     newWindowUnidentified,  // the browser makes the window and does not say which it is
     turnsPrivate,           // the window, at its time
+    windowRaised,           // the person brings it in front of its application's others
+    privateWindowOpens,     // the person opens another one, in front
 };
 
 /// Something that goes wrong. It begins `after` seconds of virtual time and applies to the application and
@@ -107,7 +109,10 @@ struct Fault {
     double after = 0;
     double seconds = 0;
     bool onWrite = false;  // windowVanishes, applicationCrashes, applicationHangs: at the first write instead
-    bool onScript = false;  // turnsPrivate: once, while a script to its application runs
+    // Of what happens at a time, instead: once, when the next script to its application has done its work,
+    // or, with a `step`, right before scripts make that request of it (from 1).
+    bool onScript = false;
+    std::int64_t step = 0;
 
     bool operator==(const Fault&) const = default;
 };

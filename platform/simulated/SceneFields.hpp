@@ -66,7 +66,8 @@ inline constexpr auto fieldsOf<simulated::Fault> = std::tuple{
     Field{"kind", &simulated::Fault::kind},       Field{"application", &simulated::Fault::application},
     Field{"title", &simulated::Fault::title},     Field{"value", &simulated::Fault::value},
     Field{"after", &simulated::Fault::after},     Field{"seconds", &simulated::Fault::seconds},
-    Field{"onWrite", &simulated::Fault::onWrite}, Field{"onScript", &simulated::Fault::onScript}};
+    Field{"onWrite", &simulated::Fault::onWrite}, Field{"onScript", &simulated::Fault::onScript},
+    Field{"step", &simulated::Fault::step}};
 
 template <>
 inline constexpr auto namesOf<ActivationPolicy> =
@@ -78,7 +79,7 @@ inline constexpr auto namesOf<ActivationPolicy> =
 
 template <>
 inline constexpr auto namesOf<simulated::FaultKind> =
-    std::array<std::pair<std::string_view, simulated::FaultKind>, 36>{{
+    std::array<std::pair<std::string_view, simulated::FaultKind>, 38>{{
         {"launchRefused", simulated::FaultKind::launchRefused},
         {"slowLaunch", simulated::FaultKind::slowLaunch},
         {"lateWindows", simulated::FaultKind::lateWindows},
@@ -115,6 +116,8 @@ inline constexpr auto namesOf<simulated::FaultKind> =
         {"automationSlow", simulated::FaultKind::automationSlow},
         {"newWindowUnidentified", simulated::FaultKind::newWindowUnidentified},
         {"turnsPrivate", simulated::FaultKind::turnsPrivate},
+        {"windowRaised", simulated::FaultKind::windowRaised},
+        {"privateWindowOpens", simulated::FaultKind::privateWindowOpens},
     }};
 
 }  // namespace quillo

@@ -1,154 +1,181 @@
 #include "platform/simulated/ScriptedApplications.hpp"
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include <algorithm>
-#include <functional>
-#include <ranges>
 #include <utility>
 
+#include "WindowEngine/integrations/AppleScriptText.hpp"
+#include "platform/simulated/ScriptInterpretation.hpp"
 #include "platform/simulated/WorldRules.hpp"
 
 namespace quillo::simulated {
 namespace {
 
-using namespace ScriptRequest;
+using Part = Reference::Part;
 
 constexpr std::string_view newTab = "chrome://newtab/";
 
-/// What an interpreter prints of a result.
-ScriptOutcome printed(std::string_view text) {
-    return {0, fmt::format("{}\n", text), {}};
+/// Of Chrome and its kin, to which every browser but Safari belongs here.
+bool isChromium(std::string_view application) {
+    return application != finder && application != safari;
 }
 
-/// A browser's own identifier of a window: no number of the window server.
-std::string chromiumID(const Window& window) {
-    return std::to_string(1'600'000'000 + window.number);
+/// The page of a tab that nothing was opened in.
+std::string blankPage(std::string_view application) {
+    return isChromium(application) ? std::string(newTab) : std::string();
 }
 
-/// The addresses of a window's tabs as a script joins them; `blank` where there is none.
-std::string addresses(const Window& window, std::string_view blank) {
-    std::vector<std::string> tabs = window.state.tabs;
-    if (tabs.empty()) tabs.emplace_back(blank);
-    for (std::string& address : tabs)
-        if (address.empty()) address = "missing value";
-    return fmt::format("{}", fmt::join(tabs, "\t"));
+Value address(const std::string& text) {
+    return text.empty() ? Value{} : Value{text};
 }
 
-/// What the application does with each request.
-struct Answering {
-    World& world;
-    Application& application;
+/// A window without tabs shows one that is blank.
+void fillBlank(Window& window) {
+    if (window.state.tabs.empty()) window.state.tabs.push_back(blankPage(window.application));
+}
 
-    ScriptOutcome operator()(const ListFolders&) const {
-        std::vector<std::string> rows;
-        for (const Window* window : windows()) {
-            const auto folder = Url::parse(World::documentOf(*window).value_or(""));
-            std::string path = folder ? folder->standardized().filePath().value_or("") : "";
-            const bool there = !path.empty() && world.folderExists(path);
-            if (there && !path.ends_with('/')) path += '/';
-            rows.push_back(there ? std::move(path) : "");
-        }
-        return printed(fmt::format("{}", fmt::join(rows, "\n")));
+/// A browser of Chrome's kin counts its own windows, and has a text for each.
+Reference referenceTo(const Window& window) {
+    Reference reference{.windows = Reference::Windows::withID};
+    if (isChromium(window.application)) {
+        reference.identifier = std::to_string(1'600'000'000 + window.number);
+    } else {
+        reference.identifier = static_cast<std::int64_t>(window.number);
     }
-    ScriptOutcome operator()(const OpenFolder& asked) const {
-        if (!world.folderExists(asked.path)) return scriptFailed("execution error: File wasn’t found.", -43);
-        SceneWindow window = world.newWindow(application, World::documentTitle(Url::file(asked.path, true)));
-        window.tabs = {asked.path};
-        world.openInFront(application, window);
-        return printed("folder");
-    }
+    return reference;
+}
 
-    ScriptOutcome operator()(const ListTabs& asked) const {
-        std::vector<std::string> rows;
-        for (const Window* window : windows()) {
-            if (window->state.privateBrowsing) {
-                rows.emplace_back(privateMarker);
-            } else {
-                rows.push_back((asked.identified ? chromiumID(*window) + "\t" : "") +
-                               addresses(*window, newTab));
-            }
-        }
-        return printed(fmt::format("{}", fmt::join(rows, "\n")));
-    }
-    ScriptOutcome operator()(const NewWindow& asked) const {
-        const Window& window = newBrowserWindow(asked.first);
-        return saysWhichItIs() ? printed(chromiumID(window)) : printed("");
-    }
-    ScriptOutcome operator()(const OpenTabs& asked) const {
-        Window* window = find(asked.window, chromiumID);
-        if (!window) return scriptFailed("execution error: the window is gone", -2700);
-        if (window->state.privateBrowsing)
-            return scriptFailed("execution error: the window is private", -2700);
-        openTabs(*window, asked.urls, asked.intoActiveTab, newTab);
-        return {};
-    }
-
-    ScriptOutcome operator()(const ListSafariTabs& asked) const {
-        std::vector<std::string> rows;
-        for (const Window* window : windows()) {
-            if (asked.allowed.contains(window->number))
-                rows.push_back(std::to_string(window->number) + "\t" + addresses(*window, ""));
-        }
-        return printed(fmt::format("{}", fmt::join(rows, "\n")));
-    }
-    ScriptOutcome operator()(const NewSafariWindow& asked) const {
-        const Window& window = newBrowserWindow(asked.first);
-        return saysWhichItIs() ? printed(std::to_string(window.number)) : ScriptOutcome{};
-    }
-    ScriptOutcome operator()(const OpenSafariTabs& asked) const {
-        Window* window = find(asked.window, &Window::number);
-        if (!window)
-            return scriptFailed("execution error: Safari got an error: Can’t get window. Invalid index.",
-                                -1719);
-        openTabs(*window, asked.urls, asked.intoCurrentTab, "");
-        return printed("tab");
-    }
-
-  private:
-    /// All windows that its script terms count, on whatever desktop, front to back.
-    std::vector<Window*> windows() const {
-        std::vector<Window*> result = world.windowsOf(application.scene.identifier);
-        std::erase_if(result,
-                      [](const Window* window) { return window->state.subrole != ax::standardWindow; });
-        return result;
-    }
-    Window* find(const auto& identifier, auto identifierOf) const {
-        const auto all = windows();
-        const auto found = std::ranges::find_if(
-            all, [&](const Window* window) { return std::invoke(identifierOf, *window) == identifier; });
-        return found == all.end() ? nullptr : *found;
-    }
-    bool saysWhichItIs() const {
-        return !world.fault(FaultKind::newWindowUnidentified, application.scene.identifier);
-    }
-    Window& newBrowserWindow(const Url& first) const {
-        SceneWindow window = world.newWindow(application, World::pageTitle(application, first.string()));
-        window.tabs = {first.string()};
-        return world.openInFront(application, window);
-    }
-    /// The tab in front is the first of the list; new ones open behind it.
-    void openTabs(Window& window, const std::vector<Url>& urls, bool intoTabInFront,
-                  std::string_view blank) const {
-        if (window.state.tabs.empty()) window.state.tabs.emplace_back(blank);
-        if (intoTabInFront) {
-            window.state.tabs.front() = urls.front().string();
-            window.state.title = World::pageTitle(application, urls.front().string());
-        }
-        for (const Url& url : urls | std::views::drop(intoTabInFront ? 1 : 0))
-            window.state.tabs.push_back(url.string());
-    }
-};
+[[noreturn]] void cannotGet(std::string_view what) {
+    throw ScriptError{fmt::format("Can’t get {}.", what), -1728};
+}
 
 }  // namespace
 
+std::vector<Window*> ScriptedApplication::requested() {
+    world_.scriptAsks(application_.scene.identifier);
+    std::vector<Window*> windows = world_.windowsOf(application_.scene.identifier);
+    std::erase_if(windows, [](const Window* window) { return window->state.subrole != ax::standardWindow; });
+    return windows;
+}
+
+Window& ScriptedApplication::find(const std::vector<Window*>& windows, const Reference& reference) {
+    if (reference.windows == Reference::Windows::atPlace) {
+        if (reference.place < 1 || std::cmp_greater(reference.place, windows.size()))
+            throw ScriptError{"Can’t get item of every window. Invalid index.", -1719};
+        return *windows[static_cast<std::size_t>(reference.place - 1)];
+    }
+    const auto found = std::ranges::find_if(windows, [&](const Window* window) {
+        return referenceTo(*window).identifier == reference.identifier;
+    });
+    if (found != windows.end()) return **found;
+    if (reference.windows == Reference::Windows::whoseID)
+        throw ScriptError{"Can’t get window. Invalid index.", -1719};
+    cannotGet("window id");
+}
+
+std::string ScriptedApplication::folderOf(const Window& window) const {
+    const auto folder = Url::parse(World::documentOf(window).value_or(""));
+    return folder ? folder->standardized().filePath().value_or("") : "";
+}
+
+bool ScriptedApplication::saysWhichItIs() const {
+    return !world_.fault(FaultKind::newWindowUnidentified, application_.scene.identifier);
+}
+
+Value ScriptedApplication::property(const Window& window, Part part, std::string_view name) const {
+    const bool chromium = isChromium(window.application), isFinder = window.application == finder;
+    if (part == Part::window && name == "id")
+        return std::visit([](const auto& identifier) { return Value{identifier}; },
+                          referenceTo(window).identifier);
+    if (part == Part::window && name == "mode" && chromium)
+        return {std::string(window.state.privateBrowsing ? "incognito" : "normal")};
+    if (part == Part::window && name == "target" && isFinder) return {folderOf(window)};
+    if (part == Part::everyTab && name == "URL" && !isFinder) {
+        std::vector<Value> tabs;
+        for (const std::string& tab : window.state.tabs) tabs.push_back(address(tab));
+        if (tabs.empty()) tabs.push_back(address(blankPage(window.application)));
+        return {std::move(tabs)};
+    }
+    cannotGet(name);
+}
+
+std::int64_t ScriptedApplication::count(const Reference& reference) {
+    const auto windows = requested();
+    if (reference != Reference{}) cannotGet("every window");
+    return std::ssize(windows);
+}
+
+Value ScriptedApplication::get(const Reference& of, std::string_view name) {
+    const auto windows = requested();
+    if (of.windows == Reference::Windows::every) {
+        std::vector<Value> all;
+        for (const Window* window : windows) all.push_back(property(*window, of.part, name));
+        return {std::move(all)};
+    }
+    if (name == "id" && nameless_) return {};
+    return property(find(windows, of), of.part, name);
+}
+
+Reference ScriptedApplication::resolved(const Reference& reference) {
+    return referenceTo(find(requested(), reference));
+}
+
+void ScriptedApplication::set(const Reference& of, std::string_view name, const std::string& value) {
+    Window& window = find(requested(), of);
+    const bool isFinder = window.application == finder;
+    const Part tabInFront = isChromium(window.application) ? Part::activeTab : Part::currentTab;
+    if (of.part == tabInFront && name == "URL" && !isFinder) {
+        fillBlank(window);
+        window.state.title = World::pageTitle(application_, value);
+    } else if (of.part == Part::window && name == "target" && isFinder) {
+        window.state.tabs.resize(1);
+        window.state.title = World::documentTitle(Url::file(value, true));
+    } else {
+        throw ScriptError{fmt::format("Can’t set {}.", name), -10006};
+    }
+    window.state.tabs.front() = value;  // the list begins with the tab in front
+}
+
+Window& ScriptedApplication::open(const std::string& title, const std::string& shown) {
+    SceneWindow window = world_.newWindow(application_, title);
+    if (!shown.empty()) window.tabs = {shown};
+    return world_.openInFront(application_, window);
+}
+
+Value ScriptedApplication::make(std::string_view kind, const std::optional<Reference>& at,
+                                const std::string& address) {
+    const auto windows = requested();
+    const std::string& identifier = application_.scene.identifier;
+    if (kind == "tab" && at && at->part == Part::everyTab && identifier != finder) {
+        Window& window = find(windows, *at);
+        fillBlank(window);
+        window.state.tabs.push_back(address);  // behind the one in front
+        return {*at};
+    }
+    if (kind == "document" && identifier == safari) {
+        open(World::pageTitle(application_, address), address);
+        nameless_ = !saysWhichItIs();
+        return {std::string("document")};
+    }
+    if ((kind == "window" && isChromium(identifier)) || (kind == "Finder window" && identifier == finder)) {
+        const Window& window = open("", blankPage(identifier));
+        return saysWhichItIs() ? Value{referenceTo(window)} : Value{};
+    }
+    throw ScriptError{fmt::format("Can’t make {}.", kind), -2710};
+}
+
 ScriptOutcome scriptFailed(std::string_view message, int number) {
-    return {1, {}, fmt::format("0:0: {} ({})\n", message, number)};
+    return {1, {}, fmt::format("0:0: execution error: {} ({})\n", message, number)};
 }
 
 ScriptOutcome perform(World& world, Application& application, const Script& script) {
-    return std::visit(Answering{world, application}, script.request);
+    ScriptedApplication asked(world, application);
+    try {
+        return {0, interpret(AppleScript::text(script), asked) + "\n", {}};
+    } catch (const ScriptError& error) {
+        return scriptFailed(error.message, error.number);
+    }
 }
 
 }  // namespace quillo::simulated

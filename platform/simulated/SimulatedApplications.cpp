@@ -68,6 +68,14 @@ std::optional<std::string> ApplicationList::name(std::string_view bundleIdentifi
                                                        : std::nullopt;
 }
 
+std::vector<InstalledApplication> ApplicationList::installed() {
+    std::vector<InstalledApplication> applications;
+    for (const Application& one : world_.applications())
+        if (one.scene.installed)
+            applications.push_back({one.scene.identifier, one.scene.name, bundleURL(one)});
+    return applications;
+}
+
 Task<Result<void>> ApplicationList::launch(Url location, std::vector<Url> documents) {
     co_await sleepFor(50ms);
     world_.advance();

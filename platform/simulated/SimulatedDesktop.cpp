@@ -13,7 +13,7 @@ namespace quillo {
 struct SimulatedDesktop::Services {
     Services(simulated::World& world, VirtualExecutor& executor)
         : accessibility(world, executor),
-          server(world),
+          server(world, executor),
           applications(world),
           screens(world),
           scripts(world, executor) {}

@@ -11,6 +11,7 @@ class SimulatedLoginItem final : public LoginItemService {
   public:
     explicit SimulatedLoginItem(LoginItemStatus status = LoginItemStatus::notRegistered) : current(status) {}
 
+    Capability capability() const override { return able; }
     LoginItemStatus status() const override { return current; }
     Result<void> registerItem() override { return change(registrations, registerFailure, afterRegistering); }
     Result<void> unregisterItem() override {
@@ -18,6 +19,7 @@ class SimulatedLoginItem final : public LoginItemService {
     }
     void openSystemSettings() override { ++settingsOpened; }
 
+    Capability able = Capability::available();
     LoginItemStatus current;  // also changes "in the system's settings"
     LoginItemStatus afterRegistering = LoginItemStatus::enabled;
     std::optional<Error> registerFailure{}, unregisterFailure{};

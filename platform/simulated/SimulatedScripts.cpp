@@ -29,15 +29,12 @@ Task<bool> Scripts::passes(Duration duration, TimePoint deadline) {
 
 std::optional<ScriptOutcome> Scripts::refusal(std::string_view identifier) {
     Application* application = world_.application(identifier);
-    if (!application || !application->scene.installed)
-        return scriptFailed("execution error: Can’t get application.", -1728);
+    if (!application || !application->scene.installed) return scriptFailed("Can’t get application.", -1728);
     if (world_.fault(FaultKind::automationRefused, identifier))
-        return scriptFailed(
-            "execution error: Not authorized to send Apple events to " + application->scene.name + ".",
-            -1743);
+        return scriptFailed("Not authorized to send Apple events to " + application->scene.name + ".", -1743);
     if (application->running) return std::nullopt;
     if (world_.fault(FaultKind::launchRefused, identifier))
-        return scriptFailed("execution error: The application can’t be opened.", -10810);
+        return scriptFailed("The application can’t be opened.", -10810);
     world_.start(*application);
     return std::nullopt;
 }
@@ -58,7 +55,7 @@ Task<Result<ScriptOutcome>> Scripts::execute(Script script, Duration limit) {
         if (!co_await passes(pollEvery, deadline)) co_return late();
     }
     Application& application = *world_.application(identifier);
-    if (!application.running) co_return scriptFailed("execution error: Connection is invalid.", -609);
+    if (!application.running) co_return scriptFailed("Connection is invalid.", -609);
     ScriptOutcome outcome = perform(world_, application, script);
     world_.scriptRan(identifier);
     co_return outcome;

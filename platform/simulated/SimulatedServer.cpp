@@ -3,6 +3,25 @@
 #include "platform/simulated/SimulatedServices.hpp"
 
 namespace quillo::simulated {
+namespace {
+
+class Watch final : public ChangeWatch {
+  public:
+    Watch(World& world, VirtualExecutor& executor) : world_(world), executor_(executor) {}
+
+    Task<bool> next(Duration limit) override {
+        const TimePoint deadline = executor_.timeAfter(limit), change = world_.nextChange();
+        co_await sleepFor(std::min(deadline, change) - executor_.now());
+        world_.advance();
+        co_return change <= deadline;
+    }
+
+  private:
+    World& world_;
+    VirtualExecutor& executor_;
+};
+
+}  // namespace
 
 std::vector<WindowListEntry> Server::windowList() {
     world_.advance();
@@ -66,6 +85,10 @@ Result<void> Server::createDesktop(std::string_view) {
 bool Server::openOverview() {
     world_.advance();
     return world_.openOverview();
+}
+
+std::unique_ptr<ChangeWatch> Server::watch(std::optional<WindowNumber>) {
+    return std::make_unique<Watch>(world_, executor_);
 }
 
 }  // namespace quillo::simulated

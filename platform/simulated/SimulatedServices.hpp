@@ -48,7 +48,7 @@ class Accessibility final : public AccessibilityService {
 
 class Server final : public WindowServer {
   public:
-    explicit Server(World& world) : world_(world) {}
+    Server(World& world, VirtualExecutor& executor) : world_(world), executor_(executor) {}
 
     std::vector<WindowListEntry> windowList() override;
     std::vector<DisplaySpaces> displaySpaces() override;
@@ -61,9 +61,12 @@ class Server final : public WindowServer {
     Result<void> createDesktop(std::string_view displayID) override;
     bool openOverview() override;
     void closeOverview() override { world_.closeOverview(); }
+    /// Tells of whatever happens by itself, to any window.
+    std::unique_ptr<ChangeWatch> watch(std::optional<WindowNumber> window) override;
 
   private:
     World& world_;
+    VirtualExecutor& executor_;
 };
 
 class ApplicationList final : public Applications {
@@ -77,6 +80,7 @@ class ApplicationList final : public Applications {
     std::optional<Url> location(std::string_view bundleIdentifier) override;
     std::optional<std::string> identifierAt(const Url& location) override;
     std::optional<std::string> name(std::string_view bundleIdentifier) override;
+    std::vector<InstalledApplication> installed() override;
     Task<Result<void>> launch(Url location, std::vector<Url> documents) override;
     Task<Result<void>> open(std::string bundleIdentifier, std::vector<Url> documents) override;
     /// Documents are names here: only their endings tell.

@@ -1,5 +1,6 @@
 // Remembers what the application asked of the desktop around it.
 #pragma once
+#include <filesystem>
 #include <string>
 #include <utility>
 #include <vector>
@@ -19,6 +20,10 @@ class SimulatedShell final : public Shell {
     void setAppearance(Appearance appearance) override { appearances.push_back(appearance); }
     Capability canOpenSystemSettings() const override { return settings; }
     void openSystemSettings(const std::string& page) override { openedPages.push_back(page); }
+    bool showFolder(const std::filesystem::path& folder) override {
+        if (hasFileManager) shownFolders.push_back(folder);
+        return hasFileManager;
+    }
     void notify(const std::string& title, const std::string& text) override {
         notifications.push_back({title, text});
     }
@@ -28,7 +33,9 @@ class SimulatedShell final : public Shell {
     std::vector<ActivationPolicy> policies{};  // in order of asking, as all of these
     std::vector<Appearance> appearances{};
     std::vector<std::string> openedPages{};
+    std::vector<std::filesystem::path> shownFolders{};
     std::vector<Notification> notifications{};
+    bool hasFileManager = true;
     bool reduced = false;
 };
 

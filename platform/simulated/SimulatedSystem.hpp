@@ -16,7 +16,7 @@ struct SimulatedSystem {
     SystemServices services(DesktopAccess& desktop, FileSystem& files) {
         return {.desktop = desktop,
                 .files = files,
-                .defaults = defaults,
+                .defaults = keptIn ? *keptIn : defaults,
                 .hotKeys = hotKeys,
                 .keyboard = hotKeys,
                 .loginItem = loginItem,
@@ -30,7 +30,8 @@ struct SimulatedSystem {
     SimulatedLoginItem loginItem;
     SimulatedUpdater updater;
     SimulatedPowerEvents power;
-    PowerEvents* powerEvents = nullptr;  // in place of those, for services() to come
+    UserDefaults* keptIn = nullptr;      // in place of those, for services() to come
+    PowerEvents* powerEvents = nullptr;  // likewise
     SimulatedShell shell;
 };
 

@@ -35,6 +35,14 @@ void World::advance() {
     }
 }
 
+TimePoint World::nextChange() const {
+    TimePoint next = events_.empty() ? TimePoint::max() : events_.begin()->first;
+    for (const Window& window : windows_) {
+        if (window.transition) next = std::min(next, window.transition->until);
+    }
+    return next;
+}
+
 void World::at(TimePoint time, std::function<void()> happen) {
     events_.emplace(time, std::move(happen));
 }
@@ -169,6 +177,11 @@ std::vector<Window*> World::windowsOf(std::string_view application) {
 
 void World::close(WindowNumber number) {
     std::erase_if(windows_, [&](const Window& window) { return window.number == number; });
+}
+
+void World::raise(WindowNumber number) {
+    const auto raised = std::ranges::find(windows_, number, &Window::number);
+    if (raised != windows_.end()) std::rotate(windows_.begin(), raised, raised + 1);
 }
 
 void World::move(Window& window, const Rect& frame) {

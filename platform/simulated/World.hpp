@@ -72,6 +72,8 @@ class World {
 
     /// Lets everything happen that is due by now. Each service call begins with it.
     void advance();
+    /// When the next thing happens by itself; TimePoint::max() when nothing does.
+    TimePoint nextChange() const;
 
     bool trusted() const;
     void setTrusted(bool trusted) { trusted_ = trusted; }
@@ -114,6 +116,8 @@ class World {
     /// The title of a browser window that shows this address: that of the scene's window which does, or the
     /// name of the site.
     static std::string pageTitle(const Application& application, const std::string& address);
+    /// A script is about to make a request of the application: what waits for that happens.
+    void scriptAsks(std::string_view application);
     /// A script to the application has done its work: what waits for that happens.
     void scriptRan(std::string_view application);
 
@@ -123,6 +127,8 @@ class World {
     Window* window(std::string_view application, std::string_view title);
     std::vector<Window*> windowsOf(std::string_view application);
     void close(WindowNumber number);
+    /// In front of all others.
+    void raise(WindowNumber number);
     void move(Window& window, const Rect& frame);
 
     // Requests that applications answer; the code is success or what the service would say.
@@ -165,6 +171,12 @@ class World {
     TimePoint afterStart(double seconds) const;
     void schedule(const Fault& fault);
     void eachConcerned(const Fault& fault, const std::function<void(Window&)>& act);
+    void eachRunning(const Fault& fault, const std::function<void(Application&)>& act);
+    /// What comes over the world at one moment.
+    void happen(const Fault& fault);
+    /// What the next request brings about (step 1), or the end of a script (step 0).
+    void happenOnScript(std::string_view application, std::int64_t step);
+    bool waitsForScript(const Fault& fault, std::string_view application) const;
     bool showsDocument(const Application& application, const Url& document) const;
     /// Whether a document that was handed over has its window already, so that this one does not come.
     bool broughtAlready(const Application& application, const SceneWindow& window) const;

@@ -45,16 +45,38 @@ void World::eachConcerned(const Fault& fault, const std::function<void(Window&)>
     for (const WindowNumber number : numbers) act(*window(number));
 }
 
+void World::eachRunning(const Fault& fault, const std::function<void(Application&)>& act) {
+    for (Application& application : applications_) {
+        if (application.running && concerns(fault.application, application.scene.identifier))
+            act(application);
+    }
+}
+
+bool World::waitsForScript(const Fault& fault, std::string_view application) const {
+    return fault.onScript && executor_.now() >= afterStart(fault.after) &&
+           concerns(fault.application, application);
+}
+
+void World::scriptAsks(std::string_view application) {
+    happenOnScript(application, 1);
+    for (Fault& fault : faults_) {
+        if (fault.step > 1 && waitsForScript(fault, application)) --fault.step;
+    }
+}
+
 void World::scriptRan(std::string_view application) {
-    const auto spent = std::ranges::find_if(faults_, [&](const Fault& fault) {
-        return fault.kind == FaultKind::turnsPrivate && fault.onScript &&
-               executor_.now() >= afterStart(fault.after) && concerns(fault.application, application);
+    happenOnScript(application, 0);
+}
+
+void World::happenOnScript(std::string_view application, std::int64_t step) {
+    const auto due = std::ranges::find_if(faults_, [&](const Fault& fault) {
+        return fault.step == step && waitsForScript(fault, application);
     });
-    if (spent == faults_.end()) return;
-    eachConcerned(*spent, [&](Window& window) {
-        if (window.application == application) window.state.privateBrowsing = true;
-    });
-    faults_.erase(spent);
+    if (due == faults_.end()) return;
+    Fault fault = std::move(*due);
+    faults_.erase(due);
+    fault.application = application;
+    happen(fault);
 }
 
 void World::add(Fault fault) {
@@ -64,26 +86,31 @@ void World::add(Fault fault) {
 
 void World::schedule(const Fault& fault) {
     if (fault.onWrite || fault.onScript) return;
-    const TimePoint time = afterStart(fault.after);
-    if (fault.kind == FaultKind::titleChanges) {
-        at(time, [this, fault] {
-            eachConcerned(fault, [&](Window& window) { window.state.title = fault.value; });
-        });
-    } else if (fault.kind == FaultKind::windowVanishes) {
-        at(time,
-           [this, fault] { eachConcerned(fault, [&](const Window& window) { close(window.number); }); });
-    } else if (fault.kind == FaultKind::turnsPrivate) {
-        at(time, [this, fault] {
-            eachConcerned(fault, [](Window& window) { window.state.privateBrowsing = true; });
-        });
-    } else if (fault.kind == FaultKind::applicationCrashes) {
-        at(time, [this, fault] {
-            for (Application& application : applications_) {
-                if (concerns(fault.application, application.scene.identifier)) end(application);
-            }
-        });
-    } else if (fault.kind == FaultKind::displayUnplugged) {
-        at(time, [this, fault] { unplug(fault.value); });
+    at(afterStart(fault.after), [this, fault] { happen(fault); });
+}
+
+void World::happen(const Fault& fault) {
+    switch (fault.kind) {
+        case FaultKind::titleChanges:
+            return eachConcerned(fault, [&](Window& window) { window.state.title = fault.value; });
+        case FaultKind::windowVanishes:
+            return eachConcerned(fault, [&](const Window& window) { close(window.number); });
+        case FaultKind::turnsPrivate:
+            return eachConcerned(fault, [](Window& window) { window.state.privateBrowsing = true; });
+        case FaultKind::windowRaised:
+            return eachConcerned(fault, [&](const Window& window) { raise(window.number); });
+        case FaultKind::privateWindowOpens:
+            return eachRunning(fault, [&](Application& application) {
+                SceneWindow window = newWindow(application, fault.value);
+                window.privateBrowsing = true;
+                openInFront(application, window);
+            });
+        case FaultKind::applicationCrashes:
+            return eachRunning(fault, [&](Application& application) { end(application); });
+        case FaultKind::displayUnplugged:
+            return unplug(fault.value);
+        default:
+            return;  // it lasts, and is asked for where it applies
     }
 }
 

@@ -105,6 +105,12 @@ std::optional<std::uint32_t> DesktopView::currentDesktopNow() {
         .firstWord();
 }
 
+std::optional<xcb_window_t> DesktopView::activeWindowNow() {
+    const auto asked = connection_.ask(connection_.root(), connection_.atoms()._NET_ACTIVE_WINDOW, 1);
+    const auto window = connection_.take(asked).firstWord();
+    return window == XCB_WINDOW_NONE ? std::nullopt : window;
+}
+
 std::uint32_t DesktopView::desktopCount() {
     if (turn_->reading) return turn_->reading->desktopCount;
     const auto asked = connection_.ask(connection_.root(), connection_.atoms()._NET_NUMBER_OF_DESKTOPS, 1);
@@ -117,6 +123,18 @@ std::string DesktopView::accessibilityBus() {
         connection_.ask(connection_.root(), connection_.extra().accessibilityBus, longestAddress));
     const auto address = property.bytes();
     return std::string(address.substr(0, address.find('\0')));
+}
+
+bool DesktopView::managedByI3() {
+    const auto& ewmh = connection_.atoms();
+    const auto manager =
+        connection_.take(connection_.ask(connection_.root(), ewmh._NET_SUPPORTING_WM_CHECK, 1)).firstWord();
+    return manager && connection_.take(connection_.ask(*manager, ewmh._NET_WM_NAME, 8)).bytes() == "i3";
+}
+
+bool DesktopView::isTiled(xcb_window_t window) {
+    const auto asked = connection_.ask(window, connection_.extra().i3Floating, 1);
+    return managedByI3() && !connection_.take(asked).exists();
 }
 
 Capability DesktopView::access() {

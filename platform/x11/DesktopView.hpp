@@ -48,8 +48,17 @@ class DesktopView {
     /// Read afresh, in one round trip.
     std::optional<WindowReading> windowNow(xcb_window_t window);
     std::optional<std::uint32_t> currentDesktopNow();
+    /// The one that has the keyboard, as the window manager tells.
+    std::optional<xcb_window_t> activeWindowNow();
     /// 0: the window manager has no desktops. Without a reading of the whole desktop for it.
     std::uint32_t desktopCount();
+
+    /// Whether this is i3: it tiles windows and minimizes none, and its desktops come and go with those that
+    /// stand on them.
+    bool managedByI3();
+    /// Whether the window manager decides where a window stands. i3 marks those that float; others tell
+    /// nothing.
+    bool isTiled(xcb_window_t window);
 
     /// Where the accessibility bus of this display listens, as the root window tells; empty where there is
     /// none.

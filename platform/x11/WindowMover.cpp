@@ -22,11 +22,12 @@ bool looksSame(const WindowReading& a, const WindowReading& b) {
 Task<std::optional<WindowReading>> WindowMover::waitUntil(xcb_window_t window, Condition condition,
                                                           std::uint32_t argument) {
     const auto deadline = view_.executor().timeAfter(patience);
+    const auto changes = changes_.watch(window);
     for (;;) {
         auto reading = view_.windowNow(window);
         if (!reading || condition(*reading, argument)) co_return reading;
         if (view_.executor().now() >= deadline) co_return std::nullopt;
-        co_await sleepFor(pollInterval);
+        co_await changes->next(pollInterval);
     }
 }
 

@@ -9,12 +9,13 @@
 
 #include "WindowEngine/support/Task.hpp"
 #include "platform/x11/DesktopView.hpp"
+#include "platform/x11/X11Changes.hpp"
 
 namespace quillo::x11 {
 
 class WindowMover {
   public:
-    explicit WindowMover(DesktopView& view) : view_(view) {}
+    WindowMover(DesktopView& view, X11Changes& changes) : view_(view), changes_(changes) {}
 
     /// False when the window is gone or the window manager did not comply within 2 s for each step.
     Task<bool> makeMovable(xcb_window_t window);
@@ -32,7 +33,7 @@ class WindowMover {
     };
     using Condition = bool (*)(const WindowReading&, std::uint32_t);
 
-    /// Polls until the condition holds; absent when the window is gone or 2 s have passed.
+    /// Waits until the condition holds; absent when the window is gone or 2 s have passed.
     Task<std::optional<WindowReading>> waitUntil(xcb_window_t window, Condition condition,
                                                  std::uint32_t argument);
     /// Two equal readings 50 ms apart; the last reading after 2 s; absent when the window is gone.
@@ -41,6 +42,7 @@ class WindowMover {
     static bool missed(const WindowReading& now, const Move& move);
 
     DesktopView& view_;
+    X11Changes& changes_;
     std::map<xcb_window_t, Move> moves_;
 };
 

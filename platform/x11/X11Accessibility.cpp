@@ -250,6 +250,11 @@ std::optional<WindowNumber> X11Accessibility::windowNumber(const Element& window
     return handle.named == Named::window ? std::optional<WindowNumber>(handle.window) : std::nullopt;
 }
 
+Capability X11Accessibility::placement(const Element& window) {
+    if (!view_.isTiled(handleOf(window).window)) return Capability::available();
+    return Capability::unavailable("tiled by the window manager, which alone decides its place");
+}
+
 Task<bool> X11Accessibility::makeMovable(Element window) {
     const auto reading = readingOf(window);
     if (!reading) co_return false;

@@ -13,7 +13,8 @@ namespace quillo::x11 {
 
 class X11Accessibility final : public AccessibilityService {
   public:
-    X11Accessibility(DesktopView& view, X11Screens& screens) : view_(view), screens_(screens), mover_(view) {}
+    X11Accessibility(DesktopView& view, X11Screens& screens, X11Changes& changes)
+        : view_(view), screens_(screens), mover_(view, changes) {}
 
     bool trusted() override;
     Capability access() override { return view_.access(); }
@@ -37,6 +38,7 @@ class X11Accessibility final : public AccessibilityService {
         return Capability::unavailable("X11 lists every window: there is nothing to find by tokens.");
     }
     std::optional<Element> elementFromToken(std::span<const std::byte, 20>) override { return std::nullopt; }
+    Capability placement(const Element& window) override;
     Task<bool> makeMovable(Element window) override;
     Task<void> settleInPlace(Element window) override;
 

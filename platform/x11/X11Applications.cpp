@@ -160,9 +160,14 @@ std::vector<WindowReading> X11Applications::listedWindows(const KnownApplication
     return windows;
 }
 
+Capability X11Applications::hiding() {
+    if (!view_.managedByI3()) return Capability::available();
+    return Capability::unavailable("i3 minimizes no windows.");
+}
+
 bool X11Applications::hide(std::string_view bundleIdentifier) {
     const auto* application = view_.applicationNamed(bundleIdentifier);
-    if (!application) return false;
+    if (!application || !hiding()) return false;
     bool accepted = false;
     for (const auto& window : listedWindows(*application)) {
         accepted |= WindowRequests(view_).minimize(window.window) == codeDone;

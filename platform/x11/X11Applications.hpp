@@ -21,6 +21,7 @@ class X11Applications final : public Applications {
     std::optional<Url> location(std::string_view bundleIdentifier) override;
     std::optional<std::string> identifierAt(const Url& location) override;
     std::optional<std::string> name(std::string_view bundleIdentifier) override;
+    std::vector<InstalledApplication> installed() override { return view_.registry().installed(); }
     Task<Result<void>> launch(Url location, std::vector<Url> documents) override;
     bool documentsTravelWithLaunch() override { return true; }
     Task<Result<void>> open(std::string bundleIdentifier, std::vector<Url> documents) override;
@@ -32,7 +33,7 @@ class X11Applications final : public Applications {
     /// that is left alone: closing it would mean to break its application's connection.
     bool terminate(std::string_view bundleIdentifier) override;
     std::optional<ProcessID> serviceProcess(std::string_view bundleIdentifier) override;
-    Capability hiding() override { return Capability::available(); }
+    Capability hiding() override;
     Capability quitting() override { return Capability::available(); }
 
   private:

@@ -4,6 +4,7 @@
 #include "platform/x11/DesktopView.hpp"
 #include "platform/x11/X11Accessibility.hpp"
 #include "platform/x11/X11Applications.hpp"
+#include "platform/x11/X11Changes.hpp"
 #include "platform/x11/X11Connection.hpp"
 #include "platform/x11/X11Screens.hpp"
 #include "platform/x11/X11WindowServer.hpp"
@@ -16,9 +17,10 @@ struct X11Desktop::Services {
 
     std::unique_ptr<x11::X11Connection> connection;
     x11::DesktopView view;
+    x11::X11Changes changes{view.executor(), *connection};
     x11::X11Screens screens{view};
-    x11::X11WindowServer windowServer{view, screens};
-    x11::X11Accessibility accessibility{view, screens};
+    x11::X11WindowServer windowServer{view, screens, changes};
+    x11::X11Accessibility accessibility{view, screens, changes};
     x11::X11Applications applications{view};
     NoScripts scripts;
 };

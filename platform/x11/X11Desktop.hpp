@@ -1,6 +1,6 @@
-// The platform layer for an X11 desktop whose window manager speaks EWMH. It never reads its connection's
-// event queue and needs no thread for it; every call is at most a few round trips to the X server, which
-// answers whatever applications do.
+// The platform layer for an X11 desktop whose window manager speaks EWMH. Every call is at most a few round
+// trips to the X server, which answers whatever applications do, over a connection whose events nobody reads;
+// waits hear of changes over one of their own.
 #pragma once
 #include <memory>
 #include <string>

@@ -4,6 +4,7 @@
 #include <unordered_map>
 
 #include "WindowEngine/desktop/Displays.hpp"
+#include "WindowEngine/services/Stamp.hpp"
 #include "platform/x11/WindowRequests.hpp"
 
 namespace quillo::x11 {
@@ -94,13 +95,38 @@ std::vector<WindowFacts> X11WindowServer::facts(std::span<const WindowNumber> nu
     return all;
 }
 
+std::optional<WindowNumber> X11WindowServer::windowInFront() {
+    return view_.activeWindowNow();
+}
+
+std::vector<SpaceID> X11WindowServer::spacesInFront() {
+    const auto desktop = view_.currentDesktopNow();
+    return desktop ? std::vector{spaceOf(*desktop)} : std::vector<SpaceID>{};
+}
+
+/// Without asking whose the windows are, which looks at processes.
+std::uint64_t X11WindowServer::stamp() {
+    const auto& reading = view_.reading();
+    Stamp stamp;
+    for (const auto number : reading.frontToBack) stamp.add(number);
+    for (const auto& window : reading.windows) {
+        stamp.add(window.window);
+        stamp.add(window.frame());
+        stamp.add(window.desktop.value_or(everyDesktop));
+        stamp.add((window.hidden ? 1U : 0U) + (window.fullscreen ? 2U : 0U));
+        stamp.add(std::hash<std::string>{}(window.title));
+    }
+    return stamp.value();
+}
+
 Capability X11WindowServer::spaces() {
     if (view_.desktopCount() > 0) return Capability::available();
     return Capability::unavailable("The window manager does not tell of any desktops.");
 }
 
 Capability X11WindowServer::desktopCreation() {
-    return spaces();
+    if (!view_.managedByI3()) return spaces();
+    return Capability::unavailable("i3 makes a workspace only when a person goes there.");
 }
 
 bool X11WindowServer::isAnimating(std::string_view) {

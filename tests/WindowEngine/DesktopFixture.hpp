@@ -76,6 +76,8 @@ class Meddler final : public ForwardingAccessibilityService {
     std::function<Rect(Rect)> frameWritten;
     Duration tokenCost{};
     bool tokens = true;
+    std::vector<WindowNumber> raised;
+    Capability placeable = Capability::available();
     int reads = 0, minimizeWrites = 0, tokensTried = 0;
     int movable = 0;  // windows made movable and not settled since
 
@@ -90,9 +92,15 @@ class Meddler final : public ForwardingAccessibilityService {
         if (name == ax::minimized) ++minimizeWrites;
         return ForwardingAccessibilityService::write(element, name, value);
     }
+    AccessibilityCode perform(const Element& element, std::string_view action) override {
+        if (const auto number = windowNumber(element); number && action == ax::raise)
+            raised.push_back(*number);
+        return ForwardingAccessibilityService::perform(element, action);
+    }
     FrameWrite writeFrame(const Element& window, const Rect& frame) override {
         return ForwardingAccessibilityService::writeFrame(window, frameWritten ? frameWritten(frame) : frame);
     }
+    Capability placement(const Element&) override { return placeable; }
     Capability remoteTokens() override {
         return tokens ? Capability::available() : Capability::unavailable("none here");
     }

@@ -1,4 +1,5 @@
-// Workspaces for tests: the manual's example, which has every key but `notes`, and random ones by seed.
+// Workspaces for tests: the manual's example, which has every key but `notes` and `leftOut`, and random ones
+// by seed.
 #pragma once
 #include <fstream>
 #include <iterator>
@@ -81,6 +82,10 @@ class RandomRecords {
     template <class T>
     void fill(std::vector<T>& list) {
         for (std::size_t i = below(4); i > 0; --i) fill(list.emplace_back());
+    }
+    template <Named T>
+    void fill(T& value) {
+        value = namesOf<T>[below(namesOf<T>.size())].second;
     }
     template <Record R>
     void fill(R& record) {

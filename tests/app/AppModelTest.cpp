@@ -1,4 +1,5 @@
 // The operations of the library and their failures.
+#include "platform/posix/FileDefaults.hpp"
 #include "tests/app/ModelFixture.hpp"
 
 namespace quillo {
@@ -113,6 +114,32 @@ TEST(AppModel, AnUpdateKeepsWhatTheWorkspaceIs) {
     }
 }
 
+TEST(AppModel, AnUpdateKeepsWhatBecameOfTheWorkspaceMeanwhile) {
+    const struct {
+        const char *typed, *name;
+    } cases[] = {{nullptr, "Elsewhere"}, {"Elsewhere", "Elsewhere"}, {"Mine", "Mine"}, {"work", "work"}};
+    for (const auto& c : cases) {
+        Model model;
+        model.put({"Work"});
+        model->beginCapture(model.named("Work"));
+        CaptureDraft& draft = model.review();
+        model->setCleanSlate(model.named("Work"), CleanSlateMode::hide);
+        Workspace changed = model.named("Work");  // by another program
+        changed.name = "Elsewhere";
+        changed.icon = "leaf";
+        changed.lastRestoredAt = Instant{7s};
+        ASSERT_TRUE(model.store.save(changed));
+        model->reload();
+        if (c.typed) draft.setName(c.typed);
+        draft.setColor("lime");
+        model->commit(draft);
+        const Workspace after = model.store.load(changed.id).value();
+        EXPECT_EQ(std::tie(after.name, after.icon, after.color, after.lastRestoredAt, after.cleanSlate),
+                  std::make_tuple(c.name, "leaf", "lime", changed.lastRestoredAt, CleanSlateMode::hide));
+        EXPECT_EQ(after.snapshot.windowCount(), 2);
+    }
+}
+
 TEST(AppModel, RenamingAndDuplicatingGoThroughTheStore) {
     Model model;
     model.put({"Work", "Play"});
@@ -177,9 +204,9 @@ TEST(AppModel, FailuresAreSaidAndChangeNothing) {
         {[&] { model->rename(model.named("Work"), "New"); }, "Couldn't rename Work: "},
         {[&] { model->rename(gone, "New"); }, "Couldn't rename Gone: " + notThere, false},
         {[&] { model->setCleanSlate(model.named("Work"), CleanSlateMode::hide); },
-         "Couldn't save restore preference"},
-        {[&] { model->setCleanSlate(gone, CleanSlateMode::hide); }, "Couldn't save restore preference",
-         false},
+         "Couldn't save restore preference: "},
+        {[&] { model->setCleanSlate(gone, CleanSlateMode::hide); },
+         "Couldn't save restore preference: ", false},
         {[&] { model->deleteWorkspace(model.named("Work")); }, "Couldn't delete Work: "},
         {[&] { model->deleteWorkspace(gone); }, "Couldn't delete Gone: "},
         {[&] { model->deleteAllData(); }, "Couldn't delete all workspace data: "},
@@ -189,8 +216,8 @@ TEST(AppModel, FailuresAreSaidAndChangeNothing) {
          },
          "Export failed: "},
         {read(sound.c_str()), "Couldn't import workspace: "},
-        {read("{"), "Couldn't import workspace: ", false},
-        {read("{}"), "Couldn't import workspace: color: missing", false},
+        {read("{"), "This is not a Quillo workspace: ", false},
+        {read("{}"), "This is not a Quillo workspace: color: missing", false},
         {read(R"({"schemaVersion": 3})"), "Couldn't import workspace: ", false},
         {[&] {
              model.surfaces.answers = {model.directory / "missing.json"};
@@ -210,11 +237,65 @@ TEST(AppModel, FailuresAreSaidAndChangeNothing) {
         EXPECT_EQ(model.names(), Names{"Work"}) << c.toast;
         EXPECT_EQ(model->draft(), draft);
         model.run(3s);
+        EXPECT_EQ(model->toastKind(), ToastKind::failure);
+        EXPECT_TRUE(model->toast()) << c.toast << " goes by itself";
+        model->dismissToast();
     }
     model.defaults.failure = full;
     model.change([](AppSettings& settings) { settings.appearance = Appearance::dark; });
     EXPECT_EQ(model->toast(), "Couldn't save settings: the disk is full");
     EXPECT_EQ(model.shell.appearances.back(), Appearance::dark);
+}
+
+TEST(AppModel, SettingTheSameAgainTriesAgainWhatFailed) {
+    Model model;
+    const auto dark = [](AppSettings& settings) { settings.appearance = Appearance::dark; };
+    model.defaults.failure = full;
+    model.change(dark);
+    EXPECT_NE(AppSettings::load(model.defaults), model->settings());
+    model.defaults.failure.reset();
+    model.hotKeys.taken = {{1, 0x1900}};
+    model.change(dark);
+    EXPECT_EQ(AppSettings::load(model.defaults), model->settings());
+    EXPECT_FALSE(model->toast()) << "it is stored after all";
+    EXPECT_EQ(model->hotKeys().unavailable().size(), 1U);
+    model.hotKeys.taken.clear();
+    model.change(dark);
+    EXPECT_TRUE(model->hotKeys().unavailable().empty() && model.hotKeys.press(1, 0x1900));
+}
+
+/// A file that is no JSON, and settings of a wrong type in one that is.
+TEST(AppModel, SettingsThatCannotBeReadAreKeptAsideAndSaidUntilThatIsDismissed) {
+    const struct {
+        const char *damage, *keptAs, *keptIn, *kept;
+    } cases[] = {
+        {R"({"settings": {)", "defaults.json.damaged.", "defaults.json.damaged", R"({"settings": {)"},
+        {R"({"settings": {"onboarded": 1}})", "settings.damaged in ", "defaults.json",
+         R"("settings.damaged": {"onboarded":1})"},
+        {R"({"settings": [1]})", "settings.damaged in ", "defaults.json", R"("settings.damaged": "[1]")"}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.damage);
+        Model model;
+        std::filesystem::create_directory(model.directory / "config");
+        model.directory.write("config/defaults.json", c.damage);
+        FileDefaults defaults(model.posix, model.directory / "config/defaults.json");
+        model.keptIn = &defaults;
+        model.start();
+        const std::string said = model->toast().value_or("");
+        EXPECT_TRUE(said.starts_with("Your settings can't be read, ") && said.contains(c.keptAs)) << said;
+        EXPECT_TRUE(model.directory.read(std::string("config/") + c.keptIn).contains(c.kept));
+        EXPECT_EQ(model.loginItem.registrations, 0) << "as if freshly installed";
+        model.change([](AppSettings& settings) { settings.onboarded = true; });
+        EXPECT_EQ(model->toast(), said);
+        model.start();
+        EXPECT_FALSE(model->toast()) << "it was said at once";
+        EXPECT_EQ(model->settingsTrouble(), said);
+        EXPECT_TRUE(model->settings().onboarded);
+        model->dismissSettingsTrouble();
+        model.start();
+        EXPECT_FALSE(model->settingsTrouble());
+        EXPECT_EQ(model.loginItem.registrations, 0);
+    }
 }
 
 TEST(AppModel, ExportedFilesAreImportedAgainAndCancelledDialogsDoNothing) {
@@ -256,6 +337,33 @@ TEST(AppModel, EachToastHasItsFullTime) {
     model.run(2499ms);
     EXPECT_EQ(model->toast(), "two");
     model.run(1ms);
+    EXPECT_FALSE(model->toast());
+}
+
+TEST(AppModel, AFailureStaysUntilTheSameIsDoneAndNamesTheFolderAndNoFileOfItsOwn) {
+    Model model;
+    model.put({"Work"});
+    const auto library = model.directory / "workspaces", aside = model.directory / "aside";
+    const auto rename = [&] { model->rename(model.named("Work"), "New"); };
+    std::filesystem::rename(library, aside);
+    model.directory.write("workspaces", "");
+    model->duplicate(model.named("Work"));
+    const std::string said = model->toast().value_or("");
+    EXPECT_TRUE(said.starts_with("Couldn't duplicate Work: Quillo can't write to " + library.string() + ": "))
+        << said;
+    EXPECT_TRUE(said.ends_with("again.") && !said.contains(".next")) << said;
+    model->show("else");
+    EXPECT_EQ(model->toast(), "else");
+    model.run(1h);
+    EXPECT_EQ(model->toast(), said);
+    std::filesystem::remove(library);
+    std::filesystem::rename(aside, library);
+    rename();
+    EXPECT_EQ(model->toast(), said) << "that was not it";
+    model->rename(model.named("New"), "Work");
+    model->duplicate(model.named("Work"));
+    EXPECT_EQ(model->toast(), "Duplicated Work");
+    model.run(1h);
     EXPECT_FALSE(model->toast());
 }
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "app/CaptureDraft.hpp"
+#include "app/RestoreReasons.hpp"
 #include "app/RestoreRun.hpp"
 #include "tests/WindowEngine/WorkspaceSamples.hpp"
 
@@ -26,7 +27,8 @@ TEST(CaptureDraft, BeginsWithTheWorkspaceItUpdatesOrAFreshLook) {
 }
 
 TEST(CaptureDraft, TicksAreIndependentAndLeaveTheSnapshotAlone) {
-    const Workspace work = example();
+    Workspace work = example();
+    work.snapshot.applications.at(0).windows.emplace_back().index = 77;
     const auto& application = work.snapshot.applications.at(0);
     const std::string id = application.bundleIdentifier;
     CaptureDraft draft(work.snapshot, {}, false);
@@ -50,6 +52,23 @@ TEST(CaptureDraft, TicksAreIndependentAndLeaveTheSnapshotAlone) {
     for (const auto& one : work.snapshot.applications) draft.includeApp(one.bundleIdentifier, false);
     EXPECT_TRUE(draft.filteredSnapshot().applications.empty());
     EXPECT_EQ(draft.snapshot(), work.snapshot);
+}
+
+TEST(CaptureDraft, AnApplicationGoesWithItsLastWindowAndComesBackWithThem) {
+    const Workspace work = samples::example();
+    const std::string id = work.snapshot.applications.at(0).bundleIdentifier;
+    CaptureDraft draft(work.snapshot, {}, false);
+    const auto all = [&](bool included) {
+        for (const auto& window : work.snapshot.applications[0].windows)
+            draft.includeWindow(id, window.index, included);
+    };
+    all(false);
+    EXPECT_EQ(draft.excludedApps(), std::set<std::string>{id});
+    draft.includeApp(id, true);
+    EXPECT_EQ(draft.filteredSnapshot(), work.snapshot);
+    all(false);
+    all(true);
+    EXPECT_EQ(draft.filteredSnapshot(), work.snapshot);
 }
 
 TEST(CaptureDraft, WindowsAreLabelled) {
@@ -78,10 +97,12 @@ TEST(RestoreRun, SaysHowFarItIsAndHowItEnded) {
     EXPECT_EQ(run.title() + " " + run.subtitle(), "Resuming Work… Looking at what's open…");
     run.add(item("other", RestoreReport::note{"x"}));  // of no application of the workspace
     EXPECT_EQ(run.subtitle(), "Looking at what's open…");
+    run.add(item("b", RestoreReport::restored{}));
+    EXPECT_EQ(run.subtitle(), "Looking at what's open…") << "it was open";
     run.add(item("a", RestoreReport::launched{}));
     run.add(item("a", RestoreReport::restored{}, 0));
     EXPECT_EQ(run.subtitle(), "Opening 1 app…");
-    run.add(item("b", RestoreReport::restored{}));
+    run.add(item("c", RestoreReport::launched{}));
     EXPECT_EQ(run.subtitle(), "Opening 2 apps…");
 
     using R = RestoreReport;
@@ -113,17 +134,50 @@ TEST(RestoreRun, SaysHowFarItIsAndHowItEnded) {
     }
 }
 
-TEST(RestoreRun, RowsNameTheWindowItsDesktopAndTheReason) {
+TEST(RestoreRun, RowsNameTheWindowAndADesktopThatIsNotTheUsualOne) {
     Workspace work = samples::named(Uuid::random(), "Work");
-    WindowSnapshot window;
-    window.desktop = DesktopSnapshot{"main", 2, {}};
-    work.snapshot.applications = {{"org.a", "a", {}, {WindowSnapshot{}, window}, {}}};
+    const auto on = [](std::int64_t desktop) {
+        WindowSnapshot window;
+        window.desktop = DesktopSnapshot{"main", desktop, {}};
+        return window;
+    };
+    work.snapshot.applications = {{"org.a", "a", {}, {WindowSnapshot{}, on(2), on(1), on(1)}, {}}};
     using R = RestoreReport;
-    EXPECT_EQ(restoreRow(item("a", R::opened{1}), work).text(), "a: reopened 1 item");
-    EXPECT_EQ(restoreRow(item("a", R::createdDesktops{2}), work).text(), "a: created 2 desktops");
-    EXPECT_EQ(restoreRow(item("a", R::failed{"why"}, 0), work).text(), "a — Untitled: failed: why");
-    EXPECT_EQ(restoreRow(item("a", R::restored{}, 1), work).text(), "a — Untitled · Desktop 3: restored");
-    EXPECT_EQ(restoreRow(item("a", R::skipped{"why"}, 9), work).text(), "a — Untitled: skipped: why");
+    const auto titled = [](std::optional<std::int64_t> window) {
+        RestoreReport::Item one = item("a", R::restored{}, window);
+        one.title = "Notes";
+        return one;
+    };
+    const RestoreRun run(work), second(work, {.desktop = 2, .otherItems = 1});
+    EXPECT_EQ(run.expectedItems(), 4);
+    EXPECT_EQ(second.expectedItems(), 5);
+    EXPECT_EQ(run.row(titled(1)), (RestoreRow{"a", "Notes", "Desktop 3", "restored"}));
+    EXPECT_EQ(run.row(titled(2)), (RestoreRow{"a", "Notes", "", "restored"})) << "where most are";
+    EXPECT_EQ(second.row(titled(1)).desktop, "") << "which is in front";
+    EXPECT_EQ(second.row(titled(2)).desktop, "Desktop 2");
+    const std::pair<RestoreReport::Item, std::string> texts[] = {
+        {item("a", R::opened{1}), "a: reopened 1 item"},
+        {item("a", R::createdDesktops{2}), "a: created 2 desktops"},
+        {item("a", R::failed{"why"}, 0), "a: failed: why"},
+        {titled(1), "a — Notes · Desktop 3: restored"},
+        {titled(9), "a — Notes: restored"},
+        {titled({}), "a — Notes: restored"},
+    };
+    for (const auto& [one, text] : texts) EXPECT_EQ(run.row(one).text(), text);
+}
+
+TEST(RestoreReasons, AreWordsOfPeopleWhereThereAreAny) {
+    using R = RestoreReport;
+    const std::pair<R::Status, std::string> cases[] = {
+        {R::skipped{"no matching accessible window"}, "No window of XTerm was left to place"},
+        {R::skipped{"not installed"}, "XTerm is not installed"},
+        {R::failed{"couldn't launch: a reason of the system"}, "XTerm couldn't be opened"},
+        {R::failed{"position restored, but Desktop 2 assignment failed"},
+         "It is in its place, but not on its desktop"},
+        {R::failed{"something new"}, "something new"},
+        {R::restored{}, ""},
+    };
+    for (const auto& [status, words] : cases) EXPECT_EQ(reasonInWords(item("XTerm", status)), words);
 }
 
 }  // namespace

@@ -160,11 +160,12 @@ TEST_F(Library, SwitcherKeysMoveAndAct) {
         {{down, down, down, down, down, enter}, "", 3, {"close", "capture"}},
         {{enter}, "", 0, {"close", "restore Mail"}},
         {{enter}, " SAFARI ", 0, {"close", "restore Mail"}},
-        {{down, enter}, "safari", 1, {"close", "restore Safari"}},
-        {{down, down, enter}, "safari", 2, {"close", "capture"}},
-        {{down, down, down, enter}, "xcode", 3, {"close", "capture"}},
+        {{down, enter}, "safari", 0, {"close", "restore Mail"}},  // a new query begins at its first match
+        {{pageDown, pageUp, pageDown}, "", 3, {}},
+        {{end, home, end, enter}, "", 3, {"close", "capture"}},
+        {{end, home}, "", 0, {}},
         {{down, down, down, down}, "xcode", 1, {}},
-        {{down, down, down, up}, "xcode", 2, {}},
+        {{down, down, down, up}, "xcode", 0, {}},
         {{enter}, "nothing like it", 0, {"close", "capture"}},
         {{escape}, "", 0, {"close"}},
         {{commandS}, "safari", 0, {"close", "capture"}},
@@ -238,8 +239,11 @@ TEST_F(Library, TheCursorKeepsToItsWorkspaceAndToTheRows) {
     EXPECT_EQ(library_.cursor(), 1U) << "Mail is there now";
     change({list_[1], list_[2]});
     EXPECT_EQ(library_.cursor(), 1U);
-    library_.setQuery("zzz");
+    library_.setQuery("code");
+    EXPECT_EQ(library_.cursor(), 0U) << "a new query begins at its first match";
+    library_.setQuery("");
     EXPECT_EQ(library_.cursor(), 0U);
+    library_.setQuery("zzz");
     library_.moveCursorDown();
     EXPECT_EQ(library_.cursor(), 0U);
 }

@@ -1,5 +1,6 @@
 // Files in memory: a thousand sequences of saves need no disk, and changes are told in a known order.
 #pragma once
+#include <algorithm>
 #include <functional>
 #include <map>
 #include <memory>
@@ -56,8 +57,21 @@ class MemoryFileSystem final : public FileSystem {
     }
     Result<void> removeTree(const Path& directory) override {
         if (refuses()) return full();
-        std::erase_if(files_, [&](const auto& file) { return file.first.parent_path() == directory; });
-        if (directories_.erase(directory)) changed(directory);
+        const auto within = [&](const Path& path) {
+            const auto [end, rest] =
+                std::mismatch(directory.begin(), directory.end(), path.begin(), path.end());
+            return end == directory.end();
+        };
+        std::erase_if(files_, [&](const auto& file) { return within(file.first); });
+        const std::set<Path> removed(directories_.lower_bound(directory), directories_.end());
+        for (const Path& path : removed) {
+            if (!within(path)) continue;
+            directories_.erase(path);
+            changed(path);
+            for (const auto& weak : watchers_) {
+                if (const auto watcher = weak.lock(); watcher && watcher->directory == path) watcher->gone();
+            }
+        }
         return {};
     }
     Result<std::vector<std::string>> list(const Path& directory) override {
@@ -92,6 +106,12 @@ class MemoryFileSystem final : public FileSystem {
     struct Watcher {
         Path directory;
         std::function<void()> told;
+
+        /// Told once more, and never again: one of the same name is another directory.
+        void gone() {
+            directory.clear();
+            told();
+        }
     };
     struct Watch final : FileWatch {
         explicit Watch(std::shared_ptr<Watcher> watched) : watcher(std::move(watched)) {}

@@ -23,7 +23,8 @@ namespace quillo::samples {
 class RecordedSurfaces final : public Surfaces {
   public:
     bool mainWindow = false;
-    int broughtForward = 0;
+    int broughtForward = 0, steppedAside = 0;
+    bool panelsInUse = false;
     std::map<PanelID, PanelPlace> panels;
     std::deque<std::optional<std::filesystem::path>> answers;  // of the dialogs to come; none left: cancelled
     std::vector<std::string> proposedNames;
@@ -36,11 +37,14 @@ class RecordedSurfaces final : public Surfaces {
     void showPanel(PanelID panel, PanelPlace place) override { panels[panel] = place; }
     void closePanel(PanelID panel) override { panels.erase(panel); }
     bool panelVisible(PanelID panel) const override { return panels.contains(panel); }
+    bool panelInUse(PanelID) const override { return panelsInUse; }
+    void stepAside() override { ++steppedAside; }
     Task<std::optional<std::filesystem::path>> fileToWrite(std::string proposedName) override {
         proposedNames.push_back(std::move(proposedName));
         return answer();
     }
     Task<std::optional<std::filesystem::path>> fileToRead() override { return answer(); }
+    Task<std::optional<std::filesystem::path>> folderToWrite() override { return answer(); }
     std::unique_ptr<SurfaceObserver> observeOpenMainWindow(std::function<void()> asked) override {
         openMainAsked = std::move(asked);
         return std::make_unique<SurfaceObserver>();

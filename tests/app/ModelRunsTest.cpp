@@ -18,6 +18,16 @@ Scene slowDesk(double seconds) {
     return desk;
 }
 
+/// Finder is asked, and slow: every capture lasts three seconds.
+Scene slowFinder() {
+    Scene desk = Model::desk();
+    samples::SceneWindow home = samples::sceneWindow("Home", {50, 60, 300, 200});
+    home.tabs = {"file:///home/"};
+    desk.applications.push_back(samples::sceneApplication("com.apple.finder", {home}));
+    desk.faults = {fault(FaultKind::automationSlow, "com.apple.finder", 0, 3)};
+    return desk;
+}
+
 /// A workspace of the viewer alone: restoring it launches the viewer.
 Workspace viewing(Model& model, bool extraWindow = false) {
     Workspace workspace = samples::named(Uuid::random(), "Viewing");
@@ -67,11 +77,63 @@ TEST(ModelRuns, ATroubledRestoreKeepsItsPanelTenSecondsAndANewOneIsNotClosedByTh
     EXPECT_FALSE(model.surfaces.panelVisible(PanelID::restore));
 }
 
+TEST(ModelRuns, APanelThatSomebodyReadsStaysAndAReportCanBeReadAgain) {
+    Model model;
+    const Workspace workspace = viewing(model, true);
+    model->restore(workspace, {});
+    EXPECT_FALSE(model->hasReport(workspace.id));
+    EXPECT_EQ(model.surfaces.steppedAside, 0);
+    model.finishRestore();
+    EXPECT_EQ(model.surfaces.steppedAside, 1) << "with the first window that was back";
+    model.surfaces.panelsInUse = true;
+    model.run(1min);
+    EXPECT_TRUE(model.surfaces.panelVisible(PanelID::restore));
+    model.surfaces.panelsInUse = false;
+    model.run(2s);
+    EXPECT_FALSE(model.surfaces.panelVisible(PanelID::restore));
+
+    model.save("Other");
+    model->restore(model.named("Other"), {});
+    model->showReport(workspace.id);
+    EXPECT_EQ(model->restoreRun()->workspace().name, "Other") << "which runs";
+    model.finishRestore();
+    model->showReport(workspace.id);
+    EXPECT_EQ(model->restoreRun()->title(), "Viewing is mostly back");
+    model.run(1min);
+    EXPECT_TRUE(model.surfaces.panelVisible(PanelID::restore)) << "it was asked for";
+    model->closeRestorePanel();
+    model->deleteWorkspace(workspace);
+    EXPECT_FALSE(model->hasReport(workspace.id));
+    EXPECT_TRUE(model->hasReport(model.named("Other").id));
+}
+
+TEST(ModelRuns, TheCurrentDesktopIsReadAgainWhenItChangedWhileSomebodyLooks) {
+    Model model;
+    int readings = 0;
+    QObject::connect(model.model.get(), &AppModel::currentSnapshotChanged, [&] { ++readings; });
+    auto& world = model.desktop.world();
+    const auto move = [&](double x) {
+        world.move(*world.windowsOf("org.editor").front(), {x, 40, 400, 300});
+        model.run(5s);
+    };
+    model->followCurrentDesktop(true);
+    model.run(1min);
+    EXPECT_EQ(readings, 1) << "nothing has changed";
+    move(30);
+    EXPECT_EQ(readings, 2);
+    EXPECT_EQ(model->currentSnapshot()->applications.front().windows.front().frame.x, 30);
+    model->followCurrentDesktop(false);
+    move(50);
+    EXPECT_EQ(readings, 2) << "nobody looks";
+    model->followCurrentDesktop(true);
+    model.run(1s);
+    EXPECT_EQ(readings, 3);
+}
+
 TEST(ModelRuns, ClosingThePanelStopsTheRestoreWhereverItIs) {
     for (const Duration after : {Duration{0ms}, Duration{1ms}, Duration{1s}}) {
         Model model(slowDesk(5));
         model->restore(viewing(model), {});
-        model->restore(viewing(model), {});  // one runs: nothing happens
         if (after > 0ms) model.run(after);
         model->closeRestorePanel();
         EXPECT_TRUE(model.surfaces.panels.empty());
@@ -220,6 +282,69 @@ TEST(ModelRuns, CapturesAndRestoresExcludeEachOther) {
     EXPECT_EQ(model->currentSnapshot()->applications, model->draft()->snapshot().applications);
 }
 
+TEST(ModelRuns, WhatIsAskedForBesideAReviewOrARestoreIsAnsweredAndDisturbsNeither) {
+    Model model(slowDesk(3));
+    const Workspace workspace = viewing(model), other = viewing(model);
+    const std::function<void()> asks[] = {[&] { model->beginCapture(); }, [&] { model->beginCapture(other); },
+                                          [&] { model->restore(other, {}); }};
+    const auto expectRefused = [&](const std::function<void()>& ask, const char* why) {
+        const int opened = model.windowsOpened;
+        ask();
+        EXPECT_EQ(model->toast(), why);
+        EXPECT_EQ(model.windowsOpened, opened + 1);
+        model.run(10s);
+        EXPECT_FALSE(model->toast());
+    };
+    model->beginCapture(workspace);
+    const CaptureDraft* const draft = &model.review();
+    model->draft()->setName("Typed");
+    model->draft()->includeApp("org.editor", false);
+    for (const auto& ask : asks) {
+        expectRefused(ask, "Save or cancel this review first.");
+        ASSERT_EQ(model->draft(), draft);
+        EXPECT_EQ(draft->name(), "Typed");
+    }
+    model->dismissDraft();
+    for (const auto& ask : asks) {
+        model->restore(workspace, {});
+        model->restore(workspace, {});  // by a double click
+        EXPECT_FALSE(model->toast());
+        ask();
+        EXPECT_EQ(model->toast(), "“Viewing” is being resumed. Wait for it, or stop it.");
+        EXPECT_EQ(model->restoreRun()->workspace().id, workspace.id);
+        model.finishRestore();
+        model.run(10s);
+    }
+    EXPECT_FALSE(model->draft());
+    model->beginCapture();
+    model->dismissDraft();  // while it is taken
+    model.run(1min);
+    EXPECT_FALSE(model->draft() || model->busy());
+}
+
+TEST(ModelRuns, WhatIsAskedForDuringASnapshotHappensAfterIt) {
+    for (const bool saving : {true, false}) {
+        Model model(slowFinder());
+        const Workspace workspace = viewing(model);
+        model.change([](AppSettings& settings) {
+            settings.enabledAdapters = {"finder"};
+            settings.autoSnapshotMinutes = 5;
+        });
+        model.run(1s);
+        ASSERT_TRUE(model->snapshotting());
+        saving ? model->beginCapture(workspace) : model->restore(workspace, {});
+        EXPECT_FALSE(model->capturing() || model->restoreRunning());
+        if (saving) {
+            EXPECT_EQ(model.review().updating(), workspace);
+        } else {
+            model.desktop.executor().runUntil([&] { return model->restoreRunning(); }, 1min);
+            model.finishRestore();
+            EXPECT_TRUE(model->restoreRun() && model->restoreRun()->clean());
+        }
+        EXPECT_EQ(model->sessions().size(), 1U) << "the snapshot is not lost for it";
+    }
+}
+
 TEST(ModelRuns, PermissionIsWatchedOnceASecond) {
     Model model;
     model.setTrusted(false);
@@ -236,6 +361,11 @@ TEST(ModelRuns, PermissionIsWatchedOnceASecond) {
     EXPECT_TRUE(model->accessibilityGranted());
     model->requestAccessibility();
     EXPECT_TRUE(model->promptedForAccessibility() && model.shell.openedPages.empty());
+    model->beginCapture(samples::named(Uuid::random(), "Work"));
+    model.setTrusted(false);  // what is captured now is no desktop
+    ASSERT_TRUE(model.desktop.executor().runUntil([&] { return !model->capturing(); }, 1min));
+    EXPECT_FALSE(model->draft());
+    EXPECT_TRUE(model->toast().value_or("").starts_with("Couldn't read your windows: "));
     model->requestAccessibility();
     EXPECT_EQ(model.shell.openedPages,
               std::vector<std::string>{
@@ -300,20 +430,13 @@ TEST(ModelRuns, AStaleSnapshotIsNotSaved) {
         {"history deleted", [](Model& m) { m->deleteSessionHistory(); }, false},
     };
     for (const auto& c : cases) {
-        Scene desk = Model::desk();
-        samples::SceneWindow home = samples::sceneWindow("Home", {50, 60, 300, 200});
-        home.tabs = {"file:///home/"};
-        desk.applications.push_back(samples::sceneApplication("com.apple.finder", {home}));
-        desk.faults = {fault(FaultKind::automationSlow, "com.apple.finder", 0, 3)};
-        Model model(desk);
+        Model model(slowFinder());
         model.change([](AppSettings& settings) {
             settings.enabledAdapters = {"finder"};
             settings.autoSnapshotMinutes = 5;
         });
         model.run(1s);
         ASSERT_TRUE(model->snapshotting()) << c.name;
-        model->beginCapture();  // waits for none: it is refused
-        EXPECT_FALSE(model->capturing());
         c.meanwhile(model);
         model.run(1min);
         EXPECT_FALSE(model->snapshotting()) << c.name;

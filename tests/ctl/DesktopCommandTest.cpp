@@ -1,4 +1,6 @@
 // doctor, windows, displays, save, plan and restore over scenes: what a person sees and what a script gets.
+#include "WindowEngine/capture/LeftOut.hpp"
+#include "WindowEngine/records/WorkspaceCoding.hpp"
 #include "WindowEngine/support/Uuid.hpp"
 #include "tests/ctl/Quilloctl.hpp"
 
@@ -73,6 +75,17 @@ TEST_F(DesktopCommandTest, AnUpdateKeepsIdentityAndLook) {
          {on("disturbed", {"save", "--update", "Other"}), 1, "there is no workspace Other"}});
     EXPECT_EQ(kept(), before);
     EXPECT_EQ(lines(done({"list"})).size(), 2U);
+    // What was left out in the window stays left out: it is not counted, planned or saved again.
+    Workspace work = WorkspaceCoding::decode(done({"show", "Work", "--json"})).value();
+    const std::string left = work.snapshot.applications.front().bundleIdentifier;
+    work.snapshot = LeftOut::without({work.snapshot, {.apps = {left}, .windows = {}, .contextURLs = {}}});
+    home_.write(".local/share/Quillo/workspaces/" + work.id.lower() + ".json",
+                WorkspaceCoding::encode(work).value());
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_NE(done({"show", "Work"}).find("left out    1 application"), std::string::npos);
+        EXPECT_EQ(done(on("disturbed", {"plan", "Work"})).find(left), std::string::npos);
+        done(on("disturbed", {"save", "--update", "Work"}));
+    }
 }
 
 TEST_F(DesktopCommandTest, TheHistoryKeepsChangedSessionsBesideTheLibrary) {

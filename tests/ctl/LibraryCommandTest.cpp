@@ -150,9 +150,9 @@ TEST_F(LibraryCommandTest, AStoreThatIsDamagedOrCannotBeWrittenIsSaid) {
     store("Work");
     const std::string blocked = file("blocked", "a file where a directory should be");
     const std::string path = file("in.json", document("Work"));
-    expectSteps({{{"import", path, "--data-dir", blocked}, 1, "Could not list "},
-                 {{"list", "--data-dir", blocked}, 1, "Could not list "},
-                 {{"history", "list", "--data-dir", blocked}, 1, "Could not list "}});
+    expectSteps({{{"import", path, "--data-dir", blocked}, 1, "Quillo can't read "},
+                 {{"list", "--data-dir", blocked}, 1, "Quillo can't read "},
+                 {{"history", "list", "--data-dir", blocked}, 1, "Quillo can't read "}});
     EXPECT_EQ(home_.read("blocked"), "a file where a directory should be");
 
     home_.write(workspaces + "/broken.json", R"({"schemaVersion":2,"id":7})");

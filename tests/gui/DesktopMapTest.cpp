@@ -161,7 +161,7 @@ TEST_F(DesktopMapTest, LetsOneChooseTheDesktopByMouseAndKeyboard) {
     second->forceActiveFocus(Qt::TabFocusReason);
     press(Qt::Key_Right);
     EXPECT_EQ(shown(), 2u);
-    EXPECT_TRUE(named("Desktop 3")->hasActiveFocus());
+    EXPECT_TRUE(named("Desktop 3, empty")->hasActiveFocus());
     press(Qt::Key_Left);
     press(Qt::Key_Left);
     EXPECT_EQ(shown(), 0u);

@@ -14,6 +14,7 @@
 #include "app/UpdateController.hpp"
 #include "app/gui/Interface.hpp"
 #include "app/gui/QmlTypes.hpp"
+#include "platform/linux/NoScripts.hpp"
 #include "platform/simulated/SimulatedKeyMonitor.hpp"
 #include "platform/simulated/SimulatedUpdater.hpp"
 #include "tests/app/ModelFixture.hpp"
@@ -33,6 +34,7 @@ class QmlWarnings {
                 if (text.startsWith("DelegateModel::cancel: index out range")) return;
                 // And this where there is no window manager, as here.
                 if (text == "This plugin does not support raise()") return;
+                if (text == "This plugin does not support lower()") return;
                 // This of a script that no font of the machine has.
                 if (text.contains("OpenType support missing for")) return;
                 if (type != QtDebugMsg && type != QtInfoMsg) list() << text;
@@ -77,10 +79,31 @@ class LookSet {
     }
 };
 
+/// Where access is no permission and no application takes scripts.
+struct BareDesktop {
+    explicit BareDesktop(Model& model)
+        : whole(model.desktop.access.platform),
+          access{{.executor = whole.executor,
+                  .accessibility = whole.accessibility,
+                  .windowServer = whole.windowServer,
+                  .applications = whole.applications,
+                  .screens = whole.screens,
+                  .scripts = scripts,
+                  .log = whole.log},
+                 model.desktop.access.handles} {
+        model.shell.settings = Capability::unavailable("No page.");
+    }
+
+    NoScripts scripts;
+    Platform whole;
+    DesktopAccess access;
+};
+
 class GuiTest : public testing::Test {
   protected:
     explicit GuiTest(const Scene& scene = Model::desk(), Capability updating = Capability::available())
         : model(scene), updater(std::move(updating)) {
+        QApplication::setDoubleClickInterval(0);  // the hand of a test is quicker than a person's
         start();
     }
     /// The program from its beginning, with the texts of a system.
@@ -89,10 +112,14 @@ class GuiTest : public testing::Test {
         interface = std::make_unique<Interface>(
             Interface::Parts{.theme = theme,
                              .shell = model.shell,
-                             .system = model.services(model.desktop.access, model.disk),
+                             .system = model.services(seen ? *seen : model.desktop.access, model.disk),
                              .keys = keys,
                              .updates = updates,
-                             .variant = texts});
+                             .variant = texts,
+                             .systemIcon = nullptr,
+                             .panels = panels,
+                             .trayShown = [this] { return tray; },
+                             .quit = [this] { ++quits; }});
         model.shown = interface.get();
         model.start();
         interface->attach(*model.model);
@@ -272,6 +299,10 @@ class GuiTest : public testing::Test {
     SimulatedUpdater updater;
     UpdateController updates{updater};
     SimulatedKeyMonitor keys;
+    PanelBackdrop panels;
+    DesktopAccess* seen = nullptr;  // by the interface, in place of the model's
+    bool tray = true;
+    int quits = 0;
     std::unique_ptr<Interface> interface;
 };
 

@@ -1,4 +1,6 @@
 // The whole interface over the model: its windows and panels come and go, and everything in them has a name.
+#include "app/gui/LibraryPresenter.hpp"
+#include "settings/WindowMemory.hpp"
 #include "tests/gui/GuiFixture.hpp"
 
 namespace quillo {
@@ -41,6 +43,82 @@ TEST_F(InterfaceTest, ClosingTheMainWindowLeavesThePanelAndTheProgram) {
     EXPECT_EQ(model.shell.policies.back(), ActivationPolicy::regular);
 }
 
+/// Each second press lands on what the first has brought.
+TEST_F(InterfaceTest, APageThatHasJustComeHearsNoPress) {
+    for (int i = 0; i < 9; ++i) model.keep(samples::named(Uuid::random(), "Same"));
+    open();
+    const auto twice = [&](QPoint at, int interval) {
+        QApplication::setDoubleClickInterval(interval);
+        for (int press = 0; press < 2; ++press) {
+            QTest::mouseClick(main(), Qt::LeftButton, {}, at);
+            settle();
+        }
+        QApplication::setDoubleClickInterval(0);  // and then the time is over
+        interface->windows().presses().pageCame();
+    };
+    const auto pointOf = [&](QQuickItem* item) { return placeOf(*item).center().toPoint(); };
+    for (const int interval : {60'000, 0}) {
+        SCOPED_TRACE(interval);
+        const bool heard = interval == 0;
+        interface->openDetail(model->workspaces().front().id);
+        settle();
+        const QPoint quit = pointOf(named("Quit other apps"));
+        press(Qt::Key_Escape);
+        twice(quit, interval);
+        ASSERT_EQ(ui().page(), "detail");
+        EXPECT_EQ(std::ranges::count(model->workspaces(), CleanSlateMode::quit, &Workspace::cleanSlate),
+                  heard);
+        twice(pointOf(named("Done")), interval);
+        EXPECT_EQ(ui().page(), heard ? "settings" : "library");
+
+        interface->openDetail(model->workspaces().front().id);
+        settle();
+        QApplication::setDoubleClickInterval(interval);
+        click("Delete Workspace");
+        const std::size_t all = model->workspaces().size();
+        QQuickItem* agree = nullptr;  // the question stands over the page, so it is walked last
+        named("Delete Workspace", [&](QAccessibleInterface* face) {
+            agree = qobject_cast<QQuickItem*>(face->object());
+            return false;
+        });
+        ASSERT_TRUE(agree);
+        // Where presses count, one does once the question has found its place.
+        for (int press = 0; press < 20 && model->workspaces().size() == all; ++press) click(agree);
+        EXPECT_EQ(model->workspaces().size(), all - heard);
+        QApplication::setDoubleClickInterval(0);
+        interface->windows().presses().pageCame();
+        press(Qt::Key_Escape);
+        ASSERT_TRUE(until([&] { return !named("Cancel"); }));
+
+        model.change([](AppSettings& settings) { settings.onboarded = false; });
+        settle();
+        twice(pointOf(named("Continue")), interval);
+        EXPECT_TRUE(named(heard ? "Step 4 of 4" : "Step 2 of 4"));
+        model.change([](AppSettings& settings) { settings.onboarded = true; });
+        settle();
+    }
+}
+
+TEST_F(InterfaceTest, TheWindowOpensAsItWasLeft) {
+    const Uuid work = keepExample();
+    model->openMain();
+    main()->resize(800, 600);
+    interface->openDetail(work);
+    ui().openSettings("privacy");
+    presenter<LibraryPresenter>("Library").setOrder(1);
+    settle();
+    start();
+    model->openMain();
+    settle();
+    EXPECT_EQ(main()->size(), QSize(800, 600));
+    EXPECT_EQ((std::vector{ui().page(), ui().settingsPane()}), (std::vector<QString>{"settings", "privacy"}));
+    EXPECT_EQ(presenter<LibraryPresenter>("Library").order(), 1);
+    ui().back();
+    EXPECT_EQ(ui().page(), "detail");
+    ASSERT_TRUE(model.defaults.setData(WindowMemory::defaultsKey, R"({"width":"wide","page":"settings"})"));
+    EXPECT_EQ(WindowMemory::load(model.defaults), WindowMemory{});
+}
+
 TEST_F(InterfaceTest, FiftyOpeningsLeaveNothingBehind) {
     Windows& windows = interface->windows();
     for (int i = 0; i < 50; ++i) {
@@ -52,7 +130,9 @@ TEST_F(InterfaceTest, FiftyOpeningsLeaveNothingBehind) {
         QTest::qWait(1);
         EXPECT_FALSE(windows.mainOpen() || windows.panelVisible(PanelID::switcher));
     }
-    EXPECT_TRUE(until([] { return QGuiApplication::allWindows().isEmpty(); }));
+    // The switcher stays, out of sight.
+    EXPECT_TRUE(until([] { return QGuiApplication::allWindows().size() == 1; }));
+    EXPECT_FALSE(QGuiApplication::allWindows().first()->isVisible());
 }
 
 /// Rows that a list has dropped are deleted a turn later and slide on until then, which without their engine

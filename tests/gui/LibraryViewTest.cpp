@@ -84,6 +84,50 @@ TEST_F(LibraryViewTest, WorkspacesAreFoundOpenedRenamedAndDeleted) {
     model->reload();
     settle();
     EXPECT_EQ(library().issues().size(), 1);
+    click("Show files");
+    EXPECT_EQ(model.shell.shownFolders, std::vector{model.directory / "workspaces"});
+    model.shell.hasFileManager = false;
+    click("Show files");
+    EXPECT_TRUE(until([&] { return ui().toast().startsWith("No file manager opens "); }));
+    click("Dismiss");
+    EXPECT_FALSE(named("Show files"));
+}
+
+TEST_F(LibraryViewTest, ADetailBeginsAtItsTopInANarrowWindowAndFollowsTheKeyboard) {
+    model->openMain();
+    interface->openDetail(keepExample());
+    open({760, 520});
+    QTest::qWait(50);
+    const double resume = placeOf(*named("Resume workspace")).bottom();
+    EXPECT_GT(resume, 520) << "below: else nothing is shown here";
+    press(Qt::Key_Tab);
+    EXPECT_TRUE(until([&] { return placeOf(*named("Resume workspace")).bottom() < resume; }));
+}
+
+TEST_F(LibraryViewTest, WhatIsFoundFirstIsMarkedAndOpened) {
+    model.put({"Tea 1", "Tea 2", "Tea 3", "Tea 4", "Tea 5", "Beta"});
+    open();
+    library().setOrder(1);
+    settle();
+    const auto marked = [&](const char* name) { return named(name)->property("current").toBool(); };
+    EXPECT_FALSE(marked("Beta"));
+    library().setCursor(5);
+    type("t");
+    EXPECT_TRUE(marked("Beta")) << "the keyboard is in the field";
+    type("e");
+    press(Qt::Key_Down);
+    EXPECT_TRUE(marked("Tea 4"));  // the row below the one that was marked
+    for (const auto& [key, name] :
+         {std::pair{Qt::Key_End, "Tea 5"}, std::pair{Qt::Key_Home, "Tea 1"},
+          std::pair{Qt::Key_PageDown, "Tea 5"}, std::pair{Qt::Key_PageUp, "Tea 1"}}) {
+        press(key);
+        EXPECT_TRUE(marked(name)) << name;
+    }
+    named("Search workspaces and apps")->forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_A, Qt::ControlModifier);
+    type("tea 3");
+    press(Qt::Key_Return);
+    EXPECT_EQ(presenter<DetailPresenter>("Detail").name(), "Tea 3");
 }
 
 TEST_F(LibraryViewTest, WhatAWorkspaceFromElsewhereWouldDoIsShownAndAskedAbout) {
@@ -141,9 +185,7 @@ TEST_F(LibraryViewTest, AStrangersThousandsAreShownAsFarAsOneLooksAndCounted) {
     EXPECT_TRUE(row.data(LibraryPresenter::AppsRole).toString().endsWith(", " + andMore(all - 30)));
     ui().openDetail(library().idAt(0));
     settle();
-    EXPECT_EQ(detail().apps().size(), 200);
-    EXPECT_EQ(detail().moreApps(), andMore(all - 200));
-    EXPECT_TRUE(named(detail().moreApps()));
+    EXPECT_EQ(detail().rows()->rowCount(), all);  // of which the view makes as many as it shows
 }
 
 TEST(Words, AreEnglishInEveryCountry) {

@@ -56,6 +56,11 @@ TEST_F(MenuBarTest, EachCommandHasItsPlaceItsKeysAndItsDeed) {
     EXPECT_FALSE(item("Save Current Desktop…").isEnabled());
     model->dismissDraft();
     EXPECT_TRUE(item("Save Current Desktop…").isEnabled());
+    EXPECT_FALSE(item("Restore Last Session").isEnabled());
+    model.change([](AppSettings& settings) { settings.autoSnapshotMinutes = 10; });
+    model.run(std::chrono::seconds(10));
+    item("Restore Last Session").trigger();
+    EXPECT_TRUE(model->restoreRunning());
     item("Open Quillo").trigger();
     EXPECT_GT(model.windowsOpened, 0);
 }

@@ -80,6 +80,30 @@ TEST_F(PanelsTest, TheSwitchersOtherWays) {
     }
 }
 
+TEST_F(PanelsTest, APreparedSwitcherBeginsAnewEachTimeAndLooksAtTheDesktopOnlyThen) {
+    model.put({"A", "B", "C", "D", "E", "F", "G", "H", "I", "J", "K", "L"});
+    interface->windows().prepareSwitcher();
+    settle();
+    EXPECT_FALSE(switcherOpen() || model->refreshingCurrentSnapshot());
+    theme.setDark(true);
+    model.put({"M"});
+    openSwitcher();
+    const QQuickWindow* const first = window();
+    EXPECT_EQ(first->color(), theme.raised());
+    EXPECT_TRUE(named("M"));
+    type("l");
+    for (int i = 0; i < 9; ++i) press(Qt::Key_Down);
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(switcherOpen());
+    openSwitcher();
+    EXPECT_EQ(window(), first);
+    const auto& switcher = presenter<SwitcherPresenter>("Switcher");
+    EXPECT_TRUE(switcher.query().isEmpty() && switcher.highlighted() == 0 && switcher.focused());
+    EXPECT_TRUE(named("M") && named("Resume a workspace…")) << "what was typed is gone";
+    type("B");
+    EXPECT_FALSE(named("M"));
+}
+
 TEST_F(PanelsTest, EightRowsAndTheRestByScrolling) {
     model.put({"A", "B", "C", "D", "E", "F", "G", "H", "I", "J", "K", "L"});
     openSwitcher();
@@ -99,6 +123,41 @@ TEST_F(PanelsTest, EightRowsAndTheRestByScrolling) {
     EXPECT_EQ(model->restoreRun()->workspace().name, last.toStdString());
 }
 
+TEST_F(PanelsTest, TheSwitcherStaysWhereItIsWhileItsRowsComeAndGo) {
+    model.put({"A", "B", "C", "Dora"});
+    openSwitcher();
+    const QRect before = window()->geometry(), screen = window()->screen()->availableGeometry();
+    EXPECT_NEAR(before.y(), screen.y() + (screen.height() - before.height()) / 2.0 - screen.height() / 10.0,
+                1);
+    type("dora");
+    EXPECT_TRUE(until([&] { return window()->height() == before.height() - 3 * 56; }));
+    EXPECT_EQ(window()->geometry().topLeft(), before.topLeft());
+    press(Qt::Key_Backspace, {}, 4);
+    EXPECT_TRUE(until([&] { return window()->geometry() == before; }));
+}
+
+TEST_F(PanelsTest, WithACompositorPanelsStandOverTheirShadow) {
+    std::map<int, QMargins> told;  // by the height of the window
+    panels = {.translucent = [] { return true; },
+              .declareShadow = [&](const QWindow& of, const QMargins& room) { told[of.height()] = room; }};
+    model.put({"A", "B"});
+    openSwitcher();
+    const QRect plain = window()->geometry();
+    EXPECT_EQ(window()->color(), theme.raised());
+    start();
+    openSwitcher();
+    EXPECT_EQ(window()->geometry(), plain.marginsAdded({72, 72, 72, 72}));
+    EXPECT_EQ(window()->color(), QColor(Qt::transparent));
+    EXPECT_EQ(told.rbegin()->first, window()->height());
+    model->toggleSwitcher();
+    model->restore(desk("Desk"), {});
+    settle();
+    const QRect panel = window()->geometry().marginsRemoved(told[window()->height()]);
+    const QRect screen = window()->screen()->availableGeometry();
+    EXPECT_EQ(panel.bottomRight(), screen.bottomRight() - QPoint(20, 20));
+    EXPECT_EQ(panel.width(), 380);
+}
+
 TEST_F(PanelsTest, ARestoreFillsTheMapAndTheRowsAsItGoes) {
     const Workspace workspace = desk("Desk");
     scatter();
@@ -109,15 +168,48 @@ TEST_F(PanelsTest, ARestoreFillsTheMapAndTheRowsAsItGoes) {
     EXPECT_EQ(restore().states().value("org.editor#window#0"), "pending");
     EXPECT_EQ(restore().progress(), 0);
     ASSERT_TRUE(until([&] { return restore().progress() > 0; }));
-    EXPECT_TRUE(named("Opening 1 app…"));
+    EXPECT_TRUE(named("Looking at what's open…")) << "nothing has to be opened";
     ASSERT_TRUE(until([&] { return !restore().running(); }));
     settle();
     EXPECT_TRUE(named("Desk is back"));
-    EXPECT_TRUE(named("org.editor — Notes · Desktop 1: restored"));
+    EXPECT_TRUE(named("org.editor — Notes: restored"));
     EXPECT_EQ(restore().states().value("org.editor#window#0"), "restored");
     EXPECT_EQ(restore().progress(), 1);
     click("Close");
     EXPECT_FALSE(interface->panelVisible(PanelID::restore));
+}
+
+/// Whoever reaches for the button that stops a restore finds it where it was.
+TEST_F(PanelsTest, NothingMovesWhileLinesArriveAndReasonsAreWords) {
+    Workspace workspace = desk("Desk");
+    ApplicationSnapshot& editor = workspace.snapshot.applications.front();
+    editor.windows.resize(2);
+    WindowSnapshot lost = editor.windows.front();
+    lost.title = QString(80, 'x').toStdString();
+    for (lost.index = 2; lost.index < 5; ++lost.index) editor.windows.push_back(lost);
+    model.keep(workspace);
+    scatter();
+    model->restore(model.named("Desk"), {});
+    settle();
+    std::set<int> heights, tops;
+    ASSERT_TRUE(until([&] {
+        if (!restore().running()) return true;
+        heights.insert(window()->height());
+        tops.insert(window()->y());
+        return false;
+    }));
+    EXPECT_EQ(heights.size(), 1U);
+    EXPECT_EQ(tops.size(), 1U);
+    ASSERT_TRUE(until([&] { return restore().rowCount() == 5; }));
+    settle();
+    EXPECT_LE(window()->y(), *tops.begin());
+    const QAbstractItemModel& rows = *restore().rows();
+    const auto last = [&](const char* role) {
+        return rows.index(4, 0).data(rows.roleNames().key(role)).toString().toStdString();
+    };
+    EXPECT_EQ(last("heading"), std::string(80, 'x'));
+    EXPECT_EQ(last("reason"), "No window of org.editor was left to place");
+    EXPECT_EQ(last("exact"), "no matching accessible window");
 }
 
 TEST_F(PanelsTest, OfThousandsOfLinesTheFirstAreListedAndTheRestCounted) {
@@ -163,7 +255,7 @@ TEST_F(PanelsTest, ARestoreIsStoppedByItsButtonAndSaysWhatIsMissing) {
         << "it shares its application's fate";
     EXPECT_TRUE(restore().onlyTrouble()) << "among many rows those that matter";
     // A list lets its rows go when it next draws.
-    EXPECT_TRUE(until([&] { return !named("org.editor — Notes · Desktop 1: restored"); }));
+    EXPECT_TRUE(until([&] { return !named("org.editor — Notes: restored"); }));
     EXPECT_TRUE(named("not installed") || named("org.gone: skipped: not installed"));
     click(QString("All · %1").arg(restore().rowCount()));
     EXPECT_EQ(restore().rows()->rowCount(), restore().rowCount());

@@ -113,6 +113,16 @@ TEST_F(ReviewTest, EverythingGoesByKeyboard) {
     EXPECT_EQ(model.named("Keys").color, "lime");
 }
 
+TEST_F(ReviewTest, ReturnInTheNameSavesUnlessItIsStillHeldDown) {
+    begin();
+    type("Quick");
+    QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, {}, true);
+    QCoreApplication::sendEvent(main(), &held);
+    EXPECT_TRUE(model->draft());
+    press(Qt::Key_Return);
+    EXPECT_EQ(saved("Quick").applications.size(), 3U);
+}
+
 TEST_F(ReviewTest, ANarrowWindowHasOneColumn) {
     begin({}, {800, 600});
     type("Small");  // the keyboard is in the field, wherever it stands
@@ -150,6 +160,35 @@ TEST_F(ReviewTest, EscapeAsksOnlyWhereSomethingWouldBeLost) {
     EXPECT_TRUE(model->workspaces().empty());
 }
 
+TEST_F(ReviewTest, ClosingItsWindowIsCancel) {
+    const auto close = [&] {
+        main()->close();
+        settle();
+    };
+    begin();
+    close();
+    EXPECT_FALSE(main() || model->draft());
+    model->openMain();
+    model->beginCapture();
+    close();
+    EXPECT_FALSE(until([&] { return main() || model->draft(); })) << "it comes back by itself";
+
+    begin();
+    click("Include Banking");
+    close();
+    ASSERT_TRUE(main());
+    click("Keep Reviewing");
+    ASSERT_TRUE(until([&] { return !named("Keep Reviewing"); }));
+    EXPECT_EQ(model->draft()->excludedApps().size(), 1U);
+    close();
+    ASSERT_TRUE(until([&] { return named("Discard") != nullptr; }));
+    click("Discard");
+    EXPECT_FALSE(main() || model->draft());
+    model.put({"Work"});
+    model->restore(model.named("Work"), {});
+    EXPECT_TRUE(model->restoreRunning());
+}
+
 TEST_F(ReviewTest, AnUpdateStaysOpenWhereItCannotBeSaved) {
     model.put({"Monday"});
     begin(model.named("Monday"));
@@ -160,6 +199,7 @@ TEST_F(ReviewTest, AnUpdateStaysOpenWhereItCannotBeSaved) {
     click("Update Workspace");
     ASSERT_TRUE(model->draft());
     EXPECT_EQ(ui().toast(), "Couldn't save: no room");
+    EXPECT_TRUE(until([&] { return named("Dismiss") != nullptr; })) << "it can be taken away";
     EXPECT_EQ(review().name(), "Mondays");
     model.disk.createFailure.reset();
     click("Update Workspace");

@@ -11,6 +11,8 @@ namespace {
 
 class SettingsTest : public samples::GuiTest {
   protected:
+    explicit SettingsTest(Capability updating = Capability::available())
+        : GuiTest(samples::Model::desk(), std::move(updating)) {}
     void openPane(const QString& pane, QSize size = {1080, 720}) {
         interface->openSettings(pane);
         open(size);
@@ -101,8 +103,85 @@ TEST_F(SettingsTest, SaysWhatCannotBe) {
     EXPECT_TRUE(named("Couldn't change launch at login: not now"));
     model.setTrusted(false);
     ASSERT_TRUE(until([&] { return !settings().accessGranted(); }));
-    click("Allow in Settings");
+    QQuickItem* ofAccess = nullptr;  // the login item has one, too, above it
+    named("Allow in Settings", [&](QAccessibleInterface* face) {
+        ofAccess = qobject_cast<QQuickItem*>(face->object());
+        return false;
+    });
+    click(ofAccess);
     EXPECT_TRUE(model->promptedForAccessibility());
+}
+
+class BareSystemTest : public SettingsTest {
+  protected:
+    BareSystemTest() : SettingsTest(Capability::unavailable("Others update.")) {
+        seen = &bare.access;
+        model.hotKeys.able = Capability::unavailable("No server of keys.");
+        model.loginItem.able = Capability::unavailable("Not installed.");
+        start();
+    }
+    void TearDown() override { end(); }
+
+    samples::BareDesktop bare{model};
+};
+
+TEST_F(BareSystemTest, WhatCannotBeUsedIsNotOffered) {
+    openPane("general");
+    for (const char* said : {"No server of keys.", "Not installed."}) EXPECT_TRUE(named(said)) << said;
+    const auto offered = [&](const char* name) {
+        return named(name,
+                     [](QAccessibleInterface* face) { return face->role() != QAccessible::StaticText; });
+    };
+    for (const char* gone : {"Open Quillo at login", "Global shortcuts",
+                             "Shortcut for saving: Ctrl+Alt+Super+S", "Automatic updates", "Integrations"})
+        EXPECT_FALSE(offered(gone)) << gone;
+    for (const char* gone : {"Accessibility", "Automatic updates"}) EXPECT_FALSE(named(gone)) << gone;
+    click("Privacy");
+    EXPECT_FALSE(named("Excluded websites"));
+    click("About");
+    EXPECT_TRUE(named("Others update."));
+}
+
+TEST_F(SettingsTest, WithoutATrayClosingTheWindowIsAskedAboutOnceAndRemembered) {
+    tray = false;
+    openPane("about");
+    const auto closed = [&] { return until([&] { return !interface->windows().mainOpen(); }); };
+    main()->close();
+    ASSERT_TRUE(until([&] { return named("Keep Running") != nullptr; }));
+    press(Qt::Key_Escape);
+    awaitNoPopup();
+    EXPECT_EQ(stored().withoutTray, WithoutTray::ask) << "nothing was chosen";
+    main()->close();
+    ASSERT_TRUE(until([&] { return named("Keep Running") && named("Keep Running")->hasActiveFocus(); }));
+    press(Qt::Key_Return);
+    ASSERT_TRUE(closed());
+    EXPECT_EQ(stored().withoutTray, WithoutTray::keepRunning);
+    openPane("general");
+    main()->close();
+    ASSERT_TRUE(closed());
+    EXPECT_EQ(quits, 0);
+
+    openPane("general");
+    click("Quit");
+    EXPECT_EQ(stored().withoutTray, WithoutTray::quit);
+    // What a restore does is not cut off.
+    model.put({"Work"});
+    model->restore(model.named("Work"), {});
+    main()->close();
+    ASSERT_TRUE(closed());
+    settle();
+    EXPECT_EQ(quits, 0);
+    model.finishRestore();
+    model->closeRestorePanel();  // which has the keyboard now, so it would stay
+    EXPECT_TRUE(until([&] { return quits == 1; }));
+    // In a tray it stays, whatever was chosen.
+    tray = true;
+    openPane("general");
+    EXPECT_FALSE(named("When the window is closed"));
+    main()->close();
+    ASSERT_TRUE(closed());
+    settle();
+    EXPECT_EQ(quits, 1);
 }
 
 TEST_F(SettingsTest, ACombinationIsRecordedByKeysAlone) {
@@ -110,6 +189,7 @@ TEST_F(SettingsTest, ACombinationIsRecordedByKeysAlone) {
     named("Shortcut for saving: Ctrl+Alt+Super+S")->forceActiveFocus(Qt::TabFocusReason);
     press(Qt::Key_Space);
     ASSERT_EQ(keys.monitors(), 1U);
+    EXPECT_EQ(model.hotKeys.registrations(), 0U) << "its own combinations would act instead of being heard";
     EXPECT_TRUE(named("Shortcut for saving: Press a new key combination"));
     keys.press({.keyCode = 0, .modifiers = modifier::shift, .characters = "a"});
     EXPECT_EQ(keys.monitors(), 1U) << "shift alone is no shortcut";
@@ -117,12 +197,31 @@ TEST_F(SettingsTest, ACombinationIsRecordedByKeysAlone) {
     settle();
     EXPECT_EQ(stored().shortcut(HotKeyAction::save).label(), "⌥⇧A");
     EXPECT_TRUE(named("Shortcut for saving: Alt+Shift+A"));
+    click("Shortcut for the switcher: Ctrl+Alt+Super+R");
+    keys.press({.keyCode = 0, .modifiers = modifier::option | modifier::shift, .characters = "a"});
+    settle();
+    EXPECT_TRUE(named("Already Quillo's other shortcut — pick a different combination."));
+    model.change([](AppSettings& settings) { settings.shortcuts.erase("2"); });
 
     click("Shortcut for saving: Alt+Shift+A");
     click("Shortcut for the switcher: Ctrl+Alt+Super+R");
     EXPECT_EQ(keys.monitors(), 1U) << "one records at a time";
     click("Privacy");
     EXPECT_EQ(keys.monitors(), 0U) << "nothing records unseen";
+    EXPECT_EQ(model.hotKeys.registrations(), 2U);
+}
+
+TEST_F(SettingsTest, OfTroubleIsToldOnEveryPaneUntilItIsDismissed) {
+    ASSERT_TRUE(model.defaults.setData(AppSettings::defaultsKey, "{"));
+    start();
+    model.change([](AppSettings& settings) { settings.onboarded = true; });
+    model->dismissToast();
+    openPane("general");
+    const QString told = settings().trouble().value(0);
+    EXPECT_TRUE(named(told)) << told.toStdString();
+    click("Privacy");
+    click("Dismiss");
+    EXPECT_FALSE(named(told) || model->settingsTrouble());
 }
 
 TEST_F(SettingsTest, AnEarlierSessionComesBack) {

@@ -141,7 +141,8 @@ TEST_P(LayoutTest, TheLibraryKeepsToItsEdges) {
     QTest::keyClick(main(), 'm');
     model->show(
         "Couldn't save “The quarterly report with everything that belongs to it, and a few other things "
-        "besides”: there is no room left on the disk that holds your workspaces.");
+        "besides”: there is no room left on the disk that holds your workspaces.",
+        ToastKind::failure);
     double left = size.width(), right = 0, strip = 0, toast = size.height();
     const auto look = [&](QQuickItem& item) {
         const QString type = item.metaObject()->className();

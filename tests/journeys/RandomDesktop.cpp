@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace quillo {
@@ -139,6 +140,14 @@ Scene RandomDesktop::scene() {
     return scene;
 }
 
+/// A Safari that is left with private windows only does not tell what it shows, and nothing is opened in it.
+static bool isLastNormal(World& world, const Window& window) {
+    if (window.application != "com.apple.Safari" || window.state.privateBrowsing) return false;
+    const auto all = world.windowsOf(window.application);
+    const auto isPrivate = [](const Window* other) { return other->state.privateBrowsing; };
+    return all.size() > 1 && std::ranges::count_if(all, isPrivate) == std::ssize(all) - 1;
+}
+
 void RandomDesktop::disturb(World& world, WindowNumber windowNumber) {
     Window& window = *world.window(windowNumber);
     const Rect bounds = world.displays().front().scene.visibleFrame;
@@ -162,7 +171,8 @@ void RandomDesktop::disturb(World& world, WindowNumber windowNumber) {
             }
             break;
         case 4:
-            if (!recoverable_ || window.state.document || !window.state.tabs.empty())
+            if (!recoverable_ ||
+                ((window.state.document || !window.state.tabs.empty()) && !isLastNormal(world, window)))
                 world.close(windowNumber);
             break;
         default:

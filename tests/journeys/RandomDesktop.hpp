@@ -1,6 +1,9 @@
 // Desktops, disturbances and faults drawn from a seed. The same seed draws the same.
 #pragma once
+#include <gtest/gtest.h>
+
 #include <cstdint>
+#include <cstdlib>
 #include <random>
 #include <string>
 #include <vector>
@@ -41,5 +44,17 @@ class RandomDesktop {
     std::mt19937_64 random_;
     bool recoverable_ = false;
 };
+
+/// Until one fails: the one that QUILLO_SEED names, or as many as QUILLO_SEEDS or else `usual` says.
+inline void eachSeed(std::uint64_t usual, void (*check)(std::uint64_t seed)) {
+    const char* one = std::getenv("QUILLO_SEED");
+    const char* count = std::getenv("QUILLO_SEEDS");
+    const std::uint64_t first = one ? std::strtoull(one, nullptr, 10) : 1;
+    const std::uint64_t last = one ? first : count ? std::strtoull(count, nullptr, 10) : usual;
+    for (std::uint64_t seed = first; seed <= last && !testing::Test::HasFailure(); ++seed) {
+        SCOPED_TRACE("QUILLO_SEED=" + std::to_string(seed));
+        check(seed);
+    }
+}
 
 }  // namespace quillo

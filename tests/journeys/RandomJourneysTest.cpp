@@ -1,17 +1,13 @@
 // Random desktops: captured, disturbed, restored, with and without faults. A failure prints its seed, and the
 // same seed replays it (QUILLO_SEED=n); QUILLO_SEEDS=n asks for more of them.
-#include <fmt/format.h>
-#include <fmt/ranges.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <map>
 #include <set>
 
 #include "WindowEngine/library/SessionHistory.hpp"
-#include "WindowEngine/records/WorkspaceCoding.hpp"
 #include "tests/journeys/Journey.hpp"
 #include "tests/journeys/RandomDesktop.hpp"
 
@@ -152,23 +148,8 @@ void expectAsPlanned(Journey& journey, const PlannedApplication& plan, const Des
               planned.placement->adjusted || !sameSize(now, meant));
 }
 
-class RandomJourneys : public testing::Test {
-  protected:
-    static void eachSeed(void (*check)(std::uint64_t seed)) {
-        const char* one = std::getenv("QUILLO_SEED");
-        const char* count = std::getenv("QUILLO_SEEDS");
-        const std::uint64_t first = one ? std::strtoull(one, nullptr, 10) : 1;
-        const std::uint64_t last = one ? first : count ? std::strtoull(count, nullptr, 10) : usualSeeds;
-        for (std::uint64_t seed = first; seed <= last; ++seed) {
-            SCOPED_TRACE("QUILLO_SEED=" + std::to_string(seed));
-            check(seed);
-            if (HasFailure()) return;
-        }
-    }
-};
-
-TEST_F(RandomJourneys, ADisturbedDesktopComesBackAndStaysBack) {
-    eachSeed([](std::uint64_t seed) {
+TEST(RandomJourneys, ADisturbedDesktopComesBackAndStaysBack) {
+    eachSeed(usualSeeds, [](std::uint64_t seed) {
         RandomJourney journey(seed);
         journey.save();
         const bool displays = seed % 3 == 0;
@@ -202,34 +183,19 @@ std::string signature(WorkspaceSnapshot snapshot) {
     return SessionHistory::signature(snapshot).value();
 }
 
-/// One line a window, for people to compare.
-std::string windowLines(const WorkspaceSnapshot& snapshot) {
-    std::multiset<std::string> lines;
-    for (const ApplicationSnapshot& application : snapshot.applications) {
-        for (const WindowSnapshot& window : application.windows)
-            lines.insert(fmt::format(
-                "{} {}: {} {} {} {}, desktop {}{}{}\n", application.name, window.title.value_or("-"),
-                window.frame.x, window.frame.y, window.frame.width, window.frame.height,
-                window.desktop ? window.desktop->id() : "-", window.isMinimized ? " minimized" : "",
-                window.isFullscreen ? " full screen" : ""));
-    }
-    return fmt::format("{}", fmt::join(lines, ""));
-}
-
-TEST_F(RandomJourneys, WhatCanComeBackMakesTheSameSession) {
-    eachSeed([](std::uint64_t seed) {
+TEST(RandomJourneys, WhatCanComeBackMakesTheSameSession) {
+    eachSeed(usualSeeds, [](std::uint64_t seed) {
         RandomJourney journey(seed);
         journey.save();
         journey.disturbRecoverably();
         const Report report = journey.restore();
         EXPECT_EQ(report.totals().failed + report.totals().skipped, 0);
-        EXPECT_EQ(windowLines(journey.capture()), windowLines(journey.saved().snapshot));
         EXPECT_EQ(signature(journey.capture()), signature(journey.saved().snapshot));
     });
 }
 
-TEST_F(RandomJourneys, APlanSaysWhatTheRestoreThenDoes) {
-    eachSeed([](std::uint64_t seed) {
+TEST(RandomJourneys, APlanSaysWhatTheRestoreThenDoes) {
+    eachSeed(usualSeeds, [](std::uint64_t seed) {
         RandomJourney journey(seed);
         journey.save();
         journey.disturb(seed % 2 == 0);
@@ -257,8 +223,8 @@ TEST_F(RandomJourneys, APlanSaysWhatTheRestoreThenDoes) {
     });
 }
 
-TEST_F(RandomJourneys, WhateverGoesWrongEveryWindowHasItsLine) {
-    eachSeed([](std::uint64_t seed) {
+TEST(RandomJourneys, WhateverGoesWrongEveryWindowHasItsLine) {
+    eachSeed(usualSeeds, [](std::uint64_t seed) {
         RandomJourney journey(seed);
         journey.save();
         journey.disturb(false);
@@ -266,20 +232,6 @@ TEST_F(RandomJourneys, WhateverGoesWrongEveryWindowHasItsLine) {
         const Report report = journey.restore();
         EXPECT_FALSE(report.cancelled);
         expectOneItemForEachWindow(report, journey.saved());
-    });
-}
-
-TEST_F(RandomJourneys, AnUndisturbedDesktopIsLeftAsItIs) {
-    eachSeed([](std::uint64_t seed) {
-        RandomJourney journey(seed);
-        journey.save();
-        const std::string before = journey.state();
-        journey.restore();
-        EXPECT_EQ(journey.state(), before);
-        EXPECT_EQ(journey.capture().applications, journey.saved().snapshot.applications);
-        const auto document = WorkspaceCoding::encode(journey.saved());
-        ASSERT_TRUE(document);
-        EXPECT_EQ(WorkspaceCoding::encode(WorkspaceCoding::decode(*document).value()), document);
     });
 }
 

@@ -17,6 +17,7 @@ WINDOW_MANAGERS = {
     "openbox": ["openbox", "--sm-disable"],
     "xfwm4": ["xfwm4", "--compositor=off"],
     "metacity": ["metacity", "--sm-disable", "--no-composite"],
+    "i3": ["i3", "-c", os.path.join(os.path.dirname(os.path.abspath(__file__)), "i3.conf")],
 }
 
 

@@ -1,5 +1,6 @@
-"""A journey over several desktops: windows sent elsewhere, a desktop removed."""
+"""A journey over several desktops: windows sent elsewhere, a desktop removed; and one under a window manager that tiles."""
 import os
+import time
 
 PLACES = {"Alpha": 0, "Beta": 1, "letter.txt": 2, "Garden": 1, "Question": 2}
 
@@ -76,3 +77,37 @@ def restored(journey, before, created, on):
     assert [item["count"] for item in items if item["status"] == "createdDesktops"] == [created] * (created > 0), items
     assert count(journey.desktop) == 3, count(journey.desktop)
     assert shown(journey.desktop) == on, "the person was taken to another desktop"
+
+
+def floating_and_tiled(journey):
+    """What floats comes back; what is tiled goes to its desktop, and is said at once where it stands otherwise."""
+    desktop = journey.desktop
+    for title in journey.titles:
+        desktop.start(title, "xterm", "-T", title)
+    desktop.move(desktop.window("Floating"), 700, 300, 500, 300)
+    desktop.settle()
+    before = journey.seen()
+    journey.quillo("save", "Morning")
+
+    def restored(**statuses):
+        started = time.monotonic()
+        items = journey.restore()
+        assert time.monotonic() - started < 2, "it waited for what cannot come"
+        assert {item["title"]: item["status"] for item in items if item.get("title")} == statuses, items
+        return items
+
+    restored(Floating="restored", Tiled="restored", Neighbour="restored")
+    assert {title: window.frame for title, window in journey.seen().items()} == {t: w.frame for t, w in before.items()}
+    desktop.move(desktop.window("Floating"), 100, 100, 400, 200)
+    intruder = desktop.start("Intruder", "xterm", "-T", "Intruder")
+    desktop.settle()
+    assert "skipped: tiled by the window manager" in journey.quillo("plan", "Morning")
+    items = restored(Floating="restored", Tiled="skipped", Neighbour="skipped")
+    assert all("tiled by" in item["reason"] for item in items if item["status"] == "skipped"), items
+    desktop.run("i3-msg", f'[id={intruder.number}] kill; [title="Tiled"] move container to workspace 2')
+    desktop.wait_for(lambda: desktop.window("Tiled").desktop == "1", "window on another workspace")
+    items = {item["title"]: item["status"] for item in journey.restore() if item.get("title")}
+    desktop.settle()
+    for title, window in journey.seen().items():
+        assert window.desktop == before[title].desktop, window
+        assert (items[title] == "restored") == (window.frame == before[title].frame), (items, window)

@@ -1,9 +1,11 @@
 """A person's hands: find what a screen reader would name, move the real pointer there, click and type."""
 import json
 import os
+import time
 
 READER = os.path.join(os.path.dirname(__file__), "accessible_controls.py")
 WHEEL_DOWN = 5
+DOUBLE_CLICK_SECONDS = 0.4  # Qt's, where no desktop says otherwise
 
 
 class Hand:
@@ -26,20 +28,23 @@ class Hand:
         return self.wait_for(shows, f"{words!r} on the screen", seconds)
 
     def control(self, name):
-        """The foremost control with this name, once two looks at it agree."""
-        before = None
+        """The foremost control with this name, once it has been where it is for as long as a person takes to
+        press it: before that a page that has just come hears nothing."""
+        before, since = None, 0
 
         def at_rest():
-            nonlocal before
+            nonlocal before, since
             usable = [c for c in self.controls() if c["name"] == name and c["usable"]]
-            before, last = usable[-1] if usable else None, before
-            return before if before == last else None
+            last, before = before, usable[-1] if usable else None
+            if before != last:
+                since = time.monotonic()
+            return before if before == last and time.monotonic() - since > DOUBLE_CLICK_SECONDS else None
 
         return self.wait_for(at_rest, f"control {name!r}")
 
     # -- acting ---------------------------------------------------------------------------------------------
-    def click(self, name, button=1, times=1):
-        self.click_at(*self.reached(name), button, times)
+    def click(self, name, button=1, times=1, milliseconds=60):
+        self.click_at(*self.reached(name), button, times, milliseconds)
 
     def point_at(self, name):
         self.desktop.run("xdotool", "mousemove", *map(str, self.reached(name)))
@@ -55,9 +60,9 @@ class Hand:
             self.click_at(left + window_width // 2, top + window_height // 2, WHEEL_DOWN)
             self.wait_for(lambda: self.control(name)["place"][1] < y, f"way to {name!r} by the wheel")
 
-    def click_at(self, x, y, button=1, times=1):
+    def click_at(self, x, y, button=1, times=1, milliseconds=60):
         self.desktop.run("xdotool", "mousemove", str(x), str(y),
-                         "click", "--repeat", str(times), "--delay", "60", str(button))
+                         "click", "--repeat", str(times), "--delay", str(milliseconds), str(button))
 
     def keys(self, *names):
         self.desktop.run("xdotool", "key", *names)

@@ -12,7 +12,7 @@ import time
 
 from x11_application_journeys import clean_slate, documents_come_back
 from x11_desktop import Desktop
-from x11_desktop_journeys import PLACES, desktops_come_back
+from x11_desktop_journeys import PLACES, desktops_come_back, floating_and_tiled
 from x11_interface_journey import application
 from x11_mouse_journey import by_mouse
 from x11_tray_journey import in_the_tray
@@ -182,6 +182,7 @@ JOURNEYS = {
     "application": (application, ("letter.txt", "Notes", "Morning")),
     "mouse": (by_mouse, ("Notes", "Secret", "Sluggish", "Morning", "Evening", "Afterwards")),
     "tray": (in_the_tray, ("Notes", "Morning")),
+    "tiled": (floating_and_tiled, ("Floating", "Tiled", "Neighbour")),
 }
 
 
@@ -216,7 +217,8 @@ def main():
     passed = failed = 0
     for server in arguments.server.split(","):
         for window_manager in arguments.wm.split(","):
-            for name in [arguments.journey] if arguments.journey else JOURNEYS:
+            own = [name for name in JOURNEYS if (name == "tiled") == (window_manager == "i3")]
+            for name in [arguments.journey] if arguments.journey else own:
                 try:
                     run(os.path.abspath(arguments.quilloctl), window_manager, server, name)
                     passed += 1

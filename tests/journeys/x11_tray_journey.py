@@ -43,7 +43,11 @@ def in_the_tray(journey):
     # Without a tray another start brings the window; by then it has looked for one, and waits.
     desktop.wait_for(lambda: "Qt Selection Owner for quillo" in desktop.run("xwininfo", "-root", "-tree"), "program")
     desktop.run(quillo)
-    open_and_close(desktop)
+    desktop.wait_for(lambda: desktop.window("Quillo"), "main window")
+    desktop.run("wmctrl", "-c", "Quillo")
+    desktop.settle()
+    hand.keys("Return")  # whether it keeps running
+    desktop.wait_for(lambda: not desktop.window("Quillo"), "end of the window")
     for again in (False, True):
         tray = desktop._spawn(["trayer", "--edge", "top", "--widthtype", "request", "--height", "24"])
         icon(desktop)
@@ -54,8 +58,8 @@ def in_the_tray(journey):
             os.killpg(tray.pid, signal.SIGTERM)
             desktop.wait_for(lambda: not place_of_icon(desktop), "end of the icon with its tray")
 
-    # The menu: the workspace with its own menu is the first of it; "Open Quillo", "Settings" and "Quit Quillo" the last.
-    choose(desktop, hand, ["Down", "Right", "Return"], lambda: desktop.window("xterm"))
+    # The menu: the workspace is the first of it; "Open Quillo", "Settings" and "Quit Quillo" the last.
+    choose(desktop, hand, ["Down", "Return"], lambda: desktop.window("xterm"))
     desktop.wait_for(lambda: not desktop.window("Quillo restore"), "end of the panel", 60)
     choose(desktop, hand, ["Up", "Up", "Up", "Return"], lambda: desktop.window("Quillo"))
     # A window that is still becoming the active one would close the menu.

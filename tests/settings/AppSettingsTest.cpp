@@ -16,6 +16,7 @@ AppSettings filled() {
     settings.shortcutsEnabled = false;
     settings.shortcuts = {{"2", {4294967295U, 0x1900, "↩"}}};
     settings.appearance = Appearance::dark;
+    settings.withoutTray = WithoutTray::keepRunning;
     return settings;
 }
 
@@ -54,6 +55,7 @@ TEST(AppSettings, WhatIsMissingTakesItsDefaultAndAWrongTypeTakesAllWithIt) {
         {R"({"excludedDomains": {}})", {}},
         {R"({"appearance": "dark"})", dark},
         {R"({"appearance": "pink"})", {}},
+        {R"({"withoutTray": "maybe"})", {}},
         {R"({"shortcuts": {"2": {"keyCode": 1, "modifiers": 2, "key": "A"}}})", keys},
         {R"({"shortcuts": {"2": {"keyCode": 1, "modifiers": 2}}})", {}},
         {R"({"shortcuts": {"2": {"keyCode": -1, "modifiers": 2, "key": "A"}}})", {}},
@@ -66,28 +68,36 @@ TEST(AppSettings, WhatIsMissingTakesItsDefaultAndAWrongTypeTakesAllWithIt) {
     for (const auto& c : cases) EXPECT_EQ(AppSettings::decode(c.json), c.settings) << c.json;
 }
 
-TEST(AppSettings, AnExcludedDomainIsTheHostInWhatWasTyped) {
+TEST(AppSettings, ExcludedDomainsAreTheHostsInWhatWasTyped) {
     const struct {
-        const char *typed, *host;
+        const char* typed;
+        std::set<std::string> hosts;
     } cases[] = {
-        {"  HTTPS://Shop.Example/Cart?x=1 \n", "shop.example"},
-        {"a.example", "a.example"},
-        {"http://a.example:8080/x", "a.example"},
-        {"//a.example//", "a.example"},
-        {"https://user:pw@a.example", "a.example"},
-        {"bücher.example", "bücher.example"},
-        {"/", nullptr},
-        {"https://", nullptr},
-        {"", nullptr},
-        {"two words", nullptr},
-        {":80", nullptr},
+        {"  HTTPS://Shop.Example/Cart?x=1 \n", {"shop.example"}},
+        {"a.example", {"a.example"}},
+        {"http://a.example:8080/x", {"a.example"}},
+        {"//a.example//", {"a.example"}},
+        {"https://user:pw@a.example", {"a.example"}},
+        {"bücher.example", {"bücher.example"}},
+        {"ftp://a.example/x", {"a.example"}},
+        {"http:a.example/x", {"a.example"}},
+        {"localhost:8080/x", {"localhost"}},
+        {"a.example?x=1", {"a.example"}},
+        {"https://a.example, b.example\nftp://c.example,d.example\t a.example,",
+         {"a.example", "b.example", "c.example", "d.example"}},
+        {"/", {}},
+        {"https://", {}},
+        {"", {}},
+        {" , \n", {}},
+        {"a.example https://", {}},  // all of them, or what was typed stays
+        {":80", {}},
     };
     for (const auto& c : cases) {
         AppSettings settings;
-        EXPECT_EQ(settings.excludeDomain(c.typed), c.host != nullptr) << c.typed;
-        EXPECT_EQ(settings.excludedDomains, c.host ? std::set<std::string>{c.host} : std::set<std::string>{});
-        settings.excludeDomain(c.typed);
-        EXPECT_LE(settings.excludedDomains.size(), 1U);
+        EXPECT_EQ(settings.excludeDomains(c.typed), !c.hosts.empty()) << c.typed;
+        EXPECT_EQ(settings.excludedDomains, c.hosts) << c.typed;
+        settings.excludeDomains(c.typed);
+        EXPECT_EQ(settings.excludedDomains, c.hosts);
     }
 }
 

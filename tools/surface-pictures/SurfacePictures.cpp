@@ -67,7 +67,8 @@ const Surface pages[] = {
      [](Stage& s) {
          s.fill(3);
          s.model->show("Couldn't save “" + std::string(longName) +
-                       "”: there is no room left on the disk that holds your workspaces.");
+                           "”: there is no room left on the disk that holds your workspaces.",
+                       ToastKind::failure);
      }},
     {"library-no-access", [](Stage& s) { s.fill(3), s.withoutAccess(); }},
     {"library-tip-switcher", [](Stage& s) { s.fill(3), s.hover("Open workspace switcher"); }, false, true},

@@ -2,6 +2,8 @@
 #pragma once
 #include <cstdint>
 
-/// False where the system has no such class; true says that it was asked, not that the window moved. Main
-/// thread.
+/// Whether the system has the class. Main thread.
+extern "C" bool QuilloHasBridgeMove(void);
+
+/// True says that it was asked, not that the window moved; false where there is no such class. Main thread.
 extern "C" bool QuilloBridgeMoveWindow(std::uint32_t windowID, std::uint64_t spaceID);

@@ -9,16 +9,28 @@
 - (void)performWithWMBridgeDelegate:(id)delegate;
 @end
 
+static Class operationClass() {
+    const Class found = NSClassFromString(@"SLSBridgedMoveWindowsToManagedSpaceOperation");
+    return [found instancesRespondToSelector:@selector(initWithWindows:spaceID:)] &&
+                   [found instancesRespondToSelector:@selector(performWithWMBridgeDelegate:)]
+               ? found
+               : nil;
+}
+
 static bool moved(std::uint32_t windowID, std::uint64_t spaceID) {
     @autoreleasepool {
-        const Class found = NSClassFromString(@"SLSBridgedMoveWindowsToManagedSpaceOperation");
-        if (![found instancesRespondToSelector:@selector(initWithWindows:spaceID:)] ||
-            ![found instancesRespondToSelector:@selector(performWithWMBridgeDelegate:)])
-            return false;
+        const Class found = operationClass();
+        if (!found) return false;
         const id<QuilloBridgedMoveOperation> operation =
             [(id<QuilloBridgedMoveOperation>)[found alloc] initWithWindows:@[ @(windowID) ] spaceID:spaceID];
         [operation performWithWMBridgeDelegate:nil];
         return operation != nil;
+    }
+}
+
+bool QuilloHasBridgeMove(void) {
+    @autoreleasepool {
+        return operationClass() != nil;
     }
 }
 

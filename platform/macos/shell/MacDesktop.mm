@@ -21,8 +21,11 @@ struct MacDesktop::Services {
     MacApplications applications;
     MacScreens screens;
     MacAccessibility accessibility{systemSymbol, [this](ProcessID pid) { return applications.family(pid); }};
-    MacWindowServer windowServer{
-        {executor, accessibility, applications, screens}, systemSymbol, QuilloBridgeMoveWindow};
+    MacWindowServer windowServer{{executor, accessibility, applications, screens},
+                                 systemSymbol,
+                                 // Where it is not there, that is one way of moving windows less, and doctor
+                                 // may have to say that there is none.
+                                 QuilloHasBridgeMove() ? QuilloBridgeMoveWindow : nullptr};
     ScriptProcess scripts;
 };
 

@@ -66,6 +66,7 @@ TEST(Capture, RecordsWhereWindowsStand) {
     add("full", frame).fullscreen = true;
     SceneWindow& hidden = add("on another desktop", {280, 90, 700, 450});
     hidden.desktop = 1;
+    add("nowhere on another desktop", {-5000, 0, 140, 90}).desktop = 1;
     SceneWindow& unseen = add("unseen in full screen", frame);
     unseen.fullscreen = true;
     unseen.listed = false;
@@ -81,7 +82,7 @@ TEST(Capture, RecordsWhereWindowsStand) {
     EXPECT_EQ((*snapshot.desktops)[2].index, 0);
     ASSERT_EQ(snapshot.applications.size(), 1u);
     const auto& windows = snapshot.applications[0].windows;
-    ASSERT_EQ(windows.size(), 6u);
+    ASSERT_EQ(windows.size(), 7u);
 
     struct Expected {
         std::optional<std::string> title, display;
@@ -96,6 +97,7 @@ TEST(Capture, RecordsWhereWindowsStand) {
         {"nowhere", {}, {-5000. / 1400, 0, 0.1, 0.1}, 0, false},
         {"full", "main", whole, {}, true},
         {{}, "main", {0.2, 0.1, 0.5, 0.5}, 1, false},
+        {{}, {}, whole, 1, false},
         {{}, "main", whole, {}, true},
     };
     for (std::size_t i = 0; i < windows.size(); ++i) {
@@ -103,6 +105,7 @@ TEST(Capture, RecordsWhereWindowsStand) {
         const WindowSnapshot& window = windows[i];
         EXPECT_EQ(window.index, static_cast<std::int64_t>(i)) << "hidden windows go on counting";
         EXPECT_EQ(window.title, expected[i].title);
+        EXPECT_EQ(window.subrole, ax::standardWindow);
         EXPECT_EQ(window.displayID, expected[i].display);
         EXPECT_EQ(window.normalizedFrame, expected[i].normalized);
         EXPECT_EQ(window.isFullscreen, expected[i].fullscreen);
@@ -112,7 +115,7 @@ TEST(Capture, RecordsWhereWindowsStand) {
     }
     EXPECT_TRUE(windows[1].isMinimized);
     EXPECT_EQ(desktop.simulated->logLines(),
-              std::vector<std::string>{"capture info: captured 1 apps, 6 windows"});
+              std::vector<std::string>{"capture info: captured 1 apps, 7 windows"});
 }
 
 TEST(Capture, AFullScreenWindowHasNoDesktopWhereverItStands) {

@@ -2,10 +2,8 @@
 
 #include <string>
 
-#include "WindowEngine/capture/FullscreenCaptureMerge.hpp"
 #include "WindowEngine/desktop/FullscreenTransition.hpp"
 #include "WindowEngine/support/Loops.hpp"
-#include "tests/WindowEngine/DesktopSamples.hpp"
 
 namespace quillo {
 namespace {
@@ -76,34 +74,6 @@ TEST(FullscreenTransition, AsksAndWaitsForThreeAgreeingReadings) {
         {"cancelled", "f", {}, 250ms, {0ms}, 0, 1, 250ms},
     };
     for (const Transition& expected : cases) expectTransition(expected);
-}
-
-TEST(FullscreenCaptureMerge, AddsWhatOnlyTheWindowServerKnows) {
-    const std::vector displays{samples::display("A", {0, 0, 1000, 500}, true)};
-    const std::vector<WindowSnapshot> captured(2, samples::window({1, 2, 3, 4}, "seen"));
-    const std::vector<HiddenWindowCandidate> hidden{
-        {7, {0, 0, 1000, 500}, true}, {8, {250, 250, 500, 125}, false}, {9, {5000, 5000, 10, 10}, false}};
-    const auto lookup = [](WindowNumber number, const std::optional<std::string>& preferred) {
-        return std::optional(DesktopSnapshot{preferred.value_or("none"), number, {}});
-    };
-    const auto merged = FullscreenCaptureMerge::apply(captured, hidden, displays, lookup);
-
-    std::vector<WindowSnapshot> expected = captured;
-    for (std::size_t i = 0; i < hidden.size(); ++i) {
-        WindowSnapshot window = samples::window(hidden[i].frame);
-        window.subrole = "AXStandardWindow";
-        window.isFullscreen = hidden[i].isFullscreen;
-        window.fullscreenConfirmed = true;
-        window.index = static_cast<std::int64_t>(2 + i);
-        expected.push_back(window);
-    }
-    expected[2].displayID = expected[3].displayID = "A";
-    expected[3].desktop = DesktopSnapshot{"A", 8, {}};
-    expected[4].desktop = DesktopSnapshot{"none", 9, {}};
-    expected[2].normalizedFrame = expected[4].normalizedFrame = {0, 0, 1, 1};
-    expected[3].normalizedFrame = {0.25, 0.5, 0.5, 0.25};
-    EXPECT_EQ(merged, expected);
-    EXPECT_EQ(FullscreenCaptureMerge::apply(captured, {}, displays, lookup), captured);
 }
 
 }  // namespace

@@ -29,9 +29,11 @@ end joinList
 std::string tabsOf(const std::string& application, const std::string& report) {
     return joinList + "tell application \"" + application + R"("
     set out to {}
-    repeat with w in windows
+    set windowIDs to id of every window
+    repeat with i from 1 to (count of windowIDs)
+        set windowID to item i of windowIDs
         try
-            if mode of w is "incognito" then
+            if mode of window id windowID is "incognito" then
                 set end of out to "__QUILLO_PRIVATE_WINDOW__"
             else
                 set end of out to )" +
@@ -47,8 +49,8 @@ return my joinList(out, linefeed))";
 
 TEST(AppleScriptText, IsThisToTheLetter) {
     const auto a = addresses({"https://a.org"}), ab = addresses({"https://a.org", "https://b.org/\"\\"});
-    const std::string tabs = "my joinList(URL of every tab of w, ASCII character 9)",
-                      identified = "((id of w) as text) & (ASCII character 9) & " + tabs;
+    const std::string tabs = "my joinList(URL of every tab of window id windowID, ASCII character 9)",
+                      identified = "(windowID as text) & (ASCII character 9) & " + tabs;
     const std::pair<Script, std::string> cases[] = {
         {{finder, ListFolders{}}, joinList + R"(tell application "Finder"
     set out to {}
@@ -68,30 +70,30 @@ end tell)"},
         {{"com.brave.Browser", ListTabs{true}}, tabsOf("Brave Browser", identified)},
         {{"com.microsoft.edgemac", ListTabs{false}}, tabsOf("Microsoft Edge", tabs)},
         {{"company.thebrowser.Browser", NewWindow{ab[1]}}, R"(tell application "Arc"
-    set targetWindow to make new window
-    set URL of active tab of targetWindow to "https://b.org/\"\\"
-    return (id of targetWindow) as text
+    set windowID to id of (make new window)
+    set URL of active tab of window id windowID to "https://b.org/\"\\"
+    return windowID as text
 end tell)"},
         {{chrome, OpenTabs{"7", ab, true}}, R"(tell application "Google Chrome"
-    repeat with w in windows
-        if ((id of w) as text) is "7" then
-            if mode of w is "incognito" then error "the window is private"
-            set URL of active tab of w to "https://a.org"
-            make new tab at end of tabs of w with properties {URL:"https://b.org/\"\\"}
+    set windowIDs to id of every window
+    repeat with i from 1 to (count of windowIDs)
+        set windowID to item i of windowIDs
+        if (windowID as text) is "7" then
+            if mode of window id windowID is "incognito" then error "the window is private"
+            set URL of active tab of window id windowID to "https://a.org"
+            make new tab at end of tabs of window id windowID with properties {URL:"https://b.org/\"\\"}
             return
         end if
     end repeat
 end tell
 error "the window is gone")"},
-        {{safari, ListSafariTabs{{1, 20}}},
-         joinList + R"(tell application "Safari"
+        {{safari, ListSafariTabs{{1, 20}}}, joinList + R"(tell application "Safari"
     set allowedIDs to {1, 20}
     set out to {}
     repeat with w in windows
         if (id of w) is in allowedIDs then
             try
-                set end of out to )" +
-             identified + R"(
+                set end of out to ((id of w) as text) & (ASCII character 9) & my joinList(URL of every tab of w, ASCII character 9)
             end try
         end if
     end repeat

@@ -4,6 +4,7 @@
 #include "WindowEngine/integrations/Adapters.hpp"
 #include "WindowEngine/integrations/AppleScript.hpp"
 #include "WindowEngine/integrations/BrowserRestorePlan.hpp"
+#include "WindowEngine/integrations/BrowserScripts.hpp"
 #include "WindowEngine/records/ChromiumURLCodec.hpp"
 
 namespace quillo {
@@ -75,6 +76,24 @@ TEST(BrowserRestorePlan, ReusesBeforeItMakesNew) {
                  {{"ab"}, {"ab", ""}, "+ab", false}};
     for (const auto& one : cases)
         EXPECT_EQ(stepsOf(one.saved, one.live, one.reuse), one.steps) << testing::PrintToString(one.saved);
+}
+
+TEST(BrowserScripts, GetNeitherTooManyAddressesNorTooLongOnes) {
+    const struct {
+        std::vector<std::size_t> bytes, portions;
+    } cases[] = {{{}, {}},
+                 {std::vector<std::size_t>(81, 99), {40, 40, 1}},
+                 {std::vector<std::size_t>(6, 32 * 1024), {2, 2, 2}},
+                 {{64 * 1024 - 20, 21, 30}, {1, 2}},
+                 {{20, 65 * 1024, 20, 20}, {1, 1, 2}}};
+    for (const auto& one : cases) {
+        std::vector<Url> urls;
+        for (const std::size_t bytes : one.bytes)
+            urls.push_back(Url::parse("https://a.org/" + std::string(bytes - 14, 'a')).value());
+        std::vector<std::size_t> portions;
+        for (const auto portion : BrowserScripts::portions(urls)) portions.push_back(portion.size());
+        EXPECT_EQ(portions, one.portions);
+    }
 }
 
 TEST(Adapters, AreFoundByApplicationWhenEnabled) {

@@ -64,6 +64,9 @@ TEST(ImportedWorkspace, ReadsAFileAsAnIndependentCopy) {
     EXPECT_EQ(imported->workspace,
               Workspace::create(imported->workspace.id, "Work 2", source.icon, "teal", clean, now));
     EXPECT_EQ(ImportedWorkspace::read("{}", {}, now).error().text, "color: missing");
+    source.name = " \n";
+    const auto blank = ImportedWorkspace::read(WorkspaceCoding::encode(source).value(), {}, now);
+    EXPECT_EQ(blank->workspace.name, "Untitled");
 }
 
 }  // namespace

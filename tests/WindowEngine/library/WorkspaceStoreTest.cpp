@@ -232,5 +232,25 @@ TEST_F(WorkspaceStoreTest, NotesTheRestoreAndNothingElse) {
     EXPECT_EQ(directory.read(primary), "{");
 }
 
+TEST_F(WorkspaceStoreTest, ChangesWhatIsStoredByThenOrNothing) {
+    ASSERT_TRUE(store.save(first));
+    const auto rename = [](Workspace& stored) -> Result<void> {
+        stored.name += "!";
+        return {};
+    };
+    for (int i = 0; i < 2; ++i) EXPECT_TRUE(store.change(id, rename));
+    EXPECT_EQ(store.load(id)->name, first.name + "!!");
+    const Names before = directory.names();
+    const std::string bytes = directory.read(primary);
+    const auto refused = store.change(id, [&](Workspace& stored) -> Result<void> {
+        (void)rename(stored);
+        return fail(ErrorKind::refused, "no");
+    });
+    EXPECT_EQ(refused.error().text, "no");
+    EXPECT_TRUE(store.change(id, [](Workspace&) -> Result<void> { return {}; }));
+    EXPECT_EQ(directory.read(primary), bytes);
+    EXPECT_EQ(directory.names(), before);
+}
+
 }  // namespace
 }  // namespace quillo

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "WindowEngine/restore/RestorePlan.hpp"
+#include "WindowEngine/services/ForwardingWindowServer.hpp"
 #include "tests/WindowEngine/DesktopFixture.hpp"
 
 namespace quillo::samples {
@@ -177,6 +178,30 @@ TEST(Placement, AWindowInFullScreenInPlaceIsOnlyConfirmed) {
               std::vector<std::string>{"org.a/Notes: restored"});
 }
 
+TEST(Placement, AWindowThatCannotBePlacedIsLeftWhereItStandsAndSaidAtOnce) {
+    const struct {
+        const char* what;
+        Window saved, live;
+        const char* status;
+    } tiled[] = {{"elsewhere", {onMain}, {elsewhere}, "skipped tiled"},
+                 {"in place", {onMain}, {onMain}, "restored"},
+                 {"out of full screen", {onMain}, {onMain, fullscreen}, "restored"},
+                 {"full screen on its display", {onMain, fullscreen}, {elsewhere}, "restored"},
+                 {"full screen on another", {onSide, fullscreen}, {elsewhere}, "skipped tiled"}};
+    for (const auto& c : tiled) {
+        SCOPED_TRACE(c.what);
+        TestDesktop desktop(liveScene(c.live));
+        desktop.meddler.placeable = Capability::unavailable("tiled");
+        desktop.meddler.frameWritten = [](Rect frame) {
+            ADD_FAILURE() << "it is not moved";
+            return frame;
+        };
+        const RestoreReport report = desktop.restore(savedSnapshot(desktop, c.saved));
+        EXPECT_EQ(texts(report), std::vector<std::string>{std::string("org.a/Notes: ") + c.status});
+        EXPECT_LE(report.duration, 1);
+    }
+}
+
 TEST(Placement, WhatAWindowIsWhenItsTurnComesDecides) {
     TestDesktop desktop(
         scene({sceneApplication("org.a", {sceneWindow("1", elsewhere), sceneWindow("2", elsewhere)})}));
@@ -189,6 +214,63 @@ TEST(Placement, WhatAWindowIsWhenItsTurnComesDecides) {
         if (item.title == "1") second.transition->until = desktop.executor().now();
     });
     EXPECT_EQ(report.totals().restored, 2) << "full screen since, it leaves that first";
+}
+
+/// Says by the clock who has the keyboard.
+class KeyboardMoves final : public ForwardingWindowServer {
+  public:
+    KeyboardMoves(TestDesktop& desktop, const char* first, const char* then, Duration after, const char* last)
+        : ForwardingWindowServer(desktop.plain.windowServer),
+          desktop_(desktop),
+          first_(first),
+          then_(then),
+          last_(last ? last : then),
+          when_(desktop.executor().now() + after) {}
+    std::optional<WindowNumber> windowInFront() override {
+        const TimePoint now = desktop_.executor().now();
+        const std::string who = now < when_ ? first_ : now < when_ + 200ms ? then_ : last_;
+        return desktop_.world().window(who == "2" ? "org.a" : "org.b", who)->number;
+    }
+
+  private:
+    TestDesktop& desktop_;
+    const char *first_, *then_, *last_;
+    TimePoint when_;
+};
+
+TEST(Placement, WhatCameBackIsRaisedUnlessThePersonWentElsewhere) {
+    const struct {
+        const char* what;
+        bool asked;
+        const char *first, *then;
+        Duration after;
+        std::vector<std::string> raised;
+        const char* last = nullptr;
+    } ways[] = {
+        {"nobody went anywhere", true, "x", "x", 0ms, {"2", "1"}},
+        {"only where that is wanted", false, "x", "x", 0ms, {}},
+        {"to a window that came back, which stays foremost", true, "x", "2", 600ms, {"1", "2"}},
+        {"to another", true, "x", "y", 600ms, {}},
+        {"to another, from which a window that came back took the keyboard", true, "x", "y", 600ms, {}, "2"},
+        {"a panel is closed, and the keyboard falls back", true, "x", "y", 100ms, {"2", "1"}},
+    };
+    for (const auto& c : ways) {
+        SCOPED_TRACE(c.what);
+        TestDesktop desktop(
+            scene({sceneApplication("org.a", {sceneWindow("1", elsewhere), sceneWindow("2", elsewhere)}),
+                   sceneApplication("org.b", {sceneWindow("x", elsewhere), sceneWindow("y", elsewhere)})}));
+        WorkspaceSnapshot snapshot = savedSnapshot(desktop, {onMain});
+        snapshot.applications[0].windows = {savedWindow(desktop, onMain, "1"),
+                                            savedWindow(desktop, onMain, "2"),
+                                            savedWindow(desktop, onMain, "lost")};
+        KeyboardMoves server(desktop, c.first, c.then, c.after, c.last);
+        DesktopAccess access = desktop.with(server);
+        EXPECT_EQ(desktop.restoreThrough(access, snapshot, {.bringsForward = c.asked}).totals().restored, 2);
+        std::vector<std::string> raised;
+        for (const WindowNumber number : desktop.meddler.raised)
+            raised.push_back(desktop.world().window(number)->state.title.value_or(""));
+        EXPECT_EQ(raised, c.raised);
+    }
 }
 
 TEST(Placement, AHangCostsAllWindowsOfAnApplicationOneTimeout) {

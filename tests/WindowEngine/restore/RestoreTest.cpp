@@ -4,6 +4,7 @@
 #include <set>
 
 #include "WindowEngine/desktop/Log.hpp"
+#include "WindowEngine/restore/DisplayMapper.hpp"
 #include "platform/simulated/SimulatedServices.hpp"
 #include "tests/WindowEngine/DesktopFixture.hpp"
 
@@ -56,7 +57,9 @@ TEST(Restore, WithoutPermissionThereIsOneItemAndNothingElse) {
     EXPECT_EQ(report.items[0].app, "Quillo");
     desktop.executor().runFor(10s);
     EXPECT_FALSE(desktop.world().application("org.a")->running);
-    EXPECT_EQ(desktop.simulated->logLines(), Texts{"restore info: restore finished: 1 items in 0.000000s"});
+    EXPECT_EQ(desktop.simulated->logLines(),
+              (Texts{"restore info: 1 of app.quillo.Quillo failed: Accessibility permission not granted",
+                     "restore info: restore finished: 1 items in 0.000000s"}));
 }
 
 TEST(Restore, StartsApplicationsOrSaysWhyNot) {
@@ -280,6 +283,24 @@ TEST(Restore, LooksAgainBeforeItPlacesAndWaitsForNothingThatIsThere) {
         const Rect frame = desktop.world().window("org.a", "1")->state.frame;
         EXPECT_TRUE(Displays::display(frame, Displays::current(desktop.plain.screens)));
     }
+}
+
+TEST(Restore, AWindowWhoseDisplayGoesWhileOthersAreWaitedForIsPlacedAgain) {
+    TestDesktop desktop(scene({sceneApplication("org.a", {sceneWindow("1", home)}),
+                               notRunning(sceneApplication("org.b", {sceneWindow("2", home)}))}));
+    WorkspaceSnapshot snapshot = desktop.capture();
+    snapshot.applications[0].windows[0] = savedWindow(desktop, onSide, "1");
+    snapshot.applications.push_back({"org.b", "org.b", {}, {savedWindow(desktop, home, "2")}, {}});
+    Fault unplugged = fault(FaultKind::displayUnplugged, "", 1);
+    unplugged.value = "side";
+    desktop.world().add(unplugged);
+    const RestoreReport report = desktop.restore(snapshot);
+    EXPECT_EQ(texts(report), (std::vector<std::string>{
+                                 "org.a/1: restored", "org.b: launched", "org.b/2: restored",
+                                 "app.quillo.Quillo: note Displays changed; windows placed again: 1"}));
+    const auto plan = DisplayMapper::place(snapshot.applications[0].windows[0], snapshot.displays,
+                                           Displays::current(desktop.plain.screens));
+    EXPECT_EQ(desktop.world().window("org.a", "1")->state.frame, plan.value().frame);
 }
 
 TEST(Restore, WindowsOfOneTitleKeepTheirPlacesOnASmallerDisplay) {

@@ -199,6 +199,27 @@ TEST(DesktopMapLayout, DesktopsThatDoNotFitAreLeftToThoseAroundTheShownOne) {
     }
 }
 
+TEST(DesktopMapLayout, EmptyDesktopsSaySoAndHoldNothingOfOthers) {
+    MapSample sample;
+    sample.display("only", {0, 0, 1000, 600}, true).desktops("only", 3);
+    sample.window("Editor", {10, 10, 50, 50}).window("Lost", {0, 0, 1, 1}, "", [](WindowSnapshot& window) {
+        window.displayID = "unplugged";
+        window.desktop.reset();
+    });
+    MapRequest asked = request(MapStyle::detail, detail);
+    for (const std::size_t shown : {0U, 2U}) {
+        asked.shownDesktops = {{"only", shown}};
+        const MapDisplay display = layoutDesktopMap(sample.made, asked).displays.at(0);
+        const bool empty = shown == 2;
+        EXPECT_EQ(display.tiles.empty() && !display.dock, empty);
+        EXPECT_EQ(display.emptyNote.width > 0, empty);
+        EXPECT_TRUE(!display.segments.at(0).empty && display.segments.at(1).empty);
+    }
+    asked.style = MapStyle::card;
+    EXPECT_EQ(layoutDesktopMap(sample.made, asked).displays.at(0).emptyNote.width, 0)
+        << "too small for words";
+}
+
 void expectWithin(const Rect& inner, const Rect& outer, const char* what) {
     if (inner.width <= 0) return;
     EXPECT_TRUE(inner.minX() >= outer.minX() && inner.maxX() <= outer.maxX() &&

@@ -93,12 +93,16 @@ class TrayTest : public testing::Test {
         }
         return texts;
     }
-    /// Of the menu, or of a row's own menu.
-    std::optional<MenuItem> find(const std::string& label, const std::string& row = {}) {
-        const MenuItem above = row.empty() ? tray.menu() : find(row).value_or(MenuItem{});
-        const auto found = std::ranges::find(above.children, label, &MenuItem::label);
-        if (found == above.children.end()) return std::nullopt;
+    static std::optional<MenuItem> find(const std::string& label, const std::optional<MenuItem>& above) {
+        if (!above) return std::nullopt;
+        const auto found = std::ranges::find(above->children, label, &MenuItem::label);
+        if (found == above->children.end()) return std::nullopt;
         return *found;
+    }
+    /// Of the menu, or of the options of a workspace.
+    std::optional<MenuItem> find(const std::string& label, const std::string& workspace = {}) {
+        if (workspace.empty()) return find(label, std::optional(tray.menu()));
+        return find(label, find(workspace, find("Workspace Options")));
     }
     bool click(const std::string& label, const std::string& row = {}) {
         const auto item = find(label, row);
@@ -126,7 +130,9 @@ class TrayTest : public testing::Test {
 
 TEST_F(TrayTest, ReadsAsWhatTheModelHas) {
     using Texts = std::vector<std::string>;
-    const Texts commands{"-", "Open Quillo", "Settings", "Quit Quillo"};
+    const Texts commands{"-",          "Save Current Desktop…", "(Restore Last Session)",
+                         "-",          "Open Quillo",           "Settings",
+                         "Quit Quillo"};
     const auto with = [&](Texts texts) {
         texts.insert(texts.end(), commands.begin(), commands.end());
         return texts;
@@ -137,35 +143,38 @@ TEST_F(TrayTest, ReadsAsWhatTheModelHas) {
 
     model.setTrusted(false);
     model.run(5s);
-    EXPECT_EQ(texts(tray.menu()).at(1), "Finish setup — window access needed");
+    EXPECT_EQ(texts(tray.menu()).at(1), "Windows cannot be read — see why");
     model.setTrusted(true);
     model.run(5s);
 
     const std::string names[] = {"R&D & more _now_", "last &", "two\nlines", std::string(300, 'x'),
                                  "名前 &_名"};
     for (const std::string& name : names) model.put({name.c_str()});
+    const std::string options = "Workspace Options";
     Texts read = texts(tray.menu());
+    EXPECT_EQ(texts(*find(options)), Texts(read.begin() + 2, read.begin() + 7));
     std::ranges::sort(read);
-    Texts expected = with(
-        {"(Quillo · 5 saved)", "-", names[0], names[1], "two lines", std::string(39, 'x') + "…", names[4]});
+    Texts expected = with({"(Quillo · 5 saved)", "-", names[0], names[1], "two lines",
+                           std::string(39, 'x') + "…", names[4], options});
     std::ranges::sort(expected);
     EXPECT_EQ(read, expected);
-    EXPECT_EQ(texts(*find("last &")),
-              (Texts{"Resume", "Resume · Keep other apps", "Resume · Hide other apps",
-                     "Resume · Quit other apps", "-", "Preview in Quillo", "Update from Current Desktop"}));
+    EXPECT_TRUE(find("last &")->children.empty()) << "one click resumes";
+    EXPECT_EQ(texts(*find("last &", find(options))),
+              (Texts{"Resume · Keep other apps", "Resume · Hide other apps", "Resume · Quit other apps", "-",
+                     "Preview in Quillo", "Update from Current Desktop"}));
 
     for (int more = 0; more < 30; ++more) model.put({("More " + std::to_string(more)).c_str()});
     read = texts(tray.menu());
     EXPECT_EQ(read.at(0), "(Quillo · 35 saved)");
     EXPECT_EQ(read.at(1 + 1 + TrayMenu::rowsShown), "More in Quillo…");
-    EXPECT_EQ(read.size(), with({"", "", ""}).size() + TrayMenu::rowsShown);
+    EXPECT_EQ(read.size(), with({"", "", "", ""}).size() + TrayMenu::rowsShown);
 }
 
 TEST_F(TrayTest, ClicksDoWhatTheRowsSay) {
     model.save("Work");
     const Uuid id = model.named("Work").id;
     const std::pair<const char*, CleanSlateMode> modes[] = {
-        {"Resume", CleanSlateMode::hide},  // as stored
+        {"Work", CleanSlateMode::hide},  // as stored
         {"Resume · Keep other apps", CleanSlateMode::keep},
         {"Resume · Hide other apps", CleanSlateMode::hide},
         {"Resume · Quit other apps", CleanSlateMode::quit},
@@ -175,7 +184,7 @@ TEST_F(TrayTest, ClicksDoWhatTheRowsSay) {
     for (const auto& [label, mode] : modes) {
         model.desktop.world().start(viewer);
         model.run(30s);
-        ASSERT_TRUE(click(label, "Work"));
+        ASSERT_TRUE(click(label, label == std::string("Work") ? "" : "Work"));
         ASSERT_TRUE(model->restoreRunning()) << label;
         model.finishRestore();
         EXPECT_EQ(viewer.running, mode != CleanSlateMode::quit) << label;
@@ -186,6 +195,17 @@ TEST_F(TrayTest, ClicksDoWhatTheRowsSay) {
     EXPECT_EQ(chosen(), "detail " + id.upper());
     click("Update from Current Desktop", "Work");
     EXPECT_EQ(model.review().updating()->id, id);
+    EXPECT_FALSE(find("Save Current Desktop…")->properties.value("enabled", true).toBool());
+    model->dismissDraft();
+    click("Save Current Desktop…");
+    EXPECT_FALSE(model.review().updating());
+    model->dismissDraft();
+    model.change([](AppSettings& settings) { settings.autoSnapshotMinutes = 10; });
+    model.run(10s);
+    click("Restore Last Session");
+    ASSERT_TRUE(model->restoreRunning());
+    EXPECT_EQ(model->restoreRun()->workspace().id, model->sessions().front().id);
+    model.finishRestore();
     click("Settings");
     EXPECT_EQ(chosen(), "settings");
     click("Quit Quillo");
@@ -198,13 +218,14 @@ TEST_F(TrayTest, ClicksDoWhatTheRowsSay) {
 
 TEST_F(TrayTest, RowsKeepTheirPlaceInTheHostsMemoryWhileOthersComeAndGo) {
     model.put({"A", "B", "C"});
-    const int a = find("A")->id, resume = find("Resume", "C")->id, settings = find("Settings")->id;
+    const int a = find("A")->id, resume = find("C")->id, settings = find("Settings")->id;
     model->deleteWorkspace(model.named("B"));
     model.put({"D"});
     EXPECT_EQ(find("A")->id, a);
     model->rename(model.named("A"), "Renamed");  // which comes first then
     EXPECT_EQ(tray.menu().children.at(3).label(), "Renamed");
-    EXPECT_EQ(find("Resume", "C")->id, resume);
+    EXPECT_EQ(find("C")->id, resume);
+    EXPECT_EQ(find("Workspace Options")->children.at(0).label(), "Renamed");
     EXPECT_EQ(find("Settings")->id, settings);
     EXPECT_FALSE(find("B"));
     model->deleteWorkspace(model.named("C"));

@@ -1,10 +1,22 @@
 // What ContractDesktop describes, for the layers that stand over the simulated desktop.
 #pragma once
-#include <string_view>
+#include "platform/simulated/SimulatedDesktop.hpp"
+#include "tests/platform/contract/ContractSuite.hpp"
 
 namespace quillo {
 
-inline constexpr std::string_view contractScene = R"({
+class SceneContractDesktop : public ContractDesktop {
+  public:
+    Loop& loop() override { return desktop_->executor(); }
+    std::string editor() const override { return "org.example.editor"; }
+    std::string launcher() const override { return "org.example.launcher"; }
+    void vanish(std::string_view title) override {
+        auto& world = desktop_->world();
+        world.close(world.window(editor(), title)->number);
+    }
+
+  protected:
+    static constexpr std::string_view scene = R"({
   "displays": [{"id": "LEFT", "frame": [0, 0, 1440, 900], "visibleFrame": [0, 25, 1440, 875], "desktops": 2},
                {"id": "RIGHT", "frame": [1440, 0, 1280, 1024]}],
   "applications": [
@@ -14,5 +26,12 @@ inline constexpr std::string_view contractScene = R"({
       {"title": "Gamma", "frame": [1600, 100, 300, 200], "subrole": "AXDialog"}]},
     {"identifier": "org.example.launcher", "running": false, "windows": [{"title": "New", "frame": [90, 90, 300, 200]}]}
   ]})";
+    const std::unique_ptr<SimulatedDesktop> desktop_ = SimulatedDesktop::create(scene, "scene").value();
+};
+
+template <class Desktop>
+std::unique_ptr<ContractDesktop> makeContractDesktop() {
+    return std::make_unique<Desktop>();
+}
 
 }  // namespace quillo

@@ -214,20 +214,6 @@ TEST_P(PlatformContract, EntersAndLeavesFullScreen) {
     EXPECT_FALSE(facts(alpha).isFullscreen);
 }
 
-TEST_P(PlatformContract, MakesAWindowMovableWhateverItsState) {
-    const Element beta = window(desktop_->beta);
-    ASSERT_TRUE(ax().write(beta, ax::minimized, true));
-    waitUntil([&] { return flag(beta, ax::minimized); }, "the minimized state");
-    ASSERT_TRUE(run(ax().makeMovable(beta)));
-    ax().write(beta, ax::minimized, false);
-    waitUntil([&] { return !flag(beta, ax::minimized); }, "the plain state");
-    const Rect target{150, 160, 380, 300};
-    ax().writeFrame(beta, target);
-    waitUntil([&] { return near(frame(beta), target); }, "the frame");
-    run(ax().settleInPlace(beta));
-    EXPECT_TRUE(near(frame(beta), target));
-}
-
 TEST_P(PlatformContract, TheWindowServerSeesTheSameWindows) {
     const auto list = server().windowList();
     for (const Element& element : editorWindows()) {

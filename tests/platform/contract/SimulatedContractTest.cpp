@@ -3,26 +3,14 @@
 #include "WindowEngine/services/ForwardingAccessibilityService.hpp"
 #include "WindowEngine/services/ForwardingApplications.hpp"
 #include "WindowEngine/services/ForwardingWindowServer.hpp"
-#include "platform/simulated/SimulatedDesktop.hpp"
 #include "tests/platform/contract/ContractScene.hpp"
-#include "tests/platform/contract/ContractSuite.hpp"
 
 namespace quillo {
 namespace {
 
-class SimulatedContractDesktop : public ContractDesktop {
+class SimulatedContractDesktop : public SceneContractDesktop {
   public:
     Platform platform() override { return desktop_->platform(); }
-    Loop& loop() override { return desktop_->executor(); }
-    std::string editor() const override { return "org.example.editor"; }
-    std::string launcher() const override { return "org.example.launcher"; }
-    void vanish(std::string_view title) override {
-        auto& world = desktop_->world();
-        world.close(world.window(editor(), title)->number);
-    }
-
-  private:
-    std::unique_ptr<SimulatedDesktop> desktop_ = SimulatedDesktop::create(contractScene, "scene").value();
 };
 
 class ForwardedContractDesktop final : public SimulatedContractDesktop {
@@ -39,14 +27,11 @@ class ForwardedContractDesktop final : public SimulatedContractDesktop {
     ForwardingApplications applications_{plain_.applications};
 };
 
-template <class Desktop>
-std::unique_ptr<ContractDesktop> makeDesktop() {
-    return std::make_unique<Desktop>();
-}
-
-INSTANTIATE_TEST_SUITE_P(Simulated, PlatformContract, testing::Values(&makeDesktop<SimulatedContractDesktop>),
+INSTANTIATE_TEST_SUITE_P(Simulated, PlatformContract,
+                         testing::Values(&makeContractDesktop<SimulatedContractDesktop>),
                          [](const auto&) { return "desktop"; });
-INSTANTIATE_TEST_SUITE_P(Forwarded, PlatformContract, testing::Values(&makeDesktop<ForwardedContractDesktop>),
+INSTANTIATE_TEST_SUITE_P(Forwarded, PlatformContract,
+                         testing::Values(&makeContractDesktop<ForwardedContractDesktop>),
                          [](const auto&) { return "desktop"; });
 
 }  // namespace

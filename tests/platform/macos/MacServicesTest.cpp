@@ -97,19 +97,9 @@ TEST_F(MacHotKeysTest, AHandlerMayGoWhileItIsTold) {
 TEST_F(MacHotKeysTest, RefusalsCarryTheSystemsCodes) {
     carbon.taken.insert({1, 0x1900});
     const auto handler = listen();
-    const auto registered = hotKeys.registerHotKey(15, 0x1900, {ours, 2});
-    const struct {
-        std::uint32_t keyCode;
-        int code;
-    } cases[] = {
-        {1, eventHotKeyExistsErr}, {15, eventHotKeyExistsErr}, {KeyEvent::noKeyCode, eventHotKeyInvalidErr}};
-    for (const auto& [keyCode, code] : cases) {
-        const auto refused = hotKeys.registerHotKey(keyCode, 0x1900, {ours, 1});
-        ASSERT_FALSE(refused) << keyCode;
-        EXPECT_EQ(refused.error().kind, ErrorKind::refused);
-        EXPECT_EQ(refused.error().code, code) << keyCode;
-    }
-    EXPECT_TRUE(hotKeys.capability());
+    EXPECT_EQ(hotKeys.registerHotKey(1, 0x1900, {ours, 1}).error().code, eventHotKeyExistsErr);
+    EXPECT_EQ(hotKeys.registerHotKey(KeyEvent::noKeyCode, 0x1900, {ours, 1}).error().code,
+              eventHotKeyInvalidErr);
 }
 
 TEST_F(MacHotKeysTest, RegistersNothingThatNobodyCouldHear) {
@@ -177,6 +167,8 @@ TEST_F(MacDefaultsTest, KeepsDataAndFlagsAsTheSystemsOwn) {
     EXPECT_FALSE(defaults.setData("\xff", bytes));
     EXPECT_EQ(defaults.data("\xff"), std::nullopt);
     EXPECT_EQ(MacDefaults("another").data("flag"), std::nullopt);
+    preferences.failures = 1;
+    EXPECT_EQ(defaults.setData("settings", bytes).error().kind, ErrorKind::io);
 }
 
 TEST_F(MacDefaultsTest, ValuesOfAnotherTypeCountAsNotSet) {
@@ -190,19 +182,6 @@ TEST_F(MacDefaultsTest, ValuesOfAnotherTypeCountAsNotSet) {
     keep("flag", kCFBooleanTrue);
     EXPECT_TRUE(defaults.boolean("flag"));
     EXPECT_EQ(defaults.trouble(), std::nullopt);
-}
-
-TEST_F(MacDefaultsTest, WhatCannotBeKeptIsPutBack) {
-    ASSERT_TRUE(defaults.setData("settings", "before"));
-    for (const std::optional<std::string>& value :
-         {std::optional<std::string>("after"), std::optional<std::string>()}) {
-        preferences.failures = 1;
-        EXPECT_EQ(defaults.setData("settings", value).error().kind, ErrorKind::io);
-        EXPECT_EQ(cf::bytes(kept("settings").get()), "before");
-    }
-    preferences.failures = 1;
-    EXPECT_FALSE(defaults.setBoolean("flag", true));
-    EXPECT_FALSE(kept("flag"));
 }
 
 TEST_F(MacServicesTest, LogsWholeMessagesAsPublic) {

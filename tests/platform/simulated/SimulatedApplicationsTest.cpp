@@ -83,7 +83,7 @@ TEST_F(SimulatedApplicationsTest, ADocumentOpensOneWindowAMomentLater) {
 
 TEST_F(SimulatedApplicationsTest, ScriptsSeeEveryWindowFrontToBackAndLaunchTheirApplication) {
     EXPECT_EQ(folders(), "/a/\n\n\n");
-    EXPECT_EQ(script(opening("/new \"\\ -- (*")), "folder\n");
+    EXPECT_EQ(script(opening("/new \"\\ -- (*")), "/new \"\\ -- (*\n");
     EXPECT_EQ(folders(), "/new \"\\ -- (*/\n/a/\n\n\n");
     EXPECT_EQ(titles("com.apple.finder").front(), "new \"\\ -- (*");
     EXPECT_EQ(tabs(), "https://f.org\tchrome://newtab/\n__QUILLO_PRIVATE_WINDOW__\nhttps://b.org\n");
@@ -114,7 +114,7 @@ TEST_F(SimulatedApplicationsTest, AutomationCanBeSlowHangOrLaunchNothing) {
     lay(FaultKind::automationSlow, "com.apple.finder", {}, 2);
     EXPECT_EQ(script(opening("/a"), 1s), "timed out");
     EXPECT_EQ(titles("com.apple.finder", 9s).size(), 4u) << "what was given up opens nothing later";
-    EXPECT_EQ(script(opening("/a"), 3s), "folder\n");
+    EXPECT_EQ(script(opening("/a"), 3s), "/a\n");
     lay(FaultKind::applicationHangs, "com.apple.finder");
     EXPECT_EQ(script(opening("/a"), 20s), "timed out");
     lay(FaultKind::launchRefused, "com.google.Chrome");

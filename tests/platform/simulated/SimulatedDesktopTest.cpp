@@ -96,6 +96,19 @@ TEST(SimulatedDesktop, ASplashWindowComesAndGoesBeforeTheOthers) {
     EXPECT_EQ(seen, "S-S----M");
 }
 
+TEST(SimulatedDesktop, AWatchTellsOfWhatHappensByItself) {
+    const auto desktop = SimulatedDesktop::create(scene, "scene").value();
+    const auto changes = desktop->platform().windowServer.watch(std::nullopt);
+    const auto told = [&](Duration limit) {
+        Job<bool> wait(desktop->executor(), changes->next(limit));
+        desktop->executor().runUntil([&] { return wait.done(); }, 200s);
+        return wait.result();
+    };
+    EXPECT_FALSE(told(98s));
+    EXPECT_TRUE(told(98s)) << "window B closes";
+    EXPECT_EQ(desktop->executor().now().time_since_epoch(), 99s);
+}
+
 TEST(SimulatedDesktop, ADisplayHasNoMoreThanSixteenDesktops) {
     const auto desktop = SimulatedDesktop::create(scene, "scene").value();
     EXPECT_TRUE(desktop->world().openOverview());

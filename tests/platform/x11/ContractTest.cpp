@@ -51,9 +51,7 @@ class X11ContractDesktop final : public ContractDesktop {
         return loop_.runUntil([&] { return passed; }, std::chrono::seconds(1));
     }
 
-    struct SilentLog : SystemLog {
-        void write(std::string_view, LogLevel, std::string_view) override {}
-    } log_;
+    SilentLog log_;
     PrivateDesktop& desktop_ = sharedDesktop();
     LoopExecutor loop_;
     std::unique_ptr<X11Desktop> layer_;

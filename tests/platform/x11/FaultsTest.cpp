@@ -4,10 +4,6 @@
 namespace quillo::x11test {
 namespace {
 
-struct SilentLog : SystemLog {
-    void write(std::string_view, LogLevel, std::string_view) override {}
-};
-
 TEST(X11FaultsTest, NoServerSaysWhatToDo) {
     LoopExecutor executor;
     const auto created = X11Desktop::create(executor, {.display = ":987"});

@@ -162,19 +162,8 @@ TEST_F(HotKeysX11, AHeldKeyIsOnePress) {
 }
 
 TEST_F(HotKeysX11, RefusesWhatIsHeldOrHasNoKey) {
-    struct Case {
-        std::uint32_t keyCode, modifiers;
-        int code;
-    };
     X11HotKeys other(executor, sharedDesktop().display());
-    ASSERT_EQ(hold(other, keyS, allThree, 1), 0);
-    for (const auto& [keyCode, modifiers, code] : {Case{keyS, allThree, XCB_ACCESS},
-                                                   {keyS, command, 0},
-                                                   {keyS, command, XCB_ACCESS},
-                                                   {63, command, XCB_VALUE},
-                                                   {4711, command, XCB_VALUE}}) {
-        EXPECT_EQ(hold(keys, keyCode, modifiers, 3), code) << keyCode << " " << modifiers;
-    }
+    for (const std::uint32_t keyCode : {63u, 4711u}) EXPECT_EQ(hold(keys, keyCode, command, 3), XCB_VALUE);
     // What holds it with one lock key only is enough, and the others are not kept.
     const auto grab = [&](auto function, auto... modes) {
         return xcb->check(function(xcb->xcb(), modes...));

@@ -75,6 +75,8 @@ TEST_F(WindowWritesTest, AWindowIsMovedFromEveryState) {
         expectNear(after.info.frame, target, name);
         EXPECT_FALSE(after.info.isMinimized) << name;
         EXPECT_EQ(desktopsOf(after), (std::set<SpaceID>{elsewhere ? 3u : 1u})) << name;
+        EXPECT_EQ(sharedDesktop().run({"sh", "-c", "test $(xdotool get_desktop) = 0"}), 0)
+            << "the person was taken to another desktop: " << name;
         clients.clear();
     }
 }
@@ -145,6 +147,30 @@ TEST_F(WindowWritesTest, MinimizingOnAnotherDesktopLeavesThePersonWhereTheyAre) 
     EXPECT_EQ(desktopsOf(window), std::set<SpaceID>{2});
     EXPECT_TRUE(minimize(window, false));
     EXPECT_EQ(desktopsOf(window), std::set<SpaceID>{2});
+}
+
+TEST_F(WindowWritesTest, AWaitHearsOfItsWindowOrOfTheDesktopAtOnce) {
+    using namespace std::chrono_literals;
+    const auto window = openWindow("watched");
+    const struct {
+        std::string what;
+        bool ofWindow;
+        std::function<void()> change;
+    } cases[] = {{"state", true, [&] { ax().write(window.element, ax::minimized, true); }},
+                 {"desktop", true, [&] { (void)desktop->windowServer.moveWindow(*window.windowID, 2); }},
+                 {"windows", false, [&] { open({"--title", "another"}); }}};
+    for (const auto& [what, ofWindow, change] : cases) {
+        const auto changes = desktop->windowServer.watch(ofWindow ? window.windowID : std::nullopt);
+        int news = 0;
+        while (run(changes->next(300ms))) ASSERT_LT(++news, 50) << "it comes to rest";
+        Job<bool> wait(executor, changes->next(15s));
+        change();
+        EXPECT_TRUE(executor.runUntil([&] { return wait.done(); }, 5s)) << what;
+        EXPECT_TRUE(wait.result()) << what;
+    }
+    const auto changes = desktop->windowServer.watch(window.windowID);
+    EXPECT_TRUE(sendTo(window, 1));
+    EXPECT_TRUE(run(changes->next(15s))) << "what nobody waited for is not lost";
 }
 
 TEST_F(WindowWritesTest, RaisingBringsToTheFront) {

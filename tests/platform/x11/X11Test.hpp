@@ -18,6 +18,10 @@ namespace quillo::x11test {
 /// Started by the first test that needs it; ends with the program.
 PrivateDesktop& sharedDesktop();
 
+struct SilentLog : SystemLog {
+    void write(std::string_view, LogLevel, std::string_view) override {}
+};
+
 class X11Test : public testing::Test {
   protected:
     X11Test();
@@ -56,9 +60,7 @@ class X11Test : public testing::Test {
     }
     AccessibilityService& ax() { return desktop->accessibility; }
 
-    struct SilentLog : SystemLog {
-        void write(std::string_view, LogLevel, std::string_view) override {}
-    } log;
+    SilentLog log;
     LoopExecutor executor;
     std::unique_ptr<X11Desktop> layer;
     std::optional<Platform> desktop;

@@ -1,14 +1,11 @@
 // Sleep and shutdown over a bus: who is told, and how long the computer waits.
 #include <gtest/gtest.h>
-#include <sys/socket.h>
-#include <sys/un.h>
 
 #include <algorithm>
 #include <optional>
 
 #include "WindowEngine/support/Loops.hpp"
 #include "platform/linux/LogindPowerEvents.hpp"
-#include "platform/posix/Descriptor.hpp"
 #include "tests/platform/linux/session/MockedLogind.hpp"
 
 namespace quillo::x11test {
@@ -138,25 +135,9 @@ TEST_F(LogindTest, AServiceThatIsStartedAgainIsAskedAgain) {
     EXPECT_TRUE(becomesUnavailable("The system bus has ended"));
 }
 
-/// A socket that takes connections and never says a word.
-class SilentSocket {
-  public:
-    explicit SilentSocket(const std::string& path) : socket_(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-        sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
-        std::filesystem::remove(path);
-        path.copy(address.sun_path, sizeof address.sun_path - 1);
-        if (bind(socket_.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
-            listen(socket_.get(), 5) != 0)
-            throw std::runtime_error("no socket");
-    }
-
-  private:
-    Descriptor socket_;
-};
-
 TEST(LogindPowerEvents, WhereNoServiceAnswersTheReasonIsSaidAndNobodyHangs) {
     const auto folder = PrivateDesktop::home();
-    const SilentSocket silent(folder / "silent");
+    const auto silent = silentBus(folder / "silent");
     const SystemBus empty;
     const std::string emptyBus = std::getenv("DBUS_SYSTEM_BUS_ADDRESS");
     const struct {

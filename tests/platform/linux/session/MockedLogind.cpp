@@ -1,5 +1,6 @@
 #include "tests/platform/linux/session/MockedLogind.hpp"
 
+#include <gio/gunixsocketaddress.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -65,6 +66,15 @@ GVariantPtr SystemBus::call(const char* interface, const char* method, GVariant*
 void SystemBus::send(const char* interface, const char* method, GVariant* arguments) {
     g_dbus_connection_call(connection_.get(), logind, "/org/freedesktop/login1", interface, method, arguments,
                            nullptr, G_DBUS_CALL_FLAGS_NONE, 10'000, nullptr, nullptr, nullptr);
+}
+
+GObjectPtr<GSocketListener> silentBus(const std::string& path) {
+    GObjectPtr<GSocketListener> listener(g_socket_listener_new());
+    const GObjectPtr<GSocketAddress> address(g_unix_socket_address_new(path.c_str()));
+    if (!g_socket_listener_add_address(listener.get(), address.get(), G_SOCKET_TYPE_STREAM,
+                                       G_SOCKET_PROTOCOL_DEFAULT, nullptr, nullptr, nullptr))
+        throw std::runtime_error("no socket");
+    return listener;
 }
 
 MockedLogind::MockedLogind(SystemBus& bus)

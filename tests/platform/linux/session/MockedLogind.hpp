@@ -29,6 +29,9 @@ class SystemBus {
     GObjectPtr<GDBusConnection> connection_;
 };
 
+/// A bus that takes connections and says nothing, as one that is stopped does.
+GObjectPtr<GSocketListener> silentBus(const std::string& path);
+
 class MockedLogind {
   public:
     /// It is on the bus when this returns.

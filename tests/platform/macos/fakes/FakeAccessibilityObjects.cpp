@@ -27,15 +27,10 @@ std::size_t bytesOf(AXValueType type) {
     return 0;
 }
 
-class BoxedValue final : public Object {
+class BoxedValue final : public Typed<"AXValue"> {
   public:
-    static CFTypeID typeID() {
-        static const CFTypeID id = typeNamed("AXValue");
-        return id;
-    }
     BoxedValue(AXValueType kind, const void* value)
-        : Object(typeID()),
-          kind(kind),
+        : kind(kind),
           bytes(static_cast<const char*>(value), static_cast<const char*>(value) + bytesOf(kind)) {}
     bool equals(const Object& other) const override {
         const auto& that = static_cast<const BoxedValue&>(other);
@@ -80,11 +75,6 @@ std::optional<AttributeValue> unboxed(AXValueRef box) {
 
 }  // namespace
 
-CFTypeID ElementObject::typeID() {
-    static const CFTypeID id = typeNamed("AXUIElement");
-    return id;
-}
-
 AXUIElementRef createElement(const Element& element) {
     return (new ElementObject(element))->as<AXUIElementRef>();
 }
@@ -115,10 +105,6 @@ CFTypeID AXValueGetTypeID() {
 
 AXValueRef AXValueCreate(AXValueType type, const void* value) {
     return bytesOf(type) == 0 ? nullptr : (new BoxedValue(type, value))->as<AXValueRef>();
-}
-
-AXValueType AXValueGetType(AXValueRef value) {
-    return objectOf<BoxedValue>(value).kind;
 }
 
 Boolean AXValueGetValue(AXValueRef value, AXValueType type, void* result) {

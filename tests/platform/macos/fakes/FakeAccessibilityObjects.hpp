@@ -12,10 +12,9 @@ namespace quillo::fakes {
 
 /// One reference to an element of the simulated desktop. Others to the same one are equal to it and have
 /// their own timeout.
-class ElementObject final : public Object {
+class ElementObject final : public Typed<"AXUIElement"> {
   public:
-    static CFTypeID typeID();
-    explicit ElementObject(Element named) : Object(typeID()), element(std::move(named)) {}
+    explicit ElementObject(Element named) : element(std::move(named)) {}
     bool equals(const Object& other) const override {
         return element == static_cast<const ElementObject&>(other).element;
     }

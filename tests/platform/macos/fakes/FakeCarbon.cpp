@@ -4,6 +4,7 @@
 #include <cstring>
 #include <optional>
 #include <ranges>
+#include <span>
 
 #include "platform/macos/CFValues.hpp"
 #include "tests/platform/macos/fakes/FakeCoreFoundation.hpp"
@@ -11,26 +12,17 @@
 
 namespace quillo::fakes {
 
-class HotKey final : public Object {
+class HotKey final : public Typed<"hot key"> {
   public:
-    static CFTypeID typeID() {
-        static const CFTypeID id = typeNamed("hot key");
-        return id;
-    }
-    HotKey(FakeCarbon::Combination pressed, EventHotKeyID given)
-        : Object(typeID()), combination(pressed), id(given) {}
+    HotKey(FakeCarbon::Combination pressed, EventHotKeyID given) : combination(pressed), id(given) {}
 
     const FakeCarbon::Combination combination;
     const EventHotKeyID id;
 };
 
-class EventHandler final : public Object {
+class EventHandler final : public Typed<"event handler"> {
   public:
-    static CFTypeID typeID() {
-        static const CFTypeID id = typeNamed("event handler");
-        return id;
-    }
-    EventHandler(EventHandlerUPP called, void* given) : Object(typeID()), function(called), userData(given) {}
+    EventHandler(EventHandlerUPP called, void* given) : function(called), userData(given) {}
 
     const EventHandlerUPP function;
     void* const userData;
@@ -38,25 +30,17 @@ class EventHandler final : public Object {
 
 namespace {
 
-class HotKeyEvent final : public Object {
+class HotKeyEvent final : public Typed<"event"> {
   public:
-    static CFTypeID typeID() {
-        static const CFTypeID id = typeNamed("event");
-        return id;
-    }
-    explicit HotKeyEvent(std::optional<EventHotKeyID> given) : Object(typeID()), id(given) {}
+    explicit HotKeyEvent(std::optional<EventHotKeyID> given) : id(given) {}
 
     const std::optional<EventHotKeyID> id;
 };
 
 /// Its properties live as long as it does, and no longer.
-class InputSource final : public Object {
+class InputSource final : public Typed<"TISInputSource"> {
   public:
-    static CFTypeID typeID() {
-        static const CFTypeID id = typeNamed("TISInputSource");
-        return id;
-    }
-    explicit InputSource(CFRef<CFDataRef> data) : Object(typeID()), layout(std::move(data)) {}
+    explicit InputSource(CFRef<CFDataRef> data) : layout(std::move(data)) {}
 
     const CFRef<CFDataRef> layout;  // null: it has none
 };
@@ -65,38 +49,19 @@ FakeCarbon& carbon() {
     return FakeMac::onItsThread().part<FakeCarbon>();
 }
 
-/// The fake's own kind of resource: a count, then so many of these.
-struct LaidOutKey {
-    UInt16 code = 0;
-    UInt16 dead = 0;
-    UInt16 length = 0;
-    UniChar writes[4]{};
-};
+using Keys = std::map<UInt16, FakeCarbon::Key>;
 
-CFRef<CFDataRef> resourceOf(const std::map<UInt16, FakeCarbon::Key>& keys) {
-    const std::size_t count = keys.size();
-    std::vector<std::byte> bytes(sizeof count + count * sizeof(LaidOutKey));
-    std::memcpy(bytes.data(), &count, sizeof count);
-    std::byte* next = bytes.data() + sizeof count;
-    for (const auto& [code, key] : keys) {
-        LaidOutKey laidOut{.code = code, .dead = key.dead, .length = static_cast<UInt16>(key.writes.size())};
-        std::ranges::copy(key.writes, laidOut.writes);
-        std::memcpy(next, &laidOut, sizeof laidOut);
-        next += sizeof laidOut;
-    }
-    return cf::makeData(bytes);
+/// The fake's own kind of resource: where the keys are. It is read as long as it lives only.
+CFRef<CFDataRef> resourceOf(const Keys& keys) {
+    const Keys* const place = &keys;
+    return cf::makeData(std::as_bytes(std::span(&place, 1)));
 }
 
-LaidOutKey keyIn(const UCKeyboardLayout* layout, UInt16 code) {
-    const auto* bytes = reinterpret_cast<const std::byte*>(layout);
-    std::size_t count = 0;
-    std::memcpy(&count, bytes, sizeof count);
-    for (std::size_t i = 0; i < count; ++i) {
-        LaidOutKey key;
-        std::memcpy(&key, bytes + sizeof count + i * sizeof key, sizeof key);
-        if (key.code == code) return key;
-    }
-    return {};
+FakeCarbon::Key keyIn(const UCKeyboardLayout* layout, UInt16 code) {
+    const Keys* keys = nullptr;
+    std::memcpy(&keys, layout, sizeof(void*));
+    const auto found = keys->find(code);
+    return found == keys->end() ? FakeCarbon::Key() : found->second;
 }
 
 }  // namespace
@@ -204,10 +169,10 @@ OSStatus UCKeyTranslate(const UCKeyboardLayout* layout, UInt16 virtualKeyCode, U
     if (keyAction != kUCKeyActionDown || modifiers != 0 || keyboardType != LMGetKbdType() ||
         *deadKeyState != 0)
         fail("a translation of a key that the fake does not make");
-    const LaidOutKey key = keyIn(layout, virtualKeyCode);
-    const bool writes = key.dead == 0 || (options & kUCKeyTranslateNoDeadKeysMask) != 0;
+    const FakeCarbon::Key key = keyIn(layout, virtualKeyCode);
+    const bool writes = !key.dead || (options & kUCKeyTranslateNoDeadKeysMask) != 0;
     *deadKeyState = writes ? 0 : 1;
-    *actualLength = writes ? std::min<UniCharCount>(key.length, maximumLength) : 0;
-    std::copy_n(key.writes, *actualLength, characters);
+    *actualLength = writes ? std::min<UniCharCount>(key.writes.size(), maximumLength) : 0;
+    std::copy_n(key.writes.begin(), *actualLength, characters);
     return noErr;
 }

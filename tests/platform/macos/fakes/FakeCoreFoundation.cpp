@@ -20,16 +20,12 @@
 namespace quillo::fakes {
 namespace {
 
-/// An object that holds one value: equal when the values are. `Name` gives its type.
-template <class Value, class Name>
-class Box final : public Object {
+/// An object that holds one value: equal when the values are.
+template <class Value, TypeName name>
+class Box final : public Typed<name> {
   public:
-    static CFTypeID typeID() {
-        static const CFTypeID id = typeNamed(Name::text);
-        return id;
-    }
     explicit Box(Value held, Lifetime lifetime = Lifetime::counted)
-        : Object(typeID(), lifetime), value(std::move(held)) {}
+        : Typed<name>(lifetime), value(std::move(held)) {}
     bool equals(const Object& other) const override { return value == static_cast<const Box&>(other).value; }
 
     const Value value;
@@ -44,46 +40,18 @@ struct Number {
     bool operator==(const Number& other) const { return value == other.value || real() == other.real(); }
 };
 
-struct StringName {
-    static constexpr auto text = "CFString";
-};
-struct NumberName {
-    static constexpr auto text = "CFNumber";
-};
-struct BooleanName {
-    static constexpr auto text = "CFBoolean";
-};
-struct NullName {
-    static constexpr auto text = "CFNull";
-};
-struct DataName {
-    static constexpr auto text = "CFData";
-};
-struct DateName {
-    static constexpr auto text = "CFDate";
-};
-struct UuidName {
-    static constexpr auto text = "CFUUID";
-};
-struct UrlName {
-    static constexpr auto text = "CFURL";
-};
-using StringBox = Box<std::u16string, StringName>;
-using NumberBox = Box<Number, NumberName>;
-using BooleanBox = Box<bool, BooleanName>;
-using NullBox = Box<std::monostate, NullName>;
-using DataBox = Box<std::vector<UInt8>, DataName>;
-using DateBox = Box<CFAbsoluteTime, DateName>;
-using UuidBox = Box<Uuid, UuidName>;
+using StringBox = Box<std::u16string, "CFString">;
+using NumberBox = Box<Number, "CFNumber">;
+using BooleanBox = Box<bool, "CFBoolean">;
+using NullBox = Box<std::monostate, "CFNull">;
+using DataBox = Box<std::vector<UInt8>, "CFData">;
+using DateBox = Box<CFAbsoluteTime, "CFDate">;
+using UuidBox = Box<Uuid, "CFUUID">;
 
 /// Lends its text out, as CFURLGetString does.
-class UrlObject final : public Object {
+class UrlObject final : public Typed<"CFURL"> {
   public:
-    static CFTypeID typeID() {
-        static const CFTypeID id = typeNamed(UrlName::text);
-        return id;
-    }
-    explicit UrlObject(CFRef<CFStringRef> held) : Object(typeID()), text(std::move(held)) {}
+    explicit UrlObject(CFRef<CFStringRef> held) : text(std::move(held)) {}
     bool equals(const Object& other) const override {
         return CFEqual(text.get(), static_cast<const UrlObject&>(other).text.get()) != 0;
     }
@@ -123,26 +91,6 @@ std::size_t appendUtf8(std::string& bytes, std::u16string_view units, UInt8 loss
         bytes.append(encoded, count);
     }
     return at;
-}
-
-template <class Target>
-Boolean convert(const Number& number, void* result) {
-    const double real = number.real();
-    const auto* whole = std::get_if<std::int64_t>(&number.value);
-    Target converted{};
-    bool exact = true;
-    if (whole) {
-        converted = static_cast<Target>(*whole);
-        exact = static_cast<std::int64_t>(converted) == *whole;
-    } else if constexpr (std::is_floating_point_v<Target>) {
-        converted = real;
-    } else {
-        constexpr double limit = std::is_same_v<Target, std::int32_t> ? 0x1p31 : 0x1p63;
-        exact = real >= -limit && real < limit && real == std::floor(real);
-        if (exact) converted = static_cast<Target>(real);
-    }
-    std::memcpy(result, &converted, sizeof converted);
-    return exact;
 }
 
 }  // namespace
@@ -236,39 +184,28 @@ CFTypeID CFNumberGetTypeID() {
 
 CFNumberRef CFNumberCreate(CFAllocatorRef, CFNumberType type, const void* value) {
     Number number;
-    switch (type) {
-        case kCFNumberSInt32Type:
-        case kCFNumberIntType:
-            number.value = std::int64_t{*static_cast<const std::int32_t*>(value)};
-            break;
-        case kCFNumberSInt64Type:
-            number.value = *static_cast<const std::int64_t*>(value);
-            break;
-        case kCFNumberFloat64Type:
-        case kCFNumberDoubleType:
-            number.value = *static_cast<const double*>(value);
-            break;
-    }
+    if (type == kCFNumberSInt64Type)
+        number.value = *static_cast<const std::int64_t*>(value);
+    else if (type == kCFNumberDoubleType)
+        number.value = *static_cast<const double*>(value);
+    else
+        fail("a kind of number that the fake does not know");
     return (new NumberBox(number))->as<CFNumberRef>();
-}
-
-Boolean CFNumberIsFloatType(CFNumberRef number) {
-    return std::holds_alternative<double>(objectOf<NumberBox>(number).value.value);
 }
 
 Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value) {
     const Number& held = objectOf<NumberBox>(number).value;
-    switch (type) {
-        case kCFNumberSInt32Type:
-        case kCFNumberIntType:
-            return convert<std::int32_t>(held, value);
-        case kCFNumberSInt64Type:
-            return convert<std::int64_t>(held, value);
-        case kCFNumberFloat64Type:
-        case kCFNumberDoubleType:
-            return convert<double>(held, value);
+    const auto* whole = std::get_if<std::int64_t>(&held.value);
+    const double real = held.real();
+    if (type == kCFNumberDoubleType) {
+        std::memcpy(value, &real, sizeof real);
+        return !whole || static_cast<std::int64_t>(real) == *whole;
     }
-    fail("a kind of number that the fake does not know");
+    if (type != kCFNumberSInt64Type) fail("a kind of number that the fake does not know");
+    const bool exact = whole || (real >= -0x1p63 && real < 0x1p63 && real == std::floor(real));
+    const std::int64_t converted = whole ? *whole : exact ? static_cast<std::int64_t>(real) : 0;
+    std::memcpy(value, &converted, sizeof converted);
+    return exact;
 }
 
 CFTypeID CFDataGetTypeID() {

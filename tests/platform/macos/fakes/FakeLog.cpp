@@ -11,14 +11,10 @@
 namespace quillo::fakes {
 namespace {
 
-class LogObject final : public Object {
+class LogObject final : public Typed<"os_log"> {
   public:
-    static CFTypeID typeID() {
-        static const CFTypeID id = typeNamed("os_log");
-        return id;
-    }
     LogObject(std::string first, std::string second)
-        : Object(typeID()), subsystem(std::move(first)), category(std::move(second)) {}
+        : subsystem(std::move(first)), category(std::move(second)) {}
 
     const std::string subsystem;
     const std::string category;

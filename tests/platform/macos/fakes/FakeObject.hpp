@@ -4,6 +4,7 @@
 #pragma once
 #include <CoreFoundation/CoreFoundation.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstddef>
 #include <string>
@@ -47,10 +48,31 @@ class Object {
 /// One number for each name; a family of objects asks once.
 CFTypeID typeNamed(std::string_view name);
 
+/// Text for a template's argument.
+template <std::size_t size>
+struct TypeName {
+    // NOLINTNEXTLINE(google-explicit-constructor): for the text itself to be the argument
+    consteval TypeName(const char (&name)[size]) { std::copy_n(name, size, text); }
+    char text[size]{};
+};
+
+/// Base of the objects of one type.
+template <TypeName name>
+class Typed : public Object {
+  public:
+    static CFTypeID typeID() {
+        static const CFTypeID id = typeNamed(name.text);
+        return id;
+    }
+
+  protected:
+    explicit Typed(Lifetime lifetime = Lifetime::counted) : Object(typeID(), lifetime) {}
+};
+
 /// What stands behind a reference, of any type.
 Object& objectAt(CFTypeRef reference);
 
-/// The same, of the type T, which has a `static CFTypeID typeID()`.
+/// The same, of the type T, which is a Typed one.
 [[noreturn]] void wrongType(CFTypeRef reference, CFTypeID expected);
 template <class T>
 T& objectOf(CFTypeRef reference) {

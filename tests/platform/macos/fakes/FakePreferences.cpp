@@ -1,7 +1,6 @@
 #include "tests/platform/macos/fakes/FakePreferences.hpp"
 
 #include "platform/macos/CFValues.hpp"
-#include "tests/platform/macos/fakes/FakeObject.hpp"
 
 namespace quillo::fakes {
 namespace {
@@ -12,15 +11,6 @@ FakePreferences& preferences() {
 
 FakePreferences::Key keyOf(CFStringRef key, CFStringRef application) {
     return {cf::text(application).value(), cf::text(key).value()};
-}
-
-bool isPropertyList(CFTypeRef value) {
-    for (const CFTypeID type :
-         {CFStringGetTypeID(), CFNumberGetTypeID(), CFBooleanGetTypeID(), CFDateGetTypeID(),
-          CFDataGetTypeID(), CFArrayGetTypeID(), CFDictionaryGetTypeID()}) {
-        if (CFGetTypeID(value) == type) return true;
-    }
-    return false;
 }
 
 }  // namespace
@@ -39,7 +29,6 @@ CFPropertyListRef CFPreferencesCopyAppValue(CFStringRef key, CFStringRef applica
 }
 
 void CFPreferencesSetAppValue(CFStringRef key, CFPropertyListRef value, CFStringRef applicationID) {
-    if (value && !isPropertyList(value)) fail("a preference that is no property list");
     preferences().noted.insert_or_assign(keyOf(key, applicationID),
                                          quillo::CFRef<CFTypeRef>::retained(value));
 }

@@ -65,13 +65,9 @@ struct Timer final : Member {
     bool firing = false;
 };
 
-class RunLoop final : public Object {
+class RunLoop final : public Typed<"CFRunLoop"> {
   public:
-    static CFTypeID typeID() {
-        static const CFTypeID id = typeNamed("CFRunLoop");
-        return id;
-    }
-    RunLoop() : Object(typeID()) {}
+    RunLoop() = default;
     RunLoop(const RunLoop&) = delete;
     RunLoop& operator=(const RunLoop&) = delete;
     ~RunLoop() override {

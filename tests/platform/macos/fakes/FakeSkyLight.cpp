@@ -24,23 +24,15 @@ FakeSkyLight& fake(Connection given) {
 }
 
 /// The answer to a query: what exists of the windows asked for.
-class Query final : public fakes::Object {
+class Query final : public Typed<"SLSWindowQuery"> {
   public:
-    static CFTypeID typeID() {
-        static const CFTypeID id = typeNamed("SLSWindowQuery");
-        return id;
-    }
-    explicit Query(std::vector<WindowFacts> found) : Object(typeID()), windows(std::move(found)) {}
+    explicit Query(std::vector<WindowFacts> found) : windows(std::move(found)) {}
     const std::vector<WindowFacts> windows;
 };
 
-class Iterator final : public fakes::Object {
+class Iterator final : public Typed<"SLSWindowIterator"> {
   public:
-    static CFTypeID typeID() {
-        static const CFTypeID id = typeNamed("SLSWindowIterator");
-        return id;
-    }
-    explicit Iterator(std::vector<WindowFacts> found) : Object(typeID()), windows_(std::move(found)) {}
+    explicit Iterator(std::vector<WindowFacts> found) : windows_(std::move(found)) {}
     bool advance() {
         at_ = at_ ? *at_ + 1 : 0;
         return *at_ < windows_.size();

@@ -61,7 +61,6 @@ typedef enum AXValueType : UInt32 {
 
 CF_EXPORT CFTypeID AXValueGetTypeID(void);
 CF_EXPORT AXValueRef AXValueCreate(AXValueType type, const void* value);
-CF_EXPORT AXValueType AXValueGetType(AXValueRef value);
 /* False, and nothing written, where the value is of another type. */
 CF_EXPORT Boolean AXValueGetValue(AXValueRef value, AXValueType type, void* result);
 

@@ -119,11 +119,8 @@ CF_EXPORT CFTypeID CFDictionaryGetTypeID(void);
 CF_EXPORT CFDictionaryRef CFDictionaryCreate(CFAllocatorRef allocator, const void** keys, const void** values,
                                              CFIndex count, const CFDictionaryKeyCallBacks* keyCallBacks,
                                              const CFDictionaryValueCallBacks* valueCallBacks);
-CF_EXPORT CFIndex CFDictionaryGetCount(CFDictionaryRef dictionary);
 CF_EXPORT const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key); /* not retained */
 /* Either of `keys` and `values` may be null; what they get is not retained. */
-CF_EXPORT void CFDictionaryGetKeysAndValues(CFDictionaryRef dictionary, const void** keys,
-                                            const void** values);
 
 typedef const struct __CFBoolean* CFBooleanRef;
 typedef const struct __CFNumber* CFNumberRef;
@@ -143,7 +140,6 @@ CF_EXPORT Boolean CFBooleanGetValue(CFBooleanRef boolean);
 
 CF_EXPORT CFTypeID CFNumberGetTypeID(void);
 CF_EXPORT CFNumberRef CFNumberCreate(CFAllocatorRef allocator, CFNumberType type, const void* value);
-CF_EXPORT Boolean CFNumberIsFloatType(CFNumberRef number);
 /* False where the conversion lost something: the value is then the nearest. */
 CF_EXPORT Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value);
 
