@@ -5,7 +5,7 @@
 #pragma once
 #include <string_view>
 
-#include "WindowEngine/integrations/BrowserSession.hpp"
+#include "WindowEngine/services/BrowserSession.hpp"
 #include "WindowEngine/support/Error.hpp"
 
 namespace quillo::FirefoxSession {

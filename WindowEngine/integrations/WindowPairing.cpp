@@ -34,7 +34,7 @@ class Grid {
 bool sameSize(const Rect& a, const Rect& b) { return a.size() == b.size(); }
 
 /// Whether they can be the same window, by what is never out of date for longer than the browser's delay.
-bool compatible(const Shown& shown, const BrowserWindow& saved) {
+bool compatible(const ShownBrowserWindow& shown, const BrowserWindow& saved) {
     if (shown.desktop && saved.desktop && shown.desktop != saved.desktop) return false;
     if (shown.isPlain != saved.isPlain) return !saved.frame || !shown.isPlain;  // full screen is told late
     if (!shown.isPlain || !saved.frame) return true;
@@ -64,18 +64,18 @@ Grid feasible(const Grid& allowed) {
 }
 
 /// The title is that of a page the window has.
-bool titleSpeaks(const Shown& shown, const BrowserWindow& saved) {
+bool titleSpeaks(const ShownBrowserWindow& shown, const BrowserWindow& saved) {
     return std::ranges::any_of(saved.tabs, [&](const BrowserTab& tab) {
         return !tab.title.empty() && shown.title.starts_with(tab.title);
     });
 }
 
 /// A position is written late, but two windows seldom stand on the same spot.
-bool positionSpeaks(const Shown& shown, const BrowserWindow& saved) {
+bool positionSpeaks(const ShownBrowserWindow& shown, const BrowserWindow& saved) {
     return saved.frame && (*saved.frame == shown.client || *saved.frame == shown.frame);
 }
 
-Grid judged(std::span<const Shown> shown, std::span<const BrowserWindow> saved, auto judge) {
+Grid judged(std::span<const ShownBrowserWindow> shown, std::span<const BrowserWindow> saved, auto judge) {
     Grid grid(shown.size(), saved.size());
     for (std::size_t i = 0; i < shown.size(); ++i) {
         for (std::size_t j = 0; j < saved.size(); ++j) grid.at(i, j) = judge(shown[i], saved[j]);
@@ -107,9 +107,9 @@ bool narrow(Grid& possible, const Grid& evidence) {
 
 }  // namespace
 
-Pairs match(std::span<const Shown> shown, std::span<const BrowserWindow> saved, Evidence evidence) {
+Pairs match(std::span<const ShownBrowserWindow> shown, std::span<const BrowserWindow> saved, Evidence evidence) {
     Pairs pairs{std::vector<std::optional<std::size_t>>(saved.size()), true};
-    Grid possible = feasible(judged(shown, saved, [&](const Shown& a, const BrowserWindow& b) {
+    Grid possible = feasible(judged(shown, saved, [&](const ShownBrowserWindow& a, const BrowserWindow& b) {
         return evidence == Evidence::titleOnly || compatible(a, b);
     }));
     if (!saved.empty() && !possible.any()) {

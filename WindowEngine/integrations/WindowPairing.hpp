@@ -3,21 +3,11 @@
 #include <cstddef>
 #include <optional>
 #include <span>
-#include <string>
 #include <vector>
 
-#include "WindowEngine/integrations/BrowserSession.hpp"
+#include "WindowEngine/services/BrowserFiles.hpp"
 
 namespace quillo::WindowPairing {
-
-/// A window on the screen that says of itself that it is a browser's main one.
-struct Shown {
-    std::string title;
-    Rect frame;   // with its decoration
-    Rect client;  // without; both in whole pixels of the screen
-    bool isPlain = true;  // neither minimized nor maximized nor in full screen
-    std::optional<std::int64_t> desktop;
-};
 
 /// How much of a window its file tells in time. Chromium writes sizes, states and desktops at once and positions late;
 /// Firefox writes none of them but along with other changes.
@@ -35,6 +25,6 @@ struct Pairs {
 /// all saved windows in their order allows; where several do, a title or an exact position decides, if it names one
 /// window only and speaks for no other saved one. Takes time in proportion to the product of both numbers, for each
 /// pair that evidence settles.
-Pairs match(std::span<const Shown> shown, std::span<const BrowserWindow> saved, Evidence evidence);
+Pairs match(std::span<const ShownBrowserWindow> shown, std::span<const BrowserWindow> saved, Evidence evidence);
 
 }  // namespace quillo::WindowPairing

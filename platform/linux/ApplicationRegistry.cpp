@@ -189,6 +189,12 @@ std::optional<std::string> ApplicationRegistry::name(std::string_view identifier
     return entry ? std::optional(entry->name) : std::nullopt;
 }
 
+std::vector<std::string> ApplicationRegistry::command(std::string_view identifier) {
+    entries_.refresh();
+    const auto* entry = entries_.withId(identifier);
+    return entry ? commandWords(entry->command) : std::vector<std::string>();
+}
+
 std::vector<InstalledApplication> ApplicationRegistry::installed() {
     entries_.refresh();
     std::vector<InstalledApplication> applications;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "WindowEngine/support/Text.hpp"
+#include "platform/simulated/SimulatedBrowserFiles.hpp"
 #include "platform/simulated/SimulatedScripts.hpp"
 #include "platform/simulated/SimulatedServices.hpp"
 
@@ -16,13 +17,15 @@ struct SimulatedDesktop::Services {
           server(world, executor),
           applications(world),
           screens(world),
-          scripts(world, executor) {}
+          scripts(world, executor),
+          browserFiles(world, executor) {}
 
     simulated::Accessibility accessibility;
     simulated::Server server;
     simulated::ApplicationList applications;
     simulated::ScreenList screens;
     simulated::Scripts scripts;
+    simulated::SessionFiles browserFiles;
     simulated::MemoryLog log;
 };
 
@@ -51,6 +54,7 @@ Platform SimulatedDesktop::platform(SystemLog& log) {
             services_->applications,
             services_->screens,
             services_->scripts,
+            services_->browserFiles,
             log};
 }
 

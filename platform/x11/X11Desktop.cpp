@@ -4,6 +4,7 @@
 #include "platform/x11/DesktopView.hpp"
 #include "platform/x11/X11Accessibility.hpp"
 #include "platform/x11/X11Applications.hpp"
+#include "platform/x11/X11BrowserFiles.hpp"
 #include "platform/x11/X11Changes.hpp"
 #include "platform/x11/X11Connection.hpp"
 #include "platform/x11/X11Screens.hpp"
@@ -23,6 +24,7 @@ struct X11Desktop::Services {
     x11::X11Accessibility accessibility{view, screens, changes};
     x11::X11Applications applications{view};
     NoScripts scripts;
+    x11::X11BrowserFiles browserFiles{view};
 };
 
 X11Desktop::X11Desktop(std::unique_ptr<Services> services) : services_(std::move(services)) {}
@@ -51,6 +53,7 @@ Platform X11Desktop::platform(SystemLog& log) {
             services_->applications,
             services_->screens,
             services_->scripts,
+            services_->browserFiles,
             log};
 }
 

@@ -8,6 +8,7 @@
 #include "platform/macos/shell/BridgeMoveWindow.hpp"
 #include "platform/macos/shell/NativeScreens.hpp"
 #include "platform/macos/shell/NativeWorkspace.hpp"
+#include "platform/posix/NoBrowserFiles.hpp"
 #include "platform/posix/ScriptProcess.hpp"
 
 namespace quillo {
@@ -27,6 +28,7 @@ struct MacDesktop::Services {
                                  // may have to say that there is none.
                                  QuilloHasBridgeMove() ? QuilloBridgeMoveWindow : nullptr};
     ScriptProcess scripts;
+    NoBrowserFiles browserFiles;
 };
 
 MacDesktop::MacDesktop(Executor& executor) {
@@ -46,6 +48,7 @@ Platform MacDesktop::platform(SystemLog& log) {
             services_->applications,
             services_->screens,
             services_->scripts,
+            services_->browserFiles,
             log};
 }
 
