@@ -54,8 +54,12 @@ const std::set<std::string>& withFiles() {
     return identifiers;
 }
 
-bool readsFiles(const Platform& platform) {
-    return !platform.scripts.scripting() && platform.browserFiles.reading();
+bool takesScripts(const Platform& platform, const std::string& identifier) {
+    return platform.scripts.scripting() && scripted().contains(identifier);
+}
+
+bool readsFiles(const Platform& platform, const std::string& identifier) {
+    return platform.browserFiles.reading() && !takesScripts(platform, identifier) && withFiles().contains(identifier);
 }
 
 BrowserFileTabs::Browser browser(std::string identifier) {
@@ -183,7 +187,7 @@ AdapterCaptureResult ChromiumAdapter::captured(const AppleScript::Rows& rows) {
 Task<AdapterCaptureResult> ChromiumAdapter::capture(DesktopAccess& desktop,
                                                     std::string bundleIdentifier) const {
     AdapterCaptureResult result;
-    if (readsFiles(desktop.platform))
+    if (readsFiles(desktop.platform, bundleIdentifier))
         co_return co_await BrowserFileTabs::capture(desktop, browser(std::move(bundleIdentifier)));
     if (!scripted().contains(bundleIdentifier)) {
         result.failure = unsupported;
@@ -207,7 +211,7 @@ std::vector<AdapterStep> ChromiumAdapter::plan(const AppContext& saved, const Ap
 
 Task<std::optional<std::string>> ChromiumAdapter::awaitOwnWindows(DesktopAccess& desktop,
                                                                   std::string bundleIdentifier) const {
-    if (!readsFiles(desktop.platform)) co_return std::nullopt;
+    if (!readsFiles(desktop.platform, bundleIdentifier)) co_return std::nullopt;
     co_return co_await BrowserFileTabs::awaitOwnWindows(desktop, browser(std::move(bundleIdentifier)));
 }
 
@@ -215,7 +219,7 @@ Task<AdapterRestoreResult> ChromiumAdapter::restore(DesktopAccess& desktop, AppC
                                                     std::optional<AppContext> current,
                                                     std::string bundleIdentifier) const {
     AdapterRestoreResult result;
-    if (readsFiles(desktop.platform))
+    if (readsFiles(desktop.platform, bundleIdentifier))
         co_return co_await BrowserFileTabs::restore(desktop, browser(std::move(bundleIdentifier)), std::move(saved),
                                                     std::move(current));
     if (!scripted().contains(bundleIdentifier)) {

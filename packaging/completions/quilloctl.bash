@@ -39,7 +39,7 @@ _quilloctl() {
         --data-dir) mapfile -t COMPREPLY < <(compgen -d -- "$current"); return ;;
         --update) mapfile -t COMPREPLY < <(_quilloctl_workspaces "$current" list); return ;;
         --only) return ;;
-        --adapter) mapfile -t COMPREPLY < <(compgen -W "finder chromium safari" -- "$current"); return ;;
+        --adapter) mapfile -t COMPREPLY < <(compgen -W "finder chromium safari firefox" -- "$current"); return ;;
         --clean-slate) mapfile -t COMPREPLY < <(compgen -W "keep hide quit" -- "$current"); return ;;
     esac
 
