@@ -14,10 +14,10 @@
 #include <vector>
 
 #include "WindowEngine/capture/LeftOut.hpp"
+#include "WindowEngine/integrations/Adapters.hpp"
 #include "WindowEngine/library/SessionHistory.hpp"
 #include "WindowEngine/library/WorkspaceStore.hpp"
 #include "WindowEngine/restore/Restore.hpp"
-#include "WindowEngine/integrations/Adapters.hpp"
 #include "WindowEngine/restore/RestorePreview.hpp"
 #include "app/CaptureDraft.hpp"
 #include "app/DirectoryWatch.hpp"

@@ -79,16 +79,17 @@ void keepSureTitles(const AdapterCaptureResult& result, std::span<const LiveWind
         notes.push_back(application.name + ": titles of windows that may be private were left out.");
 }
 
-/// Stands each context window with the window that it is; one of which that is not known gets a number that no window
-/// has.
+/// Stands each context window with the window that it is; one of which that is not known gets a number that
+/// no window has.
 void giveIndices(AdapterCaptureResult& result, std::span<const LiveWindow> live,
                  const ApplicationSnapshot& application) {
     if (!result.titledWindowIDs || !result.context) return;
     std::int64_t free = 0;
     for (const WindowSnapshot& window : application.windows) free = std::max(free, window.index + 1);
     for (ContextWindow& window : result.context->windows) {
-        const auto own = window.sourceWindowID ? std::ranges::find(live, window.sourceWindowID, &LiveWindow::windowID)
-                                               : live.end();
+        const auto own = window.sourceWindowID
+                             ? std::ranges::find(live, window.sourceWindowID, &LiveWindow::windowID)
+                             : live.end();
         window.sourceWindowIndex = own == live.end() ? free++ : own->info.index;
     }
 }

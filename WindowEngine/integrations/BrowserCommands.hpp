@@ -1,5 +1,5 @@
-// How a running browser is asked for windows and tabs by its own command. Pure; what each form does was measured with
-// Chromium 156 and Firefox ESR 153.
+// How a running browser is asked for windows and tabs by its own command. Pure; what each form does was
+// measured with Chromium 156 and Firefox ESR 153.
 #pragma once
 #include <cstddef>
 #include <span>

@@ -72,7 +72,8 @@ Task<std::optional<std::string>> awaitOwnWindows(DesktopAccess& desktop, Browser
         if (now && now->told > 0 && now->told == now->shown.size() && !now->hasEmpty) co_return std::nullopt;
         const auto running = desktop.platform.applications.running(browser.identifier);
         const bool shows = running && !Accessibility::listedNumbers(desktop, running->pid).empty();
-        if (shows && !std::exchange(hasWindow, true)) deadline = executor.timeAfter(firstWriting(browser.family));
+        if (shows && !std::exchange(hasWindow, true))
+            deadline = executor.timeAfter(firstWriting(browser.family));
         if (executor.now() >= deadline) break;
         co_await sleepFor(often);
     }

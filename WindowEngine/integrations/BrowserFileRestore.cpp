@@ -15,8 +15,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr std::string_view couldNotReopen = "Browser could not reopen saved tabs.";
-constexpr std::string_view notForward =
-    "Tabs stayed closed whose window could not be brought forward.";
+constexpr std::string_view notForward = "Tabs stayed closed whose window could not be brought forward.";
 constexpr std::string_view tooLong = "A tab's address was too long to be opened.";
 constexpr Duration newWindowComes = 15s, comesForward = 1s, often = 50ms;
 
@@ -28,7 +27,8 @@ struct Reopening {
     AdapterRestoreResult& result;
 
     void fail(std::string_view text) {
-        if (std::ranges::find(result.failures, text) == result.failures.end()) result.failures.emplace_back(text);
+        if (std::ranges::find(result.failures, text) == result.failures.end())
+            result.failures.emplace_back(text);
     }
     std::vector<WindowNumber> windows() const {
         const auto running = desktop.platform.applications.running(browser.identifier);
@@ -45,8 +45,8 @@ const BrowserProfile* profileFor(const Reopening& reopening, const std::optional
     return open != all.end() ? &*open : nullptr;
 }
 
-/// Where the browser has ended meanwhile, its command would start it, with addresses that everybody on this machine
-/// could read for as long as it runs.
+/// Where the browser has ended meanwhile, its command would start it, with addresses that everybody on this
+/// machine could read for as long as it runs.
 Task<bool> run(Reopening& reopening, std::vector<std::string> arguments) {
     const Platform& platform = reopening.desktop.platform;
     if (!platform.applications.running(reopening.browser.identifier)) co_return false;
@@ -76,11 +76,14 @@ Task<void> sendTabs(Reopening& reopening, const BrowserProfile& profile, std::sp
     }
 }
 
-/// In a window that is on another desktop, or minimized, a browser opens nothing: it is brought here for that.
-Task<void> addTabs(Reopening& reopening, WindowNumber window, const BrowserProfile& profile, std::span<const Url> urls) {
+/// In a window that is on another desktop, or minimized, a browser opens nothing: it is brought here for
+/// that.
+Task<void> addTabs(Reopening& reopening, WindowNumber window, const BrowserProfile& profile,
+                   std::span<const Url> urls) {
     AccessibilityService& accessibility = reopening.desktop.platform.accessibility;
     const auto running = reopening.desktop.platform.applications.running(reopening.browser.identifier);
-    const auto live = running ? Accessibility::windows(reopening.desktop, running->pid, true) : std::vector<LiveWindow>();
+    const auto live =
+        running ? Accessibility::windows(reopening.desktop, running->pid, true) : std::vector<LiveWindow>();
     const auto own = std::ranges::find(live, std::optional(window), &LiveWindow::windowID);
     if (own == live.end()) {
         reopening.fail(notForward);
@@ -93,7 +96,8 @@ Task<void> addTabs(Reopening& reopening, WindowNumber window, const BrowserProfi
     }
     std::exception_ptr interruption;
     try {
-        const bool isHere = co_await accessibility.makeMovable(element) && co_await raised(reopening, window, element);
+        const bool isHere =
+            co_await accessibility.makeMovable(element) && co_await raised(reopening, window, element);
         if (isHere)
             co_await sendTabs(reopening, profile, urls);
         else
@@ -148,7 +152,8 @@ std::vector<Url> openNowhere(std::vector<Url> urls, const AppContext& current) {
 Task<void> reopen(Reopening& reopening, const AppContext& saved, const AppContext& current) {
     for (auto& step : BrowserRestorePlan::make(saved.windows, current.windows, true)) {
         if (BrowserCommands::dropTooLong(step.urls, reopening.browser.family) > 0) reopening.fail(tooLong);
-        const ContextWindow* live = step.index ? &current.windows[static_cast<std::size_t>(*step.index)] : nullptr;
+        const ContextWindow* live =
+            step.index ? &current.windows[static_cast<std::size_t>(*step.index)] : nullptr;
         const BrowserProfile* profile =
             profileFor(reopening, live ? live->profile : saved.windows[step.saved].profile);
         if (!profile) {

@@ -9,8 +9,7 @@ std::vector<std::span<const Url>> portions(std::span<const Url> urls, std::size_
     std::vector<std::span<const Url>> result;
     while (!urls.empty()) {
         std::size_t count = 1, bytes = urls.front().string().size();
-        while (count < std::min(urls.size(), mostTabs) &&
-               (bytes += urls[count].string().size()) <= mostBytes)
+        while (count < std::min(urls.size(), mostTabs) && (bytes += urls[count].string().size()) <= mostBytes)
             ++count;
         result.push_back(urls.first(count));
         urls = urls.subspan(count);

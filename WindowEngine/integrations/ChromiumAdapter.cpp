@@ -17,8 +17,8 @@ constexpr std::string_view couldNotReopen = "Browser could not reopen saved tabs
 
 /// Those that answer scripts.
 const std::set<std::string>& scripted() {
-    static const std::set<std::string> identifiers{"com.google.Chrome", "com.brave.Browser", "com.microsoft.edgemac",
-                                                   "company.thebrowser.Browser"};
+    static const std::set<std::string> identifiers{"com.google.Chrome", "com.brave.Browser",
+                                                   "com.microsoft.edgemac", "company.thebrowser.Browser"};
     return identifiers;
 }
 
@@ -59,7 +59,8 @@ bool takesScripts(const Platform& platform, const std::string& identifier) {
 }
 
 bool readsFiles(const Platform& platform, const std::string& identifier) {
-    return platform.browserFiles.reading() && !takesScripts(platform, identifier) && withFiles().contains(identifier);
+    return platform.browserFiles.reading() && !takesScripts(platform, identifier) &&
+           withFiles().contains(identifier);
 }
 
 BrowserFileTabs::Browser browser(std::string identifier) {
@@ -147,7 +148,8 @@ Task<void> reopen(Reopening& reopening, const AppContext& saved) {
 }  // namespace
 
 std::string ChromiumAdapter::name(const Platform& platform) const {
-    return platform.scripts.scripting() ? "Chrome, Brave, Edge, Arc" : "Chromium, Chrome, Brave, Edge, Vivaldi, Opera";
+    return platform.scripts.scripting() ? "Chrome, Brave, Edge, Arc"
+                                        : "Chromium, Chrome, Brave, Edge, Vivaldi, Opera";
 }
 
 std::set<std::string> ChromiumAdapter::bundleIdentifiers() const {
@@ -158,8 +160,10 @@ std::set<std::string> ChromiumAdapter::bundleIdentifiers() const {
 
 std::string ChromiumAdapter::privacyNote(const Platform& platform) const {
     if (platform.scripts.scripting())
-        return "Records open tab URLs. Incognito windows are excluded. Requires permission to control the browser.";
-    return "Records open tab URLs. Reads the browser's own session file, which holds no private windows and may be up "
+        return "Records open tab URLs. Incognito windows are excluded. Requires permission to control the "
+               "browser.";
+    return "Records open tab URLs. Reads the browser's own session file, which holds no private windows and "
+           "may be up "
            "to 3 seconds old. Titles of windows that may be private are left out.";
 }
 
@@ -220,8 +224,8 @@ Task<AdapterRestoreResult> ChromiumAdapter::restore(DesktopAccess& desktop, AppC
                                                     std::string bundleIdentifier) const {
     AdapterRestoreResult result;
     if (readsFiles(desktop.platform, bundleIdentifier))
-        co_return co_await BrowserFileTabs::restore(desktop, browser(std::move(bundleIdentifier)), std::move(saved),
-                                                    std::move(current));
+        co_return co_await BrowserFileTabs::restore(desktop, browser(std::move(bundleIdentifier)),
+                                                    std::move(saved), std::move(current));
     if (!scripted().contains(bundleIdentifier)) {
         result.failures.emplace_back(unsupported);
         co_return result;

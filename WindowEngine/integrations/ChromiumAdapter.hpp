@@ -1,6 +1,6 @@
-// The tabs of the Chromium family's windows: through scripts where there is an interpreter, else by the browser's
-// session files and its own command. Incognito windows are left out of every capture and never touched by a
-// restore.
+// The tabs of the Chromium family's windows: through scripts where there is an interpreter, else by the
+// browser's session files and its own command. Incognito windows are left out of every capture and never
+// touched by a restore.
 #pragma once
 #include "WindowEngine/integrations/AppleScript.hpp"
 #include "WindowEngine/integrations/ContextAdapter.hpp"
@@ -19,8 +19,9 @@ class ChromiumAdapter final : public ContextAdapter {
     std::vector<AdapterStep> plan(const AppContext& saved, const AppContext& current) const override;
     Task<std::optional<std::string>> awaitOwnWindows(DesktopAccess& desktop,
                                                      std::string bundleIdentifier) const override;
-    /// By scripts it goes by the browser's own window identifiers, read afresh: places in its list change with every window
-    /// that is made or brought to the front. Every script looks again that its window is no incognito one.
+    /// By scripts it goes by the browser's own window identifiers, read afresh: places in its list change
+    /// with every window that is made or brought to the front. Every script looks again that its window is no
+    /// incognito one.
     Task<AdapterRestoreResult> restore(DesktopAccess& desktop, AppContext saved,
                                        std::optional<AppContext> current,
                                        std::string bundleIdentifier) const override;

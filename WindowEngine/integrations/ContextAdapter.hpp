@@ -20,7 +20,8 @@ struct AdapterCaptureResult {
     /// How many windows the application itself counted; the indices are places in its own list. Where that
     /// is not the list accessibility gave, an index says nothing about a window.
     std::optional<std::size_t> windowCount = std::nullopt;
-    /// Present, also beside a failure: no other windows keep title and document, for they might be private ones.
+    /// Present, also beside a failure: no other windows keep title and document, for they might be private
+    /// ones.
     std::optional<std::set<WindowNumber>> titledWindowIDs = std::nullopt;
 
     bool operator==(const AdapterCaptureResult&) const = default;
@@ -65,9 +66,10 @@ class ContextAdapter {
     virtual std::optional<std::string> obstacle(DesktopAccess&, const std::optional<AppContext>&) const {
         return std::nullopt;
     }
-    /// Waits until an application that was launched a moment ago, and shows its windows, can tell what is open in
-    /// them; why nothing may be opened in it, where that does not come to pass.
-    virtual Task<std::optional<std::string>> awaitOwnWindows(DesktopAccess&, std::string /*bundleIdentifier*/) const {
+    /// Waits until an application that was launched a moment ago, and shows its windows, can tell what is
+    /// open in them; why nothing may be opened in it, where that does not come to pass.
+    virtual Task<std::optional<std::string>> awaitOwnWindows(DesktopAccess&,
+                                                             std::string /*bundleIdentifier*/) const {
         co_return std::nullopt;
     }
     /// `current` is what the application shows now, as capture() gave it a moment ago; absent when that

@@ -28,7 +28,8 @@ std::set<std::string> FirefoxAdapter::bundleIdentifiers() const {
             "io.gitlab.librewolf-community"};
 }
 
-Task<AdapterCaptureResult> FirefoxAdapter::capture(DesktopAccess& desktop, std::string bundleIdentifier) const {
+Task<AdapterCaptureResult> FirefoxAdapter::capture(DesktopAccess& desktop,
+                                                   std::string bundleIdentifier) const {
     return BrowserFileTabs::capture(desktop, browser(std::move(bundleIdentifier)));
 }
 

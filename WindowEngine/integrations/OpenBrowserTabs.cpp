@@ -44,7 +44,8 @@ ContextWindow contextOf(const Told& told, std::optional<WindowNumber> number) {
     return context;
 }
 
-WindowPairing::Pairs pairs(const BrowserProcess& process, const std::vector<Told>& told, BrowserFamily family) {
+WindowPairing::Pairs pairs(const BrowserProcess& process, const std::vector<Told>& told,
+                           BrowserFamily family) {
     std::vector<BrowserWindow> windows;
     for (const Told& one : told) windows.push_back(*one.window);
     using enum WindowPairing::Evidence;

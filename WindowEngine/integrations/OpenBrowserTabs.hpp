@@ -1,4 +1,5 @@
-// What is open in a browser, by its session files and by the windows on the screen, as a capture and a restore need it.
+// What is open in a browser, by its session files and by the windows on the screen, as a capture and a
+// restore need it.
 #pragma once
 #include <set>
 #include <span>
@@ -11,13 +12,13 @@
 namespace quillo::OpenBrowserTabs {
 
 struct Look {
-    /// Every ordinary window with a web address, whatever is known of it on the screen: private ones are in no file.
-    /// `sourceWindowID` where it is sure which window on the screen that is.
+    /// Every ordinary window with a web address, whatever is known of it on the screen: private ones are in
+    /// no file. `sourceWindowID` where it is sure which window on the screen that is.
     std::vector<ContextWindow> windows;
-    std::set<WindowNumber> surelyOrdinary;   // on the screen
-    std::vector<WindowNumber> shown;         // all main windows, in the order in which they were made
-    std::size_t told = 0;                    // windows that the files tell of
-    bool hasEmpty = false;                   // one of them has no address at all yet
+    std::set<WindowNumber> surelyOrdinary;  // on the screen
+    std::vector<WindowNumber> shown;        // all main windows, in the order in which they were made
+    std::size_t told = 0;                   // windows that the files tell of
+    bool hasEmpty = false;                  // one of them has no address at all yet
     /// Nothing is left that the next writing of the file might settle.
     bool settled = true;
 };

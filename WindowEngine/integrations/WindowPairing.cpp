@@ -13,7 +13,9 @@ class Grid {
 
     std::size_t rows() const { return rows_; }
     std::size_t columns() const { return columns_; }
-    std::vector<bool>::reference at(std::size_t row, std::size_t column) { return cells_[row * columns_ + column]; }
+    std::vector<bool>::reference at(std::size_t row, std::size_t column) {
+        return cells_[row * columns_ + column];
+    }
     bool at(std::size_t row, std::size_t column) const { return cells_[row * columns_ + column]; }
     bool any() const { return std::ranges::find(cells_, true) != cells_.end(); }
 
@@ -31,7 +33,9 @@ class Grid {
     std::vector<bool> cells_;
 };
 
-bool sameSize(const Rect& a, const Rect& b) { return a.size() == b.size(); }
+bool sameSize(const Rect& a, const Rect& b) {
+    return a.size() == b.size();
+}
 
 /// Whether they can be the same window, by what is never out of date for longer than the browser's delay.
 bool compatible(const ShownBrowserWindow& shown, const BrowserWindow& saved) {
@@ -41,10 +45,12 @@ bool compatible(const ShownBrowserWindow& shown, const BrowserWindow& saved) {
     return sameSize(*saved.frame, shown.client) || sameSize(*saved.frame, shown.frame);
 }
 
-/// The pairs of `allowed` that occur in some way of finding all saved windows among those shown, in their order.
+/// The pairs of `allowed` that occur in some way of finding all saved windows among those shown, in their
+/// order.
 Grid feasible(const Grid& allowed) {
     const std::size_t n = allowed.rows(), m = allowed.columns();
-    Grid front(n + 1, m + 1), back(n + 1, m + 1);  // the first i rows can hold the first j columns; the rest the rest
+    Grid front(n + 1, m + 1),
+        back(n + 1, m + 1);  // the first i rows can hold the first j columns; the rest the rest
     for (std::size_t i = 0; i <= n; ++i) {
         front.at(i, 0) = true;
         for (std::size_t j = 1; j <= std::min(i, m); ++j)
@@ -83,8 +89,8 @@ Grid judged(std::span<const ShownBrowserWindow> shown, std::span<const BrowserWi
     return grid;
 }
 
-/// Settles one column that has several rows left, where the evidence names one of them and that one for no other
-/// column; whether it did.
+/// Settles one column that has several rows left, where the evidence names one of them and that one for no
+/// other column; whether it did.
 bool narrow(Grid& possible, const Grid& evidence) {
     for (std::size_t j = 0; j < possible.columns(); ++j) {
         const auto here = possible.rowsOf(j, [](std::size_t) { return true; });
@@ -107,7 +113,8 @@ bool narrow(Grid& possible, const Grid& evidence) {
 
 }  // namespace
 
-Pairs match(std::span<const ShownBrowserWindow> shown, std::span<const BrowserWindow> saved, Evidence evidence) {
+Pairs match(std::span<const ShownBrowserWindow> shown, std::span<const BrowserWindow> saved,
+            Evidence evidence) {
     Pairs pairs{std::vector<std::optional<std::size_t>>(saved.size()), true};
     Grid possible = feasible(judged(shown, saved, [&](const ShownBrowserWindow& a, const BrowserWindow& b) {
         return evidence == Evidence::titleOnly || compatible(a, b);
@@ -117,10 +124,12 @@ Pairs match(std::span<const ShownBrowserWindow> shown, std::span<const BrowserWi
         return pairs;
     }
     const Grid titles = judged(shown, saved, titleSpeaks), positions = judged(shown, saved, positionSpeaks);
-    while (narrow(possible, titles) || narrow(possible, positions)) {}
+    while (narrow(possible, titles) || narrow(possible, positions)) {
+    }
     for (std::size_t j = 0; j < saved.size(); ++j) {
         const auto left = possible.rowsOf(j, [](std::size_t) { return true; });
-        const bool sure = left.size() == 1 && (evidence == Evidence::sizeAndTitle || titles.at(left.front(), j));
+        const bool sure =
+            left.size() == 1 && (evidence == Evidence::sizeAndTitle || titles.at(left.front(), j));
         if (sure) pairs.shown[j] = left.front();
     }
     return pairs;

@@ -72,7 +72,8 @@ Task<void> restoreContext(ApplicationRestore& restore) {
     if (adapter) {
         co_await restoreThrough(*adapter, restore);
     } else {
-        restore.add(RestoreReport::note{unavailableIntegration(restore.desktop.platform, *restore.application.context)});
+        restore.add(RestoreReport::note{
+            unavailableIntegration(restore.desktop.platform, *restore.application.context)});
     }
 }
 

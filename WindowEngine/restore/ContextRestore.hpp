@@ -22,8 +22,8 @@ bool needsWindow(const Platform& platform, const ApplicationSnapshot& applicatio
                  const std::set<std::string>& enabledAdapters);
 
 /// Opens what is not open yet and reports it. An application that was launched has up to 5 s to bring its own
-/// windows back first, and then the time that its integration needs to learn what those show: that is not opened
-/// again.
+/// windows back first, and then the time that its integration needs to learn what those show: that is not
+/// opened again.
 Task<void> restoreContext(ApplicationRestore& restore);
 
 }  // namespace quillo::Restore

@@ -19,12 +19,13 @@ struct BrowserTab {
 
 struct BrowserWindow {
     std::vector<BrowserTab> tabs = {};  // in the browser's order, never empty
-    std::size_t selected = 0;      // place of the tab in front
-    /// Where it stood when that was last written, in whole pixels of the screen: late, and with or without decoration.
+    std::size_t selected = 0;           // place of the tab in front
+    /// Where it stood when that was last written, in whole pixels of the screen: late, and with or without
+    /// decoration.
     std::optional<Rect> frame = std::nullopt;
-    bool isPlain = true;                  // neither minimized nor maximized nor in full screen
+    bool isPlain = true;                                 // neither minimized nor maximized nor in full screen
     std::optional<std::int64_t> desktop = std::nullopt;  // the window manager's number
-    std::int64_t order = 0;               // smaller numbers were made earlier, across the profiles of a process
+    std::int64_t order = 0;  // smaller numbers were made earlier, across the profiles of a process
 
     bool operator==(const BrowserWindow&) const = default;
 };

@@ -60,7 +60,8 @@ std::unexpected<Error> unreadable(int code) {
 
 /// `flags`: O_NOFOLLOW, but for a descriptor, whose name is a link by nature.
 Result<FileRead> readFile(const fs::path& path, int flags) {
-    const Descriptor file(retried([&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | flags); }));
+    const Descriptor file(
+        retried([&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | flags); }));
     if (!file) return unreadable(errno);
     struct stat status{};
     if (::fstat(file.get(), &status) != 0) return unreadable(errno);
@@ -72,14 +73,15 @@ Result<FileRead> readFile(const fs::path& path, int flags) {
     read.bytes.resize(static_cast<std::size_t>(status.st_size));
     std::size_t filled = 0;
     while (filled < read.bytes.size()) {
-        const auto count =
-            retried([&] { return ::read(file.get(), read.bytes.data() + filled, read.bytes.size() - filled); });
+        const auto count = retried(
+            [&] { return ::read(file.get(), read.bytes.data() + filled, read.bytes.size() - filled); });
         if (count < 0) return unreadable(errno);
         if (count == 0) break;
         filled += static_cast<std::size_t>(count);
     }
     read.bytes.resize(filled);
-    read.changed = Instant(std::chrono::seconds(status.st_mtim.tv_sec) + std::chrono::nanoseconds(status.st_mtim.tv_nsec));
+    read.changed = Instant(std::chrono::seconds(status.st_mtim.tv_sec) +
+                           std::chrono::nanoseconds(status.st_mtim.tv_nsec));
     return read;
 }
 
@@ -120,7 +122,8 @@ std::vector<std::string> chromiumArguments(const fs::path& profile) {
 }
 
 BrowserProfile chromiumProfile(const fs::path& folder, const Logs& logs) {
-    BrowserProfile profile{.name = folder.filename().string(), .arguments = chromiumArguments(folder), .isOpen = true};
+    BrowserProfile profile{
+        .name = folder.filename().string(), .arguments = chromiumArguments(folder), .isOpen = true};
     const auto session = readFile(logs.session->descriptor, 0);
     if (!session) {
         profile.session = std::unexpected(session.error());
@@ -178,7 +181,8 @@ std::vector<BrowserProfile> firefoxProfiles(ProcessID pid) {
         const fs::path folder = file.path.parent_path();
         BrowserProfile& profile = profiles.emplace_back(BrowserProfile{
             .name = folder.filename().string(), .arguments = {"--profile", folder.string()}, .isOpen = true});
-        const auto session = readFile(within(pid, folder / "sessionstore-backups/recovery.jsonlz4"), O_NOFOLLOW);
+        const auto session =
+            readFile(within(pid, folder / "sessionstore-backups/recovery.jsonlz4"), O_NOFOLLOW);
         if (!session) {
             profile.session = std::unexpected(session.error());
         } else if (!isOf(pid, session->changed)) {

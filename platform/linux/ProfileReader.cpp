@@ -76,7 +76,8 @@ ProfileReader::~ProfileReader() {
     ended ? thread_.join() : thread_.detach();
 }
 
-Task<Result<ProfileReader::Profiles>> ProfileReader::read(std::vector<ProcessID> processes, BrowserFamily family) {
+Task<Result<ProfileReader::Profiles>> ProfileReader::read(std::vector<ProcessID> processes,
+                                                          BrowserFamily family) {
     if (!thread_.joinable()) thread_ = std::thread([shared = shared_] { shared->work(); });
     const Completion<Profiles> completion(executor_);
     std::uint64_t number = 0;

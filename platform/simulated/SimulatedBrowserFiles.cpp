@@ -19,9 +19,13 @@ Duration lateness(BrowserFamily family) {
     return family == BrowserFamily::chromium ? Duration(2500ms) : Duration(17s);
 }
 
-bool isFirefox(std::string_view identifier) { return identifier.starts_with("firefox"); }
+bool isFirefox(std::string_view identifier) {
+    return identifier.starts_with("firefox");
+}
 
-bool isPlain(const Window& window) { return !window.state.minimized && !window.state.fullscreen; }
+bool isPlain(const Window& window) {
+    return !window.state.minimized && !window.state.fullscreen;
+}
 
 /// In the order in which they were made.
 std::vector<Window*> mainWindows(World& world, std::string_view identifier) {
@@ -35,8 +39,8 @@ BrowserSession sessionOf(World& world, std::string_view identifier) {
     BrowserSession session;
     for (const Window* window : mainWindows(world, identifier)) {
         if (window->state.privateBrowsing) continue;
-        BrowserWindow& told = session.windows.emplace_back(
-            BrowserWindow{.frame = window->state.frame, .isPlain = isPlain(*window), .order = window->number});
+        BrowserWindow& told = session.windows.emplace_back(BrowserWindow{
+            .frame = window->state.frame, .isPlain = isPlain(*window), .order = window->number});
         for (const std::string& tab : window->state.tabs) told.tabs.push_back({tab, {}});
         if (told.tabs.empty()) told.tabs.push_back({"about:blank", {}});
         told.tabs.front().title = window->state.title.value_or("");
@@ -82,7 +86,8 @@ BrowserProfile SessionFiles::profileOf(const Application& application, Duration 
     return profile;
 }
 
-Task<Result<std::vector<BrowserProcess>>> SessionFiles::read(std::string bundleIdentifier, BrowserFamily family) {
+Task<Result<std::vector<BrowserProcess>>> SessionFiles::read(std::string bundleIdentifier,
+                                                             BrowserFamily family) {
     world_.advance();
     const Application* application = world_.application(bundleIdentifier);
     if (!application || !application->running) co_return std::vector<BrowserProcess>();
@@ -97,7 +102,8 @@ Task<Result<std::vector<BrowserProcess>>> SessionFiles::read(std::string bundleI
     const Fault* slow = world_.fault(FaultKind::automationSlow, bundleIdentifier);
     const Duration takes = slow ? toDuration(slow->seconds) : readingTakes;
     co_await sleepFor(std::min(takes, longestReading));
-    if (takes > longestReading) co_return fail(ErrorKind::timedOut, "its session file cannot be read in time");
+    if (takes > longestReading)
+        co_return fail(ErrorKind::timedOut, "its session file cannot be read in time");
     world_.advance();
     application = world_.application(bundleIdentifier);
     if (!application->running) co_return std::vector<BrowserProcess>();
@@ -129,8 +135,8 @@ Task<Result<void>> SessionFiles::run(std::string bundleIdentifier, std::vector<s
         openWindow(*application, arguments);
     } else {
         const auto windows = world_.windowsOf(bundleIdentifier);
-        const auto ordinary =
-            std::ranges::find_if(windows, [](const Window* window) { return !window->state.privateBrowsing; });
+        const auto ordinary = std::ranges::find_if(
+            windows, [](const Window* window) { return !window->state.privateBrowsing; });
         if (ordinary == windows.end()) {
             openWindow(*application, arguments);
         } else {

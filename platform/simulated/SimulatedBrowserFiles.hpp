@@ -1,4 +1,5 @@
-// Session files that browsers write some seconds late, and the commands that they hand over. Internal to this layer.
+// Session files that browsers write some seconds late, and the commands that they hand over. Internal to this
+// layer.
 #pragma once
 #include <map>
 #include <string>
@@ -15,7 +16,8 @@ class SessionFiles final : public BrowserFiles {
 
     Capability reading() override { return Capability::available(); }
     /// Ordinary windows as they were some seconds ago, of each application as its one profile.
-    Task<Result<std::vector<BrowserProcess>>> read(std::string bundleIdentifier, BrowserFamily family) override;
+    Task<Result<std::vector<BrowserProcess>>> read(std::string bundleIdentifier,
+                                                   BrowserFamily family) override;
     /// New windows come in front; tabs go to the foremost window that is not private.
     Task<Result<void>> run(std::string bundleIdentifier, std::vector<std::string> arguments) override;
 
@@ -30,7 +32,8 @@ class SessionFiles final : public BrowserFiles {
 
     World& world_;
     VirtualExecutor& executor_;
-    std::map<ProcessID, std::vector<Change>> changes_;  // as they were seen, the first one written at once or long ago
+    std::map<ProcessID, std::vector<Change>>
+        changes_;  // as they were seen, the first one written at once or long ago
 };
 
 }  // namespace quillo::simulated

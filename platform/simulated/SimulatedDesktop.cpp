@@ -48,14 +48,8 @@ Platform SimulatedDesktop::platform() {
 }
 
 Platform SimulatedDesktop::platform(SystemLog& log) {
-    return {executor_,
-            services_->accessibility,
-            services_->server,
-            services_->applications,
-            services_->screens,
-            services_->scripts,
-            services_->browserFiles,
-            log};
+    return {executor_,          services_->accessibility, services_->server,       services_->applications,
+            services_->screens, services_->scripts,       services_->browserFiles, log};
 }
 
 const std::vector<std::string>& SimulatedDesktop::logLines() const {

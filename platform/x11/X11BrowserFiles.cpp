@@ -11,8 +11,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Handing over takes a moment. A command that goes on for longer has become the browser itself, since that ended
-/// meanwhile: it must not keep addresses among its arguments, which everybody can read.
+/// Handing over takes a moment. A command that goes on for longer has become the browser itself, since that
+/// ended meanwhile: it must not keep addresses among its arguments, which everybody can read.
 constexpr Duration longestHandingOver = 10s;
 
 ShownBrowserWindow shown(const WindowReading& window) {
@@ -33,7 +33,8 @@ std::vector<ShownBrowserWindow> X11BrowserFiles::mainWindowsOf(ProcessID pid) {
     std::vector<std::pair<const WindowReading*, xcb_get_property_cookie_t>> asked;
     for (const auto& window : view_.reading().windows) {
         if (window.pid == pid && window.isListed())
-            asked.emplace_back(&window, connection.ask(window.window, connection.extra().windowRole, roleWords));
+            asked.emplace_back(&window,
+                               connection.ask(window.window, connection.extra().windowRole, roleWords));
     }
     std::vector<ShownBrowserWindow> windows;
     for (const auto& [window, cookie] : asked) {
@@ -42,7 +43,8 @@ std::vector<ShownBrowserWindow> X11BrowserFiles::mainWindowsOf(ProcessID pid) {
     return windows;
 }
 
-Task<Result<std::vector<BrowserProcess>>> X11BrowserFiles::read(std::string bundleIdentifier, BrowserFamily family) {
+Task<Result<std::vector<BrowserProcess>>> X11BrowserFiles::read(std::string bundleIdentifier,
+                                                                BrowserFamily family) {
     std::vector<BrowserProcess> processes;
     const auto* application = view_.applicationNamed(bundleIdentifier);
     if (!application) co_return processes;
@@ -55,7 +57,8 @@ Task<Result<std::vector<BrowserProcess>>> X11BrowserFiles::read(std::string bund
 }
 
 Task<Result<void>> X11BrowserFiles::run(std::string bundleIdentifier, std::vector<std::string> arguments) {
-    if (!view_.applicationNamed(bundleIdentifier)) co_return fail(ErrorKind::notFound, "the browser has ended");
+    if (!view_.applicationNamed(bundleIdentifier))
+        co_return fail(ErrorKind::notFound, "the browser has ended");
     std::vector<std::string> words = view_.registry().command(bundleIdentifier);
     if (words.empty()) co_return fail(ErrorKind::notFound, "the browser is not installed");
     // What a desktop gave this program for one window of its own is not theirs.

@@ -1,5 +1,5 @@
-// Browsers of an X11 desktop: their main windows by the role that these say they have, their files by the processes that
-// the X server knows to hold them.
+// Browsers of an X11 desktop: their main windows by the role that these say they have, their files by the
+// processes that the X server knows to hold them.
 #pragma once
 #include "WindowEngine/services/BrowserFiles.hpp"
 #include "platform/linux/ProfileReader.hpp"
@@ -12,7 +12,8 @@ class X11BrowserFiles final : public BrowserFiles {
     explicit X11BrowserFiles(DesktopView& view) : view_(view), reader_(view.executor()) {}
 
     Capability reading() override { return Capability::available(); }
-    Task<Result<std::vector<BrowserProcess>>> read(std::string bundleIdentifier, BrowserFamily family) override;
+    Task<Result<std::vector<BrowserProcess>>> read(std::string bundleIdentifier,
+                                                   BrowserFamily family) override;
     Task<Result<void>> run(std::string bundleIdentifier, std::vector<std::string> arguments) override;
 
   private:

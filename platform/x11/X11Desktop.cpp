@@ -47,14 +47,10 @@ Result<std::unique_ptr<X11Desktop>> X11Desktop::create(Executor& executor, const
 }
 
 Platform X11Desktop::platform(SystemLog& log) {
-    return {services_->view.executor(),
-            services_->accessibility,
-            services_->windowServer,
-            services_->applications,
-            services_->screens,
-            services_->scripts,
-            services_->browserFiles,
-            log};
+    return {services_->view.executor(), services_->accessibility,
+            services_->windowServer,    services_->applications,
+            services_->screens,         services_->scripts,
+            services_->browserFiles,    log};
 }
 
 std::size_t X11Desktop::strayErrors() {

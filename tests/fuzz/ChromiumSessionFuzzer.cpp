@@ -1,5 +1,6 @@
-// libFuzzer target fuzz_chromium_session: no bytes may crash the reader of session logs, every refusal says why, and
-// what is read holds what its type promises. The first byte tells where the log of closed tabs begins.
+// libFuzzer target fuzz_chromium_session: no bytes may crash the reader of session logs, every refusal says
+// why, and what is read holds what its type promises. The first byte tells where the log of closed tabs
+// begins.
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>

@@ -1,5 +1,5 @@
-// libFuzzer target fuzz_firefox_session: no bytes may crash the reader, neither as a file nor, packed, as what stands in
-// one; every refusal says why, and what is read holds what its type promises.
+// libFuzzer target fuzz_firefox_session: no bytes may crash the reader, neither as a file nor, packed, as
+// what stands in one; every refusal says why, and what is read holds what its type promises.
 #include <lz4.h>
 
 #include <cstdint>
@@ -27,7 +27,8 @@ std::string packed(std::string_view json) {
     std::string file("mozLz40\0", 8);
     file.append(reinterpret_cast<const char*>(&size), sizeof size);
     std::string block(static_cast<std::size_t>(LZ4_compressBound(static_cast<int>(size))), '\0');
-    const int length = LZ4_compress_default(json.data(), block.data(), static_cast<int>(size), static_cast<int>(block.size()));
+    const int length = LZ4_compress_default(json.data(), block.data(), static_cast<int>(size),
+                                            static_cast<int>(block.size()));
     return file.append(block, 0, static_cast<std::size_t>(length));
 }
 

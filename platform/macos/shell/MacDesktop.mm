@@ -42,14 +42,8 @@ MacDesktop::MacDesktop(Executor& executor) {
 MacDesktop::~MacDesktop() = default;
 
 Platform MacDesktop::platform(SystemLog& log) {
-    return {services_->executor,
-            services_->accessibility,
-            services_->windowServer,
-            services_->applications,
-            services_->screens,
-            services_->scripts,
-            services_->browserFiles,
-            log};
+    return {services_->executor, services_->accessibility, services_->windowServer, services_->applications,
+            services_->screens,  services_->scripts,       services_->browserFiles, log};
 }
 
 }  // namespace quillo

@@ -1,9 +1,10 @@
 // Browsers that no script speaks to: their files are some seconds behind, and their commands open more.
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "WindowEngine/integrations/BrowserCommands.hpp"
 #include "WindowEngine/records/WorkspaceCoding.hpp"
-#include "WindowEngine/support/Text.hpp"
 #include "platform/linux/NoScripts.hpp"
 #include "tests/WindowEngine/DesktopFixture.hpp"
 
@@ -28,7 +29,8 @@ class Browsing {
     Browsing(std::string identifier, std::vector<SceneWindow> windows, std::vector<SceneWindow> reopens = {})
         : bundle(std::move(identifier)), desktop(sceneOf(bundle, std::move(windows), std::move(reopens))) {}
 
-    static Scene sceneOf(const std::string& bundle, std::vector<SceneWindow> windows, std::vector<SceneWindow> reopens) {
+    static Scene sceneOf(const std::string& bundle, std::vector<SceneWindow> windows,
+                         std::vector<SceneWindow> reopens) {
         SceneApplication browser = sceneApplication(bundle, std::move(windows));
         browser.reopens = std::move(reopens);
         return scene({browser});
@@ -38,13 +40,12 @@ class Browsing {
             access, {.excludedDomains = std::move(excludedDomains), .enabledAdapters = both}));
     }
     Texts restore(const WorkspaceSnapshot& saved) {
-        const RestoreReport report =
-            desktop.restoreThrough(access, saved, {.enabledAdapters = both});
+        const RestoreReport report = desktop.restoreThrough(access, saved, {.enabledAdapters = both});
         Texts lines;
         for (const auto& item : report.items) {
             const auto count = detailOf(item.status).count;
             if (!item.title && !item.savedIndex)
-                lines.push_back(text(item.status) + (count ? fmt::format(" {}", *count) : ""));
+                lines.push_back(samples::text(item.status) + (count ? fmt::format(" {}", *count) : ""));
         }
         return lines;
     }
@@ -73,8 +74,8 @@ class Browsing {
     TestDesktop desktop;
     NoScripts scripts;
     DesktopAccess access{{desktop.plain.executor, desktop.plain.accessibility, desktop.plain.windowServer,
-                          desktop.plain.applications, desktop.plain.screens, scripts, desktop.plain.browserFiles,
-                          desktop.plain.log},
+                          desktop.plain.applications, desktop.plain.screens, scripts,
+                          desktop.plain.browserFiles, desktop.plain.log},
                          desktop.handles};
 };
 
@@ -105,7 +106,7 @@ TEST(BrowserFileTabs, NoWordOfAPrivateWindowIsSaved) {
         EXPECT_EQ(windows.at(1).profile, "Default");
         EXPECT_EQ(snapshot.notes, (Texts{bundle + ": titles of windows that may be private were left out."}));
         const std::string document = WorkspaceCoding::encode(snapshot).value();
-        EXPECT_FALSE(text::lowercase(document).contains("secret")) << document;
+        EXPECT_FALSE(document.contains("ecret")) << document;
         for (const std::string& line : one.desktop.simulated->logLines())
             EXPECT_FALSE(line.contains("ecret") || line.contains("a.org")) << line;
         EXPECT_EQ(saved(one.capture({"a.org"})), std::vector<Texts>{b});
@@ -151,7 +152,8 @@ TEST(BrowserFileTabs, ABrowserThatRestoresItsOwnWindowsGetsOnlyWhatIsMissing) {
         const double started = one.desktop.seconds();
         EXPECT_EQ(one.restore(snapshot), (Texts{"launched", "opened 1"}));
         EXPECT_EQ(one.open(), (std::vector<Texts>{a, b}));
-        EXPECT_GE(one.desktop.seconds() - started, bundle == firefox ? 17 : 2.5) << "it had not said what it has";
+        EXPECT_GE(one.desktop.seconds() - started, bundle == firefox ? 17 : 2.5)
+            << "it had not said what it has";
     }
 }
 
@@ -186,9 +188,11 @@ TEST(BrowserCommands, AreWhatEachFamilyUnderstands) {
     const std::vector<Url> urls{Url::parse(a[0]).value(), Url::parse(a[1]).value()};
     const auto one = std::span(urls).first(1);
     namespace Commands = BrowserCommands;
-    EXPECT_EQ(Commands::newWindow(profile, BrowserFamily::chromium, urls), (Texts{"--in=P", "--new-window", a[0], a[1]}));
+    EXPECT_EQ(Commands::newWindow(profile, BrowserFamily::chromium, urls),
+              (Texts{"--in=P", "--new-window", a[0], a[1]}));
     EXPECT_EQ(Commands::newWindow(profile, BrowserFamily::firefox, urls), (Texts{"--in=P", a[0], a[1]}));
-    EXPECT_EQ(Commands::newWindow(profile, BrowserFamily::firefox, one), (Texts{"--in=P", "--new-window", a[0]}));
+    EXPECT_EQ(Commands::newWindow(profile, BrowserFamily::firefox, one),
+              (Texts{"--in=P", "--new-window", a[0]}));
     EXPECT_EQ(Commands::moreTabs(profile, BrowserFamily::chromium, urls), (Texts{"--in=P", a[0], a[1]}));
     EXPECT_EQ(Commands::moreTabs(profile, BrowserFamily::firefox, urls),
               (Texts{"--in=P", "--new-tab", a[0], "--new-tab", a[1]}));

@@ -21,7 +21,9 @@ std::string field(std::string_view text, std::size_t unit = 1) {
     std::string bytes = raw(static_cast<std::int32_t>(text.size() / unit)) + std::string(text);
     return bytes.append((4 - bytes.size() % 4) % 4, '\0');
 }
-std::string pickle(const std::string& fields) { return raw(static_cast<std::uint32_t>(fields.size())) + fields; }
+std::string pickle(const std::string& fields) {
+    return raw(static_cast<std::uint32_t>(fields.size())) + fields;
+}
 std::string record(std::uint8_t command, const std::string& body) {
     return raw(static_cast<std::uint16_t>(body.size() + 1), command) + body;
 }
@@ -36,7 +38,9 @@ std::string tab(int window, int number, int place, std::string_view address, std
     return record(0, raw(window, number)) + record(2, raw(number, place)) + entry(number, 0, address) +
            record(7, raw(number, 0)) + record(21, raw(number, 0, when));
 }
-std::string window(int number, int type = 0) { return record(9, raw(number, type)); }
+std::string window(int number, int type = 0) {
+    return record(9, raw(number, type));
+}
 
 /// "a b* | c": the windows with their tabs, the selected one marked; a refusal is its kind.
 std::string told(const Result<BrowserSession>& session) {
@@ -52,7 +56,8 @@ std::string told(const Result<BrowserSession>& session) {
 const std::string invalid = "error " + std::to_string(static_cast<int>(ErrorKind::invalidData)),
                   unknown = "error " + std::to_string(static_cast<int>(ErrorKind::unavailable));
 
-const std::string two = window(1) + tab(1, 10, 0, "a", 5) + tab(1, 11, 7, "b", 9) + window(2) + tab(2, 20, 0, "c");
+const std::string two =
+    window(1) + tab(1, 10, 0, "a", 5) + tab(1, 11, 7, "b", 9) + window(2) + tab(2, 20, 0, "c");
 
 TEST(ChromiumSessionLog, TellsOfOrdinaryWindowsAndTheirTabs) {
     const auto closed = [](std::int64_t when, std::string_view address) {
@@ -72,21 +77,21 @@ TEST(ChromiumSessionLog, TellsOfOrdinaryWindowsAndTheirTabs) {
         {log(""), ""},
         {log(two), "a b* | c*"},
         {log(two, 1), "a b* | c*"},
-        {log(two + record(2, raw(11, -1))), "b* a | c*"},                 // moved
-        {log(two + record(0, raw(2, 11))), "a* | c b*"},                  // to another window
-        {log(two + record(16, raw(11, 0, 0))), "a* | c*"},                // closed
+        {log(two + record(2, raw(11, -1))), "b* a | c*"},   // moved
+        {log(two + record(0, raw(2, 11))), "a* | c b*"},    // to another window
+        {log(two + record(16, raw(11, 0, 0))), "a* | c*"},  // closed
         {log(two + record(17, raw(1, 0, 0))), "c*"},
-        {log(two + window(2, 1)), "a b*"},                                // a popup
+        {log(two + window(2, 1)), "a b*"},  // a popup
         {log(two + record(15, pickle(raw(2) + field("app")))), "a b*"},
         {log(two + record(0, raw(9, 90)) + entry(90, 0, "x")), "a b* | c*"},  // a window never introduced
         {log(two + entry(20, 1, "d") + record(7, raw(20, 1))), "a b* | d*"},
         {log(two + entry(20, 1, "d") + record(7, raw(20, 1)) + record(5, raw(20, 1))), "a b* | c*"},
         {log(two + entry(20, 1, "d") + record(7, raw(20, 1)) + record(11, raw(20, 1))), "a b* | d*"},
         {log(two + entry(20, 1, "d") + record(7, raw(20, 1)) + record(24, raw(20, 0, 1))), "a b* | d*"},
-        {log(two + record(6, pickle(raw(20, 1, -5)))), "a b* | c*"},      // a text of less than nothing
-        {log(two + record(6, raw(0x7FFFFFFF, 20, 1))), "a b* | c*"},      // a pickle past the end
+        {log(two + record(6, pickle(raw(20, 1, -5)))), "a b* | c*"},  // a text of less than nothing
+        {log(two + record(6, raw(0x7FFFFFFF, 20, 1))), "a b* | c*"},  // a pickle past the end
         {log(two + record(6, pickle(raw(20, 1, 0x7FFFFFFF)))), "a b* | c*"},
-        {log(two) + raw(std::uint16_t{0}) + two, "a b* | c*"},            // a size of nothing ends it
+        {log(two) + raw(std::uint16_t{0}) + two, "a b* | c*"},                // a size of nothing ends it
         {log(two) + raw(std::uint16_t{900}, std::uint8_t{16}), "a b* | c*"},  // cut off
         {log(many), manyTold},
         {log(one), "a*", closed(40, "a")},  // closed, and opened again
@@ -110,7 +115,9 @@ std::string packed(std::string_view json, std::uint32_t claimed) {
                                             static_cast<int>(block.size()));
     return std::string("mozLz40\0", 8) + raw(claimed) + block.substr(0, static_cast<std::size_t>(length));
 }
-std::string packed(std::string_view json) { return packed(json, static_cast<std::uint32_t>(json.size())); }
+std::string packed(std::string_view json) {
+    return packed(json, static_cast<std::uint32_t>(json.size()));
+}
 
 const std::string state =
     R"({"selectedWindow":1,"windows":[{"selected":3,"sizemode":"normal","tabs":[
@@ -138,7 +145,8 @@ TEST(FirefoxSession, TellsOfOrdinaryWindowsAndTheirTabs) {
                  {std::string("mozLz40\0", 8), invalid},
                  {std::string("mozEnc0\0", 8) + "abc", unknown},
                  {std::string("mozLz40\0", 8) + std::string(largestSessionFile, 'x'), invalid}};
-    for (const auto& each : cases) EXPECT_EQ(told(FirefoxSession::read(each.file)), each.told) << &each - cases;
+    for (const auto& each : cases)
+        EXPECT_EQ(told(FirefoxSession::read(each.file)), each.told) << &each - cases;
     const BrowserWindow first = FirefoxSession::read(packed(state))->windows.front();
     EXPECT_EQ(first.tabs.front().title, "A");
     EXPECT_TRUE(first.isPlain && !first.frame);
@@ -150,7 +158,8 @@ TEST(BrowserSessions, SurviveEveryCutAndThousandsOfChangedBytes) {
     std::mt19937 random(20'260);
     for (const std::string& file : whole) {
         const auto read = [&](const std::string& bytes) {
-            const auto session = &file == whole ? ChromiumSessionLog::read(bytes, file) : FirefoxSession::read(bytes);
+            const auto session =
+                &file == whole ? ChromiumSessionLog::read(bytes, file) : FirefoxSession::read(bytes);
             ASSERT_TRUE(session || !session.error().text.empty());
             if (!session) return;
             for (const BrowserWindow& one : session->windows) ASSERT_LT(one.selected, one.tabs.size());

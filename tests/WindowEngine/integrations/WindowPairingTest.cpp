@@ -37,22 +37,22 @@ TEST(WindowPairing, IsSureOnlyWhereNothingElseIsPossible) {
         Evidence evidence = Evidence::sizeAndTitle;
     } cases[] = {
         {{}, {}, ""},
-        {{{"A"}, {"B"}}, {{""}, {""}}, "01"},                        // as many as there are
-        {{{"A"}, {"P"}}, {{""}}, "?"},                               // one of them is private, of one size
+        {{{"A"}, {"B"}}, {{""}, {""}}, "01"},  // as many as there are
+        {{{"A"}, {"P"}}, {{""}}, "?"},         // one of them is private, of one size
         {{{"A"}, {"P"}}, {{"A"}}, "0"},
-        {{{"A", 10}, {"P", 40}}, {{"", 40}}, "1"},                   // the place tells
-        {{{"A", 0, 800}, {"P", 0, 700}}, {{"", 0, 800}}, "0"},       // the size tells
+        {{{"A", 10}, {"P", 40}}, {{"", 40}}, "1"},              // the place tells
+        {{{"A", 0, 800}, {"P", 0, 700}}, {{"", 0, 800}}, "0"},  // the size tells
         {{{"A"}, {"P"}, {"B"}}, {{""}, {""}}, "??"},
         {{{"A"}, {"P"}, {"B"}}, {{"A"}, {"B"}}, "02"},
         {{{"A"}, {"P", 0, 700}, {"B"}}, {{""}, {""}}, "02"},
-        {{{"A"}, {"A"}, {"B"}}, {{"A"}, {"B"}}, "?2"},               // a title that two have
-        {{{"P"}, {"A"}, {"Q"}}, {{"A"}, {"A"}}, "??"},               // one that speaks for two
+        {{{"A"}, {"A"}, {"B"}}, {{"A"}, {"B"}}, "?2"},  // a title that two have
+        {{{"P"}, {"A"}, {"Q"}}, {{"A"}, {"A"}}, "??"},  // one that speaks for two
         {{{"A", 0, 800, 0}, {"P", 0, 800, 1}}, {{"", 0, 800, 1}}, "1"},
-        {{{"A", 0, 0}, {"P"}}, {{"", 0, 0}}, "0"},                   // maximized
-        {{{"A"}}, {{"A"}, {"B"}}, "!??"},                            // the file tells of one that is gone
+        {{{"A", 0, 0}, {"P"}}, {{"", 0, 0}}, "0"},  // maximized
+        {{{"A"}}, {{"A"}, {"B"}}, "!??"},           // the file tells of one that is gone
         {{{"A", 0, 700}}, {{"A", 0, 800}}, "!?"},
-        {{{"B"}, {"A"}}, {{"A"}, {"B"}}, "01"},                      // the order in which they were made holds
-        {{{"A"}}, {{""}}, "?", Evidence::titleOnly},                 // it may be private, the file's own gone
+        {{{"B"}, {"A"}}, {{"A"}, {"B"}}, "01"},       // the order in which they were made holds
+        {{{"A"}}, {{""}}, "?", Evidence::titleOnly},  // it may be private, the file's own gone
         {{{"A", 9, 700}, {"P"}}, {{"A"}}, "0", Evidence::titleOnly},
     };
     for (const auto& one : cases) {

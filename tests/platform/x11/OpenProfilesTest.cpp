@@ -26,13 +26,15 @@ class OpenProfilesTest : public testing::Test {
         home_.write(path, bytes);
     }
     fs::path at(const std::string& path) const { return home_.path() / path; }
-    /// "Default: 0" for an open one with so many windows, "Default: why not" or "Default" for one that is closed.
+    /// "Default: 0" for an open one with so many windows, "Default: why not" or "Default" for one that is
+    /// closed.
     static std::vector<std::string> profiles(BrowserFamily family) {
         std::vector<std::string> all;
         for (const BrowserProfile& one : OpenProfiles::of(getpid(), family)) {
             all.push_back(one.name);
             if (!one.isOpen) continue;
-            all.back() += ": " + (one.session ? std::to_string(one.session->windows.size()) : one.session.error().text);
+            all.back() +=
+                ": " + (one.session ? std::to_string(one.session->windows.size()) : one.session.error().text);
         }
         return all;
     }
