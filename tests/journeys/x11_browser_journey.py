@@ -149,7 +149,7 @@ class Journey:
         # A window is closed, another gets a tab and goes elsewhere.
         self.desktop.close_window(windows[1])
         self.desktop.run("wmctrl", "-i", "-a", hex(windows[0].number))
-        self.desktop.wait_for(lambda: int(self.desktop.run("xdotool", "getactivewindow") or 0) == windows[0].number,
+        self.desktop.wait_for(lambda: self.desktop.run("xdotool", "getactivewindow").strip() == str(windows[0].number),
                               "window in front")
         self.desktop.run(*self.browser.command, *self.browser.more, self.wanted[0][0] + "-extra")
         self.desktop.move(windows[0], 700, 300, 500, 400)
