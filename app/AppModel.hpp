@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "WindowEngine/capture/LeftOut.hpp"
+#include "WindowEngine/integrations/Adapters.hpp"
 #include "WindowEngine/library/SessionHistory.hpp"
 #include "WindowEngine/library/WorkspaceStore.hpp"
 #include "WindowEngine/restore/Restore.hpp"
@@ -179,8 +180,8 @@ class AppModel final : public QObject {
     std::vector<InstalledApplication> addableApplications() const;
     /// Identifiers of what runs.
     std::set<std::string> runningApplications() const;
-    /// Whether integrations can open anything here.
-    Capability scripting() const { return services_.desktop.platform.scripts.scripting(); }
+    /// Whether any integration can open anything here.
+    Capability integration() const { return Adapters::any(services_.desktop.platform); }
     void addApplication(const Workspace& workspace, const std::string& bundleIdentifier);
     /// The error is for the person who typed the address.
     Result<void> addAddress(const Workspace& workspace, const std::string& browser, const std::string& typed);

@@ -79,11 +79,12 @@ void addGlobalOptions(CLI::App& app, Arguments& arguments) {
 
 void addAdapters(CLI::App* command, Arguments& arguments) {
     command
-        ->add_option("--adapter", arguments.adapters,
-                     "an integration to use besides those that are on in the settings: finder, chromium or "
-                     "safari; may be repeated")
+        ->add_option(
+            "--adapter", arguments.adapters,
+            "an integration to use besides those that are on in the settings: finder, chromium, safari "
+            "or firefox; may be repeated")
         ->type_name("ID")
-        ->check(CLI::IsMember({"finder", "chromium", "safari"}))
+        ->check(CLI::IsMember({"finder", "chromium", "safari", "firefox"}))
         ->allow_extra_args(false);
 }
 

@@ -136,6 +136,7 @@ void examineDesktop(Examination& examination, DesktopConnection& desktop) {
     examination.can("hiding applications", platform.applications.hiding());
     examination.can("quitting applications", platform.applications.quitting());
     examination.can("scripting", platform.scripts.scripting());
+    examination.can("browser session files", platform.browserFiles.reading());
     examination.tell("displays", Displays::current(platform.screens).size());
 }
 

@@ -49,14 +49,49 @@ void dropExcluded(DesktopAccess& desktop, const AdapterCaptureResult& result,
     });
 }
 
+std::optional<WindowNumber> numberOf(std::span<const LiveWindow> live, std::int64_t index) {
+    const auto own =
+        std::ranges::find(live, index, [](const LiveWindow& candidate) { return candidate.info.index; });
+    return own == live.end() ? std::nullopt : own->windowID;
+}
+
 void keepIncluded(const AdapterCaptureResult& result, std::span<const LiveWindow> live,
                   ApplicationSnapshot& application) {
     if (!result.includedWindowIDs) return;
     std::erase_if(application.windows, [&](const WindowSnapshot& window) {
-        const auto own = std::ranges::find(live, window.index,
-                                           [](const LiveWindow& candidate) { return candidate.info.index; });
-        return own == live.end() || !own->windowID || !result.includedWindowIDs->contains(*own->windowID);
+        const auto number = numberOf(live, window.index);
+        return !number || !result.includedWindowIDs->contains(*number);
     });
+}
+
+void keepSureTitles(const AdapterCaptureResult& result, std::span<const LiveWindow> live,
+                    ApplicationSnapshot& application, std::vector<std::string>& notes) {
+    if (!result.titledWindowIDs) return;
+    bool withheld = false;
+    for (WindowSnapshot& window : application.windows) {
+        const auto number = numberOf(live, window.index);
+        if (number && result.titledWindowIDs->contains(*number)) continue;
+        withheld |= window.title || window.documentURL;
+        window.title.reset();
+        window.documentURL.reset();
+    }
+    if (withheld)
+        notes.push_back(application.name + ": titles of windows that may be private were left out.");
+}
+
+/// Stands each context window with the window that it is; one of which that is not known gets a number that
+/// no window has.
+void giveIndices(AdapterCaptureResult& result, std::span<const LiveWindow> live,
+                 const ApplicationSnapshot& application) {
+    if (!result.titledWindowIDs || !result.context) return;
+    std::int64_t free = 0;
+    for (const WindowSnapshot& window : application.windows) free = std::max(free, window.index + 1);
+    for (ContextWindow& window : result.context->windows) {
+        const auto own = window.sourceWindowID
+                             ? std::ranges::find(live, window.sourceWindowID, &LiveWindow::windowID)
+                             : live.end();
+        window.sourceWindowIndex = own == live.end() ? free++ : own->info.index;
+    }
 }
 
 }  // namespace
@@ -67,6 +102,7 @@ Task<void> captureContext(DesktopAccess& desktop, const Options& options, std::s
     if (!adapter) co_return;
     AdapterCaptureResult result = co_await adapter->capture(desktop, application.bundleIdentifier);
     co_await checkpoint();
+    keepSureTitles(result, live, application, notes);
     if (result.failure) {
         notes.push_back(application.name + ": " + *result.failure);
         Log::adapterFailed(desktop.platform.log, adapter->id(), *result.failure);
@@ -74,6 +110,7 @@ Task<void> captureContext(DesktopAccess& desktop, const Options& options, std::s
     }
     dropExcluded(desktop, result, live, application, notes);
     keepIncluded(result, live, application);
+    giveIndices(result, live, application);
     std::ranges::move(result.notes, std::back_inserter(notes));
     application.context = CaptureFilter::removingDomains(options.excludedDomains, std::move(result.context));
     Log::adapterCaptured(desktop.platform.log, adapter->id(),

@@ -9,7 +9,8 @@
 namespace quillo::Capture {
 
 /// Asks the enabled integration that handles the application, if there is one, and applies its answer: the
-/// context, the windows it excludes, its notes. A failure becomes a note and a line in the log.
+/// context, the windows it excludes, the titles it withholds, its notes. A failure becomes a note and a line
+/// in the log.
 ///
 /// `live` are the windows as they were read, before anything was awaited. Where the application's own window
 /// list is not the one accessibility gave (windows on other desktops, one that came to the front meanwhile),

@@ -57,7 +57,8 @@ void takeAddresses(ApplicationSnapshot& application, const Exclusions& excluded,
             [&](Url url, std::int64_t at) {
                 ApplicationSnapshot part = shellOf(application);
                 part.context = AppContext{
-                    context.adapter, {{window.sourceWindowIndex, {std::move(url)}, window.sourceWindowID}}};
+                    context.adapter,
+                    {{window.sourceWindowIndex, {std::move(url)}, window.sourceWindowID, window.profile}}};
                 parts.push_back({Kind::address, at, std::move(part)});
             });
     }
@@ -104,7 +105,8 @@ std::size_t contextPlace(AppContext& context, const ContextWindow& like) {
         const auto after = std::ranges::find_if(context.windows, [&](const ContextWindow& one) {
             return one.sourceWindowIndex > like.sourceWindowIndex;
         });
-        found = context.windows.insert(after, {like.sourceWindowIndex, {}, like.sourceWindowID});
+        found =
+            context.windows.insert(after, {like.sourceWindowIndex, {}, like.sourceWindowID, like.profile});
     }
     return static_cast<std::size_t>(found - context.windows.begin());
 }

@@ -5,6 +5,7 @@
 
 #include "WindowEngine/integrations/ChromiumAdapter.hpp"
 #include "WindowEngine/integrations/FinderAdapter.hpp"
+#include "WindowEngine/integrations/FirefoxAdapter.hpp"
 #include "WindowEngine/integrations/SafariAdapter.hpp"
 
 namespace quillo::Adapters {
@@ -13,7 +14,8 @@ std::span<const ContextAdapter* const> all() {
     static const FinderAdapter finder;
     static const ChromiumAdapter chromium;
     static const SafariAdapter safari;
-    static const std::array<const ContextAdapter*, 3> adapters{&finder, &chromium, &safari};
+    static const FirefoxAdapter firefox;
+    static const std::array<const ContextAdapter*, 4> adapters{&finder, &chromium, &safari, &firefox};
     return adapters;
 }
 
@@ -31,12 +33,19 @@ const ContextAdapter* named(std::string_view id) {
     return found == all().end() ? nullptr : *found;
 }
 
+Capability any(const Platform& platform) {
+    for (const ContextAdapter* adapter : all()) {
+        if (adapter->available(platform)) return Capability::available();
+    }
+    return all().front()->available(platform);
+}
+
 std::vector<UnavailableAdapter> unavailable(const Platform& platform) {
     std::vector<UnavailableAdapter> result;
-    const Capability scripting = platform.scripts.scripting();
-    if (scripting) return result;
-    for (const ContextAdapter* adapter : all())
-        result.push_back({adapter->id(), adapter->name(), scripting.reason()});
+    for (const ContextAdapter* adapter : all()) {
+        if (const Capability able = adapter->available(platform); !able)
+            result.push_back({adapter->id(), adapter->name(platform), able.reason()});
+    }
     return result;
 }
 

@@ -21,7 +21,7 @@ struct UnavailableAdapter {
 
 namespace Adapters {
 
-/// In this order: Finder, Chromium family, Safari. Made once.
+/// In this order: Finder, Chromium family, Safari, Firefox. Made once.
 std::span<const ContextAdapter* const> all();
 
 /// The first enabled one that handles the application; null when there is none.
@@ -29,6 +29,8 @@ const ContextAdapter* adapter(std::string_view bundleIdentifier, const std::set<
 /// Null for an identifier that no integration has.
 const ContextAdapter* named(std::string_view id);
 
+/// Whether this machine can run one at least.
+Capability any(const Platform& platform);
 /// Those that this machine cannot run, with the platform's reason.
 std::vector<UnavailableAdapter> unavailable(const Platform& platform);
 

@@ -78,7 +78,7 @@ std::vector<Step> make(std::span<const ContextWindow> saved, std::span<const Con
 
     std::vector<Step> steps;
     for (std::size_t i = 0; i < saved.size(); ++i) {
-        Step step{std::nullopt, std::move(wanted[i])};
+        Step step{std::nullopt, std::move(wanted[i]), i};
         if (taken[i]) {
             step.index = static_cast<std::int64_t>(*taken[i]);
             std::erase_if(step.urls,

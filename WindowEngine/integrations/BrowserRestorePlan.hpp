@@ -13,6 +13,7 @@ namespace quillo::BrowserRestorePlan {
 struct Step {
     std::optional<std::int64_t> index;  // position in the live list of the window to reuse; none: a new one
     std::vector<Url> urls;              // to be opened in it, in order; never empty
+    std::size_t saved = 0;              // position in the saved list
 
     bool operator==(const Step&) const = default;
 };

@@ -4,12 +4,12 @@
 
 namespace quillo::BrowserScripts {
 
-std::vector<std::span<const Url>> portions(std::span<const Url> urls) {
+std::vector<std::span<const Url>> portions(std::span<const Url> urls, std::size_t mostTabs,
+                                           std::size_t mostBytes) {
     std::vector<std::span<const Url>> result;
     while (!urls.empty()) {
         std::size_t count = 1, bytes = urls.front().string().size();
-        while (count < std::min(urls.size(), tabsPerScript) &&
-               (bytes += urls[count].string().size()) <= bytesPerScript)
+        while (count < std::min(urls.size(), mostTabs) && (bytes += urls[count].string().size()) <= mostBytes)
             ++count;
         result.push_back(urls.first(count));
         urls = urls.subspan(count);

@@ -14,7 +14,8 @@ inline constexpr std::size_t tabsPerScript = 40;
 inline constexpr std::size_t bytesPerScript = std::size_t{64} * 1024;
 
 /// The addresses in portions that keep to both limits; an address that alone is longer makes one by itself.
-std::vector<std::span<const Url>> portions(std::span<const Url> urls);
+std::vector<std::span<const Url>> portions(std::span<const Url> urls, std::size_t mostTabs = tabsPerScript,
+                                           std::size_t mostBytes = bytesPerScript);
 
 /// Whether every address of the windows may be opened; one that may not comes from a stranger's file.
 bool allWeb(const std::vector<ContextWindow>& windows);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "WindowEngine/integrations/BrowserFileTabs.hpp"
 #include "WindowEngine/integrations/BrowserRestorePlan.hpp"
 #include "WindowEngine/integrations/BrowserScripts.hpp"
 #include "WindowEngine/integrations/TabReopening.hpp"
@@ -13,6 +14,58 @@ namespace {
 
 constexpr std::string_view unsupported = "Unsupported Chromium browser.";
 constexpr std::string_view couldNotReopen = "Browser could not reopen saved tabs.";
+
+/// Those that answer scripts.
+const std::set<std::string>& scripted() {
+    static const std::set<std::string> identifiers{"com.google.Chrome", "com.brave.Browser",
+                                                   "com.microsoft.edgemac", "company.thebrowser.Browser"};
+    return identifiers;
+}
+
+/// As menu entries are called: of distributions, of the makers' own packages, of Flatpak and of Snap.
+const std::set<std::string>& withFiles() {
+    static const std::set<std::string> identifiers{"chromium",
+                                                   "chromium-browser",
+                                                   "org.chromium.Chromium",
+                                                   "io.github.ungoogled_software.ungoogled_chromium",
+                                                   "chromium_chromium",
+                                                   "google-chrome",
+                                                   "google-chrome-beta",
+                                                   "google-chrome-unstable",
+                                                   "com.google.Chrome",
+                                                   "com.google.ChromeDev",
+                                                   "brave-browser",
+                                                   "brave-browser-beta",
+                                                   "brave-browser-nightly",
+                                                   "com.brave.Browser",
+                                                   "brave_brave",
+                                                   "microsoft-edge",
+                                                   "microsoft-edge-beta",
+                                                   "microsoft-edge-dev",
+                                                   "com.microsoft.Edge",
+                                                   "vivaldi-stable",
+                                                   "vivaldi-snapshot",
+                                                   "com.vivaldi.Vivaldi",
+                                                   "vivaldi_vivaldi-stable",
+                                                   "opera",
+                                                   "opera-beta",
+                                                   "com.opera.Opera",
+                                                   "opera_opera"};
+    return identifiers;
+}
+
+bool takesScripts(const Platform& platform, const std::string& identifier) {
+    return platform.scripts.scripting() && scripted().contains(identifier);
+}
+
+bool readsFiles(const Platform& platform, const std::string& identifier) {
+    return platform.browserFiles.reading() && !takesScripts(platform, identifier) &&
+           withFiles().contains(identifier);
+}
+
+BrowserFileTabs::Browser browser(std::string identifier) {
+    return {std::move(identifier), BrowserFamily::chromium, "chromium"};
+}
 
 bool isPrivate(const std::vector<std::string>& row) {
     return row.size() == 1 && row.front() == ScriptRequest::privateMarker;
@@ -94,8 +147,29 @@ Task<void> reopen(Reopening& reopening, const AppContext& saved) {
 
 }  // namespace
 
+std::string ChromiumAdapter::name(const Platform& platform) const {
+    return platform.scripts.scripting() ? "Chrome, Brave, Edge, Arc"
+                                        : "Chromium, Chrome, Brave, Edge, Vivaldi, Opera";
+}
+
 std::set<std::string> ChromiumAdapter::bundleIdentifiers() const {
-    return {"com.google.Chrome", "com.brave.Browser", "com.microsoft.edgemac", "company.thebrowser.Browser"};
+    std::set<std::string> all = scripted();
+    all.insert(withFiles().begin(), withFiles().end());
+    return all;
+}
+
+std::string ChromiumAdapter::privacyNote(const Platform& platform) const {
+    if (platform.scripts.scripting())
+        return "Records open tab URLs. Incognito windows are excluded. Requires permission to control the "
+               "browser.";
+    return "Records open tab URLs. Reads the browser's own session file, which holds no private windows and "
+           "may be up "
+           "to 3 seconds old. Titles of windows that may be private are left out.";
+}
+
+Capability ChromiumAdapter::available(const Platform& platform) const {
+    const Capability scripting = platform.scripts.scripting();
+    return scripting || !platform.browserFiles.reading() ? scripting : Capability::available();
 }
 
 AdapterCaptureResult ChromiumAdapter::captured(const AppleScript::Rows& rows) {
@@ -117,7 +191,9 @@ AdapterCaptureResult ChromiumAdapter::captured(const AppleScript::Rows& rows) {
 Task<AdapterCaptureResult> ChromiumAdapter::capture(DesktopAccess& desktop,
                                                     std::string bundleIdentifier) const {
     AdapterCaptureResult result;
-    if (!bundleIdentifiers().contains(bundleIdentifier)) {
+    if (readsFiles(desktop.platform, bundleIdentifier))
+        co_return co_await BrowserFileTabs::capture(desktop, browser(std::move(bundleIdentifier)));
+    if (!scripted().contains(bundleIdentifier)) {
         result.failure = unsupported;
         co_return result;
     }
@@ -137,11 +213,20 @@ std::vector<AdapterStep> ChromiumAdapter::plan(const AppContext& saved, const Ap
     return BrowserRestorePlan::adapterSteps(saved, current);
 }
 
+Task<std::optional<std::string>> ChromiumAdapter::awaitOwnWindows(DesktopAccess& desktop,
+                                                                  std::string bundleIdentifier) const {
+    if (!readsFiles(desktop.platform, bundleIdentifier)) co_return std::nullopt;
+    co_return co_await BrowserFileTabs::awaitOwnWindows(desktop, browser(std::move(bundleIdentifier)));
+}
+
 Task<AdapterRestoreResult> ChromiumAdapter::restore(DesktopAccess& desktop, AppContext saved,
                                                     std::optional<AppContext> current,
                                                     std::string bundleIdentifier) const {
     AdapterRestoreResult result;
-    if (!bundleIdentifiers().contains(bundleIdentifier)) {
+    if (readsFiles(desktop.platform, bundleIdentifier))
+        co_return co_await BrowserFileTabs::restore(desktop, browser(std::move(bundleIdentifier)),
+                                                    std::move(saved), std::move(current));
+    if (!scripted().contains(bundleIdentifier)) {
         result.failures.emplace_back(unsupported);
         co_return result;
     }

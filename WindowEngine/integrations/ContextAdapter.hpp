@@ -20,6 +20,9 @@ struct AdapterCaptureResult {
     /// How many windows the application itself counted; the indices are places in its own list. Where that
     /// is not the list accessibility gave, an index says nothing about a window.
     std::optional<std::size_t> windowCount = std::nullopt;
+    /// Present, also beside a failure: no other windows keep title and document, for they might be private
+    /// ones.
+    std::optional<std::set<WindowNumber>> titledWindowIDs = std::nullopt;
 
     bool operator==(const AdapterCaptureResult&) const = default;
 };
@@ -47,9 +50,12 @@ class ContextAdapter {
     virtual ~ContextAdapter() = default;
 
     virtual std::string id() const = 0;  // stable; stored in settings and in AppContext.adapter
-    virtual std::string name() const = 0;
+    virtual std::string name(const Platform& platform) const = 0;  // by the applications that it is for here
     virtual std::set<std::string> bundleIdentifiers() const = 0;
-    virtual std::string privacyNote() const = 0;  // for the person who is to switch it on
+    /// For the person who is to switch it on.
+    virtual std::string privacyNote(const Platform& platform) const = 0;
+    /// Whether this machine can run it.
+    virtual Capability available(const Platform& platform) const { return platform.scripts.scripting(); }
 
     virtual Task<AdapterCaptureResult> capture(DesktopAccess& desktop,
                                                std::string bundleIdentifier) const = 0;
@@ -59,6 +65,12 @@ class ContextAdapter {
     /// and what is open already must not be opened again. `current` as for restore().
     virtual std::optional<std::string> obstacle(DesktopAccess&, const std::optional<AppContext>&) const {
         return std::nullopt;
+    }
+    /// Waits until an application that was launched a moment ago, and shows its windows, can tell what is
+    /// open in them; why nothing may be opened in it, where that does not come to pass.
+    virtual Task<std::optional<std::string>> awaitOwnWindows(DesktopAccess&,
+                                                             std::string /*bundleIdentifier*/) const {
+        co_return std::nullopt;
     }
     /// `current` is what the application shows now, as capture() gave it a moment ago; absent when that
     /// could not be read.

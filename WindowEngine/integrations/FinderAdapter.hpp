@@ -12,9 +12,9 @@ class FinderAdapter final : public ContextAdapter {
     static constexpr std::string_view finder = "com.apple.finder";
 
     std::string id() const override { return "finder"; }
-    std::string name() const override { return "Finder"; }
+    std::string name(const Platform&) const override { return "Finder"; }
     std::set<std::string> bundleIdentifiers() const override { return {std::string(finder)}; }
-    std::string privacyNote() const override {
+    std::string privacyNote(const Platform&) const override {
         return "Records which folders are open. Requires permission to control Finder.";
     }
 

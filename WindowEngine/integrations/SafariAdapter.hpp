@@ -9,9 +9,9 @@ namespace quillo {
 class SafariAdapter final : public ContextAdapter {
   public:
     std::string id() const override { return "safari"; }
-    std::string name() const override { return "Safari"; }
+    std::string name(const Platform&) const override { return "Safari"; }
     std::set<std::string> bundleIdentifiers() const override;
-    std::string privacyNote() const override {
+    std::string privacyNote(const Platform&) const override {
         return "Records tabs only in windows verified as normal browsing. Private, locked, hidden-toolbar "
                "and "
                "unrecognized-language windows are skipped. Currently supports English Safari.";

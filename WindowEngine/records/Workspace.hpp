@@ -75,6 +75,8 @@ struct ContextWindow {
     std::optional<std::int64_t> sourceWindowIndex;
     std::vector<Url> urls;  // in the application's order
     std::optional<std::uint32_t> sourceWindowID;
+    /// The folder of the browser's profile that it belongs to, by its plain name; of a browser that tells.
+    std::optional<std::string> profile = std::nullopt;
 
     bool operator==(const ContextWindow&) const = default;
 };

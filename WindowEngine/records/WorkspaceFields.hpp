@@ -86,7 +86,7 @@ inline constexpr auto fieldsOf<AppContext> =
 
 template <>
 inline constexpr auto fieldsOf<ContextWindow> = std::tuple{
-    Field{"sourceWindowID", &ContextWindow::sourceWindowID},
+    Field{"profile", &ContextWindow::profile}, Field{"sourceWindowID", &ContextWindow::sourceWindowID},
     Field{"sourceWindowIndex", &ContextWindow::sourceWindowIndex}, Field{"urls", &ContextWindow::urls}};
 
 }  // namespace quillo

@@ -20,6 +20,10 @@ Task<void> restoreThrough(const ContextAdapter& adapter, ApplicationRestore& res
     if (restore.launched) {
         const Duration patience = std::min(ownWindowsPatience, restore.deadline - restore.now());
         co_await restore.presence.wait(identifier, {patience, toDuration(restore.options.settleDelay)});
+        if (auto trouble = co_await adapter.awaitOwnWindows(restore.desktop, identifier)) {
+            restore.add(RestoreReport::failed{*std::move(trouble)});
+            co_return;
+        }
     }
     // Windows on other desktops become known: what they show is not opened again.
     if (const auto running = restore.desktop.platform.applications.running(identifier))
@@ -39,13 +43,13 @@ const ContextAdapter* contextAdapter(const Platform& platform, const Application
     if (!application.context || !enabledAdapters.contains(application.context->adapter)) return nullptr;
     const ContextAdapter* adapter = Adapters::named(application.context->adapter);
     const bool handles = adapter && adapter->bundleIdentifiers().contains(application.bundleIdentifier);
-    return handles && platform.scripts.scripting() ? adapter : nullptr;
+    return handles && adapter->available(platform) ? adapter : nullptr;
 }
 
-std::string unavailableIntegration(const AppContext& context) {
+std::string unavailableIntegration(const Platform& platform, const AppContext& context) {
     // The identifier itself comes from a file: it is not repeated.
     const ContextAdapter* adapter = Adapters::named(context.adapter);
-    return (adapter ? adapter->name() : "The saved") + " integration is disabled or unavailable";
+    return (adapter ? adapter->name(platform) : "The saved") + " integration is disabled or unavailable";
 }
 
 std::int64_t bareWindows(const Platform& platform, const ApplicationSnapshot& application,
@@ -65,7 +69,8 @@ Task<void> restoreContext(ApplicationRestore& restore) {
     if (adapter) {
         co_await restoreThrough(*adapter, restore);
     } else {
-        restore.add(RestoreReport::note{unavailableIntegration(*restore.application.context)});
+        restore.add(RestoreReport::note{
+            unavailableIntegration(restore.desktop.platform, *restore.application.context)});
     }
 }
 

@@ -109,7 +109,7 @@ Task<void> planContext(DesktopAccess& desktop, const ApplicationSnapshot& applic
     if (!application.context) co_return;
     const ContextAdapter* adapter = Restore::contextAdapter(desktop.platform, application, enabledAdapters);
     if (!adapter) {
-        plan.contextTrouble = Restore::unavailableIntegration(*application.context);
+        plan.contextTrouble = Restore::unavailableIntegration(desktop.platform, *application.context);
         co_return;
     }
     AdapterCaptureResult now;

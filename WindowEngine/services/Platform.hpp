@@ -2,6 +2,7 @@
 #pragma once
 #include "WindowEngine/services/AccessibilityService.hpp"
 #include "WindowEngine/services/Applications.hpp"
+#include "WindowEngine/services/BrowserFiles.hpp"
 #include "WindowEngine/services/FileSystem.hpp"
 #include "WindowEngine/services/Screens.hpp"
 #include "WindowEngine/services/ScriptInterpreter.hpp"
@@ -19,6 +20,7 @@ struct Platform {
     Applications& applications;
     Screens& screens;
     ScriptInterpreter& scripts;
+    BrowserFiles& browserFiles;
     SystemLog& log;
 };
 

@@ -169,7 +169,7 @@ QVariantList DetailPresenter::browsers() const {
 }
 
 QString DetailPresenter::addressRefusal() const {
-    if (const Capability able = model_.scripting(); !able) return qt(able.reason());
+    if (const Capability able = model_.integration(); !able) return qt(able.reason());
     if (!browsers().isEmpty()) return {};
     return "No browser in this workspace has an integration. Add one first.";
 }

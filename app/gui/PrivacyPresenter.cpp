@@ -104,7 +104,8 @@ std::vector<RowList::Row> PrivacyPresenter::adapterRows() const {
         const auto refused = std::ranges::find(unavailable, adapter->id(), &UnavailableAdapter::id);
         rows.push_back(
             {QString::fromStdString(adapter->id()),
-             {QString::fromStdString(adapter->name()), QString::fromStdString(adapter->privacyNote()),
+             {QString::fromStdString(adapter->name(desktop_.platform)),
+              QString::fromStdString(adapter->privacyNote(desktop_.platform)),
               model_.settings().enabledAdapters.contains(adapter->id()),
               refused == unavailable.end() ? QString() : QString::fromStdString(refused->reason)}});
     }

@@ -108,7 +108,7 @@ _quilloctl() {
         --data-dir) _quilloctl_offer_files "" -d; return ;;
         --update) _quilloctl_offer_names workspaces; return ;;
         --only) _quilloctl_offer_names applications "${arguments[0]}"; return ;;
-        --adapter) _quilloctl_offer_words finder chromium safari; return ;;
+        --adapter) _quilloctl_offer_words finder chromium safari firefox; return ;;
         --clean-slate) _quilloctl_offer_words keep hide quit; return ;;
         --wait-limit) return ;;
     esac

@@ -197,6 +197,12 @@ Result<std::string> ApplicationRegistry::newWindowAction(std::string_view identi
     return entry->newWindowAction;
 }
 
+std::vector<std::string> ApplicationRegistry::command(std::string_view identifier) {
+    entries_.refresh();
+    const auto* entry = entries_.withId(identifier);
+    return entry ? commandWords(entry->command) : std::vector<std::string>();
+}
+
 std::vector<InstalledApplication> ApplicationRegistry::installed() {
     entries_.refresh();
     std::vector<InstalledApplication> applications;

@@ -51,6 +51,8 @@ class ApplicationRegistry {
     /// Of the installed menu entry with this identifier.
     std::optional<Url> location(std::string_view identifier);
     std::optional<std::string> name(std::string_view identifier);
+    /// The words of its command, without the fields for what is opened; empty where there are none to run.
+    std::vector<std::string> command(std::string_view identifier);
     /// Those that menus show.
     std::vector<InstalledApplication> installed();
     /// The entry's action that opens one more window, empty where it is to be launched again for that;

@@ -156,6 +156,15 @@ std::vector<std::string> declaredTypes(GDesktopAppInfo* entry) {
     return types;
 }
 
+std::vector<std::string> commandWords(const std::string& command) {
+    gint count = 0;
+    gchar** words = nullptr;
+    if (!g_shell_parse_argv(command.c_str(), &count, &words, nullptr)) return {};
+    const std::vector<std::string> result(words, words + count);
+    g_strfreev(words);
+    return result;
+}
+
 DesktopEntries::Directory DesktopEntries::lookedAt(const fs::path& path) {
     constexpr std::chrono::milliseconds clockStep(50);  // file systems stamp with the kernel's tick
     const auto changed = changeTime(path);

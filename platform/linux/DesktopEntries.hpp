@@ -40,6 +40,9 @@ struct DesktopEntry {
 /// register themselves.
 std::vector<std::string> declaredTypes(GDesktopAppInfo* entry);
 
+/// A command as a shell would take it apart, without running one; empty where it is none.
+std::vector<std::string> commandWords(const std::string& command);
+
 /// Read when first asked, and again when one of the directories has changed. Where several files give the
 /// same id, the first directory of the XDG search order wins.
 class DesktopEntries {

@@ -165,9 +165,11 @@ FrameWrite Accessibility::writeFrame(const Element& window, const Rect& frame) {
 AccessibilityCode Accessibility::perform(const Element& element, std::string_view action) {
     if (const std::int32_t trouble = obstacle(element); trouble != code::success) return {trouble};
     if (handleOf(element).pid == Dock::pid) return {dock_.perform(element, action)};
-    if (!windowOf(element)) return {code::invalidElement};
-    const bool raises = action == ax::raise && handleOf(element).part.empty();
-    return {raises ? code::success : code::actionUnsupported};
+    const Window* window = windowOf(element);
+    if (!window) return {code::invalidElement};
+    if (action != ax::raise || !handleOf(element).part.empty()) return {code::actionUnsupported};
+    world_.raise(window->number);
+    return {code::success};
 }
 
 std::optional<WindowNumber> Accessibility::windowNumber(const Element& window) {

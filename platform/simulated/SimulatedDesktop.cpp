@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "WindowEngine/support/Text.hpp"
+#include "platform/simulated/SimulatedBrowserFiles.hpp"
 #include "platform/simulated/SimulatedScripts.hpp"
 #include "platform/simulated/SimulatedServices.hpp"
 
@@ -16,13 +17,15 @@ struct SimulatedDesktop::Services {
           server(world, executor),
           applications(world),
           screens(world),
-          scripts(world, executor) {}
+          scripts(world, executor),
+          browserFiles(world, executor) {}
 
     simulated::Accessibility accessibility;
     simulated::Server server;
     simulated::ApplicationList applications;
     simulated::ScreenList screens;
     simulated::Scripts scripts;
+    simulated::SessionFiles browserFiles;
     simulated::MemoryLog log;
 };
 
@@ -45,13 +48,8 @@ Platform SimulatedDesktop::platform() {
 }
 
 Platform SimulatedDesktop::platform(SystemLog& log) {
-    return {executor_,
-            services_->accessibility,
-            services_->server,
-            services_->applications,
-            services_->screens,
-            services_->scripts,
-            log};
+    return {executor_,          services_->accessibility, services_->server,       services_->applications,
+            services_->screens, services_->scripts,       services_->browserFiles, log};
 }
 
 const std::vector<std::string>& SimulatedDesktop::logLines() const {

@@ -77,7 +77,7 @@ Result<std::unique_ptr<X11Connection>> X11Connection::open(const std::string& di
 }
 
 bool X11Connection::internAtoms() {
-    static constexpr std::array<std::pair<const char*, xcb_atom_t ExtraAtoms::*>, 9> names{{
+    static constexpr std::array<std::pair<const char*, xcb_atom_t ExtraAtoms::*>, 10> names{{
         {"_GTK_FRAME_EXTENTS", &ExtraAtoms::gtkFrameExtents},
         {"_GTK_APPLICATION_ID", &ExtraAtoms::gtkApplicationID},
         {"_KDE_NET_WM_DESKTOP_FILE", &ExtraAtoms::kdeDesktopFile},
@@ -87,6 +87,7 @@ bool X11Connection::internAtoms() {
         {"EDID", &ExtraAtoms::edid},
         {"AT_SPI_BUS", &ExtraAtoms::accessibilityBus},
         {"I3_FLOATING_WINDOW", &ExtraAtoms::i3Floating},
+        {"WM_WINDOW_ROLE", &ExtraAtoms::windowRole},
     }};
     std::array<xcb_intern_atom_cookie_t, names.size()> cookies{};
     for (std::size_t i = 0; i < names.size(); ++i) {

@@ -37,6 +37,7 @@ inline constexpr std::int32_t codeNoConnection = -2;  // the X server went away
 struct ExtraAtoms {
     xcb_atom_t gtkFrameExtents = 0, gtkApplicationID = 0, kdeDesktopFile = 0, bamfDesktopFile = 0;
     xcb_atom_t changeState = 0, deleteWindow = 0, edid = 0, accessibilityBus = 0, i3Floating = 0;
+    xcb_atom_t windowRole = 0;
 };
 
 /// The value of one property; empty when it is missing or has another format than the one asked for.

@@ -4,6 +4,7 @@
 #include "platform/x11/DesktopView.hpp"
 #include "platform/x11/X11Accessibility.hpp"
 #include "platform/x11/X11Applications.hpp"
+#include "platform/x11/X11BrowserFiles.hpp"
 #include "platform/x11/X11Changes.hpp"
 #include "platform/x11/X11Connection.hpp"
 #include "platform/x11/X11Screens.hpp"
@@ -25,6 +26,7 @@ struct X11Desktop::Services {
     x11::X11Accessibility accessibility{view, screens, changes};
     x11::X11Applications applications;
     NoScripts scripts;
+    x11::X11BrowserFiles browserFiles{view};
 };
 
 X11Desktop::X11Desktop(std::unique_ptr<Services> services) : services_(std::move(services)) {}
@@ -48,13 +50,10 @@ Result<std::unique_ptr<X11Desktop>> X11Desktop::create(Executor& executor, const
 }
 
 Platform X11Desktop::platform(SystemLog& log) {
-    return {services_->view.executor(),
-            services_->accessibility,
-            services_->windowServer,
-            services_->applications,
-            services_->screens,
-            services_->scripts,
-            log};
+    return {services_->view.executor(), services_->accessibility,
+            services_->windowServer,    services_->applications,
+            services_->screens,         services_->scripts,
+            services_->browserFiles,    log};
 }
 
 std::size_t X11Desktop::strayErrors() {

@@ -177,7 +177,8 @@ class TestDesktop {
 
   private:
     Platform platform(WindowServer& server, Applications& applications) {
-        return {plain.executor, meddler, server, applications, plain.screens, plain.scripts, plain.log};
+        return {plain.executor,     meddler,  server, applications, plain.screens, plain.scripts,
+                plain.browserFiles, plain.log};
     }
 };
 

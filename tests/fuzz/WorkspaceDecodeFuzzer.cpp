@@ -1,4 +1,4 @@
-// libFuzzer target, built by hand with -fsanitize=fuzzer,address: no bytes may crash the reader, every
+// libFuzzer target fuzz_workspace: no bytes may crash the reader, every
 // refusal names what is wrong, and what is accepted is stable under writing and reading.
 #include <cstdint>
 #include <cstdlib>

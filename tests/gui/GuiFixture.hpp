@@ -15,6 +15,7 @@
 #include "app/gui/Interface.hpp"
 #include "app/gui/QmlTypes.hpp"
 #include "platform/linux/NoScripts.hpp"
+#include "platform/posix/NoBrowserFiles.hpp"
 #include "platform/simulated/SimulatedKeyMonitor.hpp"
 #include "platform/simulated/SimulatedUpdater.hpp"
 #include "tests/app/ModelFixture.hpp"
@@ -89,12 +90,14 @@ struct BareDesktop {
                   .applications = whole.applications,
                   .screens = whole.screens,
                   .scripts = scripts,
+                  .browserFiles = browserFiles,
                   .log = whole.log},
                  model.desktop.access.handles} {
         model.shell.settings = Capability::unavailable("No page.");
     }
 
     NoScripts scripts;
+    NoBrowserFiles browserFiles;
     Platform whole;
     DesktopAccess access;
 };

@@ -326,9 +326,9 @@ TEST_F(SettingsTest, IntegrationsAndPanesByKeyboard) {
     press(Qt::Key_Down);
     EXPECT_EQ(ui().settingsPane(), "integrations");
     const auto first = Adapters::all().front();
-    click(QString::fromStdString(first->name()));
+    click(QString::fromStdString(first->name(model.desktop.access.platform)));
     EXPECT_EQ(stored().enabledAdapters, std::set<std::string>{first->id()});
-    click(QString::fromStdString(first->name()));
+    click(QString::fromStdString(first->name(model.desktop.access.platform)));
     EXPECT_TRUE(stored().enabledAdapters.empty());
     named("Integrations")->forceActiveFocus(Qt::TabFocusReason);
     press(Qt::Key_Down);

@@ -11,6 +11,7 @@ import sys
 import time
 
 from x11_application_journeys import clean_slate, documents_come_back, terminals_come_back
+import x11_browser_journey as browsers
 from x11_desktop import Desktop
 from x11_desktop_journeys import PLACES, desktops_come_back, floating_and_tiled
 from x11_interface_journey import application
@@ -182,6 +183,7 @@ JOURNEYS = {
     "clean slate": (clean_slate, ("Garden",)),
     "application": (application, ("letter.txt", "Notes", "Morning")),
     "mouse": (by_mouse, ("Notes", "Secret", "Sluggish", "Morning", "Evening", "Afterwards")),
+    "browsers": (browsers.tabs_come_back, (browsers.PRIVATE, browsers.PUBLIC)),
     "tray": (in_the_tray, ("Notes", "Morning")),
     "tiled": (floating_and_tiled, ("Floating", "Tiled", "Neighbour")),
 }
@@ -219,6 +221,9 @@ def main():
     for server in arguments.server.split(","):
         for window_manager in arguments.wm.split(","):
             own = [name for name in JOURNEYS if (name == "tiled") == (window_manager == "i3")]
+            if window_manager != "openbox" or server != "xvfb" or not browsers.installed():
+                print(f"left out: browsers with {window_manager} on {server}", flush=True)
+                own = [name for name in own if name != "browsers"]
             for name in [arguments.journey] if arguments.journey else own:
                 try:
                     run(os.path.abspath(arguments.quilloctl), window_manager, server, name)

@@ -8,6 +8,7 @@
 #include "platform/macos/shell/BridgeMoveWindow.hpp"
 #include "platform/macos/shell/NativeScreens.hpp"
 #include "platform/macos/shell/NativeWorkspace.hpp"
+#include "platform/posix/NoBrowserFiles.hpp"
 #include "platform/posix/ScriptProcess.hpp"
 
 namespace quillo {
@@ -27,6 +28,7 @@ struct MacDesktop::Services {
                                  // may have to say that there is none.
                                  QuilloHasBridgeMove() ? QuilloBridgeMoveWindow : nullptr};
     ScriptProcess scripts;
+    NoBrowserFiles browserFiles;
 };
 
 MacDesktop::MacDesktop(Executor& executor) {
@@ -40,13 +42,8 @@ MacDesktop::MacDesktop(Executor& executor) {
 MacDesktop::~MacDesktop() = default;
 
 Platform MacDesktop::platform(SystemLog& log) {
-    return {services_->executor,
-            services_->accessibility,
-            services_->windowServer,
-            services_->applications,
-            services_->screens,
-            services_->scripts,
-            log};
+    return {services_->executor, services_->accessibility, services_->windowServer, services_->applications,
+            services_->screens,  services_->scripts,       services_->browserFiles, log};
 }
 
 }  // namespace quillo

@@ -16,8 +16,8 @@ class SimulatedContractDesktop : public SceneContractDesktop {
 class ForwardedContractDesktop final : public SimulatedContractDesktop {
   public:
     Platform platform() override {
-        return {plain_.executor, accessibility_, server_,   applications_,
-                plain_.screens,  plain_.scripts, plain_.log};
+        return {plain_.executor, accessibility_,      server_,   applications_, plain_.screens,
+                plain_.scripts,  plain_.browserFiles, plain_.log};
     }
 
   private:

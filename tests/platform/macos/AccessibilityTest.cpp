@@ -58,7 +58,7 @@ class AccessibilityTest : public MacTest {
         Platform platform = desktop_->platform();
         WindowHandleCache handles;
         DesktopAccess access{{platform.executor, *ax_, platform.windowServer, platform.applications,
-                              platform.screens, platform.scripts, platform.log},
+                              platform.screens, platform.scripts, platform.browserFiles, platform.log},
                              handles};
         return Accessibility::windows(access, pid(), false);
     }

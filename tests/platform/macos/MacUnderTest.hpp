@@ -28,8 +28,8 @@ class MacUnderTest {
 
     /// The services of the core where there are any, for the rest the simulated ones.
     Platform platform() {
-        return {simulated_.executor, accessibility_, windowServer_, applications_, screens_,
-                simulated_.scripts,  simulated_.log};
+        return {simulated_.executor, accessibility_,          windowServer_, applications_, screens_,
+                simulated_.scripts,  simulated_.browserFiles, simulated_.log};
     }
 
   private:

@@ -103,7 +103,7 @@ class WindowServerTest : public MacTest {
     DesktopAccess access() {
         const Platform simulated = desktop_->platform();
         return {{simulated.executor, *accessibility_, *server_, *applications_, screens_, simulated.scripts,
-                 simulated.log},
+                 simulated.browserFiles, simulated.log},
                 handles_};
     }
     template <class T>
