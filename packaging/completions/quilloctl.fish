@@ -91,7 +91,7 @@ complete -c quilloctl -n '__quilloctl_is plan' -l exit-code -d 'Status 5 where t
 complete -c quilloctl -n '__quilloctl_is plan diff restore' -l only -x -a '(__quilloctl_applications)' \
     -d 'Only this application'
 complete -c quilloctl -n '__quilloctl_is save plan diff restore history' -l adapter -x \
-    -a 'finder chromium safari' -d 'An integration to use'
+    -a 'finder chromium safari firefox' -d 'An integration to use'
 complete -c quilloctl -n '__quilloctl_is plan restore' -l clean-slate -x -a 'keep hide quit' \
     -d 'What becomes of other applications'
 complete -c quilloctl -n '__quilloctl_is restore' -l wait -d 'Wait for the desktop first'
