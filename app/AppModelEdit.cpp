@@ -42,7 +42,7 @@ void AppModel::rename(const Workspace& workspace, const std::string& to) {
     const std::string trimmed = text::trim(to), name = workspace.name;
     if (trimmed.empty() || trimmed == name) return;
     const Result<void> renamed = edit(workspace.id, "Rename", [&](Workspace& stored) -> Result<void> {
-        stored.name = uniqueName(trimmed, workspaces_);
+        stored.name = store_.freeName(trimmed, workspaces_);
         return {};
     });
     told("Couldn't rename " + name, renamed);

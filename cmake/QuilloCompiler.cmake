@@ -17,6 +17,7 @@ option(QUILLO_WERROR "a warning is an error, as in every preset; a newer compile
 target_compile_options(quillo_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wconversion -Wsign-conversion
   -Wimplicit-fallthrough $<$<BOOL:${QUILLO_WERROR}>:-Werror> -ffp-contract=off)
+target_compile_options(quillo_flags INTERFACE -pthread)  # as GLib and Qt have it: one precompiled header serves all
 target_include_directories(quillo_flags INTERFACE ${CMAKE_SOURCE_DIR})
 
 find_program(CCACHE ccache)

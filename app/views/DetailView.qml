@@ -77,6 +77,7 @@ FocusScope {
     Item {
         id: wideAbove
         anchors.top: bar.bottom
+        anchors.left: parent.left
         width: root.width - root.side - 32
         height: above.height
         visible: !root.narrow
@@ -84,7 +85,8 @@ FocusScope {
     Rectangle {
         id: card
         parent: root.narrow ? pageList : root
-        x: 24
+        anchors.left: parent.left
+        anchors.leftMargin: 24
         y: root.narrow ? 0 : wideAbove.y + wideAbove.height
         width: root.narrow ? root.width - 48 : wideAbove.width - 48
         height: root.narrow ? list.contentHeight + 2 : Math.min(root.height - y - 24, list.contentHeight + 2)
