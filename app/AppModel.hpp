@@ -189,8 +189,8 @@ class AppModel final : public QObject {
     /// "Leave Out Mail"; empty where there is nothing to undo.
     std::string undoWords(const Uuid& id) const;
     std::string redoWords(const Uuid& id) const;
-    void undo(const Uuid& id);
-    void redo(const Uuid& id);
+    void undo(Uuid id);
+    void redo(Uuid id);
     /// The workspace whose latest change the toast tells of, and which it offers to undo.
     std::optional<Uuid> toastUndoes() const { return toast_ ? toast_->undoes : std::nullopt; }
 
@@ -266,14 +266,14 @@ class AppModel final : public QObject {
     void restored(RestoreRun& run, const RestoreReport::Item& item);
     void restoreEnded(RestoreRun& run, RestoreReport report);
     /// What is stored counts, not what was last read: another process may have changed it.
-    Result<WorkspaceStore::Changed> changeStored(const Uuid& id,
+    Result<WorkspaceStore::Changed> changeStored(Uuid id,
                                                  const std::function<Result<void>(Workspace&)>& change);
     /// A change to be undone, called by `words`.
-    Result<void> edit(const Uuid& id, const std::string& words,
+    Result<void> edit(Uuid id, const std::string& words,
                       const std::function<Result<void>(Workspace&)>& change);
     void setLook(const Workspace& workspace, const std::string& words,
                  const std::function<void(Workspace&)>& change);
-    void takeStep(const Uuid& id, const EditHistory::Step& step, bool back);
+    void takeStep(Uuid id, const EditHistory::Step& step, bool back);
     struct Toast {
         std::string text;
         ToastKind kind;

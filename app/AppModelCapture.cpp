@@ -91,8 +91,8 @@ Workspace AppModel::toSave(const CaptureDraft& draft) const {
     if (name.empty()) name = unnamed;
     const std::optional<Workspace>& before = draft.updating();
     if (!before) {
-        return Workspace::create(Uuid::random(), uniqueName(name, workspaces_), draft.icon(), draft.color(),
-                                 draft.filteredSnapshot(), wallNow());
+        return Workspace::create(Uuid::random(), name, draft.icon(), draft.color(), draft.filteredSnapshot(),
+                                 wallNow());
     }
     Workspace workspace = store_.load(before->id).value_or(*before);
     if (name != before->name && name != workspace.name) workspace.name = uniqueName(name, workspaces_);
@@ -111,9 +111,16 @@ Workspace AppModel::toSave(const CaptureDraft& draft) const {
 void AppModel::commit(CaptureDraft& reviewed) {
     if (draft_.get() != &reviewed) return;
     const std::shared_ptr<CaptureDraft> draft = draft_;
-    const Workspace workspace = toSave(*draft);
+    Workspace workspace = toSave(*draft);
     const std::string what = "Couldn't save";
-    const Result<void> saved = store_.save(workspace);
+    Result<void> saved;
+    if (draft->updating()) {
+        saved = store_.save(workspace);
+    } else if (auto named = store_.saveAsNew(workspace, workspaces_)) {
+        workspace = *std::move(named);
+    } else {
+        saved = std::unexpected(named.error());
+    }
     if (!saved) {
         told(what, saved);
         return;

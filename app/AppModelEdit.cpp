@@ -11,7 +11,7 @@
 namespace quillo {
 
 Result<WorkspaceStore::Changed> AppModel::changeStored(
-    const Uuid& id, const std::function<Result<void>(Workspace&)>& change) {
+    Uuid id, const std::function<Result<void>(Workspace&)>& change) {
     const Result<WorkspaceStore::Changed> changed = store_.change(id, change);
     if (!changed || changed->before == changed->after) return changed;
     const Result<void> noted = known_.madeFrom(changed->before, changed->after);
@@ -20,7 +20,7 @@ Result<WorkspaceStore::Changed> AppModel::changeStored(
     return changed;
 }
 
-Result<void> AppModel::edit(const Uuid& id, const std::string& words,
+Result<void> AppModel::edit(Uuid id, const std::string& words,
                             const std::function<Result<void>(Workspace&)>& change) {
     const auto changed = changeStored(id, [&](Workspace& stored) -> Result<void> {
         const Workspace before = stored;
@@ -42,7 +42,7 @@ void AppModel::rename(const Workspace& workspace, const std::string& to) {
     const std::string trimmed = text::trim(to), name = workspace.name;
     if (trimmed.empty() || trimmed == name) return;
     const Result<void> renamed = edit(workspace.id, "Rename", [&](Workspace& stored) -> Result<void> {
-        stored.name = uniqueName(trimmed, workspaces_);
+        stored.name = store_.freeName(trimmed, workspaces_);
         return {};
     });
     told("Couldn't rename " + name, renamed);
@@ -152,15 +152,15 @@ std::string AppModel::redoWords(const Uuid& id) const {
     return step ? step->words : std::string();
 }
 
-void AppModel::undo(const Uuid& id) {
+void AppModel::undo(Uuid id) {
     if (const EditHistory::Step* step = edits_.undoable(id)) takeStep(id, *step, true);
 }
 
-void AppModel::redo(const Uuid& id) {
+void AppModel::redo(Uuid id) {
     if (const EditHistory::Step* step = edits_.redoable(id)) takeStep(id, *step, false);
 }
 
-void AppModel::takeStep(const Uuid& id, const EditHistory::Step& step, bool back) {
+void AppModel::takeStep(Uuid id, const EditHistory::Step& step, bool back) {
     const std::string words = step.words;
     const auto changed = changeStored(id, [&](Workspace& stored) -> Result<void> {
         stored.updatedAt = wallNow();

@@ -70,13 +70,13 @@ void AppModel::forget(const Uuid& id) {
 void AppModel::duplicate(const Workspace& workspace) {
     Workspace copy = workspace;
     copy.id = Uuid::random();
-    copy.name = uniqueName(workspace.name + " copy", workspaces_);
+    copy.name = workspace.name + " copy";
     copy.createdAt = copy.updatedAt = wallNow();
     copy.lastRestoredAt.reset();
     const std::string name = workspace.name;
-    const Result<void> saved = store_.save(copy);
-    const Result<void> noted = saved ? known_.madeFrom(workspace, copy) : saved;
-    if (!told("Couldn't duplicate " + name, saved)) return;
+    const Result<Workspace> saved = store_.saveAsNew(std::move(copy), workspaces_);
+    const Result<void> noted = saved ? known_.madeFrom(workspace, *saved) : Result<void>{};
+    if (!told("Couldn't duplicate " + name, saved ? Result<void>{} : std::unexpected(saved.error()))) return;
     reload();
     show("Duplicated " + name);
     noteProvenance(noted);
@@ -159,13 +159,14 @@ Result<std::string, std::string> AppModel::importFile(const std::filesystem::pat
     const std::filesystem::path target = std::filesystem::canonical(file, dangling);
     const Result<std::string> bytes = services_.files.read(dangling ? file : target);
     if (!bytes) return failed(bytes.error());
-    const Result<ImportedWorkspace> imported = ImportedWorkspace::read(*bytes, workspaces_, wallNow());
+    const Result<ImportedWorkspace> imported = ImportedWorkspace::read(*bytes, {}, wallNow());
     const bool isForeign = !imported && imported.error().kind == ErrorKind::invalidData &&
                            !WorkspaceCoding::isTooLarge(imported.error());
     if (isForeign) return std::unexpected("This is not a Quillo workspace: " + imported.error().text);
     if (!imported) return failed(imported.error());
-    if (const Result<void> saved = store_.save(imported->workspace); !saved) return failed(saved.error());
-    return imported->workspace.name;
+    const Result<Workspace> saved = store_.saveAsNew(imported->workspace, workspaces_);
+    if (!saved) return failed(saved.error());
+    return saved->name;
 }
 
 void AppModel::deleteAllData() {

@@ -21,6 +21,7 @@ constexpr std::array wordings{
     Wording{"no matching accessible window", "No window of % was left to place"},
     Wording{"no accessible windows appeared", "% has opened no window that can be placed"},
     Wording{"not installed", "% is not installed"},
+    Wording{"no menu entry starts it", "% is in no menu, so it couldn't be started"},
     Wording{"couldn't launch", "% couldn't be opened"},
     Wording{"couldn't reopen a window", "% didn't open a new window"},
     Wording{"window refused position", "The window of % couldn't be moved to its place"},

@@ -13,6 +13,7 @@ namespace quillo::WorkspaceContents {
 namespace {
 
 constexpr std::size_t longestAddress = 8192;
+constexpr std::string_view webOnly = "Only http and https addresses can be opened";
 
 /// The integration that opens web addresses in the application; null where there is none.
 const ContextAdapter* browserAdapter(const ApplicationSnapshot& application) {
@@ -65,12 +66,19 @@ Result<void> add(WorkspaceSnapshot& snapshot, ApplicationSnapshot application) {
 Result<Url> webAddress(std::string_view typed, const std::set<std::string>& excludedDomains) {
     std::string text = text::trim(typed);
     if (text.empty()) return fail(ErrorKind::invalidData, "Type a web address, such as example.com");
-    // "localhost:8080" has a port and no scheme.
-    if (!text.contains("://")) text = "https://" + text;
+    if (!text.contains("://")) {
+        // "localhost:8080" has a port and no scheme; "mailto:somebody" the other way round.
+        const std::string_view start = std::string_view(text).substr(0, text.find_first_of("/?#"));
+        const bool otherScheme =
+            start.contains(':') && !std::ranges::all_of(start.substr(start.find(':') + 1),
+                                                        [](char c) { return c >= '0' && c <= '9'; });
+        if (otherScheme) return fail(ErrorKind::refused, std::string(webOnly));
+        text = "https://" + text;
+    }
     const std::optional<Url> url = Url::parse(text);
     const bool usable = url && url->host() && text.size() <= longestAddress;
     if (!usable) return fail(ErrorKind::invalidData, "This is not a web address");
-    if (!url->isWeb()) return fail(ErrorKind::refused, "Only http and https addresses can be opened");
+    if (!url->isWeb()) return fail(ErrorKind::refused, std::string(webOnly));
     const std::string authority = text.substr(text.find("://") + 3);
     if (authority.substr(0, authority.find_first_of("/?#")).contains('@'))
         return fail(ErrorKind::refused, "An address with a user name or password in it is not saved");

@@ -1,15 +1,23 @@
 # Compiler policy: one set of warnings for every target, contraction of floating-point expressions
-# off (the same frames on every machine), and a refusal of compilers known to miscompile coroutines.
+# off (the same frames on every machine), a refusal of compilers known to miscompile coroutines, and what a build that
+# is handed to others has beyond one for developers. What only developers want is off unless a preset asks for it.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 14)
   message(FATAL_ERROR
     "g++ ${CMAKE_CXX_COMPILER_VERSION} destroys some temporaries of coroutine expressions twice. "
     "Use clang-19: cmake -DCMAKE_CXX_COMPILER=clang++-19")
 endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 19)
+  message(FATAL_ERROR
+    "To clang ${CMAKE_CXX_COMPILER_VERSION} the standard library offers no std::expected, which asks for the concepts of "
+    "clang 19. Use that or a newer one: cmake -DCMAKE_CXX_COMPILER=clang++-19")
+endif()
 
 add_library(quillo_flags INTERFACE)
+option(QUILLO_WERROR "a warning is an error, as in every preset; a newer compiler warns of more" OFF)
 target_compile_options(quillo_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wconversion -Wsign-conversion
-  -Wimplicit-fallthrough -Werror -ffp-contract=off)
+  -Wimplicit-fallthrough $<$<BOOL:${QUILLO_WERROR}>:-Werror> -ffp-contract=off)
+target_compile_options(quillo_flags INTERFACE -pthread)  # as GLib and Qt have it: one precompiled header serves all
 target_include_directories(quillo_flags INTERFACE ${CMAKE_SOURCE_DIR})
 
 find_program(CCACHE ccache)
@@ -26,22 +34,49 @@ elseif(QUILLO_SANITIZER STREQUAL "thread")
   add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
   add_link_options(-fsanitize=thread)
 endif()
-if(NOT APPLE)
-  add_link_options(-fuse-ld=lld)
+set(QUILLO_LINKER "" CACHE STRING "a linker that the compiler shall use instead of its own, by name: lld")
+if(QUILLO_LINKER AND NOT APPLE)
+  add_link_options(-fuse-ld=${QUILLO_LINKER})
 endif()
 
-# What nearly every source reads is compiled once for each target. Sources still name all that they use: a Mac's build
-# does without.
+# Hardened: mistakes with memory end the program rather than serve somebody, and no table that steers it stays writable.
+# No path of this machine is left in it, so that the same sources give the same bytes in every folder.
+set(hardened OFF)
+if(CMAKE_BUILD_TYPE MATCHES "^(Release|RelWithDebInfo|MinSizeRel)$" AND NOT QUILLO_SANITIZER)
+  set(hardened ON)
+endif()
+option(QUILLO_HARDENED "harden the programs, and leave out where they were built" ${hardened})
+if(QUILLO_HARDENED AND NOT APPLE)
+  set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+  include(CheckPIESupported)
+  check_pie_supported(LANGUAGES CXX)
+  add_compile_options(-fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3 -D_GLIBCXX_ASSERTIONS
+    -ffile-prefix-map=${CMAKE_SOURCE_DIR}=. -ffile-prefix-map=${CMAKE_BINARY_DIR}=./build)
+  add_link_options(LINKER:-z,relro,-z,now)
+endif()
+
+# What nearly every source reads is compiled once: for all that add nothing to it together, else for each target.
+# Sources still name all that they use: a Mac's build does without.
 option(QUILLO_PRECOMPILE "precompile the standard library's headers" ON)
 function(quillo_precompile name)
-  if(QUILLO_PRECOMPILE)
-    # With ccache, a precompiled header must not carry the time at which it was made.
-    target_compile_options(${name} PRIVATE "SHELL:-Xclang -fno-pch-timestamp")
-    target_precompile_headers(${name} PRIVATE
-      <algorithm> <array> <chrono> <coroutine> <deque> <expected> <filesystem> <functional> <map> <memory> <mutex>
-      <optional> <ranges> <set> <span> <string> <string_view> <thread> <unordered_map> <utility> <variant> <vector>
-      <fmt/format.h> ${ARGN})
+  if(NOT QUILLO_PRECOMPILE)
+    return()
   endif()
+  # With ccache, a precompiled header must not carry the time at which it was made.
+  if(CMAKE_CXX_COMPILER_ID MATCHES Clang)
+    target_compile_options(${name} PRIVATE "SHELL:-Xclang -fno-pch-timestamp")
+  endif()
+  string(MAKE_C_IDENTIFIER "quillo_precompiled_${ARGN}" group)
+  get_property(first GLOBAL PROPERTY ${group})
+  if(first)
+    target_precompile_headers(${name} REUSE_FROM ${first})
+    return()
+  endif()
+  target_precompile_headers(${name} PRIVATE
+    <algorithm> <array> <chrono> <coroutine> <deque> <expected> <filesystem> <functional> <map> <memory> <mutex>
+    <optional> <ranges> <set> <span> <string> <string_view> <thread> <unordered_map> <utility> <variant> <vector>
+    <fmt/format.h> ${ARGN})
+  set_property(GLOBAL PROPERTY ${group} ${name})
 endfunction()
 
 # A library of all sources directly in the folders under FOLDER (default: the present one), linked to what stands below

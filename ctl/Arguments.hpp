@@ -11,15 +11,23 @@ struct Arguments {
     std::string desktop;        // systemDesktopName or "simulated:FILE"; empty for the system's own
     std::string dataDirectory;  // empty for the default
     bool json = false;
+    bool quiet = false;
     bool keepScene = false;  // write the changed scene of a simulated desktop back to its file
 
     // of single commands
     std::string workspace;                  // W
+    std::vector<std::string> workspaces;    // W... of delete and export
     std::optional<std::string> name;        // NAME
+    std::string application;                // APP of launcher add
+    std::vector<std::string> words;         // COMMAND... of launcher add, APP... of its remove; of complete
     std::string file;                       // FILE
     std::optional<std::string> update;      // save --update W
-    std::vector<std::string> only;          // restore --only APP
+    std::vector<std::string> only;          // --only APP
+    bool longList = false;                  // list --long
     bool force = false;                     // export --force
+    bool exitCode = false;                  // plan --exit-code
+    bool wait = false;                      // restore --wait
+    double waitLimit = 30;                  // restore --wait-limit SECONDS
     bool yes = false;                       // restore --yes
     std::vector<std::string> adapters;      // --adapter ID
     std::optional<std::string> cleanSlate;  // --clean-slate MODE; absent: as the workspace says

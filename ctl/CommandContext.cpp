@@ -2,18 +2,22 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <chrono>
 
 #include "WindowEngine/support/Text.hpp"
 #include "ctl/HumanText.hpp"
+#include "ctl/NearestName.hpp"
 #include "settings/SettingsRescue.hpp"
 
 namespace quillo::ctl {
 namespace {
 
 Failure ambiguous(std::string_view which, std::span<const Workspace* const> named) {
-    std::string text = fmt::format(
-        "{} workspaces are named {}; give one of these identifiers instead:", named.size(), printable(which));
+    const bool byName = text::equalIgnoringCase(named.front()->name, which);
+    std::string text =
+        fmt::format("{} {} {}; give one of these identifiers instead:", named.size(),
+                    byName ? "workspaces are named" : "identifiers begin with", quotedName(which));
     for (const Workspace* workspace : named) {
         text += fmt::format("\n  {}  {}, saved {}", workspace->id.lower(), printable(workspace->name),
                             dateText(workspace->updatedAt));
@@ -21,15 +25,33 @@ Failure ambiguous(std::string_view which, std::span<const Workspace* const> name
     return {Exit::failed, std::move(text)};
 }
 
-/// The one with this identifier, else all with this name.
+/// Enough of an identifier that nobody types it by chance.
+bool mayBeginIdentifier(std::string_view which) {
+    constexpr std::size_t fewest = 4;
+    return which.size() >= fewest && which.find_first_not_of("0123456789abcdefABCDEF-") == which.npos;
+}
+
+/// The one with this identifier, else all with this name, else all whose identifier begins so.
 std::vector<const Workspace*> knownAs(std::string_view which, std::span<const Workspace> workspaces) {
     const std::optional<Uuid> id = Uuid::parse(which);
-    std::vector<const Workspace*> known;
+    const std::string beginning = mayBeginIdentifier(which) ? text::lowercase(which) : std::string();
+    std::vector<const Workspace*> named, begun;
     for (const Workspace& workspace : workspaces) {
         if (id && workspace.id == *id) return {&workspace};
-        if (text::equalIgnoringCase(workspace.name, which)) known.push_back(&workspace);
+        if (text::equalIgnoringCase(workspace.name, which)) named.push_back(&workspace);
+        if (!beginning.empty() && workspace.id.lower().starts_with(beginning)) begun.push_back(&workspace);
     }
-    return known;
+    return named.empty() ? begun : named;
+}
+
+std::vector<std::string> namesOf(std::span<const Workspace> workspaces) {
+    std::vector<std::string> names;
+    std::ranges::transform(workspaces, std::back_inserter(names), &Workspace::name);
+    return names;
+}
+
+std::unexpected<Failure> unknown(std::string_view which, std::span<const std::string> names) {
+    return failure("there is no workspace " + quotedName(which) + suggestion(which, names));
 }
 
 Result<std::vector<Workspace>, Failure> workspacesOf(CommandContext& context, WorkspaceScanResult found) {
@@ -75,7 +97,7 @@ Result<std::vector<Workspace>, Failure> scanHistory(CommandContext& context) {
 
 Result<Workspace, Failure> find(std::span<const Workspace> workspaces, std::string_view which) {
     const std::vector<const Workspace*> known = knownAs(which, workspaces);
-    if (known.empty()) return failure("there is no workspace " + printable(which));
+    if (known.empty()) return unknown(which, namesOf(workspaces));
     if (known.size() > 1) return std::unexpected(ambiguous(which, known));
     return *known.front();
 }
@@ -90,7 +112,11 @@ Result<Found, Failure> findWithHistory(CommandContext& context, std::string_view
     const bool isSession = workspaces && knownAs(which, *workspaces).empty();
     if (isSession) {
         Result<std::vector<Workspace>, Failure> sessions = scanHistory(context);
-        if (!sessions || !knownAs(which, *sessions).empty()) workspaces = std::move(sessions);
+        if (sessions && knownAs(which, *sessions).empty()) {
+            workspaces->insert(workspaces->end(), sessions->begin(), sessions->end());
+            return unknown(which, namesOf(*workspaces));
+        }
+        workspaces = std::move(sessions);
     }
     if (!workspaces) return std::unexpected(workspaces.error());
     Result<Workspace, Failure> found = find(*workspaces, which);

@@ -3,15 +3,17 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iostream>
+#include <span>
 
 #include "ctl/HumanText.hpp"
+#include "ctl/NearestName.hpp"
 #include "ctl/SystemLayer.hpp"
+#include "settings/Version.hpp"
 
 namespace quillo::ctl {
 namespace {
-
-constexpr const char* version = "quilloctl " QUILLO_VERSION;
 
 constexpr const char* about =
     "Saves what is open on this desktop as a named workspace and brings it back.\n"
@@ -20,7 +22,8 @@ constexpr const char* about =
 
 constexpr const char* closing =
     "Exit status: 0 done, 1 failed, 2 usage, 3 done in part (something was skipped or failed),\n"
-    "4 the windows of other applications may not be read, 130 cancelled. See quilloctl(1).";
+    "4 the windows of other applications may not be read, 5 plan --exit-code found something to do,\n"
+    "130 cancelled. See quilloctl(1).";
 
 /// Adds commands that share one Invocation.
 class CommandSet {
@@ -38,7 +41,13 @@ class CommandSet {
         CLI::App* family = app_.add_subcommand(name, help)->group(group)->require_subcommand(1, 1);
         return CommandSet(*family, invocation_);
     }
-    /// A command about one workspace.
+    /// A command about several workspaces.
+    CLI::App* addForWorkspaces(const std::string& name, const std::string& help, Command command) {
+        CLI::App* sub = add(name, help, command);
+        sub->add_option("W", arguments().workspaces, "the workspaces, by name or identifier")->required();
+        return sub;
+    }
+    /// A command about one.
     CLI::App* addForWorkspace(const std::string& name, const std::string& help, Command command) {
         CLI::App* sub = add(name, help, command);
         sub->add_option("W", arguments().workspace, "the workspace, by name or identifier")->required();
@@ -60,10 +69,12 @@ void addGlobalOptions(CLI::App& app, Arguments& arguments) {
     app.add_option("--data-dir", arguments.dataDirectory, "where workspaces are kept")
         ->envname("QUILLO_DATA_DIR");
     app.add_flag("--json", arguments.json, "print one JSON value a line");
+    app.add_flag("-q,--quiet", arguments.quiet,
+                 "say nothing of what went well; results that were asked for stay");
     app.add_flag("--keep-scene", arguments.keepScene,
                  "write what a command changed on a simulated desktop back to its scene FILE");
     app.set_help_flag("-h,--help", "print this help");
-    app.set_version_flag("--version", version, "print the version");
+    app.set_version_flag("--version", fmt::format("quilloctl {}", versionWithCommit()), "print the version");
 }
 
 void addAdapters(CLI::App* command, Arguments& arguments) {
@@ -86,6 +97,14 @@ void addCleanSlate(CLI::App* command, Arguments& arguments) {
         ->check(CLI::IsMember({"keep", "hide", "quit"}));
 }
 
+void addOnly(CLI::App* command, Arguments& arguments) {
+    command
+        ->add_option("--only", arguments.only,
+                     "only this application, by name or identifier; may be repeated")
+        ->type_name("APP")
+        ->allow_extra_args(false);
+}
+
 void addDesktopCommands(CommandSet& commands) {
     Arguments& arguments = commands.arguments();
     commands.group = "The desktop as it is";
@@ -104,54 +123,115 @@ void addDesktopCommands(CommandSet& commands) {
     addAdapters(save, arguments);
     CLI::App* plan = commands.addForWorkspace(
         "plan", "what a restore would do, window by window, and why; changes nothing", planRestore);
+    plan->add_flag("--exit-code", arguments.exitCode,
+                   "end with status 5 where a restore would have something to do");
+    addOnly(plan, arguments);
     addAdapters(plan, arguments);
     addCleanSlate(plan, arguments);
+    CLI::App* diff = commands.addForWorkspace(
+        "diff", "how the desktop differs now; ends with status 0 where it does not, 1 where it does",
+        diffWorkspace);
+    addOnly(diff, arguments);
+    addAdapters(diff, arguments);
     CLI::App* restore = commands.addForWorkspace(
         "restore", "bring a workspace back; one line for each thing done", restoreWorkspace);
-    restore
-        ->add_option("--only", arguments.only,
-                     "only this application, by name or identifier; may be repeated")
-        ->type_name("APP")
-        ->allow_extra_args(false);
+    addOnly(restore, arguments);
     addAdapters(restore, arguments);
     addCleanSlate(restore, arguments);
+    CLI::Option* wait = restore->add_flag(
+        "--wait", arguments.wait, "first wait for the window manager, displays and the accessibility bus");
+    restore->add_option("--wait-limit", arguments.waitLimit, "how long at most; 30 unless given")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(0.0, 3600.0))
+        ->needs(wait);
     restore->add_flag("-y,--yes", arguments.yes,
                       "restore also what was not saved on this computer, without asking");
+}
+
+void addLong(CLI::App* command, Arguments& arguments) {
+    command->add_flag("--long", arguments.longList, "with displays, desktops, creation and identifier");
 }
 
 void addLibraryCommands(CommandSet& commands) {
     Arguments& arguments = commands.arguments();
     commands.group = "The saved workspaces";
-    commands.add("list", "all workspaces, last saved first", listWorkspaces);
+    addLong(commands.add("list", "all workspaces, last saved first", listWorkspaces), arguments);
     commands.addForWorkspace("show", "one workspace; with --json its whole document", showWorkspace);
     commands.addForWorkspace("rename", "give a workspace another name", renameWorkspace)
         ->add_option("NAME", arguments.name, "the new name; numbered when taken")
         ->required();
     commands.addForWorkspace("duplicate", "copy a workspace under a name of its own", duplicateWorkspace);
-    commands.addForWorkspace("delete", "delete a workspace and its backup", deleteWorkspace);
+    commands.addForWorkspaces("delete", "delete workspaces and their backups", deleteWorkspaces);
 
     commands.group = "The last sessions";
     CommandSet history =
         commands.addFamily("history", "the last sessions, kept apart from the workspaces: list, save, clear");
     history.group = "Commands";
-    history.add("list", "all sessions, the last one first", listHistory);
+    addLong(history.add("list", "all sessions, the last one first", listHistory), arguments);
     addAdapters(history.add("save", "save what is open as the last session, unless nothing has changed",
                             saveToHistory),
                 commands.arguments());
     history.add("clear", "delete all sessions", clearHistory);
+
+    commands.group = "Applications without a menu entry";
+    CommandSet launcher = commands.addFamily(
+        "launcher", "how applications are started that no menu entry starts: add, list, remove");
+    launcher.group = "Commands";
+    // What follows APP is the command's, also what looks like an option of ours.
+    CLI::App* adding = launcher.add(
+        "add", "say which COMMAND... starts APP; it is run without a shell, and kept in the settings",
+        addLauncher);
+    adding->add_option("APP", arguments.application, "the application's identifier, as doctor names it")
+        ->required();
+    adding->fallthrough(false)->prefix_command()->parse_complete_callback(
+        [adding, &arguments] { arguments.words = adding->remaining(); });
+    launcher.add("list", "all launchers", listLaunchers);
+    launcher.add("remove", "remove the launchers of these applications", removeLaunchers)
+        ->add_option("APP", arguments.words, "the applications' identifiers")
+        ->required();
 
     commands.group = "Workspace files";
     const auto addFile = [&arguments](CLI::App* command, const std::string& help) {
         command->add_option("FILE", arguments.file, help)->required();
         return command;
     };
-    addFile(commands.addForWorkspace("export", "write a workspace to a file of its own", exportWorkspace),
-            "the file to write")
-        ->add_flag("--force", arguments.force, "replace an existing file");
+    CLI::App* exporting =
+        commands.addForWorkspaces("export", "write each workspace to a file of its own", exportWorkspaces);
+    exporting->add_option(
+        "FILE", arguments.file,
+        "the file to write, a folder for files named after the workspaces, or - for standard output");
+    exporting->parse_complete_callback([&arguments] {  // the library gives all of them to W
+        if (arguments.workspaces.size() < 2) throw CLI::RequiredError("FILE");
+        arguments.file = std::move(arguments.workspaces.back());
+        arguments.workspaces.pop_back();
+    });
+    exporting->add_flag("--force", arguments.force, "replace an existing file");
     addFile(commands.add("import", "add the workspace of a file to the library", importWorkspace),
-            "the file to read");
+            "the file to read, or - for standard input");
     addFile(commands.add("validate", "check a workspace file; changes nothing", validateFile),
-            "the file to read");
+            "the file to read, or - for standard input");
+}
+
+/// Of commands, or of options as they are typed.
+std::vector<std::string> namesIn(const CLI::App& app, bool options) {
+    std::vector<std::string> names;
+    if (options) {
+        for (const CLI::Option* option : app.get_options())
+            for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+    } else {
+        for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; }))
+            names.push_back(command->get_name());
+    }
+    return names;
+}
+
+/// "; did you mean --json?" after an option, or a command, that neither `last` nor the whole program has.
+std::string suggestionFor(const std::string& typed, const CLI::App& app, const CLI::App& last) {
+    const bool isOption = typed.starts_with('-');
+    std::vector<std::string> names = namesIn(last, isOption);
+    const std::vector<std::string> everywhere = namesIn(app, true);
+    if (isOption) names.insert(names.end(), everywhere.begin(), everywhere.end());
+    return suggestion(typed, names);
 }
 
 /// What is wrong with the line, in our words where the library's would not name the culprit.
@@ -159,11 +239,43 @@ std::string complaint(const CLI::App& app, const CLI::ParseError& error) {
     const CLI::App* last = &app;  // of the commands that were understood
     while (!last->get_subcommands().empty()) last = last->get_subcommands().front();
     const bool commandIsMissing = !last->get_subcommands([](const CLI::App*) { return true; }).empty();
-    if (!commandIsMissing) return error.what();
-    const std::string family = last == &app ? "" : last->get_name() + ": ";
     const std::vector<std::string> unknown = app.remaining(true);
+    const std::string nearest = unknown.empty() ? "" : suggestionFor(unknown.front(), app, *last);
+    if (!commandIsMissing) return printable(error.what()) + nearest;
+    const std::string family = last == &app ? "" : last->get_name() + ": ";
     if (unknown.empty()) return family + "a command is required";
-    return family + "there is no command or option " + printable(unknown.front());
+    return family + "there is no command or option " + quotedName(unknown.front()) + nearest;
+}
+
+/// help COMMAND...: what the command's own --help prints.
+Exit printHelp(const CLI::App& app, const std::vector<std::string>& command) {
+    const CLI::App* subject = &app;
+    std::string before;  // it, as a person types it
+    for (const std::string& word : command) {
+        const auto inside =
+            subject->get_subcommands([&word](const CLI::App* one) { return one->get_name() == word; });
+        if (inside.empty()) {
+            std::cerr << "quilloctl: help: there is no command " << quotedName(word)
+                      << suggestionFor(word, app, *subject) << "\nSee quilloctl --help.\n";
+            return Exit::usage;
+        }
+        before += (before.empty() ? "" : " ") + subject->get_name();
+        subject = inside.front();
+    }
+    std::cout << subject->help(before);
+    return Exit::done;
+}
+
+/// The library takes "--" behind the last argument that it knows for the end of the command; behind APP of
+/// launcher add it means no more than that the command follows, which all that stands there is anyway.
+std::vector<std::string> understandable(std::span<const char* const> arguments) {
+    std::vector<std::string> words(arguments.begin(), arguments.end());
+    for (std::size_t i = 0; i + 3 < words.size(); ++i) {
+        if (words[i] != "launcher" || words[i + 1] != "add" || words[i + 3] != "--") continue;
+        words.erase(words.begin() + static_cast<std::ptrdiff_t>(i + 3));
+        break;
+    }
+    return words;
 }
 
 }  // namespace
@@ -178,8 +290,18 @@ std::expected<Invocation, Exit> parseCommandLine(int argumentCount, const char* 
     CommandSet commands(app, invocation);
     addDesktopCommands(commands);
     addLibraryCommands(commands);
+    commands.group = "";  // unseen
+    commands.add("complete", "names for a shell's completion", completeNames)
+        ->add_option("KIND", commands.arguments().words, "workspaces, sessions, launchers or applications W");
+    std::vector<std::string> topic;
+    commands.group = "Help";
+    CLI::App* help = commands.add("help", "print help, for all or for one command", nullptr);
+    help->add_option("COMMAND", topic, "the command, in one word or two");
     try {
-        app.parse(argumentCount, arguments);
+        std::vector<std::string> words =
+            understandable({arguments + 1, static_cast<std::size_t>(std::max(argumentCount - 1, 0))});
+        std::ranges::reverse(words);  // as the library wants them
+        app.parse(std::move(words));
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() == 0) {
             app.exit(error, std::cout, std::cerr);
@@ -188,6 +310,7 @@ std::expected<Invocation, Exit> parseCommandLine(int argumentCount, const char* 
         std::cerr << "quilloctl: " << complaint(app, error) << "\nSee quilloctl --help.\n";
         return std::unexpected(Exit::usage);
     }
+    if (help->parsed()) return std::unexpected(printHelp(app, topic));
     return invocation;
 }
 

@@ -14,6 +14,7 @@ enum class Exit : int {
     usage = 2,
     partly = 3,      // something was skipped or failed; the lines before say what
     permission = 4,  // other applications' windows may not be read
+    differs = 5,     // plan --exit-code: a restore would have something to do
     cancelled = 130,
 };
 

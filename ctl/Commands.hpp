@@ -12,26 +12,33 @@ using Command = CommandResult (*)(CommandContext&, const Arguments&);
 CommandResult reportSaved(CommandContext& context, std::string_view whatHappened, const Workspace& workspace);
 
 /// What `list` gives; people get `none` where there are none.
-CommandResult printList(Output& output, std::span<const Workspace> workspaces, std::string_view none);
+CommandResult printList(Output& output, std::span<const Workspace> workspaces, bool isLong,
+                        std::string_view none);
 /// The members of a workspace's line in `list`.
 JsonLine summary(const Workspace& workspace);
 
 /// The desktop as a save records it. What was left out of `before`, whose place it is to take, stays left
 /// out.
-Result<WorkspaceSnapshot, Failure> captureDesktop(CommandContext& context, const Arguments& arguments,
-                                                  const WorkspaceSnapshot* before = nullptr);
+struct Captured {
+    WorkspaceSnapshot snapshot;
+    /// "XClock (xclock): no menu entry starts it, so a restore will not": applications that could not be
+    /// launched again.
+    std::vector<std::string> warnings;
+};
+Result<Captured, Failure> captureDesktop(CommandContext& context, const Arguments& arguments,
+                                         const WorkspaceSnapshot* before = nullptr);
 /// "3 windows of 2 applications"; remarks of the capture go to standard error.
-std::string reportCaptured(CommandContext& context, const WorkspaceSnapshot& snapshot);
+std::string reportCaptured(CommandContext& context, const Captured& captured);
 
 // The library (LibraryCommands.cpp).
 CommandResult listWorkspaces(CommandContext& context, const Arguments& arguments);
 CommandResult showWorkspace(CommandContext& context, const Arguments& arguments);
 CommandResult renameWorkspace(CommandContext& context, const Arguments& arguments);
 CommandResult duplicateWorkspace(CommandContext& context, const Arguments& arguments);
-CommandResult deleteWorkspace(CommandContext& context, const Arguments& arguments);
+CommandResult deleteWorkspaces(CommandContext& context, const Arguments& arguments);
 
 // Workspace files (FileCommands.cpp).
-CommandResult exportWorkspace(CommandContext& context, const Arguments& arguments);
+CommandResult exportWorkspaces(CommandContext& context, const Arguments& arguments);
 CommandResult importWorkspace(CommandContext& context, const Arguments& arguments);
 CommandResult validateFile(CommandContext& context, const Arguments& arguments);
 
@@ -40,14 +47,24 @@ CommandResult listHistory(CommandContext& context, const Arguments& arguments);
 CommandResult saveToHistory(CommandContext& context, const Arguments& arguments);
 CommandResult clearHistory(CommandContext& context, const Arguments& arguments);
 
+// How applications without a menu entry are started (LauncherCommands.cpp).
+CommandResult addLauncher(CommandContext& context, const Arguments& arguments);
+CommandResult listLaunchers(CommandContext& context, const Arguments& arguments);
+CommandResult removeLaunchers(CommandContext& context, const Arguments& arguments);
+
+// What the shells' completions ask (CompletionCommand.cpp).
+CommandResult completeNames(CommandContext& context, const Arguments& arguments);
+
 // The live desktop (DesktopCommands.cpp).
 CommandResult doctor(CommandContext& context, const Arguments& arguments);
 CommandResult showWindows(CommandContext& context, const Arguments& arguments);
 CommandResult showDisplays(CommandContext& context, const Arguments& arguments);
 CommandResult saveWorkspace(CommandContext& context, const Arguments& arguments);
 
-// Bringing a workspace back (RestoreCommands.cpp).
+// Bringing a workspace back, and what that would do (RestoreCommands.cpp, PlanCommands.cpp,
+// DiffCommand.cpp).
 CommandResult planRestore(CommandContext& context, const Arguments& arguments);
+CommandResult diffWorkspace(CommandContext& context, const Arguments& arguments);
 CommandResult restoreWorkspace(CommandContext& context, const Arguments& arguments);
 
 }  // namespace quillo::ctl

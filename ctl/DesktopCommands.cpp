@@ -1,5 +1,6 @@
 // doctor, windows, displays, save: the desktop as it is now.
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <random>
 
@@ -7,10 +8,12 @@
 #include "WindowEngine/capture/CaptureFilter.hpp"
 #include "WindowEngine/capture/LeftOut.hpp"
 #include "WindowEngine/desktop/Displays.hpp"
-#include "WindowEngine/library/ImportedWorkspace.hpp"
+#include "WindowEngine/records/OwnIdentity.hpp"
 #include "ctl/Commands.hpp"
 #include "ctl/HumanText.hpp"
 #include "ctl/SnapshotText.hpp"
+#include "ctl/SystemLayer.hpp"
+#include "settings/Launchers.hpp"
 
 namespace quillo::ctl {
 namespace {
@@ -23,38 +26,64 @@ std::string randomColor() {
     return std::string(Workspace::colors[position(source)]);
 }
 
-CommandResult store(CommandContext& context, std::string_view preposition, const Workspace& workspace) {
-    if (const Result<void> saved = context.store.save(workspace); !saved) {
-        return couldNot("save " + printable(workspace.name), saved.error());
-    }
+CommandResult reportStored(CommandContext& context, std::string_view preposition, const Captured& captured,
+                           const Workspace& workspace) {
     noteProvenance(context, context.known.savedHere(workspace));
-    return reportSaved(context,
-                       fmt::format("Saved {} {}", reportCaptured(context, workspace.snapshot), preposition),
+    return reportSaved(context, fmt::format("Saved {} {}", reportCaptured(context, captured), preposition),
                        workspace);
 }
 
 CommandResult saveNew(CommandContext& context, const Arguments& arguments) {
     const Result<std::string, Failure> name = workspaceName("NAME", *arguments.name);
     if (!name) return std::unexpected(name.error());
-    Result<WorkspaceSnapshot, Failure> snapshot = captureDesktop(context, arguments);
-    if (!snapshot) return std::unexpected(snapshot.error());
+    Result<Captured, Failure> captured = captureDesktop(context, arguments);
+    if (!captured) return std::unexpected(captured.error());
     const Result<std::vector<Workspace>, Failure> workspaces = scan(context);
     if (!workspaces) return std::unexpected(workspaces.error());
-    return store(context, "as",
-                 Workspace::create(Uuid::random(), uniqueName(*name, *workspaces), std::string(defaultIcon),
-                                   randomColor(), *std::move(snapshot), now()));
+    const Result<Workspace> saved =
+        context.store.saveAsNew(Workspace::create(Uuid::random(), *name, std::string(defaultIcon),
+                                                  randomColor(), captured->snapshot, now()),
+                                *workspaces);
+    if (!saved) return couldNot("save " + quotedName(*name), saved.error());
+    return reportStored(context, "as", *captured, *saved);
 }
 
 CommandResult renew(CommandContext& context, const Arguments& arguments) {
     Result<Workspace, Failure> workspace = find(context, *arguments.update);
     if (!workspace) return std::unexpected(workspace.error());
-    Result<WorkspaceSnapshot, Failure> snapshot = captureDesktop(context, arguments, &workspace->snapshot);
-    if (!snapshot) return std::unexpected(snapshot.error());
+    Result<Captured, Failure> captured = captureDesktop(context, arguments, &workspace->snapshot);
+    if (!captured) return std::unexpected(captured.error());
     // What it does to other applications stays only where that was chosen here.
     if (!context.known.isCleanSlateChosenHere(*workspace)) workspace->cleanSlate.reset();
-    workspace->snapshot = *std::move(snapshot);
+    workspace->snapshot = captured->snapshot;
     workspace->updatedAt = now();
-    return store(context, "in", *workspace);
+    if (const Result<void> saved = context.store.save(*workspace); !saved)
+        return couldNot("save " + quotedName(workspace->name), saved.error());
+    return reportStored(context, "in", *captured, *workspace);
+}
+
+bool canBeLaunched(Applications& applications, const std::string& identifier,
+                   const std::optional<Url>& location) {
+    return (location && applications.identifierAt(*location) == identifier) ||
+           applications.location(identifier);
+}
+
+std::string named(const std::string& name, const std::string& identifier) {
+    return printable(name) + " (" + printable(identifier) + ")";
+}
+
+std::vector<std::string> notLaunchable(Applications& applications, const WorkspaceSnapshot& snapshot) {
+    std::vector<std::string> warnings;
+    for (const ApplicationSnapshot& application : snapshot.applications) {
+        const std::string& identifier = application.bundleIdentifier;
+        if (canBeLaunched(applications, identifier, application.applicationURL)) continue;
+        std::string warning = fmt::format("{}: {}, so a restore will not",
+                                          named(application.name, identifier), applications.notInstalled());
+        if (systemHasLaunchers)
+            warning += fmt::format("; quilloctl launcher add {} COMMAND... says how", quotedName(identifier));
+        warnings.push_back(std::move(warning));
+    }
+    return warnings;
 }
 
 /// One line of the doctor's report.
@@ -73,17 +102,24 @@ class Examination {
         print(what, capability ? output_.painted(Style::good, "yes")
                                : output_.painted(Style::bad, "no") + "  " + printable(capability.reason()));
     }
-    void tell(std::string_view what, const std::string& value) {
+    void tell(std::string_view what, const std::string& value) { tell(what, value, value); }
+    void tell(std::string_view what, std::size_t count) {
+        tell(what, static_cast<std::int64_t>(count), std::to_string(count));
+    }
+    void tell(std::string_view what, const std::vector<std::string>& names) {
+        tell(what, names, names.empty() ? "none" : fmt::format("{}", fmt::join(names, ", ")));
+    }
+
+  private:
+    void tell(std::string_view what, const auto& value, const std::string& text) {
         if (output_.json()) {
             JsonLine line;
             line.add("check", what).add("value", value);
             output_.value(std::move(line));
         } else {
-            print(what, printable(value));
+            print(what, printable(text));
         }
     }
-
-  private:
     void print(std::string_view what, std::string_view value) {
         output_.line(padded(what, 22) + std::string(value));
     }
@@ -101,50 +137,76 @@ void examineDesktop(Examination& examination, DesktopConnection& desktop) {
     examination.can("quitting applications", platform.applications.quitting());
     examination.can("scripting", platform.scripts.scripting());
     examination.can("browser session files", platform.browserFiles.reading());
-    examination.tell("displays", std::to_string(Displays::current(platform.screens).size()));
+    examination.tell("displays", Displays::current(platform.screens).size());
 }
 
-std::string listed(const auto& names) {
-    return names.empty() ? "none" : fmt::format("{}", fmt::join(names, ", "));
+/// Of those that run.
+std::vector<std::string> notLaunchable(Applications& applications) {
+    std::vector<std::string> names;
+    for (const RunningApplication& one : applications.running()) {
+        if (one.activationPolicy != ActivationPolicy::regular || !one.bundleIdentifier) continue;
+        if (*one.bundleIdentifier == ownBundleIdentifier) continue;
+        if (!canBeLaunched(applications, *one.bundleIdentifier, one.bundleURL))
+            names.push_back(named(one.localizedName.value_or(""), *one.bundleIdentifier));
+    }
+    return names;
+}
+
+void examineLaunchers(Examination& examination, CommandContext& context, DesktopConnection& desktop) {
+    const std::vector<std::string> names = notLaunchable(desktop.access().platform.applications);
+    examination.tell("not launchable", names);
+    std::vector<std::string> launchers;
+    for (const auto& [application, command] : Launchers(context.defaults).all())
+        launchers.push_back(application);
+    examination.tell("launchers", launchers);
+    if (systemHasLaunchers && !names.empty() && !context.output.json())
+        context.output.line(
+            "    No menu entry starts these; quilloctl launcher add APP COMMAND... says how.");
 }
 
 void examineStore(Examination& examination, CommandContext& context) {
     const WorkspaceScanResult library = context.store.scan();
     examination.tell("data directory", context.dataDirectory.string());
-    examination.tell("workspaces", std::to_string(library.workspaces.size()));
-    examination.tell("sessions", std::to_string(context.history.list().size()));
-    examination.tell("damaged files", std::to_string(library.issues.size()));
-    examination.tell("damaged versions", listed(context.store.damagedFiles()));
+    examination.tell("workspaces", library.workspaces.size());
+    examination.tell("sessions", context.history.list().size());
+    examination.tell("damaged files", library.issues.size());
+    examination.tell("damaged versions", context.store.damagedFiles());
     if (library.failure) examination.tell("library", library.failure->text);
     examination.tell("log", context.logPlace);
 }
 
 void examineSettings(Examination& examination, const CommandContext& context, const AppSettings& settings) {
     examination.tell("settings", context.defaults.place());
-    examination.tell("integrations", listed(settings.enabledAdapters));
-    examination.tell("excluded applications", std::to_string(settings.excludedBundleIdentifiers.size()));
-    examination.tell("excluded websites", std::to_string(settings.excludedDomains.size()));
+    examination.tell("integrations",
+                     std::vector(settings.enabledAdapters.begin(), settings.enabledAdapters.end()));
+    examination.tell("excluded applications", settings.excludedBundleIdentifiers.size());
+    examination.tell("excluded websites", settings.excludedDomains.size());
 }
 
 }  // namespace
 
-Result<WorkspaceSnapshot, Failure> captureDesktop(CommandContext& context, const Arguments& arguments,
-                                                  const WorkspaceSnapshot* before) {
+Result<Captured, Failure> captureDesktop(CommandContext& context, const Arguments& arguments,
+                                         const WorkspaceSnapshot* before) {
     Result<std::unique_ptr<DesktopConnection>, Failure> desktop = openTrustedDesktop(context);
     if (!desktop) return std::unexpected(desktop.error());
     DesktopAccess& access = (*desktop)->access();
     const Capture::Options options = settingsFor(context, arguments).captureOptions();
     std::optional<WorkspaceSnapshot> snapshot = run(**desktop, Capture::snapshot(access, options));
     if (!snapshot) return failure("cancelled", Exit::cancelled);
-    if (!before) return *std::move(snapshot);
-    const LeftOut::Exclusions excluded = LeftOut::recognised(*before, *snapshot);
-    return LeftOut::carriedOver(
-        *before,
-        CaptureFilter::apply(*std::move(snapshot), excluded.apps, excluded.windows, excluded.contextURLs),
-        {Capture::neverSaved(access.platform.applications, options), options.excludedDomains});
+    if (before) {
+        const LeftOut::Exclusions excluded = LeftOut::recognised(*before, *snapshot);
+        snapshot = LeftOut::carriedOver(
+            *before,
+            CaptureFilter::apply(*std::move(snapshot), excluded.apps, excluded.windows, excluded.contextURLs),
+            {Capture::neverSaved(access.platform.applications, options), options.excludedDomains});
+    }
+    std::vector<std::string> warnings = notLaunchable(access.platform.applications, *snapshot);
+    return Captured{*std::move(snapshot), std::move(warnings)};
 }
 
-std::string reportCaptured(CommandContext& context, const WorkspaceSnapshot& snapshot) {
+std::string reportCaptured(CommandContext& context, const Captured& captured) {
+    const WorkspaceSnapshot& snapshot = captured.snapshot;
+    for (const std::string& warning : captured.warnings) context.output.complain(warning);
     for (const std::string& note : snapshot.notes.value_or(std::vector<std::string>{})) {
         context.output.complain(printable(note));
     }
@@ -157,6 +219,7 @@ CommandResult doctor(CommandContext& context, const Arguments& arguments) {
     const Result<std::unique_ptr<DesktopConnection>, Failure> desktop = openDesktop(context);
     if (desktop) {
         examineDesktop(examination, **desktop);
+        examineLaunchers(examination, context, **desktop);
     } else {
         examination.can("window access", Capability::unavailable(desktop.error().text));
     }
@@ -167,10 +230,11 @@ CommandResult doctor(CommandContext& context, const Arguments& arguments) {
 }
 
 CommandResult showWindows(CommandContext& context, const Arguments& arguments) {
-    const Result<WorkspaceSnapshot, Failure> snapshot = captureDesktop(context, arguments);
-    if (!snapshot) return std::unexpected(snapshot.error());
-    if (snapshot->windowCount() == 0 && !context.output.json()) context.output.line("No windows.");
-    printWindows(context.output, *snapshot);
+    const Result<Captured, Failure> captured = captureDesktop(context, arguments);
+    if (!captured) return std::unexpected(captured.error());
+    const WorkspaceSnapshot& snapshot = captured->snapshot;
+    if (snapshot.windowCount() == 0 && !context.output.json()) context.output.line("No windows.");
+    printWindows(context.output, snapshot);
     return Exit::done;
 }
 

@@ -4,18 +4,18 @@
 
 namespace quillo::ctl {
 
-CommandResult listHistory(CommandContext& context, const Arguments&) {
+CommandResult listHistory(CommandContext& context, const Arguments& arguments) {
     const Result<std::vector<Workspace>, Failure> sessions = scanHistory(context);
     if (!sessions) return std::unexpected(sessions.error());
-    return printList(context.output, *sessions,
+    return printList(context.output, *sessions, arguments.longList,
                      "No sessions yet. Save this one with: quilloctl history save");
 }
 
 CommandResult saveToHistory(CommandContext& context, const Arguments& arguments) {
-    const Result<WorkspaceSnapshot, Failure> snapshot = captureDesktop(context, arguments);
-    if (!snapshot) return std::unexpected(snapshot.error());
-    const std::string captured = reportCaptured(context, *snapshot);
-    const Result<bool> saved = saveSession(context.history, context.known, *snapshot, now());
+    const Result<Captured, Failure> captured = captureDesktop(context, arguments);
+    if (!captured) return std::unexpected(captured.error());
+    const std::string what = reportCaptured(context, *captured);
+    const Result<bool> saved = saveSession(context.history, context.known, captured->snapshot, now());
     if (!saved) return couldNot("save the last session", saved.error());
     const Result<Workspace> latest = context.history.store().load(SessionHistory::latestID);
     if (!latest) return couldNot("read the last session", latest.error());
@@ -24,8 +24,8 @@ CommandResult saveToHistory(CommandContext& context, const Arguments& arguments)
         line.add("saved", *saved);
         context.output.value(std::move(line));
     } else {
-        context.output.line(*saved ? "Saved " + captured + " as " + latest->name
-                                   : "Unchanged since " + dateText(latest->updatedAt) + ": " + captured);
+        context.output.done(*saved ? "Saved " + what + " as " + latest->name
+                                   : "Unchanged since " + dateText(latest->updatedAt) + ": " + what);
     }
     return Exit::done;
 }
@@ -40,7 +40,7 @@ CommandResult clearHistory(CommandContext& context, const Arguments&) {
         line.add("removed", count);
         context.output.value(std::move(line));
     } else {
-        context.output.line("Removed " + counted(count, "session"));
+        context.output.done("Removed " + counted(count, "session"));
     }
     return Exit::done;
 }

@@ -31,6 +31,14 @@ icu::Locale dateLocale() {
 
 }  // namespace
 
+std::string quotedName(std::string_view name) {
+    std::string shown = printable(name);
+    if (!name.empty() && text::trim(name) == name && !name.contains('"')) return shown;
+    for (std::size_t mark = 0; (mark = shown.find('"', mark)) != std::string::npos; mark += 2)
+        shown.insert(mark, 1, '\\');
+    return '"' + shown + '"';
+}
+
 std::size_t columns(std::string_view text) {
     std::size_t total = 0;
     text::forEachCharacter(text, [&](UChar32 character, std::string_view) { total += columnsOf(character); });

@@ -16,6 +16,10 @@ namespace quillo::ctl {
 /// Names and titles come from elsewhere.
 using text::printable;
 
+/// A name within a sentence: printable, and in quotation marks where it would not be seen as one (empty, with
+/// a blank at an end, or with quotation marks of its own).
+std::string quotedName(std::string_view name);
+
 /// Columns that printable text takes in a terminal: wide characters two, combining ones none.
 std::size_t columns(std::string_view text);
 /// Cut to at most `width` columns, with an ellipsis where something was cut; 0 means no limit.

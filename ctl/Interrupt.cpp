@@ -1,9 +1,11 @@
 #include "ctl/Interrupt.hpp"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <system_error>
@@ -16,16 +18,20 @@ constexpr std::array signals{SIGINT, SIGTERM, SIGHUP};
 // A handler may do little more than write to a pipe; a thread of ours reads from it.
 std::array<int, 2> channel{-1, -1};
 
-enum Message : char { interrupted = 'i', over = 'o' };
+constexpr char over = 0;  // any other message is the number of a signal
+constexpr int patienceMilliseconds = 1000;
 
-void send(Message message) {
+std::atomic<int> lastSignal{0};
+
+void send(char message) {
     const int before = errno;
     [[maybe_unused]] const ssize_t sent = write(channel[1], &message, 1);
     errno = before;
 }
 
-void handle(int) {
-    send(interrupted);
+void handle(int signal) {
+    lastSignal = signal;
+    send(static_cast<char>(signal));
 }
 
 void setHandlers(void (*handler)(int)) {
@@ -45,17 +51,27 @@ char receive() {
     return message;
 }
 
+bool nothingArrivesInTime() {
+    pollfd reading{channel[0], POLLIN, 0};
+    return poll(&reading, 1, patienceMilliseconds) == 0;
+}
+
 }  // namespace
+
+int Interrupt::received() {
+    return lastSignal;
+}
 
 Interrupt::Interrupt(Executor& executor, std::function<void()> cancel)
     : cancel_(std::make_shared<std::function<void()>>(std::move(cancel))) {
     if (pipe(channel.data()) != 0) throw std::system_error(errno, std::generic_category(), "pipe");
     for (const int end : channel) fcntl(end, F_SETFD, FD_CLOEXEC);
     reader_ = std::thread([&executor, cancel = std::weak_ptr(cancel_)] {
-        while (receive() == interrupted) {
+        while (const char signal = receive()) {
             executor.post([cancel] {
                 if (const auto call = cancel.lock()) (*call)();  // what it refers to may be gone by its turn
             });
+            if (signal == SIGTERM && nothingArrivesInTime()) kill(getpid(), SIGTERM);  // the system's own way
         }
     });
     setHandlers(handle);

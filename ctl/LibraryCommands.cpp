@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <span>
 
-#include "WindowEngine/library/ImportedWorkspace.hpp"
 #include "WindowEngine/records/WorkspaceCoding.hpp"
 #include "ctl/Commands.hpp"
 #include "ctl/HumanText.hpp"
@@ -18,15 +17,24 @@ std::int64_t applicationCount(const Workspace& workspace) {
     return static_cast<std::int64_t>(workspace.snapshot.applications.size());
 }
 
-void printTable(Output& output, std::span<const Workspace> workspaces) {
-    Table table({"NAME", "WINDOWS", "APPLICATIONS", "SAVED", "RESTORED"});
+void printTable(Output& output, std::span<const Workspace> workspaces, bool isLong) {
+    std::vector<std::string> header{"NAME", "WINDOWS", "APPLICATIONS", "SAVED", "RESTORED"};
+    if (isLong) header.insert(header.end(), {"DISPLAYS", "DESKTOPS", "CREATED", "IDENTIFIER"});
+    Table table(std::move(header));
     for (const Workspace& workspace : workspaces) {
         const std::string restored = workspace.lastRestoredAt ? dateText(*workspace.lastRestoredAt) : "never";
-        table.row({{printable(workspace.name), Style::bold},
-                   {std::to_string(workspace.snapshot.windowCount())},
-                   {std::to_string(applicationCount(workspace))},
-                   {dateText(workspace.updatedAt)},
-                   {restored, workspace.lastRestoredAt ? Style::plain : Style::dim}});
+        std::vector<Cell> row{{quotedName(workspace.name), Style::bold},
+                              {std::to_string(workspace.snapshot.windowCount())},
+                              {std::to_string(applicationCount(workspace))},
+                              {dateText(workspace.updatedAt)},
+                              {restored, workspace.lastRestoredAt ? Style::plain : Style::dim}};
+        if (isLong) {
+            row.push_back({std::to_string(workspace.snapshot.displays.size())});
+            row.push_back({std::to_string(workspace.snapshot.desktopCount())});
+            row.push_back({dateText(workspace.createdAt)});
+            row.push_back({workspace.id.lower(), Style::dim});
+        }
+        table.row(std::move(row));
     }
     table.print(output);
 }
@@ -75,11 +83,19 @@ void printWorkspace(Output& output, const Workspace& workspace) {
     }
 }
 
+/// A document writes its own identifier in capitals; what we print has one spelling.
+std::string withIdentifierAsElsewhere(std::string document, const Uuid& id) {
+    const std::string written = id.upper();
+    if (const auto place = document.find(written); place != std::string::npos)
+        document.replace(place, written.size(), id.lower());
+    return document;
+}
+
 }  // namespace
 
 JsonLine summary(const Workspace& workspace) {
     JsonLine line;
-    line.add("id", workspace.id.upper())
+    line.add("id", workspace.id.lower())
         .add("name", workspace.name)
         .add("icon", workspace.icon)
         .add("color", workspace.color)
@@ -95,21 +111,22 @@ JsonLine summary(const Workspace& workspace) {
     return line;
 }
 
-CommandResult printList(Output& output, std::span<const Workspace> workspaces, std::string_view none) {
+CommandResult printList(Output& output, std::span<const Workspace> workspaces, bool isLong,
+                        std::string_view none) {
     if (output.json()) {
         for (const Workspace& workspace : workspaces) output.value(summary(workspace));
     } else if (workspaces.empty()) {
         output.line(none);
     } else {
-        printTable(output, workspaces);
+        printTable(output, workspaces, isLong);
     }
     return Exit::done;
 }
 
-CommandResult listWorkspaces(CommandContext& context, const Arguments&) {
+CommandResult listWorkspaces(CommandContext& context, const Arguments& arguments) {
     const Result<std::vector<Workspace>, Failure> workspaces = scan(context);
     if (!workspaces) return std::unexpected(workspaces.error());
-    return printList(context.output, *workspaces,
+    return printList(context.output, *workspaces, arguments.longList,
                      "No workspaces yet. Save what is open now with: quilloctl save NAME");
 }
 
@@ -123,7 +140,7 @@ CommandResult showWorkspace(CommandContext& context, const Arguments& arguments)
     }
     const Result<std::string> document = WorkspaceCoding::encode(workspace);
     if (!document) return couldNot("show " + printable(workspace.name), document.error());
-    context.output.line(onOneLine(*document));
+    context.output.line(withIdentifierAsElsewhere(onOneLine(*document), workspace.id));
     return Exit::done;
 }
 
@@ -136,15 +153,14 @@ CommandResult renameWorkspace(CommandContext& context, const Arguments& argument
     if (!found) return std::unexpected(found.error());
     if (*name == found->name) return reportSaved(context, "Unchanged:", *found);
 
-    Result<Workspace> workspace = context.store.load(found->id);
-    if (!workspace) return couldNot("rename " + printable(found->name), workspace.error());
-    // The workspace itself counts among the names taken, as everywhere else in the program.
-    workspace->name = uniqueName(*name, *workspaces);
-    workspace->updatedAt = now();
-    if (const Result<void> saved = context.store.save(*workspace); !saved) {
-        return couldNot("rename " + printable(found->name), saved.error());
-    }
-    return reportSaved(context, "Renamed " + printable(found->name) + " to", *workspace);
+    const auto changed = context.store.change(found->id, [&](Workspace& workspace) -> Result<void> {
+        // The workspace itself counts among the names taken, as everywhere else in the program.
+        workspace.name = context.store.freeName(*name, *workspaces);
+        workspace.updatedAt = now();
+        return {};
+    });
+    if (!changed) return couldNot("rename " + quotedName(found->name), changed.error());
+    return reportSaved(context, "Renamed " + quotedName(found->name) + " to", changed->after);
 }
 
 CommandResult duplicateWorkspace(CommandContext& context, const Arguments& arguments) {
@@ -152,22 +168,30 @@ CommandResult duplicateWorkspace(CommandContext& context, const Arguments& argum
     if (!workspaces) return std::unexpected(workspaces.error());
     const Result<Workspace, Failure> source = find(*workspaces, arguments.workspace);
     if (!source) return std::unexpected(source.error());
-    const Workspace copy = source->importedCopy(uniqueName(source->name + " copy", *workspaces), now());
-    if (const Result<void> saved = context.store.save(copy); !saved) {
-        return couldNot("duplicate " + printable(source->name), saved.error());
-    }
-    noteProvenance(context, context.known.madeFrom(*source, copy));
-    return reportSaved(context, "Duplicated " + printable(source->name) + " as", copy);
+    const Result<Workspace> copy =
+        context.store.saveAsNew(source->importedCopy(source->name + " copy", now()), *workspaces);
+    if (!copy) return couldNot("duplicate " + quotedName(source->name), copy.error());
+    noteProvenance(context, context.known.madeFrom(*source, *copy));
+    return reportSaved(context, "Duplicated " + quotedName(source->name) + " as", *copy);
 }
 
-CommandResult deleteWorkspace(CommandContext& context, const Arguments& arguments) {
-    const Result<Workspace, Failure> workspace = find(context, arguments.workspace);
-    if (!workspace) return std::unexpected(workspace.error());
-    if (const Result<void> removed = context.store.remove(workspace->id); !removed) {
-        return couldNot("delete " + printable(workspace->name), removed.error());
+CommandResult deleteWorkspaces(CommandContext& context, const Arguments& arguments) {
+    const Result<std::vector<Workspace>, Failure> workspaces = scan(context);
+    if (!workspaces) return std::unexpected(workspaces.error());
+    std::vector<Workspace> chosen;  // all of them before the first one goes
+    for (const std::string& which : arguments.workspaces) {
+        Result<Workspace, Failure> found = find(*workspaces, which);
+        if (!found) return std::unexpected(found.error());
+        if (std::ranges::find(chosen, found->id, &Workspace::id) == chosen.end())
+            chosen.push_back(*std::move(found));
     }
-    (void)context.known.forget(workspace->id);  // what is left of it is no harm
-    return reportSaved(context, "Deleted", *workspace);
+    for (const Workspace& workspace : chosen) {
+        if (const Result<void> removed = context.store.remove(workspace.id); !removed)
+            return couldNot("delete " + quotedName(workspace.name), removed.error());
+        (void)context.known.forget(workspace.id);  // what is left of it is no harm
+        (void)reportSaved(context, "Deleted", workspace);
+    }
+    return Exit::done;
 }
 
 CommandResult reportSaved(CommandContext& context, std::string_view whatHappened,
@@ -175,7 +199,7 @@ CommandResult reportSaved(CommandContext& context, std::string_view whatHappened
     if (context.output.json()) {
         context.output.value(summary(workspace));
     } else {
-        context.output.line(fmt::format("{} {}", whatHappened, printable(workspace.name)));
+        context.output.done(fmt::format("{} {}", whatHappened, quotedName(workspace.name)));
     }
     return Exit::done;
 }

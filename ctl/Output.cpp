@@ -58,14 +58,30 @@ bool put(std::FILE* stream, std::string_view text) {
 
 }  // namespace
 
-Output::Output(bool json) : json_(json), width_(terminalWidth()) {
+Output::Output(bool json, bool quiet) : json_(json), quiet_(quiet), width_(terminalWidth()) {
     colours_ = width_ > 0 && !isSet("NO_COLOR") && !dumbTerminal();
+}
+
+void Output::write(std::string_view text) {
+    const bool put = ctl::put(stdout, text) && std::fflush(stdout) == 0;
+    written_ = written_ && (put || errno == EPIPE);  // a reader that has had enough is no fault
 }
 
 void Output::line(std::string_view text) {
     clearProgress();
-    const bool put = ctl::put(stdout, text) && ctl::put(stdout, "\n") && std::fflush(stdout) == 0;
-    written_ = written_ && (put || errno == EPIPE);  // a reader that has had enough is no fault
+    write(std::string(text) + "\n");
+}
+
+void Output::done(std::string_view text) {
+    if (!quiet_) line(text);
+}
+
+void Output::document(std::string_view json) {
+    if (json_) {
+        line(onOneLine(json));
+    } else {
+        write(json);
+    }
 }
 
 void Output::value(JsonLine value) {
@@ -85,7 +101,7 @@ void Output::complain(std::string_view text) {
 }
 
 void Output::progress(std::string_view text) {
-    if (width_ == 0 || json_ || dumbTerminal()) return;
+    if (width_ == 0 || json_ || quiet_ || dumbTerminal()) return;
     clearProgress();
     put(stdout, fitted(text, width_ - 1));
     std::fflush(stdout);

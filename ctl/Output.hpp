@@ -13,11 +13,18 @@ enum class Style { plain, bold, dim, good, warning, bad };
 
 class Output {
   public:
-    explicit Output(bool json);
+    Output(bool json, bool quiet);
 
     bool json() const { return json_; }
     /// Columns of the terminal that standard output is; 0 when it is none.
     std::size_t width() const { return width_; }
+
+    /// Nobody wants to hear of what went well.
+    bool quiet() const { return quiet_; }
+    /// What was done, for a person who wants to hear it.
+    void done(std::string_view text);
+    /// A whole JSON document, which ends with a line feed: as it is or, with --json, on one line.
+    void document(std::string_view json);
 
     /// One line; every line is handed on at once, so that a pipe sees a long run as it happens.
     void line(std::string_view text);
@@ -41,7 +48,10 @@ class Output {
   private:
     void clearProgress();
 
+    void write(std::string_view text);
+
     bool json_ = false;
+    bool quiet_ = false;
     bool colours_ = false;
     bool progressShown_ = false;
     bool written_ = true;

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include "ctl/ChangeText.hpp"
 #include "ctl/DesktopPlanText.hpp"
 #include "ctl/HumanText.hpp"
 #include "ctl/ReopeningPlanText.hpp"
@@ -70,37 +71,36 @@ const LiveWindowInfo* liveWindow(const PlannedApplication& application, const Wi
     return plan.liveIndex ? &application.live[static_cast<std::size_t>(*plan.liveIndex)].info : nullptr;
 }
 
-/// Why no live window is named. Before a launch that is no verdict: its windows are yet to come.
-std::string openQuestion(const PlannedApplication& application, const WindowPlan& plan) {
-    switch (application.presence) {
-        case Presence::missing:
-            return "skipped: not installed";
-        case Presence::installed:
-            return "placed once the application is launched";
-        case Presence::running:
-            break;
-    }
+/// Why no live window is named, or why the one that is stays as it is. Before a launch no window's absence is
+/// a verdict: it is yet to come.
+std::string openQuestion(const PlannedApplication& application, const WindowPlan& plan,
+                         std::string_view notInstalled) {
+    if (application.presence == Presence::missing) return fmt::format("skipped: {}", notInstalled);
+    if (application.presence == Presence::installed) return "placed once the application is launched";
+    const Prospect prospect = Restore::prospectOf(application, plan);
+    if (prospect == Prospect::skipped)
+        return "skipped: " + (plan.skipReason.empty() ? "no display is attached" : plan.skipReason);
+    if (prospect != Prospect::awaited) return "";
     if (application.hangs) return "the application does not answer at the moment";
-    const ReopeningPlan& reopening = application.reopening;
-    if (application.live.empty() && reopening.askedForWindow)
-        return "the application is asked for a window first";
-    if (!reopening.documents.open.empty() || !reopening.steps.empty())
-        return "placed once what is opened has its window";
-    return "skipped: " + plan.skipReason;
+    const bool asked = application.live.empty() && application.reopening.askedForWindow;
+    return asked ? "the application is asked for a window first"
+                 : "placed once what is opened has its window";
 }
 
-void printWindow(Output& output, const PlannedApplication& application, const WindowPlan& plan,
-                 const DesktopPlan& desktops) {
+void printWindow(Output& output, const RestorePreview& preview, const PlannedApplication& application,
+                 const WindowPlan& plan, std::string_view notInstalled) {
+    const DesktopPlan& desktops = preview.desktops;
     output.line("  " + windowLabel(application.saved->windows[static_cast<std::size_t>(plan.savedIndex)]));
     const auto detail = [&output](const std::string& text) { output.line("      " + text); };
     if (const LiveWindowInfo* live = liveWindow(application, plan)) {
         detail(fmt::format("window  {}", printable(live->title.value_or("Untitled"))));
         detail(fmt::format("why     {} (score {:.2f}, {} confidence)",
                            fmt::join(reasons(plan.evidence), ", "), plan.score, confidence(plan)));
-        if (!plan.skipReason.empty()) detail(output.painted(Style::warning, "skipped: " + plan.skipReason));
-    } else {
-        detail(output.painted(Style::warning, openQuestion(application, plan)));
+        if (Restore::prospectOf(application, plan) != Prospect::skipped)
+            detail("change  " + changeText(Restore::changeOf(preview, application, plan)));
     }
+    if (const std::string question = openQuestion(application, plan, notInstalled); !question.empty())
+        detail(output.painted(Style::warning, question));
     if (plan.placement) {
         const auto desktop = desktopText(desktops, plan);
         detail(fmt::format("where   {}{}, display {}{}", frameText(plan.placement->frame),
@@ -109,10 +109,11 @@ void printWindow(Output& output, const PlannedApplication& application, const Wi
     } else if (plan.liveIndex) {
         detail("where   nowhere: no display is attached");
     }
-    if (plan.liveIndex) detail(fmt::format("steps   {}", fmt::join(steps(plan, desktops), ", then ")));
+    if (plan.liveIndex && !plan.standsRight())
+        detail(fmt::format("steps   {}", fmt::join(steps(plan, desktops), ", then ")));
 }
 
-std::string headline(const PlannedApplication& application) {
+std::string headline(const PlannedApplication& application, std::string_view notInstalled) {
     switch (application.presence) {
         case Presence::running:
             if (application.hangs) return "runs, does not answer";
@@ -120,13 +121,14 @@ std::string headline(const PlannedApplication& application) {
         case Presence::installed:
             return "would be launched";
         case Presence::missing:
-            return "not installed";
+            return std::string(notInstalled);
     }
     return "";
 }
 
-void printJson(Output& output, const PlannedApplication& application, const WindowPlan& plan,
-               const DesktopPlan& desktops) {
+void printJson(Output& output, const RestorePreview& preview, const PlannedApplication& application,
+               const WindowPlan& plan, std::string_view notInstalled) {
+    const DesktopPlan& desktops = preview.desktops;
     JsonLine line;
     line.add("application", application.saved->name)
         .add("bundleIdentifier", application.saved->bundleIdentifier)
@@ -139,11 +141,12 @@ void printJson(Output& output, const PlannedApplication& application, const Wind
             .add("score", plan.score)
             .add("confidence", confidence(plan))
             .add("evidence", reasons(plan.evidence))
-            .add("steps", steps(plan, desktops));
-        if (!plan.skipReason.empty()) line.add("reason", "skipped: " + plan.skipReason);
-    } else {
-        line.add("reason", openQuestion(application, plan));
+            .add("steps", plan.standsRight() ? std::vector<std::string>{} : steps(plan, desktops));
+        if (Restore::prospectOf(application, plan) != Prospect::skipped)
+            addChange(line, Restore::changeOf(preview, application, plan));
     }
+    if (const std::string question = openQuestion(application, plan, notInstalled); !question.empty())
+        line.add("reason", question);
     line.add("displayID", plan.displayID);
     addDesktop(line, desktops, plan);
     if (plan.placement) line.add("frame", plan.placement->frame).add("adjusted", plan.placement->adjusted);
@@ -152,21 +155,52 @@ void printJson(Output& output, const PlannedApplication& application, const Wind
 
 }  // namespace
 
-void printPlan(Output& output, const RestorePreview& plan) {
+void printPlan(Output& output, const RestorePreview& plan, std::string_view notInstalled) {
     printDesktops(output, plan.desktops);
     for (const PlannedApplication& application : plan.applications) {
         if (!output.json()) {
             output.line(output.painted(Style::bold, printable(application.saved->name)) + ": " +
-                        headline(application));
+                        headline(application, notInstalled));
         }
         printReopening(output, *application.saved, application.reopening);
         for (const WindowPlan& window : application.windows) {
             if (output.json()) {
-                printJson(output, application, window, plan.desktops);
+                printJson(output, plan, application, window, notInstalled);
             } else {
-                printWindow(output, application, window, plan.desktops);
+                printWindow(output, plan, application, window, notInstalled);
             }
         }
+    }
+}
+
+void printPlanTotals(Output& output, std::string_view workspace, const PlanTotals& totals,
+                     std::int64_t others) {
+    const struct {
+        std::string_view key;
+        std::int64_t count;
+        std::string text;
+    } parts[] = {
+        {"inPlace", totals.inPlace, fmt::format("{} in place", totals.inPlace)},
+        {"changed", totals.changed, fmt::format("{} would change", totals.changed)},
+        {"awaited", totals.awaited, fmt::format("{} yet to open", totals.awaited)},
+        {"launched", totals.launched, counted(totals.launched, "launch", "launches")},
+        {"createdDesktops", totals.createdDesktops, counted(totals.createdDesktops, "new desktop")},
+        {"opened", totals.opened, fmt::format("{} reopened", totals.opened)},
+        {"others", others, counted(others, "other application")},
+        {"skipped", totals.skipped, fmt::format("{} skipped", totals.skipped)},
+        {"failed", totals.failed, fmt::format("{} would fail", totals.failed)},
+    };
+    JsonLine line;
+    line.add("status", "planned");
+    std::string text;
+    for (const auto& part : parts) {
+        line.add(part.key, part.count);
+        if (text.empty() || part.count > 0) text += (text.empty() ? "" : " · ") + part.text;
+    }
+    if (output.json()) {
+        output.value(std::move(line));
+    } else {
+        output.line(output.painted(Style::bold, printable(workspace)) + ": " + text);
     }
 }
 

@@ -85,10 +85,11 @@ void printLeftOut(Output& output, const RestoreReport::Item& item) {
     }
 }
 
-void printCleanSlate(Output& output, Applications& applications, const Workspace& workspace,
-                     CleanSlateMode mode) {
-    if (mode == CleanSlateMode::keep) return;
-    for (const RunningApplication& target : Restore::cleanSlateTargets(applications, workspace)) {
+std::int64_t printCleanSlate(Output& output, Applications& applications, const Workspace& workspace,
+                             CleanSlateMode mode) {
+    if (mode == CleanSlateMode::keep) return 0;
+    const std::vector<RunningApplication> targets = Restore::cleanSlateTargets(applications, workspace);
+    for (const RunningApplication& target : targets) {
         const std::string name = target.localizedName.value_or(*target.bundleIdentifier);
         if (output.json()) {
             JsonLine line;
@@ -101,6 +102,7 @@ void printCleanSlate(Output& output, Applications& applications, const Workspace
                         (mode == CleanSlateMode::hide ? "would be hidden" : "would be asked to quit"));
         }
     }
+    return static_cast<std::int64_t>(targets.size());
 }
 
 }  // namespace quillo::ctl

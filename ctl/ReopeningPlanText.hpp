@@ -10,7 +10,8 @@ void printReopening(Output& output, const ApplicationSnapshot& application, cons
 /// One line about what the limits leave out.
 void printLeftOut(Output& output, const RestoreReport::Item& item);
 
-void printCleanSlate(Output& output, Applications& applications, const Workspace& workspace,
-                     CleanSlateMode mode);
+/// Gives how many other applications are touched.
+std::int64_t printCleanSlate(Output& output, Applications& applications, const Workspace& workspace,
+                             CleanSlateMode mode);
 
 }  // namespace quillo::ctl

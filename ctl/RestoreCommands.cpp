@@ -1,58 +1,19 @@
-// plan, restore: bringing a workspace back.
+// restore: bringing a workspace back.
 #include <fmt/format.h>
 
-#include <algorithm>
+#include <chrono>
 
 #include "WindowEngine/restore/ConsequenceWords.hpp"
 #include "WindowEngine/restore/Restore.hpp"
 #include "WindowEngine/restore/RestoreScope.hpp"
-#include "WindowEngine/support/Text.hpp"
+#include "ctl/AwaitedDesktop.hpp"
 #include "ctl/Commands.hpp"
 #include "ctl/HumanText.hpp"
-#include "ctl/PlanText.hpp"
-#include "ctl/ReopeningPlanText.hpp"
+#include "ctl/RestoreChoice.hpp"
 #include "ctl/RestorePrinter.hpp"
 
 namespace quillo::ctl {
 namespace {
-
-bool isNamed(const ApplicationSnapshot& application, std::string_view which) {
-    return text::equalIgnoringCase(application.name, which) ||
-           text::equalIgnoringCase(application.bundleIdentifier, which);
-}
-
-/// Leaves only the applications that --only names.
-Result<void, Failure> keepOnly(Workspace& workspace, const std::vector<std::string>& only) {
-    if (only.empty()) return {};
-    std::vector<ApplicationSnapshot>& applications = workspace.snapshot.applications;
-    for (const std::string& which : only) {
-        const auto named = [&which](const ApplicationSnapshot& application) {
-            return isNamed(application, which);
-        };
-        if (std::ranges::none_of(applications, named)) {
-            return failure(fmt::format("--only: {} holds no application {}", printable(workspace.name),
-                                       printable(which)));
-        }
-    }
-    std::erase_if(applications, [&only](const ApplicationSnapshot& application) {
-        return std::ranges::none_of(only,
-                                    [&](const std::string& which) { return isNamed(application, which); });
-    });
-    return {};
-}
-
-/// What the workspace says of other applications holds for a whole restore; one of a few applications touches
-/// no others unless it is asked to.
-std::optional<CleanSlateMode> cleanSlate(const Workspace& workspace, const Arguments& arguments) {
-    if (arguments.cleanSlate) return cleanSlateMode(*arguments.cleanSlate);
-    return arguments.only.empty() ? workspace.cleanSlate : std::nullopt;
-}
-
-Restore::Options restoreOptions(CommandContext& context, const Workspace& workspace,
-                                const Arguments& arguments) {
-    return {.cleanSlate = cleanSlate(workspace, arguments),
-            .enabledAdapters = settingsFor(context, arguments).enabledAdapters};
-}
 
 Exit exitFor(const RestoreReport& report) {
     if (report.cancelled) return Exit::cancelled;
@@ -83,7 +44,7 @@ std::string words(ReasonToAsk reason, const Workspace& workspace) {
 bool isAllOfIt(const Workspace& workspace, const Arguments& arguments) {
     const CleanSlateMode says = workspace.cleanSlate.value_or(CleanSlateMode::keep);
     return arguments.only.empty() &&
-           (says == CleanSlateMode::keep || cleanSlate(workspace, arguments) == says);
+           (says == CleanSlateMode::keep || chosenCleanSlate(workspace, arguments) == says);
 }
 
 void printConsequences(Output& output, const Consequences& consequences) {
@@ -127,40 +88,7 @@ Result<void, Failure> consent(CommandContext& context, DesktopConnection& deskto
     return {};
 }
 
-void printProvenance(CommandContext& context, const Workspace& workspace) {
-    if (context.known.isSavedHere(workspace)) return;
-    const bool agreed = context.known.isAgreed(workspace);
-    if (context.output.json()) {
-        JsonLine line;
-        line.add("workspace", workspace.name).add("savedHere", false).add("agreed", agreed);
-        context.output.value(std::move(line));
-        return;
-    }
-    context.output.line(context.output.painted(
-        Style::warning, printable(workspace.name) + " was not saved on this computer; " +
-                            (agreed ? "you agreed to restore it" : "restore asks first")));
-}
-
 }  // namespace
-
-CommandResult planRestore(CommandContext& context, const Arguments& arguments) {
-    const Result<Found, Failure> found = findWithHistory(context, arguments.workspace);
-    if (!found) return std::unexpected(found.error());
-    const Result<std::unique_ptr<DesktopConnection>, Failure> desktop = openTrustedDesktop(context);
-    if (!desktop) return std::unexpected(desktop.error());
-    Restore::Options options = restoreOptions(context, found->workspace, arguments);
-    context.known.permit(found->workspace, true, options);
-    DesktopAccess& access = (*desktop)->access();
-    const std::optional<RestorePreview> plan =
-        run(**desktop, Restore::preview(access, found->workspace.snapshot, options));
-    if (!plan) return failure("cancelled", Exit::cancelled);
-    printProvenance(context, found->workspace);
-    printCleanSlate(context.output, access.platform.applications, found->workspace,
-                    options.cleanSlate.value_or(CleanSlateMode::keep));
-    for (const RestoreReport::Item& item : plan->scope->leftOut) printLeftOut(context.output, item);
-    printPlan(context.output, *plan);
-    return Exit::done;
-}
 
 CommandResult restoreWorkspace(CommandContext& context, const Arguments& arguments) {
     Result<Found, Failure> found = findWithHistory(context, arguments.workspace);
@@ -170,7 +98,12 @@ CommandResult restoreWorkspace(CommandContext& context, const Arguments& argumen
     if (const Result<void, Failure> kept = keepOnly(workspace, arguments.only); !kept) {
         return std::unexpected(kept.error());
     }
-    const Result<std::unique_ptr<DesktopConnection>, Failure> desktop = openTrustedDesktop(context);
+    const Result<std::unique_ptr<DesktopConnection>, Failure> desktop =
+        arguments.wait
+            ? openAwaitedDesktop(
+                  context, workspace,
+                  std::chrono::duration_cast<Duration>(std::chrono::duration<double>(arguments.waitLimit)))
+            : openTrustedDesktop(context);
     if (!desktop) return std::unexpected(desktop.error());
     Restore::Options options = restoreOptions(context, workspace, arguments);
     if (const Result<void, Failure> agreed =
@@ -185,11 +118,17 @@ CommandResult restoreWorkspace(CommandContext& context, const Arguments& argumen
     shown.snapshot = std::move(scope.snapshot);
     RestorePrinter printer(context.output, shown);
     printer.begin();
-    const std::optional<RestoreReport> report =
+    std::optional<RestoreReport> report =
         run(**desktop, Restore::run((*desktop)->access(), workspace, options,
                                     [&printer](const RestoreReport::Item& item) { printer.item(item); }));
     const Result<void> kept = (*desktop)->keepChanges();
     if (!report) return failure("cancelled", Exit::cancelled);
+    if (report->cancelled) {
+        for (RestoreReport::Item& item : Restore::notReached(shown.snapshot, *report)) {
+            printer.item(item);
+            report->items.push_back(std::move(item));
+        }
+    }
     printer.end(*report);
     if (!kept) return failure(printable(kept.error().text));
     const Exit exit = exitFor(*report);

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "WindowEngine/restore/RestoreWords.hpp"
+#include "ctl/ChangeText.hpp"
 #include "ctl/HumanText.hpp"
 
 namespace quillo::ctl {
@@ -35,12 +36,29 @@ std::string title(const RestoreReport::Item& item) {
     return item.savedIndex ? "Untitled" : "";
 }
 
+bool stoodRight(const RestoreReport::Item& item) {
+    return item.change && item.change->none();
+}
+
+/// "in place", "restored (from → to)", "skipped: not installed".
+std::string words(const RestoreReport::Item& item) {
+    std::string words = restoreWords(item.status);
+    if (!item.change) return words;
+    if (stoodRight(item)) return outcomeOf(item.status).verdict == Verdict::back ? "in place" : words;
+    return fmt::format("{} ({})", words, changeText(*item.change));
+}
+
+std::int64_t countInPlace(const RestoreReport& report) {
+    return std::ranges::count_if(report.items, stoodRight);
+}
+
 JsonLine totalJson(const RestoreReport& report) {
     const RestoreTotals totals = report.totals();
     JsonLine line;
     line.add("status", "finished");
     for (const RestoreOutcome& outcome : restoreOutcomes)
         if (outcome.total) line.add(outcome.name, totals.*outcome.total);
+    line.add("inPlace", countInPlace(report));
     line.add("duration", report.duration).add("cancelled", report.cancelled);
     return line;
 }
@@ -74,7 +92,7 @@ void RestorePrinter::begin() {
 void RestorePrinter::item(const RestoreReport::Item& item) {
     if (output_.json()) {
         printJson(item);
-    } else {
+    } else if (!output_.quiet() || outcomeOf(item.status).trouble()) {
         printText(item);
     }
     if (item.savedIndex) ++windowsDone_;
@@ -85,7 +103,7 @@ void RestorePrinter::printText(const RestoreReport::Item& item) {
     const Style style = styleOf(outcomeOf(item.status).verdict);
     output_.line(padded(fitted(printable(item.app), applicationWidth_), applicationWidth_) + "  " +
                  padded(fitted(title(item), titleWidth_), titleWidth_) + "  " +
-                 output_.painted(style, printable(restoreWords(item.status))));
+                 output_.painted(style, printable(words(item))));
 }
 
 void RestorePrinter::printJson(const RestoreReport::Item& item) {
@@ -98,6 +116,7 @@ void RestorePrinter::printJson(const RestoreReport::Item& item) {
         .add("status", outcomeOf(item.status).name)
         .add("count", detail.count);
     if (!detail.textName.empty()) line.add(detail.textName, detail.text);
+    if (item.change) addChange(line, *item.change);
     output_.value(std::move(line));
 }
 
@@ -110,8 +129,11 @@ void RestorePrinter::end(const RestoreReport& report) {
     if (output_.json()) {
         output_.value(totalJson(report));
     } else {
-        output_.line(output_.painted(Style::bold, name_ + ending(report)) + ": " +
-                     restoreSummary(report, true) + fmt::format(" · {:.1f} s", report.duration));
+        const std::int64_t inPlace = countInPlace(report);
+        output_.done(output_.painted(Style::bold, name_ + ending(report)) + ": " +
+                     restoreSummary(report, true) +
+                     (inPlace > 0 ? fmt::format(" · {} in place", inPlace) : "") +
+                     fmt::format(" · {:.1f} s", report.duration));
     }
 }
 

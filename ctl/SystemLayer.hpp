@@ -15,6 +15,8 @@ namespace quillo::ctl {
 
 /// What --desktop calls this system's own desktop.
 extern const std::string_view systemDesktopName;
+/// Whether there are applications that it can start only as the person has said (settings/Launchers).
+extern const bool systemHasLaunchers;
 
 class SystemLayer {
   public:

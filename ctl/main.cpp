@@ -4,6 +4,9 @@
 #include <csignal>
 
 #include "ctl/CommandLine.hpp"
+#include "ctl/HumanText.hpp"
+#include "ctl/Interrupt.hpp"
+#include "ctl/NamedFile.hpp"
 #include "ctl/SimulatedLayer.hpp"
 #include "ctl/SystemLayer.hpp"
 #include "platform/posix/PosixFileSystem.hpp"
@@ -18,7 +21,7 @@ Result<std::unique_ptr<DesktopConnection>> openDesktop(const Arguments& argument
                                                        SystemLayer& system) {
     const std::string& choice = arguments.desktop;
     if (choice.starts_with(simulatedPrefix)) {
-        const auto scene = absolutePath(choice.substr(simulatedPrefix.size()));
+        const auto scene = namedFile(choice.substr(simulatedPrefix.size()));
         return openSimulatedDesktop({.path = scene, .keep = arguments.keepScene, .files = files},
                                     system.log());
     }
@@ -39,6 +42,14 @@ std::optional<Failure> wrongDesktop(const Arguments& arguments) {
     return std::nullopt;
 }
 
+/// What --data-dir may name: a folder, or one that is yet to be made.
+std::optional<Failure> wrongDataDirectory(const std::filesystem::path& directory) {
+    std::error_code trouble;
+    const std::filesystem::file_status status = std::filesystem::status(directory, trouble);
+    if (!std::filesystem::exists(status) || std::filesystem::is_directory(status)) return std::nullopt;
+    return Failure{Exit::failed, "--data-dir: " + printable(directory.string()) + " is no folder"};
+}
+
 CommandResult runCommand(const Invocation& invocation, Output& output) {
     const Arguments& arguments = invocation.arguments;
     if (std::optional<Failure> wrong = wrongDesktop(arguments)) return std::unexpected(*std::move(wrong));
@@ -49,6 +60,7 @@ CommandResult runCommand(const Invocation& invocation, Output& output) {
     const std::unique_ptr<SystemLayer> system = systemLayer(files, *directories);
     const std::filesystem::path data =
         arguments.dataDirectory.empty() ? directories->data : absolutePath(arguments.dataDirectory);
+    if (std::optional<Failure> wrong = wrongDataDirectory(data)) return std::unexpected(*std::move(wrong));
     WorkspaceStore store(files, data / "workspaces");
     SessionHistory history(files, data / "sessions");
     KnownWorkspaces known(
@@ -75,6 +87,8 @@ void outliveClosedPipes() {
 int finish(const CommandResult& result, Output& output) {
     if (!result) output.complain(result.error().text);
     const Exit exit = result ? *result : result.error().exit;
+    const int signal = Interrupt::received();
+    if (exit == Exit::cancelled && signal != 0) return 128 + signal;  // as a shell tells of it
     if (output.finish()) return static_cast<int>(exit);
     output.complain("could not write everything to standard output");
     return static_cast<int>(exit == Exit::done ? Exit::failed : exit);
@@ -84,7 +98,7 @@ int runProgram(int argumentCount, const char* const* arguments) {
     const std::expected<Invocation, Exit> invocation = parseCommandLine(argumentCount, arguments);
     if (!invocation) return static_cast<int>(invocation.error());
     outliveClosedPipes();
-    Output output(invocation->arguments.json);
+    Output output(invocation->arguments.json, invocation->arguments.quiet);
     return finish(runCommand(*invocation, output), output);
 }
 

@@ -1,4 +1,5 @@
-# The program's icon; and what makes it at home on a free desktop: its entry in the menu, its page in software centres.
+# The program's icon; and what makes it at home on a free desktop: its entry in the menu, its page in software centres,
+# its place on the session bus, its manual page.
 # Included where quillo_app_gui is made, which gets the icon's pictures for desktops that know none of it. The bundle
 # for a Mac is made in macos/Bundle.cmake.
 include(GNUInstallDirs)
@@ -39,3 +40,14 @@ install(FILES ${CMAKE_SOURCE_DIR}/packaging/linux/${id}.desktop
         DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 install(FILES ${CMAKE_SOURCE_DIR}/packaging/linux/${id}.metainfo.xml
         DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
+install(FILES ${CMAKE_SOURCE_DIR}/packaging/quillo.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+
+# Who calls Quillo on the session bus while it does not run (a notification that is clicked) has it started, from where it
+# is installed: that is known when it is.
+set(service ${CMAKE_CURRENT_BINARY_DIR}/generated/${id}.service)
+install(CODE "
+  set(quillo_folder \"${CMAKE_INSTALL_BINDIR}\")
+  cmake_path(ABSOLUTE_PATH quillo_folder BASE_DIRECTORY \"\${CMAKE_INSTALL_PREFIX}\" NORMALIZE)
+  file(REMOVE \"${service}\")  # root's, where root installed before
+  configure_file(\"${CMAKE_SOURCE_DIR}/packaging/linux/${id}.service.in\" \"${service}\" @ONLY)")
+install(FILES ${service} DESTINATION ${CMAKE_INSTALL_DATADIR}/dbus-1/services)

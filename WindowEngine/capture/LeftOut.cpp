@@ -127,22 +127,24 @@ void putBackContext(Whole& result, ApplicationSnapshot& owner, const LeftOutPart
     }
 }
 
-/// The application that a part belongs to, added where it is not there.
-ApplicationSnapshot& ownerOf(std::vector<ApplicationSnapshot>& applications, const LeftOutPart& part) {
-    const auto found = std::ranges::find(applications, part.application.bundleIdentifier,
-                                         &ApplicationSnapshot::bundleIdentifier);
-    return found != applications.end() ? *found : applications.emplace_back(shellOf(part.application));
+/// The application that a part belongs to; added where it is not there, and then left out as its part is.
+ApplicationSnapshot& ownerOf(Whole& result, const LeftOutPart& part) {
+    std::vector<ApplicationSnapshot>& applications = result.snapshot.applications;
+    const std::string& identifier = part.application.bundleIdentifier;
+    const auto found = std::ranges::find(applications, identifier, &ApplicationSnapshot::bundleIdentifier);
+    if (found != applications.end()) return *found;
+    result.excluded.apps.insert(identifier);
+    return applications.emplace_back(shellOf(part.application));
 }
 
 void putBack(Whole& result, LeftOutPart part) {
-    std::vector<ApplicationSnapshot>& applications = result.snapshot.applications;
     const std::string identifier = part.application.bundleIdentifier;
     if (part.kind == Kind::application) {
         result.excluded.apps.insert(identifier);
-        insertAt(applications, part.place, std::move(part.application));
+        insertAt(result.snapshot.applications, part.place, std::move(part.application));
         return;
     }
-    ApplicationSnapshot& owner = ownerOf(applications, part);
+    ApplicationSnapshot& owner = ownerOf(result, part);
     if (part.kind == Kind::window) {
         for (WindowSnapshot& window : part.application.windows) {
             result.excluded.windows.insert(CaptureFilter::windowKey(identifier, window.index));

@@ -1,7 +1,9 @@
 #include "WindowEngine/library/ImportedWorkspace.hpp"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
+#include <vector>
 
 #include "WindowEngine/records/WorkspaceCoding.hpp"
 #include "WindowEngine/support/Text.hpp"
@@ -29,9 +31,9 @@ std::int64_t cleanContext(ApplicationSnapshot& application) {
     return count;
 }
 
-bool isTaken(std::string_view name, std::span<const Workspace> library) {
-    return std::ranges::any_of(
-        library, [&](const Workspace& workspace) { return text::equalIgnoringCase(workspace.name, name); });
+bool isTaken(std::string_view name, std::span<const std::string> taken) {
+    return std::ranges::any_of(taken,
+                               [&](const std::string& one) { return text::equalIgnoringCase(one, name); });
 }
 
 }  // namespace
@@ -49,8 +51,14 @@ std::int64_t cleanContext(WorkspaceSnapshot& snapshot) {
 }
 
 std::string uniqueName(std::string_view base, std::span<const Workspace> library) {
+    std::vector<std::string> taken;
+    std::ranges::transform(library, std::back_inserter(taken), &Workspace::name);
+    return uniqueName(base, taken);
+}
+
+std::string uniqueName(std::string_view base, std::span<const std::string> taken) {
     std::string name(base);
-    for (std::int64_t counter = 2; isTaken(name, library); ++counter) {
+    for (std::int64_t counter = 2; isTaken(name, taken); ++counter) {
         name = std::string(base) + " " + std::to_string(counter);
     }
     return name;

@@ -25,6 +25,8 @@ inline constexpr std::string_view unnamed = "Untitled";
 /// `base`, or `base` followed by a blank and the first counter from 2 on that no workspace of the library has
 /// as its name, ignoring case.
 std::string uniqueName(std::string_view base, std::span<const Workspace> library);
+/// The same among these names.
+std::string uniqueName(std::string_view base, std::span<const std::string> taken);
 
 /// Folders of the file manager must be file URLs of this machine, all other context addresses http or https.
 /// Drops the rest and whatever became empty by it, and says how many addresses went.

@@ -1,12 +1,29 @@
 #include "WindowEngine/library/WorkspaceStore.hpp"
 
-#include <algorithm>
+#include <simdjson.h>
 
+#include <algorithm>
+#include <map>
+
+#include "WindowEngine/library/ImportedWorkspace.hpp"
 #include "WindowEngine/library/WorkspaceFiles.hpp"
 #include "WindowEngine/library/WorkspaceScan.hpp"
 #include "WindowEngine/records/WorkspaceCoding.hpp"
 
 namespace quillo {
+namespace {
+
+/// Of a document, without looking at the rest of it.
+std::optional<std::string> nameIn(const std::string& bytes) {
+    simdjson::ondemand::parser parser;
+    simdjson::ondemand::document document;
+    const simdjson::padded_string padded(bytes);
+    std::string_view name;
+    if (parser.iterate(padded).get(document) || document["name"].get_string().get(name)) return std::nullopt;
+    return std::string(name);
+}
+
+}  // namespace
 
 std::string WorkspaceLoadIssue::text() const {
     std::string text = message.contains(fileName) ? message : fileName + ": " + message;
@@ -29,6 +46,34 @@ Result<void> WorkspaceStore::save(const Workspace& workspace) const {
     const auto lock = files_->lock(directory_);
     if (!lock) return std::unexpected(lock.error());
     return WorkspaceFiles::save(*files_, directory_, workspace.id, *bytes);
+}
+
+Result<Workspace> WorkspaceStore::saveAsNew(Workspace workspace, std::span<const Workspace> library) const {
+    if (auto created = files_->createDirectories(directory_); !created)
+        return std::unexpected(created.error());
+    const auto lock = files_->lock(directory_);
+    if (!lock) return std::unexpected(lock.error());
+    workspace.name = freeName(workspace.name, library);
+    const auto bytes = WorkspaceCoding::encode(workspace);
+    if (!bytes) return std::unexpected(bytes.error());
+    if (auto saved = WorkspaceFiles::save(*files_, directory_, workspace.id, *bytes); !saved)
+        return std::unexpected(std::move(saved.error()));
+    return workspace;
+}
+
+std::string WorkspaceStore::freeName(std::string_view base, std::span<const Workspace> library) const {
+    std::map<Uuid, std::string> names;
+    for (const std::string& file : files_->list(directory_).value_or(std::vector<std::string>())) {
+        const auto id = Uuid::parse(std::filesystem::path(file).stem().string());
+        if (!id || file != WorkspaceFiles::primaryName(*id)) continue;
+        const Result<std::string> bytes = files_->read(directory_ / file);
+        if (const auto name = bytes ? nameIn(*bytes) : std::nullopt) names.emplace(*id, *name);
+    }
+    for (const Workspace& workspace : library)
+        if (files_->exists(url(workspace.id))) names.try_emplace(workspace.id, workspace.name);
+    std::vector<std::string> taken;
+    for (auto& [id, name] : names) taken.push_back(std::move(name));
+    return uniqueName(base, taken);
 }
 
 WorkspaceScanResult WorkspaceStore::scan() const {

@@ -4,7 +4,9 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "WindowEngine/records/Workspace.hpp"
@@ -47,6 +49,12 @@ class WorkspaceStore {
     std::filesystem::path backupURL(const Uuid& id) const;
 
     Result<void> save(const Workspace& workspace) const;
+    /// Saves one that is new under its name or, where that is taken, the first free one after it
+    /// (uniqueName): chosen under the lock, so that two that save at once never take one name. Gives what was
+    /// saved. `library` is what a scan found: of what cannot be read only that tells the name.
+    Result<Workspace> saveAsNew(Workspace workspace, std::span<const Workspace> library) const;
+    /// `base`, or the first free name after it, as things stand now. For a `change`, which holds the lock.
+    std::string freeName(std::string_view base, std::span<const Workspace> library) const;
     WorkspaceScanResult scan() const;
     Result<Workspace> load(const Uuid& id) const;  // primary file only
     /// With its backup and damaged versions. notFound when there is no primary. After another error the

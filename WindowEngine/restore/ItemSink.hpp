@@ -1,5 +1,6 @@
 // Where every producer of a restore run puts its items: into the report, then to the caller, in one order.
 #pragma once
+#include <optional>
 #include <utility>
 
 #include "WindowEngine/restore/Restore.hpp"
@@ -30,14 +31,15 @@ class ItemSink {
              .status = std::move(status)});
     }
 
-    /// About one saved window of it.
-    void add(const ApplicationSnapshot& application, std::int64_t savedIndex,
-             RestoreReport::Status status) const {
+    /// About one saved window of it; `change` of one that is back.
+    void add(const ApplicationSnapshot& application, std::int64_t savedIndex, RestoreReport::Status status,
+             std::optional<WindowChange> change = std::nullopt) const {
         add({.app = application.name,
              .bundleIdentifier = application.bundleIdentifier,
              .title = application.windows[static_cast<std::size_t>(savedIndex)].title,
              .status = std::move(status),
-             .savedIndex = savedIndex});
+             .savedIndex = savedIndex,
+             .change = std::move(change)});
     }
 
     /// About the run.

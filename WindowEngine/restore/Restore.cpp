@@ -65,7 +65,7 @@ Task<bool> launch(ApplicationRestore& restore) {
     Applications& applications = restore.desktop.platform.applications;
     const std::optional<Url> location = locationOf(applications, restore.application);
     if (!location) {
-        restore.add(RestoreReport::skipped{"not installed"});
+        restore.add(RestoreReport::skipped{applications.notInstalled()});
         co_return false;
     }
     DocumentPlan documents;

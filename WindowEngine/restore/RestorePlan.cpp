@@ -1,5 +1,6 @@
 #include "WindowEngine/restore/RestorePlan.hpp"
 
+#include <algorithm>
 #include <cmath>
 
 #include "WindowEngine/desktop/Accessibility.hpp"
@@ -61,7 +62,35 @@ WindowPlan unmatched(std::int64_t savedIndex, bool anyLive) {
     return plan;
 }
 
+WindowChange::Desktop numberOf(SpaceID space, std::span<const NativeDesktop> desktops) {
+    const auto found = std::ranges::find(desktops, space, &NativeDesktop::id);
+    return found == desktops.end() ? std::nullopt : std::optional(found->index);
+}
+
+std::optional<FromTo<bool>> stepTo(bool wanted, bool now) {
+    if (wanted == now) return std::nullopt;
+    return FromTo<bool>{now, wanted};
+}
+
 }  // namespace
+
+bool WindowPlan::standsRight() const {
+    const bool calls = leaveFullscreen || unminimize || write || moveToDesktop;
+    return liveIndex && displayID && skipReason.empty() && !calls;
+}
+
+WindowChange changeOf(const WindowPlan& plan, const LiveWindowInfo& live, std::span<const SpaceID> liveSpaces,
+                      std::span<const NativeDesktop> desktops) {
+    WindowChange change;
+    if (plan.write && plan.placement && !standsAt(live.frame, plan.placement->frame))
+        change.frame = {live.frame, plan.placement->frame};
+    if (plan.write) change.minimized = stepTo(plan.minimized, live.isMinimized);
+    change.fullscreen = stepTo(plan.enterFullscreen, live.isFullscreen);
+    if (!plan.moveToDesktop) return change;
+    const auto from = liveSpaces.size() == 1 ? numberOf(liveSpaces.front(), desktops) : std::nullopt;
+    change.desktop = {from, numberOf(*plan.desktop, desktops)};
+    return change;
+}
 
 WindowPlan planPair(const WindowSnapshot& saved, const LiveWindowInfo& live, DisplayList savedDisplays,
                     DisplayList currentDisplays, const DesktopTargets& desktops,

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "WindowEngine/restore/DesktopTargets.hpp"
+#include "WindowEngine/restore/WindowChange.hpp"
 #include "WindowEngine/restore/WindowMatcher.hpp"
 
 namespace quillo {
@@ -28,6 +29,9 @@ struct WindowPlan {
     bool enterFullscreen = false;  // enter, or confirm where it is so already
     bool minimized = false;        // state the write asks for
     std::string skipReason;        // why nothing is done, when liveIndex is absent; else why it is not placed
+
+    /// There is a live window, and nothing is to be done with it.
+    bool standsRight() const;
 };
 
 /// The plan of one pair (liveIndex 0): what the live window's present state still calls for. Placement asks
@@ -35,6 +39,11 @@ struct WindowPlan {
 WindowPlan planPair(const WindowSnapshot& saved, const LiveWindowInfo& live,
                     DisplayMapper::DisplayList savedDisplays, DisplayMapper::DisplayList currentDisplays,
                     const DesktopTargets& desktops = {}, std::span<const SpaceID> liveSpaces = {});
+
+/// What carrying out the plan changes on its live window. `desktops`, as they are or will be, tell the number
+/// of a space.
+WindowChange changeOf(const WindowPlan& plan, const LiveWindowInfo& live, std::span<const SpaceID> liveSpaces,
+                      std::span<const NativeDesktop> desktops);
 
 /// One plan per saved window, by savedIndex: matched ones in full, the others with the reason. `liveSpaces`
 /// is empty or has one answer for each live window.

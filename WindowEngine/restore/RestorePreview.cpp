@@ -170,7 +170,79 @@ void addContext(Consequences& all, const ApplicationSnapshot& application) {
         for (const Url& url : window.urls) all.opened.push_back({location(url), application.name});
 }
 
+bool opensSomething(const ReopeningPlan& reopening) {
+    return !reopening.documents.open.empty() || !reopening.steps.empty();
+}
+
+void addWindows(PlanTotals& totals, const PlannedApplication& application) {
+    for (const WindowPlan& window : application.windows) {
+        switch (Restore::prospectOf(application, window)) {
+            case Prospect::inPlace:
+                ++totals.inPlace;
+                break;
+            case Prospect::changed:
+                ++totals.changed;
+                break;
+            case Prospect::awaited:
+                ++totals.awaited;
+                break;
+            case Prospect::skipped:
+                ++totals.skipped;
+                break;
+        }
+    }
+}
+
 }  // namespace
+
+bool PlanTotals::nothingToDo() const {
+    return changed + awaited + launched + createdDesktops + opened + skipped + failed == 0;
+}
+
+Prospect Restore::prospectOf(const PlannedApplication& application, const WindowPlan& plan) {
+    if (application.presence == Presence::missing) return Prospect::skipped;
+    if (application.presence == Presence::installed) return Prospect::awaited;
+    if (plan.liveIndex) {
+        if (plan.standsRight()) return Prospect::inPlace;
+        return plan.displayID && plan.skipReason.empty() ? Prospect::changed : Prospect::skipped;
+    }
+    const bool asked = application.live.empty() && application.reopening.askedForWindow;
+    const bool mayCome = application.hangs || asked || opensSomething(application.reopening);
+    return mayCome ? Prospect::awaited : Prospect::skipped;
+}
+
+WindowChange Restore::changeOf(const RestorePreview& preview, const PlannedApplication& application,
+                               const WindowPlan& plan) {
+    if (!plan.liveIndex) return {};
+    const auto live = static_cast<std::size_t>(*plan.liveIndex);
+    const auto spaces = application.liveSpaces.empty()
+                            ? std::span<const SpaceID>{}
+                            : std::span<const SpaceID>(application.liveSpaces[live]);
+    return quillo::changeOf(plan, application.live[live].info, spaces, preview.desktops.desktops);
+}
+
+PlanTotals Restore::totalsOf(const RestorePreview& preview) {
+    PlanTotals totals;
+    for (const RestoreReport::Item& item : preview.scope->leftOut)
+        ++(outcomeOf(item.status).verdict == Verdict::failed ? totals.failed : totals.skipped);
+    for (const DesktopPlan::Creation& creation : preview.desktops.creations)
+        totals.createdDesktops += creation.wanted - creation.existing;
+    totals.failed += static_cast<std::int64_t>(preview.desktops.failures.size());
+    for (const PlannedApplication& application : preview.applications) {
+        if (application.presence == Presence::missing) {
+            ++totals.skipped;  // all of it, as one
+            continue;
+        }
+        if (application.presence == Presence::installed) ++totals.launched;
+        const ReopeningPlan& reopening = application.reopening;
+        totals.opened += static_cast<std::int64_t>(reopening.documents.open.size());
+        for (const AdapterStep& step : reopening.steps)
+            totals.opened += static_cast<std::int64_t>(step.urls.size());
+        totals.failed += static_cast<std::int64_t>(reopening.documents.refused.size());
+        addWindows(totals, application);
+    }
+    return totals;
+}
 
 Task<RestorePreview> Restore::preview(DesktopAccess& desktop, WorkspaceSnapshot snapshot, Options options) {
     const auto scope = std::make_shared<RestoreScope>(scopeOf(std::move(snapshot), options.limited));

@@ -36,10 +36,27 @@ struct PlannedApplication {
     ReopeningPlan reopening = {};
 };
 
+/// What a restore comes to for a saved window.
+enum class Prospect : std::uint8_t {
+    inPlace,
+    changed,
+    awaited,  // its window is yet to open, or its application to answer
+    skipped,
+};
+
 struct RestorePreview {
     std::shared_ptr<const Restore::RestoreScope> scope;  // what the applications below point into
     DesktopPlan desktops;
     std::vector<PlannedApplication> applications;
+};
+
+/// What a restore would come to, counted as its report counts.
+struct PlanTotals {
+    std::int64_t inPlace = 0, changed = 0, awaited = 0;  // windows
+    std::int64_t launched = 0, createdDesktops = 0, opened = 0, skipped = 0, failed = 0;
+
+    /// A restore would find everything as it was saved.
+    bool nothingToDo() const;
 };
 
 /// What a restore does to a desktop beside moving windows, now or at another time: a person agrees to it
@@ -63,6 +80,13 @@ struct Consequences {
 };
 
 namespace Restore {
+
+Prospect prospectOf(const PlannedApplication& application, const WindowPlan& plan);
+/// What the window's plan changes; nothing where no live window stands for it yet.
+WindowChange changeOf(const RestorePreview& preview, const PlannedApplication& application,
+                      const WindowPlan& plan);
+/// What becomes of other applications is not in it.
+PlanTotals totalsOf(const RestorePreview& preview);
 
 /// Reads the live windows of the saved applications once, then asks their integrations. Of applications that
 /// do not run yet it is open which window will stand for which, and everything is yet to be opened.

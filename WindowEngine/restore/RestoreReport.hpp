@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "WindowEngine/records/OwnIdentity.hpp"
+#include "WindowEngine/restore/WindowChange.hpp"
 #include "WindowEngine/support/Uuid.hpp"
 
 namespace quillo {
@@ -115,6 +116,8 @@ struct RestoreReport {
         // Quillo's own addition for the command line and the panel: place of the saved window in its
         // application's list, where the item is about one window.
         std::optional<std::int64_t> savedIndex = std::nullopt;
+        /// What differed before, of a window that is back; nothing where it stood right already.
+        std::optional<WindowChange> change = std::nullopt;
 
         bool operator==(const Item&) const = default;
     };

@@ -4,8 +4,11 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 #include <string_view>
 #include <utility>
+
+#include "WindowEngine/restore/ItemSink.hpp"
 
 namespace quillo::Restore {
 namespace {
@@ -131,6 +134,23 @@ void giveShownNames(Applications& applications, RestoreScope& scope) {
     for (RestoreReport::Item& item : scope.leftOut) {
         if (const auto name = names.find(item.bundleIdentifier); name != names.end()) item.app = name->second;
     }
+}
+
+std::vector<RestoreReport::Item> notReached(const WorkspaceSnapshot& snapshot, const RestoreReport& report) {
+    std::set<std::pair<std::string_view, std::optional<std::int64_t>>> told;
+    for (const RestoreReport::Item& item : report.items) {
+        const bool ofAll = !item.title && outcomeOf(item.status).verdict == Verdict::leftOut;
+        if (item.savedIndex || ofAll) told.emplace(item.bundleIdentifier, item.savedIndex);
+    }
+    RestoreReport left;
+    const ItemSink sink(left, {});
+    for (const ApplicationSnapshot& application : snapshot.applications) {
+        if (told.contains({application.bundleIdentifier, std::nullopt})) continue;
+        for (std::int64_t i = 0; i < std::ssize(application.windows); ++i)
+            if (!told.contains({application.bundleIdentifier, i}))
+                sink.add(application, i, RestoreReport::skipped{"not reached"});
+    }
+    return left.items;
 }
 
 void boundDisplays(WorkspaceSnapshot& snapshot) {

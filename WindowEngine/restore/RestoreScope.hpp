@@ -39,6 +39,10 @@ std::string shownName(Applications& applications, const ApplicationSnapshot& app
 /// Gives every application of the scope its shown name, also in what was left out of it.
 void giveShownNames(Applications& applications, RestoreScope& scope);
 
+/// Items for the saved windows of which a report that ended early says nothing, but for those of applications
+/// that could not come at all.
+std::vector<RestoreReport::Item> notReached(const WorkspaceSnapshot& snapshot, const RestoreReport& report);
+
 /// Leaves no more displays and desktops than a desk has: each is compared with each.
 void boundDisplays(WorkspaceSnapshot& snapshot);
 

@@ -200,7 +200,18 @@ struct Placing {
     PlacementTargets targets;
     const ItemSink& sink;
     std::vector<Element>& back;
+    std::vector<NativeDesktop> desktops;  // for the report
 };
+
+/// What is still to be done with the window, asked before anything is.
+WindowChange changeOf(const Placing& placing, const Pair& pair) {
+    const auto spaces =
+        DesktopSpaces::spacesOf(pair.desktop, std::span(&pair.window, 1), pair.saved.tabs.has_value())
+            .front();
+    const WindowPlan plan = planPair(pair.saved, pair.window.info, pair.targets.savedDisplays,
+                                     pair.targets.currentDisplays, pair.targets.desktops, spaces);
+    return quillo::changeOf(plan, pair.window.info, spaces, placing.desktops);
+}
 
 Task<void> placeWindow(const Placing& placing, const WindowPlan& plan) {
     co_await checkpoint();
@@ -209,6 +220,7 @@ Task<void> placeWindow(const Placing& placing, const WindowPlan& plan) {
               placing.targets};
     // Waiting for the windows before it took time: what it looks like now decides.
     pair.refresh();
+    const WindowChange change = changeOf(placing, pair);
     Status status = co_await restoreWindow(pair);
     if (std::holds_alternative<failed>(status)) {
         const auto displays = Displays::current(placing.desktop.platform.screens);
@@ -221,9 +233,10 @@ Task<void> placeWindow(const Placing& placing, const WindowPlan& plan) {
             status = co_await restoreWindow(again);
     }
     const Verdict verdict = outcomeOf(status).verdict;
-    if ((verdict == Verdict::back || verdict == Verdict::differs) && !saved.isMinimized)
-        placing.back.push_back(pair.window.element);
-    placing.sink.add(placing.application, plan.savedIndex, std::move(status));
+    const bool isBack = verdict == Verdict::back || verdict == Verdict::differs;
+    if (isBack && !saved.isMinimized) placing.back.push_back(pair.window.element);
+    placing.sink.add(placing.application, plan.savedIndex, std::move(status),
+                     isBack ? std::optional(change) : std::nullopt);
 }
 
 /// An error of one ends the application's placing, but not before the others are done.
@@ -246,7 +259,14 @@ Task<void> placeWindows(DesktopAccess& desktop, const ApplicationSnapshot& appli
                         std::vector<Element>& back) {
     const std::vector<WindowPlan> plans =
         planWindows(application.windows, infos(live), targets.savedDisplays, targets.currentDisplays);
-    const Placing placing{desktop, application, live, targets, sink, back};
+    const Placing placing{
+        desktop,
+        application,
+        live,
+        targets,
+        sink,
+        back,
+        targets.desktops.empty() ? std::vector<NativeDesktop>{} : DesktopSpaces::current(desktop)};
     if (desktop.platform.accessibility.movesTogether()) {
         co_await placeTogether(placing, plans);
     } else {

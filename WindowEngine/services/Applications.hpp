@@ -72,6 +72,9 @@ class Applications {
     /// installed.
     virtual std::optional<std::string> name(std::string_view bundleIdentifier) = 0;
 
+    /// Why an application without a location cannot be launched, for the report.
+    virtual std::string notInstalled() { return "not installed"; }
+
     /// Those a person may start, in no order; empty where the platform does not tell.
     virtual std::vector<InstalledApplication> installed() { return {}; }
 

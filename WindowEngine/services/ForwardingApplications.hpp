@@ -30,6 +30,7 @@ class ForwardingApplications : public Applications {
     std::optional<std::string> name(std::string_view bundleIdentifier) override {
         return target_.name(bundleIdentifier);
     }
+    std::string notInstalled() override { return target_.notInstalled(); }
     std::vector<InstalledApplication> installed() override { return target_.installed(); }
     Task<Result<void>> launch(Url location, std::vector<Url> documents) override {
         return target_.launch(std::move(location), std::move(documents));

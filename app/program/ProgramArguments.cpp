@@ -5,6 +5,7 @@
 
 #include "WindowEngine/support/Text.hpp"
 #include "app/gui/SingleInstance.hpp"
+#include "settings/Version.hpp"
 
 namespace quillo {
 namespace {
@@ -24,7 +25,7 @@ constexpr const char* usage =
 std::optional<int> printed(const QStringList& arguments) {
     if (arguments == QStringList{"--help"} || arguments == QStringList{"-h"})
         return std::fputs(usage, stdout) < 0;
-    if (arguments == QStringList{"--version"}) return std::puts("quillo " QUILLO_VERSION) < 0;
+    if (arguments == QStringList{"--version"}) return std::printf("quillo %s\n", versionWithCommit()) < 0;
     if (const auto request = launchRequest(arguments); !request) {
         std::fprintf(stderr, "quillo: %s\n%s", text::printable(request.error().text).c_str(), usage);
         return 2;

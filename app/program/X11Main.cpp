@@ -20,6 +20,7 @@
 #include "platform/x11/X11Desktop.hpp"
 #include "platform/x11/X11HotKeys.hpp"
 #include "platform/x11/X11KeyboardLayout.hpp"
+#include "settings/Launchers.hpp"
 
 namespace quillo {
 namespace {
@@ -88,7 +89,12 @@ int run(QApplication& application, LaunchRequest request, const QString& token) 
     if (!*first) return 0;
 
     QtExecutor executor;
-    const auto desktop = X11Desktop::create(executor, {});
+    PosixFileSystem settingsFiles;
+    FileDefaults commandSettings(settingsFiles, directories->config / "defaults.json");
+    const auto commandOf = [launchers = Launchers(commandSettings)](std::string_view identifier) {
+        return launchers.find(identifier);
+    };
+    const auto desktop = X11Desktop::create(executor, {.commandOf = commandOf});
     if (!desktop) return refuse(desktop.error().text);
     const auto connection = x11::X11Connection::open({});
     if (!connection) return refuse(connection.error().text);

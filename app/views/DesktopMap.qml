@@ -14,7 +14,8 @@ Item {
     signal desktopPicked(string display, int position)
     /// Windows can be pointed at and picked, by mouse and with the arrow keys.
     property bool pickable: false
-    property var pointedKeys: []  // outlined lightly
+    property var pointedKeys: []  // by something else, as long as the pointer is on no window here
+    readonly property var outlinedKeys: pointer.key !== "" ? [pointer.key] : pointedKeys  // lightly
     property var pickedKeys: []   // and strongly
     property var order: []        // of the keys, for the arrow keys
     signal pointed(string key)    // empty: none any more
@@ -77,7 +78,7 @@ Item {
         border.color: Theme.accent
     }
     Repeater {
-        model: root.pointedKeys.length > 0 && picture.layoutCount > 0 ? picture.outlines(root.pointedKeys) : []
+        model: root.outlinedKeys.length > 0 && picture.layoutCount > 0 ? picture.outlines(root.outlinedKeys) : []
         Outline { opacity: 0.5 }
     }
     Repeater {
@@ -100,6 +101,7 @@ Item {
             pointer.key = key
             root.pointed(key)
         }
+        onEntered: follow(picture.keyAt(mouseX, mouseY))  // the first position is not a change of it
         onPositionChanged: (event) => follow(picture.keyAt(event.x, event.y))
         onExited: follow("")
         onClicked: (event) => {

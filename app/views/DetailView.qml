@@ -8,12 +8,6 @@ FocusScope {
     readonly property bool narrow: width < 900
     readonly property real side: Math.round(Math.min(328 * Theme.scale, width * 0.4))
 
-    // What has the keyboard may lie below; a page begins at its top all the same.
-    function begin() { list.positionViewAtBeginning() }
-    readonly property bool placed: width > 0 && height > 0  // a new window has no size at first
-    onPlacedChanged: Qt.callLater(() => Qt.callLater(begin))  // after the list has followed the focus
-    Component.onCompleted: placedChanged()
-
     Shortcut { sequences: [StandardKey.Undo]; enabled: Detail.undoWords !== ""; onActivated: Detail.undo() }
     Shortcut { sequences: [StandardKey.Redo]; enabled: Detail.redoWords !== ""; onActivated: Detail.redo() }
 
@@ -21,10 +15,7 @@ FocusScope {
     function pick(key) {
         const row = Detail.reveal(key)
         if (row < 0) return
-        if (!narrow) return list.choose(row, true)
-        list.byKey = false  // where it is below the map, the map stays in view
-        list.currentIndex = row
-        list.chosen = true
+        list.choose(row, true)
     }
     // The windows that the chosen line stands for; the map shows the desktop of the only one.
     readonly property var pickedKeys: list.chosen && list.count > 0 ? Detail.windowKeys(list.currentIndex) : []
@@ -72,46 +63,50 @@ FocusScope {
         }
     }
 
-    Item {
-        id: abovePlace
-        anchors.top: bar.bottom
-        width: card.width + 48
-        height: root.narrow ? 0 : above.height
-    }
     // In a wide window the map stays above the list; in a narrow one all is one page.
+    Scroller {
+        id: page
+        anchors.top: bar.bottom
+        anchors.bottom: parent.bottom
+        width: parent.width
+        visible: root.narrow
+        Item { id: pageAbove; width: page.width; height: root.narrow ? above.height : 0 }
+        Item { id: pageList; width: page.width; height: root.narrow ? card.height : 0 }
+        Item { id: pageRest; width: page.width; height: root.narrow ? rest.height + 48 : 0 }
+    }
+    Item {
+        id: wideAbove
+        anchors.top: bar.bottom
+        anchors.left: parent.left
+        width: root.width - root.side - 32
+        height: above.height
+        visible: !root.narrow
+    }
     Rectangle {
         id: card
-        anchors.top: abovePlace.bottom
-        x: root.narrow ? 0 : 24
-        width: root.narrow ? parent.width : parent.width - 48 - root.side - 32
-        readonly property real room: parent.height - y
-        height: root.narrow ? room : Math.min(room - 24, list.contentHeight + 2)
-        radius: root.narrow ? 0 : 14
-        color: root.narrow ? "transparent" : Theme.surface
-        border.width: root.narrow ? 0 : 1
+        parent: root.narrow ? pageList : root
+        anchors.left: parent.left
+        anchors.leftMargin: 24
+        y: root.narrow ? 0 : wideAbove.y + wideAbove.height
+        width: root.narrow ? root.width - 48 : wideAbove.width - 48
+        height: root.narrow ? list.contentHeight + 2 : Math.min(root.height - y - 24, list.contentHeight + 2)
+        radius: 14
+        color: Theme.surface
+        border.width: 1
         border.color: Theme.border
         ReviewList {
             id: list
             anchors.fill: parent
-            anchors.margins: root.narrow ? 0 : 1
-            inset: root.narrow ? 24 : 0
+            anchors.margins: 1
             contents: Detail
             selects: true
             Accessible.name: "In this workspace"
-            onPointed: (row, inside) => map.pointedKeys = inside ? Detail.windowKeys(row) : []
-            header: Item {
-                width: list.width
-                height: root.narrow ? above.height : 0
-            }
-            footer: Item {
-                width: list.width
-                height: root.narrow ? rest.height + 48 : 0
-            }
+            onChosenByKey: if (root.narrow && currentItem) page.show(currentItem)
         }
     }
     Column {
         id: above
-        parent: root.narrow ? list.headerItem : abovePlace
+        parent: root.narrow ? pageAbove : wideAbove
         x: 24
         width: parent ? parent.width - 48 : 0
 
@@ -132,10 +127,8 @@ FocusScope {
                 pickable: true
                 order: Detail.map ? Detail.allWindowKeys() : []
                 pickedKeys: root.pickedKeys
-                onPointed: (key) => {
-                    pointedKeys = key !== "" ? [key] : []
-                    list.pointedRow = key !== "" ? Detail.rowOf(key) : -1
-                }
+                pointedKeys: list.hoveredRow >= 0 ? Detail.windowKeys(list.hoveredRow) : []
+                onPointed: (key) => list.pointedRow = key !== "" ? Detail.rowOf(key) : -1
                 onPicked: (key) => root.pick(key)
             }
         }
@@ -292,7 +285,7 @@ FocusScope {
     }
     Column {
         id: rest
-        parent: root.narrow ? list.footerItem : rightRest
+        parent: root.narrow ? pageRest : rightRest
         x: root.narrow ? 24 : 0
         y: root.narrow ? 24 : 0
         width: parent ? parent.width - 2 * x : 0

@@ -32,7 +32,10 @@ FocusScope {
     // Current for as long as somebody looks.
     readonly property bool looked: visible && Window.active
     onLookedChanged: Library.followCurrentDesktop(looked)
-    Component.onDestruction: Library.followCurrentDesktop(false)
+    Component.onDestruction: {
+        Library.followCurrentDesktop(false)
+        Library.endSelecting()
+    }
 
     Item {
         id: bar
@@ -375,7 +378,6 @@ FocusScope {
         danger: true
         onConfirmed: Library.removeSelected()
     }
-    Component.onDestruction: Library.endSelecting()
 
     Rectangle {
         id: strip

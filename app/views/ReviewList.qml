@@ -8,6 +8,7 @@ ListView {
     property bool selects: false   // a click chooses a line instead of ticking it, and the chosen one is marked
     property bool chosen: false    // one is
     property int pointedRow: -1    // marked as if the pointer were on it
+    property int hoveredRow: -1    // it is on this one
     property bool byKey: false  // the keyboard was used last
     property real inset: 0      // of the lines, on both sides
     readonly property bool scrolls: contentHeight > height + 1
@@ -15,6 +16,7 @@ ListView {
     model: contents.rows
     clip: true
     boundsBehavior: Flickable.StopAtBounds
+    interactive: scrolls
     reuseItems: true
     cacheBuffer: 2000
     activeFocusOnTab: true
@@ -22,7 +24,7 @@ ListView {
     highlightFollowsCurrentItem: false
     Accessible.role: Accessible.Tree
     Accessible.name: "What is saved"
-    signal pointed(int row, bool inside)
+    signal chosenByKey()
 
     function choose(index, byOther) {
         byKey = !byOther
@@ -30,20 +32,19 @@ ListView {
         currentIndex = Math.min(count - 1, Math.max(0, index))
         chosen = true
         positionViewAtIndex(currentIndex, ListView.Contain)
+        if (byKey) chosenByKey()
     }
     onActiveFocusChanged: {
         if (activeFocus) choose(currentIndex)  // it comes by key only: a click leaves the keyboard where it is
         else byKey = false
     }
-    // What has the keyboard in the header or the footer is to be seen.
+    // What has the keyboard in the header is to be seen.
     readonly property Item focusItem: Window.activeFocusItem
     onFocusItemChanged: Qt.callLater(follow)
     function follow() {
         let item = focusItem
-        while (item && item !== headerItem && item !== footerItem) item = item.parent
-        // What has the keyboard from the beginning, or because its window has, may lie below, as in a Scroller.
-        const byItself = [Qt.OtherFocusReason, Qt.ActiveWindowFocusReason]
-        if (!item || height <= 0 || byItself.includes(focusItem.focusReason)) return
+        while (item && item !== headerItem) item = item.parent
+        if (!item || height <= 0) return
         forceLayout()
         const top = focusItem.mapToItem(list, 0, 0).y
         const bottom = top + focusItem.height

@@ -79,7 +79,13 @@ Item {
         border.width: root.current && root.ListView.view.byKey ? 2 : 0
         border.color: Theme.focus
     }
-    HoverHandler { id: pointer; onHoveredChanged: if (root.ListView.view) root.ListView.view.pointed(root.index, hovered) }
+    HoverHandler {
+        id: pointer
+        onHoveredChanged: {  // the next line hears of the pointer before this one hears that it left
+            const view = root.ListView.view
+            if (view && (hovered || view.hoveredRow === root.index)) view.hoveredRow = hovered ? root.index : -1
+        }
+    }
     TapHandler {
         onTapped: {
             const view = root.ListView.view

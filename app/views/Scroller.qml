@@ -30,9 +30,11 @@ Flickable {
         // What has the keyboard from the beginning, or because its window has, may lie below: a page begins at its top.
         const byItself = [Qt.OtherFocusReason, Qt.ActiveWindowFocusReason]
         if (!item || byItself.includes(focusItem.focusReason)) return
-        const around = focusItem.visualFocus ? Math.round(44 * Theme.scale) : 0
-        const top = focusItem.mapToItem(holder, 0, 0).y + padding
-        const bottom = top + focusItem.height
+        show(focusItem, focusItem.visualFocus ? Math.round(44 * Theme.scale) : 0)
+    }
+    function show(item, around = 0) {
+        const top = item.mapToItem(holder, 0, 0).y + padding
+        const bottom = top + item.height
         if (top - around < contentY) scrollTo(top - Math.max(around, 12))
         else if (bottom + around > contentY + height) scrollTo(bottom + Math.max(around, 12) - height)
     }

@@ -43,6 +43,7 @@ class MacLayer final : public SystemLayer {
 }  // namespace
 
 const std::string_view systemDesktopName = "macos";
+const bool systemHasLaunchers = false;
 
 std::unique_ptr<SystemLayer> systemLayer(FileSystem&, const StandardDirectories&) {
     return std::make_unique<MacLayer>();

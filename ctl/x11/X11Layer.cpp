@@ -6,15 +6,19 @@
 #include "platform/posix/FileDefaults.hpp"
 #include "platform/posix/FileLog.hpp"
 #include "platform/x11/X11Desktop.hpp"
+#include "settings/Launchers.hpp"
 
 namespace quillo::ctl {
 namespace {
 
 class X11LayerDesktop final : public DesktopConnection {
   public:
-    static Result<std::unique_ptr<DesktopConnection>> open(SystemLog& log) {
+    static Result<std::unique_ptr<DesktopConnection>> open(SystemLog& log, UserDefaults& defaults) {
         auto layer = std::make_unique<X11LayerDesktop>();
-        Result<std::unique_ptr<X11Desktop>> desktop = X11Desktop::create(layer->loop_, {});
+        Result<std::unique_ptr<X11Desktop>> desktop = X11Desktop::create(
+            layer->loop_, {.commandOf = [launchers = Launchers(defaults)](std::string_view identifier) {
+                return launchers.find(identifier);
+            }});
         if (!desktop) return std::unexpected(desktop.error());
         layer->desktop_ = *std::move(desktop);
         layer->access_.emplace(layer->desktop_->platform(log), layer->handles_);
@@ -44,7 +48,7 @@ class X11Layer final : public SystemLayer {
           defaults_(files, directories.config / "defaults.json") {}
 
     Result<std::unique_ptr<DesktopConnection>> openDesktop(SystemLog& log) override {
-        return X11LayerDesktop::open(log);
+        return X11LayerDesktop::open(log, defaults_);
     }
     SystemLog& log() override { return log_; }
     std::string logPlace() const override { return logFile_.string(); }
@@ -60,6 +64,7 @@ class X11Layer final : public SystemLayer {
 }  // namespace
 
 const std::string_view systemDesktopName = "x11";
+const bool systemHasLaunchers = true;
 
 std::unique_ptr<SystemLayer> systemLayer(FileSystem& files, const StandardDirectories& directories) {
     return std::make_unique<X11Layer>(files, directories);

@@ -1,69 +1,149 @@
-# Completion of quilloctl for bash.
+# Completion of quilloctl for bash. Stands on nothing but bash itself.
 
-# Completes from what these commands list: _quilloctl_workspaces WORD COMMAND...
-_quilloctl_workspaces() {
-    # Names may hold blanks: one a line, quoted as bash needs them.
-    local name listing
-    for listing in "${@:2}"; do
-        # shellcheck disable=SC2086
-        quilloctl "${globals[@]}" --json $listing 2>/dev/null
-    done |
-        sed -n 's/^.*"name":"\(\([^"\\]\|\\.\)*\)".*$/\1/p' |
-        sed 's/\\\(["\/\\]\)/\1/g' |
-        while IFS= read -r name; do
-            [[ ${name,,} == "${1,,}"* ]] && printf '%q\n' "$name"
-        done
+# Sets unquoted to a word of the command line as the command would get it.
+_quilloctl_unquote() {
+    unquoted=$1
+    case $1 in
+        \'*) unquoted=${1#\'}; unquoted=${unquoted%\'}; return ;;
+        \"*) unquoted=${1#\"}; unquoted=${unquoted%\"} ;;
+    esac
+    # Without -r backslashes go, and what they kept stays.
+    # shellcheck disable=SC2162
+    IFS= read unquoted <<<"$unquoted"
+}
+
+# Offers those of the lines that begin as what was typed, written as the quotation that was begun needs it.
+_quilloctl_offer() {
+    local candidate backslash="\\" mark
+    while IFS= read -r candidate; do
+        [[ -n $candidate && ${candidate,,} == "${typed,,}"* ]] || continue
+        case $quote in
+            \")
+                for mark in "$backslash" '"' '$' '`'; do
+                    candidate=${candidate//"$mark"/"$backslash$mark"}
+                done ;;
+            \') candidate=${candidate//"'"/"'$backslash''"} ;;
+            *) printf -v candidate %q "$candidate" ;;
+        esac
+        # readline closes no quotation that seems to be closed
+        [[ -n $quote && $candidate == *"$quote" ]] && candidate+=$quote
+        COMPREPLY+=("${candidate:${#trimmed}}")
+    done
+}
+
+_quilloctl_offer_words() {
+    _quilloctl_offer < <(printf '%s\n' "$@")
+}
+
+_quilloctl_offer_names() {
+    _quilloctl_offer < <(quilloctl "${globals[@]}" complete "$@" 2>/dev/null)
+}
+
+# Files, or with -d folders, behind what stands before them in the word.
+_quilloctl_offer_files() {
+    local before=$1 file
+    compopt -o filenames 2>/dev/null
+    while IFS= read -r file; do
+        file=$before$file
+        COMPREPLY+=("${file:${#trimmed}}")
+    done < <(compgen "${2:--f}" -- "${typed#"$before"}")
 }
 
 _quilloctl() {
-    local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-    local commands="doctor windows displays save plan restore list show rename duplicate delete history export import validate"
-    local options="--desktop --data-dir --json --keep-scene --help -h --version"
-    local command="" word globals=() arguments=0 index
+    local commands="doctor windows displays save plan diff restore list show rename duplicate delete history launcher export import validate help"
+    local options="--desktop --data-dir --json --quiet -q --keep-scene --help -h --version"
+    local words=() globals=() arguments=() word previous="" command="" joined="" index
+    local quote="" trimmed="" typed unquoted
     COMPREPLY=()
 
-    for ((index = 1; index < COMP_CWORD; index++)); do
-        word=${COMP_WORDS[index]}
+    # bash breaks words at : and =, also those that a name or simulated:FILE holds.
+    for word in "${COMP_WORDS[@]:0:COMP_CWORD+1}"; do
+        if ((${#words[@]} > 1)) && [[ $word == [:=]* || -n $joined ]]; then
+            words[-1]+=$word
+        else
+            words+=("$word")
+        fi
+        joined=""
+        [[ $word == *[:=] && ${#words[@]} -gt 1 ]] && joined=yes
+    done
+    typed=${words[-1]}
+    case $typed in
+        [\"\']*) quote=${typed:0:1} ;;
+        *[:=]*) [[ $COMP_WORDBREAKS == *:* ]] && trimmed=${typed%"${typed##*[:=]}"} ;;
+    esac
+    _quilloctl_unquote "$typed"
+    typed=$unquoted
+
+    for ((index = 1; index < ${#words[@]} - 1; index++)); do
+        _quilloctl_unquote "${words[index]}"
+        word=$unquoted
         case $word in
             --data-dir)
-                globals+=("$word" "${COMP_WORDS[index + 1]}")
+                _quilloctl_unquote "${words[index + 1]}"
+                globals+=("$word" "$unquoted")
                 ((index++)) ;;
-            --desktop | --only | --update | --adapter | --clean-slate) ((index++)) ;;
+            --data-dir=*) globals+=("$word") ;;
+            --desktop | --only | --update | --adapter | --clean-slate | --wait-limit) ((index++)) ;;
             -*) ;;
-            *) if [[ -z $command ]]; then command=$word; else ((arguments++)); fi ;;
+            *) if [[ -z $command ]]; then command=$word; else arguments+=("$word"); fi ;;
         esac
     done
+    if ((${#words[@]} > 2)); then previous=${words[-2]}; fi
+    if [[ $typed == --*=* ]]; then
+        previous=${typed%%=*}
+        [[ -n $trimmed ]] || return
+        trimmed=${trimmed#"$previous="}
+        typed=${typed#"$previous="}
+    fi
 
     case $previous in
-        --desktop) mapfile -t COMPREPLY < <(compgen -W "x11 simulated:" -- "$current"); return ;;
-        --data-dir) mapfile -t COMPREPLY < <(compgen -d -- "$current"); return ;;
-        --update) mapfile -t COMPREPLY < <(_quilloctl_workspaces "$current" list); return ;;
-        --only) return ;;
-        --adapter) mapfile -t COMPREPLY < <(compgen -W "finder chromium safari firefox" -- "$current"); return ;;
-        --clean-slate) mapfile -t COMPREPLY < <(compgen -W "keep hide quit" -- "$current"); return ;;
+        --desktop)
+            if [[ $typed == simulated:* ]]; then
+                _quilloctl_offer_files simulated:
+            else
+                compopt -o nospace 2>/dev/null
+                _quilloctl_offer_words x11 simulated:
+            fi
+            return ;;
+        --data-dir) _quilloctl_offer_files "" -d; return ;;
+        --update) _quilloctl_offer_names workspaces; return ;;
+        --only) _quilloctl_offer_names applications "${arguments[0]}"; return ;;
+        --adapter) _quilloctl_offer_words finder chromium safari firefox; return ;;
+        --clean-slate) _quilloctl_offer_words keep hide quit; return ;;
+        --wait-limit) return ;;
     esac
 
     case $command in
         save) options="--update --adapter $options" ;;
-        history) options="--adapter $options" ;;
-        plan) options="--adapter --clean-slate $options" ;;
-        restore) options="--only --adapter --clean-slate --yes -y $options" ;;
+        list) options="--long $options" ;;
+        history) options="--long --adapter $options" ;;
+        plan) options="--exit-code --only --adapter --clean-slate $options" ;;
+        diff) options="--only --adapter $options" ;;
+        restore) options="--only --adapter --clean-slate --wait --wait-limit --yes -y $options" ;;
         export) options="--force $options" ;;
     esac
-    if [[ $current == -* ]]; then
-        mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
+    if [[ $typed == -* ]]; then
+        # shellcheck disable=SC2086
+        _quilloctl_offer_words $options
     elif [[ -z $command ]]; then
-        mapfile -t COMPREPLY < <(compgen -W "$commands" -- "$current")
+        # shellcheck disable=SC2086
+        _quilloctl_offer_words $commands
     else
-        case $command:$arguments in
-            plan:0 | restore:0 | show:0 | export:0)
-                mapfile -t COMPREPLY < <(_quilloctl_workspaces "$current" list "history list") ;;
-            rename:0 | duplicate:0 | delete:0)
-                mapfile -t COMPREPLY < <(_quilloctl_workspaces "$current" list) ;;
-            history:0) mapfile -t COMPREPLY < <(compgen -W "list save clear" -- "$current") ;;
-            import:0 | validate:0 | export:1)
-                compopt -o filenames 2>/dev/null
-                mapfile -t COMPREPLY < <(compgen -f -- "$current") ;;
+        case $command:${#arguments[@]} in
+            plan:0 | diff:0 | restore:0 | show:0) _quilloctl_offer_names sessions ;;
+            rename:0 | duplicate:0 | delete:*) _quilloctl_offer_names workspaces ;;
+            history:0) _quilloctl_offer_words list save clear ;;
+            launcher:0) _quilloctl_offer_words add list remove ;;
+            launcher:1) [[ ${arguments[0]} == remove ]] && _quilloctl_offer_names launchers ;;
+            launcher:2) [[ ${arguments[0]} == add ]] && mapfile -t COMPREPLY < <(compgen -c -- "$typed") ;;
+            help:0)
+                # shellcheck disable=SC2086
+                _quilloctl_offer_words $commands ;;
+            import:0 | validate:0) _quilloctl_offer_files "" ;;
+            export:0) _quilloctl_offer_names sessions ;;
+            export:*)
+                _quilloctl_offer_names sessions
+                ((${#COMPREPLY[@]})) || _quilloctl_offer_files "" ;;
         esac
     fi
 }

@@ -84,11 +84,13 @@ std::int64_t X11Applications::remoteWindows() {
 }
 
 std::optional<Url> X11Applications::location(std::string_view bundleIdentifier) {
-    return view_.registry().location(bundleIdentifier);
+    if (auto entry = view_.registry().location(bundleIdentifier)) return entry;
+    return commands_.location(bundleIdentifier);
 }
 
 std::optional<std::string> X11Applications::identifierAt(const Url& location) {
-    return view_.registry().identifierAt(location);
+    if (auto identifier = view_.registry().identifierAt(location)) return identifier;
+    return commands_.identifierAt(location);
 }
 
 std::optional<std::string> X11Applications::name(std::string_view bundleIdentifier) {
@@ -126,8 +128,9 @@ Task<Result<void>> X11Applications::startWith(std::string identifier, std::vecto
 }
 
 Task<Result<void>> X11Applications::launch(Url location, std::vector<Url> documents) {
-    const auto identifier = view_.registry().identifierAt(location);
+    const auto identifier = identifierAt(location);
     if (!identifier) co_return fail(ErrorKind::notFound, "the application is not installed");
+    if (commands_.identifierAt(location)) co_return startRegistered(*identifier);
     if (!documents.empty()) co_return co_await startWith(*identifier, std::move(documents));
     const auto* application = view_.applicationNamed(*identifier);
     const auto windows = application ? listedWindows(*application) : std::vector<WindowReading>();
@@ -141,8 +144,24 @@ Task<Result<void>> X11Applications::launch(Url location, std::vector<Url> docume
 Task<Result<void>> X11Applications::open(std::string bundleIdentifier, std::vector<Url> documents) {
     const auto where = location(bundleIdentifier);
     if (!where) co_return fail(ErrorKind::notFound, "the application is not installed");
+    if (commands_.identifierAt(*where)) co_return startRegistered(bundleIdentifier);
     if (!documents.empty()) co_return co_await startWith(std::move(bundleIdentifier), std::move(documents));
     co_return co_await start(std::move(bundleIdentifier), where->filePath().value(), {});
+}
+
+/// Nothing is opened with it: it declares no documents.
+Result<void> X11Applications::startRegistered(const std::string& identifier) {
+    const auto* application = view_.applicationNamed(identifier);
+    const auto windows = application ? listedWindows(*application) : std::vector<WindowReading>();
+    if (!windows.empty()) {
+        WindowRequests(view_).activate(windows.back().window);
+        return {};
+    }
+    const auto pid = commands_.start(identifier, view_.connection().displayName());
+    view_.invalidate();
+    if (!pid) return std::unexpected(pid.error());
+    view_.registry().recordLaunch(*pid, identifier);
+    return {};
 }
 
 Task<Result<void>> X11Applications::requestWindow(std::string bundleIdentifier) {

@@ -2,14 +2,18 @@
 #pragma once
 #include "WindowEngine/services/Applications.hpp"
 #include "platform/linux/ApplicationLauncher.hpp"
+#include "platform/linux/RegisteredCommands.hpp"
 #include "platform/x11/DesktopView.hpp"
 
 namespace quillo::x11 {
 
 class X11Applications final : public Applications {
   public:
-    explicit X11Applications(DesktopView& view)
-        : view_(view), launcher_(view.executor(), view.connection().displayName()) {}
+    /// `commands`: for applications without a menu entry.
+    X11Applications(DesktopView& view, RegisteredCommands commands)
+        : view_(view),
+          launcher_(view.executor(), view.connection().displayName()),
+          commands_(std::move(commands)) {}
 
     std::vector<RunningApplication> running() override;
     std::optional<RunningApplication> running(ProcessID pid) override;
@@ -21,6 +25,7 @@ class X11Applications final : public Applications {
     std::optional<Url> location(std::string_view bundleIdentifier) override;
     std::optional<std::string> identifierAt(const Url& location) override;
     std::optional<std::string> name(std::string_view bundleIdentifier) override;
+    std::string notInstalled() override { return "no menu entry starts it"; }
     std::vector<InstalledApplication> installed() override { return view_.registry().installed(); }
     Task<Result<void>> launch(Url location, std::vector<Url> documents) override;
     bool documentsTravelWithLaunch() override { return true; }
@@ -39,11 +44,13 @@ class X11Applications final : public Applications {
   private:
     Task<Result<void>> start(std::string identifier, std::string entry, std::vector<Url> documents);
     Task<Result<void>> startWith(std::string identifier, std::vector<Url> documents);
+    Result<void> startRegistered(const std::string& identifier);
     std::vector<WindowReading> listedWindows(const KnownApplication& application);
     std::vector<xcb_window_t> closable(std::span<const WindowReading> windows);
 
     DesktopView& view_;
     ApplicationLauncher launcher_;
+    RegisteredCommands commands_;
 };
 
 }  // namespace quillo::x11

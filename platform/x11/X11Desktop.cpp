@@ -13,8 +13,10 @@
 namespace quillo {
 
 struct X11Desktop::Services {
-    Services(Executor& executor, std::unique_ptr<x11::X11Connection> given)
-        : connection(std::move(given)), view(executor, *connection) {}
+    Services(Executor& executor, std::unique_ptr<x11::X11Connection> given, RegisteredCommands commands)
+        : connection(std::move(given)),
+          view(executor, *connection),
+          applications(view, std::move(commands)) {}
 
     std::unique_ptr<x11::X11Connection> connection;
     x11::DesktopView view;
@@ -22,7 +24,7 @@ struct X11Desktop::Services {
     x11::X11Screens screens{view};
     x11::X11WindowServer windowServer{view, screens, changes};
     x11::X11Accessibility accessibility{view, screens, changes};
-    x11::X11Applications applications{view};
+    x11::X11Applications applications;
     NoScripts scripts;
     x11::X11BrowserFiles browserFiles{view};
 };
@@ -40,7 +42,8 @@ Result<std::unique_ptr<X11Desktop>> X11Desktop::create(Executor& executor, const
                 " shows only its X11 programs, so most windows could be neither saved nor brought back. "
                 "Log out and choose an X11 (Xorg) session.");
     }
-    auto services = std::make_unique<Services>(executor, std::move(*connection));
+    auto services =
+        std::make_unique<Services>(executor, std::move(*connection), RegisteredCommands(options.commandOf));
     if (const auto access = services->view.access(); !access)
         return fail(ErrorKind::unavailable, access.reason());
     return std::unique_ptr<X11Desktop>(new X11Desktop(std::move(services)));

@@ -6,11 +6,14 @@
 #include <string>
 
 #include "WindowEngine/services/Platform.hpp"
+#include "platform/linux/RegisteredCommands.hpp"
 
 namespace quillo {
 
 struct X11Options {
-    std::string display;  // empty: $DISPLAY
+    std::string display = {};  // empty: $DISPLAY
+    /// How applications without a menu entry are started.
+    RegisteredCommands::CommandOf commandOf = {};
 };
 
 class X11Desktop {

@@ -187,6 +187,7 @@ TEST(AppModel, SeveralWorkspacesAreExportedAndDeletedTogether) {
     Model model;
     model.put({"One", "Two", "Three"});
     const std::vector<Uuid> ids{model.named("One").id, model.named("Two").id};
+    std::filesystem::create_directory(model.directory / "out");
     model.directory.write("out/One.quillo.json", "mine");
     model.surfaces.answers = {model.directory / "out"};
     model->exportWorkspaces(ids);

@@ -133,26 +133,37 @@ TEST_F(DesktopCommandTest, AKeptSceneIsRestoredOverSeveralCalls) {
           "Editor: runs, 2 windows\n  Letter\n",
           "why     same title, same kind, similar size, same place in the list (score ",
           "where   600 × 400 at 100, 100, display left, desktop 1\n",
-          "steps   unminimize, then move and resize\n",
+          "change  300 × 200 at 400, 300 → 600 × 400 at 100, 100, minimized → shown\n",
+          "shown → minimized, desktop 1 → desktop 2\n", "steps   unminimize, then move and resize\n",
           "move and resize, then minimize, then move to desktop 2 (to be created)\n",
           "Terminal: would be launched\n  shell\n      placed once the application is launched\n",
-          "where   640 × 300 at 50, 600, display left, desktop 1\n"})
+          "where   640 × 300 at 50, 600, display left, desktop 1\n",
+          "\nWork: 0 in place · 2 would change · 1 yet to open · 1 launch · 1 new desktop\n"})
         EXPECT_NE(plan.find(part), std::string::npos) << part << "\n" << plan;
+    expectSteps(
+        {{on("disturbed", {"plan", "work", "--exit-code"}), 5, "2 would change"},
+         {on("disturbed", {"plan", "work", "--only", "Terminal"}), 0, "Work: 0 in place · 1 yet to"}});
     done(on("disturbed", {"restore", "work", "--only", "editor"}));
     EXPECT_EQ(home_.read("disturbed"), before) << "without --keep-scene the file is left alone";
     EXPECT_EQ(members(done({"list", "--json"}), "lastRestoredAt"), Texts{""}) << "a part is no use of it all";
 
     const std::string restored = "\n" + done(on("disturbed", {"restore", "work", "--keep-scene"}));
-    for (const char* line : {"\nQuillo                  created 1 desktop\n",
-                             "\nTerminal                launched\n", "\nEditor    Letter        restored\n",
-                             "\nEditor    Notes\\x1b[2J  restored\n", "\nTerminal  shell         restored\n",
-                             "\nWork is back: 3 restored · 1 desktop created · 1 launched · "})
+    for (const char* line :
+         {"\nQuillo                  created 1 desktop\n", "\nTerminal                launched\n",
+          "\nEditor    Letter        restored (300 × 200 at 400, 300 → 600 × 400 at 100",
+          "\nEditor    Notes\\x1b[2J  restored (", "desktop 1 → desktop 2)\n",
+          "\nTerminal  shell         restored (100 × 100 at 0, 0 → 640 × 300 at 50, 600",
+          "\nWork is back: 3 restored · 1 desktop created · 1 launched · "})
         EXPECT_NE(restored.find(line), std::string::npos) << line << restored;
     EXPECT_EQ(windows("disturbed"), windows("arranged"));
     EXPECT_NE(members(done({"list", "--json"}), "lastRestoredAt"), Texts{""});
     const std::string again = done(on("disturbed", {"plan", "work", "--json"}));
-    EXPECT_EQ(members(again, "presence"), (Texts{"running", "running", "running"}));
-    EXPECT_EQ(members(again, "confidence"), (Texts{"high", "high", "high"}));
+    EXPECT_EQ(members(again, "presence"), (Texts{"running", "running", "running", ""}));
+    EXPECT_EQ(members(again, "confidence"), (Texts{"high", "high", "high", ""}));
+    expectSteps({{on("disturbed", {"plan", "work", "--exit-code"}), 0, "change  in place\n"},
+                 {on("disturbed", {"plan", "work"}), 0, "\nWork: 3 in place\n"},
+                 {on("disturbed", {"restore", "work"}), 0, "Editor    Letter        in place\n"},
+                 {on("disturbed", {"restore", "work"}), 0, "Work is back: 3 restored · 3 in place · "}});
 }
 
 TEST_F(DesktopCommandTest, ExitStatusAndLinesSayWhatDidNotComeBack) {
@@ -162,6 +173,8 @@ TEST_F(DesktopCommandTest, ExitStatusAndLinesSayWhatDidNotComeBack) {
                       hangs = R"(, "faults": [{"kind": "applicationHangs", "application": "org.editor"}])",
                       untrusted = R"(, "trusted": false)",
                       noPermission = "Accessibility permission not granted";
+    std::string missing = disturbed();
+    missing.replace(missing.find(R"("running": false)"), 16, R"("running": false, "installed": false)");
     const struct {
         std::string scene;
         Step step;
@@ -179,6 +192,9 @@ TEST_F(DesktopCommandTest, ExitStatusAndLinesSayWhatDidNotComeBack) {
           "Editor: runs, does not answer\n  Letter\n      the application does not answer"}},
         {disturbed("", ""), {{"plan", "work"}, 0, "where   nowhere: no display is attached\n"}},
         {disturbed("", ""), {{"displays"}, 0, "No display is attached.\n"}},
+        {missing, {{"plan", "work"}, 0, "Terminal: not installed\n  shell\n      skipped: not installed\n"}},
+        {missing, {{"plan", "work"}, 0, " · 1 skipped\n"}},
+        {missing, {{"restore", "work"}, 3, " · 1 skipped · "}},
         {disturbed(untrusted), {{"restore", "work"}, 4, noPermission}},
         {disturbed(untrusted), {{"save", "x"}, 4, noPermission}},
         {disturbed(untrusted), {{"doctor"}, 4, "window access         no  "}},
@@ -195,6 +211,49 @@ TEST_F(DesktopCommandTest, ExitStatusAndLinesSayWhatDidNotComeBack) {
                  {{"doctor"}, 4, "window access         no  "},
                  {{"doctor"}, 4, home_ / ".local/share/Quillo"},
                  {{"list"}, 0, "Work"}});
+}
+
+TEST_F(DesktopCommandTest, DiffTellsHowTheDesktopDiffersAndEndsAsDiffDoes) {
+    const auto diff = [&](const std::string& scene, const Texts& more) {
+        Texts arguments{"diff", "Work"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return run(on(scene, arguments));
+    };
+    file("game",
+         disturbed("").insert(
+             disturbed("").find(R"({"identifier": "org.term")"),
+             R"({"identifier": "org.game", "windows": [{"title": "Level", "frame": [0, 0, 9, 9]}]},)"));
+    EXPECT_EQ(done(on("arranged", {"diff", "Work"})), "") << "nothing of what is never saved";
+    const Ran differs = diff("game", {});
+    EXPECT_EQ(differs.status, 1) << differs.err;
+    for (const char* line : {"differs Editor: Letter: 300 × 200 at 400, 300 → 600 × 400 at 100, 100, mini",
+                             "missing Terminal: shell\n", "extra   org.game: Level\n"})
+        EXPECT_NE(differs.out.find(line), std::string::npos) << line << differs.out;
+    EXPECT_EQ(diff("game", {"--only", "Terminal"}).out, "missing Terminal: shell\n");
+    EXPECT_EQ(diff("game", {"--only", "Termnal"}).status, 2);
+    EXPECT_EQ(run(on("game", {"diff", "Wrok"})).err,
+              "quilloctl: there is no workspace Wrok; did you mean Work?\n");
+}
+
+TEST_F(DesktopCommandTest, ARestoreCanWaitForTheDesktop) {
+    file("dark", disturbed("", ""));
+    file("untrusted", disturbed(R"(, "trusted": false)"));
+    expectSteps(
+        {{on("disturbed", {"restore", "Work", "--wait"}), 0, "3 restored"},
+         {on("disturbed", {"restore", "Work", "--wait-limit", "1"}), 2, "--wait-limit"},
+         {on("dark", {"restore", "Work", "--wait"}), 3, "quilloctl: --wait: no display is attached\n"},
+         {on("untrusted", {"restore", "Work", "--wait", "--wait-limit", "0.1"}), 4, "not granted"}});
+}
+
+TEST_F(DesktopCommandTest, WhatNothingCouldLaunchIsNamed) {
+    file("bare", R"({"displays": [{"id": "left", "frame": [0, 0, 1600, 1000]}], "applications": [
+        {"identifier": "xclock", "name": "XClock", "installed": false, "windows": [
+          {"title": "clock", "frame": [0, 0, 100, 100]}]}]})");
+    expectSteps(
+        {{on("bare", {"save", "Bare"}), 0, "quilloctl: XClock (xclock): not installed, so a restore will"},
+         {on("bare", {"history", "save"}), 0, "launcher add xclock COMMAND..."},
+         {on("bare", {"doctor"}), 0, "not launchable        XClock (xclock)\n"},
+         {on("arranged", {"doctor"}), 0, "not launchable        none\n"}});
 }
 
 TEST_F(DesktopCommandTest, WhatThePersonChoseInTheSettingsHolds) {
@@ -278,7 +337,7 @@ TEST_F(DesktopCommandTest, FoldersTabsDocumentsAndOtherApplicationsArePlannedAnd
          {on("poor", {"plan", "Rich"}), 0, "opens   /d/a.txt\n"},
          {on("poor", {"plan", "Rich"}), 0, "integration is disabled or unavailable\n"},
          {on("poor", with({"plan", "Rich"}, chromium)), 0, "in a new window: https://news.example/\n"},
-         {on("rich", with({"restore", "Rich"}, chromium)), 0, "2 restored \xc2\xb7 0.1 s"},
+         {on("rich", with({"restore", "Rich"}, chromium)), 0, "2 restored · 2 in place · 0.1 s"},
          {on("poor", {"restore", "Rich", "--clean-slate", "quit", "--adapter", "chromium"}), 0,
           "2 restored \xc2\xb7 1 launched \xc2\xb7 2 reopened"},
          {on("poor", {"restore", "Rich", "--adapter", "opera"}), 2, "--adapter"}});

@@ -19,33 +19,42 @@ Names matches(const std::string& text, const char* expression) {
 
 using HelpTest = QuilloctlTest;
 
-TEST_F(HelpTest, TheManPageAndTheCompletionKnowEveryCommandAndOption) {
+TEST_F(HelpTest, TheManPageAndTheCompletionsKnowEveryCommandAndOption) {
     std::string manual = home_.read(QUILLO_SOURCE_DIR "/packaging/quilloctl.1");
     std::erase(manual, '\\');
-    const std::string completion = home_.read(QUILLO_SOURCE_DIR "/packaging/completions/quilloctl.bash");
+    const std::string folder = QUILLO_SOURCE_DIR "/packaging/completions/";
+    const std::string completion = home_.read(folder + "quilloctl.bash");
+    const std::string zsh = home_.read(folder + "_quilloctl"), fish = home_.read(folder + "quilloctl.fish");
     // Commands stand indented by two with a text behind, options begin with a hyphen.
     const Names commands = matches(done({"--help"}), "^  ([a-z]+) +[a-z]");
-    EXPECT_EQ(commands, (Names{"doctor", "windows", "displays", "save", "plan", "restore", "list", "show",
-                               "rename", "duplicate", "delete", "history", "export", "import", "validate"}));
+    EXPECT_EQ(commands, (Names{"doctor", "windows", "displays", "save", "plan", "diff", "restore", "list",
+                               "show", "rename", "duplicate", "delete", "history", "launcher", "export",
+                               "import", "validate", "help"}));
     std::string help = done({"--help"});
     for (const std::string& command : commands) {
         help += done({command, "--help"});
         EXPECT_TRUE(std::regex_search(manual, std::regex("\n\\.(B|BI) \"?" + command + "\\b"))) << command;
         EXPECT_TRUE(std::regex_search(completion, std::regex("commands=.*\\b" + command + "\\b"))) << command;
+        EXPECT_NE(zsh.find("'" + command + ":"), std::string::npos) << command;
+        EXPECT_NE(fish.find("'" + command + " "), std::string::npos) << command;
     }
-    for (const char* command : {"list", "save", "clear"}) {
-        help += done({"history", command, "--help"});
-        EXPECT_NE(manual.find(std::string(".B history ") + command), std::string::npos) << command;
+    const std::pair<std::string, std::string> inFamilies[] = {{"history", "list"},  {"history", "save"},
+                                                              {"history", "clear"}, {"launcher", "add"},
+                                                              {"launcher", "list"}, {"launcher", "remove"}};
+    for (const auto& [family, command] : inFamilies) {
+        help += done({family, command, "--help"});
+        EXPECT_TRUE(std::regex_search(manual, std::regex("\n\\.(B|BI) \"?" + family + " " + command)))
+            << family << command;
     }
     const Names options = matches(help, "[ ,](--[a-z-]+)");
     for (const char* option : {"--json", "--only", "--force", "--update"})
         EXPECT_TRUE(options.contains(option));
     for (const std::string& option : options) {
         EXPECT_NE(manual.find(option), std::string::npos) << option;
-        EXPECT_NE(completion.find(option), std::string::npos) << option;
+        for (const std::string& shell : {completion, zsh})
+            EXPECT_NE(shell.find(option), std::string::npos) << option;
+        EXPECT_NE(fish.find("-l " + option.substr(2)), std::string::npos) << option;
     }
-    for (const RestoreOutcome& outcome : restoreOutcomes)
-        EXPECT_NE(manual.find(outcome.name), std::string::npos) << outcome.name;
 }
 
 TEST_F(HelpTest, BashCompletesCommandsOptionsAndNames) {
@@ -59,7 +68,7 @@ printf '%s\n' "${COMPREPLY[@]}"
     EXPECT_EQ(run({"import", path}).status, 0);
     done({"--desktop", "simulated:" QUILLO_SOURCE_DIR "/tests/scenes/desk.json", "history", "save"});
     const std::pair<Texts, Texts> cases[] = {
-        {{"d"}, {"delete", "displays", "doctor", "duplicate"}},
+        {{"d"}, {"delete", "diff", "displays", "doctor", "duplicate"}},
         {{"--json", "re"}, {"rename", "restore"}},
         {{"restore", "x", "--o"}, {"--only"}},
         {{"save", "--update", "my"}, {R"(My\ \"work\")"}},
@@ -68,6 +77,10 @@ printf '%s\n' "${COMPREPLY[@]}"
         {{"restore", "other"}, {""}},
         {{"history", ""}, {"clear", "list", "save"}},
         {{"import", home_ / "in"}, {path}},
+        {{"show", "\"my"}, {R"(My \"work\"")"}},
+        {{"show", "My\\ "}, {R"(My\ \"work\")"}},
+        {{"restore", "My\\ \\\"work\\\"", "--only", ""}, {"Editor"}},
+        {{"--desktop", "simulated", ":", home_ / "in"}, {path}},
     };
     for (auto [words, completed] : cases) {
         words.insert(words.begin(), {"bash", script, "quilloctl"});

@@ -29,6 +29,12 @@ TEST_F(LibraryCommandTest, UsageErrorsNameTheArgument) {
         {{"history"}, 2, "history: a command is required"},
         {{"history", "forget"}, 2, "history: there is no command or option forget"},
         {{"show"}, 2, "W is required"},
+        {{"lsit"}, 2, "no command or option lsit; did you mean list?"},
+        {{"list", "--jsn"}, 2, "--jsn; did you mean --json?"},
+        {{"help", "history", "sve"}, 2, "help: there is no command sve; did you mean save?"},
+        {{"help", "history", "save"}, 0, "Usage: quilloctl history save"},
+        {{"export", "Work"}, 2, "FILE is required"},
+        {{"export", "Work", "Work", "x.json"}, 2, "FILE: several workspaces go into a folder, and x.json is"},
         {{"rename", "Work"}, 2, "NAME is required"},
         {{"rename", "Work", " \t\n"}, 2, "NAME: the name is empty"},
         {{"rename", "Work", "\xff"}, 2, "NAME: not valid UTF-8"},
@@ -51,6 +57,12 @@ TEST_F(LibraryCommandTest, WorkspacesAreFoundByNameOrIdentifierAndNeverGuessed) 
     store("Büro");
     for (const char* which : {"bÜRO", "6F1C2A9E-0B7D-4E51-9C3A-2D4B8E7F1A60", exampleId})
         EXPECT_EQ(members(done({"show", which, "--json"}), "name"), Texts{"Büro"});
+    expectSteps({{{"show", "büor"}, 1, "no workspace büor; did you mean Büro?\n"},
+                 {{"show", ""}, 1, "no workspace \"\"\n"},
+                 {{"show", "say \"a\""}, 1, R"(no workspace "say \"a\"")"},
+                 {{"show", "6F1c"}, 0, "Büro"},
+                 {{"show", "6f1"}, 1, "there is no workspace 6f1"},
+                 {{"list", "--long"}, 0, exampleId}});
     store("BÜRO", otherId);
     for (const char* command : {"show", "delete", "duplicate"}) {
         expectSteps({{{command, "Work"}, 1, "quilloctl: there is no workspace Work\n"},
@@ -58,7 +70,10 @@ TEST_F(LibraryCommandTest, WorkspacesAreFoundByNameOrIdentifierAndNeverGuessed) 
                      {{command, "büro"}, 1, exampleId},
                      {{command, "büro"}, 1, otherId}});
     }
-    done({"delete", otherId});
+    store("Third", "6f1c2a9e-0000-4000-8000-000000000000");
+    expectSteps({{{"delete", "6f1c"}, 1, "2 identifiers begin with 6f1c"},
+                 {{"delete", otherId, "Thrid"}, 1, "did you mean Third?"}});  // then none goes
+    EXPECT_EQ(done({"delete", otherId, "third", otherId}), "Deleted BÜRO\nDeleted Third\n");
     EXPECT_EQ(names(), Texts{"Büro"});
 }
 
@@ -104,8 +119,19 @@ TEST_F(LibraryCommandTest, ExportWritesAtomicallyForItsOwnerAndOverwritesOnlyWhe
     expectSteps({{{"export", "work", path, "--force"}, 0, ""},
                  {{"validate", path}, 0, path + ": a sound workspace file, Work\n"},
                  {{"export", "work", home_ / "none/x.json"}, 1, "Couldn't export Work: "},
-                 {{"export", "work", home_.path(), "--force"}, 1, "Couldn't export Work: "}});
-    EXPECT_EQ(home_.names(), (std::set<std::string>{"work.json", ".local"}));
+                 {{"export", "work", home_.path()}, 0, "Exported Work\n"},
+                 {{"export", "work", home_.path()}, 1, "Work.json: a file of this name exists; --force"}});
+    store("a/b", otherId);
+    std::filesystem::create_directory_symlink(home_.path(), home_ / "link");
+    expectSteps({{{"export", "work", "a/b", home_ / "link", "--force"}, 0, "Exported a/b\n"},
+                 {{"validate", home_ / "link/a-b.json"}, 0, "a sound workspace file, a/b\n"}});
+    EXPECT_EQ(done({"export", "Work", "a/b", home_ / "link", "--force", "-q"}), "");
+    EXPECT_EQ(home_.names(), (std::set<std::string>{"work.json", "Work.json", "a-b.json", "link", ".local"}));
+    const Ran piped = runWith({}, {"sh", "-c", "\"$0\" export Work - | \"$0\" import -", QUILLOCTL});
+    EXPECT_EQ(piped.out, "Imported Work 2\n") << piped.err;
+    EXPECT_NE(runWith({}, {"sh", "-c", "echo '{' | \"$0\" validate -", QUILLOCTL})
+                  .err.find("quilloctl: standard input: "),
+              std::string::npos);
 }
 
 TEST_F(LibraryCommandTest, ImportGivesAnIdentityOfItsOwnAndSaysWhatItLeftOut) {
@@ -113,7 +139,7 @@ TEST_F(LibraryCommandTest, ImportGivesAnIdentityOfItsOwnAndSaysWhatItLeftOut) {
     expectSteps({{{"import", path}, 0, "Imported Work\nquilloctl: 1 address left out: "},
                  {{"import", path}, 0, "Imported Work 2\nquilloctl: 1 address left out: "}});
     EXPECT_EQ(names(), (Texts{"Work", "Work 2"}));
-    EXPECT_EQ(done({"list", "--json"}).find("6F1C2A9E"), std::string::npos);
+    EXPECT_EQ(done({"list", "--json"}).find(exampleId), std::string::npos);
     EXPECT_EQ(done({"show", "Work", "--json"}).find("x.example"), std::string::npos);
     EXPECT_EQ(home_.mode(workspaces), 0700U);
 }
@@ -150,9 +176,8 @@ TEST_F(LibraryCommandTest, AStoreThatIsDamagedOrCannotBeWrittenIsSaid) {
     store("Work");
     const std::string blocked = file("blocked", "a file where a directory should be");
     const std::string path = file("in.json", document("Work"));
-    expectSteps({{{"import", path, "--data-dir", blocked}, 1, "Quillo can't read "},
-                 {{"list", "--data-dir", blocked}, 1, "Quillo can't read "},
-                 {{"history", "list", "--data-dir", blocked}, 1, "Quillo can't read "}});
+    expectSteps({{{"import", path, "--data-dir", blocked}, 1, "--data-dir: " + blocked + " is no folder"},
+                 {{"history", "list", "--data-dir", blocked}, 1, "--data-dir: "}});
     EXPECT_EQ(home_.read("blocked"), "a file where a directory should be");
 
     home_.write(workspaces + "/broken.json", R"({"schemaVersion":2,"id":7})");
@@ -163,6 +188,22 @@ TEST_F(LibraryCommandTest, AStoreThatIsDamagedOrCannotBeWrittenIsSaid) {
     const Ran full = runWith({}, {"sh", "-c", QUILLOCTL " list >/dev/full"});
     EXPECT_EQ(full.status, 1);
     EXPECT_NE(full.err.find("standard output"), std::string::npos);
+}
+
+TEST_F(LibraryCommandTest, LaunchersAreKeptWithTheSettingsOfThisMachine) {
+    expectSteps(
+        {{{"launcher", "list"}, 0, "No launchers."},
+         {{"launcher", "add", "XClock", "xclok-that-is-not", "-update"}, 1, "there is no program xclok-"},
+         {{"launcher", "add", "XClock"}, 2, "COMMAND is required"},
+         {{"launcher", "add", " ", "env"}, 2, "APP: the name is empty"},
+         {{"launcher", "add", "XClock", "--", "env", "--help", "it's"},
+          0,
+          R"(Starts xclock: env --help 'it'\''s')"},
+         {{"--json", "launcher", "list"}, 0, R"({"application":"xclock","command":["env","--help","it's"]})"},
+         {{"launcher", "remove", "xclok"}, 1, "no launcher for xclok; did you mean xclock?"}});
+    EXPECT_NE(home_.read(".config/Quillo/defaults.json").find("\"launchers\""), std::string::npos);
+    expectSteps({{{"launcher", "remove", "xCLOCK"}, 0, "No longer starts xclock"},
+                 {{"launcher", "list"}, 0, "No launchers."}});
 }
 
 TEST_F(LibraryCommandTest, TheDataDirectoryComesFromOptionVariableAndStandard) {

@@ -80,7 +80,7 @@ TEST_F(EditingTest, PartsAreLeftOutBroughtBackAndUndone) {
 
 TEST_F(EditingTest, MapAndListPointAtEachOther) {
     QQuickItem* const item = map()->parentItem();
-    const auto pointed = [&] { return item->property("pointedKeys").toStringList(); };
+    const auto pointed = [&] { return item->property("outlinedKeys").toStringList(); };
     const auto picked = [&] { return item->property("pickedKeys").toStringList(); };
     const QStringList keys = detail().allWindowKeys();
     ASSERT_EQ(keys.size(), 3);
@@ -91,7 +91,7 @@ TEST_F(EditingTest, MapAndListPointAtEachOther) {
     // The map to the list: the line of the application, as long as its windows have none.
     QTest::mouseMove(window(), placeOf(keys[1]));
     EXPECT_TRUE(until([&] { return pointed() == QStringList{keys[1]}; }));
-    EXPECT_EQ(list()->property("pointedRow"), 0);
+    EXPECT_EQ(list()->property("pointedRow").toInt(), 1);
     QTest::mouseClick(window(), Qt::LeftButton, {}, placeOf(keys[1]));
     settle();
     EXPECT_EQ(list()->property("currentIndex"), 2);

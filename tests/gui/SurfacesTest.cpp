@@ -109,6 +109,7 @@ class LayoutTest : public samples::LookSet,
         if (!item.isVisible() || item.opacity() == 0 || item.inherits("DesktopMap")) return;
         if (QString(item.metaObject()->className()).startsWith("OnboardingPicture")) return;
         const QRectF place = placeOf(item);
+        if (item.clip() && !place.intersects(clip)) return;
         const QRectF seen = item.clip() ? clip & place : clip;
         if (isText(item)) {
             const QRectF parent = placeOf(*item.parentItem());

@@ -142,6 +142,10 @@ class Stage : LookSet, public GuiTest {
     }
     /// The pointer goes away again, so that what it would light up stays as it is.
     void press(const QString& name) {
+        if (QQuickItem* item = named(name); item && !QRectF({}, window()->size()).contains(placeOf(*item))) {
+            item->forceActiveFocus(Qt::TabFocusReason);  // its page scrolls to it
+            settle();
+        }
         point(name, [&](QPoint at) { QTest::mouseClick(window(), Qt::LeftButton, {}, at); });
         QTest::mouseMove(window(), {1, 1});
         settle();
@@ -269,7 +273,7 @@ class Stage : LookSet, public GuiTest {
             workspace.snapshot.applications.front().windows.push_back(window);
         }
         model->restore(workspace, CleanSlateMode::quit);
-        EXPECT_TRUE(until([&] { return find("Resume Anyway") != nullptr; }));
+        EXPECT_TRUE(until([&] { return named("Resume Anyway") != nullptr; }));
     }
     void resumeHalfWay(const Workspace& workspace) {
         resume(workspace);

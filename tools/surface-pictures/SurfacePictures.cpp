@@ -135,7 +135,8 @@ const Surface pages[] = {
          s.model.disk.tellWatchers();
          EXPECT_TRUE(s.until([&] { return s.model->sessions().size() == 3; }));
          s.settings("general");
-     }},
+     },
+     false, false, TextVariant::onLinux, noUpdates},
     {"settings-general-off", [](Stage& s) { s.interface->openSettings("general"); }},
     {"settings-general-end", [](Stage& s) { s.settings("general"), s.toTheEnd(); }},
     {"settings-general-menu", [](Stage& s) { s.settings("general"), s.press("Snapshot interval: "); }},

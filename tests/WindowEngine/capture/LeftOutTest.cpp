@@ -92,6 +92,11 @@ TEST(LeftOut, StaysLeftOutWhenTheWorkspaceIsSavedAgain) {
     EXPECT_EQ(update({}).leftOut, std::nullopt);  // taken in again in the review
     again.applications.resize(1);                 // what does not run now can still come back
     EXPECT_EQ(update({}).leftOut->size(), 2U);
+    // An application that went meanwhile does not come back with nothing because one of its windows is kept.
+    WorkspaceSnapshot without = saved;
+    std::erase_if(without.applications,
+                  [](const ApplicationSnapshot& one) { return one.bundleIdentifier == "editor"; });
+    EXPECT_EQ(LeftOut::without(LeftOut::whole(without)).applications, without.applications);
     EXPECT_TRUE(LeftOut::recognised(desk(), desk()).empty());
     // What the person keeps out of every workspace by now is not kept in this one either.
     policy = {[](const std::string& identifier) { return identifier == "mail"; }, {"b.example"}};

@@ -33,6 +33,19 @@ class WorkspaceStoreTest : public ::testing::Test {
     const Workspace second = samples::named(id, "Work", "second");
 };
 
+TEST_F(WorkspaceStoreTest, ANameIsChosenAmongThoseThatStandThereByThen) {
+    const std::vector<Workspace> before = store.scan().workspaces;  // nothing, and out of date at once
+    ASSERT_TRUE(store.save(first));
+    const auto saved = store.saveAsNew(samples::named(otherId, "WORK"), before);
+    ASSERT_TRUE(saved);
+    EXPECT_EQ(saved->name, "WORK 2");
+    EXPECT_EQ(store.load(otherId)->name, "WORK 2");
+    directory.write(primary, "{");  // one that cannot be read keeps the name that a scan found
+    EXPECT_EQ(store.freeName("Work", {{first}}), "Work 3");
+    ASSERT_TRUE(store.remove(id));
+    EXPECT_EQ(store.freeName("Work", {{first}}), "Work") << "gone, whatever a scan found";
+}
+
 TEST_F(WorkspaceStoreTest, SavesAPrimaryAndThenKeepsTheVersionBefore) {
     const WorkspaceStore inside(files, directory / "deep/workspaces");
     ASSERT_TRUE(inside.save(first));

@@ -35,6 +35,28 @@ TEST(RestorePlan, MovesAWindowThatStandsNotOnlyOnItsDesktop) {
     }
 }
 
+TEST(RestorePlan, TellsWhatItChangesOnAWindow) {
+    WindowSnapshot saved = samples::window(onA, "Notes");
+    saved.displayID = "A";
+    saved.desktop = DesktopSnapshot{"A", 0, {}};
+    const std::vector<NativeDesktop> desktops{{7, "A", 0, {}}, {8, "A", 1, {}}};
+    const auto change = [&](const LiveWindowInfo& live, const std::vector<SpaceID>& spaces) {
+        const DesktopTargets targets{{saved.desktop->id(), 7}};
+        const WindowPlan plan = planPair(saved, live, displays, displays, targets, spaces);
+        const WindowChange change = changeOf(plan, live, spaces, desktops);
+        EXPECT_EQ(plan.standsRight(), change.none());
+        return change;
+    };
+    EXPECT_TRUE(change(samples::live(onA), {7}).none());
+    LiveWindowInfo away = samples::live(onB);
+    away.isMinimized = away.isFullscreen = true;
+    EXPECT_EQ(change(away, {8}), (WindowChange{.frame = FromTo{onB, onA},
+                                               .minimized = FromTo{true, false},
+                                               .fullscreen = FromTo{true, false},
+                                               .desktop = FromTo<WindowChange::Desktop>{1, 0}}));
+    EXPECT_EQ(change(samples::live(onA), {7, 8}).desktop, (FromTo<WindowChange::Desktop>{{}, 0}));
+}
+
 TEST(RestorePlan, SaysWhyAWindowHasNoPartner) {
     const std::vector saved{samples::window(onA, "Notes"), samples::window(onB, "Mail")};
     for (const WindowPlan& plan : planWindows(saved, {}, displays, displays)) {

@@ -37,12 +37,14 @@ class InterruptTest : public QuilloctlTest {
 };
 
 TEST_F(InterruptTest, EndsInGoodOrderWithWhatWasDone) {
-    for (const char* signal : {"INT", "TERM", "HUP"}) {
+    for (const auto& [signal, status] : {std::pair("INT", 130), {"TERM", 143}, {"HUP", 129}}) {
         const Ran ran = interruptedBy(signal);
-        EXPECT_EQ(ran.status, 130) << signal << ran.out << ran.err;
-        ASSERT_EQ(lines(ran.out).size(), 2U) << ran.out;
+        EXPECT_EQ(ran.status, status) << signal << ran.out << ran.err;
+        ASSERT_EQ(lines(ran.out).size(), 3U) << ran.out;
         EXPECT_EQ(lines(ran.out)[0], "Silent            launched");
-        EXPECT_EQ(lines(ran.out)[1].rfind("Work stopped: 0 restored · 1 launched · ", 0), 0U) << ran.out;
+        EXPECT_EQ(lines(ran.out)[1], "Silent  Untitled  skipped: not reached");
+        EXPECT_EQ(lines(ran.out)[2].rfind("Work stopped: 0 restored · 1 launched · 1 skipped · ", 0), 0U)
+            << ran.out;
     }
     std::size_t finished = 0;
     for (const std::string& line : lines(log()))

@@ -23,7 +23,7 @@ class ApplicationsTest : public X11Test {
 
     /// Launched applications are not this test's children: they are asked to quit.
     void TearDown() override {
-        for (const auto* identifier : {"launched", "picky", "quillo_test_client"}) {
+        for (const auto* identifier : {"launched", "picky", "bare", "quillo_test_client"}) {
             if (running(identifier)) applications().terminate(identifier);
             EXPECT_TRUE(eventually([&] { return !running(identifier); }));
         }
@@ -119,6 +119,23 @@ TEST_F(ApplicationsTest, LaunchesAreDetachedAndRememberTheirIdentity) {
     EXPECT_EQ(getsid(found->pid), found->pid) << "a session of its own: no terminal's hang-up reaches it";
     EXPECT_NE(processInfo(found->pid)->parent, getpid());
     EXPECT_LT(std::chrono::abs(*found->launchDate - before), std::chrono::seconds(5));
+}
+
+TEST_F(ApplicationsTest, ThePersonsCommandStartsWhatNoMenuEntryStarts) {
+    EXPECT_FALSE(applications().location("bare"));
+    commands = {{"bare", {QUILLO_TEST_CLIENT, "--class=Other", "--title=no; shell $HOME"}},
+                {"gone", {"/nonexistent/secret-program"}}};
+    const auto location = applications().location("bare"), gone = applications().location("gone");
+    ASSERT_TRUE(location && gone);
+    EXPECT_EQ(location->string().find("client"), std::string::npos) << "a workspace may hold it";
+    EXPECT_EQ(applications().identifierAt(*location), "bare");
+    ASSERT_TRUE(run(applications().launch(*location, {})));
+    ASSERT_TRUE(eventually([&] { return windowTitled("no; shell $HOME").has_value(); }));
+    ASSERT_TRUE(running("bare")) << "whatever its window says";
+    EXPECT_FALSE(running("bare")->bundleURL);
+    const auto refused = run(applications().launch(*gone, {}));
+    ASSERT_FALSE(refused);
+    EXPECT_EQ(refused.error().text.find('/'), std::string::npos);
 }
 
 TEST_F(ApplicationsTest, ARefusedLaunchSaysWhyWithoutAPath) {

@@ -16,7 +16,11 @@ X11Test::X11Test() {
     setenv("DISPLAY", shared.display().c_str(), 1);
     Result<std::unique_ptr<X11Desktop>> created = fail(ErrorKind::unavailable, "not tried");
     waitFor([&] {
-        created = X11Desktop::create(executor, {.display = shared.display()});
+        created = X11Desktop::create(
+            executor, {.display = shared.display(), .commandOf = [this](std::string_view identifier) {
+                           const auto found = commands.find(identifier);
+                           return found == commands.end() ? std::nullopt : std::optional(found->second);
+                       }});
         return created.has_value();
     });
     if (!created) throw std::runtime_error(created.error().text);

@@ -60,6 +60,7 @@ class X11Test : public testing::Test {
     }
     AccessibilityService& ax() { return desktop->accessibility; }
 
+    std::map<std::string, std::vector<std::string>, std::less<>> commands;  // of what no menu entry starts
     SilentLog log;
     LoopExecutor executor;
     std::unique_ptr<X11Desktop> layer;
