@@ -82,9 +82,12 @@ std::string openQuestion(const PlannedApplication& application, const WindowPlan
         return "skipped: " + (plan.skipReason.empty() ? "no display is attached" : plan.skipReason);
     if (prospect != Prospect::awaited) return "";
     if (application.hangs) return "the application does not answer at the moment";
-    const bool asked = application.live.empty() && application.reopening.askedForWindow;
-    return asked ? "the application is asked for a window first"
-                 : "placed once what is opened has its window";
+    const ReopeningPlan& reopening = application.reopening;
+    if (application.live.empty() && reopening.askedForWindow)
+        return "the application is asked for a window first";
+    return reopening.documents.open.empty() && reopening.steps.empty()
+               ? "placed if the application opens another window when asked"
+               : "placed once what is opened has its window";
 }
 
 void printWindow(Output& output, const RestorePreview& preview, const PlannedApplication& application,

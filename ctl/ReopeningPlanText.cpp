@@ -56,12 +56,25 @@ void printStep(Output& output, const ApplicationSnapshot& application, const Ada
                             fmt::join(locations, ", ")));
 }
 
+void printMoreWindows(Output& output, const ApplicationSnapshot& application, std::size_t windows) {
+    if (windows == 0) return;
+    const auto count = static_cast<std::int64_t>(windows);
+    if (output.json()) {
+        JsonLine line = lineAbout(application);
+        line.add("moreWindows", count);
+        output.value(std::move(line));
+    } else {
+        output.line(fmt::format("  asks    for up to {}", counted(count, "more window")));
+    }
+}
+
 }  // namespace
 
 void printReopening(Output& output, const ApplicationSnapshot& application, const ReopeningPlan& plan) {
     printDocuments(output, application, plan.documents.open, true);
     printDocuments(output, application, plan.documents.refused, false);
     for (const AdapterStep& step : plan.steps) printStep(output, application, step);
+    printMoreWindows(output, application, plan.moreWindows);
     if (plan.contextTrouble.empty()) return;
     if (output.json()) {
         JsonLine line = lineAbout(application);

@@ -1,5 +1,7 @@
 #include "WindowEngine/capture/Capture.hpp"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <chrono>
 #include <set>
@@ -65,6 +67,31 @@ void noteRemote(DesktopAccess& desktop, CaptureReading& reading) {
                                              " windows of programs on other machines were left out.");
 }
 
+/// What of terminals does not come back as it is.
+void noteTerminals(DesktopAccess& desktop, CaptureReading& reading) {
+    for (std::size_t i = 0; i < reading.applications.size(); ++i) {
+        const RunningApplication& application = reading.applications[i];
+        const auto shells = desktop.platform.applications.shells(*application.bundleIdentifier);
+        if (!shells) continue;
+        std::int64_t windows = 0, unknown = 0;
+        for (const LiveWindow& window : reading.windows[i].windows) {
+            if (window.info.subrole == std::string(ax::dialog)) continue;
+            ++windows;
+            if (!window.info.documentURL) ++unknown;
+        }
+        const std::string name = application.localizedName.value_or(*application.bundleIdentifier);
+        if (unknown == 1)
+            reading.notes.push_back(
+                name + ": the folder of 1 window is not known; it comes back where new ones begin.");
+        if (unknown > 1)
+            reading.notes.push_back(fmt::format(
+                "{}: the folders of {} windows are not known; they come back where new ones begin.", name,
+                unknown));
+        if (*shells > windows)
+            reading.notes.push_back(name + ": of its tabs and panes only the one in front is saved.");
+    }
+}
+
 /// Directly after the enumeration, so that a window is verified as it was read.
 void applyPrivacyGate(DesktopAccess& desktop, CaptureReading& reading) {
     for (std::size_t i = 0; i < reading.applications.size(); ++i) {
@@ -98,6 +125,7 @@ CaptureReading readDesktop(DesktopAccess& desktop, const Options& options,
     removeExcluded(desktop, options, reading);
     applyPrivacyGate(desktop, reading);
     noteRemote(desktop, reading);
+    noteTerminals(desktop, reading);
     return reading;
 }
 

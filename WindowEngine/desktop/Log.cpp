@@ -48,6 +48,11 @@ void requestedWindow(SystemLog& log, std::string_view bundleIdentifier) {
               fmt::format("requested a new window for windowless {}", identifier(bundleIdentifier)));
 }
 
+void requestedMore(SystemLog& log, std::string_view bundleIdentifier, std::size_t windows) {
+    log.write(restoreCategory, LogLevel::info,
+              fmt::format("{} is asked for {} more windows", identifier(bundleIdentifier), windows));
+}
+
 void desktopCreation(SystemLog& log, std::string_view failure) {
     log.write(restoreCategory, LogLevel::error, fmt::format("Desktop creation: {}", failure));
 }

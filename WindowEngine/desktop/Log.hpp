@@ -15,6 +15,7 @@ void adapterCaptured(SystemLog& log, std::string_view adapter, std::int64_t urls
 void adapterFailed(SystemLog& log, std::string_view adapter, std::string_view failure);
 void ready(SystemLog& log, std::string_view bundleIdentifier, double seconds);
 void requestedWindow(SystemLog& log, std::string_view bundleIdentifier);
+void requestedMore(SystemLog& log, std::string_view bundleIdentifier, std::size_t windows);
 /// `failure` is a text of DesktopPreparation::failures.
 void desktopCreation(SystemLog& log, std::string_view failure);
 /// `label` is the combination: glyphs of its modifiers and what the key cap shows.

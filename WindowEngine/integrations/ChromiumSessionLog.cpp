@@ -172,26 +172,38 @@ class Log {
                     tabs_[tab].closed = false;
                 }
                 break;
-            case tabIndex: set(bytes, tabs_, first, &Tab::index); break;
-            case currentEntry: set(bytes, tabs_, first, &Tab::current); break;
-            case selectedIndex: set(bytes, windows_, first, &Window::selected); break;
-            case windowType: set(bytes, windows_, first, &Window::type); break;
+            case tabIndex:
+                set(bytes, tabs_, first, &Tab::index);
+                break;
+            case currentEntry:
+                set(bytes, tabs_, first, &Tab::current);
+                break;
+            case selectedIndex:
+                set(bytes, windows_, first, &Window::selected);
+                break;
+            case windowType:
+                set(bytes, windows_, first, &Window::type);
+                break;
             case tabClosed:
                 if (bytes.good()) tabs_[first].closed = true;
                 break;
             case windowClosed:
                 if (bytes.good()) windows_[first].closed = true;
                 break;
-            case windowBounds: setBounds(bytes, windows_[first]); break;
+            case windowBounds:
+                setBounds(bytes, windows_[first]);
+                break;
             case tabLastActive:
                 bytes.number<std::int32_t>();  // fills up to eight bytes
-                if (const auto when = bytes.number<std::int64_t>(); bytes.good()) tabs_[first].lastActive = when;
+                if (const auto when = bytes.number<std::int64_t>(); bytes.good())
+                    tabs_[first].lastActive = when;
                 break;
             case windowOnAllDesktops:
                 if (const auto flag = bytes.number<std::uint8_t>(); bytes.good())
                     windows_[first].onAllDesktops = flag != 0;
                 break;
-            default: applyToHistory(command, body, bytes, first);
+            default:
+                applyToHistory(command, body, bytes, first);
         }
     }
 
@@ -202,14 +214,16 @@ class Log {
                     std::erase_if(tabs_[tab].history, [&](const auto& entry) { return entry.first >= from; });
                 break;
             case historyCutFromFront:
-                if (const auto count = bytes.number<std::int32_t>(); bytes.good()) cutHistory(tabs_[tab], 0, count);
+                if (const auto count = bytes.number<std::int32_t>(); bytes.good())
+                    cutHistory(tabs_[tab], 0, count);
                 break;
             case historyCutFromMiddle: {
                 const auto from = bytes.number<std::int32_t>(), count = bytes.number<std::int32_t>();
                 if (bytes.good() && from >= 0) cutHistory(tabs_[tab], from, count);
                 break;
             }
-            default: applyPickle(command, Pickle(body));
+            default:
+                applyPickle(command, Pickle(body));
         }
     }
 
@@ -220,17 +234,21 @@ class Log {
                 const auto index = pickle.number<std::int32_t>();
                 const Page page{pickle.text(), pickle.text(2)};
                 if (!pickle.good()) break;
-                if (auto& history = tabs_[number].history; history.size() < mostEntries || history.contains(index))
+                if (auto& history = tabs_[number].history;
+                    history.size() < mostEntries || history.contains(index))
                     history[index] = page;
                 break;
             }
             case windowApplication:
-                if (const auto name = pickle.text(); pickle.good()) windows_[number].isApplication = !name.empty();
+                if (const auto name = pickle.text(); pickle.good())
+                    windows_[number].isApplication = !name.empty();
                 break;
             case windowDesktop:
-                if (const auto name = pickle.text(); pickle.good()) windows_[number].desktop = desktopNumber(name);
+                if (const auto name = pickle.text(); pickle.good())
+                    windows_[number].desktop = desktopNumber(name);
                 break;
-            default: break;
+            default:
+                break;
         }
     }
 
@@ -238,7 +256,8 @@ class Log {
     std::vector<std::pair<BrowserWindow, std::int64_t>> normalWindows() const {
         std::map<std::int32_t, std::vector<std::pair<std::int32_t, const Tab*>>> inside;
         for (const auto& [number, tab] : tabs_) {
-            if (!tab.closed && tab.window && !tab.history.empty()) inside[*tab.window].emplace_back(number, &tab);
+            if (!tab.closed && tab.window && !tab.history.empty())
+                inside[*tab.window].emplace_back(number, &tab);
         }
         std::vector<std::pair<BrowserWindow, std::int64_t>> result;
         for (auto& [number, tabs] : inside) {
@@ -252,7 +271,7 @@ class Log {
   private:
     template <class Owner, class Number>
     static void set(Bytes& bytes, std::unordered_map<std::int32_t, Owner>& owners, std::int32_t number,
-                    std::optional<Number> Owner::*field) {
+                    std::optional<Number> Owner::* field) {
         const auto value = bytes.number<Number>();
         if (bytes.good()) owners[number].*field = value;
     }
@@ -266,8 +285,8 @@ class Log {
         window.showState = state;
     }
 
-    static std::pair<BrowserWindow, std::int64_t> filled(std::int32_t number, const Window& window,
-                                                         std::vector<std::pair<std::int32_t, const Tab*>>& tabs) {
+    static std::pair<BrowserWindow, std::int64_t> filled(
+        std::int32_t number, const Window& window, std::vector<std::pair<std::int32_t, const Tab*>>& tabs) {
         std::ranges::sort(tabs, {}, [](const auto& numbered) {
             const auto& [tabNumber, tab] = numbered;
             return std::tuple(!tab->index.has_value(), tab->index.value_or(0), tabNumber);
@@ -313,7 +332,8 @@ bool forEachRecord(std::string_view log, auto visit) {
 }
 
 std::optional<Error> unreadable(std::string_view log) {
-    if (log.size() > largestSessionFile) return Error{ErrorKind::invalidData, "its session file is too large"};
+    if (log.size() > largestSessionFile)
+        return Error{ErrorKind::invalidData, "its session file is too large"};
     Bytes bytes(log);
     if (bytes.take(magic.size()) != magic) return Error{ErrorKind::invalidData, "its session file is none"};
     const auto version = bytes.number<std::uint32_t>();
@@ -371,7 +391,8 @@ class ClosedLog {
             case reopened:
                 if (const auto number = bytes.number<std::int32_t>(); bytes.good()) closed_.erase(number);
                 return;
-            default: return;
+            default:
+                return;
         }
     }
 
@@ -380,8 +401,9 @@ class ClosedLog {
         return std::ranges::any_of(closed_, [&](const auto& entry) {
             const Closed& closed = entry.second;
             return closed.when >= used &&
-                   std::ranges::equal(closed.tabs, window.tabs, {}, [&](std::int32_t tab) { return address(tab); },
-                                      &BrowserTab::address);
+                   std::ranges::equal(
+                       closed.tabs, window.tabs, {}, [&](std::int32_t tab) { return address(tab); },
+                       &BrowserTab::address);
         });
     }
 
@@ -403,12 +425,14 @@ class ClosedLog {
 Result<BrowserSession> read(std::string_view session, std::string_view closedTabs) {
     if (auto reason = unreadable(session)) return std::unexpected(*std::move(reason));
     Log log;
-    if (!forEachRecord(session, [&](std::uint8_t command, std::string_view body) { log.apply(command, body); }))
+    if (!forEachRecord(session,
+                       [&](std::uint8_t command, std::string_view body) { log.apply(command, body); }))
         return fail(ErrorKind::invalidData, "its session file is just being written");
     auto windows = log.normalWindows();
     if (windows.size() == 1 && !unreadable(closedTabs)) {
         ClosedLog closed;
-        forEachRecord(closedTabs, [&](std::uint8_t command, std::string_view body) { closed.apply(command, body); });
+        forEachRecord(closedTabs,
+                      [&](std::uint8_t command, std::string_view body) { closed.apply(command, body); });
         if (closed.has(windows.front().first, windows.front().second)) windows.clear();
     }
     BrowserSession result;

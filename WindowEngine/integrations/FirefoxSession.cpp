@@ -18,12 +18,15 @@ using simdjson::dom::object;
 constexpr std::string_view magic{"mozLz40\0", 8}, encryptedMagic{"mozEnc0\0", 8};
 constexpr std::size_t headerSize = magic.size() + sizeof(std::uint32_t);
 constexpr std::size_t largestUnpacked = std::size_t{256} << 20;  // bytes
-constexpr std::size_t mostOfOneByte = 255;                      // an LZ4 block grows no further
+constexpr std::size_t mostOfOneByte = 255;                       // an LZ4 block grows no further
 
-std::unexpected<Error> damaged() { return fail(ErrorKind::invalidData, "its session file is damaged"); }
+std::unexpected<Error> damaged() {
+    return fail(ErrorKind::invalidData, "its session file is damaged");
+}
 
 Result<simdjson::padded_string> unpacked(std::string_view file) {
-    if (file.starts_with(encryptedMagic)) return fail(ErrorKind::unavailable, "its session file is encrypted");
+    if (file.starts_with(encryptedMagic))
+        return fail(ErrorKind::unavailable, "its session file is encrypted");
     if (!file.starts_with(magic) || file.size() < headerSize)
         return fail(ErrorKind::invalidData, "its session file is none");
     std::uint32_t size = 0;
@@ -33,8 +36,8 @@ Result<simdjson::padded_string> unpacked(std::string_view file) {
         return fail(ErrorKind::invalidData, "its session file is too large");
     if (size > block.size() * mostOfOneByte) return damaged();
     simdjson::padded_string json(size);
-    const int got =
-        LZ4_decompress_safe(block.data(), json.data(), static_cast<int>(block.size()), static_cast<int>(size));
+    const int got = LZ4_decompress_safe(block.data(), json.data(), static_cast<int>(block.size()),
+                                        static_cast<int>(size));
     if (got < 0 || static_cast<std::uint32_t>(got) != size) return damaged();
     return json;
 }
@@ -96,7 +99,8 @@ std::optional<std::int64_t> desktop(const object& window) {
 }
 
 BrowserWindow windowFrom(const object& saved) {
-    BrowserWindow window{.frame = frame(saved), .isPlain = text(saved, "sizemode") == "normal", .desktop = desktop(saved)};
+    BrowserWindow window{
+        .frame = frame(saved), .isPlain = text(saved, "sizemode") == "normal", .desktop = desktop(saved)};
     const std::int64_t selected = number(saved, "selected").value_or(1) - 1;
     std::int64_t place = 0;
     forEach(saved, "tabs", [&](const object& tab) {

@@ -13,6 +13,10 @@ inline Duration toDuration(double seconds) {
     return std::chrono::duration_cast<Duration>(std::chrono::duration<double>(seconds));
 }
 
+/// For a window that an application was asked for, by a document or by itself.
+inline constexpr Duration windowPatience = std::chrono::seconds(5);
+inline constexpr Duration windowInterval = std::chrono::milliseconds(150);  // between looks for it
+
 /// One application of a run. The references outlive every task of it.
 struct ApplicationRestore {
     DesktopAccess& desktop;

@@ -52,17 +52,14 @@ std::string unavailableIntegration(const Platform& platform, const AppContext& c
     return (adapter ? adapter->name(platform) : "The saved") + " integration is disabled or unavailable";
 }
 
-bool needsWindow(const Platform& platform, const ApplicationSnapshot& application,
-                 const std::set<std::string>& enabledAdapters) {
-    const auto bare = std::ranges::count_if(application.windows, [](const WindowSnapshot& window) {
-        const auto isDocument = [](const auto& shown) {
-            return shown.documentURL && shown.documentURL->isFile();
-        };
-        return !isDocument(window) && !(window.tabs && std::ranges::any_of(*window.tabs, isDocument));
-    });
-    if (!contextAdapter(platform, application, enabledAdapters)) return bare > 0;
-    return bare > std::ranges::count_if(application.context->windows,
-                                        [](const ContextWindow& window) { return !window.urls.empty(); });
+std::int64_t bareWindows(const Platform& platform, const ApplicationSnapshot& application,
+                         const std::set<std::string>& enabledAdapters) {
+    const std::int64_t bare = std::ranges::count_if(
+        application.windows, [](const WindowSnapshot& window) { return !SavedDocuments::isIn(window); });
+    if (!contextAdapter(platform, application, enabledAdapters)) return bare;
+    const std::int64_t opened = std::ranges::count_if(
+        application.context->windows, [](const ContextWindow& window) { return !window.urls.empty(); });
+    return std::max<std::int64_t>(bare - opened, 0);
 }
 
 Task<void> restoreContext(ApplicationRestore& restore) {

@@ -1,5 +1,6 @@
 // Folders and tabs of an application, through its integration.
 #pragma once
+#include <cstdint>
 #include <set>
 #include <string>
 
@@ -16,10 +17,10 @@ const ContextAdapter* contextAdapter(const Platform& platform, const Application
 /// The note about a context that is not brought back: it names the integration.
 std::string unavailableIntegration(const Platform& platform, const AppContext& context);
 
-/// Whether a running application that has no window is to be asked for one: something was saved that neither
-/// a document nor an integration will bring a window for.
-bool needsWindow(const Platform& platform, const ApplicationSnapshot& application,
-                 const std::set<std::string>& enabledAdapters);
+/// How many saved windows neither a document nor an integration will bring a window for. An application that
+/// runs and has no window is asked for one if there are any.
+std::int64_t bareWindows(const Platform& platform, const ApplicationSnapshot& application,
+                         const std::set<std::string>& enabledAdapters);
 
 /// Opens what is not open yet and reports it. An application that was launched has up to 5 s to bring its own
 /// windows back first, and then the time that its integration needs to learn what those show: that is not

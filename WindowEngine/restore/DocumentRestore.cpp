@@ -9,11 +9,6 @@
 namespace quillo::Restore {
 namespace {
 
-using namespace std::chrono_literals;
-
-constexpr Duration windowPatience = 5s;
-constexpr Duration windowInterval = 150ms;
-
 /// A document's item carries its window's title, but does not stand for the window, which has one of its own.
 void addAbout(const ApplicationRestore& restore, const SavedDocument& document,
               RestoreReport::Status status) {
@@ -46,16 +41,15 @@ Task<void> openEach(const ApplicationRestore& restore, std::vector<SavedDocument
     }
 }
 
-/// What may be handed to the application for a saved address.
-Result<Url> targetOf(Applications& applications, std::string_view identifier, const Url& saved,
-                     bool followsLinks) {
-    auto target = applications.openable(identifier, saved);
-    if (target && !followsLinks && target->filePath() != saved.standardized().filePath())
+}  // namespace
+
+Result<Url> documentTarget(const Platform& platform, const ApplicationSnapshot& application,
+                           const Options& options, const Url& saved) {
+    auto target = platform.applications.openable(application.bundleIdentifier, saved);
+    if (target && !options.followsLinks && target->filePath() != saved.standardized().filePath())
         return fail(ErrorKind::refused, "a link leads to it");
     return target;
 }
-
-}  // namespace
 
 DocumentPlan planDocuments(const Platform& platform, const ApplicationSnapshot& application,
                            const Options& options, std::span<const LiveWindowInfo> live) {
@@ -65,8 +59,7 @@ DocumentPlan planDocuments(const Platform& platform, const ApplicationSnapshot& 
     DocumentPlan plan;
     for (SavedDocument& document :
          SavedDocuments::missing(SavedDocuments::of(application, elsewhere), live)) {
-        auto target =
-            targetOf(platform.applications, application.bundleIdentifier, document.url, options.followsLinks);
+        auto target = documentTarget(platform, application, options, document.url);
         if (target) {
             document.target = *std::move(target);
         } else {

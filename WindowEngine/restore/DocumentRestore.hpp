@@ -13,6 +13,10 @@ struct DocumentPlan {
     std::vector<SavedDocument> refused;  // each with the reason
 };
 
+/// What may be handed to the application for a saved document; refused with a reason that names nothing.
+Result<Url> documentTarget(const Platform& platform, const ApplicationSnapshot& application,
+                           const Options& options, const Url& saved);
+
 /// The documents that are the documents' business: not those in folders that an integration brings back.
 /// `live` are the application's windows.
 DocumentPlan planDocuments(const Platform& platform, const ApplicationSnapshot& application,

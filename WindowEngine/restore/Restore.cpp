@@ -17,6 +17,7 @@
 #include "WindowEngine/restore/ContextRestore.hpp"
 #include "WindowEngine/restore/DesktopCreation.hpp"
 #include "WindowEngine/restore/DocumentRestore.hpp"
+#include "WindowEngine/restore/MissingWindows.hpp"
 #include "WindowEngine/restore/RestoreScope.hpp"
 #include "WindowEngine/restore/WindowPlacement.hpp"
 #include "WindowEngine/restore/WindowPresence.hpp"
@@ -105,7 +106,7 @@ Task<bool> start(ApplicationRestore& restore) {
     if (!running) co_return co_await launch(restore);
     // Windows of a hidden application would be put in place unseen.
     (void)restore.desktop.platform.applications.show(restore.application.bundleIdentifier);
-    if (needsWindow(restore.desktop.platform, restore.application, restore.options.enabledAdapters) &&
+    if (bareWindows(restore.desktop.platform, restore.application, restore.options.enabledAdapters) > 0 &&
         !hasWindows(restore.desktop, *running))
         co_await requestWindow(restore);
     co_return true;
@@ -131,8 +132,9 @@ Task<void> reopenDocuments(ApplicationRestore& restore) {
     co_await openDocuments(restore, std::move(documents.open));
 }
 
-/// Waits until the application has opened its windows, where more may come, and puts them in place.
-Task<void> placeOpened(Run& run, const ApplicationRestore& restore) {
+/// Waits until the application has opened its windows, where more may come, asks for those that are missing
+/// then, and puts them in place.
+Task<void> placeOpened(Run& run, ApplicationRestore& restore) {
     const ApplicationSnapshot& application = restore.application;
     std::vector<LiveWindow> live = liveWindows(run.desktop, application, true);
     if (restore.opensMore || live.size() < application.windows.size()) {
@@ -142,13 +144,15 @@ Task<void> placeOpened(Run& run, const ApplicationRestore& restore) {
         if (const auto running = run.desktop.platform.applications.running(application.bundleIdentifier))
             run.desktop.handles.unresponsive.answered(running->pid);
         live = liveWindows(run.desktop, application, true);
+        if (co_await openMissingWindows(restore, infosOf(live)))
+            live = liveWindows(run.desktop, application, true);
     }
     // Launching took its time: a display may have gone since.
     const std::vector<DisplaySnapshot> displays = Displays::current(run.desktop.platform.screens);
     run.placed.push_back({&application, displays});
     co_await placeWindows(run.desktop, application, std::move(live),
                           {run.workspace.snapshot.displays, displays, run.desktops.targets}, run.sink,
-                          run.forward.windows);
+                          run.forward.windows, restore.opensMore ? Drift::corrected : Drift::ignored);
 }
 
 Task<void> restoreApplication(Run& run, const ApplicationSnapshot& application) {

@@ -26,14 +26,6 @@ void planFullscreen(WindowPlan& plan, const LiveWindowInfo& live, const DisplayS
     plan.write = true;
 }
 
-bool standsAt(const Rect& frame, const Rect& wanted) {
-    constexpr auto near = [](double a, double b) {
-        return std::abs(a - b) <= Accessibility::positionTolerance;
-    };
-    return near(frame.x, wanted.x) && near(frame.y, wanted.y) && near(frame.width, wanted.width) &&
-           near(frame.height, wanted.height);
-}
-
 /// What stands right is left alone: a write would unroll it, or end its being maximized.
 void planPlain(WindowPlan& plan, const WindowSnapshot& saved, const LiveWindowInfo& live) {
     plan.leaveFullscreen = live.isFullscreen;
@@ -73,6 +65,14 @@ std::optional<FromTo<bool>> stepTo(bool wanted, bool now) {
 }
 
 }  // namespace
+
+bool standsAt(const Rect& frame, const Rect& wanted) {
+    constexpr auto near = [](double a, double b) {
+        return std::abs(a - b) <= Accessibility::positionTolerance;
+    };
+    return near(frame.x, wanted.x) && near(frame.y, wanted.y) && near(frame.width, wanted.width) &&
+           near(frame.height, wanted.height);
+}
 
 bool WindowPlan::standsRight() const {
     const bool calls = leaveFullscreen || unminimize || write || moveToDesktop;

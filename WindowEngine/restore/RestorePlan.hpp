@@ -34,6 +34,9 @@ struct WindowPlan {
     bool standsRight() const;
 };
 
+/// Whether a frame is the wanted one, as far as window managers keep to what they are asked.
+bool standsAt(const Rect& frame, const Rect& wanted);
+
 /// The plan of one pair (liveIndex 0): what the live window's present state still calls for. Placement asks
 /// again after each effect. `liveSpaces`: those that hold the live window, empty where that was not asked.
 WindowPlan planPair(const WindowSnapshot& saved, const LiveWindowInfo& live,

@@ -1,6 +1,10 @@
 #include "WindowEngine/restore/RestorePreview.hpp"
 
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
 #include <algorithm>
+#include <utility>
 
 #include "WindowEngine/desktop/Displays.hpp"
 #include "WindowEngine/integrations/SafariPrivacy.hpp"
@@ -8,6 +12,7 @@
 #include "WindowEngine/restore/CleanSlate.hpp"
 #include "WindowEngine/restore/ContextRestore.hpp"
 #include "WindowEngine/restore/DesktopCreation.hpp"
+#include "WindowEngine/restore/MissingWindows.hpp"
 
 namespace quillo {
 namespace {
@@ -121,6 +126,30 @@ Task<void> planContext(DesktopAccess& desktop, const ApplicationSnapshot& applic
     }
 }
 
+/// The windows that an application will have before it is asked for more: those there are, one for each
+/// document and each new window of an integration, and the one that a launch without documents brings.
+std::vector<LiveWindowInfo> expectedWindows(const DesktopAccess& desktop,
+                                            const PlannedApplication& application) {
+    const ReopeningPlan& plan = application.reopening;
+    std::vector<LiveWindowInfo> expected = Restore::infosOf(application.live);
+    const auto expect = [&expected](std::optional<std::string> title, std::optional<Url> document) {
+        LiveWindowInfo& window = expected.emplace_back();
+        window.title = std::move(title);
+        window.subrole = std::string(ax::standardWindow);
+        window.documentURL = std::move(document);
+    };
+    for (const SavedDocument& document : plan.documents.open) expect(document.title, document.url);
+    for (const AdapterStep& step : plan.steps) {
+        if (step.newWindow) expect(std::nullopt, std::nullopt);
+    }
+    const bool launchBringsOne =
+        application.presence == Presence::installed &&
+        (plan.documents.open.empty() || !desktop.platform.applications.documentsTravelWithLaunch());
+    if (launchBringsOne || (plan.askedForWindow && application.live.empty()))
+        expect(std::nullopt, std::nullopt);
+    return expected;
+}
+
 Task<void> planReopening(DesktopAccess& desktop, PlannedApplication& application,
                          const Restore::Options& options) {
     const ApplicationSnapshot& saved = *application.saved;
@@ -128,8 +157,13 @@ Task<void> planReopening(DesktopAccess& desktop, PlannedApplication& application
     ReopeningPlan& plan = application.reopening;
     plan.documents =
         Restore::planDocuments(desktop.platform, saved, options, Restore::infosOf(application.live));
-    plan.askedForWindow = isRunning && Restore::needsWindow(desktop.platform, saved, options.enabledAdapters);
+    plan.askedForWindow =
+        isRunning && Restore::bareWindows(desktop.platform, saved, options.enabledAdapters) > 0;
     co_await planContext(desktop, saved, isRunning, options.enabledAdapters, plan);
+    if (!application.hangs)
+        plan.moreWindows =
+            Restore::missingWindows(desktop.platform, saved, options, expectedWindows(desktop, application))
+                .size();
 }
 
 /// In one spelling: a path may be written in many ways that hide what it is, and an address may begin with a
@@ -141,17 +175,16 @@ std::string location(const Url& url) {
     return host ? *host + ": " + url.string() : url.string();
 }
 
-/// With what cannot be told of it now: a yes holds for every later time.
-std::string launching(const PlannedApplication& application) {
-    switch (application.presence) {
-        case Presence::running:
-            return application.saved->name + " (runs now)";
-        case Presence::installed:
-            return application.saved->name;
-        case Presence::missing:
-            return application.saved->name + " (not installed now)";
-    }
-    return application.saved->name;
+/// With what cannot be told of it now, and with all windows that it may be asked for: a yes holds for every
+/// later time.
+std::string launching(Applications& applications, const PlannedApplication& application) {
+    const ApplicationSnapshot& saved = *application.saved;
+    std::vector<std::string> remarks;
+    if (application.presence == Presence::running) remarks.emplace_back("runs now");
+    if (application.presence == Presence::missing) remarks.emplace_back("not installed now");
+    if (saved.windows.size() > 1 && applications.openingWindows(saved.bundleIdentifier))
+        remarks.push_back(fmt::format("up to {} windows", saved.windows.size()));
+    return remarks.empty() ? saved.name : fmt::format("{} ({})", saved.name, fmt::join(remarks, ", "));
 }
 
 /// All that were saved, whether they are there, may be opened or are open at the moment.
@@ -207,7 +240,8 @@ Prospect Restore::prospectOf(const PlannedApplication& application, const Window
         return plan.displayID && plan.skipReason.empty() ? Prospect::changed : Prospect::skipped;
     }
     const bool asked = application.live.empty() && application.reopening.askedForWindow;
-    const bool mayCome = application.hangs || asked || opensSomething(application.reopening);
+    const bool mayCome = application.hangs || asked || opensSomething(application.reopening) ||
+                         application.reopening.moreWindows > 0;
     return mayCome ? Prospect::awaited : Prospect::skipped;
 }
 
@@ -265,7 +299,7 @@ Consequences Restore::consequences(Applications& applications, const RestorePrev
         }
     }
     for (const PlannedApplication& application : preview.applications) {
-        all.launched.push_back(launching(application));
+        all.launched.push_back(launching(applications, application));
         addDocuments(all, application);
     }
     // After the documents of all: there may be any number of addresses.

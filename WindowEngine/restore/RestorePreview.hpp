@@ -2,6 +2,7 @@
 // of it a person should hear before a workspace of somebody else is brought back. Nothing here changes the
 // desktop.
 #pragma once
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -23,6 +24,7 @@ struct ReopeningPlan {
     std::vector<AdapterStep> steps;  // of the integration
     std::string contextTrouble;      // why an integration would open nothing; may be empty
     bool askedForWindow = false;     // in case the application has none
+    std::size_t moreWindows = 0;     // it is asked for at most, beside what brings windows anyway
 };
 
 struct PlannedApplication {

@@ -34,6 +34,11 @@ std::vector<SavedDocument> of(const ApplicationSnapshot& application,
     return documents.take();
 }
 
+bool isIn(const WindowSnapshot& window) {
+    const auto isFile = [](const auto& shown) { return shown.documentURL && shown.documentURL->isFile(); };
+    return isFile(window) || (window.tabs && std::ranges::any_of(*window.tabs, isFile));
+}
+
 std::set<std::string> locations(const AppContext& context) {
     std::set<std::string> result;
     for (const ContextWindow& window : context.windows) {

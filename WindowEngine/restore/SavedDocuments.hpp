@@ -23,6 +23,9 @@ namespace SavedDocuments {
 /// that an integration brings back.
 std::vector<SavedDocument> of(const ApplicationSnapshot& application, const std::set<std::string>& elsewhere);
 
+/// Whether the window or one of its native tabs shows a file.
+bool isIn(const WindowSnapshot& window);
+
 /// Locations of a context, standardized.
 std::set<std::string> locations(const AppContext& context);
 

@@ -18,6 +18,8 @@ using failed = RestoreReport::failed;
 
 constexpr Duration desktopPatience = std::chrono::seconds(2);        // for a window to arrive there
 constexpr Duration tilingPatience = std::chrono::milliseconds(200);  // for windows to be laid out anew
+constexpr Duration driftPatience = std::chrono::seconds(1);          // for one that moves itself
+constexpr Duration driftInterval = std::chrono::milliseconds(100);   // between looks when it does
 
 Status disappeared() {
     return failed{"window disappeared after leaving full screen"};
@@ -192,6 +194,18 @@ std::vector<LiveWindowInfo> infos(const std::vector<LiveWindow>& windows) {
     return result;
 }
 
+/// A window that is back, and may yet move itself.
+struct Rested {
+    std::int64_t savedIndex = 0;
+    Pair pair;
+    Status status;
+    WindowChange change;
+    Rect frame;       // where it came to rest
+    TimePoint since;  // when it did
+    bool watched = true;
+    bool drifted = false;
+};
+
 /// What the windows of one application are brought back with. The references outlive every task of it.
 struct Placing {
     DesktopAccess& desktop;
@@ -200,7 +214,11 @@ struct Placing {
     PlacementTargets targets;
     const ItemSink& sink;
     std::vector<Element>& back;
+    Drift drift;
+    std::vector<Rested>& rested;          // those that are not reported yet
     std::vector<NativeDesktop> desktops;  // for the report
+
+    TimePoint now() const { return desktop.platform.executor.now(); }
 };
 
 /// What is still to be done with the window, asked before anything is.
@@ -211,6 +229,21 @@ WindowChange changeOf(const Placing& placing, const Pair& pair) {
     const WindowPlan plan = planPair(pair.saved, pair.window.info, pair.targets.savedDisplays,
                                      pair.targets.currentDisplays, pair.targets.desktops, spaces);
     return quillo::changeOf(plan, pair.window.info, spaces, placing.desktops);
+}
+
+bool isBack(const Status& status) {
+    const Verdict verdict = outcomeOf(status).verdict;
+    return verdict == Verdict::back || verdict == Verdict::differs;
+}
+
+/// `change` is told of what is back only.
+void report(const Placing& placing, std::int64_t savedIndex, const LiveWindow& window, Status status,
+            const WindowChange& change) {
+    const WindowSnapshot& saved = placing.application.windows[static_cast<std::size_t>(savedIndex)];
+    const bool back = isBack(status);
+    if (back && !saved.isMinimized) placing.back.push_back(window.element);
+    placing.sink.add(placing.application, savedIndex, std::move(status),
+                     back ? std::optional(change) : std::nullopt);
 }
 
 Task<void> placeWindow(const Placing& placing, const WindowPlan& plan) {
@@ -231,12 +264,67 @@ Task<void> placeWindow(const Placing& placing, const WindowPlan& plan) {
         // A display that went, or came, took away the place that was meant.
         if (displays != placing.targets.currentDisplays && again.refresh())
             status = co_await restoreWindow(again);
+    } else if (placing.drift == Drift::corrected && isBack(status) && !saved.isMinimized &&
+               !saved.isFullscreen) {
+        const Rect frame = pair.window.info.frame;
+        placing.rested.push_back(
+            {plan.savedIndex, std::move(pair), std::move(status), change, frame, placing.now()});
+        co_return;
     }
-    const Verdict verdict = outcomeOf(status).verdict;
-    const bool isBack = verdict == Verdict::back || verdict == Verdict::differs;
-    if (isBack && !saved.isMinimized) placing.back.push_back(pair.window.element);
-    placing.sink.add(placing.application, plan.savedIndex, std::move(status),
-                     isBack ? std::optional(change) : std::nullopt);
+    report(placing, plan.savedIndex, pair.window, std::move(status), change);
+}
+
+/// For a second from when the window came to rest: looks when it is told of a change, and at the end.
+Task<void> watchForDrift(const Placing& placing, Rested& one) {
+    const auto changes = placing.desktop.platform.windowServer.watch(one.pair.window.windowID);
+    const TimePoint deadline = one.since + driftPatience;
+    for (;;) {
+        // What moves itself does so more than once: a look for each would be too many.
+        const Duration left = deadline - placing.now();
+        if (left > Duration::zero() && co_await changes->next(left)) co_await sleepFor(driftInterval);
+        if (!one.pair.refresh()) co_return;  // closed: it was back
+        one.drifted = !standsAt(one.pair.window.info.frame, one.frame);
+        if (one.drifted || placing.now() >= deadline) co_return;
+    }
+}
+
+Task<void> placeOnceMore(const Placing& placing, Rested& one) {
+    Rect before;
+    const TimePoint deadline = placing.now() + driftPatience;
+    do {
+        before = one.pair.window.info.frame;
+        co_await sleepFor(driftInterval);
+        if (!one.pair.refresh()) co_return;
+    } while (!standsAt(one.pair.window.info.frame, before) && placing.now() < deadline);
+    // Where a display came or went the windows are placed anew in any case, once all applications are there.
+    if (Displays::current(placing.desktop.platform.screens) != placing.targets.currentDisplays) co_return;
+    Status again = co_await restorePlain(one.pair);
+    one.status = isBack(again) ? std::move(again) : RestoreReport::adjusted{};
+    one.frame = one.pair.window.info.frame;
+    one.since = placing.now();
+}
+
+/// Twice: those that were placed again are looked at once more, and left as they are then.
+Task<void> correctDrift(const Placing& placing) {
+    const Context context = co_await quillo::context();
+    for (const bool isLast : {false, true}) {
+        std::vector<Job<void>> jobs;
+        for (Rested& one : placing.rested) {
+            if (one.watched) jobs.push_back(spawn(context, watchForDrift(placing, one)));
+        }
+        for (const auto& outcome : co_await joinAll(jobs)) {
+            if (const auto exception = outcome.exception()) std::rethrow_exception(exception);
+        }
+        co_await checkpoint();
+        for (Rested& one : placing.rested) {
+            one.watched = std::exchange(one.drifted, false);
+            if (!one.watched) continue;
+            if (isLast)
+                one.status = RestoreReport::adjusted{};
+            else
+                co_await placeOnceMore(placing, one);
+        }
+    }
 }
 
 /// An error of one ends the application's placing, but not before the others are done.
@@ -252,13 +340,24 @@ Task<void> placeTogether(const Placing& placing, const std::vector<WindowPlan>& 
     co_await checkpoint();
 }
 
+Task<void> placeAll(const Placing& placing, const std::vector<WindowPlan>& plans) {
+    if (placing.desktop.platform.accessibility.movesTogether()) {
+        co_await placeTogether(placing, plans);
+        co_return;
+    }
+    for (const WindowPlan& plan : plans) {
+        if (plan.liveIndex) co_await placeWindow(placing, plan);
+    }
+}
+
 }  // namespace
 
 Task<void> placeWindows(DesktopAccess& desktop, const ApplicationSnapshot& application,
                         std::vector<LiveWindow> live, PlacementTargets targets, const ItemSink& sink,
-                        std::vector<Element>& back) {
+                        std::vector<Element>& back, Drift drift) {
     const std::vector<WindowPlan> plans =
         planWindows(application.windows, infos(live), targets.savedDisplays, targets.currentDisplays);
+    std::vector<Rested> rested;
     const Placing placing{
         desktop,
         application,
@@ -266,14 +365,19 @@ Task<void> placeWindows(DesktopAccess& desktop, const ApplicationSnapshot& appli
         targets,
         sink,
         back,
+        drift,
+        rested,
         targets.desktops.empty() ? std::vector<NativeDesktop>{} : DesktopSpaces::current(desktop)};
-    if (desktop.platform.accessibility.movesTogether()) {
-        co_await placeTogether(placing, plans);
-    } else {
-        for (const WindowPlan& plan : plans) {
-            if (plan.liveIndex) co_await placeWindow(placing, plan);
-        }
+    std::exception_ptr interruption;
+    try {
+        co_await placeAll(placing, plans);
+        co_await correctDrift(placing);
+    } catch (...) {
+        interruption = std::current_exception();
     }
+    for (Rested& one : rested)
+        report(placing, one.savedIndex, one.pair.window, std::move(one.status), one.change);
+    if (interruption) std::rethrow_exception(interruption);
     for (const WindowPlan& plan : plans) {
         if (!plan.liveIndex) sink.add(application, plan.savedIndex, RestoreReport::skipped{plan.skipReason});
     }

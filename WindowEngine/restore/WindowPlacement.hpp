@@ -14,11 +14,19 @@ struct PlacementTargets {
     const DesktopTargets& desktops;
 };
 
+/// What is done about windows that move or resize themselves within a second after they were placed, as new
+/// ones do.
+enum class Drift {
+    ignored,    // of windows that were there before nothing of the kind is expected
+    corrected,  // they are waited for, placed again once, and told as adjusted where that does not help
+};
+
 /// One window after the other, by saved index, unless windows move together (AccessibilityService): then each
-/// is reported as it comes to rest. Cancelled, the items made so far stay. The references must outlive the
-/// task. The windows that came back and can be seen are added to `back` as they do.
+/// is reported as it comes to rest; where drift is corrected, those that are back in a plain frame come last.
+/// Cancelled, what was placed until then is reported. The references must outlive the
+/// task. The windows that came back and can be seen are added to `back` as they are reported.
 Task<void> placeWindows(DesktopAccess& desktop, const ApplicationSnapshot& application,
                         std::vector<LiveWindow> live, PlacementTargets targets, const ItemSink& sink,
-                        std::vector<Element>& back);
+                        std::vector<Element>& back, Drift drift = Drift::ignored);
 
 }  // namespace quillo::Restore

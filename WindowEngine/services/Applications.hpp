@@ -61,6 +61,10 @@ class Applications {
     /// How many windows stand here of programs that run on another machine: no application's, and not saved.
     virtual std::int64_t remoteWindows() { return 0; }
 
+    /// Of a terminal, whose windows' documents are the folders of their shells: how many shells run in it, in
+    /// windows, tabs and panes. Absent for every other application, and where the platform does not tell.
+    virtual std::optional<std::int64_t> shells(std::string_view /*bundleIdentifier*/) { return std::nullopt; }
+
     /// Where an installed application lives; absent when it is not installed, even while a program runs
     /// under that identifier.
     virtual std::optional<Url> location(std::string_view bundleIdentifier) = 0;
@@ -109,6 +113,18 @@ class Applications {
 
     virtual Capability hiding() = 0;
     virtual Capability quitting() = 0;
+
+    /// Whether this application, if it runs, can be asked for one more window than it has.
+    virtual Capability openingWindows(std::string_view /*bundleIdentifier*/) {
+        return Capability::unavailable("This system asks no application for more windows than it opens.");
+    }
+    /// Asks a running application for one more window, an empty one. Waits until the system accepts or
+    /// refuses that, not for the window; nobody promises that one comes (an application of a single window
+    /// brings that one forward), or that it is one only: callers look. The error's text holds no path or
+    /// title.
+    virtual Task<Result<void>> openWindow(std::string bundleIdentifier) {
+        co_return fail(ErrorKind::unavailable, openingWindows(bundleIdentifier).reason());
+    }
 };
 
 }  // namespace quillo

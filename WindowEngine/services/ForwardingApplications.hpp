@@ -21,6 +21,9 @@ class ForwardingApplications : public Applications {
         return target_.windowsOfAny(identifiers);
     }
     std::int64_t remoteWindows() override { return target_.remoteWindows(); }
+    std::optional<std::int64_t> shells(std::string_view bundleIdentifier) override {
+        return target_.shells(bundleIdentifier);
+    }
     std::optional<Url> location(std::string_view bundleIdentifier) override {
         return target_.location(bundleIdentifier);
     }
@@ -53,6 +56,12 @@ class ForwardingApplications : public Applications {
     }
     Capability hiding() override { return target_.hiding(); }
     Capability quitting() override { return target_.quitting(); }
+    Capability openingWindows(std::string_view bundleIdentifier) override {
+        return target_.openingWindows(bundleIdentifier);
+    }
+    Task<Result<void>> openWindow(std::string bundleIdentifier) override {
+        return target_.openWindow(std::move(bundleIdentifier));
+    }
 
   private:
     Applications& target_;

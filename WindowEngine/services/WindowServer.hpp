@@ -84,9 +84,9 @@ class WindowServer {
     virtual bool openOverview() = 0;
     virtual void closeOverview() = 0;
 
-    /// Listens until it is dropped: to a window's state and desktop, or, where none is given, to windows that
-    /// come and go and to the number of desktops. To be begun before the first look, so that nothing happens
-    /// unseen between the two. A layer that is not told leaves waits to their timers.
+    /// Listens until it is dropped: to a window's frame, state and desktop, or, where none is given, to
+    /// windows that come and go and to the number of desktops. To be begun before the first look, so that
+    /// nothing happens unseen between the two. A layer that is not told leaves waits to their timers.
     virtual std::unique_ptr<ChangeWatch> watch(std::optional<WindowNumber> /*window*/) {
         return std::make_unique<ChangeWatch>();
     }

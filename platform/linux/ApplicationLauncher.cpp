@@ -16,9 +16,16 @@ namespace quillo {
 namespace {
 
 using Launched = Result<std::optional<ProcessID>>;
+using Order = ApplicationLauncher::Order;
+
+constexpr auto folderType = "inode/directory";
 
 struct GListFree {
     void operator()(GList* list) const noexcept { g_list_free(list); }
+};
+
+struct GKeyFileFree {
+    void operator()(GKeyFile* file) const noexcept { g_key_file_unref(file); }
 };
 
 class DevNull {
@@ -55,10 +62,11 @@ const char* whyNotStarted(const GError* error) {
 }
 
 /// What was judged a moment ago may have been replaced since.
-Result<void> judgedAgain(GDesktopAppInfo* application, const std::vector<Url>& documents) {
-    if (documents.empty()) return {};
-    const auto types = declaredTypes(application);
-    for (const Url& document : documents) {
+Result<void> judgedAgain(GDesktopAppInfo* application, const Order& order) {
+    if (order.documents.empty()) return {};
+    auto types = declaredTypes(application);
+    if (order.folderOption) types = {folderType};
+    for (const Url& document : order.documents) {
         const auto openable = openableDocument(document);
         if (!openable) return std::unexpected(openable.error());
         if (*openable != document) return fail(ErrorKind::refused, "it was replaced by a link");
@@ -69,6 +77,31 @@ Result<void> judgedAgain(GDesktopAppInfo* application, const std::vector<Url>& d
     return {};
 }
 
+/// The entry with the command of its action, or with the option for a folder, and that folder as its own.
+/// Over the bus neither would reach the application.
+void change(GKeyFile* entry, const Order& order) {
+    constexpr auto main = G_KEY_FILE_DESKTOP_GROUP, exec = G_KEY_FILE_DESKTOP_KEY_EXEC;
+    const auto group = order.action.empty() ? std::string(main) : "Desktop Action " + order.action;
+    const GText command(g_key_file_get_string(entry, group.c_str(), exec, nullptr));
+    auto line = std::string(command ? command.get() : "");
+    if (order.folderOption) {
+        line += " " + *order.folderOption;
+        g_key_file_set_string(entry, main, G_KEY_FILE_DESKTOP_KEY_PATH,
+                              order.documents.front().filePath().value().c_str());
+    }
+    g_key_file_set_string(entry, main, exec, line.c_str());
+    g_key_file_remove_key(entry, main, G_KEY_FILE_DESKTOP_KEY_DBUS_ACTIVATABLE, nullptr);
+}
+
+GObjectPtr<GDesktopAppInfo> applicationOf(const Order& order) {
+    if (order.action.empty() && !order.folderOption)
+        return GObjectPtr<GDesktopAppInfo>(g_desktop_app_info_new_from_filename(order.entry.c_str()));
+    const std::unique_ptr<GKeyFile, GKeyFileFree> entry(g_key_file_new());
+    if (!g_key_file_load_from_file(entry.get(), order.entry.c_str(), G_KEY_FILE_NONE, nullptr)) return {};
+    change(entry.get(), order);
+    return GObjectPtr<GDesktopAppInfo>(g_desktop_app_info_new_from_keyfile(entry.get()));
+}
+
 /// GIO's connection to the session bus would end this program when the bus goes away.
 GObjectPtr<GDBusConnection> sessionBus() {
     GObjectPtr<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
@@ -76,13 +109,15 @@ GObjectPtr<GDBusConnection> sessionBus() {
     return bus;
 }
 
-Launched launchNow(const std::string& entry, const std::vector<Url>& documents, const std::string& display) {
-    const GObjectPtr<GDesktopAppInfo> application(g_desktop_app_info_new_from_filename(entry.c_str()));
+Launched launchNow(const Order& order, const std::string& display) {
+    const auto application = applicationOf(order);
     if (!application) return fail(ErrorKind::notFound, "the application is not installed or cannot be run");
-    if (auto judged = judgedAgain(application.get(), documents); !judged)
+    if (auto judged = judgedAgain(application.get(), order); !judged)
         return std::unexpected(std::move(judged.error()));
     std::unique_ptr<GList, GListFree> addresses;
-    for (auto url = documents.rbegin(); url != documents.rend(); ++url) {
+    // A terminal without an option takes the folder from its own: its line has no place for one.
+    const bool handsOver = !order.folderOption || !order.folderOption->empty();
+    for (auto url = order.documents.rbegin(); handsOver && url != order.documents.rend(); ++url) {
         addresses.reset(g_list_prepend(addresses.release(), const_cast<char*>(url->string().c_str())));
     }
     const GObjectPtr<GAppLaunchContext> context(g_app_launch_context_new());
@@ -116,13 +151,13 @@ void ApplicationLauncher::joinEnded() {
     });
 }
 
-Task<Launched> ApplicationLauncher::launch(std::string entry, std::vector<Url> documents) {
+Task<Launched> ApplicationLauncher::launch(Order order) {
     joinEnded();
     Completion<Launched> completion(executor_);
     auto ended = std::make_shared<bool>(false);
     auto work = [&executor = executor_, setter = completion.setter(), held = executor_.outsideWork(), ended,
-                 entry, documents, display = display_] {
-        setter.set(launchNow(entry, documents, display));
+                 order = std::move(order), display = display_] {
+        setter.set(launchNow(order, display));
         executor.post([ended] { *ended = true; });
     };
     running_.push_back({std::thread(std::move(work)), ended});

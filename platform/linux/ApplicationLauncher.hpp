@@ -23,11 +23,19 @@ class ApplicationLauncher {
     ApplicationLauncher& operator=(const ApplicationLauncher&) = delete;
     ~ApplicationLauncher();  // waits for launches that are under way
 
-    /// `entry` is the .desktop file of an installed application, `documents` canonical addresses of what it
-    /// declares to open; both are judged once more right before they are handed over. Gives the new process;
+    /// What is started.
+    struct Order {
+        std::string entry;                // the .desktop file of an installed application
+        std::vector<Url> documents = {};  // canonical addresses of what it declares to open
+        std::string action = {};          // one of the entry's actions, instead of the entry itself
+        /// Of a terminal, which is started in the one folder that `documents` are then (Terminals).
+        std::optional<std::string> folderOption = std::nullopt;
+    };
+
+    /// Entry and documents are judged once more right before they are handed over. Gives the new process;
     /// absent when the system started the application in another way (over its session bus). The error's text
     /// holds no path or title.
-    Task<Result<std::optional<ProcessID>>> launch(std::string entry, std::vector<Url> documents);
+    Task<Result<std::optional<ProcessID>>> launch(Order order);
 
   private:
     struct Running {

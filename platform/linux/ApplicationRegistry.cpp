@@ -189,6 +189,14 @@ std::optional<std::string> ApplicationRegistry::name(std::string_view identifier
     return entry ? std::optional(entry->name) : std::nullopt;
 }
 
+Result<std::string> ApplicationRegistry::newWindowAction(std::string_view identifier) {
+    entries_.refresh();
+    const auto* entry = entries_.withId(identifier);
+    if (!entry) return fail(ErrorKind::notFound, "The application is not installed.");
+    if (entry->singleWindow) return fail(ErrorKind::unavailable, "The application opens one window only.");
+    return entry->newWindowAction;
+}
+
 std::vector<std::string> ApplicationRegistry::command(std::string_view identifier) {
     entries_.refresh();
     const auto* entry = entries_.withId(identifier);
@@ -223,6 +231,9 @@ Result<ApplicationRegistry::Opening> ApplicationRegistry::opening(std::string_vi
     auto openable = openableDocument(document);
     if (!openable) return std::unexpected(std::move(openable.error()));
     const auto type = ContentTypes::of(openable->filePath().value());
+    // The one exception from declared types: a terminal takes a folder in a way of its own.
+    if (entry->folderOption && type == "inode/directory")
+        return Opening{*std::move(openable), entry->file, entry->folderOption};
     const auto* opener = type ? entries_.opener(*entry, *type) : nullptr;
     if (!opener) return fail(ErrorKind::refused, "the application does not say that it opens such documents");
     return Opening{*std::move(openable), opener->file};

@@ -55,6 +55,9 @@ class ApplicationRegistry {
     std::vector<std::string> command(std::string_view identifier);
     /// Those that menus show.
     std::vector<InstalledApplication> installed();
+    /// The entry's action that opens one more window, empty where it is to be launched again for that;
+    /// refused for what is not installed, and for what opens one window only. The reason is a sentence.
+    Result<std::string> newWindowAction(std::string_view identifier);
     /// Of the installed menu entry that this file is.
     std::optional<std::string> identifierAt(const Url& location);
 
@@ -62,6 +65,7 @@ class ApplicationRegistry {
     struct Opening {
         Url document;
         std::string entry;
+        std::optional<std::string> folderOption = std::nullopt;  // where a terminal is opened in that folder
     };
     /// Refused with a reason that names nothing, as Applications::openable() says. Blocks for the disk.
     Result<Opening> opening(std::string_view identifier, const Url& document);

@@ -7,6 +7,7 @@
 #include "WindowEngine/support/Text.hpp"
 #include "platform/linux/ContentTypes.hpp"
 #include "platform/linux/GObjectPtr.hpp"
+#include "platform/linux/Terminals.hpp"
 
 namespace quillo {
 namespace {
@@ -117,6 +118,25 @@ OpenedKinds kindsOf(GAppInfo* app, const std::vector<std::string>& types) {
             .pages = std::ranges::find(types, "x-scheme-handler/http") != types.end()};
 }
 
+/// Keys that stand for "one more window, empty and not private", without case, hyphens and underscores, the
+/// best first.
+std::string newWindowActionOf(GDesktopAppInfo* info) {
+    static constexpr std::array<std::string_view, 2> meanings{"newwindow", "newemptywindow"};
+    for (const std::string_view meaning : meanings) {
+        for (const auto* action = g_desktop_app_info_list_actions(info); action && *action; ++action) {
+            std::string key = text::lowercase(*action);
+            std::erase_if(key, [](char c) { return c == '-' || c == '_'; });
+            if (key == meaning) return *action;
+        }
+    }
+    return {};
+}
+
+bool opensOneWindow(GDesktopAppInfo* info) {
+    return g_desktop_app_info_get_boolean(info, "SingleMainWindow") ||
+           g_desktop_app_info_get_boolean(info, "X-GNOME-SingleWindow");
+}
+
 fs::file_time_type changeTime(const fs::path& path) {
     std::error_code error;
     const auto time = fs::last_write_time(path, error);
@@ -203,7 +223,13 @@ void DesktopEntries::add(const fs::path& root, const fs::path& file) {
                        .command = commandOf(orEmpty(g_app_info_get_commandline(app))),
                        .shown = !g_desktop_app_info_get_nodisplay(info.get()),
                        .types = std::move(types),
-                       .opens = opens};
+                       .opens = opens,
+                       .newWindowAction = newWindowActionOf(info.get()),
+                       .singleWindow = opensOneWindow(info.get()),
+                       .folderOption = std::nullopt};
+    if (const auto option = Terminals::folderOption(entry.program, entry.command))
+        entry.folderOption = *option;
+    entry.opens.shells = entry.folderOption.has_value();
     const auto index = entries_.size();
     byId_[id].push_back(index);
     byLowerId_[text::lowercase(id)].push_back(index);

@@ -15,6 +15,7 @@ struct OpenedKinds {
     bool documents = false;
     bool folders = false;  // a file manager among others
     bool pages = false;    // a browser
+    bool shells = false;   // a terminal, whose windows are in a folder each
 };
 
 struct DesktopEntry {
@@ -28,6 +29,9 @@ struct DesktopEntry {
     std::vector<std::string> types =
         {};  // of the documents that it declares to open; none where it takes none
     OpenedKinds opens;
+    std::string newWindowAction = {};         // the action that opens one more window; empty where none does
+    bool singleWindow = false;                // it says that it opens no more than one
+    std::optional<std::string> folderOption;  // of a terminal (Terminals::folderOption)
 };
 
 /// The types of an entry that takes documents by itself: none where its Exec line has no field for them, or

@@ -78,6 +78,25 @@ std::optional<DocumentOnDisk> nameWithFolder(std::string_view text, const std::s
     return std::nullopt;
 }
 
+/// "name - folder - Editor"; either may itself hold the hyphen.
+std::optional<DocumentOnDisk> nameBeforeFolder(std::string_view text, const std::string& home) {
+    constexpr std::string_view separator = " - ";
+    std::size_t tried = 0;
+    for (auto at = text.find(separator); at != std::string_view::npos && tried < mostEnds;
+         at = text.find(separator, at + 1), ++tried) {
+        const auto name = text.substr(0, at);
+        const auto rest = text.substr(at + separator.size());
+        if (name.empty() || name.contains('/') || !expanded(rest.substr(0, 2), home)) continue;
+        for (const auto end : possibleEnds(rest)) {
+            auto folder = expanded(rest.substr(0, end), home);
+            if (!folder) continue;
+            if (!folder->ends_with('/')) *folder += '/';
+            if (auto document = onDisk(*folder + std::string(name))) return document;
+        }
+    }
+    return std::nullopt;
+}
+
 /// Bytes of letters beyond ASCII belong to a word.
 bool isWordByte(char c) {
     const auto byte = static_cast<unsigned char>(c);
@@ -107,8 +126,26 @@ std::optional<DocumentOnDisk> onDisk(const std::string& path) {
 
 std::optional<DocumentOnDisk> inTitle(std::string_view title, const std::string& home) {
     const auto text = withoutMarks(title);
-    auto document = pathAtBeginning(text, home);
-    return document ? document : nameWithFolder(text, home);
+    if (auto document = pathAtBeginning(text, home)) return document;
+    auto document = nameWithFolder(text, home);
+    return document ? document : nameBeforeFolder(text, home);
+}
+
+std::optional<DocumentOnDisk> inOpenFiles(std::span<const std::string> files, std::string_view title) {
+    const auto text = withoutMarks(title);
+    const auto ends = possibleEnds(text);
+    const std::string* found = nullptr;
+    for (const std::string& file : files) {
+        const auto name = std::string_view(file).substr(file.rfind('/') + 1);
+        const bool named =
+            std::ranges::any_of(ends, [&](std::size_t end) { return text.substr(0, end) == name; });
+        if (!named || name.empty() || (found && *found == file)) continue;
+        if (found) return std::nullopt;
+        found = &file;
+    }
+    if (!found || !openableDocument(Url::file(*found))) return std::nullopt;
+    auto document = onDisk(*found);
+    return document && !document->isFolder ? document : std::nullopt;
 }
 
 std::optional<DocumentOnDisk> inArguments(std::span<const std::string> arguments,

@@ -38,10 +38,12 @@ std::optional<ProcessInfo> processInfo(ProcessID pid) {
     if (nameEnd == std::string::npos) return std::nullopt;
     std::istringstream fields(line.substr(nameEnd + 1));
     char state = 0;
+    int group = 0, terminal = 0;
     ProcessInfo info;
-    fields >> state >> info.parent;
+    fields >> state >> info.parent >> group >> info.session >> terminal >> info.foreground;
+    info.hasTerminal = terminal != 0;
     std::string skipped;
-    for (int field = 5; field < 22; ++field) fields >> skipped;
+    for (int field = 9; field < 22; ++field) fields >> skipped;
     if (!(fields >> info.startTicks) || state == 'Z' || state == 'X') return std::nullopt;
     return info;
 }
@@ -54,9 +56,26 @@ Instant startInstant(const ProcessInfo& process) {
     return Instant(boot + std::chrono::seconds(seconds) + std::chrono::nanoseconds(rest));
 }
 
+std::vector<ProcessID> childrenOf(ProcessID pid) {
+    std::vector<ProcessID> children;
+    std::error_code error;
+    // Each thread has those that it made itself.
+    for (const auto& thread : std::filesystem::directory_iterator(procFile(pid, "task"), error)) {
+        std::istringstream numbers(contents(thread.path() / "children"));
+        for (ProcessID child = 0; numbers >> child;) children.push_back(child);
+    }
+    return children;
+}
+
+std::string nameOf(ProcessID pid) {
+    auto name = contents(procFile(pid, "comm"));
+    if (name.ends_with('\n')) name.pop_back();
+    return name;
+}
+
 bool isForwarder(ProcessID pid) {
     // Its program belongs to the system's administrator and is nobody else's to read; its name is.
-    return contents(procFile(pid, "comm")).starts_with("sshd");
+    return nameOf(pid).starts_with("sshd");
 }
 
 std::optional<std::string> programOf(ProcessID pid) {
@@ -73,6 +92,21 @@ std::vector<std::string> argumentsOf(ProcessID pid) {
     std::getline(words, word, '\0');  // the program's name
     while (std::getline(words, word, '\0')) arguments.push_back(std::move(word));
     return arguments;
+}
+
+std::vector<std::string> openFilesOf(ProcessID pid) {
+    constexpr std::size_t mostLookedAt = 1024;
+    std::vector<std::string> files;
+    std::error_code error;
+    std::filesystem::directory_iterator entry(procFile(pid, "fd"), error), end;
+    for (std::size_t i = 0; !error && entry != end && i < mostLookedAt; entry.increment(error), ++i) {
+        std::error_code closed;
+        auto file = std::filesystem::read_symlink(entry->path(), closed).string();
+        const bool isOfTheSystem =
+            file.starts_with("/dev/") || file.starts_with("/proc/") || file.starts_with("/memfd:");
+        if (!closed && file.starts_with('/') && !isOfTheSystem) files.push_back(std::move(file));
+    }
+    return files;
 }
 
 std::string workingDirectoryOf(ProcessID pid) {

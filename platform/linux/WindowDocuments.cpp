@@ -1,5 +1,8 @@
 #include "platform/linux/WindowDocuments.hpp"
 
+#include <unistd.h>
+
+#include <array>
 #include <condition_variable>
 #include <cstdlib>
 #include <mutex>
@@ -8,6 +11,7 @@
 
 #include "platform/linux/PathEntries.hpp"
 #include "platform/linux/ProcessInfo.hpp"
+#include "platform/linux/Terminals.hpp"
 
 namespace quillo {
 namespace {
@@ -30,20 +34,54 @@ std::string homeDirectory() {
     return home ? home : "";
 }
 
-std::optional<WindowDocument> fromTitleOrArguments(const DocumentQuestion& question,
-                                                   const std::string& home) {
+/// What processes have open, each looked at once.
+using OpenFiles = std::map<ProcessID, std::vector<std::string>>;
+
+std::optional<WindowDocument> fromTitleOrProcess(const DocumentQuestion& question, const std::string& home,
+                                                 OpenFiles& openFiles) {
     if (auto document = DocumentEvidence::inTitle(question.title, home))
         return WindowDocument{std::move(*document), false};
+    if (!question.opensFolders) {
+        const auto [files, isNew] = openFiles.try_emplace(question.pid);
+        if (isNew) files->second = openFilesOf(question.pid);
+        if (auto document = DocumentEvidence::inOpenFiles(files->second, question.title))
+            return WindowDocument{std::move(*document), false};
+    }
     auto document = DocumentEvidence::inArguments(argumentsOf(question.pid), workingDirectoryOf(question.pid),
                                                   question.title);
     return document ? std::optional(WindowDocument{std::move(*document), true}) : std::nullopt;
 }
 
+std::string hostName() {
+    std::array<char, 256> name{};
+    return ::gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "";
+}
+
+void lookIntoTerminals(const std::vector<DocumentQuestion>& questions, const std::string& home,
+                       WindowDocuments::Answers& answers) {
+    static const std::string host = hostName();
+    std::map<ProcessID, std::vector<const DocumentQuestion*>> windows;
+    for (const auto& question : questions) {
+        if (question.isTerminal) windows[question.pid].push_back(&question);
+    }
+    for (const auto& [pid, ofProcess] : windows) {
+        std::vector<std::string> titles;
+        for (const auto* window : ofProcess) titles.push_back(window->title);
+        const auto folders = Terminals::windowFolders(titles, Terminals::shellFolders(pid), {home, host});
+        for (std::size_t i = 0; i < ofProcess.size(); ++i) {
+            if (folders[i]) answers[ofProcess[i]->window] = {{*folders[i], true}, false};
+        }
+    }
+}
+
 WindowDocuments::Answers lookFor(const Inquiry& job, const std::string& home, PathEntries& entries) {
     WindowDocuments::Answers answers;
     std::vector<PathEntries::Window> managers;
+    OpenFiles openFiles;
+    lookIntoTerminals(job.questions, home, answers);
     for (const auto& question : job.questions) {
-        auto document = fromTitleOrArguments(question, home);
+        if (question.isTerminal) continue;
+        auto document = fromTitleOrProcess(question, home, openFiles);
         if (document && document->document.isFolder && !question.opensFolders) continue;
         // A file manager's window may by now show another folder of the same name than the one it was
         // started with.
@@ -125,7 +163,8 @@ void WindowDocuments::Shared::addLastKnown(const std::vector<DocumentQuestion>& 
     for (const auto& question : questions) {
         const auto known = lastKnown.find(question.window);
         if (known == lastKnown.end() || known->second.title != question.title) continue;
-        if (foldersOnly && !known->second.document.document.isFolder) continue;
+        // A shell may have gone elsewhere under the same title.
+        if (foldersOnly && (question.isTerminal || !known->second.document.document.isFolder)) continue;
         auto& answer = to.try_emplace(question.window, known->second.document).first->second;
         if (answer.fromArguments) answer = known->second.document;
     }

@@ -21,6 +21,7 @@ struct DocumentQuestion {
     std::string title;
     Rect frame;
     bool opensFolders = false;  // its application does
+    bool isTerminal = false;    // then all windows of its process are asked about together
 };
 
 struct WindowDocument {

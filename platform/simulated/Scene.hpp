@@ -54,7 +54,7 @@ struct SceneApplication {
     double launchSeconds = 0.5;        // from the launch to the running process
     std::vector<SceneWindow> windows;  // there now when it runs; otherwise opened at launch
     std::vector<SceneWindow> reopens;  // opened at a later launch; the windows themselves unless given
-    double documentSeconds = 0.3;      // from a document that it is to open to its window
+    double documentSeconds = 0.3;      // from a document or window that it is to open to its window
     std::string language = "en";
 };
 
@@ -88,6 +88,12 @@ enum class FaultKind {
     hideRefused,
     displayUnplugged,  // `value` names the display
     permissionRevoked,
+    openWindowRefused,
+    openWindowIgnored,  // accepted, and no window appears
+    openWindowLate,     // `seconds` more until it appears
+    openWindowOpensTwo,
+    windowDrifts,  // `seconds` after a move it moves itself 6 points on: once, or with `value` "always" each
+                   // time
     documentRefused,
     documentIgnored,        // accepted, and no window appears
     documentLate,           // `seconds` more until its window appears
@@ -123,6 +129,7 @@ struct Scene {
     std::vector<SceneApplication> applications;
     std::vector<Fault> faults;
     std::vector<std::string> missingFolders{};  // paths; every other folder exists
+    bool opensWindows = false;                  // applications can be asked for one more window
 };
 
 /// `name` is the file's name, for errors: "scene.json: applications[0].windows[1].frame: expected ...".

@@ -10,10 +10,13 @@
 namespace quillo {
 
 template <>
-inline constexpr auto fieldsOf<simulated::Scene> = std::tuple{
-    Field{"trusted", &simulated::Scene::trusted}, Field{"displays", &simulated::Scene::displays},
-    Field{"applications", &simulated::Scene::applications}, Field{"faults", &simulated::Scene::faults},
-    Field{"missingFolders", &simulated::Scene::missingFolders}};
+inline constexpr auto fieldsOf<simulated::Scene> =
+    std::tuple{Field{"trusted", &simulated::Scene::trusted},
+               Field{"displays", &simulated::Scene::displays},
+               Field{"applications", &simulated::Scene::applications},
+               Field{"faults", &simulated::Scene::faults},
+               Field{"missingFolders", &simulated::Scene::missingFolders},
+               Field{"opensWindows", &simulated::Scene::opensWindows}};
 
 template <>
 inline constexpr auto fieldsOf<simulated::SceneDisplay> =
@@ -79,11 +82,15 @@ inline constexpr auto namesOf<ActivationPolicy> =
 
 template <>
 inline constexpr auto namesOf<simulated::FaultKind> =
-    std::array<std::pair<std::string_view, simulated::FaultKind>, 38>{{
+    std::array<std::pair<std::string_view, simulated::FaultKind>, 43>{{
         {"launchRefused", simulated::FaultKind::launchRefused},
         {"slowLaunch", simulated::FaultKind::slowLaunch},
         {"lateWindows", simulated::FaultKind::lateWindows},
         {"requestWindowRefused", simulated::FaultKind::requestWindowRefused},
+        {"openWindowRefused", simulated::FaultKind::openWindowRefused},
+        {"openWindowIgnored", simulated::FaultKind::openWindowIgnored},
+        {"openWindowLate", simulated::FaultKind::openWindowLate},
+        {"openWindowOpensTwo", simulated::FaultKind::openWindowOpensTwo},
         {"moveRefused", simulated::FaultKind::moveRefused},
         {"moveIgnored", simulated::FaultKind::moveIgnored},
         {"positionClamped", simulated::FaultKind::positionClamped},
@@ -95,6 +102,7 @@ inline constexpr auto namesOf<simulated::FaultKind> =
         {"fullscreenIgnored", simulated::FaultKind::fullscreenIgnored},
         {"fullscreenSlow", simulated::FaultKind::fullscreenSlow},
         {"fullscreenFlickers", simulated::FaultKind::fullscreenFlickers},
+        {"windowDrifts", simulated::FaultKind::windowDrifts},
         {"titleChanges", simulated::FaultKind::titleChanges},
         {"windowVanishes", simulated::FaultKind::windowVanishes},
         {"desktopMoveRefused", simulated::FaultKind::desktopMoveRefused},

@@ -128,6 +128,24 @@ Task<Result<void>> ApplicationList::requestWindow(std::string bundleIdentifier) 
     co_return Result<void>{};
 }
 
+Capability ApplicationList::openingWindows(std::string_view bundleIdentifier) {
+    return world_.opensWindows() ? Capability::available() : Applications::openingWindows(bundleIdentifier);
+}
+
+Task<Result<void>> ApplicationList::openWindow(std::string bundleIdentifier) {
+    co_await sleepFor(50ms);
+    world_.advance();
+    Application* application = world_.application(bundleIdentifier);
+    if (!application || !application->running)
+        co_return fail(ErrorKind::notFound, "the application has ended");
+    if (const Capability able = openingWindows(bundleIdentifier); !able)
+        co_return fail(ErrorKind::unavailable, able.reason());
+    if (world_.fault(FaultKind::openWindowRefused, bundleIdentifier))
+        co_return fail(ErrorKind::refused, "the application did not open a window");
+    world_.openAnother(*application);
+    co_return Result<void>{};
+}
+
 bool ApplicationList::hide(std::string_view bundleIdentifier) {
     world_.advance();
     Application* application = world_.application(bundleIdentifier);

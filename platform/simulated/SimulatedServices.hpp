@@ -92,6 +92,9 @@ class ApplicationList final : public Applications {
     std::optional<ProcessID> serviceProcess(std::string_view bundleIdentifier) override;
     Capability hiding() override { return Capability::available(); }
     Capability quitting() override { return Capability::available(); }
+    /// Where the scene says so.
+    Capability openingWindows(std::string_view bundleIdentifier) override;
+    Task<Result<void>> openWindow(std::string bundleIdentifier) override;
 
   private:
     World& world_;

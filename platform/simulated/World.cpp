@@ -11,7 +11,8 @@ World::World(VirtualExecutor& executor, Scene scene, std::uint64_t seed)
       started_(executor.now()),
       trusted_(scene.trusted),
       random_(seed),
-      missingFolders_(std::move(scene.missingFolders)) {
+      missingFolders_(std::move(scene.missingFolders)),
+      opensWindows_(scene.opensWindows) {
     for (SceneDisplay& display : scene.displays) plug(std::move(display));
     for (SceneApplication& application : scene.applications)
         applications_.emplace_back().scene = std::move(application);

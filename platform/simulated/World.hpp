@@ -7,6 +7,7 @@
 #include <map>
 #include <optional>
 #include <random>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -103,6 +104,11 @@ class World {
     /// A window as the application would make one now: on the desktop in front, a step away from its others.
     SceneWindow newWindow(const Application& application, std::string title) const;
 
+    /// Whether applications can be asked for one more window.
+    bool opensWindows() const { return opensWindows_; }
+    /// As the application answers such a request: an empty window in front, a moment later.
+    void openAnother(Application& application);
+
     /// Each opens one window a moment later, unless a window shows it by then.
     void openDocuments(Application& application, std::span<const Url> documents);
     /// What a person reads above a window that shows it.
@@ -191,6 +197,8 @@ class World {
     void shareWithTabs(const Window& window);
     void enterFullscreen(Window& window);
     void leaveFullscreen(Window& window);
+    /// What a move brings about later.
+    void drift(const Window& window);
     /// What the first write to a window brings about; false when the window is gone after it.
     bool suffer(Window& window);
     /// Null only when no display is attached.
@@ -208,6 +216,8 @@ class World {
     std::deque<Window> windows_;  // addresses stay while windows open
     std::deque<Fault> faults_;
     std::vector<std::string> missingFolders_;
+    bool opensWindows_;
+    std::set<WindowNumber> drifting_;  // that will, or have and do so once only
     std::multimap<TimePoint, std::function<void()>> events_;
     std::optional<TimePoint> overviewShownAt_;  // empty while it is closed
     SpaceID nextSpace_ = 1;

@@ -102,7 +102,8 @@ Scene World::scene() const {
                 .displays = {},
                 .applications = {},
                 .faults = {faults_.begin(), faults_.end()},
-                .missingFolders = missingFolders_};
+                .missingFolders = missingFolders_,
+                .opensWindows = opensWindows_};
     for (const Display& display : displays_) {
         scene.displays.push_back(display.scene);
         scene.displays.back().desktops = static_cast<std::int64_t>(display.desktops.size());

@@ -43,6 +43,19 @@ SceneWindow World::newWindow(const Application& application, std::string title) 
     return window;
 }
 
+void World::openAnother(Application& application) {
+    const std::string& identifier = application.scene.identifier;
+    application.hidden = false;
+    if (fault(FaultKind::openWindowIgnored, identifier)) return;
+    const Fault* late = fault(FaultKind::openWindowLate, identifier);
+    const int count = fault(FaultKind::openWindowOpensTwo, identifier) ? 2 : 1;
+    at(executor_.now() + toDuration(application.scene.documentSeconds + (late ? late->seconds : 0)),
+       [this, pid = application.pid, count] {
+           Application* still = this->application(pid);
+           for (int i = 0; still && i < count; ++i) openInFront(*still, newWindow(*still, "Untitled"));
+       });
+}
+
 // -- documents ----------------------------------------------------------------------------------------------
 
 std::string World::documentTitle(const Url& document) {

@@ -35,6 +35,16 @@ bool World::suffer(Window& window) {
     return true;
 }
 
+void World::drift(const Window& window) {
+    const Fault* drift = fault(FaultKind::windowDrifts, window);
+    if (!drift || !drifting_.insert(window.number).second) return;
+    at(executor_.now() + toDuration(drift->seconds),
+       [this, number = window.number, isLasting = drift->value == "always"] {
+           if (isLasting) drifting_.erase(number);
+           if (Window* still = this->window(number)) move(*still, movedBy(still->state.frame, 6, 6));
+       });
+}
+
 void World::eachConcerned(const Fault& fault, const std::function<void(Window&)>& act) {
     std::vector<WindowNumber> numbers;
     for (const Window& window : windows_) {

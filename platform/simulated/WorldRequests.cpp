@@ -23,6 +23,7 @@ std::int32_t World::requestPosition(WindowNumber number, Point position) {
         frame.y = std::clamp(frame.y, bounds.minY(), std::max(bounds.minY(), bounds.maxY() - frame.height));
     }
     move(*window, frame);
+    drift(*window);
     return code::success;
 }
 

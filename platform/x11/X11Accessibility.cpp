@@ -113,9 +113,10 @@ std::unordered_map<xcb_window_t, Url> X11Accessibility::documents(const Readings
     for (const auto& [number, window] : windows) {
         if (window.pid == 0 || window.type != WindowType::normal) continue;
         const auto opens = view_.opensOf(window);
-        // A terminal opens no documents, whatever path its title names; a browser's title is the page's.
-        if (!opens.documents || opens.pages) continue;
-        questions.push_back({number, window.pid, window.title, window.frame(), opens.folders});
+        // What opens no documents has none, whatever path its title names; a browser's title is the page's.
+        // Of a terminal its shell tells.
+        if (!opens.shells && (!opens.documents || opens.pages)) continue;
+        questions.push_back({number, window.pid, window.title, window.frame(), opens.folders, opens.shells});
     }
     const bool asksManagers = std::ranges::any_of(questions, &DocumentQuestion::opensFolders);
     auto bus = asksManagers ? view_.accessibilityBus() : std::string();

@@ -10,6 +10,7 @@
 #include "WindowEngine/records/OwnIdentity.hpp"
 #include "WindowEngine/support/Text.hpp"
 #include "platform/linux/SecretKeepers.hpp"
+#include "platform/linux/Terminals.hpp"
 #include "platform/x11/WindowRequests.hpp"
 
 namespace quillo::x11 {
@@ -83,6 +84,14 @@ std::int64_t X11Applications::remoteWindows() {
                                  [](const WindowReading& one) { return one.isRemote && one.isListed(); });
 }
 
+std::optional<std::int64_t> X11Applications::shells(std::string_view bundleIdentifier) {
+    const auto* application = view_.applicationNamed(bundleIdentifier);
+    if (!application || !application->opens.shells) return std::nullopt;
+    std::int64_t count = 0;
+    for (const ProcessID pid : application->processes) count += Terminals::shellCount(pid);
+    return count;
+}
+
 std::optional<Url> X11Applications::location(std::string_view bundleIdentifier) {
     if (auto entry = view_.registry().location(bundleIdentifier)) return entry;
     return commands_.location(bundleIdentifier);
@@ -103,10 +112,9 @@ Result<Url> X11Applications::openable(std::string_view bundleIdentifier, const U
     return std::move(opening->document);
 }
 
-/// `entry` is the file of a menu entry: the application's own, or the one that opens these documents for it.
-Task<Result<void>> X11Applications::start(std::string identifier, std::string entry,
-                                          std::vector<Url> documents) {
-    const auto pid = co_await launcher_.launch(std::move(entry), std::move(documents));
+/// The order's entry is the application's own, or the one that opens these documents for it.
+Task<Result<void>> X11Applications::start(std::string identifier, ApplicationLauncher::Order order) {
+    const auto pid = co_await launcher_.launch(std::move(order));
     view_.invalidate();
     if (!pid) co_return std::unexpected(pid.error());
     if (*pid) view_.registry().recordLaunch(**pid, std::move(identifier));
@@ -115,14 +123,24 @@ Task<Result<void>> X11Applications::start(std::string identifier, std::string en
 
 /// Judges each document anew, whoever asked for it: one that may not be opened keeps all from it.
 Task<Result<void>> X11Applications::startWith(std::string identifier, std::vector<Url> documents) {
-    std::map<std::string, std::vector<Url>> byEntry;
+    std::vector<ApplicationLauncher::Order> orders;
     for (const auto& document : documents) {
         auto opening = view_.registry().opening(identifier, document);
         if (!opening) co_return std::unexpected(std::move(opening.error()));
-        byEntry[opening->entry].push_back(std::move(opening->document));
+        // A terminal is started for each folder, other applications once for all that one entry opens.
+        const auto same = std::ranges::find_if(orders, [&](const auto& order) {
+            return !opening->folderOption && order.entry == opening->entry;
+        });
+        if (same != orders.end()) {
+            same->documents.push_back(std::move(opening->document));
+        } else {
+            orders.push_back({.entry = opening->entry,
+                              .documents = {std::move(opening->document)},
+                              .folderOption = std::move(opening->folderOption)});
+        }
     }
-    for (auto& [entry, opened] : byEntry) {
-        if (auto started = co_await start(identifier, entry, std::move(opened)); !started) co_return started;
+    for (auto& order : orders) {
+        if (auto started = co_await start(identifier, std::move(order)); !started) co_return started;
     }
     co_return Result<void>();
 }
@@ -138,7 +156,7 @@ Task<Result<void>> X11Applications::launch(Url location, std::vector<Url> docume
         WindowRequests(view_).activate(windows.back().window);
         co_return Result<void>();
     }
-    co_return co_await start(*identifier, location.filePath().value(), {});
+    co_return co_await start(*identifier, {.entry = location.filePath().value()});
 }
 
 Task<Result<void>> X11Applications::open(std::string bundleIdentifier, std::vector<Url> documents) {
@@ -146,7 +164,7 @@ Task<Result<void>> X11Applications::open(std::string bundleIdentifier, std::vect
     if (!where) co_return fail(ErrorKind::notFound, "the application is not installed");
     if (commands_.identifierAt(*where)) co_return startRegistered(bundleIdentifier);
     if (!documents.empty()) co_return co_await startWith(std::move(bundleIdentifier), std::move(documents));
-    co_return co_await start(std::move(bundleIdentifier), where->filePath().value(), {});
+    co_return co_await start(std::move(bundleIdentifier), {.entry = where->filePath().value()});
 }
 
 /// Nothing is opened with it: it declares no documents.
@@ -168,6 +186,20 @@ Task<Result<void>> X11Applications::requestWindow(std::string bundleIdentifier) 
     if (!view_.applicationNamed(bundleIdentifier))
         co_return fail(ErrorKind::notFound, "the application is not running");
     co_return co_await open(std::move(bundleIdentifier), {});
+}
+
+Capability X11Applications::openingWindows(std::string_view bundleIdentifier) {
+    const auto action = view_.registry().newWindowAction(bundleIdentifier);
+    return action ? Capability::available() : Capability::unavailable(action.error().text);
+}
+
+Task<Result<void>> X11Applications::openWindow(std::string bundleIdentifier) {
+    auto action = view_.registry().newWindowAction(bundleIdentifier);
+    if (!action) co_return std::unexpected(std::move(action.error()));
+    if (!view_.applicationNamed(bundleIdentifier))
+        co_return fail(ErrorKind::notFound, "the application is not running");
+    const auto entry = location(bundleIdentifier)->filePath().value();
+    co_return co_await start(std::move(bundleIdentifier), {.entry = entry, .action = *std::move(action)});
 }
 
 std::vector<WindowReading> X11Applications::listedWindows(const KnownApplication& application) {

@@ -22,6 +22,7 @@ class X11Applications final : public Applications {
     std::set<std::string> neverCaptured() override;
     std::set<WindowNumber> windowsOfAny(const std::set<std::string>& identifiers) override;
     std::int64_t remoteWindows() override;
+    std::optional<std::int64_t> shells(std::string_view bundleIdentifier) override;
     std::optional<Url> location(std::string_view bundleIdentifier) override;
     std::optional<std::string> identifierAt(const Url& location) override;
     std::optional<std::string> name(std::string_view bundleIdentifier) override;
@@ -40,9 +41,12 @@ class X11Applications final : public Applications {
     std::optional<ProcessID> serviceProcess(std::string_view bundleIdentifier) override;
     Capability hiding() override;
     Capability quitting() override { return Capability::available(); }
+    Capability openingWindows(std::string_view bundleIdentifier) override;
+    /// By the action of its menu entry for that, else by launching it again.
+    Task<Result<void>> openWindow(std::string bundleIdentifier) override;
 
   private:
-    Task<Result<void>> start(std::string identifier, std::string entry, std::vector<Url> documents);
+    Task<Result<void>> start(std::string identifier, ApplicationLauncher::Order order);
     Task<Result<void>> startWith(std::string identifier, std::vector<Url> documents);
     Result<void> startRegistered(const std::string& identifier);
     std::vector<WindowReading> listedWindows(const KnownApplication& application);

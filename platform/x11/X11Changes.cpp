@@ -35,6 +35,8 @@ class X11Changes::Listener : public std::enable_shared_from_this<Listener> {
     void endReading() { shutdown(xcb_get_file_descriptor(xcb_), SHUT_RDWR); }
 
   private:
+    /// The window whose frame, or whose property that is told of, has changed.
+    std::optional<xcb_window_t> changedWindow(const xcb_generic_event_t& event) const;
     void changed(xcb_window_t window);
 
     Executor& executor_;
@@ -75,7 +77,7 @@ void X11Changes::Listener::add(xcb_window_t window, Watch& watch) {
     const bool isFirst = !watches_.contains(window);
     watches_.emplace(window, &watch);
     if (!isFirst) return;
-    constexpr std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    constexpr std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     // Waited for, so that no change falls between this and what is read over the other connection next.
     std::free(xcb_request_check(
         xcb_, xcb_change_window_attributes_checked(xcb_, window, XCB_CW_EVENT_MASK, &events)));
@@ -92,12 +94,26 @@ void X11Changes::Listener::remove(xcb_window_t window, const Watch& watch) {
 
 void X11Changes::Listener::readEvents() {
     while (const Reply<xcb_generic_event_t> event{xcb_wait_for_event(xcb_)}) {
-        if ((event->response_type & 0x7F) != XCB_PROPERTY_NOTIFY) continue;
-        const auto& property = *reinterpret_cast<const xcb_property_notify_event_t*>(event.get());
-        if (std::ranges::find(told_, property.atom) == told_.end()) continue;
-        executor_.post([self = weak_from_this(), window = property.window] {
+        const auto window = changedWindow(*event);
+        if (!window) continue;
+        executor_.post([self = weak_from_this(), window = *window] {
             if (const auto listener = self.lock()) listener->changed(window);
         });
+    }
+}
+
+std::optional<xcb_window_t> X11Changes::Listener::changedWindow(const xcb_generic_event_t& event) const {
+    switch (event.response_type & 0x7F) {
+        case XCB_PROPERTY_NOTIFY: {
+            const auto& property = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+            const bool isTold = std::ranges::find(told_, property.atom) != told_.end();
+            return isTold ? std::optional(property.window) : std::nullopt;
+        }
+        // Its frame, also where the window manager moves what holds the window: it sends one then.
+        case XCB_CONFIGURE_NOTIFY:
+            return reinterpret_cast<const xcb_configure_notify_event_t&>(event).window;
+        default:
+            return std::nullopt;
     }
 }
 

@@ -52,6 +52,43 @@ def documents_come_back(journey):
     nothing_more(journey, before)
 
 
+def terminals_come_back(journey):
+    """Closed terminals come back one for one, each in its place and with its shell in its folder."""
+    desktop = journey.desktop
+    names = ("Garden", "House", "it's a %f", "-r", "Garden")
+    for place, name in enumerate(names):
+        os.makedirs(f"{desktop.home}/{name}", exist_ok=True)
+        window = desktop.start(f"T{place}", "xterm", "-T", f"T{place}", "-e", "sh", "-c", 'cd "$0" && exec bash',
+                               f"{desktop.home}/{name}")
+        desktop.move(window, 40 + 90 * place, 30 + 70 * place, 484, 316)
+    desktop.settle()
+    before = shells(desktop)
+    assert sorted(folder for _, folder in before) == sorted(f"{desktop.home}/{name}" for name in names), before
+    journey.quillo("save", "Morning")
+    for window in desktop.windows():
+        desktop.close_window(window)
+    for again in (False, True):
+        items = journey.restore()
+        assert [status for status in statuses(items) if status in ("skipped", "failed")] == [], items
+        assert ("launched" in statuses(items)) != again, items
+        desktop.settle()
+        assert len(desktop.windows()) == len(names), f"{desktop.windows()} {items}"
+        for (frame, folder), (saved, wanted) in zip(shells(desktop), before):
+            assert folder == wanted and all(abs(a - b) <= 2 for a, b in zip(frame[:2], saved)), (
+                shells(desktop), before)
+
+
+def shells(desktop):
+    """Frame and folder of each terminal, from left to right."""
+    found = []
+    for window in desktop.windows():
+        pid = desktop.run("xprop", "-id", hex(window.number), "-notype", "_NET_WM_PID").split()[-1]
+        with open(f"/proc/{pid}/task/{pid}/children") as file:
+            shell = file.read().split()[0]
+        found.append((window.frame, os.readlink(f"/proc/{shell}/cwd")))
+    return sorted(found)
+
+
 def nothing_more(journey, before):
     """A second restore opens nothing and leaves every window where it is."""
     numbers = {window.number for window in journey.desktop.windows()}

@@ -10,7 +10,7 @@ import subprocess
 import sys
 import time
 
-from x11_application_journeys import clean_slate, documents_come_back
+from x11_application_journeys import clean_slate, documents_come_back, terminals_come_back
 import x11_browser_journey as browsers
 from x11_desktop import Desktop
 from x11_desktop_journeys import PLACES, desktops_come_back, floating_and_tiled
@@ -178,6 +178,7 @@ def windows_come_back(journey):
 JOURNEYS = {
     "windows": (windows_come_back, TITLES),
     "documents": (documents_come_back, ("letter.txt", "list.txt", "Garden", "House")),
+    "terminals": (terminals_come_back, ("Garden", "House")),
     "desktops": (desktops_come_back, tuple(PLACES)),
     "clean slate": (clean_slate, ("Garden",)),
     "application": (application, ("letter.txt", "Notes", "Morning")),

@@ -55,6 +55,25 @@ TEST(Capture, NeverLooksAtWhatThePlatformKnowsToKeepSecrets) {
               std::vector<std::string>{"org.safe.keepers"});
 }
 
+TEST(Capture, SaysWhatOfATerminalIsNotKnown) {
+    struct OneTerminal : ForwardingApplications {
+        using ForwardingApplications::ForwardingApplications;
+        std::optional<std::int64_t> shells(std::string_view identifier) override {
+            return identifier == "org.terminal" ? std::optional<std::int64_t>(3) : std::nullopt;
+        }
+    };
+    TestDesktop desktop(
+        scene({sceneApplication("org.editor", {sceneWindow("1", frame)}),
+               sceneApplication("org.terminal", {sceneWindow("1", frame), sceneWindow("2", frame)})}));
+    desktop.world().window("org.terminal", "1")->state.document = "file:///home/ada/";
+    OneTerminal applications(desktop.plain.applications);
+    DesktopAccess access = desktop.with(applications);
+    EXPECT_EQ(desktop.run(Capture::snapshot(access, {})).notes,
+              (std::vector<std::string>{
+                  "org.terminal: the folder of 1 window is not known; it comes back where new ones begin.",
+                  "org.terminal: of its tabs and panes only the one in front is saved."}));
+}
+
 TEST(Capture, RecordsWhereWindowsStand) {
     SceneApplication application = sceneApplication("org.a");
     const auto add = [&](std::string title, Rect at) -> SceneWindow& {

@@ -273,6 +273,38 @@ TEST(Placement, WhatCameBackIsRaisedUnlessThePersonWentElsewhere) {
     }
 }
 
+TEST(Placement, AWindowThatMovesItselfIsPlacedOnceMoreOrToldAsAdjusted) {
+    const struct {
+        const char* what;
+        bool launched;
+        const char* value;
+        double seconds;
+        std::int64_t adjusted;
+        bool inPlace;
+        double longest;  // seconds of the run
+    } drifts[] = {
+        {"once", true, "", 0.3, 0, true, 6},
+        {"each time", true, "always", 0.3, 1, false, 6},
+        {"not while anybody looks", true, "", 3, 0, false, 4},
+        {"one that was there before is not waited for", false, "", 0.3, 0, false, 0.5},
+    };
+    for (const auto& c : drifts) {
+        SCOPED_TRACE(c.what);
+        SceneApplication application = sceneApplication("org.a", {sceneWindow("Notes", elsewhere)});
+        application.running = !c.launched;
+        TestDesktop desktop(scene({application}));
+        Fault drift = fault(FaultKind::windowDrifts, "org.a", 0, c.seconds);
+        drift.value = c.value;
+        desktop.world().add(drift);
+        const RestoreReport report = desktop.restore(savedSnapshot(desktop, {onMain}));
+        EXPECT_EQ(report.totals().restored, 1);
+        EXPECT_EQ(report.totals().adjusted, c.adjusted);
+        EXPECT_LT(report.duration, c.longest);
+        desktop.executor().runFor(5s);
+        EXPECT_EQ(desktop.world().window("org.a", "Notes")->state.frame == onMain, c.inPlace);
+    }
+}
+
 TEST(Placement, AHangCostsAllWindowsOfAnApplicationOneTimeout) {
     std::vector<SceneWindow> windows;
     WorkspaceSnapshot snapshot;

@@ -17,6 +17,7 @@ class SceneContractDesktop : public ContractDesktop {
 
   protected:
     static constexpr std::string_view scene = R"({
+  "opensWindows": true,
   "displays": [{"id": "LEFT", "frame": [0, 0, 1440, 900], "visibleFrame": [0, 25, 1440, 875], "desktops": 2},
                {"id": "RIGHT", "frame": [1440, 0, 1280, 1024]}],
   "applications": [

@@ -377,6 +377,10 @@ TEST_P(PlatformContract, ARunningApplicationOpensAWindowWhenAskedForOneNotWhenLa
     EXPECT_EQ(applications().running(desktop_->launcher())->pid, first->pid)
         << "the oldest process stands for it";
 
+    const bool opensMore(applications().openingWindows(desktop_->launcher()));
+    EXPECT_EQ(run(applications().openWindow(desktop_->launcher())).has_value(), opensMore);
+    waitUntil([&] { return launcherWindowCount() == (opensMore ? 3U : 2U); }, "one more window");
+
     EXPECT_TRUE(applications().terminate(desktop_->launcher()));
     waitUntil([&] { return !applications().running(desktop_->launcher()); }, "the application to end");
 }

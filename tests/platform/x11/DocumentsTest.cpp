@@ -7,6 +7,7 @@
 #include <set>
 
 #include "platform/linux/DocumentEvidence.hpp"
+#include "platform/linux/Terminals.hpp"
 #include "tests/TemporaryDirectory.hpp"
 #include "tests/platform/x11/X11Test.hpp"
 
@@ -31,7 +32,7 @@ class DocumentsTest : public X11Test {
     }
     /// Launched applications are not this test's children, and some hold something unsaved.
     void TearDown() override {
-        for (const auto* identifier : {editor, manager}) {
+        for (const auto* identifier : {editor, manager, terminal, "konsole"}) {
             eventually([&] {
                 const auto application = running(identifier);
                 if (application) ::kill(application->pid, SIGKILL);
@@ -69,7 +70,7 @@ class DocumentsTest : public X11Test {
     std::string path(const std::string& name) { return (folders / name).string(); }
     Url location(const char* identifier) { return applications().location(identifier).value(); }
 
-    static constexpr auto editor = "org.xfce.mousepad", manager = "thunar";
+    static constexpr auto editor = "org.xfce.mousepad", manager = "thunar", terminal = "debian-xterm";
     TemporaryDirectory folders;
 };
 
@@ -103,6 +104,83 @@ TEST_F(DocumentsTest, WithoutASessionBusToo) {
     EXPECT_TRUE(shows(editor, {path("a b.txt"), path("c.txt")}));
     // Its arguments tell of the first window's folder; nothing tells of the others'.
     EXPECT_TRUE(shows(manager, {path("Folder one"), "none"}));
+}
+
+TEST_F(DocumentsTest, ATerminalIsInTheFolderOfItsShellAndOpensThere) {
+    fs::create_directories(folders / "-dash");
+    ASSERT_TRUE(
+        run(applications().launch(location(terminal), {url("Folder one"), url("-dash"), url("-dash")})));
+    ASSERT_TRUE(shows(terminal, {path("Folder one"), path("-dash"), path("-dash")}));
+    EXPECT_EQ(applications().shells(terminal), 3);
+    EXPECT_FALSE(applications().shells(editor));
+    EXPECT_FALSE(applications().openable(terminal, url("c.txt")));
+    EXPECT_FALSE(run(applications().open(terminal, {url("missing")})));
+    ASSERT_TRUE(run(applications().openWindow(terminal)));
+    EXPECT_TRUE(shows(terminal, {path("Folder one"), path("-dash"), path("-dash"), fs::current_path()}));
+}
+
+TEST_F(DocumentsTest, ATerminalIsToldItsFolderAsOneArgumentWhateverItsName) {
+    const std::string name = "it's %f \"$(touch RAN)\"; `x`";
+    fs::create_directories(folders / name);
+    const auto program = folders / "konsole";
+    folders.write("konsole",
+                  "#!/bin/sh\nexec " QUILLO_TEST_CLIENT " --class=Konsole --title \"$# $1 $2 in $(pwd)\"\n");
+    fs::permissions(program, fs::perms(0755));
+    installed.push_back(PrivateDesktop::home() / "data/applications/konsole.desktop");
+    std::ofstream(installed.back())
+        << "[Desktop Entry]\nType=Application\nName=x\nActions=Tab;NewWindow;\nExec=" << program.string()
+        << "\n[Desktop Action Tab]\nName=t\nExec=false\n[Desktop Action NewWindow]\nName=w\nExec="
+        << program.string() << " more %F\n";
+    nextTurn();
+    ASSERT_TRUE(run(applications().launch(location("konsole"), {url(name)})));
+    EXPECT_TRUE(eventually(
+        [&] { return windowTitled("2 --workdir " + path(name) + " in " + path(name)).has_value(); }));
+    ASSERT_TRUE(run(applications().openWindow("konsole")));
+    EXPECT_TRUE(
+        eventually([&] { return windowTitled("1 more  in " + fs::current_path().string()).has_value(); }));
+}
+
+TEST(Terminals, AreKnownByTheirProgramAndRunNothingElse) {
+    const struct {
+        const char *program, *command;
+        std::optional<std::string_view> option;
+    } cases[] = {
+        {"/usr/bin/xterm", "xterm", ""},
+        {"/usr/bin/ghostty", "ghostty --gtk-single-instance=true", "--working-directory=%f"},
+        {"/usr/bin/xterm", "xterm -e htop", std::nullopt},
+        {"/usr/bin/gnome-terminal", "gnome-terminal -- mc", std::nullopt},
+        {"/usr/bin/xfce4-terminal", "xfce4-terminal --drop-down mc", std::nullopt},
+        {"/usr/bin/mousepad", "mousepad", std::nullopt},
+    };
+    for (const auto& one : cases)
+        EXPECT_EQ(Terminals::folderOption(one.program, one.command), one.option) << one.command;
+}
+
+TEST(Terminals, WindowsOfOneProcessAreToldApartOnlyWithCertainty) {
+    using Folders = std::vector<std::optional<std::string>>;
+    const std::optional<std::string> none, home = "/home/u", a = "/home/u/a", deep = "/home/u/a/b",
+                                           etc = "/etc";
+    const struct {
+        const char* what;
+        std::vector<std::string> titles;
+        Folders shells, folders;
+    } cases[] = {
+        {"one window, one shell, whatever its title", {"vi"}, {a}, {a}},
+        {"one window, a shell of another user", {"root@desk: ~/a"}, {none}, {none}},
+        {"a window with two tabs", {"u@desk: ~/a"}, {etc, a}, {a}},
+        {"each by its title", {"u@desk:~/a - T", "T - /etc", "~"}, {etc, home, a}, {a, etc, home}},
+        {"a longer path is another one", {"~/a/b", "~/a"}, {a, deep}, {deep, a}},
+        {"one is left", {"u@desk: ~/a", "vi"}, {a, etc}, {a, etc}},
+        {"on another machine it is another folder", {"u@far: ~/a", "vi"}, {a, etc}, {none, none}},
+        {"with a tab it may be that one's", {"u@desk: ~/a", "vi"}, {a, etc, etc}, {a, none}},
+        {"the last part alone may be any folder's", {"a : bash", "etc : bash"}, {a, etc}, {none, none}},
+        {"two windows name what one shell shows", {"~/a", "~/a", "vi"}, {a, etc, etc}, {none, none, none}},
+        {"two shells in one folder", {"u@desk: ~/a", "u@desk: ~/a"}, {a, a}, {a, a}},
+        {"both named", {"~/a (/etc) and /etc", "x"}, {a, etc}, {none, none}},
+    };
+    for (const auto& one : cases)
+        EXPECT_EQ(Terminals::windowFolders(one.titles, one.shells, {"/home/u", "desk.example"}), one.folders)
+            << one.what;
 }
 
 TEST_F(DocumentsTest, ATitleNamesADocumentOnlyWhereOneCanBeOpened) {
@@ -163,6 +241,10 @@ TEST(DocumentEvidence, OfATitle) {
         {"~/letters (old)/ - Files", at("letters (old)")},
         {"*a.txt (~/) - gedit", at("a.txt")},
         {"c (2).txt (~/letters (old)) - gedit", at("letters (old)/c (2).txt")},
+        {"a.txt - ~ - Geany", at("a.txt")},
+        {"*a - b.txt - " + at("") + " - Geany", at("a - b.txt")},
+        {"c (2).txt - ~/letters (old) - Geany", at("letters (old)/c (2).txt")},
+        {"missing.txt - ~ - Geany", ""},
         {"a.txt", ""},
         {"Mail: ~/a.txt", ""},
         {"what " + at("a.txt") + " holds", ""},
@@ -180,6 +262,31 @@ TEST(DocumentEvidence, OfATitle) {
         auto expected = one.path;
         while (expected.ends_with('/')) expected.pop_back();
         EXPECT_EQ(found ? found->path : "", expected) << one.title.substr(0, 100);
+    }
+}
+
+TEST(DocumentEvidence, OfTheFilesThatAProgramHasOpen) {
+    const TemporaryDirectory home;
+    for (const auto* folder : {"one", "two"}) fs::create_directories(home / folder);
+    for (const auto* name : {"a.odt", "one/b.odt", "two/b.odt", "c - d.odt", "run"}) home.write(name, "x");
+    fs::permissions(home / "run", fs::perms(0755));
+    std::vector<std::string> files;
+    for (const auto* name :
+         {"a.odt", "a.odt", "one/b.odt", "two/b.odt", "c - d.odt", "run", "gone.odt", "one"})
+        files.push_back((home / name).string());
+    const std::pair<std::string, std::string> cases[] = {
+        {"a.odt — Writer", "a.odt"},
+        {"*a.odt", "a.odt"},
+        {"c - d.odt - Writer", "c - d.odt"},
+        {"b.odt — Writer", ""},  // two are named so
+        {"About a.odt — Writer", ""},
+        {"a.odt.bak — Writer", ""},
+        {"run", ""},
+        {"one", ""},
+    };
+    for (const auto& [title, name] : cases) {
+        const auto found = DocumentEvidence::inOpenFiles(files, title);
+        EXPECT_EQ(found ? found->path : "", name.empty() ? "" : (home / name).string()) << title;
     }
 }
 

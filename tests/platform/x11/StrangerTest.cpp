@@ -95,6 +95,9 @@ TEST_F(StrangerTest, RunsNothingAndIsToldWhy) {
         {"reader", "", files / "start", runs},
         {"reader", "", "/proc/self/environ", "document could not be opened: it belongs to the system"},
         {"reader", "", files / "shortcut/../letter.txt", "document could not be opened: a link leads to it"},
+        {"debian-xterm", "", files / "script.txt", undeclared},
+        {"debian-xterm", "", files / "start", runs},
+        {"debian-xterm", "", files / "shortcut", "document could not be opened: a link leads to it"},
     };
     for (const auto& one : cases) {
         const auto said = restore(one.identifier, one.location, one.document, false);
@@ -103,8 +106,10 @@ TEST_F(StrangerTest, RunsNothingAndIsToldWhy) {
         EXPECT_FALSE(fs::exists(files / "RAN")) << one.identifier << " " << one.document;
         for (const auto& window : windows())
             EXPECT_FALSE(window.info.title.value_or("").contains('|')) << "given a document";
-        if (running("reader")) desktop->applications.terminate("reader");
-        EXPECT_TRUE(eventually([&] { return !running("reader"); }));
+        for (const auto* opened : {"reader", "debian-xterm"}) {
+            if (running(opened)) desktop->applications.terminate(opened);
+            EXPECT_TRUE(eventually([&] { return !running(opened); }));
+        }
     }
 }
 

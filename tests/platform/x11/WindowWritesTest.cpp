@@ -156,7 +156,8 @@ TEST_F(WindowWritesTest, AWaitHearsOfItsWindowOrOfTheDesktopAtOnce) {
         std::string what;
         bool ofWindow;
         std::function<void()> change;
-    } cases[] = {{"state", true, [&] { ax().write(window.element, ax::minimized, true); }},
+    } cases[] = {{"frame", true, [&] { ax().writeFrame(window.element, {300, 200, 320, 240}); }},
+                 {"state", true, [&] { ax().write(window.element, ax::minimized, true); }},
                  {"desktop", true, [&] { (void)desktop->windowServer.moveWindow(*window.windowID, 2); }},
                  {"windows", false, [&] { open({"--title", "another"}); }}};
     for (const auto& [what, ofWindow, change] : cases) {
