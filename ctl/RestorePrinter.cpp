@@ -40,12 +40,15 @@ bool stoodRight(const RestoreReport::Item& item) {
     return item.change && item.change->none();
 }
 
-/// "in place", "restored (from → to)", "skipped: not installed".
+/// "in place", "restored", "skipped: not installed".
 std::string words(const RestoreReport::Item& item) {
-    std::string words = restoreWords(item.status);
-    if (!item.change) return words;
-    if (stoodRight(item)) return outcomeOf(item.status).verdict == Verdict::back ? "in place" : words;
-    return fmt::format("{} ({})", words, changeText(*item.change));
+    const bool inPlace = stoodRight(item) && outcomeOf(item.status).verdict == Verdict::back;
+    return inPlace ? "in place" : restoreWords(item.status);
+}
+
+/// " (from → to)", or nothing.
+std::string changeWords(const RestoreReport::Item& item) {
+    return item.change && !stoodRight(item) ? fmt::format(" ({})", changeText(*item.change)) : "";
 }
 
 std::int64_t countInPlace(const RestoreReport& report) {
@@ -103,7 +106,7 @@ void RestorePrinter::printText(const RestoreReport::Item& item) {
     const Style style = styleOf(outcomeOf(item.status).verdict);
     output_.line(padded(fitted(printable(item.app), applicationWidth_), applicationWidth_) + "  " +
                  padded(fitted(title(item), titleWidth_), titleWidth_) + "  " +
-                 output_.painted(style, printable(words(item))));
+                 output_.painted(style, printable(words(item))) + printable(changeWords(item)));
 }
 
 void RestorePrinter::printJson(const RestoreReport::Item& item) {

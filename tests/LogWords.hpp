@@ -12,11 +12,12 @@ namespace quillo {
 inline void expectOnlyKnownSentences(const std::string& log) {
     static const std::regex known(R"((.* )?(capture|restore|hotkeys) (info|error):? ()"
                                   R"(captured \d+ apps, \d+ windows|)"
-                                  R"(adapter (finder|chromium|safari) captured \d+ urls|)"
-                                  R"(adapter (finder|chromium|safari) failed: [A-Z][a-zA-Z ]+\.|)"
+                                  R"(adapter (finder|chromium|safari|firefox) captured \d+ urls|)"
+                                  R"(adapter (finder|chromium|safari|firefox) failed: [A-Z][a-zA-Z ]+\.|)"
                                   R"((\(not an identifier\)|[\w.-]+) ready at \d+\.\d+s|)"
                                   R"(requested a new window for windowless (\(not an identifier\)|[\w.-]+)|)"
-                                  R"(Desktop creation: [A-Z][\w ;:,()-]+|)"
+                                  R"((\(not an identifier\)|[\w.-]+) is asked for \d+ more windows|)"
+                                  R"(Desktop creation: [a-zA-Z][\w ;:,()-]+|)"
                                   R"(hotkey [⌃⌥⇧⌘]+\S+ unavailable: -?\d+|)"
                                   R"(\d+ of (\(not an identifier\)|[\w.-]+) [a-z]+: [a-zA-Z][\w ;:,()'.-]+|)"
                                   R"(restore finished: \d+ items in \d+\.\d+s))");

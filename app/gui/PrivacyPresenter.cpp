@@ -33,11 +33,7 @@ PrivacyPresenter::PrivacyPresenter(AppModel& model, DesktopAccess& desktop, QObj
 }
 
 QString PrivacyPresenter::adaptersRefusal() const {
-    const auto unavailable = Adapters::unavailable(desktop_.platform);
-    const bool one = std::ranges::all_of(
-        unavailable, [&](const auto& adapter) { return adapter.reason == unavailable.front().reason; });
-    if (unavailable.size() < Adapters::all().size() || !one) return {};
-    return QString::fromStdString(unavailable.front().reason);
+    return QString::fromStdString(Adapters::any(desktop_.platform).reason());
 }
 
 void PrivacyPresenter::setAdapter(const QString& key, bool on) {

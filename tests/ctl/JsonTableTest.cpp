@@ -74,11 +74,12 @@ constexpr const char* then = R"({
   "applications": [
     {"identifier": "org.editor", "name": "Editor", "windows": [
       {"title": "a.txt", "document": "file:///d/a.txt", "frame": [100, 100, 600, 400]},
-      {"title": "Notes", "frame": [800, 100, 500, 400], "minimized": true, "desktop": 1}]},
+      {"title": "Notes", "frame": [800, 100, 500, 400], "minimized": true, "desktop": 1},
+      {"title": "More", "frame": [300, 200, 500, 400]}]},
     {"identifier": "com.google.Chrome", "name": "Chrome", "windows": [
       {"title": "News", "tabs": ["https://news.example/"], "frame": [0, 0, 600, 400]}]}]})";
 constexpr const char* now = R"({
-  "displays": [{"id": "left", "frame": [0, 0, 1600, 1000]}],
+  "displays": [{"id": "left", "frame": [0, 0, 1600, 1000]}], "opensWindows": true,
   "applications": [
     {"identifier": "org.editor", "name": "Editor", "windows": [{"title": "Notes", "frame": [0, 0, 300, 200]}]},
     {"identifier": "org.game", "name": "Game", "windows": [{"title": "Level", "frame": [0, 0, 300, 200]}]},
