@@ -39,7 +39,7 @@ class ItemSink {
              .title = application.windows[static_cast<std::size_t>(savedIndex)].title,
              .status = std::move(status),
              .savedIndex = savedIndex,
-             .change = std::move(change)});
+             .change = change});
     }
 
     /// About the run.
