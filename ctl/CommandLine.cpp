@@ -17,7 +17,7 @@ namespace {
 
 constexpr const char* about =
     "Saves what is open on this desktop as a named workspace and brings it back.\n"
-    "A workspace W is given by its name, ignoring case, or by its identifier. plan, restore, show\n"
+    "A workspace W is given by its name, ignoring case, or by its identifier. plan, diff, restore, show\n"
     "and export take a session of the history too.";
 
 constexpr const char* closing =
@@ -66,7 +66,12 @@ void addGlobalOptions(CLI::App& app, Arguments& arguments) {
     app.add_option("--desktop", arguments.desktop,
                    fmt::format("the desktop to use: {}, or simulated:FILE for a scene", systemDesktopName))
         ->envname("QUILLO_DESKTOP");
+    // A script's variable that is not set must not mean the person's own workspaces.
+    const auto named = [](const std::string& folder) {
+        return std::string(folder.empty() ? "no folder is named" : "");
+    };
     app.add_option("--data-dir", arguments.dataDirectory, "where workspaces are kept")
+        ->check(named, "")
         ->envname("QUILLO_DATA_DIR");
     app.add_flag("--json", arguments.json, "print one JSON value a line");
     app.add_flag("-q,--quiet", arguments.quiet,
@@ -310,7 +315,10 @@ std::expected<Invocation, Exit> parseCommandLine(int argumentCount, const char* 
         std::cerr << "quilloctl: " << complaint(app, error) << "\nSee quilloctl --help.\n";
         return std::unexpected(Exit::usage);
     }
-    if (help->parsed()) return std::unexpected(printHelp(app, topic));
+    if (help->parsed()) {
+        app.clear();  // else the help for all is that of the command that was given: of "help"
+        return std::unexpected(printHelp(app, topic));
+    }
     return invocation;
 }
 

@@ -74,6 +74,7 @@ CommandResult report(Output& output, std::string_view what, const std::string& a
 
 CommandResult addLauncher(CommandContext& context, const Arguments& arguments) {
     if (!systemHasLaunchers) return failure("launcher: this system starts every application by itself");
+    (void)settingsFor(context, arguments);  // says where they cannot be read
     const Result<std::string, Failure> application = workspaceName("APP", arguments.application);
     if (!application) return std::unexpected(application.error());
     if (arguments.words.empty()) return failure("launcher add: COMMAND is required", Exit::usage);
@@ -85,7 +86,8 @@ CommandResult addLauncher(CommandContext& context, const Arguments& arguments) {
     return report(context.output, "Starts", identifier, *command);
 }
 
-CommandResult listLaunchers(CommandContext& context, const Arguments&) {
+CommandResult listLaunchers(CommandContext& context, const Arguments& arguments) {
+    (void)settingsFor(context, arguments);
     Table table({"APPLICATION", "COMMAND"});
     for (const auto& [application, command] : Launchers(context.defaults).all()) {
         if (context.output.json()) {
@@ -104,6 +106,7 @@ CommandResult listLaunchers(CommandContext& context, const Arguments&) {
 }
 
 CommandResult removeLaunchers(CommandContext& context, const Arguments& arguments) {
+    (void)settingsFor(context, arguments);
     Launchers launchers(context.defaults);
     const auto all = launchers.all();
     std::vector<std::string> names;

@@ -91,7 +91,10 @@ printf '%s\n' "${COMPREPLY[@]}"
 }
 
 TEST_F(HelpTest, VersionAndHelpSucceedAndNeedNothing) {
-    expectSteps({{{"--version"}, 0, "quilloctl "}, {{"restore", "--help"}, 0, "--only APP"}});
+    expectSteps({{{"--version"}, 0, "quilloctl "},
+                 {{"help"}, 0, "--keep-scene"},
+                 {{"--data-dir", "", "list"}, 2, "no folder is named"},
+                 {{"restore", "--help"}, 0, "--only APP"}});
     EXPECT_EQ(runWith({"HOME=relative", "--unset=HOME"}, {QUILLOCTL, "--help"}).status, 0);
 }
 
