@@ -98,11 +98,12 @@ std::vector<RowList::Row> PrivacyPresenter::adapterRows() const {
     std::vector<RowList::Row> rows;
     for (const ContextAdapter* adapter : Adapters::all()) {
         const auto refused = std::ranges::find(unavailable, adapter->id(), &UnavailableAdapter::id);
+        const bool enabled = model_.settings().enabledAdapters.contains(adapter->id());
+        if (refused != unavailable.end() && !enabled) continue;  // nothing that this system could ever do
         rows.push_back(
             {QString::fromStdString(adapter->id()),
              {QString::fromStdString(adapter->name(desktop_.platform)),
-              QString::fromStdString(adapter->privacyNote(desktop_.platform)),
-              model_.settings().enabledAdapters.contains(adapter->id()),
+              QString::fromStdString(adapter->privacyNote(desktop_.platform)), enabled,
               refused == unavailable.end() ? QString() : QString::fromStdString(refused->reason)}});
     }
     return rows;

@@ -10,7 +10,6 @@ ListView {
     property int pointedRow: -1    // marked as if the pointer were on it
     property int hoveredRow: -1    // it is on this one
     property bool byKey: false  // the keyboard was used last
-    property real inset: 0      // of the lines, on both sides
     readonly property bool scrolls: contentHeight > height + 1
 
     model: contents.rows
@@ -38,20 +37,6 @@ ListView {
         if (activeFocus) choose(currentIndex)  // it comes by key only: a click leaves the keyboard where it is
         else byKey = false
     }
-    // What has the keyboard in the header is to be seen.
-    readonly property Item focusItem: Window.activeFocusItem
-    onFocusItemChanged: Qt.callLater(follow)
-    function follow() {
-        let item = focusItem
-        while (item && item !== headerItem) item = item.parent
-        if (!item || height <= 0) return
-        forceLayout()
-        const top = focusItem.mapToItem(list, 0, 0).y
-        const bottom = top + focusItem.height
-        if (top < 0) contentY += top - 12
-        else if (bottom > height) contentY += bottom - height + 12
-        returnToBounds()
-    }
     Keys.onUpPressed: choose(currentIndex - 1)
     Keys.onDownPressed: choose(currentIndex + 1)
     Keys.onSpacePressed: { byKey = true; contents.toggle(currentIndex) }
@@ -74,7 +59,7 @@ ListView {
     }
     ScrollBar {
         flickable: list
-        y: list.inset > 0 ? 0 : 6  // clear of a card's corners
+        y: 6  // clear of the card's corners
         height: list.height - 2 * y
     }
 }

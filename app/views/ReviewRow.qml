@@ -20,8 +20,7 @@ Item {
     readonly property bool location: kind === "folder" || kind === "tab"
     readonly property real line: Math.round((app ? 40 : location ? 28 : 32) * Theme.scale)
     readonly property color ink: more ? Theme.text2 : included && !faded ? location ? Theme.text2 : Theme.text : Theme.text3
-    readonly property real inset: ListView.view ? ListView.view.inset : 0
-    readonly property bool besideBar: inset === 0 && ListView.view !== null && ListView.view.scrolls
+    readonly property bool besideBar: ListView.view !== null && ListView.view.scrolls
     readonly property bool current: ListView.isCurrentItem && ListView.view.activeFocus
     readonly property bool chosen: ListView.isCurrentItem && ListView.view.selects && ListView.view.chosen
     readonly property bool pointed: pointer.hovered || (ListView.view !== null && ListView.view.pointedRow === index)
@@ -33,6 +32,7 @@ Item {
     ListView.onPooled: pooled = true
     ListView.onReused: pooled = false
     visible: index >= 0 && !pooled
+    onFocusChanged: if (focus) focus = false  // the list has the keyboard, whichever line is the current one
     width: ListView.view ? ListView.view.width : 400
     height: line + (last && !app ? 8 : 0)
     Accessible.role: Accessible.TreeItem
@@ -43,23 +43,15 @@ Item {
     Accessible.onToggleAction: toggled()
     Accessible.onPressAction: toggled()
 
-    Rectangle {  // for lines that no card holds
-        visible: root.inset > 0
-        x: root.inset
-        width: parent.width - 2 * root.inset
-        height: parent.height
-        color: Theme.surface
-    }
     Rectangle {
         visible: root.app && root.index > 0
-        x: root.inset
-        width: parent.width - 2 * root.inset
+        width: parent.width
         height: 1
         color: Theme.border
     }
     Rectangle {
         visible: root.chosen
-        x: root.inset + 4
+        x: 4
         y: 2
         width: parent.width - 2 * x
         height: root.line - 3
@@ -69,8 +61,8 @@ Item {
     Rectangle {
         anchors.left: parent.left
         anchors.right: parent.right
-        anchors.leftMargin: root.inset + 4
-        anchors.rightMargin: root.inset + (root.besideBar ? 12 : 4)
+        anchors.leftMargin: 4
+        anchors.rightMargin: root.besideBar ? 12 : 4
         y: 2
         height: root.line - 3
         radius: 8
@@ -98,8 +90,7 @@ Item {
     }
 
     Item {
-        x: root.inset
-        width: parent.width - 2 * root.inset
+        width: parent.width
         height: root.line
 
         Item {

@@ -26,7 +26,7 @@ FocusScope {
     function begin() {
         if (busy) return
         choices.focusName()
-        Qt.callLater(list.positionViewAtBeginning)  // the map and the name
+        Qt.callLater(() => { list.positionViewAtBeginning(); page.contentY = 0 })  // the map and the name
     }
     Component.onCompleted: Qt.callLater(begin)  // once all stands in its place
     onBusyChanged: begin()
@@ -82,34 +82,40 @@ FocusScope {
                 height: root.wide ? choices.implicitHeight : 0
             }
         }
+        // In a narrow window all is one page, from edge to edge, with room for rings and the scroll bar beside it.
+        Scroller {
+            id: page
+            x: -24
+            width: root.width
+            height: parent.height
+            visible: !root.wide
+            Item { id: pageChoices; width: page.width; height: root.wide ? 0 : choices.implicitHeight + 24 }
+            Item { id: pageList; width: page.width; height: root.wide ? 0 : card.height + 12 }
+        }
         Rectangle {
             id: card
-            // In a narrow window from edge to edge, with room for rings and the scroll bar beside what it holds.
+            parent: root.wide ? body : pageList
             anchors.right: parent.right
-            anchors.rightMargin: root.wide ? 0 : -24
-            width: root.wide ? parent.width - root.side - 24 : root.width
-            height: parent.height
-            radius: root.wide ? 14 : 0
-            color: root.wide ? Theme.surface : "transparent"
-            border.width: root.wide ? 1 : 0
+            anchors.rightMargin: root.wide ? 0 : 24
+            width: root.wide ? parent.width - root.side - 24 : parent.width - 48
+            height: root.wide ? parent.height : list.contentHeight + 2
+            radius: 14
+            color: Theme.surface
+            border.width: 1
             border.color: Theme.border
             ReviewList {
                 id: list
                 anchors.fill: parent
-                anchors.margins: root.wide ? 1 : 0
-                inset: root.wide ? 0 : 24
-                header: Item {
-                    width: list.width
-                    height: root.wide ? 0 : choices.implicitHeight + 24
-                }
+                anchors.margins: 1
+                onChosenByKey: if (!root.wide && currentItem) page.show(currentItem)
             }
         }
         ReviewChoices {
             id: choices
-            parent: root.wide || !list.headerItem ? leftPlace : list.headerItem
+            parent: root.wide ? leftPlace : pageChoices
             y: root.wide ? 0 : 4
-            x: list.inset
-            width: parent.width - 2 * list.inset
+            x: root.wide ? 0 : 24
+            width: parent.width - 2 * x
             mapFirst: !root.wide
             mapHeight: root.wide ? Math.max(150, Math.min(Math.round(width * 0.627), body.height - rest))
                                  : Math.max(130, Math.round(Math.min(width * 0.45, 300, body.height - rest - 12)))

@@ -1,4 +1,6 @@
 // The review of a capture by mouse and keyboard; what was saved is read from the workspace's file.
+#include <set>
+
 #include "app/gui/ReviewPresenter.hpp"
 #include "app/gui/Words.hpp"
 #include "tests/gui/GuiFixture.hpp"
@@ -111,6 +113,19 @@ TEST_F(ReviewTest, EverythingGoesByKeyboard) {
     EXPECT_EQ(saved("Keys").windowCount(), 4);
     EXPECT_EQ(model.named("Keys").icon, "briefcase");
     EXPECT_EQ(model.named("Keys").color, "lime");
+}
+
+TEST_F(ReviewTest, TabGoesRoundInANarrowWindowToo) {
+    begin();
+    main()->resize(760, 520);
+    settle();
+    QQuickItem* const name = main()->activeFocusItem();
+    QQuickItem* const list = named("What is saved");
+    std::set<QQuickItem*> stops;
+    do {
+        press(Qt::Key_Tab);
+    } while (stops.insert(main()->activeFocusItem()).second);
+    EXPECT_TRUE(stops.contains(name) && stops.contains(list) && stops.contains(named("Save Workspace")));
 }
 
 TEST_F(ReviewTest, ReturnInTheNameSavesUnlessItIsStillHeldDown) {
