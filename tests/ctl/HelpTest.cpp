@@ -38,12 +38,12 @@ TEST_F(HelpTest, TheManPageAndTheCompletionsKnowEveryCommandAndOption) {
         EXPECT_NE(zsh.find("'" + command + ":"), std::string::npos) << command;
         EXPECT_NE(fish.find("'" + command + " "), std::string::npos) << command;
     }
-    const std::pair<std::string, std::string> inFamilies[] = {{"history", "list"},  {"history", "save"},
-                                                              {"history", "clear"}, {"launcher", "add"},
-                                                              {"launcher", "list"}, {"launcher", "remove"}};
+    const std::string inFamilies[][2] = {{"history", "list"}, {"history", "save"},  {"history", "clear"},
+                                         {"launcher", "add"}, {"launcher", "list"}, {"launcher", "remove"}};
     for (const auto& [family, command] : inFamilies) {
         help += done({family, command, "--help"});
-        EXPECT_TRUE(std::regex_search(manual, std::regex("\n\\.(B|BI) \"?" + family + " " + command)))
+        EXPECT_TRUE(
+            std::regex_search(manual, std::regex(fmt::format("\n\\.(B|BI) \"?{} {}", family, command))))
             << family << command;
     }
     const Names options = matches(help, "[ ,](--[a-z-]+)");

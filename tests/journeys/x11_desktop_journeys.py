@@ -7,8 +7,8 @@ PLACES = {"Alpha": 0, "Beta": 1, "letter.txt": 2, "Garden": 1, "Question": 2}
 
 def populate(journey):
     home, desktop = journey.desktop.home, journey.desktop
-    desktop.run("wmctrl", "-n", "3")
-    desktop.wait_for(lambda: count(desktop) == 3, "third desktop")
+    # Said again until it is heard: a window manager that has only just come drops a request now and then.
+    desktop.wait_for(lambda: count(desktop) == 3 or desktop.run("wmctrl", "-n", "3") is None, "third desktop")
     os.mkdir(home + "/Garden")
     with open(home + "/letter.txt", "w") as file:
         file.write("Dear reader\n")

@@ -137,7 +137,7 @@ TEST(FirefoxSession, TellsOfOrdinaryWindowsAndTheirTabs) {
                  {packed(R"({"windows":{}})"), invalid},
                  {packed("[]"), invalid},
                  {packed("{"), invalid},
-                 {packed(std::string(50'000'000, '[')), invalid},
+                 {packed(std::string(std::size_t{50} << 20, '[')), invalid},
                  {packed(state, 0xFFFFFFFF), invalid},
                  {packed(state, static_cast<std::uint32_t>(state.size()) - 1), invalid},
                  {packed(state, static_cast<std::uint32_t>(state.size()) + 1), invalid},
