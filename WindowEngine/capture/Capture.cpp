@@ -202,6 +202,13 @@ ApplicationSnapshot applicationSnapshot(const CaptureReading& reading, std::size
     return result;
 }
 
+void tell(SeenWindows& seen, const RunningApplication& application, const std::vector<LiveWindow>& windows) {
+    std::vector<Seen>& all = seen[*application.bundleIdentifier];
+    for (const LiveWindow& window : windows) {
+        if (window.windowID) all.push_back({window.info.index, *window.windowID, window.info.frame});
+    }
+}
+
 }  // namespace
 
 std::function<bool(const std::string&)> neverSaved(Applications& applications, const Options& options) {
@@ -230,7 +237,7 @@ const std::set<std::string>& alwaysExcluded() {
     return identifiers;
 }
 
-Task<WorkspaceSnapshot> snapshot(DesktopAccess& desktop, Options options) {
+Task<WorkspaceSnapshot> snapshot(DesktopAccess& desktop, Options options, SeenWindows* seen) {
     desktop.handles.unresponsive.clear();
     std::set<ProcessID> silent;
     CaptureReading reading = readDesktop(desktop, options, silent);
@@ -248,6 +255,7 @@ Task<WorkspaceSnapshot> snapshot(DesktopAccess& desktop, Options options) {
     std::vector<std::string> notes = reading.notes;
     for (std::size_t i = 0; i < reading.applications.size(); ++i) {
         ApplicationSnapshot application = applicationSnapshot(reading, i);
+        if (seen) tell(*seen, reading.applications[i], reading.windows[i].windows);
         co_await captureContext(desktop, options, reading.windows[i].windows, application, notes);
         application.windows =
             CaptureFilter::removingWebDocuments(options.excludedDomains, std::move(application.windows));

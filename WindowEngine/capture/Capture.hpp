@@ -1,6 +1,7 @@
 // The live desktop as one snapshot.
 #pragma once
 #include <functional>
+#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -27,8 +28,17 @@ std::function<bool(const std::string& bundleIdentifier)> neverSaved(Applications
 /// The running applications whose windows a capture with these options reads, in the platform's order.
 std::vector<RunningApplication> eligibleApplications(DesktopAccess& desktop, const Options& options);
 
+/// A window as it was read, before any were left out or folded into one.
+struct Seen {
+    std::int64_t index = 0;  // WindowSnapshot::index
+    WindowNumber number = 0;
+    Rect frame;
+};
+using SeenWindows = std::map<std::string, std::vector<Seen>>;  // by the application's identifier
+
 /// Never fails: what cannot be read is left out. Windows are read before the first suspension, integrations
-/// are asked one after the other after it. Two captures may overlap.
-Task<WorkspaceSnapshot> snapshot(DesktopAccess& desktop, Options options);
+/// are asked one after the other after it. Two captures may overlap. `seen`, where given, outlives the task
+/// and is told of the windows with a number.
+Task<WorkspaceSnapshot> snapshot(DesktopAccess& desktop, Options options, SeenWindows* seen = nullptr);
 
 }  // namespace quillo::Capture

@@ -41,8 +41,9 @@ Placement relative(const Rect& normalized, const DisplaySnapshot& target) {
 }
 
 Placement onSameDisplay(const WindowSnapshot& window, const DisplaySnapshot& saved,
-                        const DisplaySnapshot& target) {
+                        const DisplaySnapshot& target, Edges edges) {
     if (target.frame != saved.frame) return relative(window.normalizedFrame, target);
+    if (edges == Edges::kept) return {window.frame, false};
     const Rect frame = clamp(window.frame, target.visibleFrame);
     return {frame, frame != window.frame};
 }
@@ -95,12 +96,13 @@ const DisplaySnapshot* targetDisplay(const std::optional<std::string>& id, Displ
     return &primary(current);
 }
 
-std::optional<Placement> place(const WindowSnapshot& window, DisplayList saved, DisplayList current) {
+std::optional<Placement> place(const WindowSnapshot& window, DisplayList saved, DisplayList current,
+                               Edges edges) {
     if (current.empty()) return std::nullopt;
     const DisplaySnapshot* savedDisplay = window.displayID ? withID(*window.displayID, saved) : nullptr;
     if (savedDisplay) {
         if (const DisplaySnapshot* same = withID(savedDisplay->id, current))
-            return onSameDisplay(window, *savedDisplay, *same);
+            return onSameDisplay(window, *savedDisplay, *same, edges);
         if (const DisplaySnapshot* match = bestTopologyMatch(*savedDisplay, saved, current))
             return relative(window.normalizedFrame, *match);
     }

@@ -17,7 +17,14 @@ struct Placement {
 
 using DisplayList = std::span<const DisplaySnapshot>;
 
-std::optional<Placement> place(const WindowSnapshot& window, DisplayList saved, DisplayList current);
+/// What becomes of a frame that hangs over the edge of a display which is as it was.
+enum class Edges {
+    inside,  // it is pulled inside: a workspace may be old, or come from elsewhere
+    kept,    // the window stood so a moment ago, and goes back there
+};
+
+std::optional<Placement> place(const WindowSnapshot& window, DisplayList saved, DisplayList current,
+                               Edges edges = Edges::inside);
 /// Null only when `current` is empty. Pointers are into `current`.
 const DisplaySnapshot* targetDisplay(const std::optional<std::string>& id, DisplayList saved,
                                      DisplayList current);

@@ -94,12 +94,12 @@ WindowChange changeOf(const WindowPlan& plan, const LiveWindowInfo& live, std::s
 
 WindowPlan planPair(const WindowSnapshot& saved, const LiveWindowInfo& live, DisplayList savedDisplays,
                     DisplayList currentDisplays, const DesktopTargets& desktops,
-                    std::span<const SpaceID> liveSpaces) {
+                    std::span<const SpaceID> liveSpaces, DisplayMapper::Edges edges) {
     WindowPlan plan;
     plan.liveIndex = 0;
     plan.evidence = WindowMatcher::evidence(saved, live);
     plan.score = plan.evidence.score;
-    plan.placement = DisplayMapper::place(saved, savedDisplays, currentDisplays);
+    plan.placement = DisplayMapper::place(saved, savedDisplays, currentDisplays, edges);
     const DisplaySnapshot* target =
         DisplayMapper::targetDisplay(saved.displayID, savedDisplays, currentDisplays);
     if (target) plan.displayID = target->id;

@@ -41,7 +41,8 @@ bool standsAt(const Rect& frame, const Rect& wanted);
 /// again after each effect. `liveSpaces`: those that hold the live window, empty where that was not asked.
 WindowPlan planPair(const WindowSnapshot& saved, const LiveWindowInfo& live,
                     DisplayMapper::DisplayList savedDisplays, DisplayMapper::DisplayList currentDisplays,
-                    const DesktopTargets& desktops = {}, std::span<const SpaceID> liveSpaces = {});
+                    const DesktopTargets& desktops = {}, std::span<const SpaceID> liveSpaces = {},
+                    DisplayMapper::Edges edges = DisplayMapper::Edges::inside);
 
 /// What carrying out the plan changes on its live window. `desktops`, as they are or will be, tell the number
 /// of a space.

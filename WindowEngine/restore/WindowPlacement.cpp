@@ -32,8 +32,10 @@ struct Pair {
     LiveWindow window;
     PlacementTargets targets;
 
-    WindowPlan plan() const {
-        return planPair(saved, window.info, targets.savedDisplays, targets.currentDisplays, targets.desktops);
+    WindowPlan plan() const { return plan({}); }
+    WindowPlan plan(std::span<const SpaceID> liveSpaces) const {
+        return planPair(saved, window.info, targets.savedDisplays, targets.currentDisplays, targets.desktops,
+                        liveSpaces, targets.edges);
     }
 
     Capability placement() const { return desktop.platform.accessibility.placement(window.element); }
@@ -226,9 +228,7 @@ WindowChange changeOf(const Placing& placing, const Pair& pair) {
     const auto spaces =
         DesktopSpaces::spacesOf(pair.desktop, std::span(&pair.window, 1), pair.saved.tabs.has_value())
             .front();
-    const WindowPlan plan = planPair(pair.saved, pair.window.info, pair.targets.savedDisplays,
-                                     pair.targets.currentDisplays, pair.targets.desktops, spaces);
-    return quillo::changeOf(plan, pair.window.info, spaces, placing.desktops);
+    return quillo::changeOf(pair.plan(spaces), pair.window.info, spaces, placing.desktops);
 }
 
 bool isBack(const Status& status) {
@@ -257,10 +257,11 @@ Task<void> placeWindow(const Placing& placing, const WindowPlan& plan) {
     Status status = co_await restoreWindow(pair);
     if (std::holds_alternative<failed>(status)) {
         const auto displays = Displays::current(placing.desktop.platform.screens);
-        Pair again{placing.desktop,
-                   saved,
-                   pair.window,
-                   {placing.targets.savedDisplays, displays, placing.targets.desktops}};
+        Pair again{
+            placing.desktop,
+            saved,
+            pair.window,
+            {placing.targets.savedDisplays, displays, placing.targets.desktops, placing.targets.edges}};
         // A display that went, or came, took away the place that was meant.
         if (displays != placing.targets.currentDisplays && again.refresh())
             status = co_await restoreWindow(again);
@@ -355,8 +356,14 @@ Task<void> placeAll(const Placing& placing, const std::vector<WindowPlan>& plans
 Task<void> placeWindows(DesktopAccess& desktop, const ApplicationSnapshot& application,
                         std::vector<LiveWindow> live, PlacementTargets targets, const ItemSink& sink,
                         std::vector<Element>& back, Drift drift) {
-    const std::vector<WindowPlan> plans =
+    std::vector<WindowPlan> plans =
         planWindows(application.windows, infos(live), targets.savedDisplays, targets.currentDisplays);
+    return placeWindows(desktop, application, std::move(live), std::move(plans), targets, sink, back, drift);
+}
+
+Task<void> placeWindows(DesktopAccess& desktop, const ApplicationSnapshot& application,
+                        std::vector<LiveWindow> live, std::vector<WindowPlan> plans, PlacementTargets targets,
+                        const ItemSink& sink, std::vector<Element>& back, Drift drift) {
     std::vector<Rested> rested;
     const Placing placing{
         desktop,

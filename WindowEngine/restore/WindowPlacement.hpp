@@ -12,6 +12,7 @@ struct PlacementTargets {
     const std::vector<DisplaySnapshot>& savedDisplays;
     const std::vector<DisplaySnapshot>& currentDisplays;
     const DesktopTargets& desktops;
+    DisplayMapper::Edges edges = DisplayMapper::Edges::inside;
 };
 
 /// What is done about windows that move or resize themselves within a second after they were placed, as new
@@ -28,5 +29,10 @@ enum class Drift {
 Task<void> placeWindows(DesktopAccess& desktop, const ApplicationSnapshot& application,
                         std::vector<LiveWindow> live, PlacementTargets targets, const ItemSink& sink,
                         std::vector<Element>& back, Drift drift = Drift::ignored);
+/// The same, which live window stands for which saved one being decided: one plan for each saved window that
+/// is to be reported, of which only pair and reason count.
+Task<void> placeWindows(DesktopAccess& desktop, const ApplicationSnapshot& application,
+                        std::vector<LiveWindow> live, std::vector<WindowPlan> plans, PlacementTargets targets,
+                        const ItemSink& sink, std::vector<Element>& back, Drift drift = Drift::ignored);
 
 }  // namespace quillo::Restore

@@ -26,6 +26,7 @@ struct RunningApplication {
     ActivationPolicy activationPolicy = ActivationPolicy::regular;
     std::optional<Url> bundleURL;       // where it is installed, fit for launch()
     std::optional<Instant> launchDate;  // of `pid`
+    bool isHidden = false;  // by Applications::hide, or by a person; never where that means minimizing
 };
 
 struct InstalledApplication {

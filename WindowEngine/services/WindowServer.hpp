@@ -20,7 +20,8 @@ struct WindowListEntry {
     ProcessID ownerPid = 0;  // the pid under which Applications presents its owner
     std::int32_t layer = 0;  // 0 is the layer of ordinary windows
     WindowNumber number = 0;
-    Rect bounds;  // global points, top left
+    Rect bounds;            // global points, top left
+    ProcessID process = 0;  // whose window it is itself; 0 where that is not known
 };
 
 enum class SpaceKind { standard, fullScreen };

@@ -51,7 +51,8 @@ RunningApplication described(const Family& family) {
             .localizedName = eldest.name,
             .activationPolicy = eldest.policy,
             .bundleURL = eldest.location,
-            .launchDate = eldest.launchDate};
+            .launchDate = eldest.launchDate,
+            .isHidden = eldest.hidden};
 }
 
 bool contains(const auto& range, const auto& value, auto projection) {

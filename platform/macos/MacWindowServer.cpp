@@ -30,7 +30,8 @@ std::optional<WindowListEntry> entryFrom(CFTypeRef dictionary) {
     const auto number = cf::integerAs<WindowNumber>(cf::lookup(dictionary, kCGWindowNumber));
     const auto bounds = boundsFrom(cf::lookup(dictionary, kCGWindowBounds));
     if (!pid || !layer || !number || !bounds) return std::nullopt;
-    return WindowListEntry{.ownerPid = *pid, .layer = *layer, .number = *number, .bounds = *bounds};
+    return WindowListEntry{
+        .ownerPid = *pid, .layer = *layer, .number = *number, .bounds = *bounds, .process = *pid};
 }
 
 std::vector<WindowListEntry> listedWindows() {

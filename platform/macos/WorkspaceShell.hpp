@@ -19,6 +19,7 @@ struct WorkspaceProcess {
     std::optional<Url> location;
     std::optional<Instant> launchDate;  // absent where something else than the system's launcher started it
     bool terminated = false;
+    bool hidden = false;
 };
 
 /// An error and what it came from.

@@ -20,7 +20,8 @@ RunningApplication described(const Application& application) {
             .localizedName = application.scene.name,
             .activationPolicy = application.scene.policy,
             .bundleURL = bundleURL(application),
-            .launchDate = application.launchDate};
+            .launchDate = application.launchDate,
+            .isHidden = application.hidden};
 }
 
 std::optional<RunningApplication> describedIfRunning(const Application* application) {

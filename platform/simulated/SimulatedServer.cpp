@@ -26,8 +26,10 @@ class Watch final : public ChangeWatch {
 std::vector<WindowListEntry> Server::windowList() {
     world_.advance();
     std::vector<WindowListEntry> list;
-    for (const Window& window : world_.windows())
-        list.push_back({world_.application(window.application)->pid, 0, window.number, window.state.frame});
+    for (const Window& window : world_.windows()) {
+        const ProcessID process = world_.application(window.application)->pid;
+        list.push_back({process, 0, window.number, window.state.frame, process});
+    }
     return list;
 }
 

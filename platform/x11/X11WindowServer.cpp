@@ -58,7 +58,8 @@ std::vector<WindowListEntry> X11WindowServer::windowList() {
         list.push_back({.ownerPid = owner == owners.end() ? 0 : owner->second,
                         .layer = window->second->isListed() ? ordinaryLayer : furnitureLayer,
                         .number = number,
-                        .bounds = window->second->frame()});
+                        .bounds = window->second->frame(),
+                        .process = window->second->pid});
     }
     return list;
 }

@@ -9,9 +9,11 @@
 #include <utility>
 #include <vector>
 
-#include "WindowEngine/capture/Capture.hpp"
+#include "WindowEngine/capture/UndoCapture.hpp"
+#include "WindowEngine/records/UndoCoding.hpp"
 #include "WindowEngine/restore/Restore.hpp"
 #include "WindowEngine/restore/RestorePreview.hpp"
+#include "WindowEngine/restore/Undo.hpp"
 #include "tests/LogWords.hpp"
 #include "tests/journeys/JourneyLayer.hpp"
 
@@ -43,6 +45,21 @@ class Journey {
     RestoreReport restore() {
         return run(Restore::run(access_, saved_, {.enabledAdapters = integrations}, {})).value();
     }
+
+    /// The same with a record of the desktop before, as it is in its file.
+    RestoreReport restoreUndoably(CleanSlateMode mode) {
+        const Capture::Options capturing{.enabledAdapters = integrations};
+        UndoRecord record = run(Capture::undoRecord(access_, capturing, saved_, mode)).value();
+        const Restore::KeepRecord keep = [this](const UndoRecord& kept) {
+            undo_ = UndoCoding::decode(UndoCoding::encode(kept).value()).value();
+        };
+        const Restore::Options options{.cleanSlate = mode, .enabledAdapters = integrations};
+        return run(Restore::runUndoably(access_, saved_, options, {}, std::move(record), keep)).value();
+    }
+    RestoreReport undo() {
+        return run(Restore::undo(access_, undo_, {.enabledAdapters = integrations}, {})).value();
+    }
+    const UndoRecord& undoRecord() const { return undo_; }
 
     /// Empty when the task did not end within ten minutes of the desktop's time.
     template <class T>
@@ -85,6 +102,7 @@ class Journey {
     WindowHandleCache handles_;
     DesktopAccess access_{layer_->platform(), handles_};
     Workspace saved_;
+    UndoRecord undo_;
 };
 
 }  // namespace quillo

@@ -8,37 +8,12 @@
 #include <set>
 
 #include "WindowEngine/library/SessionHistory.hpp"
-#include "tests/journeys/Journey.hpp"
-#include "tests/journeys/RandomDesktop.hpp"
+#include "tests/journeys/RandomJourney.hpp"
 
 namespace quillo {
 namespace {
 
 using Report = RestoreReport;
-
-/// A journey drawn from a seed.
-class RandomJourney : public Journey {
-  public:
-    explicit RandomJourney(std::uint64_t seed) : RandomJourney(seed, RandomDesktop(seed)) {}
-
-    void disturb(bool displays) {
-        random_.disturb(world(), displays);
-        settle();
-    }
-    void disturbRecoverably() {
-        random_.disturbRecoverably(world());
-        settle();
-    }
-    void layFaults() {
-        for (const simulated::Fault& fault : random_.faults(scene())) lay(fault);
-    }
-
-  private:
-    RandomJourney(std::uint64_t seed, RandomDesktop random)
-        : Journey(random.scene(), seed), random_(random) {}  // as it is after it drew the scene
-
-    RandomDesktop random_;
-};
 
 bool is(const Report::Item& item, std::string_view reason) {
     return outcomeOf(item.status).trouble() && detailOf(item.status).text.starts_with(reason);

@@ -30,7 +30,8 @@ WorkspaceProcess described(NSRunningApplication* application) {
             .policy = policyOf(application),
             .location = foundation::url(application.bundleURL),
             .launchDate = foundation::date(application.launchDate),
-            .terminated = application.terminated == YES};
+            .terminated = application.terminated == YES,
+            .hidden = application.hidden == YES};
 }
 
 WorkspaceError described(NSError* error) {

@@ -14,7 +14,8 @@ WorkspaceProcess processOf(const RunningApplication& application) {
             .policy = application.activationPolicy,
             .location = application.bundleURL,
             .launchDate = application.launchDate,
-            .terminated = false};
+            .terminated = false,
+            .hidden = application.isHidden};
 }
 
 /// As the system says it: what the person hears is the layer's own text.

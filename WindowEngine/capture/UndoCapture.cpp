@@ -1,0 +1,119 @@
+#include "WindowEngine/capture/UndoCapture.hpp"
+
+#include <algorithm>
+#include <set>
+#include <unordered_map>
+#include <utility>
+
+#include "WindowEngine/integrations/Adapters.hpp"
+
+namespace quillo::Capture {
+namespace {
+
+/// Browsers have private windows; a file manager has none.
+bool maybePrivate(const ApplicationSnapshot& application, const std::set<std::string>& integrations) {
+    const ContextAdapter* adapter = Adapters::adapter(application.bundleIdentifier, integrations);
+    return adapter && adapter->id() != "finder";
+}
+
+void withholdContents(WorkspaceSnapshot& snapshot, const std::set<std::string>& integrations) {
+    for (ApplicationSnapshot& application : snapshot.applications) {
+        if (!maybePrivate(application, integrations)) continue;
+        for (WindowSnapshot& window : application.windows) {
+            window.title.reset();
+            window.documentURL.reset();
+            if (window.tabs) window.tabs->assign(window.tabs->size(), {});
+        }
+    }
+}
+
+using Processes = std::unordered_map<WindowNumber, ProcessID>;
+
+/// A window with native tabs is each of its tabs: any of them that is left stands for it.
+std::vector<UndoWindow> windowsOf(const ApplicationSnapshot& application, const std::vector<Seen>& seen,
+                                  const Processes& processes) {
+    std::set<std::int64_t> indices;
+    for (const WindowSnapshot& window : application.windows) indices.insert(window.index);
+    std::vector<UndoWindow> windows;
+    for (const WindowSnapshot& window : application.windows) {
+        for (const Seen& one : seen) {
+            const bool itself = one.index == window.index;
+            const bool folded = window.tabs && one.frame == window.frame && !indices.contains(one.index);
+            if (!itself && !folded) continue;
+            const auto process = processes.find(one.number);
+            windows.push_back({.application = application.bundleIdentifier,
+                               .index = window.index,
+                               .number = one.number,
+                               .process = process == processes.end() ? 0 : process->second});
+        }
+    }
+    return windows;
+}
+
+UndoApplication noted(const RunningApplication& application) {
+    return {.identifier = *application.bundleIdentifier,
+            .pid = application.pid,
+            .launchedAt = application.launchDate,
+            .hidden = application.isHidden};
+}
+
+/// What a clean slate may minimize without its ever being saved.
+std::vector<UndoWindow> windowsOfOthers(DesktopAccess& desktop, const WorkspaceSnapshot& snapshot,
+                                        const Processes& processes) {
+    std::vector<UndoWindow> windows;
+    for (const RunningApplication& application : desktop.platform.applications.running()) {
+        const bool saved =
+            application.bundleIdentifier &&
+            std::ranges::find(snapshot.applications, *application.bundleIdentifier,
+                              &ApplicationSnapshot::bundleIdentifier) != snapshot.applications.end();
+        if (saved || application.isHidden || application.activationPolicy != ActivationPolicy::regular)
+            continue;
+        for (const LiveWindow& window : Accessibility::windows(desktop, application.pid, false)) {
+            if (!window.windowID || window.info.isMinimized) continue;
+            const auto process = processes.find(*window.windowID);
+            windows.push_back(
+                {.number = *window.windowID, .process = process == processes.end() ? 0 : process->second});
+        }
+    }
+    return windows;
+}
+
+}  // namespace
+
+Task<UndoRecord> undoRecord(DesktopAccess& desktop, Options options, Workspace workspace,
+                            CleanSlateMode mode) {
+    const std::set<std::string> integrations = options.enabledAdapters;
+    const bool quits = mode == CleanSlateMode::quit;
+    if (!quits) options.enabledAdapters.clear();
+    options.recoverHidden = true;  // a restore looks for those too
+    SeenWindows seen;
+    UndoRecord record{.before = std::move(workspace)};
+    record.before.snapshot = co_await snapshot(desktop, std::move(options), &seen);
+    record.before.cleanSlate = mode;
+    record.before.createdAt = record.before.updatedAt = record.before.snapshot.capturedAt;
+
+    const std::vector<WindowListEntry> list = desktop.platform.windowServer.windowList();
+    Processes processes;
+    std::unordered_map<WindowNumber, std::size_t> places;
+    for (const WindowListEntry& entry : list) {
+        processes.emplace(entry.number, entry.process);
+        places.emplace(entry.number, places.size());
+    }
+    for (const ApplicationSnapshot& application : record.before.snapshot.applications) {
+        std::ranges::move(windowsOf(application, seen[application.bundleIdentifier], processes),
+                          std::back_inserter(record.windows));
+        if (const auto running = desktop.platform.applications.running(application.bundleIdentifier))
+            record.applications.push_back(noted(*running));
+    }
+    const auto place = [&](const UndoWindow& window) {
+        const auto found = places.find(window.number);
+        return found == places.end() ? places.size() : found->second;
+    };
+    std::ranges::stable_sort(record.windows, {}, place);
+    if (mode == CleanSlateMode::hide)
+        record.others = windowsOfOthers(desktop, record.before.snapshot, processes);
+    if (!quits) withholdContents(record.before.snapshot, integrations);
+    co_return record;
+}
+
+}  // namespace quillo::Capture

@@ -1,0 +1,94 @@
+#include "WindowEngine/records/UndoCoding.hpp"
+
+#include <simdjson.h>
+
+#include <utility>
+
+#include "WindowEngine/records/WorkspaceCoding.hpp"
+#include "WindowEngine/support/RecordReader.hpp"
+#include "WindowEngine/support/RecordWriter.hpp"
+
+namespace quillo {
+
+template <>
+inline constexpr auto fieldsOf<UndoWindow> =
+    std::tuple{Field{"application", &UndoWindow::application}, Field{"index", &UndoWindow::index},
+               Field{"number", &UndoWindow::number}, Field{"process", &UndoWindow::process}};
+
+template <>
+inline constexpr auto fieldsOf<UndoApplication> =
+    std::tuple{Field{"cleared", &UndoApplication::cleared}, Field{"hidden", &UndoApplication::hidden},
+               Field{"identifier", &UndoApplication::identifier},
+               Field{"launchedAt", &UndoApplication::launchedAt}, Field{"pid", &UndoApplication::pid}};
+
+template <>
+inline constexpr auto fieldsOf<UndoLaunch> =
+    std::tuple{Field{"identifier", &UndoLaunch::identifier}, Field{"name", &UndoLaunch::name}};
+
+// The desktop before is a document of its own inside this one.
+template <>
+inline constexpr auto fieldsOf<UndoRecord> = std::tuple{Field{"applications", &UndoRecord::applications},
+                                                        Field{"desktops", &UndoRecord::desktops},
+                                                        Field{"launched", &UndoRecord::launched},
+                                                        Field{"opened", &UndoRecord::opened},
+                                                        Field{"others", &UndoRecord::others},
+                                                        Field{"othersCleared", &UndoRecord::othersCleared},
+                                                        Field{"windows", &UndoRecord::windows}};
+template <>
+inline constexpr auto notCoded<UndoRecord> = std::tuple{&UndoRecord::before};
+
+namespace UndoCoding {
+namespace {
+
+constexpr std::string_view beforeKey = "before", runKey = "run";
+
+class UndoReader : public RecordReader<UndoReader> {
+  public:
+    static constexpr ObjectRules rules{};
+    template <class R, class T>
+    static constexpr bool isRequired = !isOptional<T>;
+
+    using RecordReader::read;
+
+    bool read(Element element, const JsonPlace& place, Instant& value) {
+        return readText(element, place, parseInstant, value, "expected a date such as 2025-03-14T09:26:53Z");
+    }
+};
+
+class UndoWriter : public RecordWriter<UndoWriter> {
+  public:
+    using RecordWriter::write;
+
+    void write(Instant value) { json_.text(formatInstant(value)); }
+};
+
+std::string member(std::string_view key, const std::string& document) {
+    return "\"" + std::string(key) + "\": " + document;
+}
+
+}  // namespace
+
+Result<std::string> encode(const UndoRecord& record) {
+    const Result<std::string> before = WorkspaceCoding::encode(record.before);
+    if (!before) return before;
+    const Result<std::string> run = UndoWriter().document(record);
+    if (!run) return run;
+    return "{" + member(beforeKey, *before) + ",\n" + member(runKey, *run) + "}\n";
+}
+
+Result<UndoRecord> decode(std::string_view bytes) {
+    simdjson::dom::parser parser;
+    JsonReader::Element root, before, run;
+    if (parser.parse(simdjson::padded_string(bytes)).get(root) || root[beforeKey].get(before) ||
+        root[runKey].get(run))
+        return fail(ErrorKind::invalidData, "this is no record of a desktop before a restore");
+    Result<Workspace> workspace = WorkspaceCoding::decode(simdjson::minify(before));
+    if (!workspace) return std::unexpected(std::move(workspace.error()));
+    UndoRecord record{.before = *std::move(workspace)};
+    UndoReader reader;
+    if (!reader.read(run, {.key = runKey}, record)) return std::unexpected(*std::move(reader.failure));
+    return record;
+}
+
+}  // namespace UndoCoding
+}  // namespace quillo

@@ -1,0 +1,57 @@
+// What a desktop was like before a restore touched it, and what that restore did: all that is needed to put
+// everything back. A plain value; UndoCoding writes and reads it.
+#pragma once
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "WindowEngine/records/Workspace.hpp"
+
+namespace quillo {
+
+/// One window of the desktop before. A number alone may be given to another window once it is free.
+struct UndoWindow {
+    std::string application;  // identifier
+    std::int64_t index = 0;   // WindowSnapshot::index; windows that are native tabs of one share it
+    std::uint32_t number = 0;
+    std::int64_t process = 0;  // 0 where that is not known
+
+    bool operator==(const UndoWindow&) const = default;
+};
+
+/// An application that ran, as RunningApplication tells of it.
+struct UndoApplication {
+    std::string identifier;
+    std::int64_t pid = 0;
+    std::optional<Instant> launchedAt;
+    bool hidden = false;
+    bool cleared = false;  // the restore was to hide it, or to ask it to quit
+
+    bool operator==(const UndoApplication&) const = default;
+};
+
+/// One that the restore launched.
+struct UndoLaunch {
+    std::string identifier, name;
+
+    bool operator==(const UndoLaunch&) const = default;
+};
+
+struct UndoRecord {
+    /// The desktop before, in the looks of the workspace that was restored; its clean-slate choice is what
+    /// that restore did to other applications, its time of creation when it began.
+    Workspace before;
+    std::vector<UndoApplication> applications = {};  // of those in `before` what ran
+    std::vector<UndoWindow> windows = {};            // those whose numbers were known, front to back
+    /// Windows of applications that are kept out of every workspace, which were not minimized; nothing says
+    /// whose they are.
+    std::vector<UndoWindow> others = {};
+    std::int64_t othersCleared = 0;  // such applications that were hidden or asked to quit
+    std::vector<UndoLaunch> launched = {};
+    std::int64_t opened = 0, desktops = 0;  // documents, folders and tabs; desktops that were made
+
+    bool operator==(const UndoRecord&) const = default;
+};
+
+}  // namespace quillo

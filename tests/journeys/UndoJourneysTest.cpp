@@ -1,0 +1,90 @@
+// Sequences of saving, restoring, changing and undoing on random desktops: after an undo, every window that
+// still lives is where and how it was before the restore.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <random>
+
+#include "tests/journeys/RandomJourney.hpp"
+
+namespace quillo {
+namespace {
+
+struct Place {
+    Rect frame;
+    bool minimized = false, fullscreen = false;
+    SpaceID space = 0;
+    std::string application, title;
+};
+
+bool isSeen(simulated::World& world, const simulated::Window& window) {
+    // A dialog on another desktop nobody can reach, and a private window nobody touches.
+    const bool hiddenDialog = window.state.subrole != "AXStandardWindow" && !world.listed(window);
+    return !hiddenDialog && !window.state.privateBrowsing;
+}
+
+std::map<WindowNumber, Place> placesOf(simulated::World& world) {
+    std::map<WindowNumber, Place> places;
+    for (const simulated::Window& window : world.windows()) {
+        if (!isSeen(world, window)) continue;
+        const simulated::SceneWindow& state = window.state;
+        places[window.number] = {state.frame,  state.minimized,    state.fullscreen,
+                                 window.space, window.application, state.title.value_or("")};
+    }
+    return places;
+}
+
+bool near(const Rect& a, const Rect& b) {
+    const double off = std::max({std::abs(a.x - b.x), std::abs(a.y - b.y), std::abs(a.width - b.width),
+                                 std::abs(a.height - b.height)});
+    return off <= 2;
+}
+
+void expectBack(Journey& journey, const std::map<WindowNumber, Place>& before) {
+    simulated::World& world = journey.world();
+    const auto exists = [&](SpaceID space) {
+        return std::ranges::any_of(world.displays(), [&](const simulated::Display& display) {
+            return std::ranges::count(display.desktops, space) > 0;
+        });
+    };
+    for (const auto& [number, place] : before) {
+        const simulated::Window* window = world.window(number);
+        if (!window) continue;
+        SCOPED_TRACE(place.application + ": " + place.title);
+        EXPECT_EQ(window->state.minimized, place.minimized);
+        EXPECT_EQ(window->state.fullscreen, place.fullscreen);
+        EXPECT_TRUE(near(window->state.frame, place.frame))
+            << window->state.frame.x << "," << window->state.frame.y << " instead of " << place.frame.x << ","
+            << place.frame.y;
+        if (!place.fullscreen && exists(place.space)) {
+            EXPECT_EQ(window->space, place.space);
+        }
+    }
+}
+
+TEST(UndoJourneys, WhateverLivesIsWhereAndHowItWas) {
+    eachSeed(20, [](std::uint64_t seed) {
+        RandomJourney journey(seed);
+        journey.save();
+        std::mt19937_64 steps(seed);
+        for (int round = 0; round < 3; ++round) {
+            journey.disturb(false);
+            if (steps() % 3 == 0) journey.save();
+            journey.disturb(false);
+            const auto before = placesOf(journey.world());
+            journey.restoreUndoably(allCleanSlateModes[steps() % allCleanSlateModes.size()]);
+            journey.settle();
+            if (steps() % 2 == 0) journey.disturb(false);
+            const RestoreReport report = journey.undo();
+            EXPECT_EQ(report.totals().failed, 0);
+            expectBack(journey, before);
+            journey.undo();  // nothing is left to be done
+            expectBack(journey, before);
+        }
+    });
+}
+
+}  // namespace
+}  // namespace quillo
