@@ -19,6 +19,7 @@ AppModel::AppModel(const AppServices& services, QObject* parent)
       services_(services),
       store_(services.files, services.data / "workspaces"),
       history_(services.files, services.data / "sessions"),
+      undoFile_(services.files, services.data / "undo"),
       known_(services.defaults, services.digest,
              [this](const Uuid& id) {
                  return services_.files.exists(store_.url(id)) ||
@@ -29,8 +30,10 @@ AppModel::AppModel(const AppServices& services, QObject* parent)
       loginItem_(services.defaults, LoginItemController::operations(services.loginItem)),
       hotKeys_(services.hotKeys, services.desktop.platform.executor, services.desktop.platform.log),
       libraryWatch_(executor(), services.files, store_.directory(), [this] { reload(); }),
-      historyWatch_(executor(), services.files, services.data / "sessions", [this] { reloadSessions(); }) {
+      historyWatch_(executor(), services.files, services.data / "sessions", [this] { reloadSessions(); }),
+      undoWatch_(executor(), services.files, undoFile_.directory(), [this] { reloadUndo(); }) {
     reload();
+    reloadUndo();
     lookAtSettings();
     settings_ = AppSettings::load(services_.defaults);
     loginItem_.configureDefault();

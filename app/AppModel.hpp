@@ -16,9 +16,11 @@
 #include "WindowEngine/capture/LeftOut.hpp"
 #include "WindowEngine/integrations/Adapters.hpp"
 #include "WindowEngine/library/SessionHistory.hpp"
+#include "WindowEngine/library/UndoFile.hpp"
 #include "WindowEngine/library/WorkspaceStore.hpp"
 #include "WindowEngine/restore/Restore.hpp"
 #include "WindowEngine/restore/RestorePreview.hpp"
+#include "WindowEngine/restore/Undo.hpp"
 #include "app/CaptureDraft.hpp"
 #include "app/DirectoryWatch.hpp"
 #include "app/EditHistory.hpp"
@@ -157,6 +159,18 @@ class AppModel final : public QObject {
     /// Makes the last run of this workspace restoreRun() again, and opens the panel, which stays until it is
     /// closed. Does nothing while a restore runs.
     void showReport(const Uuid& workspace);
+    /// The desktop before the latest restore, also one of quilloctl's, until putBack() has put it back or its
+    /// session has ended; null where there is none.
+    const UndoRecord* undoRecord() const { return undo_ ? &*undo_ : nullptr; }
+    /// Puts everything back as it was before that restore. Refused like a restore.
+    void putBack();
+    /// What putBack() leaves, in sentences without full stop.
+    std::vector<std::string> putBackLimits() const;
+    /// What the restore had launched that the last putBack() undid; still running then.
+    const std::vector<UndoLaunch>& launchedBefore() const { return launchedBefore_; }
+    /// Asks these to quit.
+    void closeLaunched();
+
     /// What a restore of this workspace does to other applications from now on.
     void setCleanSlate(const Workspace& workspace, CleanSlateMode mode);
 
@@ -223,6 +237,7 @@ class AppModel final : public QObject {
     void accessibilityGrantedChanged();
     void draftChanged();
     void restoreChanged();
+    void undoChanged();  // undoRecord() or launchedBefore()
     void questionChanged();
     void capturingChanged();
     void toastChanged();
@@ -246,6 +261,7 @@ class AppModel final : public QObject {
     Task<> followDesktop();
     Task<> clearToast();
     Task<> runRestore(RestoreRun* run, Workspace workspace, Restore::Options options);
+    Task<> runUndo(RestoreRun* run, UndoRecord record);
     /// Whether a review, a capture or a restore is in the way of another; then the person is shown it and
     /// told.
     bool refusesAnother();
@@ -255,6 +271,7 @@ class AppModel final : public QObject {
     bool forgetQuestion();
     void dropQuestion();
     void begin(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate, bool agreedNow);
+    void start(std::shared_ptr<RestoreRun> run, Task<> task);
     Task<> closePanelLater(Duration delay);
     Task<> exportTask(Workspace workspace);
     Task<> exportAllTask(std::vector<Workspace> workspaces);
@@ -265,6 +282,9 @@ class AppModel final : public QObject {
     RestoreRun::Start startOf(const WorkspaceSnapshot& snapshot) const;
     void restored(RestoreRun& run, const RestoreReport::Item& item);
     void restoreEnded(RestoreRun& run, RestoreReport report);
+    void keepUndo(const UndoRecord& record);
+    void forgetUndo();
+    void reloadUndo();
     /// What is stored counts, not what was last read: another process may have changed it.
     Result<WorkspaceStore::Changed> changeStored(Uuid id,
                                                  const std::function<Result<void>(Workspace&)>& change);
@@ -309,6 +329,7 @@ class AppModel final : public QObject {
     AppServices services_;
     WorkspaceStore store_;
     SessionHistory history_;
+    UndoFile undoFile_;
     KnownWorkspaces known_;
 
     std::vector<Workspace> sessions_;
@@ -323,7 +344,10 @@ class AppModel final : public QObject {
     std::shared_ptr<CaptureDraft> draft_;
     std::shared_ptr<RestoreRun> restoreRun_;
     std::map<Uuid, std::shared_ptr<RestoreRun>> lastRuns_;  // of workspaces in the library
-    struct Asked {                                          // what question_ is about, or will be
+    std::optional<UndoRecord> undo_;
+    bool undoStored_ = false;  // in its file; else undo_ is all there is
+    std::vector<UndoLaunch> launchedBefore_;
+    struct Asked {  // what question_ is about, or will be
         Workspace workspace;
         std::optional<CleanSlateMode> cleanSlate;
 
@@ -354,7 +378,7 @@ class AppModel final : public QObject {
     TaskSlot autoSnapshotTimer_, autoSnapshotTask_, permissionPoll_, captureTask_, currentSnapshotTask_,
         desktopFollower_, questionTask_;
     TaskSlot toastTimer_, panelTimer_, exporting_, importing_, adding_;
-    DirectoryWatch libraryWatch_, historyWatch_;
+    DirectoryWatch libraryWatch_, historyWatch_, undoWatch_;
 };
 
 }  // namespace quillo

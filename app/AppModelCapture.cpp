@@ -56,6 +56,8 @@ bool AppModel::refusesAnother() {
         why = "Save or cancel this review first.";
     } else if (capturing()) {
         why = "Your windows are being read for a review. Save or cancel that first.";
+    } else if (restoreRunning() && restoreRun_->kind() == RestoreRun::Kind::undo) {
+        why = "Everything is being put back. Wait for it, or stop it.";
     } else if (restoreRunning()) {
         why = "“" + restoreRun_->workspace().name + "” is being resumed. Wait for it, or stop it.";
     } else {

@@ -178,9 +178,11 @@ void AppModel::deleteAllData() {
         [[maybe_unused]] const Result<void> removed = store_.remove(workspace.id);  // the directory goes too
     }
     const Result<void> removed = services_.files.removeTree(store_.directory());
+    const Result<void> undoRemoved = services_.files.removeTree(undoFile_.directory());
     (void)known_.forgetAll();
     reload();
-    told("Couldn't delete all workspace data", removed);
+    reloadUndo();
+    told("Couldn't delete all workspace data", removed ? undoRemoved : removed);
 }
 
 }  // namespace quillo

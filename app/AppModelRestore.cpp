@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "WindowEngine/capture/UndoCapture.hpp"
 #include "WindowEngine/desktop/DesktopSpaces.hpp"
 #include "WindowEngine/restore/RestoreScope.hpp"
 #include "app/AppModel.hpp"
@@ -21,7 +22,9 @@ void AppModel::restore(const Workspace& workspace, std::optional<CleanSlateMode>
     if (snapshotting()) {
         return afterSnapshot_.push_back([this, workspace, cleanSlate] { restore(workspace, cleanSlate); });
     }
-    if (restoreRunning() && restoreRun_->workspace().id == workspace.id) return;  // by a double click
+    if (restoreRunning() && restoreRun_->kind() == RestoreRun::Kind::restore &&
+        restoreRun_->workspace().id == workspace.id)
+        return;  // by a double click
     if (refusesAnother()) return;
     if (const auto reason = known_.reasonToAsk(workspace)) return ask(*reason, workspace, cleanSlate);
     begin(workspace, cleanSlate, false);
@@ -93,12 +96,18 @@ void AppModel::begin(const Workspace& workspace, std::optional<CleanSlateMode> c
     known_.permit(workspace, agreedNow, options);
     Workspace shown = workspace;  // as the restore goes about it, so that each line finds its window
     shown.snapshot = Restore::scopeOf(shown.snapshot, options.limited).snapshot;
-    const RestoreRun::Start start = startOf(shown.snapshot);
-    const auto run = std::make_shared<RestoreRun>(std::move(shown), start);
-    dispose(std::exchange(restoreRun_, run));
+    const RestoreRun::Start found = startOf(shown.snapshot);
+    const auto run = std::make_shared<RestoreRun>(std::move(shown), found);
+    start(run, runRestore(run.get(), workspace, options));
+}
+
+/// Takes the place of the run before.
+void AppModel::start(std::shared_ptr<RestoreRun> run, Task<> task) {
+    RestoreRun* const started = run.get();
+    dispose(std::exchange(restoreRun_, std::move(run)));
     const bool wasAsked = forgetQuestion();
     panelTimer_.cancel();
-    run->begin(executor(), runRestore(run.get(), workspace, options), [this, started = run.get()] {
+    started->begin(executor(), std::move(task), [this, started] {
         if (!started->report()) restoreEnded(*started, {.items = started->items(), .cancelled = true});
     });
     if (wasAsked) Q_EMIT questionChanged();
@@ -127,8 +136,19 @@ RestoreRun::Start AppModel::startOf(const WorkspaceSnapshot& snapshot) const {
 
 /// The run owns this task.
 Task<> AppModel::runRestore(RestoreRun* run, Workspace workspace, Restore::Options options) {
-    RestoreReport report = co_await Restore::run(services_.desktop, std::move(workspace), options,
-                                                 [this, run](const auto& item) { restored(*run, item); });
+    const Restore::OnItem onItem = [this, run](const RestoreReport::Item& item) { restored(*run, item); };
+    RestoreReport report;
+    if (services_.desktop.platform.accessibility.trusted()) {
+        UndoRecord before =
+            co_await Capture::undoRecord(services_.desktop, settings_.captureOptions(), workspace,
+                                         options.cleanSlate.value_or(CleanSlateMode::keep));
+        co_await checkpoint();
+        report = co_await Restore::runUndoably(services_.desktop, std::move(workspace), options, onItem,
+                                               std::move(before),
+                                               [this](const UndoRecord& record) { keepUndo(record); });
+    } else {  // it says so
+        report = co_await Restore::run(services_.desktop, std::move(workspace), options, onItem);
+    }
     const Context context = co_await quillo::context();
     if (context.stopRequested()) report.cancelled = true;
     restoreEnded(*run, std::move(report));
@@ -147,10 +167,11 @@ void AppModel::restored(RestoreRun& run, const RestoreReport::Item& item) {
 void AppModel::restoreEnded(RestoreRun& run, RestoreReport report) {
     const bool cancelled = report.cancelled;
     const Uuid workspace = run.workspace().id;
+    const bool isRestore = run.kind() == RestoreRun::Kind::restore;
     const bool inLibrary = std::ranges::find(workspaces_, workspace, &Workspace::id) != workspaces_.end();
-    if (inLibrary && restoreRun_.get() == &run) lastRuns_[workspace] = restoreRun_;
+    if (isRestore && inLibrary && restoreRun_.get() == &run) lastRuns_[workspace] = restoreRun_;
     run.finish(std::move(report));
-    if (!cancelled) {
+    if (isRestore && !cancelled) {
         if (!store_.updateLastRestored(run.workspace().id, wallNow())) {
             show("Restored, but couldn't update last-used time", ToastKind::refusal);
         }

@@ -36,12 +36,17 @@ const WindowSnapshot* savedWindow(const RestoreReport::Item& item, const Workspa
 
 }  // namespace
 
-RestoreRun::RestoreRun(Workspace workspace, Start start)
+RestoreRun::RestoreRun(Workspace workspace, Start start, Kind kind)
     : workspace_(std::move(workspace)),
+      kind_(kind),
       start_(start),
       usualDesktop_(start.desktop ? start.desktop : mostCommonDesktop(workspace_.snapshot)) {}
 
 std::string RestoreRun::title() const {
+    if (kind_ == Kind::undo) {
+        if (!report_) return "Putting everything back…";
+        return clean() ? "Everything is back as it was" : "Most is back as it was";
+    }
     const std::string name = text::clipped(workspace_.name, mostCharacters);
     if (!report_) return "Resuming " + name + "…";
     return name + (clean() ? " is back" : " is mostly back");

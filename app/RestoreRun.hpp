@@ -29,6 +29,10 @@ class RestoreRun final : public QObject {
     Q_OBJECT
 
   public:
+    enum class Kind : std::uint8_t {
+        restore,
+        undo,  // of a restore of the workspace whose looks it has: everything is put back as it was before
+    };
     /// What is there as it begins.
     struct Start {
         /// Which the person looks at, from 0, where all displays show the same; absent where that is not
@@ -36,9 +40,11 @@ class RestoreRun final : public QObject {
         std::optional<std::int64_t> desktop;
         std::int64_t otherItems = 0;  // that will come beside those of windows, of launches and the like
     };
-    RestoreRun(Workspace workspace, Start start);
+    RestoreRun(Workspace workspace, Start start, Kind kind = Kind::restore);
     explicit RestoreRun(Workspace workspace) : RestoreRun(std::move(workspace), Start{}) {}
 
+    Kind kind() const { return kind_; }
+    /// What comes back.
     const Workspace& workspace() const { return workspace_; }
     /// In the order the engine delivered them.
     const std::vector<RestoreReport::Item>& items() const { return items_; }
@@ -47,7 +53,8 @@ class RestoreRun final : public QObject {
     /// Over, with everything back.
     bool clean() const { return report_ && report_->clean(); }
 
-    /// "Resuming Work…", then "Work is back" where it is clean, else "Work is mostly back".
+    /// "Resuming Work…", then "Work is back" where it is clean, else "Work is mostly back"; of an undo as
+    /// much of everything.
     std::string title() const;
     /// While it runs, how many applications it opens; then the totals.
     std::string subtitle() const;
@@ -68,6 +75,7 @@ class RestoreRun final : public QObject {
 
   private:
     Workspace workspace_;
+    Kind kind_;
     std::vector<RestoreReport::Item> items_;
     Start start_;
     std::optional<std::int64_t> usualDesktop_;  // goes without saying, from 0

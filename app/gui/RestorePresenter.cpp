@@ -50,6 +50,8 @@ RestorePresenter::RestorePresenter(AppModel& model, QObject* parent) : QObject(p
     due_.setSingleShot(true);
     connect(&due_, &QTimer::timeout, this, &RestorePresenter::follow);
     connect(&model, &AppModel::restoreChanged, this, &RestorePresenter::followRun);
+    for (const auto changed : {&AppModel::undoChanged, &AppModel::busyChanged})
+        connect(&model, changed, this, &RestorePresenter::undoChanged);
     followRun();
 }
 
@@ -108,6 +110,27 @@ void RestorePresenter::followEnd() {
     follow();
     // Among many rows, those that matter now.
     if (troubleCount_ > 0 && rowCount_ > rowsWithoutScrolling) setOnlyTrouble(true);
+}
+
+/// Of this restore, not of a later one.
+bool RestorePresenter::canPutBack() const {
+    const UndoRecord* const record = model_.undoRecord();
+    return undoable() && run_->report() && record && record->before.id == run_->workspace().id &&
+           model_.canRelaunchForUpdate();
+}
+
+QString RestorePresenter::putBackLimits() const {
+    if (!canPutBack()) return {};
+    QStringList sentences;
+    for (const std::string& one : model_.putBackLimits()) sentences << line(one) + QLatin1Char('.');
+    return sentences.join(QLatin1Char(' '));
+}
+
+QString RestorePresenter::closing() const {
+    const std::vector<UndoLaunch>& launched = model_.launchedBefore();
+    if (undoable() || running() || launched.empty()) return {};
+    if (launched.size() == 1) return QStringLiteral("Quit ") + line(launched.front().name);
+    return QStringLiteral("Quit the %1 apps that were launched").arg(launched.size());
 }
 
 int RestorePresenter::expectedRows() const {

@@ -34,6 +34,11 @@ class RestorePresenter final : public QObject {
     Q_PROPERTY(QString more READ more NOTIFY changed)              // "and 9,800 more"; empty: these are all
     Q_PROPERTY(int rowCount READ rowCount NOTIFY changed)          // of all, listed or not
     Q_PROPERTY(int troubleCount READ troubleCount NOTIFY changed)  // failed and skipped ones
+    Q_PROPERTY(bool undoable READ undoable NOTIFY runChanged)      // canPutBack() may come to hold at its end
+    Q_PROPERTY(bool canPutBack READ canPutBack NOTIFY undoChanged)
+    Q_PROPERTY(QString putBackLimits READ putBackLimits NOTIFY undoChanged)  // what that leaves; may be empty
+    Q_PROPERTY(
+        QString closing READ closing NOTIFY undoChanged)  // "Quit Editor", of closeLaunched(); or empty
     Q_PROPERTY(bool onlyTrouble READ onlyTrouble WRITE setOnlyTrouble NOTIFY changed)
 
   public:
@@ -57,12 +62,20 @@ class RestorePresenter final : public QObject {
     bool onlyTrouble() const { return onlyTrouble_; }
     void setOnlyTrouble(bool only);
 
+    bool undoable() const { return run_ && run_->kind() == RestoreRun::Kind::restore; }
+    bool canPutBack() const;
+    QString putBackLimits() const;
+    QString closing() const;
+    Q_INVOKABLE void putBack() { model_.putBack(); }
+    Q_INVOKABLE void closeLaunched() { model_.closeLaunched(); }
+
     /// The panel's close control: stops what still runs.
     Q_INVOKABLE void close() { model_.closeRestorePanel(); }
 
   Q_SIGNALS:
     void changed();
     void runChanged();
+    void undoChanged();
 
   private:
     void followRun();

@@ -68,6 +68,8 @@ TrayMenu::TrayMenu(AppModel& model, UpdateController& updates, Theme& theme, Tex
     save_ = addItem(QStringLiteral("Save Current Desktop…"), "plus", [this] { model_.beginCapture(); });
     lastSession_ =
         addItem(QStringLiteral("Restore Last Session"), "history", [this] { model_.restoreLastSession(); });
+    putBack_ =
+        addItem(QStringLiteral("Put Everything Back as It Was"), "undo-2", [this] { model_.putBack(); });
     updateSeparator_ = menu_.addSeparator();
     update_ = addItem({}, "download", [this] {
         const auto install = updates_.installAndRelaunch();
@@ -82,8 +84,8 @@ TrayMenu::TrayMenu(AppModel& model, UpdateController& updates, Theme& theme, Tex
     connect(&model_, &AppModel::workspacesChanged, this, &TrayMenu::refreshWorkspaces);
     connect(&model_, &AppModel::storageIssuesChanged, this, &TrayMenu::refreshWorkspaces);
     connect(&model_, &AppModel::accessibilityGrantedChanged, this, &TrayMenu::refreshState);
-    for (const auto changed :
-         {&AppModel::busyChanged, &AppModel::sessionsChanged, &AppModel::settingsChanged})
+    for (const auto changed : {&AppModel::busyChanged, &AppModel::sessionsChanged, &AppModel::settingsChanged,
+                               &AppModel::undoChanged})
         connect(&model_, changed, this, &TrayMenu::refreshState);
     connect(&updates_, &UpdateController::changed, this, &TrayMenu::refreshState);
     connect(&theme_, &Theme::changed, this, &TrayMenu::refreshIcons);
@@ -116,6 +118,8 @@ void TrayMenu::refreshState() {
     const bool free = model_.canRelaunchForUpdate();
     save_->setEnabled(free && model_.settings().onboarded && model_.accessibilityGranted());
     lastSession_->setEnabled(model_.canRestoreLastSession());
+    putBack_->setVisible(model_.undoRecord() != nullptr);
+    putBack_->setEnabled(free);
     const auto& ready = updates_.readyVersion();
     const auto& available = updates_.availableVersion();
     update_->setVisible(ready || available);

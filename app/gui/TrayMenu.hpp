@@ -71,8 +71,8 @@ class TrayMenu final : public QObject {
     QMenu menu_;
     QMenu options_{QStringLiteral("Workspace Options")};
     std::vector<Row> rows_;  // in the menu's order
-    QAction *header_, *finishSetup_, *empty_, *emptyHint_, *more_, *save_, *lastSession_, *updateSeparator_,
-        *update_;
+    QAction *header_, *finishSetup_, *empty_, *emptyHint_, *more_, *save_, *lastSession_, *putBack_,
+        *updateSeparator_, *update_;
     std::vector<std::pair<QAction*, QString>> symbols_;
 };
 

@@ -177,6 +177,44 @@ PanelFrame {
             HoverHandler { id: reader }
             ScrollBar { flickable: list }
         }
-        Item { width: 1; height: 6 }
+        Item {
+            id: back
+            width: parent.width
+            // Its room is there from the beginning, too.
+            height: Restore.undoable || Restore.closing !== "" ? steps.height + 14 : 6
+            Column {
+                id: steps
+                x: 15
+                y: 4
+                width: parent.width - 30
+                spacing: 6
+                PushButton {
+                    width: Math.min(implicitWidth, parent.width)
+                    visible: Restore.undoable
+                    opacity: Restore.canPutBack ? 1 : 0
+                    enabled: Restore.canPutBack
+                    Accessible.ignored: !Restore.canPutBack
+                    compact: true
+                    iconName: "undo-2"
+                    text: "Put everything back as it was"
+                    onClicked: Restore.putBack()
+                }
+                PushButton {
+                    width: Math.min(implicitWidth, parent.width)
+                    visible: Restore.closing !== ""
+                    compact: true
+                    text: Restore.closing
+                    onClicked: Restore.closeLaunched()
+                }
+                UiText {
+                    width: parent.width
+                    visible: text !== ""
+                    role: "caption"
+                    text: Restore.putBackLimits
+                    color: Theme.text2
+                    wrapMode: Text.Wrap
+                }
+            }
+        }
     }
 }

@@ -1,0 +1,84 @@
+// Putting everything back in the application: for how long, by which record, and what is offered afterwards.
+#include "tests/app/ModelFixture.hpp"
+
+namespace quillo::samples {
+namespace {
+
+constexpr Rect saved{10, 40, 400, 300}, moved{600, 200, 300, 300};
+
+/// The desk was saved as Work, changed, and Work resumed.
+struct Resumed : Model {
+    Resumed() {
+        save("Work");
+        Workspace work = named("Work");
+        work.snapshot.applications.push_back({"org.viewer", "org.viewer", {}, {}, {}});
+        keep(work);
+        desktop.world().move(notes(), moved);
+        resume();
+    }
+    void resume() {
+        (*this)->restore(named("Work"), std::nullopt);
+        finishRestore();
+    }
+    simulated::Window& notes() { return *desktop.world().window("org.editor", "Notes"); }
+    void putBack() {
+        (*this)->putBack();
+        finishRestore();
+    }
+};
+
+TEST(PutBack, IsOfferedOnceForTheLatestRestoreAlsoOfAnotherStart) {
+    Resumed model;
+    EXPECT_EQ(model.notes().state.frame, saved);
+    ASSERT_TRUE(model->undoRecord());
+    model.start();
+    ASSERT_TRUE(model->undoRecord()) << "what runs still runs";
+    EXPECT_EQ(model->putBackLimits(),
+              std::vector<std::string>{"org.viewer was launched, and stays open until you quit it"});
+    model.putBack();
+    EXPECT_EQ(model.notes().state.frame, moved);
+    EXPECT_EQ(model->restoreRun()->title(), "Everything is back as it was");
+    EXPECT_FALSE(model->undoRecord());
+    EXPECT_FALSE(model->hasReport(Uuid{}));
+    ASSERT_EQ(model->launchedBefore().size(), 1U);
+    ASSERT_TRUE(model.desktop.world().application("org.viewer")->running) << "closed unasked";
+    model->closeLaunched();
+    EXPECT_FALSE(model.desktop.world().application("org.viewer")->running);
+    model->putBack();
+    EXPECT_EQ(model->toast(), "Nothing is left to be put back");
+}
+
+TEST(PutBack, GoesByTheFileUnlessItCouldNotBeWritten) {
+    Resumed model;
+    // quilloctl has put everything back meanwhile.
+    EXPECT_TRUE(UndoFile(model.posix, model.directory / "undo").remove());
+    model->putBack();
+    EXPECT_EQ(model->toast(), "Nothing is left to be put back");
+    EXPECT_EQ(model.notes().state.frame, saved);
+
+    model.desktop.world().move(model.notes(), moved);
+    model.disk.createFailure = Error{ErrorKind::noSpace, "full"};
+    model.resume();
+    model.disk.createFailure.reset();
+    model.putBack();
+    EXPECT_EQ(model.notes().state.frame, moved);
+}
+
+TEST(PutBack, WhatWasStoppedOrFailedCanBePutBackOnceMore) {
+    Resumed model;
+    model->putBack();
+    model->closeRestorePanel();
+    model.finishRestore();
+    EXPECT_TRUE(model->restoreRun()->report()->cancelled);
+    ASSERT_TRUE(model->undoRecord());
+    Fault refused = fault(FaultKind::moveRefused, "org.editor", model.seconds());
+    model.desktop.world().add(refused);
+    model.putBack();
+    EXPECT_EQ(model->restoreRun()->title(), "Most is back as it was");
+    EXPECT_TRUE(model->undoRecord());
+    model->deleteAllData();
+    EXPECT_FALSE(model->undoRecord());
+}
+
+}  // namespace
+}  // namespace quillo::samples
