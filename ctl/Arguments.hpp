@@ -29,6 +29,8 @@ struct Arguments {
     bool wait = false;                      // restore --wait
     double waitLimit = 30;                  // restore --wait-limit SECONDS
     bool yes = false;                       // restore --yes
+    bool planOnly = false;                  // undo --plan
+    bool quitLaunched = false;              // undo --quit-launched
     std::vector<std::string> adapters;      // --adapter ID
     std::optional<std::string> cleanSlate;  // --clean-slate MODE; absent: as the workspace says
 };

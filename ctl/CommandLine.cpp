@@ -151,6 +151,12 @@ void addDesktopCommands(CommandSet& commands) {
         ->needs(wait);
     restore->add_flag("-y,--yes", arguments.yes,
                       "restore also what was not saved on this computer, without asking");
+    CLI::App* undo = commands.add(
+        "undo", "put everything back as it was before the last restore; what stays is named", undoRestore);
+    undo->add_flag("--plan", arguments.planOnly,
+                   "say what would be put back and what would stay; changes nothing");
+    undo->add_flag("--quit-launched", arguments.quitLaunched,
+                   "also ask the applications to quit that the restore launched");
 }
 
 void addLong(CLI::App* command, Arguments& arguments) {

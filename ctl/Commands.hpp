@@ -1,6 +1,7 @@
 // Every command of quilloctl. Each prints its results and gives the exit status, or one line that says why
 // it did not work.
 #pragma once
+#include "WindowEngine/library/UndoFile.hpp"
 #include "ctl/CommandContext.hpp"
 
 namespace quillo::ctl {
@@ -66,5 +67,9 @@ CommandResult saveWorkspace(CommandContext& context, const Arguments& arguments)
 CommandResult planRestore(CommandContext& context, const Arguments& arguments);
 CommandResult diffWorkspace(CommandContext& context, const Arguments& arguments);
 CommandResult restoreWorkspace(CommandContext& context, const Arguments& arguments);
+
+// Putting everything back as it was before (UndoCommand.cpp).
+CommandResult undoRestore(CommandContext& context, const Arguments& arguments);
+UndoFile undoFile(const CommandContext& context);
 
 }  // namespace quillo::ctl

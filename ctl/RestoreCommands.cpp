@@ -3,9 +3,10 @@
 
 #include <chrono>
 
+#include "WindowEngine/capture/UndoCapture.hpp"
 #include "WindowEngine/restore/ConsequenceWords.hpp"
-#include "WindowEngine/restore/Restore.hpp"
 #include "WindowEngine/restore/RestoreScope.hpp"
+#include "WindowEngine/restore/Undo.hpp"
 #include "ctl/AwaitedDesktop.hpp"
 #include "ctl/Commands.hpp"
 #include "ctl/HumanText.hpp"
@@ -88,6 +89,24 @@ Result<void, Failure> consent(CommandContext& context, DesktopConnection& deskto
     return {};
 }
 
+void keepRecord(CommandContext& context, const UndoRecord& record) {
+    const UndoFile file = undoFile(context);
+    const Result<void> saved = file.save(record);
+    if (saved) return;
+    (void)file.remove();  // one of an earlier restore would be taken for this one's
+    context.output.complain("undo will not be possible: " + printable(saved.error().text));
+}
+
+Task<RestoreReport> restoreUndoably(CommandContext& context, DesktopAccess& desktop, Workspace workspace,
+                                    Restore::Options options, Capture::Options capturing,
+                                    Restore::OnItem onItem) {
+    UndoRecord before = co_await Capture::undoRecord(desktop, std::move(capturing), workspace,
+                                                     options.cleanSlate.value_or(CleanSlateMode::keep));
+    co_return co_await Restore::runUndoably(
+        desktop, std::move(workspace), std::move(options), std::move(onItem), std::move(before),
+        [&context](const UndoRecord& record) { keepRecord(context, record); });
+}
+
 }  // namespace
 
 CommandResult restoreWorkspace(CommandContext& context, const Arguments& arguments) {
@@ -119,8 +138,9 @@ CommandResult restoreWorkspace(CommandContext& context, const Arguments& argumen
     RestorePrinter printer(context.output, shown);
     printer.begin();
     std::optional<RestoreReport> report =
-        run(**desktop, Restore::run((*desktop)->access(), workspace, options,
-                                    [&printer](const RestoreReport::Item& item) { printer.item(item); }));
+        run(**desktop, restoreUndoably(context, (*desktop)->access(), workspace, options,
+                                       settingsFor(context, arguments).captureOptions(),
+                                       [&printer](const RestoreReport::Item& item) { printer.item(item); }));
     const Result<void> kept = (*desktop)->keepChanges();
     if (!report) return failure("cancelled", Exit::cancelled);
     if (report->cancelled) {

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "WindowEngine/restore/RestoreWords.hpp"
 #include "ctl/ChangeText.hpp"
@@ -66,16 +67,16 @@ JsonLine totalJson(const RestoreReport& report) {
     return line;
 }
 
-std::string ending(const RestoreReport& report) {
-    if (report.cancelled) return " stopped";
-    return report.clean() ? " is back" : " is mostly back";
-}
-
 }  // namespace
 
-RestorePrinter::RestorePrinter(Output& output, const Workspace& workspace)
+RunWords RunWords::ofRestore(const Workspace& workspace) {
+    const std::string name = printable(workspace.name);
+    return {"Resuming " + name + "…", name + " is back", name + " is mostly back", name + " stopped"};
+}
+
+RestorePrinter::RestorePrinter(Output& output, const Workspace& workspace, RunWords words)
     : output_(output),
-      name_(printable(workspace.name)),
+      words_(std::move(words)),
       applicationWidth_(columns(ownName)),
       windowCount_(workspace.snapshot.windowCount()) {
     for (const ApplicationSnapshot& application : workspace.snapshot.applications) {
@@ -124,8 +125,7 @@ void RestorePrinter::printJson(const RestoreReport::Item& item) {
 }
 
 void RestorePrinter::showProgress() {
-    output_.progress(
-        fmt::format("Resuming {}… {} of {}", name_, windowsDone_, counted(windowCount_, "window")));
+    output_.progress(fmt::format("{} {} of {}", words_.going, windowsDone_, counted(windowCount_, "window")));
 }
 
 void RestorePrinter::end(const RestoreReport& report) {
@@ -133,8 +133,10 @@ void RestorePrinter::end(const RestoreReport& report) {
         output_.value(totalJson(report));
     } else {
         const std::int64_t inPlace = countInPlace(report);
-        output_.done(output_.painted(Style::bold, name_ + ending(report)) + ": " +
-                     restoreSummary(report, true) +
+        const std::string& ending = report.cancelled ? words_.stopped
+                                    : report.clean() ? words_.back
+                                                     : words_.partly;
+        output_.done(output_.painted(Style::bold, ending) + ": " + restoreSummary(report, true) +
                      (inPlace > 0 ? fmt::format(" · {} in place", inPlace) : "") +
                      fmt::format(" · {:.1f} s", report.duration));
     }

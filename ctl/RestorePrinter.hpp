@@ -8,10 +8,20 @@
 
 namespace quillo::ctl {
 
+/// What is said of a run as a whole.
+struct RunWords {
+    std::string going;                  // "Resuming Work…"
+    std::string back, partly, stopped;  // "Work is back" and so on
+
+    static RunWords ofRestore(const Workspace& workspace);
+};
+
 class RestorePrinter {
   public:
     /// The columns are measured from the workspace, so that lines stand aligned from the first on.
-    RestorePrinter(Output& output, const Workspace& workspace);
+    RestorePrinter(Output& output, const Workspace& workspace, RunWords words);
+    RestorePrinter(Output& output, const Workspace& workspace)
+        : RestorePrinter(output, workspace, RunWords::ofRestore(workspace)) {}
 
     void begin();
     void item(const RestoreReport::Item& item);
@@ -23,7 +33,7 @@ class RestorePrinter {
     void showProgress();
 
     Output& output_;
-    std::string name_;
+    RunWords words_;
     std::size_t applicationWidth_ = 0;
     std::size_t titleWidth_ = 0;
     std::int64_t windowCount_ = 0;

@@ -50,7 +50,7 @@ _quilloctl_offer_files() {
 }
 
 _quilloctl() {
-    local commands="doctor windows displays save plan diff restore list show rename duplicate delete history launcher export import validate help"
+    local commands="doctor windows displays save plan diff restore undo list show rename duplicate delete history launcher export import validate help"
     local options="--desktop --data-dir --json --quiet -q --keep-scene --help -h --version"
     local words=() globals=() arguments=() word previous="" command="" joined="" index
     local quote="" trimmed="" typed unquoted
@@ -120,6 +120,7 @@ _quilloctl() {
         plan) options="--exit-code --only --adapter --clean-slate $options" ;;
         diff) options="--only --adapter $options" ;;
         restore) options="--only --adapter --clean-slate --wait --wait-limit --yes -y $options" ;;
+        undo) options="--plan --quit-launched $options" ;;
         export) options="--force $options" ;;
     esac
     if [[ $typed == -* ]]; then

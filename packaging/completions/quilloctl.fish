@@ -69,7 +69,7 @@ complete -c quilloctl -l version -d 'Print the version'
 for line in 'doctor What works on this machine' 'windows The windows that a save would record' \
         'displays The attached displays' 'save Save what is open, or renew a workspace' \
         'plan What a restore would do' 'diff How the desktop differs from a workspace' \
-        'restore Bring a workspace back' 'list All workspaces' 'show One workspace' \
+        'restore Bring a workspace back' 'undo Put everything back as it was before' 'list All workspaces' 'show One workspace' \
         'rename Give a workspace another name' 'duplicate Copy a workspace' 'delete Delete workspaces' \
         'history The last sessions' 'launcher How applications without a menu entry are started' \
         'export Write each workspace to a file' 'import Add the workspace of a file' \
@@ -97,6 +97,8 @@ complete -c quilloctl -n '__quilloctl_is plan restore' -l clean-slate -x -a 'kee
 complete -c quilloctl -n '__quilloctl_is restore' -l wait -d 'Wait for the desktop first'
 complete -c quilloctl -n '__quilloctl_is restore' -l wait-limit -x -d 'How long at most, in seconds'
 complete -c quilloctl -n '__quilloctl_is restore' -s y -l yes -d 'Without asking'
+complete -c quilloctl -n '__quilloctl_is undo' -l plan -d 'Say what would be put back'
+complete -c quilloctl -n '__quilloctl_is undo' -l quit-launched -d 'Also quit what was launched'
 complete -c quilloctl -n '__quilloctl_is save' -l update -x -a '(__quilloctl_names workspaces)' \
     -d 'Renew this workspace'
 complete -c quilloctl -n '__quilloctl_is list history' -l long -d 'With more columns'

@@ -107,6 +107,8 @@ TEST_F(JsonTableTest, EveryLineIsOfADocumentedKindAndEveryKindIsPrinted) {
         {"plan", after, {"Work 2"}},
         {"diff", after, {"Work"}},
         {"restore", after, {"Work", "--clean-slate", "hide", "--adapter", "chromium"}},
+        {"undo", after, {"--plan"}},
+        {"undo", after, {}},
         {"duplicate", before, {"Work"}},
         {"rename", before, {"Work", "Play"}},
         {"list", before, {}},
