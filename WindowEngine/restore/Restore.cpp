@@ -17,6 +17,7 @@
 #include "WindowEngine/restore/ContextRestore.hpp"
 #include "WindowEngine/restore/DesktopCreation.hpp"
 #include "WindowEngine/restore/DocumentRestore.hpp"
+#include "WindowEngine/restore/LateWindows.hpp"
 #include "WindowEngine/restore/MissingWindows.hpp"
 #include "WindowEngine/restore/RestoreScope.hpp"
 #include "WindowEngine/restore/WindowPlacement.hpp"
@@ -132,6 +133,18 @@ Task<void> reopenDocuments(ApplicationRestore& restore) {
     co_await openDocuments(restore, std::move(documents.open));
 }
 
+/// What is to be waited for, once those that are there are placed.
+LateApplication lateOf(const ApplicationRestore& restore, const std::vector<LiveWindow>& live,
+                       const std::vector<WindowPlan>& plans) {
+    LateApplication late{.application = restore.application, .missing = {}, .fresh = restore.launched};
+    late.application.context.reset();
+    for (const WindowPlan& plan : plans)
+        if (!plan.liveIndex) late.missing.push_back(plan.savedIndex);
+    for (const LiveWindow& window : live)
+        if (window.windowID) late.known.push_back(*window.windowID);
+    return late;
+}
+
 /// Waits until the application has opened its windows, where more may come, asks for those that are missing
 /// then, and puts them in place.
 Task<void> placeOpened(Run& run, ApplicationRestore& restore) {
@@ -150,9 +163,13 @@ Task<void> placeOpened(Run& run, ApplicationRestore& restore) {
     // Launching took its time: a display may have gone since.
     const std::vector<DisplaySnapshot> displays = Displays::current(run.desktop.platform.screens);
     run.placed.push_back({&application, displays});
-    co_await placeWindows(run.desktop, application, std::move(live),
-                          {run.workspace.snapshot.displays, displays, run.desktops.targets}, run.sink,
-                          run.forward.windows, restore.opensMore ? Drift::corrected : Drift::ignored);
+    const std::vector<DisplaySnapshot>& saved = run.workspace.snapshot.displays;
+    std::vector<WindowPlan> plans = planWindows(application.windows, infosOf(live), saved, displays);
+    LateApplication late = lateOf(restore, live, plans);
+    co_await placeWindows(run.desktop, application, std::move(live), std::move(plans),
+                          {saved, displays, run.desktops.targets}, run.sink, run.forward.windows,
+                          restore.opensMore ? Drift::corrected : Drift::ignored);
+    if (run.options.late) run.options.late->expect(std::move(late));
 }
 
 Task<void> restoreApplication(Run& run, const ApplicationSnapshot& application) {
@@ -254,6 +271,7 @@ Task<void> restoreWorkspace(Run& run) {
     co_await prepareDesktops(run);
     co_await cleanSlate(run.desktop, run.workspace, run.options.cleanSlate.value_or(CleanSlateMode::keep),
                         run.sink);
+    if (run.options.late) run.options.late->setPlaces(run.workspace.snapshot.displays, run.desktops.targets);
     narrow(run);  // not before: what the limits leave out is still no other application, to be hidden or quit
     const Context context = co_await quillo::context();
     std::optional<Job<void>> looking;

@@ -10,6 +10,8 @@
 
 namespace quillo::Restore {
 
+class LateWindows;
+
 struct Options {
     double launchTimeout = 15.0;                              // seconds to wait for an application's windows
     std::optional<CleanSlateMode> cleanSlate = std::nullopt;  // absent: other applications are kept
@@ -17,6 +19,7 @@ struct Options {
     std::set<std::string> enabledAdapters = {};  // integrations whose context is restored
     bool limited = true;  // RestoreScope's limits hold; a person may lift them for what they saved themself
     bool bringsForward = false;  // at its end, what came back is put in front of other windows (BringForward)
+    LateWindows* late = nullptr;  // is told which windows did not turn up; null: nobody waits for those
     bool followsLinks = true;  // a document that a symbolic link leads to is opened; not of a stranger's file
 };
 

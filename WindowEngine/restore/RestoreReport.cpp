@@ -1,6 +1,7 @@
 #include "WindowEngine/restore/RestoreReport.hpp"
 
 #include <algorithm>
+#include <utility>
 
 namespace quillo {
 
@@ -18,6 +19,16 @@ RestoreReport::Totals RestoreReport::totals() const {
 bool RestoreReport::clean() const {
     return !cancelled &&
            std::ranges::none_of(items, [](const Item& item) { return outcomeOf(item.status).trouble(); });
+}
+
+void RestoreReport::amend(Item item) {
+    const auto before = std::ranges::find_if(items, [&](const Item& one) {
+        return one.savedIndex && one.savedIndex == item.savedIndex &&
+               one.bundleIdentifier == item.bundleIdentifier;
+    });
+    if (before == items.end()) return items.push_back(std::move(item));
+    item.id = before->id;
+    *before = std::move(item);
 }
 
 const RestoreOutcome& outcomeOf(const RestoreReport::Status& status) {

@@ -118,6 +118,8 @@ struct RestoreReport {
         std::optional<std::int64_t> savedIndex = std::nullopt;
         /// What differed before, of a window that is back; nothing where it stood right already.
         std::optional<WindowChange> change = std::nullopt;
+        /// Seconds after the end of the run, of a window that turned up late (LateWindows).
+        std::optional<double> late = std::nullopt;
 
         bool operator==(const Item&) const = default;
     };
@@ -126,6 +128,8 @@ struct RestoreReport {
     Totals totals() const;
     /// Nothing failed, nothing was skipped, and nobody stopped it.
     bool clean() const;
+    /// What became of a window late takes the place, and the identifier, of what was said of it before.
+    void amend(Item item);
 
     std::vector<Item> items;  // in the order the run produced them
     double duration = 0;      // seconds of wall time

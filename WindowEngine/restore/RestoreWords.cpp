@@ -43,6 +43,11 @@ std::string restoreWords(const RestoreReport::Status& status) {
     return fmt::format("{}{}{}{}", outcome.word, colon, outcome.reason, detail.text);
 }
 
+std::string restoreWords(const RestoreReport::Item& item) {
+    const bool late = item.late && !outcomeOf(item.status).trouble();
+    return restoreWords(item.status) + (late ? ", late" : "");
+}
+
 std::string restoreSummary(const RestoreReport& report, bool tellsDiffering) {
     const RestoreTotals totals = report.totals();
     std::string text;

@@ -11,7 +11,7 @@
 
 #include "WindowEngine/capture/UndoCapture.hpp"
 #include "WindowEngine/records/UndoCoding.hpp"
-#include "WindowEngine/restore/Restore.hpp"
+#include "WindowEngine/restore/LateWindows.hpp"
 #include "WindowEngine/restore/RestorePreview.hpp"
 #include "WindowEngine/restore/Undo.hpp"
 #include "tests/LogWords.hpp"
@@ -56,6 +56,10 @@ class Journey {
         const Restore::Options options{.cleanSlate = mode, .enabledAdapters = integrations};
         return run(Restore::runUndoably(access_, saved_, options, {}, std::move(record), keep)).value();
     }
+    /// As restoreUndoably, without a record; `late` is told what is missing.
+    RestoreReport restoreExpecting(Restore::LateWindows& late) {
+        return run(Restore::run(access_, saved_, {.late = &late}, {})).value();
+    }
     RestoreReport undo() {
         return run(Restore::undo(access_, undo_, {.enabledAdapters = integrations}, {})).value();
     }
@@ -86,6 +90,8 @@ class Journey {
         return Restore::consequences(access_.platform.applications, preview, saved_, CleanSlateMode::keep);
     }
 
+    DesktopAccess& access() { return access_; }
+    VirtualExecutor& executor() { return desktop_->executor(); }
     simulated::World& world() { return desktop_->world(); }
     /// What the world has of a display that the engine knows by this identifier.
     const simulated::Display* display(const std::string& id) {

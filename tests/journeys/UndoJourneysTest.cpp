@@ -1,5 +1,6 @@
 // Sequences of saving, restoring, changing and undoing on random desktops: after an undo, every window that
-// still lives is where and how it was before the restore.
+// still lives is where and how it was before the restore. And windows that open late: none that a person
+// moved is moved by their placing.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -82,6 +83,48 @@ TEST(UndoJourneys, WhateverLivesIsWhereAndHowItWas) {
             expectBack(journey, before);
             journey.undo();  // nothing is left to be done
             expectBack(journey, before);
+        }
+    });
+}
+
+TEST(UndoJourneys, NothingThatAPersonMovedIsMovedByLatePlacing) {
+    using namespace std::chrono_literals;
+    eachSeed(20, [](std::uint64_t seed) {
+        RandomJourney journey(seed);
+        journey.save();
+        journey.disturb(false);
+        std::mt19937_64 steps(seed);
+        Restore::LateWindows late(journey.access(), {});
+        Job<void> placing(journey.executor(), late.place());
+        journey.restoreExpecting(late);
+        late.runEnded(5min);
+        simulated::World& world = journey.world();
+        std::map<WindowNumber, Rect> moved;
+        for (int i = 0; i < 12; ++i) {
+            simulated::Application& application = world.applications()[steps() % world.applications().size()];
+            if (!application.running || application.scene.windows.empty()) continue;
+            simulated::SceneWindow window =
+                application.scene.windows[steps() % application.scene.windows.size()];
+            window.minimized = window.fullscreen = false;
+            window.tabGroup.clear();
+            window.desktop = 0;
+            window.frame.x += 30;
+            if (steps() % 3 == 0) window.title = "Else";
+            const WindowNumber number = world.openWindow(application, window).number;
+            // Where nothing is told of it, it is seen a second later.
+            journey.executor().runFor(1400ms + std::chrono::milliseconds(steps() % 2000));
+            simulated::Window* const live = journey.world().window(number);
+            if (!live || live->state.fullscreen || live->transition || steps() % 2 == 0) continue;
+            moved[number] = live->state.frame;
+            moved[number].x += 200;
+            world.move(*live, moved[number]);
+            if (steps() % 2 == 0) live->state.title = application.scene.windows.front().title;
+            journey.executor().runFor(std::chrono::milliseconds(steps() % 3000));
+        }
+        journey.executor().runFor(6min);
+        EXPECT_TRUE(placing.done());
+        for (const auto& [number, frame] : moved) {
+            EXPECT_EQ(journey.world().window(number)->state.frame, frame);
         }
     });
 }
