@@ -18,6 +18,7 @@
 #include "WindowEngine/library/SessionHistory.hpp"
 #include "WindowEngine/library/UndoFile.hpp"
 #include "WindowEngine/library/WorkspaceStore.hpp"
+#include "WindowEngine/restore/LateWindows.hpp"
 #include "WindowEngine/restore/Restore.hpp"
 #include "WindowEngine/restore/RestorePreview.hpp"
 #include "WindowEngine/restore/Undo.hpp"
@@ -171,6 +172,12 @@ class AppModel final : public QObject {
     /// Asks these to quit.
     void closeLaunched();
 
+    /// How many windows are placed once they open, as a restore found them missing; of this run, or of
+    /// whichever it was.
+    std::int64_t awaitedWindows(const RestoreRun* run = nullptr) const;
+    /// The next restore does so, too.
+    void stopWaiting();
+
     /// What a restore of this workspace does to other applications from now on.
     void setCleanSlate(const Workspace& workspace, CleanSlateMode mode);
 
@@ -238,6 +245,7 @@ class AppModel final : public QObject {
     void draftChanged();
     void restoreChanged();
     void undoChanged();  // undoRecord() or launchedBefore()
+    void awaitedChanged();
     void questionChanged();
     void capturingChanged();
     void toastChanged();
@@ -262,6 +270,9 @@ class AppModel final : public QObject {
     Task<> clearToast();
     Task<> runRestore(RestoreRun* run, Workspace workspace, Restore::Options options);
     Task<> runUndo(RestoreRun* run, UndoRecord record);
+    /// Null where the person has switched it off.
+    std::shared_ptr<Restore::LateWindows> beginWaiting();
+    Task<> waitForWindows(std::shared_ptr<Restore::LateWindows> late);
     /// Whether a review, a capture or a restore is in the way of another; then the person is shown it and
     /// told.
     bool refusesAnother();
@@ -347,6 +358,8 @@ class AppModel final : public QObject {
     std::optional<UndoRecord> undo_;
     bool undoStored_ = false;  // in its file; else undo_ is all there is
     std::vector<UndoLaunch> launchedBefore_;
+    std::shared_ptr<Restore::LateWindows> late_;  // of the latest restore
+    std::weak_ptr<RestoreRun> lateRun_;
     struct Asked {  // what question_ is about, or will be
         Workspace workspace;
         std::optional<CleanSlateMode> cleanSlate;
@@ -377,7 +390,7 @@ class AppModel final : public QObject {
     // Last: what runs ends before what it works on.
     TaskSlot autoSnapshotTimer_, autoSnapshotTask_, permissionPoll_, captureTask_, currentSnapshotTask_,
         desktopFollower_, questionTask_;
-    TaskSlot toastTimer_, panelTimer_, exporting_, importing_, adding_;
+    TaskSlot lateTask_, toastTimer_, panelTimer_, exporting_, importing_, adding_;
     DirectoryWatch libraryWatch_, historyWatch_, undoWatch_;
 };
 

@@ -103,6 +103,7 @@ void AppModel::begin(const Workspace& workspace, std::optional<CleanSlateMode> c
 
 /// Takes the place of the run before.
 void AppModel::start(std::shared_ptr<RestoreRun> run, Task<> task) {
+    stopWaiting();
     RestoreRun* const started = run.get();
     dispose(std::exchange(restoreRun_, std::move(run)));
     const bool wasAsked = forgetQuestion();
@@ -138,11 +139,14 @@ RestoreRun::Start AppModel::startOf(const WorkspaceSnapshot& snapshot) const {
 Task<> AppModel::runRestore(RestoreRun* run, Workspace workspace, Restore::Options options) {
     const Restore::OnItem onItem = [this, run](const RestoreReport::Item& item) { restored(*run, item); };
     RestoreReport report;
+    std::shared_ptr<Restore::LateWindows> late;
     if (services_.desktop.platform.accessibility.trusted()) {
         UndoRecord before =
             co_await Capture::undoRecord(services_.desktop, settings_.captureOptions(), workspace,
                                          options.cleanSlate.value_or(CleanSlateMode::keep));
         co_await checkpoint();
+        late = beginWaiting();
+        options.late = late.get();
         report = co_await Restore::runUndoably(services_.desktop, std::move(workspace), options, onItem,
                                                std::move(before),
                                                [this](const UndoRecord& record) { keepUndo(record); });
@@ -151,7 +155,10 @@ Task<> AppModel::runRestore(RestoreRun* run, Workspace workspace, Restore::Optio
     }
     const Context context = co_await quillo::context();
     if (context.stopRequested()) report.cancelled = true;
+    if (report.cancelled) stopWaiting();
+    if (late) late->runEnded(std::chrono::minutes(settings_.lateMinutes));
     restoreEnded(*run, std::move(report));
+    Q_EMIT awaitedChanged();
 }
 
 /// With the first window that is back, what was asked for it makes room.

@@ -69,8 +69,21 @@ void RestoreRun::add(const RestoreReport::Item& item) {
     Q_EMIT itemAdded();
 }
 
+void RestoreRun::amend(const RestoreReport::Item& item) {
+    RestoreReport all{.items = std::move(items_)};
+    all.amend(item);
+    items_ = std::move(all.items);
+    if (report_)
+        report_->amend(item);
+    else
+        late_.push_back(item);
+    Q_EMIT amended();
+}
+
 void RestoreRun::finish(RestoreReport report) {
     report_ = std::move(report);
+    for (RestoreReport::Item& item : late_) report_->amend(std::move(item));
+    late_.clear();
     Q_EMIT finished();
 }
 
@@ -82,7 +95,7 @@ RestoreRow RestoreRun::row(const RestoreReport::Item& item) const {
     RestoreRow row{.application = text::clipped(item.app, mostCharacters),
                    .subject = text::clipped(item.title.value_or(std::string()), mostCharacters),
                    .desktop = {},
-                   .outcome = restoreWords(item.status)};
+                   .outcome = restoreWords(item)};
     if (row.subject.empty()) row.subject = row.application;
     const WindowSnapshot* window = savedWindow(item, workspace_);
     if (window && window->desktop && window->desktop->index != usualDesktop_)

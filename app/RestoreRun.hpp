@@ -65,12 +65,15 @@ class RestoreRun final : public QObject {
     // For AppModel.
     void begin(Executor& executor, Task<> task, std::function<void()> ended);
     void add(const RestoreReport::Item& item);
+    /// What became of a window late, also after the end, takes the place of what was said of it before.
+    void amend(const RestoreReport::Item& item);
     void finish(RestoreReport report);
     /// Requests a stop of a run that still goes on.
     void cancel();
 
   Q_SIGNALS:
     void itemAdded();
+    void amended();
     void finished();
 
   private:
@@ -80,6 +83,7 @@ class RestoreRun final : public QObject {
     Start start_;
     std::optional<std::int64_t> usualDesktop_;  // goes without saying, from 0
     std::set<std::string> opening_;             // applications that it has launched
+    std::vector<RestoreReport::Item> late_;     // that came before the report did
     std::optional<RestoreReport> report_;
     std::optional<Job<>> task_;  // last: it works on all of the above
 };

@@ -30,6 +30,8 @@ struct AppSettings {
     std::map<std::string, Shortcut> shortcuts = {};  // by the action's number in decimal
     Appearance appearance = Appearance::system;
     WithoutTray withoutTray = WithoutTray::ask;
+    static constexpr std::int64_t mostLateMinutes = 60;
+    std::int64_t lateMinutes = 5;  // in which windows that open after a restore are placed; 0: none are
 
     bool operator==(const AppSettings&) const = default;
 

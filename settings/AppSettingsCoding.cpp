@@ -1,4 +1,6 @@
 // Settings to JSON and back.
+#include <algorithm>
+
 #include "WindowEngine/library/AutoSnapshotPolicy.hpp"
 #include "WindowEngine/support/RecordReader.hpp"
 #include "WindowEngine/support/RecordWriter.hpp"
@@ -16,7 +18,8 @@ inline constexpr auto fieldsOf<AppSettings> =
                Field{"shortcutsEnabled", &AppSettings::shortcutsEnabled},
                Field{"shortcuts", &AppSettings::shortcuts},
                Field{"appearance", &AppSettings::appearance},
-               Field{"withoutTray", &AppSettings::withoutTray}};
+               Field{"withoutTray", &AppSettings::withoutTray},
+               Field{"lateMinutes", &AppSettings::lateMinutes}};
 
 template <>
 inline constexpr auto fieldsOf<Shortcut> =
@@ -85,6 +88,7 @@ std::optional<AppSettings> AppSettings::decode(std::string_view json) {
         !SettingsReader().read(root, {.key = "the settings"}, settings))
         return std::nullopt;
     settings.autoSnapshotMinutes = AutoSnapshotPolicy::interval(settings.autoSnapshotMinutes);
+    settings.lateMinutes = std::clamp<std::int64_t>(settings.lateMinutes, 0, AppSettings::mostLateMinutes);
     return settings;
 }
 

@@ -52,6 +52,7 @@ RestorePresenter::RestorePresenter(AppModel& model, QObject* parent) : QObject(p
     connect(&model, &AppModel::restoreChanged, this, &RestorePresenter::followRun);
     for (const auto changed : {&AppModel::undoChanged, &AppModel::busyChanged})
         connect(&model, changed, this, &RestorePresenter::undoChanged);
+    connect(&model, &AppModel::awaitedChanged, this, &RestorePresenter::awaitedChanged);
     followRun();
 }
 
@@ -99,9 +100,11 @@ void RestorePresenter::followRun() {
             if (due_.interval() == 0) return follow();
             if (!due_.isActive()) due_.start();
         });
+        connect(run_, &RestoreRun::amended, this, &RestorePresenter::followAnew);
         connect(run_, &RestoreRun::finished, this, &RestorePresenter::followEnd);
     }
     Q_EMIT runChanged();
+    Q_EMIT awaitedChanged();
     if (run_ && run_->report()) return followEnd();
     follow();
 }
@@ -131,6 +134,21 @@ QString RestorePresenter::closing() const {
     if (undoable() || running() || launched.empty()) return {};
     if (launched.size() == 1) return QStringLiteral("Quit ") + line(launched.front().name);
     return QStringLiteral("Quit the %1 apps that were launched").arg(launched.size());
+}
+
+QString RestorePresenter::awaited() const {
+    const std::int64_t count = run_ ? model_.awaitedWindows(run_) : 0;
+    if (count == 0) return {};
+    return count == 1 ? QStringLiteral("1 window goes to its place when it opens")
+                      : QStringLiteral("%1 windows go to their places when they open").arg(count);
+}
+
+/// Some of the lines are others now; their keys stay.
+void RestorePresenter::followAnew() {
+    rows_.clear();
+    rowCount_ = troubleCount_ = 0;
+    follow();
+    if (troubleCount_ == 0 && onlyTrouble_) setOnlyTrouble(false);
 }
 
 int RestorePresenter::expectedRows() const {

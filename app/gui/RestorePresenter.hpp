@@ -39,6 +39,8 @@ class RestorePresenter final : public QObject {
     Q_PROPERTY(QString putBackLimits READ putBackLimits NOTIFY undoChanged)  // what that leaves; may be empty
     Q_PROPERTY(
         QString closing READ closing NOTIFY undoChanged)  // "Quit Editor", of closeLaunched(); or empty
+    Q_PROPERTY(
+        QString awaited READ awaited NOTIFY awaitedChanged)  // "2 windows…", of stopWaiting(); or empty
     Q_PROPERTY(bool onlyTrouble READ onlyTrouble WRITE setOnlyTrouble NOTIFY changed)
 
   public:
@@ -66,6 +68,8 @@ class RestorePresenter final : public QObject {
     bool canPutBack() const;
     QString putBackLimits() const;
     QString closing() const;
+    QString awaited() const;
+    Q_INVOKABLE void stopWaiting() { model_.stopWaiting(); }
     Q_INVOKABLE void putBack() { model_.putBack(); }
     Q_INVOKABLE void closeLaunched() { model_.closeLaunched(); }
 
@@ -76,11 +80,13 @@ class RestorePresenter final : public QObject {
     void changed();
     void runChanged();
     void undoChanged();
+    void awaitedChanged();
 
   private:
     void followRun();
     void follow();
     void followEnd();
+    void followAnew();
 
     AppModel& model_;
     QPointer<RestoreRun> run_;

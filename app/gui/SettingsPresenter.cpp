@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <QLocale>
 #include <algorithm>
+#include <array>
 #include <span>
 
 #include "WindowEngine/library/AutoSnapshotPolicy.hpp"
@@ -13,6 +14,8 @@ namespace {
 /// What there is to choose from while sessions are saved.
 constexpr std::span<const std::int64_t> offeredMinutes = std::span(AutoSnapshotPolicy::intervals).subspan(1);
 constexpr std::int64_t firstMinutes = 10;  // when saving is switched on
+
+constexpr std::array<std::int64_t, 4> offeredLateMinutes{0, 1, 5, 15};
 
 QString sessionText(const Workspace& session) {
     const auto seconds =
@@ -91,6 +94,24 @@ void SettingsPresenter::setInterval(int place) {
 void SettingsPresenter::setMinutes(std::int64_t minutes) {
     AppSettings settings = model_.settings();
     settings.autoSnapshotMinutes = minutes;
+    model_.setSettings(std::move(settings));
+}
+
+QStringList SettingsPresenter::lateChoices() const {
+    return {QStringLiteral("Off"), QStringLiteral("For a minute"), QStringLiteral("For 5 minutes"),
+            QStringLiteral("For 15 minutes")};
+}
+
+/// Of another number, which was written by hand, the nearest below.
+int SettingsPresenter::lateChoice() const {
+    const auto above = std::ranges::upper_bound(offeredLateMinutes, model_.settings().lateMinutes);
+    return static_cast<int>(above - offeredLateMinutes.begin()) - 1;
+}
+
+void SettingsPresenter::setLateChoice(int place) {
+    if (place < 0 || place >= std::ssize(offeredLateMinutes)) return;
+    AppSettings settings = model_.settings();
+    settings.lateMinutes = offeredLateMinutes[static_cast<std::size_t>(place)];
     model_.setSettings(std::move(settings));
 }
 

@@ -30,6 +30,9 @@ class SettingsPresenter final : public QObject {
     Q_PROPERTY(int sessionCount READ sessionCount NOTIFY changed)
     Q_PROPERTY(bool canRestore READ canRestore NOTIFY busyChanged)
 
+    Q_PROPERTY(QStringList lateChoices READ lateChoices CONSTANT)
+    Q_PROPERTY(int lateChoice READ lateChoice WRITE setLateChoice NOTIFY changed)  // a place in lateChoices
+
     Q_PROPERTY(QString updatesRefusal READ updatesRefusal CONSTANT)  // what keeps it up to date instead of us
     Q_PROPERTY(bool automaticUpdates READ automaticUpdates WRITE setAutomaticUpdates NOTIFY updatesChanged)
     Q_PROPERTY(bool canCheckForUpdates READ canCheckForUpdates NOTIFY updatesChanged)
@@ -75,6 +78,10 @@ class SettingsPresenter final : public QObject {
     Q_INVOKABLE void restoreLastSession();
     /// Nothing where the history no longer has it.
     Q_INVOKABLE void restoreSession(const QString& key);
+
+    QStringList lateChoices() const;
+    int lateChoice() const;
+    void setLateChoice(int place);
 
     QString updatesRefusal() const { return QString::fromStdString(updates_.capability().reason()); }
     bool automaticUpdates() const { return updates_.automaticUpdates(); }

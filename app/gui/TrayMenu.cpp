@@ -70,6 +70,7 @@ TrayMenu::TrayMenu(AppModel& model, UpdateController& updates, Theme& theme, Tex
         addItem(QStringLiteral("Restore Last Session"), "history", [this] { model_.restoreLastSession(); });
     putBack_ =
         addItem(QStringLiteral("Put Everything Back as It Was"), "undo-2", [this] { model_.putBack(); });
+    stopWaiting_ = addItem({}, "x", [this] { model_.stopWaiting(); });
     updateSeparator_ = menu_.addSeparator();
     update_ = addItem({}, "download", [this] {
         const auto install = updates_.installAndRelaunch();
@@ -85,7 +86,7 @@ TrayMenu::TrayMenu(AppModel& model, UpdateController& updates, Theme& theme, Tex
     connect(&model_, &AppModel::storageIssuesChanged, this, &TrayMenu::refreshWorkspaces);
     connect(&model_, &AppModel::accessibilityGrantedChanged, this, &TrayMenu::refreshState);
     for (const auto changed : {&AppModel::busyChanged, &AppModel::sessionsChanged, &AppModel::settingsChanged,
-                               &AppModel::undoChanged})
+                               &AppModel::undoChanged, &AppModel::awaitedChanged})
         connect(&model_, changed, this, &TrayMenu::refreshState);
     connect(&updates_, &UpdateController::changed, this, &TrayMenu::refreshState);
     connect(&theme_, &Theme::changed, this, &TrayMenu::refreshIcons);
@@ -120,6 +121,10 @@ void TrayMenu::refreshState() {
     lastSession_->setEnabled(model_.canRestoreLastSession());
     putBack_->setVisible(model_.undoRecord() != nullptr);
     putBack_->setEnabled(free);
+    const std::int64_t awaited = model_.awaitedWindows();
+    stopWaiting_->setVisible(awaited > 0);
+    stopWaiting_->setText(awaited == 1 ? QStringLiteral("Stop Waiting for 1 Window")
+                                       : QStringLiteral("Stop Waiting for %1 Windows").arg(awaited));
     const auto& ready = updates_.readyVersion();
     const auto& available = updates_.availableVersion();
     update_->setVisible(ready || available);

@@ -72,7 +72,7 @@ class TrayMenu final : public QObject {
     QMenu options_{QStringLiteral("Workspace Options")};
     std::vector<Row> rows_;  // in the menu's order
     QAction *header_, *finishSetup_, *empty_, *emptyHint_, *more_, *save_, *lastSession_, *putBack_,
-        *updateSeparator_, *update_;
+        *stopWaiting_, *updateSeparator_, *update_;
     std::vector<std::pair<QAction*, QString>> symbols_;
 };
 

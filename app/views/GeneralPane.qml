@@ -132,6 +132,23 @@ Column {
 
     SettingGroup {
         SettingRow {
+            id: late
+            separator: false
+            title: "Place windows that open late"
+            caption: "After a resume: windows that were missing go to their places when they open, unless you have moved them."
+            PopUpButton {
+                label: late.title
+                compact: true
+                trailing: !late.stacked
+                model: Settings.lateChoices
+                current: Settings.lateChoice
+                onPicked: (index) => Settings.lateChoice = index
+            }
+        }
+    }
+
+    SettingGroup {
+        SettingRow {
             title: "Save the last session"
             caption: Ui.text("Off by default. When enabled, saves changed sessions on this Mac and keeps the latest five. Uses your app exclusions and enabled integrations. Sleep and shutdown captures are best-effort; periodic saves provide recovery after a crash.")
             Toggle {

@@ -188,6 +188,25 @@ PanelFrame {
                 y: 4
                 width: parent.width - 30
                 spacing: 6
+                Row {
+                    width: parent.width
+                    visible: Restore.awaited !== ""
+                    spacing: 8
+                    UiText {
+                        anchors.verticalCenter: parent.verticalCenter
+                        width: parent.width - stop.width - parent.spacing
+                        role: "caption"
+                        text: Restore.awaited
+                        color: Theme.text2
+                        wrapMode: Text.Wrap
+                    }
+                    PushButton {
+                        id: stop
+                        compact: true
+                        text: "Stop waiting"
+                        onClicked: Restore.stopWaiting()
+                    }
+                }
                 PushButton {
                     width: Math.min(implicitWidth, parent.width)
                     visible: Restore.undoable

@@ -80,5 +80,48 @@ TEST(PutBack, WhatWasStoppedOrFailedCanBePutBackOnceMore) {
     EXPECT_FALSE(model->undoRecord());
 }
 
+/// A window that was saved is not there when Work is resumed.
+struct Waiting : Resumed {
+    Waiting() {
+        desktop.world().close(notes().number);
+        resume();
+    }
+    const simulated::Window& open() {
+        const WindowNumber number =
+            desktop.world()
+                .openWindow(*desktop.world().application("org.editor"), sceneWindow("Notes", moved))
+                .number;
+        run(5s);
+        return *desktop.world().window(number);
+    }
+};
+
+TEST(LateWindow, IsPlacedAndThePanelSaysSo) {
+    Waiting model;
+    EXPECT_EQ(model->awaitedWindows(), 1);
+    EXPECT_EQ(model->restoreRun()->title(), "Work is mostly back");
+    model.run(1min);
+    EXPECT_EQ(model.open().state.frame, saved);
+    EXPECT_EQ(model->restoreRun()->title(), "Work is back");
+    EXPECT_EQ(model->awaitedWindows(), 0);
+}
+
+TEST(LateWindow, IsLeftAloneWhereNobodyWaitsForIt) {
+    using Act = void (*)(Waiting&);
+    const Act acts[] = {[](Waiting& model) { model->stopWaiting(); }, [](Waiting& model) { model.putBack(); },
+                        [](Waiting& model) {
+                            model.change([](AppSettings& settings) { settings.lateMinutes = 0; });
+                            model.resume();
+                        },
+                        [](Waiting& model) { model.run(6min); }};
+    for (const Act act : acts) {
+        Waiting model;
+        act(model);
+        model.run(1s);
+        EXPECT_EQ(model->awaitedWindows(), 0);
+        EXPECT_EQ(model.open().state.frame, moved);
+    }
+}
+
 }  // namespace
 }  // namespace quillo::samples

@@ -17,6 +17,7 @@ AppSettings filled() {
     settings.shortcuts = {{"2", {4294967295U, 0x1900, "↩"}}};
     settings.appearance = Appearance::dark;
     settings.withoutTray = WithoutTray::keepRunning;
+    settings.lateMinutes = 15;
     return settings;
 }
 
