@@ -29,6 +29,7 @@ struct Arguments {
     bool wait = false;                      // restore --wait
     double waitLimit = 30;                  // restore --wait-limit SECONDS
     bool yes = false;                       // restore --yes
+    double late = 0;                        // restore --late SECONDS
     bool planOnly = false;                  // undo --plan
     bool quitLaunched = false;              // undo --quit-launched
     std::vector<std::string> adapters;      // --adapter ID

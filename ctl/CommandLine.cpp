@@ -151,6 +151,11 @@ void addDesktopCommands(CommandSet& commands) {
         ->needs(wait);
     restore->add_flag("-y,--yes", arguments.yes,
                       "restore also what was not saved on this computer, without asking");
+    restore
+        ->add_option("--late", arguments.late,
+                     "stay on this long, and place windows that open only then; 0 unless given")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(0.0, 3600.0));
     CLI::App* undo = commands.add(
         "undo", "put everything back as it was before the last restore; what stays is named", undoRestore);
     undo->add_flag("--plan", arguments.planOnly,

@@ -5,6 +5,7 @@
 
 #include "WindowEngine/capture/UndoCapture.hpp"
 #include "WindowEngine/restore/ConsequenceWords.hpp"
+#include "WindowEngine/restore/LateWindows.hpp"
 #include "WindowEngine/restore/RestoreScope.hpp"
 #include "WindowEngine/restore/Undo.hpp"
 #include "ctl/AwaitedDesktop.hpp"
@@ -97,14 +98,34 @@ void keepRecord(CommandContext& context, const UndoRecord& record) {
     context.output.complain("undo will not be possible: " + printable(saved.error().text));
 }
 
+/// With a record for undo; afterwards it goes on for as long as --late says, for windows that are missing.
 Task<RestoreReport> restoreUndoably(CommandContext& context, DesktopAccess& desktop, Workspace workspace,
-                                    Restore::Options options, Capture::Options capturing,
-                                    Restore::OnItem onItem) {
+                                    Restore::Options options, Capture::Options capturing, double lateSeconds,
+                                    RestorePrinter& printer) {
     UndoRecord before = co_await Capture::undoRecord(desktop, std::move(capturing), workspace,
                                                      options.cleanSlate.value_or(CleanSlateMode::keep));
-    co_return co_await Restore::runUndoably(
-        desktop, std::move(workspace), std::move(options), std::move(onItem), std::move(before),
+    const Restore::OnItem print = [&printer](const RestoreReport::Item& item) { printer.item(item); };
+    std::vector<RestoreReport::Item> came;
+    Restore::LateWindows late(desktop, [&](const RestoreReport::Item& item) {
+        came.push_back(item);
+        printer.item(item);
+    });
+    const Context here = co_await quillo::context();
+    std::optional<Job<void>> placing;
+    if (lateSeconds > 0) {
+        options.late = &late;
+        placing = spawn(here, late.place());
+    }
+    RestoreReport report = co_await Restore::runUndoably(
+        desktop, std::move(workspace), std::move(options), print, std::move(before),
         [&context](const UndoRecord& record) { keepRecord(context, record); });
+    if (placing && !report.cancelled) {
+        late.runEnded(std::chrono::duration_cast<Duration>(std::chrono::duration<double>(lateSeconds)));
+        if (late.awaited() > 0) printer.waiting(late.awaited(), lateSeconds);
+        co_await placing->ended();
+    }
+    for (RestoreReport::Item& item : came) report.amend(std::move(item));
+    co_return report;
 }
 
 }  // namespace
@@ -124,7 +145,9 @@ CommandResult restoreWorkspace(CommandContext& context, const Arguments& argumen
                   std::chrono::duration_cast<Duration>(std::chrono::duration<double>(arguments.waitLimit)))
             : openTrustedDesktop(context);
     if (!desktop) return std::unexpected(desktop.error());
-    Restore::Options options = restoreOptions(context, workspace, arguments);
+    const AppSettings settings = settingsFor(context, arguments);
+    Restore::Options options{.cleanSlate = chosenCleanSlate(workspace, arguments),
+                             .enabledAdapters = settings.enabledAdapters};
     if (const Result<void, Failure> agreed =
             consent(context, **desktop, whole, workspace, options, arguments);
         !agreed) {
@@ -139,8 +162,7 @@ CommandResult restoreWorkspace(CommandContext& context, const Arguments& argumen
     printer.begin();
     std::optional<RestoreReport> report =
         run(**desktop, restoreUndoably(context, (*desktop)->access(), workspace, options,
-                                       settingsFor(context, arguments).captureOptions(),
-                                       [&printer](const RestoreReport::Item& item) { printer.item(item); }));
+                                       settings.captureOptions(), arguments.late, printer));
     const Result<void> kept = (*desktop)->keepChanges();
     if (!report) return failure("cancelled", Exit::cancelled);
     if (report->cancelled) {

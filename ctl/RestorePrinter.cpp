@@ -44,7 +44,7 @@ bool stoodRight(const RestoreReport::Item& item) {
 /// "in place", "restored", "skipped: not installed".
 std::string words(const RestoreReport::Item& item) {
     const bool inPlace = stoodRight(item) && outcomeOf(item.status).verdict == Verdict::back;
-    return inPlace ? "in place" : restoreWords(item.status);
+    return inPlace ? "in place" : restoreWords(item);
 }
 
 /// " (from → to)", or nothing.
@@ -99,7 +99,7 @@ void RestorePrinter::item(const RestoreReport::Item& item) {
     } else if (!output_.quiet() || outcomeOf(item.status).trouble()) {
         printText(item);
     }
-    if (item.savedIndex) ++windowsDone_;
+    if (item.savedIndex && !item.late) ++windowsDone_;
     showProgress();
 }
 
@@ -120,8 +120,15 @@ void RestorePrinter::printJson(const RestoreReport::Item& item) {
         .add("status", outcomeOf(item.status).name)
         .add("count", detail.count);
     if (!detail.textName.empty()) line.add(detail.textName, detail.text);
+    line.add("late", item.late);
     if (item.change) addChange(line, *item.change);
     output_.value(std::move(line));
+}
+
+void RestorePrinter::waiting(std::int64_t windows, double seconds) {
+    const std::string text = fmt::format("Waiting up to {:g} s for {} to open; Ctrl-C ends that", seconds,
+                                         counted(windows, "more window"));
+    if (!output_.json() && !output_.quiet()) output_.line(output_.painted(Style::dim, text));
 }
 
 void RestorePrinter::showProgress() {

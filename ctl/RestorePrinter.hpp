@@ -25,6 +25,8 @@ class RestorePrinter {
 
     void begin();
     void item(const RestoreReport::Item& item);
+    /// So many windows are missing and waited for.
+    void waiting(std::int64_t windows, double seconds);
     void end(const RestoreReport& report);
 
   private:

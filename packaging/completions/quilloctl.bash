@@ -83,7 +83,7 @@ _quilloctl() {
                 globals+=("$word" "$unquoted")
                 ((index++)) ;;
             --data-dir=*) globals+=("$word") ;;
-            --desktop | --only | --update | --adapter | --clean-slate | --wait-limit) ((index++)) ;;
+            --desktop | --only | --update | --adapter | --clean-slate | --wait-limit | --late) ((index++)) ;;
             -*) ;;
             *) if [[ -z $command ]]; then command=$word; else arguments+=("$word"); fi ;;
         esac
@@ -110,7 +110,7 @@ _quilloctl() {
         --only) _quilloctl_offer_names applications "${arguments[0]}"; return ;;
         --adapter) _quilloctl_offer_words finder chromium safari firefox; return ;;
         --clean-slate) _quilloctl_offer_words keep hide quit; return ;;
-        --wait-limit) return ;;
+        --wait-limit | --late) return ;;
     esac
 
     case $command in
@@ -119,7 +119,7 @@ _quilloctl() {
         history) options="--long --adapter $options" ;;
         plan) options="--exit-code --only --adapter --clean-slate $options" ;;
         diff) options="--only --adapter $options" ;;
-        restore) options="--only --adapter --clean-slate --wait --wait-limit --yes -y $options" ;;
+        restore) options="--only --adapter --clean-slate --wait --wait-limit --late --yes -y $options" ;;
         undo) options="--plan --quit-launched $options" ;;
         export) options="--force $options" ;;
     esac

@@ -9,7 +9,7 @@ function __quilloctl_arguments
             continue
         end
         switch $word
-            case --desktop --data-dir --only --update --adapter --clean-slate --wait-limit
+            case --desktop --data-dir --only --update --adapter --clean-slate --wait-limit --late
                 set skip yes
             case '-*'
             case '*'
@@ -96,6 +96,7 @@ complete -c quilloctl -n '__quilloctl_is plan restore' -l clean-slate -x -a 'kee
     -d 'What becomes of other applications'
 complete -c quilloctl -n '__quilloctl_is restore' -l wait -d 'Wait for the desktop first'
 complete -c quilloctl -n '__quilloctl_is restore' -l wait-limit -x -d 'How long at most, in seconds'
+complete -c quilloctl -n '__quilloctl_is restore' -l late -x -d 'Place windows that open within so many seconds'
 complete -c quilloctl -n '__quilloctl_is restore' -s y -l yes -d 'Without asking'
 complete -c quilloctl -n '__quilloctl_is undo' -l plan -d 'Say what would be put back'
 complete -c quilloctl -n '__quilloctl_is undo' -l quit-launched -d 'Also quit what was launched'

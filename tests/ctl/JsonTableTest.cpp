@@ -76,6 +76,7 @@ constexpr const char* then = R"({
       {"title": "a.txt", "document": "file:///d/a.txt", "frame": [100, 100, 600, 400]},
       {"title": "Notes", "frame": [800, 100, 500, 400], "minimized": true, "desktop": 1},
       {"title": "More", "frame": [300, 200, 500, 400]}]},
+    {"identifier": "org.slow", "name": "Slow", "windows": [{"title": "Slow", "frame": [0, 0, 300, 200]}]},
     {"identifier": "com.google.Chrome", "name": "Chrome", "windows": [
       {"title": "News", "tabs": ["https://news.example/"], "frame": [0, 0, 600, 400]}]}]})";
 constexpr const char* now = R"({
@@ -91,6 +92,13 @@ TEST_F(JsonTableTest, EveryLineIsOfADocumentedKindAndEveryKindIsPrinted) {
     const std::string document = home_.read(QUILLO_SOURCE_DIR "/docs/command-line.md");
     const std::vector<Kind> kinds = documentedKinds(document);
     const std::string before = "simulated:" + file("then", then), after = "simulated:" + file("now", now);
+    std::string slow = now;  // a window comes when the restore does not wait any longer
+    slow.insert(slow.rfind('}'),
+                R"(, "faults": [{"kind": "lateWindows", "application": "org.slow", "seconds": 30}])");
+    slow.insert(slow.find(R"({"identifier": "org.game")"),
+                R"({"identifier": "org.slow", "name": "Slow", "running": false,
+      "windows": [{"title": "Slow", "frame": [0, 0, 300, 200]}]}, )");
+    const std::string lateOne = "simulated:" + file("slow", slow);
     const std::string copy = home_ / "copy.json";
     const struct {
         std::string command, desktop;
@@ -107,6 +115,7 @@ TEST_F(JsonTableTest, EveryLineIsOfADocumentedKindAndEveryKindIsPrinted) {
         {"plan", after, {"Work 2"}},
         {"diff", after, {"Work"}},
         {"restore", after, {"Work", "--clean-slate", "hide", "--adapter", "chromium"}},
+        {"restore", lateOne, {"Work", "--late", "60"}},
         {"undo", after, {"--plan"}},
         {"undo", after, {}},
         {"duplicate", before, {"Work"}},
