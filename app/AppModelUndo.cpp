@@ -2,14 +2,14 @@
 #include <utility>
 
 #include "app/AppModel.hpp"
+#include "settings/UndoNote.hpp"
 
 namespace quillo {
 
 void AppModel::keepUndo(const UndoRecord& record) {
     undo_ = record;
-    undoStored_ = undoFile_.save(record).has_value();
-    // One of an earlier restore would be taken for this one's; our own serves as long as we run.
-    if (!undoStored_) (void)undoFile_.remove();
+    // Where it could not be written, our own serves as long as we run.
+    undoStored_ = quillo::keepUndo(undoFile_, known_, record).has_value();
     undoWatch_.look();
     Q_EMIT undoChanged();
 }
@@ -17,7 +17,7 @@ void AppModel::keepUndo(const UndoRecord& record) {
 void AppModel::forgetUndo() {
     undo_.reset();
     undoStored_ = false;
-    (void)undoFile_.remove();
+    (void)quillo::forgetUndo(undoFile_, known_);
     undoWatch_.look();
 }
 
@@ -25,7 +25,7 @@ void AppModel::forgetUndo() {
 void AppModel::reloadUndo() {
     undoWatch_.look();
     if (undo_ && !undoStored_ && !services_.files.exists(undoFile_.directory() / "desktop.json")) return;
-    Result<std::optional<UndoRecord>> found = undoFile_.load();
+    Result<std::optional<UndoRecord>> found = findUndo(undoFile_, known_);
     std::optional<UndoRecord> record = found ? *std::move(found) : std::nullopt;
     if (record && !Restore::isOfThisSession(services_.desktop.platform.applications, *record)) record.reset();
     undo_ = std::move(record);

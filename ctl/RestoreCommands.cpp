@@ -13,6 +13,7 @@
 #include "ctl/HumanText.hpp"
 #include "ctl/RestoreChoice.hpp"
 #include "ctl/RestorePrinter.hpp"
+#include "settings/UndoNote.hpp"
 
 namespace quillo::ctl {
 namespace {
@@ -91,19 +92,21 @@ Result<void, Failure> consent(CommandContext& context, DesktopConnection& deskto
 }
 
 void keepRecord(CommandContext& context, const UndoRecord& record) {
-    const UndoFile file = undoFile(context);
-    const Result<void> saved = file.save(record);
-    if (saved) return;
-    (void)file.remove();  // one of an earlier restore would be taken for this one's
-    context.output.complain("undo will not be possible: " + printable(saved.error().text));
+    const Result<void> kept = keepUndo(undoFile(context), context.known, record);
+    if (!kept) context.output.complain("undo will not be possible: " + printable(kept.error().text));
 }
 
 /// With a record for undo; afterwards it goes on for as long as --late says, for windows that are missing.
 Task<RestoreReport> restoreUndoably(CommandContext& context, DesktopAccess& desktop, Workspace workspace,
                                     Restore::Options options, Capture::Options capturing, double lateSeconds,
                                     RestorePrinter& printer) {
-    UndoRecord before = co_await Capture::undoRecord(desktop, std::move(capturing), workspace,
-                                                     options.cleanSlate.value_or(CleanSlateMode::keep));
+    UndoRecord before;
+    try {
+        before = co_await Capture::undoRecord(desktop, std::move(capturing), workspace,
+                                              options.cleanSlate.value_or(CleanSlateMode::keep));
+    } catch (const Cancelled&) {  // before anything was done
+        co_return RestoreReport{.items = {}, .cancelled = true};
+    }
     const Restore::OnItem print = [&printer](const RestoreReport::Item& item) { printer.item(item); };
     std::vector<RestoreReport::Item> came;
     Restore::LateWindows late(desktop, [&](const RestoreReport::Item& item) {

@@ -7,6 +7,7 @@
 #include "ctl/Commands.hpp"
 #include "ctl/HumanText.hpp"
 #include "ctl/RestorePrinter.hpp"
+#include "settings/UndoNote.hpp"
 
 namespace quillo::ctl {
 namespace {
@@ -65,7 +66,7 @@ UndoFile undoFile(const CommandContext& context) {
 
 CommandResult undoRestore(CommandContext& context, const Arguments& arguments) {
     const UndoFile file = undoFile(context);
-    const Result<std::optional<UndoRecord>> found = file.load();
+    const Result<std::optional<UndoRecord>> found = findUndo(file, context.known);
     if (!found) return couldNot("read what was there before the last restore", found.error());
     if (!*found) return failure("there is no restore to undo");
     const UndoRecord& record = **found;
@@ -94,7 +95,7 @@ CommandResult undoRestore(CommandContext& context, const Arguments& arguments) {
                      arguments.quitLaunched);
         // What did not succeed can be tried again.
         if (report->totals().failed == 0) {
-            if (const Result<void> removed = file.remove(); !removed)
+            if (const Result<void> removed = forgetUndo(file, context.known); !removed)
                 context.output.complain(printable(removed.error().text));
         }
     }

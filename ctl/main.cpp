@@ -3,6 +3,7 @@
 
 #include <csignal>
 
+#include "WindowEngine/records/UndoRecord.hpp"
 #include "ctl/CommandLine.hpp"
 #include "ctl/HumanText.hpp"
 #include "ctl/Interrupt.hpp"
@@ -65,7 +66,10 @@ CommandResult runCommand(const Invocation& invocation, Output& output) {
     SessionHistory history(files, data / "sessions");
     KnownWorkspaces known(
         system->defaults(), [&](std::string_view bytes) { return system->digest(bytes); },
-        [&](const Uuid& id) { return files.exists(store.url(id)) || files.exists(history.store().url(id)); });
+        [&](const Uuid& id) {
+            return id == UndoRecord::beforeID || files.exists(store.url(id)) ||
+                   files.exists(history.store().url(id));
+        });
     CommandContext context{.output = output,
                            .files = files,
                            .store = store,

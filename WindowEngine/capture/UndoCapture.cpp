@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "WindowEngine/integrations/Adapters.hpp"
+#include "WindowEngine/support/StableSort.hpp"
 
 namespace quillo::Capture {
 namespace {
@@ -88,6 +89,7 @@ Task<UndoRecord> undoRecord(DesktopAccess& desktop, Options options, Workspace w
     options.recoverHidden = true;  // a restore looks for those too
     SeenWindows seen;
     UndoRecord record{.before = std::move(workspace)};
+    record.restored = std::exchange(record.before.id, UndoRecord::beforeID);
     record.before.snapshot = co_await snapshot(desktop, std::move(options), &seen);
     record.before.cleanSlate = mode;
     record.before.createdAt = record.before.updatedAt = record.before.snapshot.capturedAt;
@@ -109,7 +111,7 @@ Task<UndoRecord> undoRecord(DesktopAccess& desktop, Options options, Workspace w
         const auto found = places.find(window.number);
         return found == places.end() ? places.size() : found->second;
     };
-    std::ranges::stable_sort(record.windows, {}, place);
+    sortStablyByKey(record.windows, place);
     if (mode == CleanSlateMode::hide)
         record.others = windowsOfOthers(desktop, record.before.snapshot, processes);
     if (!quits) withholdContents(record.before.snapshot, integrations);

@@ -33,6 +33,7 @@ inline constexpr auto fieldsOf<UndoRecord> = std::tuple{Field{"applications", &U
                                                         Field{"opened", &UndoRecord::opened},
                                                         Field{"others", &UndoRecord::others},
                                                         Field{"othersCleared", &UndoRecord::othersCleared},
+                                                        Field{"restored", &UndoRecord::restored},
                                                         Field{"windows", &UndoRecord::windows}};
 template <>
 inline constexpr auto notCoded<UndoRecord> = std::tuple{&UndoRecord::before};
@@ -53,6 +54,10 @@ class UndoReader : public RecordReader<UndoReader> {
     bool read(Element element, const JsonPlace& place, Instant& value) {
         return readText(element, place, parseInstant, value, "expected a date such as 2025-03-14T09:26:53Z");
     }
+    bool read(Element element, const JsonPlace& place, Uuid& value) {
+        return readText(element, place, Uuid::parse, value,
+                        "expected an identifier such as 6F1C2A9E-0B7D-4E51-9C3A-2D4B8E7F1A60");
+    }
 };
 
 class UndoWriter : public RecordWriter<UndoWriter> {
@@ -60,6 +65,7 @@ class UndoWriter : public RecordWriter<UndoWriter> {
     using RecordWriter::write;
 
     void write(Instant value) { json_.text(formatInstant(value)); }
+    void write(const Uuid& value) { json_.text(value.upper()); }
 };
 
 std::string member(std::string_view key, const std::string& document) {

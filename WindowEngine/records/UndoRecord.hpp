@@ -39,9 +39,14 @@ struct UndoLaunch {
 };
 
 struct UndoRecord {
+    /// 8E2D5B16-3C0F-4A9B-9D77-51E6C4A20B38, of what was before any restore.
+    static constexpr Uuid beforeID = Uuid::fromBytes({0x8E, 0x2D, 0x5B, 0x16, 0x3C, 0x0F, 0x4A, 0x9B,  //
+                                                      0x9D, 0x77, 0x51, 0xE6, 0xC4, 0xA2, 0x0B, 0x38});
+
     /// The desktop before, in the looks of the workspace that was restored; its clean-slate choice is what
     /// that restore did to other applications, its time of creation when it began.
     Workspace before;
+    Uuid restored = {};                              // that workspace
     std::vector<UndoApplication> applications = {};  // of those in `before` what ran
     std::vector<UndoWindow> windows = {};            // those whose numbers were known, front to back
     /// Windows of applications that are kept out of every workspace, which were not minimized; nothing says

@@ -118,7 +118,7 @@ void RestorePresenter::followEnd() {
 /// Of this restore, not of a later one.
 bool RestorePresenter::canPutBack() const {
     const UndoRecord* const record = model_.undoRecord();
-    return undoable() && run_->report() && record && record->before.id == run_->workspace().id &&
+    return undoable() && run_->report() && record && record->restored == run_->workspace().id &&
            model_.canRelaunchForUpdate();
 }
 

@@ -51,11 +51,16 @@ TEST_F(UndoCommandTest, PutsBackWhatARestoreChangedAndNamesWhatStays) {
         {{{"--desktop", desk, "windows"}, 0, "Letter"}, {{"--desktop", desk, "undo"}, 1, "no restore"}});
 }
 
-TEST_F(UndoCommandTest, ADamagedNoteIsNamed) {
+TEST_F(UndoCommandTest, OneThatIsDamagedOrFromElsewhereIsRefused) {
     const std::string desk = "simulated:" + file("desk", arranged);
     done({"--desktop", desk, "save", "Work"});
     done({"--desktop", desk, "restore", "Work"});
-    home_.write(".local/share/Quillo/undo/desktop.json", "{}");
+    const std::string record = ".local/share/Quillo/undo/desktop.json";
+    std::string changed = home_.read(record);
+    changed.replace(changed.find("Letter"), 6, "Lettre");
+    home_.write(record, changed);
+    expectSteps({{{"--desktop", desk, "undo"}, 1, "not written on this computer, or changed since"}});
+    home_.write(record, "{}");
     expectSteps({{{"--desktop", desk, "undo"}, 1, "desktop.json: this is no record"}});
 }
 
