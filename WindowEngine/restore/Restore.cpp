@@ -164,7 +164,8 @@ Task<void> placeOpened(Run& run, ApplicationRestore& restore) {
     const std::vector<DisplaySnapshot> displays = Displays::current(run.desktop.platform.screens);
     run.placed.push_back({&application, displays});
     const std::vector<DisplaySnapshot>& saved = run.workspace.snapshot.displays;
-    std::vector<WindowPlan> plans = planWindows(application.windows, infosOf(live), saved, displays);
+    std::vector<WindowPlan> plans = planWindows(application.windows, infosOf(live), saved, displays, {}, {},
+                                                run.desktop.platform.windowServer.noWindows());
     LateApplication late = lateOf(restore, live, plans);
     co_await placeWindows(run.desktop, application, std::move(live), std::move(plans),
                           {saved, displays, run.desktops.targets}, run.sink, run.forward.windows,
@@ -269,8 +270,7 @@ Task<void> restoreWorkspace(Run& run) {
     boundDisplays(run.workspace.snapshot);
     run.displays = Displays::current(run.desktop.platform.screens);
     co_await prepareDesktops(run);
-    co_await cleanSlate(run.desktop, run.workspace, run.options.cleanSlate.value_or(CleanSlateMode::keep),
-                        run.sink);
+    co_await cleanSlate(run.desktop, run.workspace, run.options, run.sink);
     if (run.options.late) run.options.late->setPlaces(run.workspace.snapshot.displays, run.desktops.targets);
     narrow(run);  // not before: what the limits leave out is still no other application, to be hidden or quit
     const Context context = co_await quillo::context();

@@ -21,6 +21,9 @@ struct Options {
     bool bringsForward = false;  // at its end, what came back is put in front of other windows (BringForward)
     LateWindows* late = nullptr;  // is told which windows did not turn up; null: nobody waits for those
     bool followsLinks = true;  // a document that a symbolic link leads to is opened; not of a stranger's file
+    /// Applications that a clean slate leaves alone besides the workspace's own: where only a part of a
+    /// workspace is brought back, those of all of it.
+    std::set<std::string> kept = {};
 };
 
 /// Called on the executor's thread for each item as it is made, in report order.

@@ -43,9 +43,12 @@ bool isSame(const UndoApplication& noted, const RunningApplication& running) {
 }
 
 /// What becomes of other applications is known before it is done: a crash in between loses nothing.
-void noteIntent(UndoRecord& record, Applications& applications, const Workspace& workspace) {
+void noteIntent(UndoRecord& record, Applications& applications, const Workspace& workspace,
+                const Options& options) {
     if (record.before.cleanSlate.value_or(CleanSlateMode::keep) == CleanSlateMode::keep) return;
-    for (const RunningApplication& target : cleanSlateTargets(applications, workspace)) {
+    std::set<std::string> held = identifiersOf(workspace);
+    held.insert(options.kept.begin(), options.kept.end());
+    for (const RunningApplication& target : cleanSlateTargets(applications, held)) {
         const auto noted =
             std::ranges::find(record.applications, *target.bundleIdentifier, &UndoApplication::identifier);
         if (noted == record.applications.end())
@@ -311,7 +314,7 @@ std::vector<std::string> UndoPlan::limits() const {
 
 Task<RestoreReport> runUndoably(DesktopAccess& desktop, Workspace workspace, Options options, OnItem onItem,
                                 UndoRecord record, KeepRecord keep) {
-    noteIntent(record, desktop.platform.applications, workspace);
+    noteIntent(record, desktop.platform.applications, workspace, options);
     keep(record);
     RestoreReport report = co_await run(desktop, std::move(workspace), std::move(options), std::move(onItem));
     noteDone(record, report);

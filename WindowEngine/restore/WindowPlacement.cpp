@@ -357,7 +357,8 @@ Task<void> placeWindows(DesktopAccess& desktop, const ApplicationSnapshot& appli
                         std::vector<LiveWindow> live, PlacementTargets targets, const ItemSink& sink,
                         std::vector<Element>& back, Drift drift) {
     std::vector<WindowPlan> plans =
-        planWindows(application.windows, infos(live), targets.savedDisplays, targets.currentDisplays);
+        planWindows(application.windows, infos(live), targets.savedDisplays, targets.currentDisplays, {}, {},
+                    desktop.platform.windowServer.noWindows());
     return placeWindows(desktop, application, std::move(live), std::move(plans), targets, sink, back, drift);
 }
 
