@@ -10,7 +10,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr Duration toastTime = 2500ms;
-constexpr PanelPlace switcherPlace{.width = 480, .anchor = PanelAnchor::center};
 
 }  // namespace
 

@@ -394,7 +394,7 @@ TEST(AppModel, HotKeysAndOtherPartsOfTheProgramReachIt) {
     const std::uint32_t mask = 0x1900;
     EXPECT_TRUE(model.hotKeys.press(15, mask));
     model.run(1ms);
-    EXPECT_EQ(model.surfaces.panels.at(PanelID::switcher), (PanelPlace{480, PanelAnchor::center}));
+    EXPECT_EQ(model.surfaces.panels.at(PanelID::switcher), switcherPlace);
     EXPECT_TRUE(model.hotKeys.press(15, mask));
     model.run(1ms);
     EXPECT_TRUE(model.surfaces.panels.empty());

@@ -44,7 +44,8 @@ TEST(ModelRuns, ACleanRestoreIsRecordedAndItsPanelClosesAfterFourSeconds) {
     Model model(slowDesk(2));
     model->restore(viewing(model), CleanSlateMode::hide);
     EXPECT_TRUE(model->restoreRunning() && model->busy());
-    EXPECT_EQ(model.surfaces.panels.at(PanelID::restore), (PanelPlace{380, PanelAnchor::bottomTrailing}));
+    EXPECT_EQ(model.surfaces.panels.at(PanelID::restore),
+              (PanelPlace{.width = 380, .anchor = PanelAnchor::bottomTrailing}));
     model.finishRestore();
     const RestoreRun& run = *model->restoreRun();
     EXPECT_TRUE(run.clean()) << run.subtitle();
