@@ -159,6 +159,8 @@ class AppModel final : public QObject {
     void showReport(const Uuid& workspace);
     /// What a restore of this workspace does to other applications from now on.
     void setCleanSlate(const Workspace& workspace, CleanSlateMode mode);
+    /// One that was opened so is open still.
+    bool reportShown() const;
 
     void deleteWorkspace(const Workspace& workspace);
     void deleteWorkspaces(const std::vector<Uuid>& ids);
@@ -327,6 +329,7 @@ class AppModel final : public QObject {
         Workspace workspace;
         std::optional<CleanSlateMode> cleanSlate;
 
+    bool reportReopened_ = false;                           // restoreRun_ is one of these, shown once more
         bool operator==(const Asked&) const = default;
     };
     std::optional<Asked> asked_;

@@ -113,6 +113,7 @@ Interface::Interface(const Parts& parts)
     connect(&windows_, &Windows::mainSizeNoted, &remembering_, qOverload<>(&QTimer::start));
     connect(&windows_, &Windows::mainClosed, this, [this] {
         remember();
+        if (model_ && model_->reportShown()) model_->closeRestorePanel();  // it belongs to the window
         parts_.shell.setActivationPolicy(ActivationPolicy::accessory);
     });
     windows_.mainMayClose = [this] {

@@ -26,7 +26,7 @@ Rectangle {
     // What else comes within a page.
     readonly property string content: [Ui.detailId, Onboarding.step, Review.present].join()
     onContentChanged: Presses.pageCame()
-    Keys.onEscapePressed: if (Ui.page === "detail" || Ui.page === "settings") Ui.back()
+    Keys.onEscapePressed: Ui.leave()
 
     Loader {
         id: page

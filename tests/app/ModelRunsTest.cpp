@@ -101,8 +101,10 @@ TEST(ModelRuns, APanelThatSomebodyReadsStaysAndAReportCanBeReadAgain) {
     model->showReport(workspace.id);
     EXPECT_EQ(model->restoreRun()->title(), "Viewing is mostly back");
     model.run(1min);
-    EXPECT_TRUE(model.surfaces.panelVisible(PanelID::restore)) << "it was asked for";
+    EXPECT_TRUE(model->reportShown()) << "it was asked for";
+    EXPECT_FALSE(model.surfaces.panels.at(PanelID::restore).staysOnTop);
     model->closeRestorePanel();
+    EXPECT_FALSE(model->reportShown());
     model->deleteWorkspace(workspace);
     EXPECT_FALSE(model->hasReport(workspace.id));
     EXPECT_TRUE(model->hasReport(model.named("Other").id));
