@@ -214,7 +214,6 @@ TEST_F(SettingsTest, ACombinationIsRecordedByKeysAlone) {
 TEST_F(SettingsTest, OfTroubleIsToldOnEveryPaneUntilItIsDismissed) {
     ASSERT_TRUE(model.defaults.setData(AppSettings::defaultsKey, "{"));
     start();
-    model.change([](AppSettings& settings) { settings.onboarded = true; });
     model->dismissToast();
     openPane("general");
     const QString told = settings().trouble().value(0);
