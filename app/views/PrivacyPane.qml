@@ -94,6 +94,7 @@ Column {
                     iconName: "globe"
                     prompt: "example.com"
                     Accessible.name: "Website to exclude"
+                    onEdited: refusal.text = ""
                     onAccepted: pane.addDomain()
                 }
                 PushButton {
@@ -102,6 +103,16 @@ Column {
                     text: "Add"
                     onClicked: pane.addDomain()
                 }
+            }
+            UiText {
+                id: refusal
+                x: 16
+                width: parent.width - 32
+                visible: text !== ""
+                role: "caption"
+                color: Theme.danger
+                wrapMode: Text.Wrap
+                Accessible.role: Accessible.AlertMessage
             }
             Flow {
                 x: 16
@@ -131,7 +142,8 @@ Column {
 
     // What was typed stays where there is no website in it.
     function addDomain() {
-        if (Privacy.excludeDomains(domain.text)) domain.clear()
+        refusal.text = Privacy.excludeDomains(domain.text)
+        if (refusal.text === "") domain.clear()
         domain.forceActiveFocus()
     }
 
