@@ -56,7 +56,7 @@ struct Interface::Presenters {
           libraryState(index),
           library(model, libraryState),
           detail(model, ui),
-          review(model),
+          review(model, parts.variant),
           onboarding(model, parts.system.hotKeys),
           closing(model, surfaces.windows_, parts.trayShown, parts.quit),
           settings(model, parts.updates, parts.system.loginItem),

@@ -91,6 +91,16 @@ TEST(AppModel, ACaptureIsReviewedAndSavedUnderAFreeName) {
     EXPECT_EQ(model.shell.policies.back(), ActivationPolicy::regular);
 }
 
+TEST(AppModel, ApplicationsThatCouldNotBeStartedAgainAreNamed) {
+    samples::Scene desk = Model::desk();
+    for (const bool installed : {true, false}) {
+        desk.applications.front().installed = installed;
+        Model model(desk);
+        model->beginCapture();
+        EXPECT_EQ(model->notLaunchable(model.review().snapshot()).size(), installed ? 0U : 1U);
+    }
+}
+
 TEST(AppModel, AnUpdateKeepsWhatTheWorkspaceIs) {
     Model model;
     Workspace before = samples::named(Uuid::random(), "Work");
@@ -117,7 +127,11 @@ TEST(AppModel, AnUpdateKeepsWhatTheWorkspaceIs) {
 TEST(AppModel, AnUpdateKeepsWhatBecameOfTheWorkspaceMeanwhile) {
     const struct {
         const char *typed, *name;
-    } cases[] = {{nullptr, "Elsewhere"}, {"Elsewhere", "Elsewhere"}, {"Mine", "Mine"}, {"work", "work"}};
+    } cases[] = {{nullptr, "Elsewhere"},
+                 {"Elsewhere", "Elsewhere"},
+                 {"Mine", "Mine"},
+                 {"work", "work"},
+                 {"Taken", "Taken 2"}};
     for (const auto& c : cases) {
         Model model;
         model.put({"Work"});
@@ -130,6 +144,7 @@ TEST(AppModel, AnUpdateKeepsWhatBecameOfTheWorkspaceMeanwhile) {
         changed.lastRestoredAt = Instant{7s};
         ASSERT_TRUE(model.store.save(changed));
         model->reload();
+        ASSERT_TRUE(model.store.save(samples::named(Uuid::random(), "Taken")));  // and not read by now
         if (c.typed) draft.setName(c.typed);
         draft.setColor("lime");
         model->commit(draft);
