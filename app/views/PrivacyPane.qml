@@ -68,7 +68,7 @@ Column {
             }
         }
         SettingNote {
-            text: Ui.text("Password managers and system security windows are always excluded. You can also untick individual windows when saving.")
+            text: Ui.text("Password managers and system security windows are always excluded. You can also leave out single windows when saving.")
         }
     }
 
@@ -140,7 +140,7 @@ Column {
         text: Ui.text("Documents and folders that apps report themselves (TextEdit, Preview, Xcode, Ghostty…) are reopened without an integration.")
     }
 
-    // What was typed stays where there is no website in it.
+    // What was typed stays where something in it is no website.
     function addDomain() {
         refusal.text = Privacy.excludeDomains(domain.text)
         if (refusal.text === "") domain.clear()
@@ -179,7 +179,7 @@ Column {
             y: 10
             kind: "danger"
             iconName: "trash-2"
-            text: "Delete all workspace data"
+            text: "Delete all workspace data…"
             onClicked: confirm.open()
         }
     }
