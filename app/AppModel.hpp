@@ -92,6 +92,8 @@ class AppModel final : public QObject {
     std::string shownName(const ApplicationSnapshot& application) const {
         return Restore::shownName(services_.desktop.platform.applications, application);
     }
+    /// Names of those of its applications that a restore could not start, where they do not run by then.
+    std::vector<std::string> notLaunchable(const WorkspaceSnapshot& snapshot) const;
     /// Why other applications' windows cannot be read, where they cannot.
     Capability accessibilityAccess() const { return services_.desktop.platform.accessibility.access(); }
     CaptureDraft* draft() const { return draft_.get(); }  // null when nothing is under review
@@ -160,6 +162,8 @@ class AppModel final : public QObject {
     /// Makes the last run of this workspace restoreRun() again, and opens the panel, which stays until it is
     /// closed. Does nothing while a restore runs.
     void showReport(const Uuid& workspace);
+    /// One that was opened so is open still.
+    bool reportShown() const;
     /// The desktop before the latest restore, also one of quilloctl's, until putBack() has put it back or its
     /// session has ended; null where there is none.
     const UndoRecord* undoRecord() const { return undo_ ? &*undo_ : nullptr; }
@@ -326,7 +330,9 @@ class AppModel final : public QObject {
     }
     void complain(const std::string& what, std::string message);
     void lookAtSettings();
-    Workspace toSave(const CaptureDraft& draft) const;
+    /// With the store's lock, which keeps the name that it chooses free.
+    void renew(Workspace& stored, const CaptureDraft& draft) const;
+    Result<Workspace> save(const CaptureDraft& draft) const;
     void setAutoSnapshotError(std::optional<std::string> message);
     void captureEnded(std::shared_ptr<CaptureDraft> draft);
     void currentSnapshotRead(std::optional<WorkspaceSnapshot> snapshot);
@@ -355,6 +361,7 @@ class AppModel final : public QObject {
     std::shared_ptr<CaptureDraft> draft_;
     std::shared_ptr<RestoreRun> restoreRun_;
     std::map<Uuid, std::shared_ptr<RestoreRun>> lastRuns_;  // of workspaces in the library
+    bool reportReopened_ = false;                           // restoreRun_ is one of these, shown once more
     std::optional<UndoRecord> undo_;
     bool undoStored_ = false;  // in its file; else undo_ is all there is
     std::vector<UndoLaunch> launchedBefore_;
