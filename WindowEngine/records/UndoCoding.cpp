@@ -92,7 +92,8 @@ Result<UndoRecord> decode(std::string_view bytes) {
     if (!workspace) return std::unexpected(std::move(workspace.error()));
     UndoRecord record{.before = *std::move(workspace)};
     UndoReader reader;
-    if (!reader.read(run, {.key = runKey}, record)) return std::unexpected(*std::move(reader.failure));
+    const JsonPlace document{.key = "the document"};
+    if (!reader.read(run, {&document, runKey}, record)) return std::unexpected(*std::move(reader.failure));
     return record;
 }
 

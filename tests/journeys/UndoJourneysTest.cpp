@@ -37,10 +37,13 @@ std::map<WindowNumber, Place> placesOf(simulated::World& world) {
     return places;
 }
 
-bool near(const Rect& a, const Rect& b) {
-    const double off = std::max({std::abs(a.x - b.x), std::abs(a.y - b.y), std::abs(a.width - b.width),
-                                 std::abs(a.height - b.height)});
-    return off <= 2;
+/// A size that no person could give the window is not given back: it keeps to whole cells.
+bool near(const simulated::Window& window, const Rect& b) {
+    const Rect& a = window.state.frame;
+    const Size cell = window.state.cell;
+    return std::max(std::abs(a.x - b.x), std::abs(a.y - b.y)) <= 2 &&
+           std::abs(a.width - b.width) <= std::max(2.0, cell.width) &&
+           std::abs(a.height - b.height) <= std::max(2.0, cell.height);
 }
 
 void expectBack(Journey& journey, const std::map<WindowNumber, Place>& before) {
@@ -56,9 +59,8 @@ void expectBack(Journey& journey, const std::map<WindowNumber, Place>& before) {
         SCOPED_TRACE(place.application + ": " + place.title);
         EXPECT_EQ(window->state.minimized, place.minimized);
         EXPECT_EQ(window->state.fullscreen, place.fullscreen);
-        EXPECT_TRUE(near(window->state.frame, place.frame))
-            << window->state.frame.x << "," << window->state.frame.y << " instead of " << place.frame.x << ","
-            << place.frame.y;
+        EXPECT_TRUE(near(*window, place.frame)) << window->state.frame.x << "," << window->state.frame.y
+                                                << " instead of " << place.frame.x << "," << place.frame.y;
         if (!place.fullscreen && exists(place.space)) {
             EXPECT_EQ(window->space, place.space);
         }
@@ -66,7 +68,7 @@ void expectBack(Journey& journey, const std::map<WindowNumber, Place>& before) {
 }
 
 TEST(UndoJourneys, WhateverLivesIsWhereAndHowItWas) {
-    eachSeed(20, [](std::uint64_t seed) {
+    eachSeed(8, [](std::uint64_t seed) {
         RandomJourney journey(seed);
         journey.save();
         std::mt19937_64 steps(seed);
@@ -89,7 +91,7 @@ TEST(UndoJourneys, WhateverLivesIsWhereAndHowItWas) {
 
 TEST(UndoJourneys, NothingThatAPersonMovedIsMovedByLatePlacing) {
     using namespace std::chrono_literals;
-    eachSeed(20, [](std::uint64_t seed) {
+    eachSeed(8, [](std::uint64_t seed) {
         RandomJourney journey(seed);
         journey.save();
         journey.disturb(false);

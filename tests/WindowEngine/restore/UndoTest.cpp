@@ -40,8 +40,8 @@ TEST(Undo, WindowsGoBackAlsoOverAnEdgeAndInTheirOrder) {
                             sceneApplication("org.b", {sceneWindow("Three", overTheEdge)})}));
     const WorkspaceSnapshot saved = desktop.capture();
     // Since then everything was changed.
-    desktop.world().requestMinimized(desktop.window("org.a", "One").number, true);
-    desktop.world().move(*desktop.world().window("org.a", "Two"), {40, 50, 300, 200});
+    desktop.world().requestMinimized(desktop.window("org.a", "Two").number, true);
+    desktop.world().move(*desktop.world().window("org.a", "One"), {40, 50, 300, 200});
     desktop.world().requestSpace(desktop.window("org.b", "Three").number,
                                  desktop.world().displays().front().desktops[1]);
     const std::string before = desktop.simulated->sceneJson();
