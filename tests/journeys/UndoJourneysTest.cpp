@@ -68,7 +68,7 @@ void expectBack(Journey& journey, const std::map<WindowNumber, Place>& before) {
 }
 
 TEST(UndoJourneys, WhateverLivesIsWhereAndHowItWas) {
-    eachSeed(8, [](std::uint64_t seed) {
+    eachSeed(4, [](std::uint64_t seed) {
         RandomJourney journey(seed);
         journey.save();
         std::mt19937_64 steps(seed);
@@ -91,7 +91,7 @@ TEST(UndoJourneys, WhateverLivesIsWhereAndHowItWas) {
 
 TEST(UndoJourneys, NothingThatAPersonMovedIsMovedByLatePlacing) {
     using namespace std::chrono_literals;
-    eachSeed(8, [](std::uint64_t seed) {
+    eachSeed(4, [](std::uint64_t seed) {
         RandomJourney journey(seed);
         journey.save();
         journey.disturb(false);
