@@ -67,7 +67,7 @@ def application(journey):
     before = captures(journey)
     keys("ctrl+f", "Down", "Menu")
     desktop.settle()
-    keys("Down", "Down", "Return")
+    keys("Down", "Down", "Down", "Return")
     desktop.wait_for(lambda: captures(journey) > before, "capture of the update")
     desktop.settle()
     keys("ctrl+Return")
