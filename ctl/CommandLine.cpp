@@ -286,21 +286,21 @@ std::string complaint(const CLI::App& app, const CLI::ParseError& error) {
     const bool commandIsMissing = !last.get_subcommands([](const CLI::App*) { return true; }).empty();
     const std::vector<std::string> unknown = app.remaining(true);
     const std::string nearest = unknown.empty() ? "" : suggestionFor(unknown.front(), app, last);
-    const std::string about = &last == &app ? "" : pathOf(last).substr(1) + ": ";
+    const std::string place = &last == &app ? "" : pathOf(last).substr(1) + ": ";
     const auto kind = static_cast<CLI::ExitCodes>(error.get_exit_code());  // its name may be a command's
     if (kind == CLI::ExitCodes::ArgumentMismatch) {                        // "--only: 1 required APP missing"
         static const std::regex withoutValue("(-[^:]*): 1 required ([^: ]*).* missing");
         if (std::cmatch found; std::regex_match(error.what(), found, withoutValue))
             return fmt::format("{}: no {} is given", found.str(1), found.str(2));
     }
-    if (commandIsMissing && unknown.empty()) return about + "a command is required";
+    if (commandIsMissing && unknown.empty()) return place + "a command is required";
     if (commandIsMissing)
-        return about + "there is no command or option " + quotedName(unknown.front()) + nearest;
+        return place + "there is no command or option " + quotedName(unknown.front()) + nearest;
     const bool isOption = !unknown.empty() && unknown.front().starts_with('-');
     const bool isIncomplete = kind == CLI::ExitCodes::RequiredError;
-    if (isIncomplete && !isOption) return about + missingArguments(last);
+    if (isIncomplete && !isOption) return place + missingArguments(last);
     if (!isIncomplete && kind != CLI::ExitCodes::ExtrasError) return printable(error.what());
-    return about + (isOption ? "there is no option " : "too many arguments, beginning with ") +
+    return place + (isOption ? "there is no option " : "too many arguments, beginning with ") +
            quotedName(unknown.front()) + nearest;
 }
 
