@@ -35,8 +35,8 @@ AppModel::AppModel(const AppServices& services, QObject* parent)
     reloadUndo();
     lookAtSettings();
     settings_ = AppSettings::load(services_.defaults);
-    // Whoever has workspaces needs no introduction, wherever the settings have gone.
-    settings_.onboarded = settings_.onboarded || !workspaces_.empty();
+    // Whose settings were set aside has met the program before. Workspaces alone do not say so: quilloctl saves some too.
+    settings_.onboarded = settings_.onboarded || rescue_.trouble();
     loginItem_.configureDefault();
     hotKeys_.onAction = [this](HotKeyAction action) {
         if (action == HotKeyAction::save) {

@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <iostream>
-#include <regex>
 #include <span>
 
 #include "ctl/HumanText.hpp"
@@ -297,21 +296,24 @@ std::string complaint(const CLI::App& app, const CLI::ParseError& error) {
     const bool commandIsMissing = !last.get_subcommands([](const CLI::App*) { return true; }).empty();
     const std::vector<std::string> unknown = app.remaining(true);
     const std::string nearest = unknown.empty() ? "" : suggestionFor(unknown.front(), app, last);
-    const std::string about = &last == &app ? "" : pathOf(last).substr(1) + ": ";
+    const std::string place = &last == &app ? "" : pathOf(last).substr(1) + ": ";
     const auto kind = static_cast<CLI::ExitCodes>(error.get_exit_code());  // its name may be a command's
-    if (kind == CLI::ExitCodes::ArgumentMismatch) {                        // "--only: 1 required APP missing"
-        static const std::regex withoutValue("(-[^:]*): 1 required ([^: ]*).* missing");
-        if (std::cmatch found; std::regex_match(error.what(), found, withoutValue))
-            return fmt::format("{}: no {} is given", found.str(1), found.str(2));
+    // "--only: 1 required APP missing", of an option at the end of the line.
+    const std::string_view told = error.what(), missing = ": 1 required ";
+    if (const std::size_t at = told.find(missing);
+        kind == CLI::ExitCodes::ArgumentMismatch && at != told.npos) {
+        const std::string_view value = told.substr(at + missing.size());
+        return fmt::format("{}: no {} is given", told.substr(0, at),
+                           value.substr(0, value.find_first_of(": ")));
     }
-    if (commandIsMissing && unknown.empty()) return about + "a command is required";
+    if (commandIsMissing && unknown.empty()) return place + "a command is required";
     if (commandIsMissing)
-        return about + "there is no command or option " + quotedName(unknown.front()) + nearest;
+        return place + "there is no command or option " + quotedName(unknown.front()) + nearest;
     const bool isOption = !unknown.empty() && unknown.front().starts_with('-');
     const bool isIncomplete = kind == CLI::ExitCodes::RequiredError;
-    if (isIncomplete && !isOption) return about + missingArguments(last);
+    if (isIncomplete && !isOption) return place + missingArguments(last);
     if (!isIncomplete && kind != CLI::ExitCodes::ExtrasError) return printable(error.what());
-    return about + (isOption ? "there is no option " : "too many arguments, beginning with ") +
+    return place + (isOption ? "there is no option " : "too many arguments, beginning with ") +
            quotedName(unknown.front()) + nearest;
 }
 

@@ -63,7 +63,7 @@ std::string words(const RestoreReport::Item& item) {
 std::string summary(const RestoreReport& report) {
     RestoreReport others = report;
     const auto inPlace = std::erase_if(others.items, saysInPlace);
-    const std::string totals = restoreSummary(others, true);
+    std::string totals = restoreSummary(others, true);
     if (inPlace == 0) return totals;
     const std::string_view none = "0 restored";  // which the totals begin with even so
     const bool allInPlace = others.totals().restored == 0;

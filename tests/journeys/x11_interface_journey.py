@@ -67,18 +67,18 @@ def application(journey):
     before = captures(journey)
     keys("ctrl+f", "Down", "Menu")
     desktop.settle()
-    keys("Down", "Down", "Return")
+    keys("Down", "Down", "Down", "Return")
     desktop.wait_for(lambda: captures(journey) > before, "capture of the update")
     desktop.settle()
     keys("ctrl+Return")
     desktop.wait_for(lambda: applications(saved(journey)["Morning"]) == ["org.xfce.mousepad"], "update")
     assert saved(journey)["Morning"]["id"] == first["id"]
 
-    # Without a tray the person is asked, and Return keeps the program running; another start brings it back.
+    # Without a tray the person is asked, and may keep the program running; another start brings it back.
     desktop.run("wmctrl", "-c", "Quillo")
     desktop.settle()
     assert desktop.window("Quillo"), "it went without a word"
-    keys("Return")
+    keys("Right", "Return")
     desktop.wait_for(lambda: not desktop.window("Quillo"), "end of the window")
     desktop.run(quillo)
     desktop.wait_for(lambda: desktop.window("Quillo"), "main window again")

@@ -46,7 +46,7 @@ def in_the_tray(journey):
     desktop.wait_for(lambda: desktop.window("Quillo"), "main window")
     desktop.run("wmctrl", "-c", "Quillo")
     desktop.settle()
-    hand.keys("Return")  # whether it keeps running
+    hand.keys("Right", "Return")  # past Cancel: it keeps running
     desktop.wait_for(lambda: not desktop.window("Quillo"), "end of the window")
     for again in (False, True):
         tray = desktop._spawn(["trayer", "--edge", "top", "--widthtype", "request", "--height", "24"])
