@@ -30,6 +30,7 @@ AppModel::AppModel(const AppServices& services, QObject* parent)
       hotKeys_(services.hotKeys, services.desktop.platform.executor, services.desktop.platform.log),
       libraryWatch_(executor(), services.files, store_.directory(), [this] { reload(); }),
       historyWatch_(executor(), services.files, services.data / "sessions", [this] { reloadSessions(); }) {
+    connect(this, &AppModel::workspacesChanged, this, &AppModel::followPreviewed);
     reload();
     lookAtSettings();
     settings_ = AppSettings::load(services_.defaults);

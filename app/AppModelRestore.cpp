@@ -17,30 +17,31 @@ constexpr Duration readingTime = 2s;  // until it is looked at again whether a p
 
 }  // namespace
 
-void AppModel::restore(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate) {
+void AppModel::restore(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate,
+                       const RunSelection& selection) {
     if (snapshotting()) {
-        return afterSnapshot_.push_back([this, workspace, cleanSlate] { restore(workspace, cleanSlate); });
+        return afterSnapshot_.push_back(
+            [this, workspace, cleanSlate, selection] { restore(workspace, cleanSlate, selection); });
     }
     if (restoreRunning() && restoreRun_->workspace().id == workspace.id) return;  // by a double click
     if (refusesAnother()) return;
-    if (const auto reason = known_.reasonToAsk(workspace)) return ask(*reason, workspace, cleanSlate);
-    begin(workspace, cleanSlate, false);
+    Asked asked{workspace, cleanSlate, selection};
+    if (const auto reason = known_.reasonToAsk(workspace)) return ask(*reason, std::move(asked));
+    begin(asked, false);
 }
 
 void AppModel::restoreLastSession() {
     if (!sessions_.empty()) restore(Workspace(sessions_.front()), sessions_.front().cleanSlate);
 }
 
-void AppModel::ask(ReasonToAsk reason, const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate) {
-    Asked asked{workspace, cleanSlate};
+void AppModel::ask(ReasonToAsk reason, Asked asked) {
     if (asked_ == asked) {  // a double click asks twice
         if (question_) openMain();
         return;
     }
     asked_ = std::move(asked);
     question_.reset();
-    const CleanSlateMode mode = cleanSlate.value_or(CleanSlateMode::keep);
-    questionTask_.start(executor(), prepareQuestion(reason, asked_->workspace, mode), [this] {
+    questionTask_.start(executor(), prepareQuestion(reason, *asked_), [this] {
         if (!question_) dropQuestion();
     });
     Q_EMIT questionChanged();
@@ -48,9 +49,12 @@ void AppModel::ask(ReasonToAsk reason, const Workspace& workspace, std::optional
 }
 
 /// What would be done is looked up while the desktop stays as it is.
-Task<> AppModel::prepareQuestion(ReasonToAsk reason, Workspace workspace, CleanSlateMode cleanSlate) {
+Task<> AppModel::prepareQuestion(ReasonToAsk reason, Asked asked) {
+    const CleanSlateMode cleanSlate = asked.cleanSlate.value_or(CleanSlateMode::keep);
+    Workspace& workspace = asked.workspace;
     Restore::Options options{.cleanSlate = cleanSlate, .enabledAdapters = settings_.enabledAdapters};
     known_.permit(workspace, true, options);
+    asked.selection.apply(workspace.snapshot, options);
     const RestorePreview preview = co_await Restore::preview(services_.desktop, workspace.snapshot, options);
     co_await checkpoint();
     question_ = ResumeQuestion{.reason = reason,
@@ -79,31 +83,36 @@ void AppModel::answerQuestion(bool resume) {
     if (!question_) return;
     if (!resume || capturing() || snapshotting() || draft_ || restoreRunning()) return dropQuestion();
     const Asked asked = *asked_;
-    // Less done to other applications than the workspace says is not agreed to for the next time.
+    // Less than the workspace says, of it or to other applications, is not agreed to for the next time.
     const CleanSlateMode says = asked.workspace.cleanSlate.value_or(CleanSlateMode::keep);
-    const bool forGood = says == CleanSlateMode::keep || says == asked.cleanSlate;
+    const bool forGood =
+        asked.selection.empty() && (says == CleanSlateMode::keep || says == asked.cleanSlate);
     const Result<void> noted = forGood ? known_.agreed(asked.workspace) : Result<void>{};
-    begin(asked.workspace, asked.cleanSlate, true);
+    begin(asked, true);
     noteProvenance(noted);
 }
 
-void AppModel::begin(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate, bool agreedNow) {
+void AppModel::begin(const Asked& asked, bool agreedNow) {
     Restore::Options options{
-        .cleanSlate = cleanSlate, .enabledAdapters = settings_.enabledAdapters, .bringsForward = true};
-    known_.permit(workspace, agreedNow, options);
-    Workspace shown = workspace;  // as the restore goes about it, so that each line finds its window
+        .cleanSlate = asked.cleanSlate, .enabledAdapters = settings_.enabledAdapters, .bringsForward = true};
+    known_.permit(asked.workspace, agreedNow, options);
+    Workspace part = asked.workspace;
+    asked.selection.apply(part.snapshot, options);
+    Workspace shown = part;  // as the restore goes about it, so that each line finds its window
     shown.snapshot = Restore::scopeOf(shown.snapshot, options.limited).snapshot;
-    const RestoreRun::Start start = startOf(shown.snapshot);
+    RestoreRun::Start start = startOf(shown.snapshot);
+    start.part = !asked.selection.excluded.empty();
     const auto run = std::make_shared<RestoreRun>(std::move(shown), start);
     dispose(std::exchange(restoreRun_, run));
     const bool wasAsked = forgetQuestion();
     panelTimer_.cancel();
-    run->begin(executor(), runRestore(run.get(), workspace, options), [this, started = run.get()] {
+    run->begin(executor(), runRestore(run.get(), std::move(part), options), [this, started = run.get()] {
         if (!started->report()) restoreEnded(*started, {.items = started->items(), .cancelled = true});
     });
     if (wasAsked) Q_EMIT questionChanged();
     Q_EMIT restoreChanged();
     Q_EMIT busyChanged();
+    closePreview();
     services_.surfaces.showPanel(PanelID::restore, panelPlace);
 }
 
@@ -151,7 +160,7 @@ void AppModel::restoreEnded(RestoreRun& run, RestoreReport report) {
     if (inLibrary && restoreRun_.get() == &run) lastRuns_[workspace] = restoreRun_;
     run.finish(std::move(report));
     if (!cancelled) {
-        if (!store_.updateLastRestored(run.workspace().id, wallNow())) {
+        if (!run.ofPart() && !store_.updateLastRestored(run.workspace().id, wallNow())) {
             show("Restored, but couldn't update last-used time", ToastKind::refusal);
         }
         reload();

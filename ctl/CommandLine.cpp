@@ -102,10 +102,17 @@ void addCleanSlate(CLI::App* command, Arguments& arguments) {
         ->check(CLI::IsMember({"keep", "hide", "quit"}));
 }
 
-void addOnly(CLI::App* command, Arguments& arguments) {
+void addChoice(CLI::App* command, Arguments& arguments) {
     command
-        ->add_option("--only", arguments.only,
-                     "only this application, by name or identifier; may be repeated")
+        ->add_option(
+            "--only", arguments.only,
+            "only this application, by name or identifier, or one window of it by title (APP/TITLE) or "
+            "number (APP/#2); may be repeated")
+        ->type_name("APP")
+        ->allow_extra_args(false);
+    command
+        ->add_option("--except", arguments.except,
+                     "all but this application or window, which is left alone; may be repeated")
         ->type_name("APP")
         ->allow_extra_args(false);
 }
@@ -130,17 +137,17 @@ void addDesktopCommands(CommandSet& commands) {
         "plan", "what a restore would do, window by window, and why; changes nothing", planRestore);
     plan->add_flag("--exit-code", arguments.exitCode,
                    "end with status 5 where a restore would have something to do");
-    addOnly(plan, arguments);
+    addChoice(plan, arguments);
     addAdapters(plan, arguments);
     addCleanSlate(plan, arguments);
     CLI::App* diff = commands.addForWorkspace(
         "diff", "how the desktop differs now; ends with status 0 where it does not, 1 where it does",
         diffWorkspace);
-    addOnly(diff, arguments);
+    addChoice(diff, arguments);
     addAdapters(diff, arguments);
     CLI::App* restore = commands.addForWorkspace(
         "restore", "bring a workspace back; one line for each thing done", restoreWorkspace);
-    addOnly(restore, arguments);
+    addChoice(restore, arguments);
     addAdapters(restore, arguments);
     addCleanSlate(restore, arguments);
     CLI::Option* wait = restore->add_flag(

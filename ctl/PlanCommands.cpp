@@ -30,20 +30,23 @@ CommandResult planRestore(CommandContext& context, const Arguments& arguments) {
     if (!found) return std::unexpected(found.error());
     const Workspace whole = found->workspace;
     Workspace& workspace = found->workspace;
-    if (const Result<void, Failure> kept = keepOnly(workspace, arguments.only); !kept)
-        return std::unexpected(kept.error());
+    Result<RestoreChoice, Failure> choice = choose(workspace, arguments);
+    if (!choice) return std::unexpected(choice.error());
     const Result<std::unique_ptr<DesktopConnection>, Failure> desktop = openTrustedDesktop(context);
     if (!desktop) return std::unexpected(desktop.error());
-    Restore::Options options = restoreOptions(context, workspace, arguments);
-    context.known.permit(whole, true, options);
     DesktopAccess& access = (*desktop)->access();
-    const std::optional<RestorePreview> plan =
-        run(**desktop, Restore::preview(access, workspace.snapshot, options));
-    if (!plan) return failure("cancelled", Exit::cancelled);
     Applications& applications = access.platform.applications;
+    Result<Restore::Options, Failure> options =
+        chosenPart(context, applications, workspace, *std::move(choice), arguments);
+    if (!options) return std::unexpected(options.error());
+    context.known.permit(whole, true, *options);
+    const std::optional<RestorePreview> plan =
+        run(**desktop, Restore::preview(access, workspace.snapshot, *options));
+    if (!plan) return failure("cancelled", Exit::cancelled);
     printProvenance(context, whole);
     const std::int64_t others = printCleanSlate(context.output, applications, workspace,
-                                                options.cleanSlate.value_or(CleanSlateMode::keep));
+                                                options->cleanSlate.value_or(CleanSlateMode::keep),
+                                                options->spared);
     for (const RestoreReport::Item& item : plan->scope->leftOut) printLeftOut(context.output, item);
     printPlan(context.output, *plan, applications.notInstalled());
     const PlanTotals totals = Restore::totalsOf(*plan);

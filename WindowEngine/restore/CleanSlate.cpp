@@ -86,12 +86,13 @@ bool CleanSlatePolicy::shouldAffect(std::string_view bundleIdentifier, bool isRe
 }
 
 std::vector<RunningApplication> Restore::cleanSlateTargets(Applications& applications,
-                                                           const Workspace& workspace) {
+                                                           const Workspace& workspace,
+                                                           const std::set<std::string>& spared) {
     const std::set<std::string> saved = identifiersOf(workspace);
     const std::vector<std::string> own = applications.ownIdentifiers();
     std::vector<RunningApplication> targets = applications.running();
     std::erase_if(targets, [&](const RunningApplication& application) {
-        if (!application.bundleIdentifier) return true;
+        if (!application.bundleIdentifier || spared.contains(*application.bundleIdentifier)) return true;
         const bool regular = application.activationPolicy == ActivationPolicy::regular;
         return !CleanSlatePolicy::shouldAffect(*application.bundleIdentifier, regular, saved, std::nullopt) ||
                std::ranges::find(own, *application.bundleIdentifier) != own.end();
@@ -100,10 +101,11 @@ std::vector<RunningApplication> Restore::cleanSlateTargets(Applications& applica
 }
 
 Task<void> Restore::cleanSlate(DesktopAccess& desktop, const Workspace& workspace, CleanSlateMode mode,
-                               const ItemSink& sink) {
+                               const std::set<std::string>& spared, const ItemSink& sink) {
     if (mode == CleanSlateMode::keep) co_return;
     co_await checkpoint();
-    std::vector<RunningApplication> targets = cleanSlateTargets(desktop.platform.applications, workspace);
+    std::vector<RunningApplication> targets =
+        cleanSlateTargets(desktop.platform.applications, workspace, spared);
     if (mode == CleanSlateMode::hide) {
         hideAll(desktop, targets, sink);
     } else {

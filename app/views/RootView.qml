@@ -11,7 +11,7 @@ Rectangle {
 
     function fileOf(page) {
         return { onboarding: "OnboardingView.qml", review: "ReviewView.qml", settings: "SettingsView.qml",
-                 detail: "DetailView.qml", library: "LibraryView.qml" }[page]
+                 preview: "PreviewView.qml", detail: "DetailView.qml", library: "LibraryView.qml" }[page]
     }
 
     Shortcut { sequence: "Ctrl+,"; enabled: Ui.page !== "onboarding"; onActivated: Ui.openSettings() }
@@ -26,7 +26,7 @@ Rectangle {
     // What else comes within a page.
     readonly property string content: [Ui.detailId, Onboarding.step, Review.present].join()
     onContentChanged: Presses.pageCame()
-    Keys.onEscapePressed: if (Ui.page === "detail" || Ui.page === "settings") Ui.back()
+    Keys.onEscapePressed: if (["detail", "settings", "preview"].includes(Ui.page)) Ui.back()
 
     Loader {
         id: page

@@ -83,7 +83,7 @@ _quilloctl() {
                 globals+=("$word" "$unquoted")
                 ((index++)) ;;
             --data-dir=*) globals+=("$word") ;;
-            --desktop | --only | --update | --adapter | --clean-slate | --wait-limit) ((index++)) ;;
+            --desktop | --only | --except | --update | --adapter | --clean-slate | --wait-limit) ((index++)) ;;
             -*) ;;
             *) if [[ -z $command ]]; then command=$word; else arguments+=("$word"); fi ;;
         esac
@@ -107,7 +107,7 @@ _quilloctl() {
             return ;;
         --data-dir) _quilloctl_offer_files "" -d; return ;;
         --update) _quilloctl_offer_names workspaces; return ;;
-        --only) _quilloctl_offer_names applications "${arguments[0]}"; return ;;
+        --only | --except) _quilloctl_offer_names applications "${arguments[0]}"; return ;;
         --adapter) _quilloctl_offer_words finder chromium safari firefox; return ;;
         --clean-slate) _quilloctl_offer_words keep hide quit; return ;;
         --wait-limit) return ;;
@@ -117,9 +117,9 @@ _quilloctl() {
         save) options="--update --adapter $options" ;;
         list) options="--long $options" ;;
         history) options="--long --adapter $options" ;;
-        plan) options="--exit-code --only --adapter --clean-slate $options" ;;
-        diff) options="--only --adapter $options" ;;
-        restore) options="--only --adapter --clean-slate --wait --wait-limit --yes -y $options" ;;
+        plan) options="--exit-code --only --except --adapter --clean-slate $options" ;;
+        diff) options="--only --except --adapter $options" ;;
+        restore) options="--only --except --adapter --clean-slate --wait --wait-limit --yes -y $options" ;;
         export) options="--force $options" ;;
     esac
     if [[ $typed == -* ]]; then

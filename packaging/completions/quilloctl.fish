@@ -9,7 +9,7 @@ function __quilloctl_arguments
             continue
         end
         switch $word
-            case --desktop --data-dir --only --update --adapter --clean-slate --wait-limit
+            case --desktop --data-dir --only --except --update --adapter --clean-slate --wait-limit
                 set skip yes
             case '-*'
             case '*'
