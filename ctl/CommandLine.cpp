@@ -133,8 +133,10 @@ void addDesktopCommands(CommandSet& commands) {
         ->type_name("W")
         ->excludes(name);
     addAdapters(save, arguments);
-    CLI::App* plan = commands.addForWorkspace(
+    CLI::App* plan = commands.add(
         "plan", "what a restore would do, window by window, and why; changes nothing", planRestore);
+    plan->add_option("W", arguments.workspace,
+                     "the workspace, by name or identifier; that of the report where --desktop names one");
     plan->add_flag("--exit-code", arguments.exitCode,
                    "end with status 5 where a restore would have something to do");
     addChoice(plan, arguments);
@@ -158,6 +160,20 @@ void addDesktopCommands(CommandSet& commands) {
         ->needs(wait);
     restore->add_flag("-y,--yes", arguments.yes,
                       "restore also what was not saved on this computer, without asking");
+}
+
+void addReport(CommandSet& commands) {
+    Arguments& arguments = commands.arguments();
+    CLI::App* report = commands.add(
+        "report", "write a file that shows a problem, without anybody's titles, paths or addresses",
+        reportProblem);
+    report->add_option("W", arguments.workspace,
+                       "the workspace whose restore it is about; the desktop as it is unless given");
+    report->add_option("FILE", arguments.file,
+                       "the file to write, or - for standard output; quillo-report.json unless given");
+    report->add_flag("--force", arguments.force, "replace an existing file");
+    addAdapters(report, arguments);
+    addCleanSlate(report, arguments);
 }
 
 void addLong(CLI::App* command, Arguments& arguments) {
@@ -302,6 +318,8 @@ std::expected<Invocation, Exit> parseCommandLine(int argumentCount, const char* 
     CommandSet commands(app, invocation);
     addDesktopCommands(commands);
     addLibraryCommands(commands);
+    commands.group = "Problems";
+    addReport(commands);
     commands.group = "";  // unseen
     commands.add("complete", "names for a shell's completion", completeNames)
         ->add_option("KIND", commands.arguments().words, "workspaces, sessions, launchers or applications W");

@@ -4,6 +4,7 @@
 #include "ctl/HumanText.hpp"
 #include "ctl/PlanText.hpp"
 #include "ctl/ReopeningPlanText.hpp"
+#include "ctl/ReportFile.hpp"
 #include "ctl/RestoreChoice.hpp"
 
 namespace quillo::ctl {
@@ -25,7 +26,18 @@ void printProvenance(CommandContext& context, const Workspace& workspace) {
 
 }  // namespace
 
+std::int64_t printWholePlan(Output& output, Applications& applications, const Workspace& workspace,
+                            const RestorePreview& plan, const Restore::Options& options) {
+    const std::int64_t others = printCleanSlate(
+        output, applications, workspace, options.cleanSlate.value_or(CleanSlateMode::keep), options.spared);
+    for (const RestoreReport::Item& item : plan.scope->leftOut) printLeftOut(output, item);
+    printPlan(output, plan, applications.notInstalled());
+    printPlanTotals(output, workspace.name, Restore::totalsOf(plan), others);
+    return others;
+}
+
 CommandResult planRestore(CommandContext& context, const Arguments& arguments) {
+    if (arguments.workspace.empty()) return replayPlan(context, arguments);
     Result<Found, Failure> found = findWithHistory(context, arguments.workspace);
     if (!found) return std::unexpected(found.error());
     const Workspace whole = found->workspace;
@@ -44,14 +56,8 @@ CommandResult planRestore(CommandContext& context, const Arguments& arguments) {
         run(**desktop, Restore::preview(access, workspace.snapshot, *options));
     if (!plan) return failure("cancelled", Exit::cancelled);
     printProvenance(context, whole);
-    const std::int64_t others = printCleanSlate(context.output, applications, workspace,
-                                                options->cleanSlate.value_or(CleanSlateMode::keep),
-                                                options->spared);
-    for (const RestoreReport::Item& item : plan->scope->leftOut) printLeftOut(context.output, item);
-    printPlan(context.output, *plan, applications.notInstalled());
-    const PlanTotals totals = Restore::totalsOf(*plan);
-    printPlanTotals(context.output, workspace.name, totals, others);
-    const bool differs = others > 0 || !totals.nothingToDo();
+    const std::int64_t others = printWholePlan(context.output, applications, workspace, *plan, *options);
+    const bool differs = others > 0 || !Restore::totalsOf(*plan).nothingToDo();
     return arguments.exitCode && differs ? Exit::differs : Exit::done;
 }
 

@@ -50,7 +50,7 @@ _quilloctl_offer_files() {
 }
 
 _quilloctl() {
-    local commands="doctor windows displays save plan diff restore list show rename duplicate delete history launcher export import validate help"
+    local commands="doctor windows displays save plan diff restore list show rename duplicate delete history launcher export import validate report help"
     local options="--desktop --data-dir --json --quiet -q --keep-scene --help -h --version"
     local words=() globals=() arguments=() word previous="" command="" joined="" index
     local quote="" trimmed="" typed unquoted
@@ -121,6 +121,7 @@ _quilloctl() {
         diff) options="--only --except --adapter $options" ;;
         restore) options="--only --except --adapter --clean-slate --wait --wait-limit --yes -y $options" ;;
         export) options="--force $options" ;;
+        report) options="--force --adapter --clean-slate $options" ;;
     esac
     if [[ $typed == -* ]]; then
         # shellcheck disable=SC2086
@@ -130,7 +131,7 @@ _quilloctl() {
         _quilloctl_offer_words $commands
     else
         case $command:${#arguments[@]} in
-            plan:0 | diff:0 | restore:0 | show:0) _quilloctl_offer_names sessions ;;
+            plan:0 | diff:0 | restore:0 | show:0 | report:0) _quilloctl_offer_names sessions ;;
             rename:0 | duplicate:0 | delete:*) _quilloctl_offer_names workspaces ;;
             history:0) _quilloctl_offer_words list save clear ;;
             launcher:0) _quilloctl_offer_words add list remove ;;
@@ -139,7 +140,7 @@ _quilloctl() {
             help:0)
                 # shellcheck disable=SC2086
                 _quilloctl_offer_words $commands ;;
-            import:0 | validate:0) _quilloctl_offer_files "" ;;
+            import:0 | validate:0 | report:1) _quilloctl_offer_files "" ;;
             export:0) _quilloctl_offer_names sessions ;;
             export:*)
                 _quilloctl_offer_names sessions

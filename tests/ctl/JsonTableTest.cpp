@@ -106,6 +106,7 @@ TEST_F(JsonTableTest, EveryLineIsOfADocumentedKindAndEveryKindIsPrinted) {
         {"plan", after, {"Work", "--clean-slate", "hide", "--adapter", "chromium"}},
         {"plan", after, {"Work 2"}},
         {"diff", after, {"Work"}},
+        {"report", after, {"Work", home_ / "report.json"}},
         {"restore", after, {"Work", "--clean-slate", "hide", "--adapter", "chromium"}},
         {"duplicate", before, {"Work"}},
         {"rename", before, {"Work", "Play"}},
