@@ -76,7 +76,8 @@ Task<> AppModel::planPreview() {
         co_await checkpoint();
         std::vector<RunningApplication> others;
         if (preview->cleanSlate() != CleanSlateMode::keep)
-            others = Restore::cleanSlateTargets(platform.applications, preview->workspace(), {});
+            others = Restore::cleanSlateTargets(platform.applications,
+                                                Restore::identifiersOf(preview->workspace()));
         preview->setPlan(std::move(plan), others, platform.applications.notInstalled());
         Duration took{};
         for (bool same = true; same;) {

@@ -110,11 +110,11 @@ void compareApplication(Differences& differences, const RestorePreview& preview,
 }
 
 /// Windows of applications that the workspace does not hold, but for those that are never saved.
-void compareOthers(Differences& differences, DesktopAccess& desktop, const Workspace& workspace,
-                   const std::set<std::string>& spared, const Capture::Options& options) {
+void compareOthers(Differences& differences, DesktopAccess& desktop, const std::set<std::string>& held,
+                   const Capture::Options& options) {
     Applications& applications = desktop.platform.applications;
     const auto neverSaved = Capture::neverSaved(applications, options);
-    for (const RunningApplication& other : Restore::cleanSlateTargets(applications, workspace, spared)) {
+    for (const RunningApplication& other : Restore::cleanSlateTargets(applications, held)) {
         if (neverSaved(*other.bundleIdentifier)) continue;
         for (const LiveWindow& window : Accessibility::windows(desktop, other.pid, true))
             differences.extra(other.localizedName.value_or(*other.bundleIdentifier), *other.bundleIdentifier,
@@ -143,8 +143,7 @@ CommandResult compare(CommandContext& context, const Arguments& arguments) {
     for (const PlannedApplication& application : preview->applications)
         compareApplication(differences, *preview, application);
     if (arguments.only.empty())
-        compareOthers(differences, access, whole, options->spared,
-                      settingsFor(context, arguments).captureOptions());
+        compareOthers(differences, access, options->kept, settingsFor(context, arguments).captureOptions());
     return differences.any() ? differs : same;
 }
 

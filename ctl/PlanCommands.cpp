@@ -20,7 +20,7 @@ void printProvenance(CommandContext& context, const Workspace& workspace) {
         return;
     }
     context.output.line(context.output.painted(
-        Style::warning, printable(workspace.name) + " was not saved on this computer; " +
+        Style::warning, quotedName(workspace.name) + " was not saved on this computer; " +
                             (agreed ? "you agreed to restore it" : "restore asks first")));
 }
 
@@ -28,8 +28,10 @@ void printProvenance(CommandContext& context, const Workspace& workspace) {
 
 std::int64_t printWholePlan(Output& output, Applications& applications, const Workspace& workspace,
                             const RestorePreview& plan, const Restore::Options& options) {
-    const std::int64_t others = printCleanSlate(
-        output, applications, workspace, options.cleanSlate.value_or(CleanSlateMode::keep), options.spared);
+    std::set<std::string> held = Restore::identifiersOf(workspace);
+    held.insert(options.kept.begin(), options.kept.end());
+    const std::int64_t others =
+        printCleanSlate(output, applications, held, options.cleanSlate.value_or(CleanSlateMode::keep));
     for (const RestoreReport::Item& item : plan.scope->leftOut) printLeftOut(output, item);
     printPlan(output, plan, applications.notInstalled());
     printPlanTotals(output, workspace.name, Restore::totalsOf(plan), others);

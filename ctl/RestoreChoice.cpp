@@ -152,7 +152,8 @@ Result<Restore::Options, Failure> chosenPart(CommandContext& context, Applicatio
                                              const Arguments& arguments) {
     for (const std::string& which : choice.others) {
         bool found = false;
-        for (const RunningApplication& target : Restore::cleanSlateTargets(applications, workspace, {})) {
+        for (const RunningApplication& target :
+             Restore::cleanSlateTargets(applications, Restore::identifiersOf(workspace))) {
             if (!isNamed(target.localizedName.value_or(""), *target.bundleIdentifier, which)) continue;
             choice.selection.spared.insert(*target.bundleIdentifier);
             found = true;

@@ -9,7 +9,9 @@
 namespace quillo {
 
 void RunSelection::apply(WorkspaceSnapshot& snapshot, Restore::Options& options) const {
-    options.spared = spared;
+    options.kept = spared;
+    for (const ApplicationSnapshot& application : snapshot.applications)
+        options.kept.insert(application.bundleIdentifier);
     if (excluded.empty()) return;
     options.passedOver = {.windows = {}, .displays = snapshot.displays};
     std::set<std::string> emptied = excluded.apps;
@@ -21,10 +23,7 @@ void RunSelection::apply(WorkspaceSnapshot& snapshot, Restore::Options& options)
             if (excluded.windows.contains(CaptureFilter::windowKey(identifier, window.index)))
                 left.push_back(window);
         if (left.empty()) continue;
-        if (left.size() == application.windows.size()) {
-            emptied.insert(identifier);
-            options.spared.insert(identifier);
-        }
+        if (left.size() == application.windows.size()) emptied.insert(identifier);
         std::ranges::move(left, std::back_inserter(options.passedOver.windows[identifier]));
     }
     snapshot = CaptureFilter::apply(std::move(snapshot), emptied, excluded.windows, excluded.contextURLs);

@@ -19,8 +19,10 @@ struct Options {
     bool limited = true;  // RestoreScope's limits hold; a person may lift them for what they saved themself
     bool bringsForward = false;  // at its end, what came back is put in front of other windows (BringForward)
     bool followsLinks = true;  // a document that a symbolic link leads to is opened; not of a stranger's file
-    std::set<std::string> spared = {};  // identifiers of applications that a clean slate leaves alone
-    PassedOver passedOver = {};         // windows that are not among the workspace's, for this run
+    /// Applications that a clean slate leaves alone besides the workspace's own: where only a part of a
+    /// workspace is brought back, those of all of it.
+    std::set<std::string> kept = {};
+    PassedOver passedOver = {};  // windows that are not among the workspace's, for this run
 };
 
 /// Called on the executor's thread for each item as it is made, in report order.

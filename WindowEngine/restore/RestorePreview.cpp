@@ -91,15 +91,15 @@ RestorePreview windowsOf(DesktopAccess& desktop, std::shared_ptr<const Restore::
     const WorkspaceSnapshot& snapshot = scope->snapshot;
     const std::vector<DisplaySnapshot> displays = Displays::current(desktop.platform.screens);
     RestorePreview plan{
-        std::move(scope), planDesktops(desktop, snapshot, displays), {}, displays, options.spared};
+        std::move(scope), planDesktops(desktop, snapshot, displays), {}, displays, options.kept};
     for (const ApplicationSnapshot& saved : snapshot.applications) {
         plan.applications.push_back(presenceOf(desktop.platform.applications, saved));
     }
     readLive(desktop, plan.applications, options.passedOver);
     for (PlannedApplication& application : plan.applications) {
-        application.windows =
-            planWindows(application.saved->windows, Restore::infosOf(application.live), snapshot.displays,
-                        displays, plan.desktops.targets, application.liveSpaces);
+        application.windows = planWindows(application.saved->windows, Restore::infosOf(application.live),
+                                          snapshot.displays, displays, plan.desktops.targets,
+                                          application.liveSpaces, desktop.platform.windowServer.noWindows());
         leaveUnplaceable(desktop.platform.accessibility, application);
         if (application.live.empty() && application.presence != Presence::missing) {
             placeUnopened(application, snapshot.displays, displays, plan.desktops.targets);
@@ -184,7 +184,7 @@ std::string location(const Url& url) {
 std::string launching(Applications& applications, const PlannedApplication& application) {
     const ApplicationSnapshot& saved = *application.saved;
     std::vector<std::string> remarks;
-    if (application.presence == Presence::running) remarks.emplace_back("runs now");
+    if (application.presence == Presence::running) remarks.emplace_back("not now, it runs");
     if (application.presence == Presence::missing) remarks.emplace_back("not installed now");
     if (saved.windows.size() > 1 && applications.openingWindows(saved.bundleIdentifier))
         remarks.push_back(fmt::format("up to {} windows", saved.windows.size()));
@@ -297,7 +297,9 @@ Consequences Restore::consequences(Applications& applications, const RestorePrev
     Consequences all;
     all.others = mode;
     if (mode != CleanSlateMode::keep) {
-        for (const RunningApplication& target : cleanSlateTargets(applications, workspace, preview.spared)) {
+        std::set<std::string> held = identifiersOf(workspace);
+        held.insert(preview.kept.begin(), preview.kept.end());
+        for (const RunningApplication& target : cleanSlateTargets(applications, held)) {
             auto& names = mode == CleanSlateMode::hide ? all.hidden : all.quit;
             names.push_back(target.localizedName.value_or(*target.bundleIdentifier));
         }

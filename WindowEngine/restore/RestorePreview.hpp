@@ -52,7 +52,7 @@ struct RestorePreview {
     DesktopPlan desktops;
     std::vector<PlannedApplication> applications;
     std::vector<DisplaySnapshot> displays = {};  // attached now
-    std::set<std::string> spared = {};           // what a clean slate would leave alone
+    std::set<std::string> kept = {};             // Options::kept of it
 };
 
 /// What a restore would come to, counted as its report counts.
@@ -97,7 +97,8 @@ PlanTotals totalsOf(const RestorePreview& preview);
 /// do not run yet it is open which window will stand for which, and everything is yet to be opened.
 Task<RestorePreview> preview(DesktopAccess& desktop, WorkspaceSnapshot snapshot, Options options);
 
-/// `preview` is of this workspace; `mode` is what a restore would do to the other applications.
+/// `preview` is of this workspace, or of a part of it; `mode` is what a restore would do to the applications
+/// that it does not hold.
 Consequences consequences(Applications& applications, const RestorePreview& preview,
                           const Workspace& workspace, CleanSlateMode mode);
 

@@ -33,7 +33,7 @@ TEST(RunSelection, WhatIsLeftOutIsLeftAloneAndNothingTakesItsPlace) {
     selection.apply(part, options);
     ASSERT_EQ(part.applications.size(), 1U) << "an application goes with the last of its windows";
     EXPECT_EQ(part.windowCount(), 1);
-    EXPECT_EQ(options.spared, (std::set<std::string>{"org.b", "org.c"}));
+    EXPECT_EQ(options.kept, (std::set<std::string>{"org.a", "org.b", "org.c"}));
 
     const RestorePreview plan = desktop.run(Restore::preview(desktop.access, part, options));
     EXPECT_FALSE(plan.applications.front().windows.front().liveIndex) << "not another one's window";
