@@ -160,21 +160,23 @@ std::vector<std::string> titlesIn(const WorkspaceSnapshot& snapshot, const Resto
 /// What one application shows by its integration.
 void placeTabs(Disguise& as, SceneApplication& scene, const PlannedApplication& application,
                const AdapterCaptureResult& shown) {
-    for (std::size_t i = 0; i < scene.windows.size(); ++i)
-        scene.windows[i].privateBrowsing =
-            shown.excludedWindowIndices.contains(application.live[i].info.index);
+    const auto sceneWindow = [&](const LiveWindow& live) -> SceneWindow& {
+        return scene.windows[static_cast<std::size_t>(live.info.index)];
+    };
+    for (const LiveWindow& live : application.live)
+        sceneWindow(live).privateBrowsing = shown.excludedWindowIndices.contains(live.info.index);
     for (const ContextWindow& tabs : shown.context.value_or(AppContext()).windows) {
-        const auto isIts = [&](std::size_t i) {
-            const LiveWindow& live = application.live[i];
+        const auto isIts = [&](const LiveWindow& live) {
             if (tabs.sourceWindowID) return live.windowID == tabs.sourceWindowID;
             return tabs.sourceWindowIndex == live.info.index;
         };
-        std::size_t place = 0;
-        while (place < scene.windows.size() && !isIts(place)) ++place;
-        for (std::size_t i = 0; place == scene.windows.size() && i < scene.windows.size(); ++i)
-            if (scene.windows[i].tabs.empty() && !scene.windows[i].privateBrowsing) place = i;
-        if (place == scene.windows.size()) continue;
-        for (const Url& url : tabs.urls) scene.windows[place].tabs.push_back(as.url(url).string());
+        const auto isFree = [&](const LiveWindow& live) {
+            return sceneWindow(live).tabs.empty() && !sceneWindow(live).privateBrowsing;
+        };
+        auto its = std::ranges::find_if(application.live, isIts);
+        if (its == application.live.end()) its = std::ranges::find_if(application.live, isFree);
+        if (its == application.live.end()) continue;
+        for (const Url& url : tabs.urls) sceneWindow(*its).tabs.push_back(as.url(url).string());
     }
 }
 
@@ -215,21 +217,41 @@ class Builder {
             if (desktops_[i].uuid) as_.knowDesktop(*desktops_[i].uuid, fmt::format("space-{}", i + 1));
     }
 
-    /// Where nobody tells, windows in front are listed first.
+    /// Where nobody tells, the one that explains best why windows are listed in their order: those of
+    /// desktops that are not in front come last.
     std::int64_t shownOn(const std::string& displayID) {
         const std::vector<SpaceID> shown = platform_.windowServer.spacesInFront();
-        const bool told = !shown.empty();
-        std::map<std::int64_t, std::int64_t> firsts;  // by number, of how many applications' first windows
+        std::map<std::int64_t, std::int64_t> unexplained;  // by number
         for (const NativeDesktop& desktop : desktops_) {
             if (desktop.displayID != displayID) continue;
-            if (told && std::ranges::find(shown, desktop.id) != shown.end()) return desktop.index;
+            if (std::ranges::find(shown, desktop.id) != shown.end()) return desktop.index;
+            unexplained[desktop.index] = 0;
             for (const PlannedApplication& application : preview_.applications)
-                if (!application.liveSpaces.empty() &&
-                    application.liveSpaces.front() == std::vector{desktop.id})
-                    ++firsts[desktop.index];
+                unexplained[desktop.index] += outOfOrder(application, displayID, desktop.id);
         }
-        const auto most = std::ranges::max_element(firsts, {}, [](const auto& one) { return one.second; });
-        return most == firsts.end() ? 0 : most->first;
+        const auto best =
+            std::ranges::min_element(unexplained, {}, [](const auto& one) { return one.second; });
+        return best == unexplained.end() ? 0 : best->first;
+    }
+
+    /// How many windows would be out of sight, and still stand before one that is not, if this desktop were
+    /// in front on the display.
+    std::int64_t outOfOrder(const PlannedApplication& application, const std::string& displayID,
+                            SpaceID inFront) {
+        std::int64_t count = 0, hidden = 0;
+        for (std::size_t i = 0; i < application.live.size() && i < application.liveSpaces.size(); ++i) {
+            const LiveWindowInfo& info = application.live[i].info;
+            const std::vector<SpaceID>& spaces = application.liveSpaces[i];
+            const auto on = std::ranges::find_if(desktops_, [&](const NativeDesktop& one) {
+                return !spaces.empty() && one.id == spaces.front() && one.displayID == displayID;
+            });
+            const bool seen = info.isMinimized || info.isFullscreen || spaces == std::vector{inFront};
+            if (seen)
+                count += hidden;
+            else if (on != desktops_.end())
+                ++hidden;
+        }
+        return count;
     }
 
     void addApplications() {
@@ -274,10 +296,13 @@ class Builder {
     void addWindows(SceneApplication& scene, const PlannedApplication& application) {
         if (application.hangs)
             scene_.faults.push_back({.kind = FaultKind::applicationHangs, .application = scene.identifier});
-        for (std::size_t i = 0; i < application.live.size(); ++i)
+        for (std::size_t i = 0; i < application.live.size(); ++i) {
+            const auto place = static_cast<std::size_t>(application.live[i].info.index);
+            while (scene.windows.size() < place) scene.windows.push_back(unseen());
             scene.windows.push_back(window(application.live[i], application.liveSpaces.empty()
                                                                     ? std::vector<SpaceID>()
                                                                     : application.liveSpaces[i]));
+        }
         if (!platform_.accessibility.listsTabsAsWindows() ||
             !NativeTabs::applications().contains(application.saved->bundleIdentifier))
             return;
@@ -286,6 +311,15 @@ class Builder {
                 if (&one != &other && one.frame == other.frame && one.desktop == other.desktop)
                     one.tabGroup = fmt::format("{}-{}-{}-{}", one.frame.x, one.frame.y, one.frame.width,
                                                one.frame.height);
+    }
+
+    /// One that stands for nothing, and keeps the place of others in the list: a private one.
+    static SceneWindow unseen() {
+        SceneWindow window;
+        window.frame = {0, 0, 200, 200};
+        window.minimized = true;  // so that it is listed
+        window.privateBrowsing = true;
+        return window;
     }
 
     SceneWindow window(const LiveWindow& live, const std::vector<SpaceID>& spaces) {

@@ -85,6 +85,11 @@ Result<void> Server::moveWindow(WindowNumber number, SpaceID space) {
     return {};
 }
 
+std::string Server::noWindows() {
+    return world_.likeX11() ? "no accessible windows appeared; windows on other desktops may be unavailable"
+                            : WindowServer::noWindows();
+}
+
 Capability Server::desktopCreation() {
     const std::string& refusal = world_.desktopRefusal();
     return refusal.empty() ? Capability::available() : Capability::unavailable(refusal);

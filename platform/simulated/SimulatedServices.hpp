@@ -55,6 +55,7 @@ class Server final : public WindowServer {
     std::vector<WindowListEntry> windowList() override;
     std::vector<DisplaySpaces> displaySpaces() override;
     std::vector<WindowFacts> facts(std::span<const WindowNumber> numbers) override;
+    std::string noWindows() override;
     Capability spaces() override { return Capability::available(); }
     Capability desktopCreation() override;
     bool isAnimating(std::string_view displayID) override;

@@ -47,6 +47,7 @@ void reportAndReplay(std::uint64_t seed) {
         Instant{});
     random.disturb(desk.desktop->world(), true);
     desk.desktop->executor().runFor(std::chrono::seconds(2));
+    desk.handles = {};  // as another start of the program has it
     const RestorePreview decided = desk.preview(saved.snapshot);
     Pseudonyms names(seed);
     const simulated::ReportScene report =
