@@ -103,7 +103,6 @@ const Surface pages[] = {
          s.preview(s.troubled("Morning", 2), CleanSlateMode::quit);
          CaptureDraft& ticks = s.model->preview()->ticks();
          ticks.includeApp(ticks.snapshot().applications.front().bundleIdentifier, false);
-         s.settle();
      }},
     {"preview-60",
      [](Stage& s) {
