@@ -31,6 +31,7 @@ AppModel::AppModel(const AppServices& services, QObject* parent)
       libraryWatch_(executor(), services.files, store_.directory(), [this] { reload(); }),
       historyWatch_(executor(), services.files, services.data / "sessions", [this] { reloadSessions(); }),
       undoWatch_(executor(), services.files, undoFile_.directory(), [this] { reloadUndo(); }) {
+    connect(this, &AppModel::workspacesChanged, this, &AppModel::followPreviewed);
     reload();
     reloadUndo();
     lookAtSettings();

@@ -28,6 +28,7 @@
 #include "app/HotKeys.hpp"
 #include "app/LoginItemController.hpp"
 #include "app/RestoreRun.hpp"
+#include "app/ResumePreview.hpp"
 #include "app/StorageIssues.hpp"
 #include "app/Surfaces.hpp"
 #include "app/TaskSlot.hpp"
@@ -148,11 +149,21 @@ class AppModel final : public QObject {
     /// of why; an automatic capture is waited for. Without a mode other applications are kept. A workspace
     /// that was not saved on this machine is asked about first, once: its restore waits for the answer, as
     /// long as nothing else is begun.
-    void restore(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate);
+    /// Of a selection only what it leaves is brought back, this time.
+    void restore(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate,
+                 const RunSelection& selection = {});
     /// The newest of sessions(), as restore() does; nothing where there is none.
     void restoreLastSession();
     /// What holds a relaunch up is what makes the model refuse a restore.
     bool canRestoreLastSession() const { return !sessions_.empty() && canRelaunchForUpdate(); }
+    /// Shows in the main window what restore() would do, and lets the person untick of it; where that is
+    /// refused, so is this. Planned anew when the desktop, the ticks or the workspace change.
+    void openPreview(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate);
+    void closePreview();
+    /// restore(), with what is ticked; the preview closes once that begins.
+    void resumePreview();
+    /// Null where none is open.
+    ResumePreview* preview() const { return preview_.get(); }
     /// Of question(). What is agreed to is remembered, and begun.
     void answerQuestion(bool resume);
     /// The panel's close control: stops the run where it still goes on, and closes the panel.
@@ -251,6 +262,7 @@ class AppModel final : public QObject {
     void undoChanged();  // undoRecord() or launchedBefore()
     void awaitedChanged();
     void questionChanged();
+    void previewChanged();  // another one, or none
     void capturingChanged();
     void toastChanged();
     void editsChanged();  // what can be undone or done again
@@ -260,6 +272,15 @@ class AppModel final : public QObject {
     void busyChanged();  // busy() or canRelaunchForUpdate()
 
   private:
+    /// What a restore was asked for.
+    struct Asked {
+        Workspace workspace;
+        std::optional<CleanSlateMode> cleanSlate;
+        RunSelection selection;
+
+        bool operator==(const Asked&) const = default;
+    };
+
     void applySettings();
     void configureAutoSnapshot();
     void startPermissionPolling();
@@ -281,11 +302,14 @@ class AppModel final : public QObject {
     /// told.
     bool refusesAnother();
     void refuseWithoutAccess();
-    void ask(ReasonToAsk reason, const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate);
-    Task<> prepareQuestion(ReasonToAsk reason, Workspace workspace, CleanSlateMode cleanSlate);
+    void ask(ReasonToAsk reason, Asked asked);
+    Task<> prepareQuestion(ReasonToAsk reason, Asked asked);
+    void setPreview(const Workspace& workspace, CleanSlateMode cleanSlate, LeftOut::Exclusions excluded);
+    void followPreviewed();
+    Task<> planPreview();
     bool forgetQuestion();
     void dropQuestion();
-    void begin(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate, bool agreedNow);
+    void begin(const Asked& asked, bool agreedNow);
     void start(std::shared_ptr<RestoreRun> run, Task<> task);
     Task<> closePanelLater(Duration delay);
     Task<> exportTask(Workspace workspace);
@@ -367,13 +391,8 @@ class AppModel final : public QObject {
     std::vector<UndoLaunch> launchedBefore_;
     std::shared_ptr<Restore::LateWindows> late_;  // of the latest restore
     std::weak_ptr<RestoreRun> lateRun_;
-    struct Asked {  // what question_ is about, or will be
-        Workspace workspace;
-        std::optional<CleanSlateMode> cleanSlate;
-
-        bool operator==(const Asked&) const = default;
-    };
-    std::optional<Asked> asked_;
+    std::shared_ptr<ResumePreview> preview_;
+    std::optional<Asked> asked_;  // what question_ is about, or will be
     std::optional<ResumeQuestion> question_;
     bool capturing_ = false;
     struct Failure {
@@ -396,7 +415,7 @@ class AppModel final : public QObject {
 
     // Last: what runs ends before what it works on.
     TaskSlot autoSnapshotTimer_, autoSnapshotTask_, permissionPoll_, captureTask_, currentSnapshotTask_,
-        desktopFollower_, questionTask_;
+        desktopFollower_, questionTask_, previewTask_;
     TaskSlot lateTask_, toastTimer_, panelTimer_, exporting_, importing_, adding_;
     DirectoryWatch libraryWatch_, historyWatch_, undoWatch_;
 };

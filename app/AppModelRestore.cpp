@@ -21,32 +21,33 @@ constexpr Duration readingTime = 2s;  // until it is looked at again whether a p
 
 }  // namespace
 
-void AppModel::restore(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate) {
+void AppModel::restore(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate,
+                       const RunSelection& selection) {
     if (snapshotting()) {
-        return afterSnapshot_.push_back([this, workspace, cleanSlate] { restore(workspace, cleanSlate); });
+        return afterSnapshot_.push_back(
+            [this, workspace, cleanSlate, selection] { restore(workspace, cleanSlate, selection); });
     }
     if (restoreRunning() && restoreRun_->kind() == RestoreRun::Kind::restore &&
         restoreRun_->workspace().id == workspace.id)
         return;  // by a double click
     if (refusesAnother()) return;
-    if (const auto reason = known_.reasonToAsk(workspace)) return ask(*reason, workspace, cleanSlate);
-    begin(workspace, cleanSlate, false);
+    Asked asked{workspace, cleanSlate, selection};
+    if (const auto reason = known_.reasonToAsk(workspace)) return ask(*reason, std::move(asked));
+    begin(asked, false);
 }
 
 void AppModel::restoreLastSession() {
     if (!sessions_.empty()) restore(Workspace(sessions_.front()), sessions_.front().cleanSlate);
 }
 
-void AppModel::ask(ReasonToAsk reason, const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate) {
-    Asked asked{workspace, cleanSlate};
+void AppModel::ask(ReasonToAsk reason, Asked asked) {
     if (asked_ == asked) {  // a double click asks twice
         if (question_) openMain();
         return;
     }
     asked_ = std::move(asked);
     question_.reset();
-    const CleanSlateMode mode = cleanSlate.value_or(CleanSlateMode::keep);
-    questionTask_.start(executor(), prepareQuestion(reason, asked_->workspace, mode), [this] {
+    questionTask_.start(executor(), prepareQuestion(reason, *asked_), [this] {
         if (!question_) dropQuestion();
     });
     Q_EMIT questionChanged();
@@ -54,9 +55,12 @@ void AppModel::ask(ReasonToAsk reason, const Workspace& workspace, std::optional
 }
 
 /// What would be done is looked up while the desktop stays as it is.
-Task<> AppModel::prepareQuestion(ReasonToAsk reason, Workspace workspace, CleanSlateMode cleanSlate) {
+Task<> AppModel::prepareQuestion(ReasonToAsk reason, Asked asked) {
+    const CleanSlateMode cleanSlate = asked.cleanSlate.value_or(CleanSlateMode::keep);
+    Workspace& workspace = asked.workspace;
     Restore::Options options{.cleanSlate = cleanSlate, .enabledAdapters = settings_.enabledAdapters};
     known_.permit(workspace, true, options);
+    asked.selection.apply(workspace.snapshot, options);
     const RestorePreview preview = co_await Restore::preview(services_.desktop, workspace.snapshot, options);
     co_await checkpoint();
     question_ = ResumeQuestion{.reason = reason,
@@ -85,23 +89,27 @@ void AppModel::answerQuestion(bool resume) {
     if (!question_) return;
     if (!resume || capturing() || snapshotting() || draft_ || restoreRunning()) return dropQuestion();
     const Asked asked = *asked_;
-    // Less done to other applications than the workspace says is not agreed to for the next time.
+    // Less than the workspace says, of it or to other applications, is not agreed to for the next time.
     const CleanSlateMode says = asked.workspace.cleanSlate.value_or(CleanSlateMode::keep);
-    const bool forGood = says == CleanSlateMode::keep || says == asked.cleanSlate;
+    const bool forGood =
+        asked.selection.empty() && (says == CleanSlateMode::keep || says == asked.cleanSlate);
     const Result<void> noted = forGood ? known_.agreed(asked.workspace) : Result<void>{};
-    begin(asked.workspace, asked.cleanSlate, true);
+    begin(asked, true);
     noteProvenance(noted);
 }
 
-void AppModel::begin(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate, bool agreedNow) {
+void AppModel::begin(const Asked& asked, bool agreedNow) {
     Restore::Options options{
-        .cleanSlate = cleanSlate, .enabledAdapters = settings_.enabledAdapters, .bringsForward = true};
-    known_.permit(workspace, agreedNow, options);
-    Workspace shown = workspace;  // as the restore goes about it, so that each line finds its window
+        .cleanSlate = asked.cleanSlate, .enabledAdapters = settings_.enabledAdapters, .bringsForward = true};
+    known_.permit(asked.workspace, agreedNow, options);
+    Workspace part = asked.workspace;
+    asked.selection.apply(part.snapshot, options);
+    Workspace shown = part;  // as the restore goes about it, so that each line finds its window
     shown.snapshot = Restore::scopeOf(shown.snapshot, options.limited).snapshot;
-    const RestoreRun::Start found = startOf(shown.snapshot);
+    RestoreRun::Start found = startOf(shown.snapshot);
+    found.part = !asked.selection.excluded.empty();
     const auto run = std::make_shared<RestoreRun>(std::move(shown), found);
-    start(run, runRestore(run.get(), workspace, options));
+    start(run, runRestore(run.get(), std::move(part), options));
 }
 
 /// Takes the place of the run before.
@@ -118,6 +126,7 @@ void AppModel::start(std::shared_ptr<RestoreRun> run, Task<> task) {
     if (wasAsked) Q_EMIT questionChanged();
     Q_EMIT restoreChanged();
     Q_EMIT busyChanged();
+    closePreview();
     services_.surfaces.showPanel(PanelID::restore, panelPlace);
 }
 
@@ -183,7 +192,7 @@ void AppModel::restoreEnded(RestoreRun& run, RestoreReport report) {
     if (isRestore && inLibrary && restoreRun_.get() == &run) lastRuns_[workspace] = restoreRun_;
     run.finish(std::move(report));
     if (isRestore && !cancelled) {
-        if (!store_.updateLastRestored(run.workspace().id, wallNow())) {
+        if (!run.ofPart() && !store_.updateLastRestored(run.workspace().id, wallNow())) {
             show("Restored, but couldn't update last-used time", ToastKind::refusal);
         }
         reload();

@@ -39,6 +39,7 @@ class RestoreRun final : public QObject {
         /// known.
         std::optional<std::int64_t> desktop;
         std::int64_t otherItems = 0;  // that will come beside those of windows, of launches and the like
+        bool part = false;            // something of the workspace is left out this time
     };
     RestoreRun(Workspace workspace, Start start, Kind kind = Kind::restore);
     explicit RestoreRun(Workspace workspace) : RestoreRun(std::move(workspace), Start{}) {}
@@ -59,6 +60,8 @@ class RestoreRun final : public QObject {
     /// While it runs, how many applications it opens; then "2 of 3 windows back · 1 app opened · 1 problem".
     std::string subtitle() const;
     RestoreRow row(const RestoreReport::Item& item) const;
+    /// Something of the workspace was left out this time: that is no use of all of it.
+    bool ofPart() const { return start_.part; }
     /// How many items there will be, as far as can be known beforehand.
     std::int64_t expectedItems() const { return workspace_.snapshot.windowCount() + start_.otherItems; }
 

@@ -70,6 +70,9 @@ bool Switcher::press(Key key) {
         case Key::escape:
             close();
             break;
+        case Key::commandEnter:
+            preview();
+            break;
         case Key::commandS:
             close();
             operations_.beginCapture();
@@ -79,6 +82,14 @@ bool Switcher::press(Key key) {
 }
 
 void Switcher::pick() {
+    pick(operations_.restore);
+}
+
+void Switcher::preview() {
+    pick(operations_.preview);
+}
+
+void Switcher::pick(const std::function<void(const Workspace&)>& act) {
     close();
     findMatches();
     if (highlighted_ >= matches_.size()) {
@@ -87,7 +98,7 @@ void Switcher::pick() {
     }
     // A copy: a restore may have the library read again.
     const Workspace workspace = index_.workspaces()[matches_[highlighted_]];
-    operations_.restore(workspace);
+    act(workspace);
 }
 
 void Switcher::pick(std::size_t row) {

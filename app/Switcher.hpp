@@ -17,7 +17,18 @@ class Switcher final : public QObject {
     Q_OBJECT
 
   public:
-    enum class Key : std::uint8_t { down, up, pageDown, pageUp, home, end, enter, escape, commandS };
+    enum class Key : std::uint8_t {
+        down,
+        up,
+        pageDown,
+        pageUp,
+        home,
+        end,
+        enter,
+        escape,
+        commandS,
+        commandEnter
+    };
     static constexpr std::size_t rowsPerPage = 7;  // of the eight that are seen, one stays in sight
 
     struct Operations {
@@ -25,6 +36,7 @@ class Switcher final : public QObject {
         std::function<void()> beginCapture;  // of a new workspace
         std::function<void()> closePanel;    // nothing, where it is closed
         std::function<void()> refreshCurrentSnapshot;
+        std::function<void(const Workspace&)> preview = nullptr;  // of what restore would do
     };
 
     /// The index must outlive it.
@@ -55,6 +67,8 @@ class Switcher final : public QObject {
     void pick();
     /// A click on a row.
     void pick(std::size_t row);
+    /// What Ctrl+Return does: of a workspace it is shown first what resuming would do.
+    void preview();
 
   Q_SIGNALS:
     void changed();
@@ -63,6 +77,7 @@ class Switcher final : public QObject {
     void findMatches();
     void highlight(std::size_t index);
     void close();
+    void pick(const std::function<void(const Workspace&)>& act);
 
     const LibraryIndex& index_;
     Operations operations_;

@@ -7,7 +7,9 @@
 
 #include "WindowEngine/capture/Capture.hpp"
 #include "WindowEngine/restore/Restore.hpp"
+#include "WindowEngine/restore/RestorePreview.hpp"
 #include "platform/simulated/SimulatedDesktop.hpp"
+#include "settings/RunSelection.hpp"
 
 namespace quillo {
 namespace {
@@ -56,6 +58,16 @@ class Scattered {
 
     WorkspaceSnapshot capture() { return run(*desktop_, Capture::snapshot(access_, {})); }
     RestoreReport restore() { return run(*desktop_, Restore::run(access_, workspace_, {}, {})); }
+    /// Of all but the first application.
+    RestorePreview preview() {
+        RunSelection selection;
+        const auto& saved = workspace_.snapshot.applications;
+        selection.excluded.apps.insert(saved.front().bundleIdentifier);
+        Restore::Options options;
+        WorkspaceSnapshot part = workspace_.snapshot;
+        selection.apply(part, options);
+        return run(*desktop_, Restore::preview(access_, std::move(part), options));
+    }
     void endAll() {
         for (auto& application : desktop_->world().applications()) desktop_->world().end(application);
     }
@@ -88,6 +100,17 @@ void restoring(benchmark::State& state) {
     }
 }
 BENCHMARK(restoring)->Arg(1)->Arg(5)->Arg(20)->Unit(benchmark::kMillisecond);
+
+/// What a preview shows of it: the plan, and what is left alone of it at the person's wish.
+void previewing(benchmark::State& state) {
+    Scattered scattered(state.range(0));
+    for (auto _ : state) {
+        const RestorePreview plan = scattered.preview();
+        if (Restore::totalsOf(plan).changed != (state.range(0) - 1) * windowsPerApplication)
+            state.SkipWithError("not every window is planned");
+    }
+}
+BENCHMARK(previewing)->Arg(21)->Unit(benchmark::kMillisecond);
 
 /// Virtual time of a restore in which every application must be launched, against that of the slowest one
 /// alone: nobody waits for another.

@@ -23,7 +23,8 @@ struct Arguments {
     std::vector<std::string> words;         // COMMAND... of launcher add, APP... of its remove; of complete
     std::string file;                       // FILE
     std::optional<std::string> update;      // save --update W
-    std::vector<std::string> only;          // --only APP
+    std::vector<std::string> only;          // --only APP[/WINDOW]
+    std::vector<std::string> except;        // --except APP[/WINDOW]
     bool longList = false;                  // list --long
     bool force = false;                     // export --force
     bool exitCode = false;                  // plan --exit-code

@@ -118,10 +118,17 @@ void addCleanSlate(CLI::App* command, Arguments& arguments) {
         ->check(CLI::IsMember({"keep", "hide", "quit"}));
 }
 
-void addOnly(CLI::App* command, Arguments& arguments) {
+void addChoice(CLI::App* command, Arguments& arguments) {
     command
-        ->add_option("--only", arguments.only,
-                     "only this application, by name or identifier; may be repeated")
+        ->add_option(
+            "--only", arguments.only,
+            "only this application, by name or identifier, or one window of it by title (APP/TITLE) or "
+            "number (APP/#2); may be repeated")
+        ->type_name("APP")
+        ->allow_extra_args(false);
+    command
+        ->add_option("--except", arguments.except,
+                     "all but this application or window, which is left alone; may be repeated")
         ->type_name("APP")
         ->allow_extra_args(false);
 }
@@ -142,21 +149,23 @@ void addDesktopCommands(CommandSet& commands) {
         ->type_name("W")
         ->excludes(name);
     addAdapters(save, arguments);
-    CLI::App* plan = commands.addForWorkspace(
+    CLI::App* plan = commands.add(
         "plan", "what a restore would do, window by window, and why; changes nothing", planRestore);
+    plan->add_option("W", arguments.workspace,
+                     "the workspace, by name or identifier; that of the report where --desktop names one");
     plan->add_flag("--exit-code", arguments.exitCode,
                    "end with status 5 where a restore would have something to do");
-    addOnly(plan, arguments);
+    addChoice(plan, arguments);
     addAdapters(plan, arguments);
     addCleanSlate(plan, arguments);
     CLI::App* diff = commands.addForWorkspace(
         "diff", "how the desktop differs now; ends with status 0 where it does not, 1 where it does",
         diffWorkspace);
-    addOnly(diff, arguments);
+    addChoice(diff, arguments);
     addAdapters(diff, arguments);
     CLI::App* restore = commands.addForWorkspace(
         "restore", "bring a workspace back; one line for each thing done", restoreWorkspace);
-    addOnly(restore, arguments);
+    addChoice(restore, arguments);
     addAdapters(restore, arguments);
     addCleanSlate(restore, arguments);
     CLI::Option* wait = restore->add_flag(
@@ -178,6 +187,20 @@ void addDesktopCommands(CommandSet& commands) {
                    "say what would be put back and what would stay; changes nothing");
     undo->add_flag("--quit-launched", arguments.quitLaunched,
                    "also ask the applications to quit that the restore launched");
+}
+
+void addReport(CommandSet& commands) {
+    Arguments& arguments = commands.arguments();
+    CLI::App* report = commands.add(
+        "report", "write a file that shows a problem, without anybody's titles, paths or addresses",
+        reportProblem);
+    report->add_option("W", arguments.workspace,
+                       "the workspace whose restore it is about; the desktop as it is unless given");
+    report->add_option("FILE", arguments.file,
+                       "the file to write, or - for standard output; quillo-report.json unless given");
+    report->add_flag("--force", arguments.force, "replace an existing file");
+    addAdapters(report, arguments);
+    addCleanSlate(report, arguments);
 }
 
 void addLong(CLI::App* command, Arguments& arguments) {
@@ -360,6 +383,8 @@ std::expected<Invocation, Exit> parseCommandLine(int argumentCount, const char* 
     CommandSet commands(app, invocation);
     addDesktopCommands(commands);
     addLibraryCommands(commands);
+    commands.group = "Problems";
+    addReport(commands);
     commands.group = "";  // unseen
     commands.add("complete", "names for a shell's completion", completeNames)
         ->add_option("KIND", commands.arguments().words, "workspaces, sessions, launchers or applications W");

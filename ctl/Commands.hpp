@@ -68,6 +68,10 @@ CommandResult saveWorkspace(CommandContext& context, const Arguments& arguments)
 
 // Bringing a workspace back, and what that would do (RestoreCommands.cpp, PlanCommands.cpp,
 // DiffCommand.cpp).
+/// Of the workspace that a report holds, on the desktop that it tells of; what plan does without a W
+/// (ReportCommand.cpp).
+CommandResult replayPlan(CommandContext& context, const Arguments& arguments);
+CommandResult reportProblem(CommandContext& context, const Arguments& arguments);
 CommandResult planRestore(CommandContext& context, const Arguments& arguments);
 CommandResult diffWorkspace(CommandContext& context, const Arguments& arguments);
 CommandResult restoreWorkspace(CommandContext& context, const Arguments& arguments);

@@ -110,12 +110,11 @@ void compareApplication(Differences& differences, const RestorePreview& preview,
 }
 
 /// Windows of applications that the workspace does not hold, but for those that are never saved.
-void compareOthers(Differences& differences, DesktopAccess& desktop, const Workspace& workspace,
+void compareOthers(Differences& differences, DesktopAccess& desktop, const std::set<std::string>& held,
                    const Capture::Options& options) {
     Applications& applications = desktop.platform.applications;
     const auto neverSaved = Capture::neverSaved(applications, options);
-    for (const RunningApplication& other :
-         Restore::cleanSlateTargets(applications, Restore::identifiersOf(workspace))) {
+    for (const RunningApplication& other : Restore::cleanSlateTargets(applications, held)) {
         if (neverSaved(*other.bundleIdentifier)) continue;
         for (const LiveWindow& window : Accessibility::windows(desktop, other.pid, true))
             differences.extra(other.localizedName.value_or(*other.bundleIdentifier), *other.bundleIdentifier,
@@ -128,21 +127,23 @@ CommandResult compare(CommandContext& context, const Arguments& arguments) {
     if (!found) return std::unexpected(found.error());
     const Workspace whole = found->workspace;
     Workspace& workspace = found->workspace;
-    if (const Result<void, Failure> kept = keepOnly(workspace, arguments.only); !kept)
-        return std::unexpected(kept.error());
+    Result<RestoreChoice, Failure> choice = choose(workspace, arguments);
+    if (!choice) return std::unexpected(choice.error());
     const Result<std::unique_ptr<DesktopConnection>, Failure> desktop = openTrustedDesktop(context);
     if (!desktop) return std::unexpected(desktop.error());
-    Restore::Options options = restoreOptions(context, whole, arguments);
-    options.limited = false;  // nothing is opened
     DesktopAccess& access = (*desktop)->access();
+    Result<Restore::Options, Failure> options =
+        chosenPart(context, access.platform.applications, workspace, *std::move(choice), arguments);
+    if (!options) return std::unexpected(options.error());
+    options->limited = false;  // nothing is opened
     const std::optional<RestorePreview> preview =
-        run(**desktop, Restore::preview(access, workspace.snapshot, options));
+        run(**desktop, Restore::preview(access, workspace.snapshot, *options));
     if (!preview) return failure("cancelled", Exit::cancelled);
     Differences differences(context.output);
     for (const PlannedApplication& application : preview->applications)
         compareApplication(differences, *preview, application);
     if (arguments.only.empty())
-        compareOthers(differences, access, whole, settingsFor(context, arguments).captureOptions());
+        compareOthers(differences, access, options->kept, settingsFor(context, arguments).captureOptions());
     return differences.any() ? differs : same;
 }
 

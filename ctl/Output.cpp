@@ -76,6 +76,7 @@ void Output::write(std::string_view text) {
 }
 
 void Output::line(std::string_view text) {
+    if (kept_) return kept_->emplace_back(text), void();
     clearProgress();
     write(std::string(text) + "\n");
 }

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "ctl/JsonLine.hpp"
 
@@ -14,6 +15,8 @@ enum class Style { plain, bold, dim, good, warning, bad };
 class Output {
   public:
     Output(bool json, bool quiet);
+    /// Keeps JSON lines instead of printing them.
+    explicit Output(std::vector<std::string>& kept) : kept_(&kept), json_(true) {}
 
     bool json() const { return json_; }
     /// Columns of the terminal that standard output is; 0 when it is none.
@@ -51,6 +54,7 @@ class Output {
 
     void write(std::string_view text);
 
+    std::vector<std::string>* kept_ = nullptr;
     bool json_ = false;
     bool quiet_ = false;
     bool colours_ = false;

@@ -98,11 +98,10 @@ void printLeftOut(Output& output, const RestoreReport::Item& item) {
     }
 }
 
-std::int64_t printCleanSlate(Output& output, Applications& applications, const Workspace& workspace,
+std::int64_t printCleanSlate(Output& output, Applications& applications, const std::set<std::string>& held,
                              CleanSlateMode mode) {
     if (mode == CleanSlateMode::keep) return 0;
-    const std::vector<RunningApplication> targets =
-        Restore::cleanSlateTargets(applications, Restore::identifiersOf(workspace));
+    const std::vector<RunningApplication> targets = Restore::cleanSlateTargets(applications, held);
     for (const RunningApplication& target : targets) {
         const std::string name = target.localizedName.value_or(*target.bundleIdentifier);
         if (output.json()) {

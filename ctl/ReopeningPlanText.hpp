@@ -10,8 +10,8 @@ void printReopening(Output& output, const ApplicationSnapshot& application, cons
 /// One line about what the limits leave out.
 void printLeftOut(Output& output, const RestoreReport::Item& item);
 
-/// Gives how many other applications are touched.
-std::int64_t printCleanSlate(Output& output, Applications& applications, const Workspace& workspace,
+/// Gives how many other applications are touched; none of those `held`.
+std::int64_t printCleanSlate(Output& output, Applications& applications, const std::set<std::string>& held,
                              CleanSlateMode mode);
 
 }  // namespace quillo::ctl

@@ -47,7 +47,7 @@ std::string words(ReasonToAsk reason, const Workspace& workspace) {
 /// not agreed to for all of it.
 bool isAllOfIt(const Workspace& workspace, const Arguments& arguments) {
     const CleanSlateMode says = workspace.cleanSlate.value_or(CleanSlateMode::keep);
-    return arguments.only.empty() &&
+    return !isPart(arguments) &&
            (says == CleanSlateMode::keep || chosenCleanSlate(workspace, arguments) == says);
 }
 
@@ -78,7 +78,7 @@ Result<void, Failure> askPerson(CommandContext& context, DesktopConnection& desk
     return {};
 }
 
-/// Asks where that is needed, and sets what the restore may do then. `part` is what --only leaves of
+/// Asks where that is needed, and sets what the restore may do then. `part` is what was chosen of
 /// `workspace`.
 Result<void, Failure> consent(CommandContext& context, DesktopConnection& desktop, const Workspace& workspace,
                               const Workspace& part, Restore::Options& options, const Arguments& arguments) {
@@ -141,9 +141,8 @@ CommandResult restoreWorkspace(CommandContext& context, const Arguments& argumen
     if (!found) return std::unexpected(found.error());
     const Workspace whole = found->workspace;
     Workspace& workspace = found->workspace;
-    if (const Result<void, Failure> kept = keepOnly(workspace, arguments.only); !kept) {
-        return std::unexpected(kept.error());
-    }
+    Result<RestoreChoice, Failure> choice = choose(workspace, arguments);
+    if (!choice) return std::unexpected(choice.error());
     const Result<std::unique_ptr<DesktopConnection>, Failure> desktop =
         arguments.wait
             ? openAwaitedDesktop(
@@ -152,23 +151,23 @@ CommandResult restoreWorkspace(CommandContext& context, const Arguments& argumen
             : openTrustedDesktop(context);
     if (!desktop) return std::unexpected(desktop.error());
     const AppSettings settings = settingsFor(context, arguments);
-    Restore::Options options{.cleanSlate = chosenCleanSlate(whole, arguments),
-                             .enabledAdapters = settings.enabledAdapters,
-                             .kept = Restore::identifiersOf(whole)};
+    Result<Restore::Options, Failure> options = chosenPart(
+        context, (*desktop)->access().platform.applications, workspace, *std::move(choice), arguments);
+    if (!options) return std::unexpected(options.error());
     if (const Result<void, Failure> agreed =
-            consent(context, **desktop, whole, workspace, options, arguments);
+            consent(context, **desktop, whole, workspace, *options, arguments);
         !agreed) {
         return std::unexpected(agreed.error());
     }
 
     Workspace shown = workspace;
-    Restore::RestoreScope scope = Restore::scopeOf(shown.snapshot, options.limited);
+    Restore::RestoreScope scope = Restore::scopeOf(shown.snapshot, options->limited);
     Restore::giveShownNames((*desktop)->access().platform.applications, scope);
     shown.snapshot = std::move(scope.snapshot);
     RestorePrinter printer(context.output, shown);
     printer.begin();
     std::optional<RestoreReport> report =
-        run(**desktop, restoreUndoably(context, (*desktop)->access(), workspace, options,
+        run(**desktop, restoreUndoably(context, (*desktop)->access(), workspace, *options,
                                        settings.captureOptions(), arguments.late, printer));
     const Result<void> kept = (*desktop)->keepChanges();
     if (!report) return failure("cancelled", Exit::cancelled);
@@ -181,7 +180,7 @@ CommandResult restoreWorkspace(CommandContext& context, const Arguments& argumen
     printer.end(*report);
     if (!kept) return failure(printable(kept.error().text));
     const Exit exit = exitFor(*report);
-    if (report->cancelled || !arguments.only.empty() || found->isSession) return exit;
+    if (report->cancelled || isPart(arguments) || found->isSession) return exit;
     return noteRestored(context, workspace.id) ? exit : Exit::partly;
 }
 

@@ -2,6 +2,7 @@
 #include "ctl/SimulatedLayer.hpp"
 
 #include "WindowEngine/library/AtomicFile.hpp"
+#include "ctl/ReportFile.hpp"
 #include "platform/simulated/SimulatedDesktop.hpp"
 
 namespace quillo::ctl {
@@ -35,7 +36,11 @@ class SimulatedLayer final : public DesktopConnection {
 Result<std::unique_ptr<DesktopConnection>> openSimulatedDesktop(const SceneFile& scene, SystemLog& log) {
     const Result<std::string> json = scene.files.read(scene.path);
     if (!json) return std::unexpected(json.error());
-    auto desktop = SimulatedDesktop::create(*json, scene.path.string());
+    const Result<std::optional<Report>> report = readReport(*json, scene.path.string());
+    if (!report) return std::unexpected(report.error());
+    if (*report && scene.keep)
+        return fail(ErrorKind::invalidArgument, "--keep-scene: " + scene.path.string() + " is a report");
+    auto desktop = SimulatedDesktop::create(*report ? (*report)->scene : *json, scene.path.string());
     if (!desktop) return std::unexpected(desktop.error());
     return std::make_unique<SimulatedLayer>(*std::move(desktop), scene, log);
 }

@@ -16,8 +16,6 @@
 namespace quillo::ctl {
 namespace {
 
-constexpr std::string_view simulatedPrefix = "simulated:";
-
 Result<std::unique_ptr<DesktopConnection>> openDesktop(const Arguments& arguments, FileSystem& files,
                                                        SystemLayer& system) {
     const std::string& choice = arguments.desktop;

@@ -5,11 +5,12 @@
 namespace quillo::Restore {
 
 std::vector<LiveWindow> liveWindows(DesktopAccess& desktop, const ApplicationSnapshot& application,
-                                    bool recoverHidden) {
+                                    bool recoverHidden, const PassedOver& passedOver) {
     const auto running = desktop.platform.applications.running(application.bundleIdentifier);
     if (!running) return {};
     auto windows = Accessibility::windows(desktop, running->pid, recoverHidden);
     SafariPrivacy::removeUnverified(desktop, application.bundleIdentifier, running->pid, windows);
+    removeStandIns(passedOver, application, desktop.platform.screens, windows);
     return windows;
 }
 

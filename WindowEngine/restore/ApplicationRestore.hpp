@@ -35,9 +35,9 @@ struct ApplicationRestore {
 };
 
 /// The windows of the application as a restore may see them: of Safari's only those verified as normal
-/// browsing; a private window is neither moved nor reported.
+/// browsing; a private window is neither moved nor reported. Nor is one that stands for a left-out window.
 std::vector<LiveWindow> liveWindows(DesktopAccess& desktop, const ApplicationSnapshot& application,
-                                    bool recoverHidden);
+                                    bool recoverHidden, const PassedOver& passedOver);
 std::vector<LiveWindowInfo> infosOf(const std::vector<LiveWindow>& windows);
 
 }  // namespace quillo::Restore

@@ -76,7 +76,8 @@ void reportRefused(const ApplicationRestore& restore, const DocumentPlan& plan) 
 
 Task<void> openDocuments(ApplicationRestore& restore, std::vector<SavedDocument> documents) {
     if (documents.empty()) co_return;
-    const std::size_t windowsBefore = liveWindows(restore.desktop, restore.application, false).size();
+    const std::size_t windowsBefore =
+        liveWindows(restore.desktop, restore.application, false, restore.options.passedOver).size();
     std::vector<SavedDocument> accepted;
     std::exception_ptr interruption;
     try {
@@ -101,7 +102,8 @@ Task<void> awaitDocuments(ApplicationRestore& restore, std::vector<SavedDocument
     for (;;) {
         // The last look goes to other desktops too, where an application may have brought its window back.
         const bool last = restore.now() >= deadline;
-        const auto live = infosOf(liveWindows(restore.desktop, restore.application, last));
+        const auto live =
+            infosOf(liveWindows(restore.desktop, restore.application, last, restore.options.passedOver));
         documents = SavedDocuments::missing(std::move(documents), live);
         if (documents.empty() || (!namesDocuments(live) && live.size() >= wanted)) co_return;
         if (last) break;
@@ -112,7 +114,8 @@ Task<void> awaitDocuments(ApplicationRestore& restore, std::vector<SavedDocument
 
 void reportLateDocuments(const ApplicationRestore& restore) {
     if (restore.late.empty()) return;
-    const auto live = infosOf(liveWindows(restore.desktop, restore.application, true));
+    const auto live =
+        infosOf(liveWindows(restore.desktop, restore.application, true, restore.options.passedOver));
     for (const SavedDocument& document : SavedDocuments::missing(restore.late, live))
         addAbout(restore, document, RestoreReport::failed{"document did not appear before timeout"});
 }

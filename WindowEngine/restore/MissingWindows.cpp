@@ -54,7 +54,7 @@ Task<std::size_t> brought(const ApplicationRestore& restore, std::size_t before,
     const TimePoint deadline =
         restore.now() + std::min(windowPatience, toDuration(restore.options.launchTimeout));
     const auto count = [](const ApplicationRestore& of) {
-        return withoutDialogs(infosOf(liveWindows(of.desktop, of.application, false)));
+        return withoutDialogs(infosOf(liveWindows(of.desktop, of.application, false, of.options.passedOver)));
     };
     while (count(restore) <= before) {
         if (restore.now() >= deadline) co_return 0;
@@ -107,7 +107,7 @@ Task<bool> openMissingWindows(ApplicationRestore& restore, std::vector<LiveWindo
         const std::size_t came = co_await brought(restore, withoutDialogs(live), *changes, asked == 0);
         if (came == 0) break;
         atOnce = std::max(atOnce, came);
-        live = infosOf(liveWindows(restore.desktop, restore.application, true));
+        live = infosOf(liveWindows(restore.desktop, restore.application, true, restore.options.passedOver));
         missing = missingWindows(platform, restore.application, restore.options, live);
         if (missing.empty()) break;
     }

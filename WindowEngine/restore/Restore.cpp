@@ -87,10 +87,12 @@ Task<bool> launch(ApplicationRestore& restore) {
     co_return true;
 }
 
-/// Also of one that hangs: the window server knows its windows.
-bool hasWindows(DesktopAccess& desktop, const RunningApplication& application) {
-    return !Accessibility::windows(desktop, application.pid, false).empty() ||
-           !Accessibility::hiddenWindows(desktop, application.pid, {}).empty();
+/// Also of one that hangs: the window server knows its windows. Windows that are left alone do not count.
+bool hasWindows(const ApplicationRestore& restore, ProcessID pid) {
+    const PassedOver& passedOver = restore.options.passedOver;
+    const bool some = passedOver.windows.contains(restore.application.bundleIdentifier);
+    if (!liveWindows(restore.desktop, restore.application, some, passedOver).empty()) return true;
+    return !some && !Accessibility::hiddenWindows(restore.desktop, pid, {}).empty();
 }
 
 Task<void> requestWindow(ApplicationRestore& restore) {
@@ -108,7 +110,7 @@ Task<bool> start(ApplicationRestore& restore) {
     // Windows of a hidden application would be put in place unseen.
     (void)restore.desktop.platform.applications.show(restore.application.bundleIdentifier);
     if (bareWindows(restore.desktop.platform, restore.application, restore.options.enabledAdapters) > 0 &&
-        !hasWindows(restore.desktop, *running))
+        !hasWindows(restore, running->pid))
         co_await requestWindow(restore);
     co_return true;
 }
@@ -127,8 +129,8 @@ Task<void> reopenDocuments(ApplicationRestore& restore) {
     }
     // Looking on other desktops is dear.
     if (SavedDocuments::of(restore.application, {}).empty()) co_return;
-    DocumentPlan documents =
-        documentsOf(restore, infosOf(liveWindows(restore.desktop, restore.application, true)));
+    DocumentPlan documents = documentsOf(restore, infosOf(liveWindows(restore.desktop, restore.application,
+                                                                      true, restore.options.passedOver)));
     reportRefused(restore, documents);
     co_await openDocuments(restore, std::move(documents.open));
 }
@@ -149,16 +151,16 @@ LateApplication lateOf(const ApplicationRestore& restore, const std::vector<Live
 /// then, and puts them in place.
 Task<void> placeOpened(Run& run, ApplicationRestore& restore) {
     const ApplicationSnapshot& application = restore.application;
-    std::vector<LiveWindow> live = liveWindows(run.desktop, application, true);
+    std::vector<LiveWindow> live = liveWindows(run.desktop, application, true, run.options.passedOver);
     if (restore.opensMore || live.size() < application.windows.size()) {
         co_await run.presence.wait(application.bundleIdentifier, {toDuration(run.options.launchTimeout),
                                                                   toDuration(run.options.settleDelay)});
         // One that was too busy to be counted may answer now that its time is over.
         if (const auto running = run.desktop.platform.applications.running(application.bundleIdentifier))
             run.desktop.handles.unresponsive.answered(running->pid);
-        live = liveWindows(run.desktop, application, true);
+        live = liveWindows(run.desktop, application, true, run.options.passedOver);
         if (co_await openMissingWindows(restore, infosOf(live)))
-            live = liveWindows(run.desktop, application, true);
+            live = liveWindows(run.desktop, application, true, run.options.passedOver);
     }
     // Launching took its time: a display may have gone since.
     const std::vector<DisplaySnapshot> displays = Displays::current(run.desktop.platform.screens);
@@ -224,7 +226,8 @@ Task<void> placeAgain(Run& run) {
     std::int64_t moved = 0, left = 0;
     for (const Run::Placed& placed : run.placed) {
         if (placed.displays == displays) continue;
-        std::vector<LiveWindow> live = liveWindows(run.desktop, *placed.application, true);
+        std::vector<LiveWindow> live =
+            liveWindows(run.desktop, *placed.application, true, run.options.passedOver);
         const std::vector<WindowPlan> plans =
             planWindows(placed.application->windows, infosOf(live), saved, displays);
         again.items.clear();

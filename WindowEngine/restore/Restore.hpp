@@ -6,6 +6,7 @@
 #include <string>
 
 #include "WindowEngine/desktop/Accessibility.hpp"
+#include "WindowEngine/restore/PassedOver.hpp"
 #include "WindowEngine/restore/RestoreReport.hpp"
 
 namespace quillo::Restore {
@@ -24,6 +25,7 @@ struct Options {
     /// Applications that a clean slate leaves alone besides the workspace's own: where only a part of a
     /// workspace is brought back, those of all of it.
     std::set<std::string> kept = {};
+    PassedOver passedOver = {};  // windows that are not among the workspace's, for this run
 };
 
 /// Called on the executor's thread for each item as it is made, in report order.

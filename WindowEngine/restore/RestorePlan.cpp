@@ -33,18 +33,6 @@ void planPlain(WindowPlan& plan, const WindowSnapshot& saved, const LiveWindowIn
                  !standsAt(live.frame, plan.placement->frame);
 }
 
-/// The windows as they will stand on the present displays: live ones that were brought back before are told
-/// apart by the frames they got then.
-std::vector<WindowSnapshot> asPlaced(std::span<const WindowSnapshot> saved, DisplayList savedDisplays,
-                                     DisplayList currentDisplays) {
-    std::vector<WindowSnapshot> placed(saved.begin(), saved.end());
-    for (WindowSnapshot& window : placed) {
-        if (const auto placement = DisplayMapper::place(window, savedDisplays, currentDisplays))
-            window.frame = placement->frame;
-    }
-    return placed;
-}
-
 WindowPlan unmatched(std::int64_t savedIndex, std::string_view reason) {
     WindowPlan plan;
     plan.savedIndex = savedIndex;
@@ -63,6 +51,16 @@ std::optional<FromTo<bool>> stepTo(bool wanted, bool now) {
 }
 
 }  // namespace
+
+std::vector<WindowSnapshot> asPlaced(std::span<const WindowSnapshot> saved, DisplayList savedDisplays,
+                                     DisplayList currentDisplays) {
+    std::vector<WindowSnapshot> placed(saved.begin(), saved.end());
+    for (WindowSnapshot& window : placed) {
+        if (const auto placement = DisplayMapper::place(window, savedDisplays, currentDisplays))
+            window.frame = placement->frame;
+    }
+    return placed;
+}
 
 bool standsAt(const Rect& frame, const Rect& wanted) {
     constexpr auto near = [](double a, double b) {

@@ -36,6 +36,12 @@ struct WindowPlan {
     bool standsRight() const;
 };
 
+/// The windows as they will stand on the present displays: live ones that were brought back before are told
+/// apart by the frames they got then.
+std::vector<WindowSnapshot> asPlaced(std::span<const WindowSnapshot> saved,
+                                     DisplayMapper::DisplayList savedDisplays,
+                                     DisplayMapper::DisplayList currentDisplays);
+
 /// Whether a frame is the wanted one, as far as window managers keep to what they are asked.
 bool standsAt(const Rect& frame, const Rect& wanted);
 

@@ -31,7 +31,8 @@ PlannedApplication presenceOf(Applications& applications, const ApplicationSnaps
 }
 
 /// The live windows of all running applications, in one batch.
-void readLive(DesktopAccess& desktop, std::vector<PlannedApplication>& planned) {
+void readLive(DesktopAccess& desktop, std::vector<PlannedApplication>& planned,
+              const Restore::PassedOver& passedOver) {
     std::vector<ProcessID> pids;
     for (const PlannedApplication& application : planned) {
         if (application.presence == Presence::running) pids.push_back(application.pid);
@@ -44,6 +45,7 @@ void readLive(DesktopAccess& desktop, std::vector<PlannedApplication>& planned) 
         // As a restore sees them: private windows stand for nothing.
         SafariPrivacy::removeUnverified(desktop, application.saved->bundleIdentifier, application.pid,
                                         list->windows);
+        Restore::removeStandIns(passedOver, *application.saved, desktop.platform.screens, list->windows);
         application.live = std::move(list->windows);
         const bool tabbed =
             tabsAreListed && NativeTabs::applications().contains(application.saved->bundleIdentifier);
@@ -84,14 +86,16 @@ void leaveUnplaceable(AccessibilityService& accessibility, PlannedApplication& a
     }
 }
 
-RestorePreview windowsOf(DesktopAccess& desktop, std::shared_ptr<const Restore::RestoreScope> scope) {
+RestorePreview windowsOf(DesktopAccess& desktop, std::shared_ptr<const Restore::RestoreScope> scope,
+                         const Restore::Options& options) {
     const WorkspaceSnapshot& snapshot = scope->snapshot;
     const std::vector<DisplaySnapshot> displays = Displays::current(desktop.platform.screens);
-    RestorePreview plan{std::move(scope), planDesktops(desktop, snapshot, displays), {}};
+    RestorePreview plan{
+        std::move(scope), planDesktops(desktop, snapshot, displays), {}, displays, options.kept};
     for (const ApplicationSnapshot& saved : snapshot.applications) {
         plan.applications.push_back(presenceOf(desktop.platform.applications, saved));
     }
-    readLive(desktop, plan.applications);
+    readLive(desktop, plan.applications, options.passedOver);
     for (PlannedApplication& application : plan.applications) {
         application.windows = planWindows(application.saved->windows, Restore::infosOf(application.live),
                                           snapshot.displays, displays, plan.desktops.targets,
@@ -281,7 +285,7 @@ PlanTotals Restore::totalsOf(const RestorePreview& preview) {
 Task<RestorePreview> Restore::preview(DesktopAccess& desktop, WorkspaceSnapshot snapshot, Options options) {
     const auto scope = std::make_shared<RestoreScope>(scopeOf(std::move(snapshot), options.limited));
     giveShownNames(desktop.platform.applications, *scope);
-    RestorePreview preview = windowsOf(desktop, scope);
+    RestorePreview preview = windowsOf(desktop, scope, options);
     for (PlannedApplication& application : preview.applications) {
         if (application.presence != Presence::missing) co_await planReopening(desktop, application, options);
     }
@@ -293,7 +297,9 @@ Consequences Restore::consequences(Applications& applications, const RestorePrev
     Consequences all;
     all.others = mode;
     if (mode != CleanSlateMode::keep) {
-        for (const RunningApplication& target : cleanSlateTargets(applications, identifiersOf(workspace))) {
+        std::set<std::string> held = identifiersOf(workspace);
+        held.insert(preview.kept.begin(), preview.kept.end());
+        for (const RunningApplication& target : cleanSlateTargets(applications, held)) {
             auto& names = mode == CleanSlateMode::hide ? all.hidden : all.quit;
             names.push_back(target.localizedName.value_or(*target.bundleIdentifier));
         }

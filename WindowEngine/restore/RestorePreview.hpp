@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -50,6 +51,8 @@ struct RestorePreview {
     std::shared_ptr<const Restore::RestoreScope> scope;  // what the applications below point into
     DesktopPlan desktops;
     std::vector<PlannedApplication> applications;
+    std::vector<DisplaySnapshot> displays = {};  // attached now
+    std::set<std::string> kept = {};             // Options::kept of it
 };
 
 /// What a restore would come to, counted as its report counts.

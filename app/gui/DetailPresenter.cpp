@@ -149,6 +149,10 @@ void DetailPresenter::resume() {
     if (workspace_) model_.restore(Workspace(*workspace_), workspace_->cleanSlate);
 }
 
+void DetailPresenter::preview() {
+    if (workspace_) model_.openPreview(Workspace(*workspace_), workspace_->cleanSlate);
+}
+
 void DetailPresenter::setIcon(const QString& icon) {
     if (workspace_) model_.setIcon(Workspace(*workspace_), icon.toStdString());
 }

@@ -71,6 +71,7 @@ class DetailPresenter final : public QObject {
     Q_INVOKABLE void rename(const QString& name);
     Q_INVOKABLE void setCleanSlate(int mode);
     Q_INVOKABLE void resume();
+    Q_INVOKABLE void preview();
     Q_INVOKABLE void showReport();
     Q_INVOKABLE void setIcon(const QString& icon);
     Q_INVOKABLE void setColor(const QString& color);

@@ -12,6 +12,7 @@
 #include "app/gui/LibraryPresenter.hpp"
 #include "app/gui/OnboardingPresenter.hpp"
 #include "app/gui/Pictures.hpp"
+#include "app/gui/PreviewPresenter.hpp"
 #include "app/gui/PrivacyPresenter.hpp"
 #include "app/gui/QmlTypes.hpp"
 #include "app/gui/QuestionPresenter.hpp"
@@ -56,6 +57,7 @@ struct Interface::Presenters {
           libraryState(index),
           library(model, libraryState),
           detail(model, ui),
+          preview(model),
           review(model, parts.variant),
           onboarding(model, parts.system.hotKeys),
           closing(model, surfaces.windows_, parts.trayShown, parts.quit),
@@ -70,6 +72,7 @@ struct Interface::Presenters {
         registerSingleton("Ui", ui);
         registerSingleton("Library", library);
         registerSingleton("Detail", detail);
+        registerSingleton("Preview", preview);
         registerSingleton("Review", review);
         registerSingleton("Onboarding", onboarding);
         registerSingleton("Closing", closing);
@@ -89,6 +92,7 @@ struct Interface::Presenters {
     LibraryState libraryState;
     LibraryPresenter library;
     DetailPresenter detail;
+    PreviewPresenter preview;
     ReviewPresenter review;
     OnboardingPresenter onboarding;
     ClosingPresenter closing;
@@ -114,6 +118,7 @@ Interface::Interface(const Parts& parts)
     connect(&windows_, &Windows::mainClosed, this, [this] {
         remember();
         if (model_ && model_->reportShown()) model_->closeRestorePanel();  // it belongs to the window
+        if (model_) model_->closePreview();
         parts_.shell.setActivationPolicy(ActivationPolicy::accessory);
     });
     windows_.mainMayClose = [this] {

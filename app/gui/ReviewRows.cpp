@@ -183,6 +183,8 @@ QVariant ReviewRows::data(const QModelIndex& index, int role) const {
             return entry.open;
         case LastRole:
             return last(row);
+        case ReasonRole:
+            return entry.reason;
         case WindowKeyRole:
             return windowKey(shown_[row]);
         default:
@@ -191,11 +193,12 @@ QVariant ReviewRows::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> ReviewRows::roleNames() const {
-    return {{KindRole, "kind"},         {TitleRole, "title"},
-            {DetailRole, "detail"},     {IdentifierRole, "identifier"},
-            {IncludedRole, "included"}, {FadedRole, "faded"},
-            {OpenableRole, "openable"}, {OpenRole, "open"},
-            {LastRole, "last"},         {WindowKeyRole, "windowKey"}};
+    return {{KindRole, "kind"},          {TitleRole, "title"},
+            {DetailRole, "detail"},      {IdentifierRole, "identifier"},
+            {IncludedRole, "included"},  {FadedRole, "faded"},
+            {OpenableRole, "openable"},  {OpenRole, "open"},
+            {LastRole, "last"},          {ReasonRole, "reason"},
+            {WindowKeyRole, "windowKey"}};
 }
 
 void ReviewRows::toggle(int row) {
@@ -238,6 +241,38 @@ void ReviewRows::setOpen(int row, bool open) {
         endRemoveRows();
     }
     Q_EMIT dataChanged(index(row), index(row), {OpenRole, LastRole});
+}
+
+const Url* ReviewRows::addressOf(const Entry& entry) const {
+    const auto& applications = draft_->snapshot().applications;
+    const auto owner =
+        std::ranges::find(applications, entry.application, &ApplicationSnapshot::bundleIdentifier);
+    if (owner == applications.end() || !owner->context) return nullptr;
+    for (std::size_t place = 0; place < owner->context->windows.size(); ++place) {
+        const std::vector<Url>& urls = owner->context->windows[place].urls;
+        if (contextNumber(*owner->context, place) == entry.window && entry.address < std::ssize(urls))
+            return &urls[static_cast<std::size_t>(entry.address)];
+    }
+    return nullptr;
+}
+
+void ReviewRows::reword(const Wording& wording) {
+    for (std::size_t i = 0; i < entries_.size(); ++i) {
+        Entry& entry = entries_[i];
+        Words words;
+        if (!included(entry) || faded(entry)) {
+            words = wording.leftAlone;
+        } else if (entry.kind == Kind::app) {
+            words = wording.ofApplication(entry.application);
+        } else if (entry.kind == Kind::window) {
+            words = wording.ofWindow(CaptureFilter::windowKey(entry.application, entry.window));
+        } else if (const Url* address = entry.kind == Kind::more ? nullptr : addressOf(entry)) {
+            words = wording.ofAddress(entry.application, address->string());
+        }
+        entry.detail = std::move(words.detail);
+        entry.reason = std::move(words.reason);
+    }
+    if (!shown_.empty()) Q_EMIT dataChanged(index(0), index(rowCount() - 1), {DetailRole, ReasonRole});
 }
 
 std::set<std::string> ReviewRows::openApps() const {

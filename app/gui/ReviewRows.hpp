@@ -28,6 +28,7 @@ class ReviewRows final : public QAbstractListModel {
         OpenableRole,
         OpenRole,
         LastRole,      // of its application
+        ReasonRole,    // a sentence behind the detail; else empty
         WindowKeyRole  // CaptureFilter::windowKey of the window, or of the one it belongs to; else empty
     };
     using Describe = std::function<QString(const ApplicationSnapshot&)>;
@@ -38,6 +39,20 @@ class ReviewRows final : public QAbstractListModel {
     /// there are not too many windows, or as `open` says; `describe` gives their details, else their counts.
     void show(CaptureDraft* draft, const std::optional<std::set<std::string>>& open = {},
               const Describe& describe = {});
+    /// What a row says beside its title, and the sentence behind that.
+    struct Words {
+        QString detail, reason;
+        bool operator==(const Words&) const = default;
+    };
+    /// Asked for each row, with its texts as they are.
+    struct Wording {
+        Words leftAlone;  // of what is not ticked, or belongs to such
+        std::function<Words(const std::string& application)> ofApplication;
+        std::function<Words(const std::string& windowKey)> ofWindow;
+        std::function<Words(const std::string& application, const std::string& address)> ofAddress;
+    };
+    /// Other details for the rows that there are; lists stay as they are.
+    void reword(const Wording& wording);
     /// Identifiers of the applications that are open.
     std::set<std::string> openApps() const;
 
@@ -69,7 +84,10 @@ class ReviewRows final : public QAbstractListModel {
         std::int64_t address;  // of a location: its place
         std::size_t end = 0;   // one past what is below it
         bool open = true;
+        QString reason{};
     };
+
+    const Url* addressOf(const Entry& entry) const;
 
     void addApplication(const ApplicationSnapshot& application, QString detail, bool open);
     QString windowKey(std::size_t entry) const;

@@ -12,13 +12,16 @@ Switcher::Operations operations(AppModel& model, Surfaces& surfaces) {
     return {.restore = [&model](const Workspace& one) { model.restore(one, one.cleanSlate); },
             .beginCapture = [&model] { model.beginCapture(); },
             .closePanel = [&surfaces] { surfaces.closePanel(PanelID::switcher); },
-            .refreshCurrentSnapshot = [&model] { model.refreshCurrentSnapshot(); }};
+            .refreshCurrentSnapshot = [&model] { model.refreshCurrentSnapshot(); },
+            .preview = [&model](const Workspace& one) { model.openPreview(one, one.cleanSlate); }};
 }
 
 std::optional<Switcher::Key> keyOf(int key, int modifiers) {
     const Qt::KeyboardModifiers held =
         Qt::KeyboardModifiers(modifiers) & ~Qt::KeyboardModifiers(Qt::KeypadModifier);
     if (key == Qt::Key_S && held == Qt::ControlModifier) return Switcher::Key::commandS;
+    if ((key == Qt::Key_Return || key == Qt::Key_Enter) && held == Qt::ControlModifier)
+        return Switcher::Key::commandEnter;
     if (held) return std::nullopt;
     switch (key) {
         case Qt::Key_Down:

@@ -181,7 +181,7 @@ TrayMenu::Row TrayMenu::makeRow(const Workspace& workspace) {
     }
     options->addSeparator();
     act(options->addAction(QStringLiteral("Preview in Quillo")), id,
-        [this](const Workspace& one) { ways_.openDetail(one.id); });
+        [this](const Workspace& one) { model_.openPreview(one, one.cleanSlate); });
     act(options->addAction(QStringLiteral("Update from Current Desktop")), id,
         [this](const Workspace& one) { model_.beginCapture(one); });
     QAction* const resume =

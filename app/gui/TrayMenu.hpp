@@ -28,7 +28,6 @@ class TrayMenu final : public QObject {
   public:
     /// Where a row leads in the main window, which these open too.
     struct Ways {
-        std::function<void(const Uuid&)> openDetail;
         std::function<void()> openSettings;
         std::function<void()> quit;
     };

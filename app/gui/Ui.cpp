@@ -6,8 +6,9 @@ namespace quillo {
 
 Ui::Ui(AppModel& model, TextVariant variant, QObject* parent)
     : QObject(parent), model_(model), variant_(variant) {
-    for (const auto changed : {&AppModel::draftChanged, &AppModel::capturingChanged,
-                               &AppModel::showingSettingsChanged, &AppModel::workspacesChanged}) {
+    for (const auto changed :
+         {&AppModel::draftChanged, &AppModel::capturingChanged, &AppModel::showingSettingsChanged,
+          &AppModel::workspacesChanged, &AppModel::previewChanged}) {
         connect(&model, changed, this, &Ui::pageChanged);
     }
     connect(&model, &AppModel::settingsChanged, this, &Ui::pageChanged);
@@ -18,6 +19,7 @@ Ui::Ui(AppModel& model, TextVariant variant, QObject* parent)
 QString Ui::page() const {
     if (!model_.settings().onboarded) return QStringLiteral("onboarding");
     if (model_.draft() || model_.capturing()) return QStringLiteral("review");
+    if (model_.preview() && !model_.showingSettings()) return QStringLiteral("preview");
     return place().page;
 }
 
@@ -73,6 +75,7 @@ QString Ui::shortcut(const QString& label) const {
 
 void Ui::openDetail(const QString& id) {
     detailId_ = id;
+    model_.closePreview();
     model_.setShowingSettings(false);
     Q_EMIT pageChanged();
 }
@@ -89,11 +92,14 @@ void Ui::undoToast() {
 
 void Ui::leave() {
     if (model_.reportShown()) return model_.closeRestorePanel();
-    if (page() == QLatin1String("detail") || page() == QLatin1String("settings")) back();
+    for (const char* left : {"detail", "settings", "preview"}) {
+        if (page() == QLatin1String(left)) return back();
+    }
 }
 
 void Ui::back() {
     if (model_.showingSettings()) return model_.setShowingSettings(false);
+    if (model_.preview()) return model_.closePreview();
     detailId_.clear();
     Q_EMIT pageChanged();
 }

@@ -11,7 +11,7 @@ namespace quillo {
 
 class Ui final : public QObject {
     Q_OBJECT
-    /// "onboarding", "review", "settings", "detail" or "library".
+    /// "onboarding", "review", "settings", "preview", "detail" or "library".
     Q_PROPERTY(QString page READ page NOTIFY pageChanged)
     Q_PROPERTY(QString detailId READ detailId NOTIFY pageChanged)
     /// "general", "integrations", "privacy" or "about".
@@ -29,7 +29,7 @@ class Ui final : public QObject {
     struct Place {
         QString page, detailId, settingsPane;
     };
-    /// What is shown, or would be without the introduction or a review.
+    /// What is shown, or would be without the introduction, a review or a preview.
     Place place() const;
     /// A workspace that is gone leads to the library.
     void goTo(const Place& place);
@@ -50,7 +50,7 @@ class Ui final : public QObject {
     /// The detail of a workspace, by its identifier.
     Q_INVOKABLE void openDetail(const QString& id);
     Q_INVOKABLE void openSettings(const QString& pane = {});
-    /// From settings or detail to the library.
+    /// From settings or a preview to what was there before, from detail to the library.
     Q_INVOKABLE void back();
     /// What Escape does there: first it closes a report that was opened from the page.
     Q_INVOKABLE void leave();

@@ -25,10 +25,9 @@ Program::Program(const System& system)
                   .trayShown = [this] { return tray_.shown(); },
                   .quit = system.variant == TextVariant::onMac ? nullptr : &QCoreApplication::quit}),
       model_({system.services, system.data, system.digest, shell_, interface_}),
-      trayMenu_(model_, updates_, theme_, system.variant,
-                {.openDetail = [this](const Uuid& workspace) { interface_.openDetail(workspace); },
-                 .openSettings = [this] { interface_.openSettings(); },
-                 .quit = [] { QCoreApplication::quit(); }}),
+      trayMenu_(
+          model_, updates_, theme_, system.variant,
+          {.openSettings = [this] { interface_.openSettings(); }, .quit = [] { QCoreApplication::quit(); }}),
       tray_(trayMenu_, system.olderTrayIsThere),
       notice_(model_, shell_, [this] {
           return interface_.windows().mainOpen() || interface_.panelVisible(PanelID::restore);

@@ -290,6 +290,16 @@ FocusScope {
             enabled: Detail.canResume
             onClicked: Detail.resume()
         }
+        Item { width: 1; height: 8 }
+        PushButton {
+            width: parent.width
+            large: true
+            iconName: "list-checks"
+            text: "Preview…"
+            tip: "What resuming would do, before it does"
+            enabled: Detail.canResume
+            onClicked: Detail.preview()
+        }
     }
     Column {
         id: rest

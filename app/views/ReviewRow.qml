@@ -14,6 +14,7 @@ Item {
     required property bool openable
     required property bool open
     required property bool last
+    required property string reason
 
     readonly property bool app: kind === "app"
     readonly property bool more: kind === "more"
@@ -38,7 +39,7 @@ Item {
     height: line + (last && !app ? 8 : 0)
     Accessible.role: Accessible.TreeItem
     Accessible.name: title
-    Accessible.description: openable ? (open ? "Open" : "Closed") + (detail ? ", " + detail : "") : detail
+    Accessible.description: [openable ? open ? "Open" : "Closed" : "", detail, reason].filter((part) => part !== "").join(", ")
     Accessible.checkable: !more
     Accessible.checked: included
     Accessible.onToggleAction: toggled()
@@ -78,6 +79,10 @@ Item {
             const view = root.ListView.view
             if (view && (hovered || view.hoveredRow === root.index)) view.hoveredRow = hovered ? root.index : -1
         }
+    }
+    ToolTip {
+        visible: pointer.hovered && root.reason !== ""
+        text: root.reason
     }
     TapHandler {
         onTapped: {
@@ -138,7 +143,7 @@ Item {
         UiText {
             id: words
             readonly property real start: root.app ? 68 : Math.round((root.location ? 99 : 75) + 7 * Theme.scale)
-            readonly property real room: tick.start - start - 16 - (root.app || note.text === "" ? 0 : note.implicitWidth + 16)
+            readonly property real room: tick.start - start - 16 - (root.app || note.text === "" ? 0 : note.width + 16)
             anchors.left: parent.left
             anchors.leftMargin: start
             width: Math.min(implicitWidth, Math.max(40, room))
@@ -153,7 +158,8 @@ Item {
             id: note
             anchors.left: parent.left
             anchors.leftMargin: root.app ? words.start + words.width + 10 : tick.start - 16 - width
-            width: root.app ? Math.max(0, Math.min(implicitWidth, tick.start - 16 - anchors.leftMargin)) : implicitWidth
+            width: Math.max(0, Math.min(implicitWidth, root.app ? tick.start - 16 - anchors.leftMargin
+                                                                : (tick.start - words.start) * 0.6))
             anchors.verticalCenter: parent.verticalCenter
             role: "caption"
             text: root.detail

@@ -11,7 +11,7 @@ Rectangle {
 
     function fileOf(page) {
         return { onboarding: "OnboardingView.qml", review: "ReviewView.qml", settings: "SettingsView.qml",
-                 detail: "DetailView.qml", library: "LibraryView.qml" }[page]
+                 preview: "PreviewView.qml", detail: "DetailView.qml", library: "LibraryView.qml" }[page]
     }
 
     Shortcut { sequence: "Ctrl+,"; enabled: Ui.page !== "onboarding"; onActivated: Ui.openSettings() }

@@ -50,7 +50,7 @@ _quilloctl_offer_files() {
 }
 
 _quilloctl() {
-    local commands="doctor windows displays save plan diff restore undo list show rename duplicate delete history launcher export import validate help"
+    local commands="doctor windows displays save plan diff restore undo list show rename duplicate delete history launcher export import validate report help"
     local options="--desktop --data-dir --json --quiet -q --keep-scene --help -h --version"
     local words=() globals=() arguments=() word previous="" command="" joined="" index
     local quote="" trimmed="" typed unquoted
@@ -83,7 +83,7 @@ _quilloctl() {
                 globals+=("$word" "$unquoted")
                 ((index++)) ;;
             --data-dir=*) globals+=("$word") ;;
-            --desktop | --only | --update | --adapter | --clean-slate | --wait-limit | --late) ((index++)) ;;
+            --desktop | --only | --except | --update | --adapter | --clean-slate | --wait-limit | --late) ((index++)) ;;
             -*) ;;
             *) if [[ -z $command ]]; then command=$word; else arguments+=("$word"); fi ;;
         esac
@@ -107,7 +107,7 @@ _quilloctl() {
             return ;;
         --data-dir) _quilloctl_offer_files "" -d; return ;;
         --update) _quilloctl_offer_names workspaces; return ;;
-        --only) _quilloctl_offer_names applications "${arguments[0]}"; return ;;
+        --only | --except) _quilloctl_offer_names applications "${arguments[0]}"; return ;;
         --adapter) _quilloctl_offer_words finder chromium safari firefox; return ;;
         --clean-slate) _quilloctl_offer_words keep hide quit; return ;;
         --wait-limit | --late) return ;;
@@ -117,11 +117,12 @@ _quilloctl() {
         save) options="--update --adapter $options" ;;
         list) options="--long $options" ;;
         history) options="--long --adapter $options" ;;
-        plan) options="--exit-code --only --adapter --clean-slate $options" ;;
-        diff) options="--only --adapter $options" ;;
-        restore) options="--only --adapter --clean-slate --wait --wait-limit --late --yes -y $options" ;;
+        plan) options="--exit-code --only --except --adapter --clean-slate $options" ;;
+        diff) options="--only --except --adapter $options" ;;
+        restore) options="--only --except --adapter --clean-slate --wait --wait-limit --late --yes -y $options" ;;
         undo) options="--plan --quit-launched $options" ;;
         export) options="--force $options" ;;
+        report) options="--force --adapter --clean-slate $options" ;;
     esac
     if [[ $typed == -* ]]; then
         # shellcheck disable=SC2086
@@ -131,7 +132,7 @@ _quilloctl() {
         _quilloctl_offer_words $commands
     else
         case $command:${#arguments[@]} in
-            plan:0 | diff:0 | restore:0 | show:0) _quilloctl_offer_names sessions ;;
+            plan:0 | diff:0 | restore:0 | show:0 | report:0) _quilloctl_offer_names sessions ;;
             rename:0 | duplicate:0 | delete:*) _quilloctl_offer_names workspaces ;;
             history:0) _quilloctl_offer_words list save clear ;;
             launcher:0) _quilloctl_offer_words add list remove ;;
@@ -150,7 +151,7 @@ _quilloctl() {
                     history) _quilloctl_offer_words list save clear ;;
                     launcher) _quilloctl_offer_words add list remove ;;
                 esac ;;
-            import:0 | validate:0) _quilloctl_offer_files "" ;;
+            import:0 | validate:0 | report:1) _quilloctl_offer_files "" ;;
             export:0) _quilloctl_offer_names sessions ;;
             export:*)
                 _quilloctl_offer_names sessions

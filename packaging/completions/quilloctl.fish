@@ -9,7 +9,7 @@ function __quilloctl_arguments
             continue
         end
         switch $word
-            case --desktop --data-dir --only --update --adapter --clean-slate --wait-limit --late
+            case --desktop --data-dir --only --except --update --adapter --clean-slate --wait-limit --late
                 set skip yes
             case '-*'
             case '*'
@@ -79,17 +79,17 @@ for line in 'doctor What works on this machine' 'windows The windows that a save
         'rename Give a workspace another name' 'duplicate Copy a workspace' 'delete Delete workspaces' \
         'history The last sessions' 'launcher How applications without a menu entry are started' \
         'export Write each workspace to a file' 'import Add the workspace of a file' \
-        'validate Check a workspace file' 'help Print help'
+        'validate Check a workspace file' 'report Write a file that shows a problem' 'help Print help'
     set -l parts (string split -m 1 ' ' $line)
     complete -c quilloctl -n __quilloctl_no_command -a $parts[1] -d $parts[2]
     complete -c quilloctl -n '__quilloctl_has 0 help' -a $parts[1] -d $parts[2]
 end
 
-complete -c quilloctl -n '__quilloctl_has 0 plan diff restore show' -a '(__quilloctl_names sessions)'
+complete -c quilloctl -n '__quilloctl_has 0 plan diff restore show report' -a '(__quilloctl_names sessions)'
 complete -c quilloctl -n '__quilloctl_has 0 rename duplicate' -a '(__quilloctl_names workspaces)'
 complete -c quilloctl -n '__quilloctl_is delete' -a '(__quilloctl_names workspaces)'
 complete -c quilloctl -n '__quilloctl_is export' -F -a '(__quilloctl_names sessions)'
-complete -c quilloctl -n '__quilloctl_is import validate' -F
+complete -c quilloctl -n '__quilloctl_is import validate report' -F
 complete -c quilloctl -n '__quilloctl_has 0 history' -a 'list save clear'
 complete -c quilloctl -n '__quilloctl_has 0 launcher' -a 'add list remove'
 complete -c quilloctl -n '__quilloctl_of launcher remove' -a '(__quilloctl_names launchers)'
@@ -100,9 +100,11 @@ complete -c quilloctl -n '__quilloctl_has 1 help; and __quilloctl_of help launch
 complete -c quilloctl -n '__quilloctl_is plan' -l exit-code -d 'Status 5 where there is something to do'
 complete -c quilloctl -n '__quilloctl_is plan diff restore' -l only -x -a '(__quilloctl_applications)' \
     -d 'Only this application'
-complete -c quilloctl -n '__quilloctl_is save plan diff restore history' -l adapter -x \
+complete -c quilloctl -n '__quilloctl_is plan diff restore' -l except -x -a '(__quilloctl_applications)' \
+    -d 'All but this application'
+complete -c quilloctl -n '__quilloctl_is save plan diff restore history report' -l adapter -x \
     -a 'finder chromium safari firefox' -d 'An integration to use'
-complete -c quilloctl -n '__quilloctl_is plan restore' -l clean-slate -x -a 'keep hide quit' \
+complete -c quilloctl -n '__quilloctl_is plan restore report' -l clean-slate -x -a 'keep hide quit' \
     -d 'What becomes of other applications'
 complete -c quilloctl -n '__quilloctl_is restore' -l wait -d 'Wait for the desktop first'
 complete -c quilloctl -n '__quilloctl_is restore' -l wait-limit -x -d 'How long at most, in seconds'
@@ -113,4 +115,4 @@ complete -c quilloctl -n '__quilloctl_is undo' -l quit-launched -d 'Also quit wh
 complete -c quilloctl -n '__quilloctl_is save' -l update -x -a '(__quilloctl_names workspaces)' \
     -d 'Renew this workspace'
 complete -c quilloctl -n '__quilloctl_is list history' -l long -d 'With more columns'
-complete -c quilloctl -n '__quilloctl_is export' -l force -d 'Replace an existing file'
+complete -c quilloctl -n '__quilloctl_is export report' -l force -d 'Replace an existing file'

@@ -42,6 +42,8 @@ struct SceneWindow {
     bool privateBrowsing = false;     // also one that is locked
     bool toolbar = true;
     std::int64_t addressFieldDepth = 3;  // levels below the toolbar
+    bool everyDesktop = false;
+    std::string immovable{};  // why its place is nobody's to set; empty: it can be moved
 };
 
 struct SceneApplication {
@@ -56,6 +58,7 @@ struct SceneApplication {
     std::vector<SceneWindow> reopens;  // opened at a later launch; the windows themselves unless given
     double documentSeconds = 0.3;      // from a document or window that it is to open to its window
     std::string language = "en";
+    bool singleWindow = false;  // it cannot be asked for one more
 };
 
 enum class FaultKind {
@@ -123,6 +126,14 @@ struct Fault {
     bool operator==(const Fault&) const = default;
 };
 
+/// A document that may not be opened.
+struct RefusedDocument {
+    std::string document;  // its address
+    std::string reason;
+
+    bool operator==(const RefusedDocument&) const = default;
+};
+
 struct Scene {
     bool trusted = true;
     std::vector<SceneDisplay> displays;
@@ -130,6 +141,9 @@ struct Scene {
     std::vector<Fault> faults;
     std::vector<std::string> missingFolders{};  // paths; every other folder exists
     bool opensWindows = false;                  // applications can be asked for one more window
+    bool likeX11 = false;  // one list of desktops for all displays, and the like: docs/scenes.md
+    std::vector<RefusedDocument> refusedDocuments{};
+    std::string desktopRefusal{};  // why no desktop can be made; empty: they can
 };
 
 /// `name` is the file's name, for errors: "scene.json: applications[0].windows[1].frame: expected ...".

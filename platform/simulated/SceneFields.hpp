@@ -16,7 +16,15 @@ inline constexpr auto fieldsOf<simulated::Scene> =
                Field{"applications", &simulated::Scene::applications},
                Field{"faults", &simulated::Scene::faults},
                Field{"missingFolders", &simulated::Scene::missingFolders},
-               Field{"opensWindows", &simulated::Scene::opensWindows}};
+               Field{"opensWindows", &simulated::Scene::opensWindows},
+               Field{"likeX11", &simulated::Scene::likeX11},
+               Field{"refusedDocuments", &simulated::Scene::refusedDocuments},
+               Field{"desktopRefusal", &simulated::Scene::desktopRefusal}};
+
+template <>
+inline constexpr auto fieldsOf<simulated::RefusedDocument> =
+    std::tuple{Field{"document", &simulated::RefusedDocument::document},
+               Field{"reason", &simulated::RefusedDocument::reason}};
 
 template <>
 inline constexpr auto fieldsOf<simulated::SceneDisplay> =
@@ -39,7 +47,8 @@ inline constexpr auto fieldsOf<simulated::SceneApplication> =
                Field{"windows", &simulated::SceneApplication::windows},
                Field{"reopens", &simulated::SceneApplication::reopens},
                Field{"documentSeconds", &simulated::SceneApplication::documentSeconds},
-               Field{"language", &simulated::SceneApplication::language}};
+               Field{"language", &simulated::SceneApplication::language},
+               Field{"singleWindow", &simulated::SceneApplication::singleWindow}};
 
 template <>
 inline constexpr auto fieldsOf<simulated::SceneWindow> =
@@ -62,7 +71,9 @@ inline constexpr auto fieldsOf<simulated::SceneWindow> =
                Field{"tabs", &simulated::SceneWindow::tabs},
                Field{"private", &simulated::SceneWindow::privateBrowsing},
                Field{"toolbar", &simulated::SceneWindow::toolbar},
-               Field{"addressFieldDepth", &simulated::SceneWindow::addressFieldDepth}};
+               Field{"addressFieldDepth", &simulated::SceneWindow::addressFieldDepth},
+               Field{"everyDesktop", &simulated::SceneWindow::everyDesktop},
+               Field{"immovable", &simulated::SceneWindow::immovable}};
 
 template <>
 inline constexpr auto fieldsOf<simulated::Fault> = std::tuple{

@@ -73,7 +73,8 @@ class SceneReader : public RecordReader<SceneReader> {
         if (!checkNames(displays, "id", scene.displays, &SceneDisplay::id) ||
             !checkNames(applications, "identifier", scene.applications, &SceneApplication::identifier))
             return false;
-        return scene.displays.empty() || scene.displays.front().frame.origin() == Point{} ||
+        // On X11 the primary display may stand anywhere.
+        return scene.likeX11 || scene.displays.empty() || scene.displays.front().frame.origin() == Point{} ||
                refuse({&primary, "frame"}, "the first display is the primary one and starts at 0, 0");
     }
 

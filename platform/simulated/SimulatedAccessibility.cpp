@@ -192,6 +192,12 @@ std::optional<Element> Accessibility::elementFromToken(std::span<const std::byte
     return windowElement(*window);
 }
 
+Capability Accessibility::placement(const Element& window) {
+    const Window* found = windowOf(window);
+    const bool able = !found || found->state.immovable.empty();
+    return able ? Capability::available() : Capability::unavailable(found->state.immovable);
+}
+
 Task<bool> Accessibility::makeMovable(Element) {
     co_return true;
 }

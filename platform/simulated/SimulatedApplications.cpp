@@ -77,6 +77,10 @@ std::vector<InstalledApplication> ApplicationList::installed() {
     return applications;
 }
 
+std::string ApplicationList::notInstalled() {
+    return world_.likeX11() ? "no menu entry starts it" : Applications::notInstalled();
+}
+
 Task<Result<void>> ApplicationList::launch(Url location, std::vector<Url> documents) {
     co_await sleepFor(50ms);
     world_.advance();
@@ -110,6 +114,7 @@ Task<Result<void>> ApplicationList::open(std::string bundleIdentifier, std::vect
 }
 
 Result<Url> ApplicationList::openable(std::string_view, const Url& document) {
+    if (auto reason = world_.refusal(document)) return fail(ErrorKind::refused, *std::move(reason));
     const auto path = document.filePath();
     if (!path) return fail(ErrorKind::refused, "its address is not one of a file on this computer");
     if (DocumentSafety::isProgramFile(*path) || DocumentSafety::isProgramFolder(*path))
@@ -130,7 +135,8 @@ Task<Result<void>> ApplicationList::requestWindow(std::string bundleIdentifier) 
 }
 
 Capability ApplicationList::openingWindows(std::string_view bundleIdentifier) {
-    return world_.opensWindows() ? Capability::available() : Applications::openingWindows(bundleIdentifier);
+    return world_.opensWindows(bundleIdentifier) ? Capability::available()
+                                                 : Applications::openingWindows(bundleIdentifier);
 }
 
 Task<Result<void>> ApplicationList::openWindow(std::string bundleIdentifier) {

@@ -39,7 +39,10 @@ std::vector<DisplaySpaces> Server::displaySpaces() {
     for (const Display& display : world_.displays()) {
         DisplaySpaces& spaces = result.emplace_back(DisplaySpaces{display.scene.id, {}});
         for (const SpaceID id : display.desktops)
-            spaces.spaces.push_back({id, SpaceKind::standard, "space-" + std::to_string(id)});
+            spaces.spaces.push_back(
+                {id, SpaceKind::standard,
+                 world_.likeX11() ? std::nullopt : std::optional("space-" + std::to_string(id))});
+        if (world_.likeX11()) continue;
         for (const Window& window : world_.windows()) {
             const bool owns = window.fullscreenSpace != 0 && world_.frontTab(window) == &window;
             if (owns && display.scene.frame.contains(window.state.frame.center()))
@@ -57,7 +60,11 @@ std::vector<WindowFacts> Server::facts(std::span<const WindowNumber> numbers) {
         const Window* window = world_.window(number);
         if (!window) continue;
         // A tab behind another stands on no desktop of its own.
-        if (world_.frontTab(*window) == window)
+        if (window->state.everyDesktop && !world_.displays().empty())
+            facts.spaces = world_.displays().front().desktops;
+        else if (world_.likeX11())
+            facts.spaces = {window->space};
+        else if (world_.frontTab(*window) == window)
             facts.spaces = {window->state.fullscreen ? window->fullscreenSpace : window->space};
         facts.isStandard = window->state.subrole == ax::standardWindow;
         facts.isFullscreen = window->state.fullscreen;
@@ -80,8 +87,25 @@ Result<void> Server::moveWindow(WindowNumber number, SpaceID space) {
     return {};
 }
 
+std::string Server::noWindows() {
+    return world_.likeX11() ? "no accessible windows appeared; windows on other desktops may be unavailable"
+                            : WindowServer::noWindows();
+}
+
+Capability Server::desktopCreation() {
+    const std::string& refusal = world_.desktopRefusal();
+    return refusal.empty() ? Capability::available() : Capability::unavailable(refusal);
+}
+
+bool Server::createsDesktopsDirectly() {
+    return world_.likeX11();
+}
+
 Result<void> Server::createDesktop(std::string_view) {
-    return fail(ErrorKind::unavailable, "the overview creates desktops, not the window server");
+    if (!world_.likeX11())
+        return fail(ErrorKind::unavailable, "the overview creates desktops, not the window server");
+    world_.addSharedDesktop();
+    return {};
 }
 
 bool Server::openOverview() {

@@ -17,6 +17,7 @@ class Accessibility final : public AccessibilityService {
 
     bool trusted() override;
     Capability access() override;
+    bool listsTabsAsWindows() override { return !world_.likeX11(); }
     void prompt() override {}
     Element application(ProcessID pid) override;
     void setMessagingTimeout(const Element& element, double seconds) override;
@@ -27,6 +28,7 @@ class Accessibility final : public AccessibilityService {
     AccessibilityCode perform(const Element& element, std::string_view action) override;
     std::optional<WindowNumber> windowNumber(const Element& window) override;
     std::optional<Element> elementFromToken(std::span<const std::byte, 20> token) override;
+    Capability placement(const Element& window) override;
     Task<bool> makeMovable(Element window) override;
     Task<void> settleInPlace(Element window) override;
 
@@ -53,11 +55,12 @@ class Server final : public WindowServer {
     std::vector<WindowListEntry> windowList() override;
     std::vector<DisplaySpaces> displaySpaces() override;
     std::vector<WindowFacts> facts(std::span<const WindowNumber> numbers) override;
+    std::string noWindows() override;
     Capability spaces() override { return Capability::available(); }
-    Capability desktopCreation() override { return Capability::available(); }
+    Capability desktopCreation() override;
     bool isAnimating(std::string_view displayID) override;
     Result<void> moveWindow(WindowNumber number, SpaceID space) override;
-    bool createsDesktopsDirectly() override { return false; }
+    bool createsDesktopsDirectly() override;
     Result<void> createDesktop(std::string_view displayID) override;
     bool openOverview() override;
     void closeOverview() override { world_.closeOverview(); }
@@ -81,9 +84,11 @@ class ApplicationList final : public Applications {
     std::optional<std::string> identifierAt(const Url& location) override;
     std::optional<std::string> name(std::string_view bundleIdentifier) override;
     std::vector<InstalledApplication> installed() override;
+    std::string notInstalled() override;
     Task<Result<void>> launch(Url location, std::vector<Url> documents) override;
+    bool documentsTravelWithLaunch() override { return world_.likeX11(); }
     Task<Result<void>> open(std::string bundleIdentifier, std::vector<Url> documents) override;
-    /// Documents are names here: only their endings tell.
+    /// Documents are names here: only their endings tell, and the scene.
     Result<Url> openable(std::string_view bundleIdentifier, const Url& document) override;
     Task<Result<void>> requestWindow(std::string bundleIdentifier) override;
     bool hide(std::string_view bundleIdentifier) override;

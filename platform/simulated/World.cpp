@@ -12,7 +12,10 @@ World::World(VirtualExecutor& executor, Scene scene, std::uint64_t seed)
       trusted_(scene.trusted),
       random_(seed),
       missingFolders_(std::move(scene.missingFolders)),
-      opensWindows_(scene.opensWindows) {
+      opensWindows_(scene.opensWindows),
+      likeX11_(scene.likeX11),
+      refusedDocuments_(std::move(scene.refusedDocuments)),
+      desktopRefusal_(std::move(scene.desktopRefusal)) {
     for (SceneDisplay& display : scene.displays) plug(std::move(display));
     for (SceneApplication& application : scene.applications)
         applications_.emplace_back().scene = std::move(application);
@@ -222,7 +225,7 @@ void World::shareWithTabs(const Window& window) {
 
 bool World::listed(const Window& window) const {
     if (!window.state.listed) return false;
-    if (window.state.minimized || window.state.fullscreen) return true;
+    if (likeX11_ || window.state.minimized || window.state.fullscreen) return true;
     return std::ranges::any_of(displays_,
                                [&](const Display& display) { return display.shown() == window.space; });
 }

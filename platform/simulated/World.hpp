@@ -104,8 +104,16 @@ class World {
     /// A window as the application would make one now: on the desktop in front, a step away from its others.
     SceneWindow newWindow(const Application& application, std::string title) const;
 
-    /// Whether applications can be asked for one more window.
-    bool opensWindows() const { return opensWindows_; }
+    /// Whether this application can be asked for one more window.
+    bool opensWindows(std::string_view identifier) const;
+    /// Whether it behaves as an X11 desktop, where the two differ.
+    bool likeX11() const { return likeX11_; }
+    /// Why no desktop can be made; empty where they can.
+    const std::string& desktopRefusal() const { return desktopRefusal_; }
+    /// Why the document may not be opened; absent where it may.
+    std::optional<std::string> refusal(const Url& document) const;
+    /// One more desktop, of the one list that all displays share.
+    void addSharedDesktop();
     /// As the application answers such a request: an empty window in front, a moment later.
     void openAnother(Application& application);
 
@@ -216,7 +224,9 @@ class World {
     std::deque<Window> windows_;  // addresses stay while windows open
     std::deque<Fault> faults_;
     std::vector<std::string> missingFolders_;
-    bool opensWindows_;
+    bool opensWindows_, likeX11_;
+    std::vector<RefusedDocument> refusedDocuments_;
+    std::string desktopRefusal_;
     std::set<WindowNumber> drifting_;  // that will, or have and do so once only
     std::multimap<TimePoint, std::function<void()>> events_;
     std::optional<TimePoint> overviewShownAt_;  // empty while it is closed

@@ -15,7 +15,16 @@ const Display* World::display(std::string_view id) const {
 
 void World::plug(SceneDisplay scene) {
     Display& display = displays_.emplace_back(Display{std::move(scene), {}});
+    if (likeX11_ && displays_.size() > 1) {
+        display.desktops = displays_.front().desktops;
+        return;
+    }
     for (std::int64_t i = 0; i < display.scene.desktops; ++i) display.desktops.push_back(nextSpace_++);
+}
+
+void World::addSharedDesktop() {
+    const SpaceID added = nextSpace_++;
+    for (Display& display : displays_) display.desktops.push_back(added);
 }
 
 void World::unplug(std::string_view id) {
@@ -89,7 +98,8 @@ std::vector<SceneWindow> World::sceneWindows(const Application& application) con
         scene.frame = window.plainFrame;
         for (const Display& display : displays_) {
             const auto desktop = std::ranges::find(display.desktops, window.space);
-            if (desktop == display.desktops.end()) continue;
+            if (desktop == display.desktops.end() || (likeX11_ && &display != displayOf(window.state.frame)))
+                continue;
             scene.display = display.scene.id;
             scene.desktop = desktop - display.desktops.begin();
         }
@@ -103,7 +113,10 @@ Scene World::scene() const {
                 .applications = {},
                 .faults = {faults_.begin(), faults_.end()},
                 .missingFolders = missingFolders_,
-                .opensWindows = opensWindows_};
+                .opensWindows = opensWindows_,
+                .likeX11 = likeX11_,
+                .refusedDocuments = refusedDocuments_,
+                .desktopRefusal = desktopRefusal_};
     for (const Display& display : displays_) {
         scene.displays.push_back(display.scene);
         scene.displays.back().desktops = static_cast<std::int64_t>(display.desktops.size());

@@ -108,6 +108,20 @@ void World::openDocuments(Application& application, std::span<const Url> documen
     }
 }
 
+bool World::opensWindows(std::string_view identifier) const {
+    const auto of = [](const Application& one) { return one.scene.identifier; };
+    const auto found = std::ranges::find(applications_, identifier, of);
+    return opensWindows_ && (found == applications_.end() || !found->scene.singleWindow);
+}
+
+std::optional<std::string> World::refusal(const Url& document) const {
+    for (const RefusedDocument& one : refusedDocuments_) {
+        const auto refused = Url::parse(one.document);
+        if (refused && refused->standardized() == document.standardized()) return one.reason;
+    }
+    return std::nullopt;
+}
+
 bool World::folderExists(std::string_view path) const {
     if (!path.starts_with('/') || path.contains('\0')) return false;
     const Url folder = Url::file(path).standardized();

@@ -51,7 +51,11 @@ void World::removeDesktop(std::string_view displayID, std::int64_t index) {
     for (Window& window : windows_) {
         if (window.space == gone) window.space = refuge;
     }
-    shrunk->desktops.erase(removed);
+    if (likeX11_) {
+        for (Display& display : displays_) std::erase(display.desktops, gone);
+    } else {
+        shrunk->desktops.erase(removed);
+    }
     if (shrunk->scene.shownDesktop >= index && shrunk->scene.shownDesktop > 0) --shrunk->scene.shownDesktop;
 }
 

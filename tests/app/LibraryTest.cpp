@@ -143,7 +143,8 @@ class Library : public testing::Test {
                  log_.emplace_back("close");
                  if (whileClosing_) whileClosing_();
              },
-         .refreshCurrentSnapshot = [this] { log_.emplace_back("refresh"); }}};
+         .refreshCurrentSnapshot = [this] { log_.emplace_back("refresh"); },
+         .preview = [this](const Workspace& one) { log_.push_back("preview " + one.name); }}};
     std::function<void()> whileClosing_;
 };
 
@@ -169,6 +170,8 @@ TEST_F(Library, SwitcherKeysMoveAndAct) {
         {{enter}, "nothing like it", 0, {"close", "capture"}},
         {{escape}, "", 0, {"close"}},
         {{commandS}, "safari", 0, {"close", "capture"}},
+        {{down, commandEnter}, "safari", 0, {"close", "preview Mail"}},
+        {{end, commandEnter}, "", 3, {"close", "capture"}},  // of that there is nothing to preview
     };
     for (const auto& row : cases) {
         switcher_.shown();

@@ -41,7 +41,7 @@ class RandomModel {
     void act(int operations) {
         for (int i = 0; i < operations && !testing::Test::HasFailure(); ++i) {
             const std::int64_t worthless[] = {12, 14, 19};  // what a session capture under way may become by
-            operate(model_->snapshotting() && chance(50) ? anyOf(worthless) : number(0, 25));
+            operate(model_->snapshotting() && chance(50) ? anyOf(worthless) : number(0, 26));
             check();
             wait();
         }
@@ -203,6 +203,8 @@ class RandomModel {
                 return switcher();
             case 24:
                 return pressHotKey();
+            case 25:
+                return preview();
             default:
                 return chance(50) ? model_->requestAccessibility() : model_->openMain();
         }
@@ -309,6 +311,15 @@ class RandomModel {
         if (chance(50)) switcher.setQuery(name());
         for (std::int64_t i = number(0, 3); i > 0; --i) switcher.press(Switcher::Key::down);
         switcher.press(Switcher::Key(number(1, 4)));
+    }
+
+    void preview() {
+        ResumePreview* const open = model_->preview();
+        if (!open || chance(30)) return model_->openPreview(anyWorkspace(), CleanSlateMode(number(0, 2)));
+        const std::vector<ApplicationSnapshot>& listed = open->ticks().snapshot().applications;
+        if (!listed.empty() && chance(60))
+            return open->ticks().includeApp(std::string(anyOf(listed).bundleIdentifier), chance(50));
+        return chance(50) ? model_->resumePreview() : model_->closePreview();
     }
 
     void pressHotKey() {

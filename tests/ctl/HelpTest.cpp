@@ -29,7 +29,7 @@ TEST_F(HelpTest, TheManPageAndTheCompletionsKnowEveryCommandAndOption) {
     const Names commands = matches(done({"--help"}), "^  ([a-z]+) +[a-z]");
     EXPECT_EQ(commands, (Names{"doctor", "windows", "displays", "save", "plan", "diff", "restore", "undo",
                                "list", "show", "rename", "duplicate", "delete", "history", "launcher",
-                               "export", "import", "validate", "help"}));
+                               "export", "import", "validate", "report", "help"}));
     std::string help = done({"--help"});
     for (const std::string& command : commands) {
         help += done({command, "--help"});

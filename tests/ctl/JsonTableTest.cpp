@@ -114,6 +114,7 @@ TEST_F(JsonTableTest, EveryLineIsOfADocumentedKindAndEveryKindIsPrinted) {
         {"plan", after, {"Work", "--clean-slate", "hide", "--adapter", "chromium"}},
         {"plan", after, {"Work 2"}},
         {"diff", after, {"Work"}},
+        {"report", after, {"Work", home_ / "report.json"}},
         {"restore", after, {"Work", "--clean-slate", "hide", "--adapter", "chromium"}},
         {"restore", lateOne, {"Work", "--late", "60"}},
         {"undo", after, {"--plan"}},

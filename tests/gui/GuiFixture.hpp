@@ -230,6 +230,10 @@ class GuiTest : public testing::Test {
         see(main(), "library");
         interface->openDetail(work);
         see(main(), "detail");
+        model->openPreview(model.named("Work"), CleanSlateMode::hide);
+        ASSERT_TRUE(until([&] { return model->preview()->plan().has_value(); }));
+        see(main(), "preview");
+        model->closePreview();
         for (const char* pane : {"general", "integrations", "privacy", "about"}) {
             ui().openSettings(pane);
             see(main(), pane);

@@ -262,6 +262,13 @@ class Stage : LookSet, public GuiTest {
         EXPECT_TRUE(model.known.savedHere(workspace));
         model->restore(workspace, {});
     }
+    /// What resuming it would do.
+    void preview(const Workspace& workspace, CleanSlateMode mode = CleanSlateMode::keep) {
+        model.keep(workspace);
+        model->openPreview(Workspace(model.named(workspace.name)), mode);
+        EXPECT_TRUE(until([&] { return model->preview()->plan().has_value(); }));
+        settle();
+    }
     /// One from elsewhere, with a list that is longer than its room.
     void askToResume(const char* name) {
         Workspace workspace = troubled(name, 0);

@@ -97,6 +97,19 @@ const Surface pages[] = {
     {"detail-delete", [](Stage& s) { s.detail("Product launch"), s.press("Delete Workspace"); }},
     {"detail-tip-rename", [](Stage& s) { s.detail("Product launch"), s.hover("Rename"); }, false, true},
 
+    {"preview", [](Stage& s) { s.preview(s.saved("Morning")); }},
+    {"preview-trouble",
+     [](Stage& s) {
+         s.preview(s.troubled("Morning", 2), CleanSlateMode::quit);
+         CaptureDraft& ticks = s.model->preview()->ticks();
+         ticks.includeApp(ticks.snapshot().applications.front().bundleIdentifier, false);
+     }},
+    {"preview-60",
+     [](Stage& s) {
+         s.put("Crowded", samples::crowded());
+         s.preview(s.model.named("Crowded"));
+     }},
+
     {"review-reading", [](Stage& s) { s.model->beginCapture(); }, true},
     {"review", [](Stage& s) { s.review(); }},
     {"review-left-out",
