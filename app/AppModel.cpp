@@ -43,6 +43,7 @@ AppModel::AppModel(const AppServices& services, QObject* parent)
     };
     reloadSessions();
     observeSystem();
+    windowTallyTask_.start(executor(), tallyWindows());
     applySettings();
     startPermissionPolling();
 }

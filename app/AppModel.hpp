@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "WindowEngine/capture/CaptureHealth.hpp"
 #include "WindowEngine/capture/LeftOut.hpp"
 #include "WindowEngine/integrations/Adapters.hpp"
 #include "WindowEngine/library/SessionHistory.hpp"
@@ -77,6 +78,8 @@ class AppModel final : public QObject {
     /// The session history, newest first.
     const std::vector<Workspace>& sessions() const { return sessions_; }
     const std::optional<std::string>& autoSnapshotError() const { return autoSnapshotError_; }
+    /// Why the last automatic snapshot was not taken, as words within a sentence; absent once one was.
+    const std::optional<std::string>& autoSnapshotSkipped() const { return autoSnapshotSkipped_; }
     const AppSettings& settings() const { return settings_; }
     /// What became of settings that could not be read, until dismissed.
     const std::optional<std::string>& settingsTrouble() const { return rescue_.trouble(); }
@@ -218,6 +221,7 @@ class AppModel final : public QObject {
     void storageIssuesChanged();
     void sessionsChanged();
     void autoSnapshotErrorChanged();
+    void autoSnapshotSkippedChanged();
     void settingsChanged();
     void settingsTroubleChanged();
     void accessibilityGrantedChanged();
@@ -262,6 +266,12 @@ class AppModel final : public QObject {
     Task<> importTask();
 
     void saveSession(const WorkspaceSnapshot& snapshot);
+    Task<> tallyWindows();
+    /// What keeps a capture that is made now from showing the desktop as the person has it, or one that was
+    /// begun when `displays` were attached.
+    std::optional<CaptureHealth::Flaw> captureFlaw(
+        const std::vector<DisplaySnapshot>* displays = nullptr) const;
+    void setAutoSnapshotSkipped(std::optional<std::string> why);
     RestoreRun::Start startOf(const WorkspaceSnapshot& snapshot) const;
     void restored(RestoreRun& run, const RestoreReport::Item& item);
     void restoreEnded(RestoreRun& run, RestoreReport report);
@@ -312,7 +322,8 @@ class AppModel final : public QObject {
     KnownWorkspaces known_;
 
     std::vector<Workspace> sessions_;
-    std::optional<std::string> autoSnapshotError_;
+    std::optional<std::string> autoSnapshotError_, autoSnapshotSkipped_;
+    CaptureHealth::WindowTally windowTally_;
     Uuid autoSnapshotGeneration_ = Uuid::random();
     std::int64_t scheduledMinutes_ = -1;  // so that the first configuration always runs
     std::vector<Workspace> workspaces_;
@@ -351,7 +362,7 @@ class AppModel final : public QObject {
     std::unique_ptr<SurfaceObserver> reopenObserver_;
 
     // Last: what runs ends before what it works on.
-    TaskSlot autoSnapshotTimer_, autoSnapshotTask_, permissionPoll_, captureTask_, currentSnapshotTask_,
+    TaskSlot autoSnapshotTimer_, autoSnapshotTask_, windowTallyTask_, permissionPoll_, captureTask_, currentSnapshotTask_,
         desktopFollower_, questionTask_;
     TaskSlot toastTimer_, panelTimer_, exporting_, importing_, adding_;
     DirectoryWatch libraryWatch_, historyWatch_;

@@ -38,9 +38,11 @@ Task<> AppModel::captureForReview(std::optional<Workspace> updating, bool testRe
     co_await checkpoint();
     // Without it the windows of others are missing, and would be from the workspace that is updated.
     const bool read = services_.desktop.platform.accessibility.trusted();
-    captureEnded(
-        read ? std::make_shared<CaptureDraft>(std::move(snapshot), std::move(updating), testRestoreAfterSave)
-             : nullptr);
+    const auto flaw = captureFlaw(&snapshot.displays);
+    captureEnded(read ? std::make_shared<CaptureDraft>(std::move(snapshot), std::move(updating),
+                                                       testRestoreAfterSave,
+                                                       flaw ? CaptureHealth::warning(*flaw) : std::string())
+                      : nullptr);
     if (!read) co_return refuseWithoutAccess();
     openMain();
 }

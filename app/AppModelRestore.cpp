@@ -150,6 +150,7 @@ void AppModel::restoreEnded(RestoreRun& run, RestoreReport report) {
     const bool inLibrary = std::ranges::find(workspaces_, workspace, &Workspace::id) != workspaces_.end();
     if (inLibrary && restoreRun_.get() == &run) lastRuns_[workspace] = restoreRun_;
     run.finish(std::move(report));
+    windowTally_ = {};  // windows that it made go are nobody's trouble
     if (!cancelled) {
         if (!store_.updateLastRestored(run.workspace().id, wallNow())) {
             show("Restored, but couldn't update last-used time", ToastKind::refusal);

@@ -1,5 +1,6 @@
 // The attached displays.
 #pragma once
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -16,11 +17,20 @@ struct Screen {
     double scale = 1;                     // backing pixels to a point
 };
 
+/// What a person at the computer sees.
+enum class ScreenState : std::uint8_t {
+    shown,
+    blank,   // switched off to save power, or a screen saver covers it
+    locked,  // blank or not, nothing is to be seen before somebody has given a password
+};
+
 class Screens {
   public:
     virtual ~Screens() = default;
     /// The primary screen first; empty when no display is attached. Executor's thread only.
     virtual std::vector<Screen> screens() = 0;
+    /// `shown` where nothing tells otherwise. May wait for the system's answer, a quarter of a second at most.
+    virtual ScreenState state() { return ScreenState::shown; }
 };
 
 }  // namespace quillo

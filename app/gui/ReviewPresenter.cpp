@@ -49,8 +49,11 @@ ReviewPresenter::Amount ReviewPresenter::amountOf(const WorkspaceSnapshot& snaps
 
 QStringList ReviewPresenter::notes() const {
     QStringList lines;
-    if (!present() || !model_.draft()->snapshot().notes) return lines;
-    for (const std::string& note : *model_.draft()->snapshot().notes) lines << line(note);
+    if (!present()) return lines;
+    const CaptureDraft& draft = *model_.draft();
+    if (!draft.warning().empty()) lines << line(draft.warning());
+    for (const std::string& note : draft.snapshot().notes.value_or(std::vector<std::string>()))
+        lines << line(note);
     return lines;
 }
 

@@ -188,6 +188,12 @@ Column {
             text: Settings.savesSessions ? "No session has been saved yet." : "No session is saved."
         }
         SettingNote {
+            visible: Settings.sessionSkipped !== ""
+            iconName: "triangle-alert"
+            ink: Theme.warning
+            text: Settings.sessionSkipped
+        }
+        SettingNote {
             visible: Settings.sessionError !== ""
             iconName: "triangle-alert"
             ink: Theme.danger

@@ -42,4 +42,13 @@ std::vector<Screen> MacScreens::screens() {
     return screens;
 }
 
+ScreenState MacScreens::state() {
+    const auto session = CFRef<CFDictionaryRef>::created(CGSessionCopyCurrentDictionary());
+    const auto says = [&](std::string_view key) { return cf::boolean(cf::lookup(session.get(), key)); };
+    // The second is not documented; where it goes away, a locked screen is only known to be blank.
+    const bool locked = says("kCGSSessionOnConsoleKey") == false || says("CGSSessionScreenIsLocked") == true;
+    if (locked) return ScreenState::locked;
+    return CGDisplayIsAsleep(CGMainDisplayID()) != 0 ? ScreenState::blank : ScreenState::shown;
+}
+
 }  // namespace quillo

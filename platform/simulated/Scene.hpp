@@ -87,6 +87,8 @@ enum class FaultKind {
     quitRefused,
     hideRefused,
     displayUnplugged,  // `value` names the display
+    screenBlank,       // for `seconds`, for ever when 0
+    screenLocked,      // likewise
     permissionRevoked,
     openWindowRefused,
     openWindowIgnored,  // accepted, and no window appears

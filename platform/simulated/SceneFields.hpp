@@ -82,7 +82,7 @@ inline constexpr auto namesOf<ActivationPolicy> =
 
 template <>
 inline constexpr auto namesOf<simulated::FaultKind> =
-    std::array<std::pair<std::string_view, simulated::FaultKind>, 43>{{
+    std::array<std::pair<std::string_view, simulated::FaultKind>, 45>{{
         {"launchRefused", simulated::FaultKind::launchRefused},
         {"slowLaunch", simulated::FaultKind::slowLaunch},
         {"lateWindows", simulated::FaultKind::lateWindows},
@@ -116,6 +116,8 @@ inline constexpr auto namesOf<simulated::FaultKind> =
         {"quitRefused", simulated::FaultKind::quitRefused},
         {"hideRefused", simulated::FaultKind::hideRefused},
         {"displayUnplugged", simulated::FaultKind::displayUnplugged},
+        {"screenBlank", simulated::FaultKind::screenBlank},
+        {"screenLocked", simulated::FaultKind::screenLocked},
         {"permissionRevoked", simulated::FaultKind::permissionRevoked},
         {"documentRefused", simulated::FaultKind::documentRefused},
         {"documentIgnored", simulated::FaultKind::documentIgnored},

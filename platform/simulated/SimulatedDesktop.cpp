@@ -76,6 +76,11 @@ std::vector<Screen> ScreenList::screens() {
     return result;
 }
 
+ScreenState ScreenList::state() {
+    world_.advance();
+    return world_.screenState();
+}
+
 void MemoryLog::write(std::string_view category, LogLevel level, std::string_view message) {
     lines.push_back(fmt::format("{} {}: {}", category, level == LogLevel::info ? "info" : "error",
                                 text::printable(message)));

@@ -5,6 +5,7 @@
 #include <cstddef>
 
 #include "platform/x11/Edid.hpp"
+#include "platform/x11/ScreenSaver.hpp"
 
 namespace quillo::x11 {
 namespace {
@@ -188,6 +189,12 @@ std::vector<Screen> X11Screens::screens() {
                            .scale = 1});
     }
     return screens;
+}
+
+ScreenState X11Screens::state() {
+    if (isLocked_ && isLocked_()) return ScreenState::locked;
+    const auto& connection = view_.connection();
+    return isBlank(connection.xcb(), connection.root()) ? ScreenState::blank : ScreenState::shown;
 }
 
 }  // namespace quillo::x11

@@ -110,6 +110,11 @@ TEST_F(DesktopCommandTest, TheHistoryKeepsChangedSessionsBesideTheLibrary) {
     ASSERT_EQ(names.size(), 2U);
     EXPECT_EQ(names[1].substr(0, before.size()), before);
     EXPECT_EQ(home_.mode(sessions), 0700U);
+    file("locked", disturbed(R"(, "faults": [{"kind": "screenLocked"}])"));
+    expectSteps({{on("locked", {"history", "save"}), 3, "as it was: the screen is locked; quilloctl save NAME"},
+                 {on("locked", {"save", "Aside"}), 0, "desktop that you want back: the screen is locked.\n"},
+                 {{"delete", "Aside"}, 0, "Deleted"}});
+    EXPECT_EQ(listed(), names);
 
     // The sessions are found where the library has no such name; only reading commands look there.
     expectSteps({{on("arranged", {"plan", names[1]}), 0, "600 × 400 at 100, 100"},

@@ -140,6 +140,13 @@ void setEdid(const std::string& output, std::span<const std::uint8_t> block) {
     xcb_disconnect(xcb);
 }
 
+void forceScreenSaver(std::uint8_t mode) {
+    auto* xcb = xcb_connect(nullptr, nullptr);
+    xcb_force_screen_saver(xcb, mode);
+    free(xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));
+    xcb_disconnect(xcb);
+}
+
 class ScreensTest : public X11Test {
   protected:
     using Named = std::vector<std::pair<std::string, Rect>>;
@@ -206,6 +213,14 @@ TEST_F(ScreensTest, AMonitorIsKnownByItsEdidWhereThatIsUnique) {
     }
     setEdid(output, {});
     EXPECT_EQ(frames().front().first, output);
+}
+
+TEST_F(ScreensTest, AScreenSaverMakesTheScreenBlank) {
+    EXPECT_EQ(desktop->screens.state(), ScreenState::shown);
+    for (const bool on : {true, false}) {
+        forceScreenSaver(on ? XCB_SCREEN_SAVER_ACTIVE : XCB_SCREEN_SAVER_RESET);
+        EXPECT_EQ(desktop->screens.state(), on ? ScreenState::blank : ScreenState::shown);
+    }
 }
 
 TEST_F(ScreensTest, TheServerWithinAWaylandSessionIsRefusedByItsMonitorsName) {

@@ -41,4 +41,11 @@ CF_EXPORT const CFStringRef kCGWindowBounds;   /* dictionary, a rectangle: globa
    there is no window server session. */
 CF_EXPORT CFArrayRef CGWindowListCopyWindowInfo(CGWindowListOption option, CGWindowID relativeToWindow);
 
+/* Null where there is no window server session. */
+CF_EXPORT CFDictionaryRef CGSessionCopyCurrentDictionary(void);
+
+CF_EXPORT CGDirectDisplayID CGMainDisplayID(void);
+/* 1 while its picture is switched off. */
+CF_EXPORT uint32_t CGDisplayIsAsleep(CGDirectDisplayID display);
+
 CF_EXTERN_C_END
