@@ -1,5 +1,6 @@
 // The arguments of one call, as parsed.
 #pragma once
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -23,6 +24,9 @@ struct Arguments {
     std::string file;                       // FILE
     std::optional<std::string> update;      // save --update W
     std::vector<std::string> only;          // --only APP
+    std::vector<std::string> displays;      // --display SAVED=PRESENT
+    bool arrange = false;                   // restore --arrange, plan --arrange
+    std::int64_t number = 0;                // NUMBER of layout remove
     bool longList = false;                  // list --long
     bool force = false;                     // export --force
     bool exitCode = false;                  // plan --exit-code

@@ -40,6 +40,11 @@ CommandResult renameWorkspace(CommandContext& context, const Arguments& argument
 CommandResult duplicateWorkspace(CommandContext& context, const Arguments& arguments);
 CommandResult deleteWorkspaces(CommandContext& context, const Arguments& arguments);
 
+// Arrangements on other displays (LayoutCommands.cpp).
+CommandResult listLayouts(CommandContext& context, const Arguments& arguments);
+CommandResult saveLayout(CommandContext& context, const Arguments& arguments);
+CommandResult removeLayout(CommandContext& context, const Arguments& arguments);
+
 // Workspace files (FileCommands.cpp).
 CommandResult exportWorkspaces(CommandContext& context, const Arguments& arguments);
 CommandResult importWorkspace(CommandContext& context, const Arguments& arguments);

@@ -9,6 +9,7 @@
 #include "WindowEngine/capture/LeftOut.hpp"
 #include "WindowEngine/desktop/Displays.hpp"
 #include "WindowEngine/records/OwnIdentity.hpp"
+#include "WindowEngine/restore/DisplayLayouts.hpp"
 #include "ctl/Commands.hpp"
 #include "ctl/HumanText.hpp"
 #include "ctl/SnapshotText.hpp"
@@ -211,7 +212,9 @@ Result<Captured, Failure> captureDesktop(CommandContext& context, const Argument
         const LeftOut::Exclusions excluded = LeftOut::recognised(*before, *snapshot);
         snapshot = LeftOut::carriedOver(
             *before,
-            CaptureFilter::apply(*std::move(snapshot), excluded.apps, excluded.windows, excluded.contextURLs),
+            DisplayLayouts::carriedOver(
+                *before, CaptureFilter::apply(*std::move(snapshot), excluded.apps, excluded.windows,
+                                              excluded.contextURLs)),
             {Capture::neverSaved(access.platform.applications, options), options.excludedDomains});
     }
     std::vector<std::string> warnings = notLaunchable(access.platform.applications, *snapshot);

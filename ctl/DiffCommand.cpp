@@ -134,6 +134,7 @@ CommandResult compare(CommandContext& context, const Arguments& arguments) {
     Restore::Options options = restoreOptions(context, workspace, arguments);
     options.limited = false;  // nothing is opened
     DesktopAccess& access = (*desktop)->access();
+    chooseDisplays(context, access, workspace, arguments, options);
     const std::optional<RestorePreview> preview =
         run(**desktop, Restore::preview(access, workspace.snapshot, options));
     if (!preview) return failure("cancelled", Exit::cancelled);

@@ -37,6 +37,7 @@ CommandResult planRestore(CommandContext& context, const Arguments& arguments) {
     Restore::Options options = restoreOptions(context, workspace, arguments);
     context.known.permit(whole, true, options);
     DesktopAccess& access = (*desktop)->access();
+    chooseDisplays(context, access, workspace, arguments, options);
     const std::optional<RestorePreview> plan =
         run(**desktop, Restore::preview(access, workspace.snapshot, options));
     if (!plan) return failure("cancelled", Exit::cancelled);

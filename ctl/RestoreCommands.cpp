@@ -43,7 +43,7 @@ std::string words(ReasonToAsk reason, const Workspace& workspace) {
 /// not agreed to for all of it.
 bool isAllOfIt(const Workspace& workspace, const Arguments& arguments) {
     const CleanSlateMode says = workspace.cleanSlate.value_or(CleanSlateMode::keep);
-    return arguments.only.empty() &&
+    return arguments.only.empty() && !arguments.arrange &&
            (says == CleanSlateMode::keep || chosenCleanSlate(workspace, arguments) == says);
 }
 
@@ -106,6 +106,7 @@ CommandResult restoreWorkspace(CommandContext& context, const Arguments& argumen
             : openTrustedDesktop(context);
     if (!desktop) return std::unexpected(desktop.error());
     Restore::Options options = restoreOptions(context, workspace, arguments);
+    chooseDisplays(context, (*desktop)->access(), workspace, arguments, options);
     if (const Result<void, Failure> agreed =
             consent(context, **desktop, whole, workspace, options, arguments);
         !agreed) {
@@ -132,7 +133,7 @@ CommandResult restoreWorkspace(CommandContext& context, const Arguments& argumen
     printer.end(*report);
     if (!kept) return failure(printable(kept.error().text));
     const Exit exit = exitFor(*report);
-    if (report->cancelled || !arguments.only.empty() || found->isSession) return exit;
+    if (report->cancelled || !arguments.only.empty() || arguments.arrange || found->isSession) return exit;
     return noteRestored(context, workspace.id) ? exit : Exit::partly;
 }
 

@@ -71,7 +71,7 @@ for line in 'doctor What works on this machine' 'windows The windows that a save
         'plan What a restore would do' 'diff How the desktop differs from a workspace' \
         'restore Bring a workspace back' 'list All workspaces' 'show One workspace' \
         'rename Give a workspace another name' 'duplicate Copy a workspace' 'delete Delete workspaces' \
-        'history The last sessions' 'launcher How applications without a menu entry are started' \
+        'layout How a workspace stands on each set of displays' 'history The last sessions' 'launcher How applications without a menu entry are started' \
         'export Write each workspace to a file' 'import Add the workspace of a file' \
         'validate Check a workspace file' 'help Print help'
     set -l parts (string split -m 1 ' ' $line)
@@ -84,6 +84,8 @@ complete -c quilloctl -n '__quilloctl_has 0 rename duplicate' -a '(__quilloctl_n
 complete -c quilloctl -n '__quilloctl_is delete' -a '(__quilloctl_names workspaces)'
 complete -c quilloctl -n '__quilloctl_is export' -F -a '(__quilloctl_names sessions)'
 complete -c quilloctl -n '__quilloctl_is import validate' -F
+complete -c quilloctl -n '__quilloctl_has 0 layout' -a 'list save remove'
+complete -c quilloctl -n '__quilloctl_has 1 layout' -a '(__quilloctl_names workspaces)'
 complete -c quilloctl -n '__quilloctl_has 0 history' -a 'list save clear'
 complete -c quilloctl -n '__quilloctl_has 0 launcher' -a 'add list remove'
 complete -c quilloctl -n '__quilloctl_has 1 launcher' -a '(__quilloctl_names launchers)'
@@ -94,6 +96,8 @@ complete -c quilloctl -n '__quilloctl_is save plan diff restore history' -l adap
     -a 'finder chromium safari firefox' -d 'An integration to use'
 complete -c quilloctl -n '__quilloctl_is plan restore' -l clean-slate -x -a 'keep hide quit' \
     -d 'What becomes of other applications'
+complete -c quilloctl -n '__quilloctl_is plan restore' -l arrange -d 'Only move windows that are open'
+complete -c quilloctl -n '__quilloctl_is plan restore' -l display -x -d 'Which attached display a saved one is'
 complete -c quilloctl -n '__quilloctl_is restore' -l wait -d 'Wait for the desktop first'
 complete -c quilloctl -n '__quilloctl_is restore' -l wait-limit -x -d 'How long at most, in seconds'
 complete -c quilloctl -n '__quilloctl_is restore' -s y -l yes -d 'Without asking'

@@ -1,6 +1,7 @@
 #include "platform/macos/MacScreens.hpp"
 
 #include <ApplicationServices/ApplicationServices.h>
+#include <fmt/format.h>
 
 #include <algorithm>
 
@@ -21,6 +22,12 @@ std::optional<std::string> displayUuid(std::uint32_t displayNumber) {
     return cf::uuid(uuid.get());
 }
 
+/// Twins share it: what a display says of itself, and serial numbers are often 0.
+std::string modelOf(std::uint32_t displayNumber) {
+    return fmt::format("{:08X}-{:08X}-{}", CGDisplayVendorNumber(displayNumber),
+                       CGDisplayModelNumber(displayNumber), CGDisplaySerialNumber(displayNumber));
+}
+
 bool isTaken(const std::vector<Screen>& screens, const std::string& id) {
     return std::ranges::find(screens, id, &Screen::stableID) != screens.end();
 }
@@ -34,10 +41,12 @@ std::vector<Screen> MacScreens::screens() {
         const double top = natives.front().frame.maxY();
         auto id = native.displayNumber ? displayUuid(*native.displayNumber) : std::nullopt;
         if (id && isTaken(screens, *id)) id.reset();  // it would name two screens
-        screens.push_back({.stableID = std::move(id),
-                           .frame = flipped(native.frame, top),
-                           .visibleFrame = flipped(native.visibleFrame, top),
-                           .scale = native.backingScale});
+        screens.push_back(
+            {.stableID = std::move(id),
+             .frame = flipped(native.frame, top),
+             .visibleFrame = flipped(native.visibleFrame, top),
+             .scale = native.backingScale,
+             .model = native.displayNumber ? std::optional(modelOf(*native.displayNumber)) : std::nullopt});
     }
     return screens;
 }

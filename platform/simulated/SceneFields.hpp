@@ -25,7 +25,9 @@ inline constexpr auto fieldsOf<simulated::SceneDisplay> =
                Field{"visibleFrame", &simulated::SceneDisplay::visibleFrame, &simulated::SceneDisplay::frame},
                Field{"scale", &simulated::SceneDisplay::scale},
                Field{"desktops", &simulated::SceneDisplay::desktops},
-               Field{"shownDesktop", &simulated::SceneDisplay::shownDesktop}};
+               Field{"shownDesktop", &simulated::SceneDisplay::shownDesktop},
+               Field{"model", &simulated::SceneDisplay::model},
+               Field{"connector", &simulated::SceneDisplay::connector}};
 
 template <>
 inline constexpr auto fieldsOf<simulated::SceneApplication> =

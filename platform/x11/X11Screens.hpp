@@ -30,6 +30,8 @@ class X11Screens final : public Screens {
     explicit X11Screens(DesktopView& view, std::function<bool()> isLocked = {})
         : view_(view), isLocked_(std::move(isLocked)) {}
     std::vector<Screen> screens() override;
+    /// Without the panels, for which every window is looked at.
+    std::uint64_t stamp() override;
     ScreenState state() override;
 
   private:

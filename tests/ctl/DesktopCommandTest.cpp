@@ -111,9 +111,10 @@ TEST_F(DesktopCommandTest, TheHistoryKeepsChangedSessionsBesideTheLibrary) {
     EXPECT_EQ(names[1].substr(0, before.size()), before);
     EXPECT_EQ(home_.mode(sessions), 0700U);
     file("locked", disturbed(R"(, "faults": [{"kind": "screenLocked"}])"));
-    expectSteps({{on("locked", {"history", "save"}), 3, "as it was: the screen is locked; quilloctl save NAME"},
-                 {on("locked", {"save", "Aside"}), 0, "desktop that you want back: the screen is locked.\n"},
-                 {{"delete", "Aside"}, 0, "Deleted"}});
+    expectSteps(
+        {{on("locked", {"history", "save"}), 3, "as it was: the screen is locked; quilloctl save NAME"},
+         {on("locked", {"save", "Aside"}), 0, "desktop that you want back: the screen is locked.\n"},
+         {{"delete", "Aside"}, 0, "Deleted"}});
     EXPECT_EQ(listed(), names);
 
     // The sessions are found where the library has no such name; only reading commands look there.

@@ -91,6 +91,7 @@ TEST_F(JsonTableTest, EveryLineIsOfADocumentedKindAndEveryKindIsPrinted) {
     const std::string document = home_.read(QUILLO_SOURCE_DIR "/docs/command-line.md");
     const std::vector<Kind> kinds = documentedKinds(document);
     const std::string before = "simulated:" + file("then", then), after = "simulated:" + file("now", now);
+    const std::string aside = "simulated:" + file("aside", std::string(then).replace(25, 4, "dock"));
     const std::string copy = home_ / "copy.json";
     const struct {
         std::string command, desktop;
@@ -107,6 +108,9 @@ TEST_F(JsonTableTest, EveryLineIsOfADocumentedKindAndEveryKindIsPrinted) {
         {"plan", after, {"Work 2"}},
         {"diff", after, {"Work"}},
         {"restore", after, {"Work", "--clean-slate", "hide", "--adapter", "chromium"}},
+        {"layout list", before, {"Work"}},
+        {"layout save", aside, {"Work"}},
+        {"layout remove", before, {"Work", "1"}},
         {"duplicate", before, {"Work"}},
         {"rename", before, {"Work", "Play"}},
         {"list", before, {}},

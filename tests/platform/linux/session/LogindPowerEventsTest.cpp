@@ -167,9 +167,10 @@ TEST(LogindPowerEvents, WhereNoServiceAnswersTheReasonIsSaidAndNobodyHangs) {
 TEST_F(LogindTest, ALockedSessionIsTold) {
     LoginSession session(5s);
     EXPECT_FALSE(session.locked()) << "nobody knows of one";
-    bus.call("org.freedesktop.DBus.Mock", "AddObject",
-             g_variant_new_parsed("('/org/freedesktop/login1/session/auto', 'org.freedesktop.login1.Session', "
-                                  "{'LockedHint': <true>}, @a(ssss) [])"));
+    bus.call(
+        "org.freedesktop.DBus.Mock", "AddObject",
+        g_variant_new_parsed("('/org/freedesktop/login1/session/auto', 'org.freedesktop.login1.Session', "
+                             "{'LockedHint': <true>}, @a(ssss) [])"));
     EXPECT_TRUE(session.locked());
     logind->kill();
     EXPECT_FALSE(session.locked()) << "as far as anybody knows";

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 
 #include "WindowEngine/support/Uuid.hpp"
 #include "platform/macos/CFValues.hpp"
@@ -114,4 +115,31 @@ uint32_t CGDisplayIsAsleep(CGDirectDisplayID display) {
     using namespace quillo::fakes;
     if (display != CGMainDisplayID()) fail("a display that is not the main one");
     return shownState() == quillo::ScreenState::blank ? 1 : 0;
+}
+
+namespace quillo::fakes {
+namespace {
+
+/// Of its model in the scene; of one that has none, of the display itself. 0 for one that is gone.
+std::uint32_t saidBy(CGDirectDisplayID number) {
+    auto& mac = FakeMac::onItsThread();
+    const std::string name = mac.part<FakeDisplays>().sceneNameOf(number);
+    const auto* display = mac.desktop().world().display(name);
+    if (!display) return 0;
+    return static_cast<std::uint32_t>(std::hash<std::string>()(display->scene.model.value_or(name)));
+}
+
+}  // namespace
+}  // namespace quillo::fakes
+
+uint32_t CGDisplayVendorNumber(CGDirectDisplayID display) {
+    return quillo::fakes::saidBy(display) & 0xFFFFU;
+}
+
+uint32_t CGDisplayModelNumber(CGDirectDisplayID display) {
+    return quillo::fakes::saidBy(display) >> 16U;
+}
+
+uint32_t CGDisplaySerialNumber(CGDirectDisplayID) {
+    return 0;  // as many displays have it
 }
