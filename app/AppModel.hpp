@@ -18,10 +18,12 @@
 #include "WindowEngine/integrations/Adapters.hpp"
 #include "WindowEngine/library/SessionHistory.hpp"
 #include "WindowEngine/library/WorkspaceStore.hpp"
+#include "WindowEngine/restore/DisplayTwins.hpp"
 #include "WindowEngine/restore/Restore.hpp"
 #include "WindowEngine/restore/RestorePreview.hpp"
 #include "app/CaptureDraft.hpp"
 #include "app/DirectoryWatch.hpp"
+#include "app/DisplayFollower.hpp"
 #include "app/EditHistory.hpp"
 #include "app/HotKeys.hpp"
 #include "app/LoginItemController.hpp"
@@ -57,6 +59,13 @@ struct ResumeQuestion {
     Uuid workspace;
     std::string name;
     Consequences consequences;
+};
+
+/// Identical displays that nothing tells apart: the person is asked for one after the other.
+struct TwinQuestion {
+    std::string workspace;                  // its name
+    std::vector<std::string> applications;  // with windows on the saved display that is asked about
+    std::size_t screens = 0;                // to choose from, which show numbers from 1
 };
 
 /// Everything happens on the executor's thread. Every change of a field is told by its signal, after all
@@ -149,10 +158,24 @@ class AppModel final : public QObject {
     void restore(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate);
     /// The newest of sessions(), as restore() does; nothing where there is none.
     void restoreLastSession();
+    /// Moves what is open of a workspace to where it has it on the displays that are attached; nothing is
+    /// launched or opened. Only of one that needs no question, and nothing while something else goes on.
+    void arrange(const Uuid& workspace);
+    /// Keeps how its windows stand now, for the displays that are attached; what it holds stays as it is.
+    void keepLayout(const Workspace& workspace);
+    void removeLayout(const Workspace& workspace, const DisplayLayout& layout);
+    bool arrangesByItself(const Uuid& workspace) const {
+        return settings_.arrangedWorkspaces.contains(workspace.lower());
+    }
+    void setArrangesByItself(const Uuid& workspace, bool itself);
     /// What holds a relaunch up is what makes the model refuse a restore.
     bool canRestoreLastSession() const { return !sessions_.empty() && canRelaunchForUpdate(); }
     /// Of question(). What is agreed to is remembered, and begun.
     void answerQuestion(bool resume);
+    /// Waits for answerTwin(), with what is to be brought back.
+    const std::optional<TwinQuestion>& twinQuestion() const { return twinQuestion_; }
+    /// The screen of this place is it, which is remembered; none: nothing is brought back.
+    void answerTwin(std::optional<std::size_t> screen);
     /// The panel's close control: stops the run where it still goes on, and closes the panel.
     void closeRestorePanel();
     /// Whether showReport() has something to show: the workspace was resumed since the program was started.
@@ -228,6 +251,7 @@ class AppModel final : public QObject {
     void draftChanged();
     void restoreChanged();
     void questionChanged();
+    void twinQuestionChanged();
     void capturingChanged();
     void toastChanged();
     void editsChanged();  // what can be undone or done again
@@ -237,6 +261,13 @@ class AppModel final : public QObject {
     void busyChanged();  // busy() or canRelaunchForUpdate()
 
   private:
+    struct TwinsAsked {
+        Workspace workspace;
+        Restore::Options options;
+        std::vector<DisplaySnapshot> saved, present;
+        DisplayTwins::Matching matching;
+    };
+
     void applySettings();
     void configureAutoSnapshot();
     void startPermissionPolling();
@@ -259,6 +290,10 @@ class AppModel final : public QObject {
     bool forgetQuestion();
     void dropQuestion();
     void begin(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate, bool agreedNow);
+    /// At once, or once it is known which display is which.
+    void start(const Workspace& workspace, Restore::Options options);
+    Task<> startTold(TwinsAsked told);
+    bool asksAboutTwins(const Workspace& workspace, Restore::Options& options);
     Task<> closePanelLater(Duration delay);
     Task<> exportTask(Workspace workspace);
     Task<> exportAllTask(std::vector<Workspace> workspaces);
@@ -267,6 +302,10 @@ class AppModel final : public QObject {
 
     void saveSession(const WorkspaceSnapshot& snapshot);
     Task<> tallyWindows();
+    /// Others than before, which have come to rest.
+    void displaysCame(const std::vector<DisplaySnapshot>& displays);
+    const Workspace* findInLibrary(const Uuid& id) const;  // null where it is not
+    Task<> keepLayoutTask(Uuid id);
     /// What keeps a capture that is made now from showing the desktop as the person has it, or one that was
     /// begun when `displays` were attached.
     std::optional<CaptureHealth::Flaw> captureFlaw(
@@ -342,6 +381,8 @@ class AppModel final : public QObject {
     };
     std::optional<Asked> asked_;
     std::optional<ResumeQuestion> question_;
+    std::optional<TwinsAsked> twinsAsked_;
+    std::optional<TwinQuestion> twinQuestion_;  // about twinsAsked_
     bool capturing_ = false;
     struct Failure {
         std::string what, text;
@@ -355,16 +396,18 @@ class AppModel final : public QObject {
     bool refreshingCurrentSnapshot_ = false;
     bool promptedForAccessibility_ = false;
     bool showingSettings_ = false;
-    PowerHold powerHold_;  // of the system that waits for the running session capture
+    std::optional<Uuid> latestWorkspace_;  // that was resumed or saved since the program was started
+    PowerHold powerHold_;                  // of the system that waits for the running session capture
     std::vector<std::function<void()>> afterSnapshot_;  // what was asked for meanwhile
 
     std::unique_ptr<PowerObserver> powerObserver_;
     std::unique_ptr<SurfaceObserver> reopenObserver_;
 
     // Last: what runs ends before what it works on.
-    TaskSlot autoSnapshotTimer_, autoSnapshotTask_, windowTallyTask_, permissionPoll_, captureTask_, currentSnapshotTask_,
-        desktopFollower_, questionTask_;
-    TaskSlot toastTimer_, panelTimer_, exporting_, importing_, adding_;
+    TaskSlot autoSnapshotTimer_, autoSnapshotTask_, windowTallyTask_, permissionPoll_, captureTask_,
+        currentSnapshotTask_, desktopFollower_, questionTask_, twinsTask_;
+    TaskSlot toastTimer_, panelTimer_, exporting_, importing_, adding_, keepingLayout_;
+    DisplayFollower displayFollower_;
     DirectoryWatch libraryWatch_, historyWatch_;
 };
 

@@ -5,6 +5,7 @@
 
 #include "WindowEngine/capture/LeftOut.hpp"
 #include "WindowEngine/library/ImportedWorkspace.hpp"
+#include "WindowEngine/restore/DisplayLayouts.hpp"
 #include "WindowEngine/support/Text.hpp"
 #include "app/AppModel.hpp"
 
@@ -103,7 +104,7 @@ Workspace AppModel::toSave(const CaptureDraft& draft) const {
     // What it does to other applications stays only where that was chosen here.
     if (!known_.isCleanSlateChosenHere(workspace)) workspace.cleanSlate.reset();
     workspace.snapshot = LeftOut::carriedOver(
-        workspace.snapshot, draft.filteredSnapshot(),
+        workspace.snapshot, DisplayLayouts::carriedOver(workspace.snapshot, draft.filteredSnapshot()),
         {Capture::neverSaved(services_.desktop.platform.applications, settings_.captureOptions()),
          settings_.excludedDomains});
     workspace.updatedAt = wallNow();
@@ -128,6 +129,7 @@ void AppModel::commit(CaptureDraft& reviewed) {
         return;
     }
     const Result<void> noted = known_.savedHere(workspace);
+    latestWorkspace_ = workspace.id;
     dispose(std::exchange(draft_, nullptr));  // before anybody hears of it: nothing saves it once more
     reload();
     Q_EMIT draftChanged();

@@ -32,12 +32,13 @@ Task<> AppModel::tallyWindows() {
 std::optional<CaptureHealth::Flaw> AppModel::captureFlaw(const std::vector<DisplaySnapshot>* displays) const {
     const Platform& platform = services_.desktop.platform;
     const std::vector<DisplaySnapshot> now = Displays::current(platform.screens);
-    return CaptureHealth::flawOf({.access = platform.accessibility.trusted(),
-                                  .screen = platform.screens.state(),
-                                  .hasDisplay = !now.empty(),
-                                  .displaysChanging = displays && *displays != now,
-                                  .windowsBefore = windowTally_.most(executor().now()),
-                                  .windows = ordinaryWindows(platform.windowServer)});
+    return CaptureHealth::flawOf(
+        {.access = platform.accessibility.trusted(),
+         .screen = platform.screens.state(),
+         .hasDisplay = !now.empty(),
+         .displaysChanging = displayFollower_.changing() || (displays && *displays != now),
+         .windowsBefore = windowTally_.most(executor().now()),
+         .windows = ordinaryWindows(platform.windowServer)});
 }
 
 void AppModel::setAutoSnapshotSkipped(std::optional<std::string> why) {

@@ -65,6 +65,7 @@ void AppModel::deleteWorkspaces(const std::vector<Uuid>& ids) {
 void AppModel::forget(const Uuid& id) {
     (void)known_.forget(id);  // what is left of it is no harm
     edits_.forget(id);
+    setArrangesByItself(id, false);
 }
 
 void AppModel::duplicate(const Workspace& workspace) {

@@ -3,6 +3,8 @@
 #include <utility>
 
 #include "WindowEngine/desktop/DesktopSpaces.hpp"
+#include "WindowEngine/desktop/Displays.hpp"
+#include "WindowEngine/restore/DisplayLayouts.hpp"
 #include "WindowEngine/restore/RestoreScope.hpp"
 #include "app/AppModel.hpp"
 
@@ -91,8 +93,15 @@ void AppModel::begin(const Workspace& workspace, std::optional<CleanSlateMode> c
     Restore::Options options{
         .cleanSlate = cleanSlate, .enabledAdapters = settings_.enabledAdapters, .bringsForward = true};
     known_.permit(workspace, agreedNow, options);
+    start(workspace, std::move(options));
+}
+
+void AppModel::start(const Workspace& workspace, Restore::Options options) {
+    if (asksAboutTwins(workspace, options)) return;
     Workspace shown = workspace;  // as the restore goes about it, so that each line finds its window
-    shown.snapshot = Restore::scopeOf(shown.snapshot, options.limited).snapshot;
+    shown.snapshot = DisplayLayouts::fitted(
+        std::move(shown.snapshot), Displays::current(services_.desktop.platform.screens), options.displays);
+    shown.snapshot = Restore::scopeOf(std::move(shown.snapshot), options.limited).snapshot;
     const RestoreRun::Start start = startOf(shown.snapshot);
     const auto run = std::make_shared<RestoreRun>(std::move(shown), start);
     dispose(std::exchange(restoreRun_, run));
@@ -151,6 +160,7 @@ void AppModel::restoreEnded(RestoreRun& run, RestoreReport report) {
     if (inLibrary && restoreRun_.get() == &run) lastRuns_[workspace] = restoreRun_;
     run.finish(std::move(report));
     windowTally_ = {};  // windows that it made go are nobody's trouble
+    if (inLibrary) latestWorkspace_ = workspace;
     if (!cancelled) {
         if (!store_.updateLastRestored(run.workspace().id, wallNow())) {
             show("Restored, but couldn't update last-used time", ToastKind::refusal);

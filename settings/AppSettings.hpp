@@ -30,6 +30,8 @@ struct AppSettings {
     std::map<std::string, Shortcut> shortcuts = {};  // by the action's number in decimal
     Appearance appearance = Appearance::system;
     WithoutTray withoutTray = WithoutTray::ask;
+    bool offersLayouts = true;                      // when displays come that a workspace was arranged on
+    std::set<std::string> arrangedWorkspaces = {};  // identifiers of those that then need no offer
 
     bool operator==(const AppSettings&) const = default;
 

@@ -16,7 +16,9 @@ inline constexpr auto fieldsOf<AppSettings> =
                Field{"shortcutsEnabled", &AppSettings::shortcutsEnabled},
                Field{"shortcuts", &AppSettings::shortcuts},
                Field{"appearance", &AppSettings::appearance},
-               Field{"withoutTray", &AppSettings::withoutTray}};
+               Field{"withoutTray", &AppSettings::withoutTray},
+               Field{"offersLayouts", &AppSettings::offersLayouts},
+               Field{"arrangedWorkspaces", &AppSettings::arrangedWorkspaces}};
 
 template <>
 inline constexpr auto fieldsOf<Shortcut> =

@@ -313,6 +313,10 @@ FocusScope {
         }
         Item { width: 1; height: 14 }
         Rectangle { width: parent.width; height: 1; color: Theme.border }
+        Item { width: 1; height: 12 }
+        LayoutsSection { width: parent.width }
+        Item { width: 1; height: 14 }
+        Rectangle { width: parent.width; height: 1; color: Theme.border }
         Item { width: 1; height: 10 }
         ActionRow {
             iconName: "refresh-cw"

@@ -202,6 +202,19 @@ Column {
     }
 
     SettingGroup {
+        SettingRow {
+            separator: false
+            title: "Offer layouts of other displays"
+            caption: "When displays come that the last workspace was arranged on before, a message offers to arrange its windows."
+            Toggle {
+                label: "Offer layouts of other displays"
+                checked: Layouts.offered
+                onToggled: Layouts.offered = !Layouts.offered
+            }
+        }
+    }
+
+    SettingGroup {
         visible: Settings.updatesRefusal === ""
         SettingRow {
             separator: false

@@ -32,7 +32,10 @@ TEST(SessionHealth, TheLastGoodSessionStaysUntilTheDesktopIsHealthyAgain) {
          [](Model& m) {
              for (const char* display : {"side", "main"}) m.desktop.world().unplug(display);
          },
-         [](Model& m) { m.desktop.world().plug({.id = "main", .frame = samples::mainFrame}); }},
+         [](Model& m) {
+             m.desktop.world().plug(
+                 {.id = "main", .frame = samples::mainFrame, .visibleFrame = samples::mainFrame});
+         }},
     };
     for (const auto& c : cases) {
         Model model(withWindows(4));

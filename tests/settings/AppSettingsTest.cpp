@@ -17,6 +17,8 @@ AppSettings filled() {
     settings.shortcuts = {{"2", {4294967295U, 0x1900, "↩"}}};
     settings.appearance = Appearance::dark;
     settings.withoutTray = WithoutTray::keepRunning;
+    settings.offersLayouts = false;
+    settings.arrangedWorkspaces = {"6f1c2a9e-0b7d-4e51-9c3a-2d4b8e7f1a60"};
     return settings;
 }
 
