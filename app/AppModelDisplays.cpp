@@ -28,7 +28,9 @@ void AppModel::displaysCame(const std::vector<DisplaySnapshot>& displays) {
 void AppModel::arrange(const Uuid& id) {
     if (snapshotting()) return afterSnapshot_.push_back([this, id] { arrange(id); });
     const Workspace* workspace = findInLibrary(id);
-    if (!workspace || capturing() || draft_ || restoreRunning() || known_.reasonToAsk(*workspace)) return;
+    if (!workspace || !accessibilityGranted_ || capturing() || draft_ || restoreRunning() ||
+        known_.reasonToAsk(*workspace))
+        return;
     Workspace open = *workspace;
     DisplayLayouts::keepRunning(open.snapshot, [this](const std::string& identifier) {
         return services_.desktop.platform.applications.running(identifier).has_value();

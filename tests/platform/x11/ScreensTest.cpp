@@ -171,8 +171,11 @@ TEST_F(ScreensTest, MonitorsComeGoAndChange) {
     EXPECT_TRUE(eventually([&] { return frames() == two; })) << testing::PrintToString(frames().size());
     monitors.plugRight(800, 600);
     EXPECT_TRUE(eventually([&] { return frames().back().second == Rect{1280, 0, 800, 600}; }));
+    const std::uint64_t stamp = desktop->screens.stamp();
+    EXPECT_EQ(desktop->screens.stamp(), stamp);
     monitors.unplugRight();
     EXPECT_TRUE(eventually([&] { return frames() == Named{two.front()}; }));
+    EXPECT_NE(desktop->screens.stamp(), stamp);
     if (!PrivateDesktop::isDummy()) return;
     monitors.plugRight(1024, 768);
     Monitors::xrandr({"--output", monitors.right, "--primary"});
@@ -209,6 +212,10 @@ TEST_F(ScreensTest, AMonitorIsKnownByItsEdidWhereThatIsUnique) {
         setEdid("DUMMY1", block);
         EXPECT_EQ(frames()[0].first, "DUMMY0");
         EXPECT_EQ(frames()[1].first, "DUMMY1");
+        for (const Screen& twin : desktop->screens.screens()) {
+            EXPECT_EQ(twin.model, "QLO-1234-4711");
+            EXPECT_EQ(twin.connector, twin.stableID);
+        }
         setEdid("DUMMY1", {});
     }
     setEdid(output, {});
