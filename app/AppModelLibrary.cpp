@@ -173,6 +173,7 @@ Result<std::string, std::string> AppModel::importFile(const std::filesystem::pat
 void AppModel::deleteAllData() {
     AppSettings settings = settings_;
     settings.autoSnapshotMinutes = 0;
+    settings.arrangedWorkspaces.clear();
     setSettings(std::move(settings));
     deleteSessionHistory();
     for (const Workspace& workspace : workspaces_) {

@@ -202,19 +202,6 @@ Column {
     }
 
     SettingGroup {
-        SettingRow {
-            separator: false
-            title: "Offer layouts of other displays"
-            caption: "When displays come that the last workspace was arranged on before, a message offers to arrange its windows."
-            Toggle {
-                label: "Offer layouts of other displays"
-                checked: Layouts.offered
-                onToggled: Layouts.offered = !Layouts.offered
-            }
-        }
-    }
-
-    SettingGroup {
         visible: Settings.updatesRefusal === ""
         SettingRow {
             separator: false
@@ -224,6 +211,19 @@ Column {
                 label: "Automatic updates"
                 checked: Settings.automaticUpdates
                 onToggled: Settings.automaticUpdates = !Settings.automaticUpdates
+            }
+        }
+    }
+
+    SettingGroup {
+        SettingRow {
+            separator: false
+            title: "Offer layouts of other displays"
+            caption: "When displays come that the last workspace was arranged on before, a message offers to arrange its windows."
+            Toggle {
+                label: "Offer layouts of other displays"
+                checked: Layouts.offered
+                onToggled: Layouts.offered = !Layouts.offered
             }
         }
     }
