@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "WindowEngine/desktop/Displays.hpp"
+#include "WindowEngine/restore/CleanSlate.hpp"
 #include "WindowEngine/restore/DisplayLayouts.hpp"
 #include "WindowEngine/support/Text.hpp"
 #include "ctl/HumanText.hpp"
@@ -53,7 +54,8 @@ Restore::Options restoreOptions(CommandContext& context, const Workspace& worksp
                                 const Arguments& arguments) {
     return {.cleanSlate = chosenCleanSlate(workspace, arguments),
             .enabledAdapters = settingsFor(context, arguments).enabledAdapters,
-            .arrangesOnly = arguments.arrange};
+            .arrangesOnly = arguments.arrange,
+            .kept = Restore::identifiersOf(workspace)};
 }
 
 void chooseDisplays(CommandContext& context, DesktopAccess& desktop, Workspace& workspace,

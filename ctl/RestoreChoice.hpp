@@ -19,6 +19,7 @@ std::optional<CleanSlateMode> chosenCleanSlate(const Workspace& workspace, const
 void chooseDisplays(CommandContext& context, DesktopAccess& desktop, Workspace& workspace,
                     const Arguments& arguments, Restore::Options& options);
 
+/// Of the whole workspace: what --only leaves out of it is still no other application.
 Restore::Options restoreOptions(CommandContext& context, const Workspace& workspace,
                                 const Arguments& arguments);
 

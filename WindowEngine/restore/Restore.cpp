@@ -260,8 +260,7 @@ Task<void> restoreWorkspace(Run& run) {
         DisplayLayouts::fitted(std::move(run.workspace.snapshot), run.displays, run.options.displays);
     boundDisplays(run.workspace.snapshot);
     co_await prepareDesktops(run);
-    co_await cleanSlate(run.desktop, run.workspace, run.options.cleanSlate.value_or(CleanSlateMode::keep),
-                        run.sink);
+    co_await cleanSlate(run.desktop, run.workspace, run.options, run.sink);
     narrow(run);  // not before: what the limits leave out is still no other application, to be hidden or quit
     const Context context = co_await quillo::context();
     std::optional<Job<void>> looking;

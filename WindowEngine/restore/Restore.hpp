@@ -21,6 +21,9 @@ struct Options {
     bool arrangesOnly = false;   // windows that are open are moved; nothing is launched or opened
     std::map<std::string, std::string> displays = {};  // present ones by saved ones, as the person told them
     bool followsLinks = true;  // a document that a symbolic link leads to is opened; not of a stranger's file
+    /// Applications that a clean slate leaves alone besides the workspace's own: where only a part of a
+    /// workspace is brought back, those of all of it.
+    std::set<std::string> kept = {};
 };
 
 /// Called on the executor's thread for each item as it is made, in report order.
