@@ -33,7 +33,11 @@ void printLayout(Output& output, Table& table, std::int64_t number, std::span<co
 /// Changes what is stored; the workspace stays as known as it was.
 Result<Workspace, Failure> change(CommandContext& context, const Workspace& workspace,
                                   const std::function<Result<void>(Workspace&)>& change) {
-    const auto changed = context.store.change(workspace.id, change);
+    const auto changed = context.store.change(workspace.id, [&](Workspace& stored) -> Result<void> {
+        if (auto done = change(stored); !done) return done;
+        stored.updatedAt = now();
+        return {};
+    });
     if (!changed) return couldNot("save " + quotedName(workspace.name), changed.error());
     noteProvenance(context, context.known.madeFrom(changed->before, changed->after));
     return changed->after;
