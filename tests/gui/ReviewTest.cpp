@@ -111,7 +111,7 @@ TEST_F(ReviewTest, EverythingGoesByKeyboard) {
     press(Qt::Key_Tab);
     press(Qt::Key_Left);  // the color before teal
     QQuickItem* list = named("What is saved");
-    for (int stop = 0; stop < 3 && main()->activeFocusItem() != list; ++stop) press(Qt::Key_Tab);
+    for (int stop = 0; stop < 4 && main()->activeFocusItem() != list; ++stop) press(Qt::Key_Tab);
     ASSERT_EQ(main()->activeFocusItem(), list);     // its first line is Banking
     EXPECT_TRUE(list->property("byKey").toBool());  // and has the ring
     press(Qt::Key_Left);
