@@ -84,7 +84,8 @@ TEST_F(DesktopCommandTest, AnUpdateKeepsIdentityAndLook) {
     for (int i = 0; i < 2; ++i) {
         EXPECT_NE(done({"show", "Work"}).find("left out    1 application"), std::string::npos);
         EXPECT_EQ(done(on("disturbed", {"plan", "Work"})).find(left), std::string::npos);
-        expectSteps({{on("disturbed", {"save", "--update", "Work"}), 0, "nothing is open that a save records"}});
+        expectSteps(
+            {{on("disturbed", {"save", "--update", "Work"}), 0, "nothing is open that a save records"}});
     }
 }
 
