@@ -28,6 +28,8 @@ AppModel::AppModel(const AppServices& services, QObject* parent)
       accessibilityGranted_(services.desktop.platform.accessibility.trusted()),
       loginItem_(services.defaults, LoginItemController::operations(services.loginItem)),
       hotKeys_(services.hotKeys, services.desktop.platform.executor, services.desktop.platform.log),
+      displayFollower_(executor(), services.desktop.platform.screens,
+                       [this](const std::vector<DisplaySnapshot>& displays) { displaysCame(displays); }),
       libraryWatch_(executor(), services.files, store_.directory(), [this] { reload(); }),
       historyWatch_(executor(), services.files, services.data / "sessions", [this] { reloadSessions(); }),
       undoWatch_(executor(), services.files, undoFile_.directory(), [this] { reloadUndo(); }) {
@@ -48,6 +50,7 @@ AppModel::AppModel(const AppServices& services, QObject* parent)
     };
     reloadSessions();
     observeSystem();
+    windowTallyTask_.start(executor(), tallyWindows());
     applySettings();
     startPermissionPolling();
 }
@@ -61,8 +64,8 @@ void AppModel::observeSystem() {
 }
 
 bool AppModel::busy() const {
-    return capturing() || refreshingCurrentSnapshot() || draft_ || asked_ || restoreRunning() ||
-           snapshotting();
+    return capturing() || refreshingCurrentSnapshot() || draft_ || asked_ || twinsAsked_ ||
+           restoreRunning() || snapshotting();
 }
 
 bool AppModel::canRelaunchForUpdate() const {

@@ -13,17 +13,20 @@
 #include <string>
 #include <vector>
 
+#include "WindowEngine/capture/CaptureHealth.hpp"
 #include "WindowEngine/capture/LeftOut.hpp"
 #include "WindowEngine/integrations/Adapters.hpp"
 #include "WindowEngine/library/SessionHistory.hpp"
 #include "WindowEngine/library/UndoFile.hpp"
 #include "WindowEngine/library/WorkspaceStore.hpp"
+#include "WindowEngine/restore/DisplayTwins.hpp"
 #include "WindowEngine/restore/LateWindows.hpp"
 #include "WindowEngine/restore/Restore.hpp"
 #include "WindowEngine/restore/RestorePreview.hpp"
 #include "WindowEngine/restore/Undo.hpp"
 #include "app/CaptureDraft.hpp"
 #include "app/DirectoryWatch.hpp"
+#include "app/DisplayFollower.hpp"
 #include "app/EditHistory.hpp"
 #include "app/HotKeys.hpp"
 #include "app/LoginItemController.hpp"
@@ -62,6 +65,13 @@ struct ResumeQuestion {
     Consequences consequences;
 };
 
+/// Identical displays that nothing tells apart: the person is asked for one after the other.
+struct TwinQuestion {
+    std::string workspace;                  // its name
+    std::vector<std::string> applications;  // with windows on the saved display that is asked about
+    std::size_t screens = 0;                // to choose from, which show numbers from 1
+};
+
 /// Everything happens on the executor's thread. Every change of a field is told by its signal, after all
 /// fields that an operation changes have been set.
 class AppModel final : public QObject {
@@ -81,6 +91,8 @@ class AppModel final : public QObject {
     /// The session history, newest first.
     const std::vector<Workspace>& sessions() const { return sessions_; }
     const std::optional<std::string>& autoSnapshotError() const { return autoSnapshotError_; }
+    /// Why the last automatic snapshot was not taken, as words within a sentence; absent once one was.
+    const std::optional<std::string>& autoSnapshotSkipped() const { return autoSnapshotSkipped_; }
     const AppSettings& settings() const { return settings_; }
     /// What became of settings that could not be read, until dismissed.
     const std::optional<std::string>& settingsTrouble() const { return rescue_.trouble(); }
@@ -154,6 +166,16 @@ class AppModel final : public QObject {
                  const RunSelection& selection = {});
     /// The newest of sessions(), as restore() does; nothing where there is none.
     void restoreLastSession();
+    /// Moves what is open of a workspace to where it has it on the displays that are attached; nothing is
+    /// launched or opened. Only of one that needs no question, and nothing while something else goes on.
+    void arrange(const Uuid& workspace);
+    /// Keeps how its windows stand now, for the displays that are attached; what it holds stays as it is.
+    void keepLayout(const Workspace& workspace);
+    void removeLayout(const Workspace& workspace, const DisplayLayout& layout);
+    bool arrangesByItself(const Uuid& workspace) const {
+        return settings_.arrangedWorkspaces.contains(workspace.lower());
+    }
+    void setArrangesByItself(const Uuid& workspace, bool itself);
     /// What holds a relaunch up is what makes the model refuse a restore.
     bool canRestoreLastSession() const { return !sessions_.empty() && canRelaunchForUpdate(); }
     /// Shows in the main window what restore() would do, and lets the person untick of it; where that is
@@ -166,6 +188,10 @@ class AppModel final : public QObject {
     ResumePreview* preview() const { return preview_.get(); }
     /// Of question(). What is agreed to is remembered, and begun.
     void answerQuestion(bool resume);
+    /// Waits for answerTwin(), with what is to be brought back.
+    const std::optional<TwinQuestion>& twinQuestion() const { return twinQuestion_; }
+    /// The screen of this place is it, which is remembered; none: nothing is brought back.
+    void answerTwin(std::optional<std::size_t> screen);
     /// The panel's close control: stops the run where it still goes on, and closes the panel.
     void closeRestorePanel();
     /// Whether showReport() has something to show: the workspace was resumed since the program was started.
@@ -254,6 +280,7 @@ class AppModel final : public QObject {
     void storageIssuesChanged();
     void sessionsChanged();
     void autoSnapshotErrorChanged();
+    void autoSnapshotSkippedChanged();
     void settingsChanged();
     void settingsTroubleChanged();
     void accessibilityGrantedChanged();
@@ -263,6 +290,7 @@ class AppModel final : public QObject {
     void awaitedChanged();
     void questionChanged();
     void previewChanged();  // another one, or none
+    void twinQuestionChanged();
     void capturingChanged();
     void toastChanged();
     void editsChanged();  // what can be undone or done again
@@ -279,6 +307,13 @@ class AppModel final : public QObject {
         RunSelection selection;
 
         bool operator==(const Asked&) const = default;
+    };
+    struct TwinsAsked {
+        Workspace workspace;
+        Restore::Options options;
+        bool part;  // of the workspace in the library
+        std::vector<DisplaySnapshot> saved, present;
+        DisplayTwins::Matching matching;
     };
 
     void applySettings();
@@ -310,7 +345,12 @@ class AppModel final : public QObject {
     bool forgetQuestion();
     void dropQuestion();
     void begin(const Asked& asked, bool agreedNow);
+    /// At once, or once it is known which display is which. `part`: no more is brought back of what the
+    /// library has.
+    void start(Workspace workspace, Restore::Options options, bool part);
     void start(std::shared_ptr<RestoreRun> run, Task<> task);
+    Task<> startTold(TwinsAsked told);
+    bool asksAboutTwins(const Workspace& workspace, Restore::Options& options, bool part);
     Task<> closePanelLater(Duration delay);
     Task<> exportTask(Workspace workspace);
     Task<> exportAllTask(std::vector<Workspace> workspaces);
@@ -318,6 +358,16 @@ class AppModel final : public QObject {
     Task<> importTask();
 
     void saveSession(const WorkspaceSnapshot& snapshot);
+    Task<> tallyWindows();
+    /// Others than before, which have come to rest.
+    void displaysCame(const std::vector<DisplaySnapshot>& displays);
+    const Workspace* findInLibrary(const Uuid& id) const;  // null where it is not
+    Task<> keepLayoutTask(Uuid id);
+    /// What keeps a capture that is made now from showing the desktop as the person has it, or one that was
+    /// begun when `displays` were attached.
+    std::optional<CaptureHealth::Flaw> captureFlaw(
+        const std::vector<DisplaySnapshot>* displays = nullptr) const;
+    void setAutoSnapshotSkipped(std::optional<std::string> why);
     RestoreRun::Start startOf(const WorkspaceSnapshot& snapshot) const;
     void restored(RestoreRun& run, const RestoreReport::Item& item);
     void restoreEnded(RestoreRun& run, RestoreReport report);
@@ -374,7 +424,8 @@ class AppModel final : public QObject {
     KnownWorkspaces known_;
 
     std::vector<Workspace> sessions_;
-    std::optional<std::string> autoSnapshotError_;
+    std::optional<std::string> autoSnapshotError_, autoSnapshotSkipped_;
+    CaptureHealth::WindowTally windowTally_;
     Uuid autoSnapshotGeneration_ = Uuid::random();
     std::int64_t scheduledMinutes_ = -1;  // so that the first configuration always runs
     std::vector<Workspace> workspaces_;
@@ -394,6 +445,8 @@ class AppModel final : public QObject {
     std::shared_ptr<ResumePreview> preview_;
     std::optional<Asked> asked_;  // what question_ is about, or will be
     std::optional<ResumeQuestion> question_;
+    std::optional<TwinsAsked> twinsAsked_;
+    std::optional<TwinQuestion> twinQuestion_;  // about twinsAsked_
     bool capturing_ = false;
     struct Failure {
         std::string what, text;
@@ -407,16 +460,18 @@ class AppModel final : public QObject {
     bool refreshingCurrentSnapshot_ = false;
     bool promptedForAccessibility_ = false;
     bool showingSettings_ = false;
-    PowerHold powerHold_;  // of the system that waits for the running session capture
+    std::optional<Uuid> latestWorkspace_;  // that was resumed or saved since the program was started
+    PowerHold powerHold_;                  // of the system that waits for the running session capture
     std::vector<std::function<void()>> afterSnapshot_;  // what was asked for meanwhile
 
     std::unique_ptr<PowerObserver> powerObserver_;
     std::unique_ptr<SurfaceObserver> reopenObserver_;
 
     // Last: what runs ends before what it works on.
-    TaskSlot autoSnapshotTimer_, autoSnapshotTask_, permissionPoll_, captureTask_, currentSnapshotTask_,
-        desktopFollower_, questionTask_, previewTask_;
-    TaskSlot lateTask_, toastTimer_, panelTimer_, exporting_, importing_, adding_;
+    TaskSlot autoSnapshotTimer_, autoSnapshotTask_, windowTallyTask_, permissionPoll_, captureTask_,
+        currentSnapshotTask_, desktopFollower_, questionTask_, twinsTask_, previewTask_;
+    TaskSlot lateTask_, toastTimer_, panelTimer_, exporting_, importing_, adding_, keepingLayout_;
+    DisplayFollower displayFollower_;
     DirectoryWatch libraryWatch_, historyWatch_, undoWatch_;
 };
 

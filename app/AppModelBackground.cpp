@@ -20,25 +20,29 @@ void AppModel::configureAutoSnapshot() {
     autoSnapshotGeneration_ = Uuid::random();
     autoSnapshotTimer_.cancel();
     autoSnapshotTask_.cancel();
+    setAutoSnapshotSkipped(std::nullopt);
     if (minutes >= 1) autoSnapshotTimer_.start(executor(), snapshotLoop(minutes, atOnce));
 }
 
 Task<> AppModel::snapshotLoop(std::int64_t minutes, bool atOnce) {
     if (atOnce) captureSession();
     while (true) {
-        co_await sleepFor(std::chrono::minutes(minutes));
+        // One that was skipped is tried again soon: what was in its way passes.
+        std::int64_t waited = 0;
+        do co_await sleepFor(1min);
+        while (++waited < minutes && !autoSnapshotSkipped_);
         captureSession();
     }
 }
 
 void AppModel::captureSession(const PowerHold& hold) {
-    const AutoSnapshotPolicy::Situation situation{
-        .minutes = settings_.autoSnapshotMinutes,
-        .onboarded = settings_.onboarded,
-        .trusted = services_.desktop.platform.accessibility.trusted(),
-        .busy = busy()};
+    const AutoSnapshotPolicy::Situation situation{.minutes = settings_.autoSnapshotMinutes,
+                                                  .onboarded = settings_.onboarded,
+                                                  .trusted = true,  // else it is a flaw, and told
+                                                  .busy = busy()};
     if (snapshotting() && hold) powerHold_ = hold;  // the system waits for the one that runs
     if (!AutoSnapshotPolicy::shouldCapture(situation)) return;
+    if (const auto flaw = captureFlaw()) return setAutoSnapshotSkipped(CaptureHealth::words(*flaw));
     powerHold_ = hold;
     autoSnapshotTask_.start(executor(), captureAutomatically(autoSnapshotGeneration_, settings_), [this] {
         powerHold_.reset();
@@ -53,7 +57,10 @@ Task<> AppModel::captureAutomatically(Uuid generation, AppSettings settings) {
         co_await Capture::snapshot(services_.desktop, settings.captureOptions());
     const bool stale = autoSnapshotGeneration_ != generation || settings_ != settings ||
                        !services_.desktop.platform.accessibility.trusted();
-    if (!stale) saveSession(snapshot);
+    if (stale) co_return;
+    const auto flaw = captureFlaw(&snapshot.displays);
+    setAutoSnapshotSkipped(flaw ? std::optional(CaptureHealth::words(*flaw)) : std::nullopt);
+    if (!flaw) saveSession(snapshot);
 }
 
 void AppModel::saveSession(const WorkspaceSnapshot& snapshot) {

@@ -5,6 +5,7 @@
 
 #include "WindowEngine/capture/LeftOut.hpp"
 #include "WindowEngine/library/ImportedWorkspace.hpp"
+#include "WindowEngine/restore/DisplayLayouts.hpp"
 #include "WindowEngine/support/Text.hpp"
 #include "app/AppModel.hpp"
 
@@ -43,9 +44,11 @@ Task<> AppModel::captureForReview(std::optional<Workspace> updating, bool testRe
     co_await checkpoint();
     // Without it the windows of others are missing, and would be from the workspace that is updated.
     const bool read = services_.desktop.platform.accessibility.trusted();
-    captureEnded(
-        read ? std::make_shared<CaptureDraft>(std::move(snapshot), std::move(updating), testRestoreAfterSave)
-             : nullptr);
+    const auto flaw = captureFlaw(&snapshot.displays);
+    captureEnded(read ? std::make_shared<CaptureDraft>(std::move(snapshot), std::move(updating),
+                                                       testRestoreAfterSave,
+                                                       flaw ? CaptureHealth::warning(*flaw) : std::string())
+                      : nullptr);
     if (!read) co_return refuseWithoutAccess();
     openMain();
 }
@@ -113,7 +116,7 @@ void AppModel::renew(Workspace& stored, const CaptureDraft& draft) const {
     // What it does to other applications stays only where that was chosen here.
     if (!known_.isCleanSlateChosenHere(stored)) stored.cleanSlate.reset();
     stored.snapshot = LeftOut::carriedOver(
-        stored.snapshot, draft.filteredSnapshot(),
+        stored.snapshot, DisplayLayouts::carriedOver(stored.snapshot, draft.filteredSnapshot()),
         {Capture::neverSaved(services_.desktop.platform.applications, settings_.captureOptions()),
          settings_.excludedDomains});
     // As of the capture; where something else was changed during the review, as of now, which tells of that.
@@ -149,6 +152,7 @@ void AppModel::commit(CaptureDraft& reviewed) {
     const Result<Workspace> saved = save(*draft);
     if (!told(what, saved)) return;
     const Result<void> noted = known_.savedHere(*saved);
+    latestWorkspace_ = saved->id;
     dispose(std::exchange(draft_, nullptr));  // before anybody hears of it: nothing saves it once more
     reload();
     Q_EMIT draftChanged();

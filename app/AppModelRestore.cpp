@@ -4,6 +4,8 @@
 
 #include "WindowEngine/capture/UndoCapture.hpp"
 #include "WindowEngine/desktop/DesktopSpaces.hpp"
+#include "WindowEngine/desktop/Displays.hpp"
+#include "WindowEngine/restore/DisplayLayouts.hpp"
 #include "WindowEngine/restore/RestoreScope.hpp"
 #include "app/AppModel.hpp"
 
@@ -104,12 +106,19 @@ void AppModel::begin(const Asked& asked, bool agreedNow) {
     known_.permit(asked.workspace, agreedNow, options);
     Workspace part = asked.workspace;
     asked.selection.apply(part.snapshot, options);
-    Workspace shown = part;  // as the restore goes about it, so that each line finds its window
-    shown.snapshot = Restore::scopeOf(shown.snapshot, options.limited).snapshot;
+    start(std::move(part), std::move(options), !asked.selection.excluded.empty());
+}
+
+void AppModel::start(Workspace workspace, Restore::Options options, bool part) {
+    if (asksAboutTwins(workspace, options, part)) return;
+    Workspace shown = workspace;  // as the restore goes about it, so that each line finds its window
+    shown.snapshot = DisplayLayouts::fitted(
+        std::move(shown.snapshot), Displays::current(services_.desktop.platform.screens), options.displays);
+    shown.snapshot = Restore::scopeOf(std::move(shown.snapshot), options.limited).snapshot;
     RestoreRun::Start found = startOf(shown.snapshot);
-    found.part = !asked.selection.excluded.empty();
+    found.part = part;
     const auto run = std::make_shared<RestoreRun>(std::move(shown), found);
-    start(run, runRestore(run.get(), std::move(part), options));
+    start(run, runRestore(run.get(), std::move(workspace), std::move(options)));
 }
 
 /// Takes the place of the run before.
@@ -158,7 +167,7 @@ Task<> AppModel::runRestore(RestoreRun* run, Workspace workspace, Restore::Optio
             co_await Capture::undoRecord(services_.desktop, settings_.captureOptions(), workspace,
                                          options.cleanSlate.value_or(CleanSlateMode::keep));
         co_await checkpoint();
-        late = beginWaiting();
+        if (!options.arrangesOnly) late = beginWaiting();
         options.late = late.get();
         report = co_await Restore::runUndoably(services_.desktop, std::move(workspace), options, onItem,
                                                std::move(before),
@@ -191,6 +200,8 @@ void AppModel::restoreEnded(RestoreRun& run, RestoreReport report) {
     const bool inLibrary = std::ranges::find(workspaces_, workspace, &Workspace::id) != workspaces_.end();
     if (isRestore && inLibrary && restoreRun_.get() == &run) lastRuns_[workspace] = restoreRun_;
     run.finish(std::move(report));
+    windowTally_ = {};  // windows that it made go are nobody's trouble
+    if (isRestore && inLibrary) latestWorkspace_ = workspace;
     if (isRestore && !cancelled) {
         if (!run.ofPart() && !store_.updateLastRestored(run.workspace().id, wallNow())) {
             show("Restored, but couldn't update last-used time", ToastKind::refusal);

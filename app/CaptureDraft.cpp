@@ -18,7 +18,7 @@ std::string colorByChance() {
 }  // namespace
 
 CaptureDraft::CaptureDraft(WorkspaceSnapshot snapshot, std::optional<Workspace> updating,
-                           bool testRestoreAfterSave)
+                           bool testRestoreAfterSave, std::string warning)
     : name_(updating ? updating->name : ""),
       icon_(updating ? updating->icon : icons.front()),
       color_(updating ? updating->color : colorByChance()),
@@ -26,7 +26,8 @@ CaptureDraft::CaptureDraft(WorkspaceSnapshot snapshot, std::optional<Workspace> 
       updating_(std::move(updating)),
       excludedAtFirst_(updating_ ? LeftOut::recognised(updating_->snapshot, snapshot_)
                                  : LeftOut::Exclusions()),
-      testRestoreAfterSave_(testRestoreAfterSave) {}
+      testRestoreAfterSave_(testRestoreAfterSave),
+      warning_(std::move(warning)) {}
 
 void CaptureDraft::setName(std::string name) {
     if (std::exchange(name_, std::move(name)) != name_) Q_EMIT changed();

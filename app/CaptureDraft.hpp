@@ -24,7 +24,9 @@ class CaptureDraft final : public QObject {
 
     /// Name, icon and color of `updating`, and unticked what had been left out of it; without one no name,
     /// the first icon, a color by chance, and everything ticked.
-    CaptureDraft(WorkspaceSnapshot snapshot, std::optional<Workspace> updating, bool testRestoreAfterSave);
+    /// `warning`: why it may not be what the person wants back, a sentence; empty where nothing says so.
+    CaptureDraft(WorkspaceSnapshot snapshot, std::optional<Workspace> updating, bool testRestoreAfterSave,
+                 std::string warning = {});
 
     const Uuid& id() const { return id_; }
     const std::string& name() const { return name_; }
@@ -33,6 +35,7 @@ class CaptureDraft final : public QObject {
     const WorkspaceSnapshot& snapshot() const { return snapshot_; }
     const std::optional<Workspace>& updating() const { return updating_; }
     bool testRestoreAfterSave() const { return testRestoreAfterSave_; }
+    const std::string& warning() const { return warning_; }
 
     void setName(std::string name);
     void setIcon(std::string icon);
@@ -79,6 +82,7 @@ class CaptureDraft final : public QObject {
     const LeftOut::Exclusions excludedAtFirst_;
     LeftOut::Exclusions excluded_ = excludedAtFirst_;
     const bool testRestoreAfterSave_;
+    const std::string warning_;
 };
 
 /// A window's row in the review: its title, or what stands for it, and how many tabs it holds.

@@ -7,7 +7,9 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "WindowEngine/support/Rect.hpp"
 #include "WindowEngine/support/Task.hpp"
 
 namespace quillo {
@@ -51,6 +53,9 @@ class Surfaces {
     virtual bool panelInUse(PanelID /*panel*/) const { return false; }
     /// The main window goes behind all other windows, where there is one. It stays open.
     virtual void stepAside() {}
+
+    /// Shows a number in the middle of each of these screens, 1 in the first, until the next call.
+    virtual void numberScreens(const std::vector<Rect>& /*screens*/) {}
 
     /// Where to write a JSON file, absolute; absent when the person cancelled. The dialog has asked about
     /// replacing a file.

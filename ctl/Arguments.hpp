@@ -1,5 +1,6 @@
 // The arguments of one call, as parsed.
 #pragma once
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -25,6 +26,9 @@ struct Arguments {
     std::optional<std::string> update;      // save --update W
     std::vector<std::string> only;          // --only APP[/WINDOW]
     std::vector<std::string> except;        // --except APP[/WINDOW]
+    std::vector<std::string> displays;      // --display SAVED=PRESENT
+    bool arrange = false;                   // restore --arrange, plan --arrange
+    std::int64_t number = 0;                // NUMBER of layout remove
     bool longList = false;                  // list --long
     bool force = false;                     // export --force
     bool exitCode = false;                  // plan --exit-code

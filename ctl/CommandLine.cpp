@@ -133,6 +133,22 @@ void addChoice(CLI::App* command, Arguments& arguments) {
         ->allow_extra_args(false);
 }
 
+void addDisplays(CLI::App* command, Arguments& arguments) {
+    command->add_flag("--arrange", arguments.arrange,
+                      "only move windows that are open: launch, open and hide nothing");
+    command
+        ->add_option("--display", arguments.displays,
+                     "which attached display a saved one is, where identical ones cannot be told apart; may "
+                     "be repeated, and is remembered")
+        ->type_name("SAVED=PRESENT")
+        ->check([](const std::string& pair) {
+            const std::size_t sign = pair.find('=');
+            const bool whole = sign != pair.npos && sign > 0 && sign + 1 < pair.size();
+            return std::string(whole ? "" : "give the saved display, =, and the one that is attached");
+        })
+        ->allow_extra_args(false);
+}
+
 void addDesktopCommands(CommandSet& commands) {
     Arguments& arguments = commands.arguments();
     commands.group = "The desktop as it is";
@@ -158,6 +174,7 @@ void addDesktopCommands(CommandSet& commands) {
     addChoice(plan, arguments);
     addAdapters(plan, arguments);
     addCleanSlate(plan, arguments);
+    addDisplays(plan, arguments);
     CLI::App* diff = commands.addForWorkspace(
         "diff", "how the desktop differs now; ends with status 0 where it does not, 1 where it does",
         diffWorkspace);
@@ -168,6 +185,7 @@ void addDesktopCommands(CommandSet& commands) {
     addChoice(restore, arguments);
     addAdapters(restore, arguments);
     addCleanSlate(restore, arguments);
+    addDisplays(restore, arguments);
     CLI::Option* wait = restore->add_flag(
         "--wait", arguments.wait, "first wait for the window manager, displays and the accessibility bus");
     restore->add_option("--wait-limit", arguments.waitLimit, "how long at most; 30 unless given")
@@ -217,6 +235,16 @@ void addLibraryCommands(CommandSet& commands) {
         ->required();
     commands.addForWorkspace("duplicate", "copy a workspace under a name of its own", duplicateWorkspace);
     commands.addForWorkspaces("delete", "delete workspaces and their backups", deleteWorkspaces);
+
+    CommandSet layout =
+        commands.addFamily("layout", "how a workspace stands on each set of displays: list, save, remove");
+    layout.group = "Commands";
+    layout.addForWorkspace("list", "the sets of displays that the workspace was arranged on", listLayouts);
+    layout.addForWorkspace("save", "keep how its windows stand now, for the displays that are attached",
+                           saveLayout);
+    layout.addForWorkspace("remove", "forget the layout of this number", removeLayout)
+        ->add_option("NUMBER", arguments.number, "as list prints it")
+        ->required();
 
     commands.group = "The last sessions";
     CommandSet history =

@@ -1,6 +1,7 @@
 // Every command of quilloctl. Each prints its results and gives the exit status, or one line that says why
 // it did not work.
 #pragma once
+#include "WindowEngine/capture/CaptureHealth.hpp"
 #include "WindowEngine/library/UndoFile.hpp"
 #include "ctl/CommandContext.hpp"
 
@@ -29,6 +30,8 @@ struct Captured {
     /// "XClock (xclock): no menu entry starts it, so a restore will not": applications that could not be
     /// launched again.
     std::vector<std::string> warnings;
+    /// Why it may not be the desktop that anybody wants back; it is among the warnings too.
+    std::optional<CaptureHealth::Flaw> flaw;
 };
 Result<Captured, Failure> captureDesktop(CommandContext& context, const Arguments& arguments,
                                          const WorkspaceSnapshot* before = nullptr);
@@ -41,6 +44,11 @@ CommandResult showWorkspace(CommandContext& context, const Arguments& arguments)
 CommandResult renameWorkspace(CommandContext& context, const Arguments& arguments);
 CommandResult duplicateWorkspace(CommandContext& context, const Arguments& arguments);
 CommandResult deleteWorkspaces(CommandContext& context, const Arguments& arguments);
+
+// Arrangements on other displays (LayoutCommands.cpp).
+CommandResult listLayouts(CommandContext& context, const Arguments& arguments);
+CommandResult saveLayout(CommandContext& context, const Arguments& arguments);
+CommandResult removeLayout(CommandContext& context, const Arguments& arguments);
 
 // Workspace files (FileCommands.cpp).
 CommandResult exportWorkspaces(CommandContext& context, const Arguments& arguments);

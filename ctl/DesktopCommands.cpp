@@ -10,6 +10,7 @@
 #include "WindowEngine/capture/LeftOut.hpp"
 #include "WindowEngine/desktop/Displays.hpp"
 #include "WindowEngine/records/OwnIdentity.hpp"
+#include "WindowEngine/restore/DisplayLayouts.hpp"
 #include "ctl/Commands.hpp"
 #include "ctl/HumanText.hpp"
 #include "ctl/SnapshotText.hpp"
@@ -85,6 +86,19 @@ std::vector<std::string> notLaunchable(Applications& applications, const Workspa
         warnings.push_back(std::move(warning));
     }
     return warnings;
+}
+
+std::optional<CaptureHealth::Flaw> flawOf(CommandContext& context, DesktopAccess& access,
+                                          const WorkspaceSnapshot& snapshot) {
+    const Result<Workspace> last = context.history.store().load(SessionHistory::latestID);
+    const auto displays = Displays::current(access.platform.screens);
+    return CaptureHealth::flawOf(
+        {.access = access.platform.accessibility.trusted(),
+         .screen = access.platform.screens.state(),
+         .hasDisplay = !displays.empty(),
+         .displaysChanging = displays != snapshot.displays,
+         .windowsBefore = last ? CaptureHealth::windowsBefore(last->snapshot, snapshot.capturedAt) : 0,
+         .windows = snapshot.windowCount()});
 }
 
 /// One line of the doctor's report.
@@ -201,15 +215,19 @@ Result<Captured, Failure> captureDesktop(CommandContext& context, const Argument
     const Capture::Options options = settingsFor(context, arguments).captureOptions();
     std::optional<WorkspaceSnapshot> snapshot = run(**desktop, Capture::snapshot(access, options));
     if (!snapshot) return failure("cancelled", Exit::cancelled);
+    const auto flaw = flawOf(context, access, *snapshot);
     if (before) {
         const LeftOut::Exclusions excluded = LeftOut::recognised(*before, *snapshot);
         snapshot = LeftOut::carriedOver(
             *before,
-            CaptureFilter::apply(*std::move(snapshot), excluded.apps, excluded.windows, excluded.contextURLs),
+            DisplayLayouts::carriedOver(
+                *before, CaptureFilter::apply(*std::move(snapshot), excluded.apps, excluded.windows,
+                                              excluded.contextURLs)),
             {Capture::neverSaved(access.platform.applications, options), options.excludedDomains});
     }
     std::vector<std::string> warnings = notLaunchable(access.platform.applications, *snapshot);
-    return Captured{*std::move(snapshot), std::move(warnings)};
+    if (flaw) warnings.push_back(CaptureHealth::warning(*flaw));
+    return Captured{*std::move(snapshot), std::move(warnings), flaw};
 }
 
 std::string reportCaptured(CommandContext& context, const Captured& captured) {

@@ -14,6 +14,11 @@ CommandResult listHistory(CommandContext& context, const Arguments& arguments) {
 CommandResult saveToHistory(CommandContext& context, const Arguments& arguments) {
     const Result<Captured, Failure> captured = captureDesktop(context, arguments);
     if (!captured) return std::unexpected(captured.error());
+    if (captured->flaw) {  // a session that ends would take the place of the one that was whole
+        return failure("the last session stays as it was: " + CaptureHealth::words(*captured->flaw) + "; " +
+                           "quilloctl save NAME saves what is open all the same",
+                       Exit::partly);
+    }
     const std::string what = reportCaptured(context, *captured);
     const Result<bool> saved = saveSession(context.history, context.known, captured->snapshot, now());
     if (!saved) return couldNot("save the last session", saved.error());

@@ -1,17 +1,21 @@
 #include "ctl/RestoreChoice.hpp"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <charconv>
 #include <utility>
 
 #include "WindowEngine/capture/CaptureFilter.hpp"
+#include "WindowEngine/desktop/Displays.hpp"
 #include "WindowEngine/restore/CleanSlate.hpp"
+#include "WindowEngine/restore/DisplayLayouts.hpp"
 #include "WindowEngine/restore/RestoreScope.hpp"
 #include "WindowEngine/support/Text.hpp"
 #include "ctl/HumanText.hpp"
 #include "ctl/NearestName.hpp"
+#include "settings/DisplayAnswers.hpp"
 
 namespace quillo::ctl {
 namespace {
@@ -163,14 +167,44 @@ Result<Restore::Options, Failure> chosenPart(CommandContext& context, Applicatio
                                        quotedName(workspace.name), quotedName(which)));
     }
     Restore::Options options{.cleanSlate = chosenCleanSlate(workspace, arguments),
-                             .enabledAdapters = settingsFor(context, arguments).enabledAdapters};
+                             .enabledAdapters = settingsFor(context, arguments).enabledAdapters,
+                             .arrangesOnly = arguments.arrange};
     choice.selection.apply(workspace.snapshot, options);
     return options;
 }
 
 std::optional<CleanSlateMode> chosenCleanSlate(const Workspace& workspace, const Arguments& arguments) {
+    if (arguments.arrange) return CleanSlateMode::keep;
     if (arguments.cleanSlate) return cleanSlateMode(*arguments.cleanSlate);
     return arguments.only.empty() ? workspace.cleanSlate : std::nullopt;
+}
+
+void chooseDisplays(CommandContext& context, DesktopAccess& desktop, Workspace& workspace,
+                    const Arguments& arguments, Restore::Options& options) {
+    if (arguments.arrange) {
+        DisplayLayouts::keepRunning(workspace.snapshot, [&](const std::string& identifier) {
+            return desktop.platform.applications.running(identifier).has_value();
+        });
+    }
+    const auto present = Displays::current(desktop.platform.screens);
+    const auto saved = DisplayLayouts::displaysFor(workspace.snapshot, present);
+    DisplayAnswers answers(context.defaults);
+    options.displays = answers.find(saved, present);
+    for (const std::string& pair : arguments.displays) {
+        const std::size_t sign = pair.find('=');
+        options.displays[pair.substr(0, sign)] = pair.substr(sign + 1);
+    }
+    if (!arguments.displays.empty()) {
+        if (const Result<void> kept = answers.remember(saved, present, options.displays); !kept)
+            context.output.complain("--display holds for this time only: " + printable(kept.error().text));
+    }
+    const DisplayTwins::Matching matching = DisplayTwins::match(saved, present, options.displays);
+    if (matching.unclear.empty()) return;
+    context.output.complain(
+        fmt::format("the displays {} are alike, and nothing tells which of {} each is now; --display "
+                    "SAVED=PRESENT says it",
+                    printable(fmt::format("{}", fmt::join(matching.unclear, ", "))),
+                    printable(fmt::format("{}", fmt::join(matching.choices, ", ")))));
 }
 
 }  // namespace quillo::ctl

@@ -32,4 +32,10 @@ inline bool isPart(const Arguments& arguments) {
 /// no others unless it is asked to.
 std::optional<CleanSlateMode> chosenCleanSlate(const Workspace& workspace, const Arguments& arguments);
 
+/// Leaves only what runs where only that is to be arranged, and sets which present displays stand for saved
+/// ones of their make: as the arguments say, which is remembered, else as was said before. Complains where
+/// nothing tells. To be called before the workspace's own displays are looked at.
+void chooseDisplays(CommandContext& context, DesktopAccess& desktop, Workspace& workspace,
+                    const Arguments& arguments, Restore::Options& options);
+
 }  // namespace quillo::ctl

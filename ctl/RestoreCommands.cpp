@@ -47,7 +47,7 @@ std::string words(ReasonToAsk reason, const Workspace& workspace) {
 /// not agreed to for all of it.
 bool isAllOfIt(const Workspace& workspace, const Arguments& arguments) {
     const CleanSlateMode says = workspace.cleanSlate.value_or(CleanSlateMode::keep);
-    return !isPart(arguments) &&
+    return !isPart(arguments) && !arguments.arrange &&
            (says == CleanSlateMode::keep || chosenCleanSlate(workspace, arguments) == says);
 }
 
@@ -154,6 +154,7 @@ CommandResult restoreWorkspace(CommandContext& context, const Arguments& argumen
     Result<Restore::Options, Failure> options = chosenPart(
         context, (*desktop)->access().platform.applications, workspace, *std::move(choice), arguments);
     if (!options) return std::unexpected(options.error());
+    chooseDisplays(context, (*desktop)->access(), workspace, arguments, *options);
     if (const Result<void, Failure> agreed =
             consent(context, **desktop, whole, workspace, *options, arguments);
         !agreed) {
@@ -180,7 +181,7 @@ CommandResult restoreWorkspace(CommandContext& context, const Arguments& argumen
     printer.end(*report);
     if (!kept) return failure(printable(kept.error().text));
     const Exit exit = exitFor(*report);
-    if (report->cancelled || isPart(arguments) || found->isSession) return exit;
+    if (report->cancelled || isPart(arguments) || arguments.arrange || found->isSession) return exit;
     return noteRestored(context, workspace.id) ? exit : Exit::partly;
 }
 

@@ -64,7 +64,9 @@ void printDisplays(Output& output, std::span<const DisplaySnapshot> displays) {
                 .add("frame", display.frame)
                 .add("visibleFrame", display.visibleFrame)
                 .add("scale", display.scale)
-                .add("isPrimary", display.isPrimary);
+                .add("isPrimary", display.isPrimary)
+                .add("model", display.model)
+                .add("connector", display.connector);
             output.value(std::move(line));
             continue;
         }

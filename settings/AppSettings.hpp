@@ -32,6 +32,8 @@ struct AppSettings {
     WithoutTray withoutTray = WithoutTray::ask;
     static constexpr std::int64_t mostLateMinutes = 60;
     std::int64_t lateMinutes = 5;  // in which windows that open after a restore are placed; 0: none are
+    bool offersLayouts = true;                      // when displays come that a workspace was arranged on
+    std::set<std::string> arrangedWorkspaces = {};  // identifiers of those that then need no offer
 
     bool operator==(const AppSettings&) const = default;
 

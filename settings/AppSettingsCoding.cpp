@@ -19,7 +19,9 @@ inline constexpr auto fieldsOf<AppSettings> =
                Field{"shortcuts", &AppSettings::shortcuts},
                Field{"appearance", &AppSettings::appearance},
                Field{"withoutTray", &AppSettings::withoutTray},
-               Field{"lateMinutes", &AppSettings::lateMinutes}};
+               Field{"lateMinutes", &AppSettings::lateMinutes},
+               Field{"offersLayouts", &AppSettings::offersLayouts},
+               Field{"arrangedWorkspaces", &AppSettings::arrangedWorkspaces}};
 
 template <>
 inline constexpr auto fieldsOf<Shortcut> =

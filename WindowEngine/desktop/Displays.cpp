@@ -35,7 +35,9 @@ std::vector<DisplaySnapshot> current(Screens& screens) {
                             .frame = screen.frame,
                             .visibleFrame = screen.visibleFrame,
                             .scale = screen.scale,
-                            .isPrimary = displays.empty()});
+                            .isPrimary = displays.empty(),
+                            .model = screen.model,
+                            .connector = screen.connector});
     }
     return displays;
 }

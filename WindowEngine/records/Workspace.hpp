@@ -30,6 +30,8 @@ struct DisplaySnapshot {
     Rect visibleFrame;  // bounds less menu bar, dock and panels
     double scale = 1;   // backing pixels to a point
     bool isPrimary = false;
+    std::optional<std::string> model = std::nullopt;      // shared by identical displays
+    std::optional<std::string> connector = std::nullopt;  // where it was plugged in
 
     bool operator==(const DisplaySnapshot&) const = default;
 };
@@ -113,6 +115,29 @@ struct LeftOutPart {
     bool operator==(const LeftOutPart&) const = default;
 };
 
+/// Where one window stands on another set of displays than that of its snapshot.
+struct PlacedWindow {
+    std::string application;  // bundleIdentifier
+    std::int64_t index = 0;   // WindowSnapshot.index
+    Rect frame;
+    Rect normalizedFrame;
+    std::optional<std::string> displayID;
+    std::optional<DesktopSnapshot> desktop;
+    bool isMinimized = false;
+    bool isFullscreen = false;
+
+    bool operator==(const PlacedWindow&) const = default;
+};
+
+/// How a workspace is arranged on a set of displays: no title, no document, no address.
+struct DisplayLayout {
+    std::vector<DisplaySnapshot> displays;
+    std::optional<std::vector<DesktopSnapshot>> desktops;
+    std::vector<PlacedWindow> windows;
+
+    bool operator==(const DisplayLayout&) const = default;
+};
+
 struct WorkspaceSnapshot {
     Instant capturedAt{};
     std::vector<DisplaySnapshot> displays;
@@ -121,6 +146,8 @@ struct WorkspaceSnapshot {
     std::vector<ApplicationSnapshot> applications;
     /// Not among the applications: who acts on those, or counts them, need not know of it. Never empty.
     std::optional<std::vector<LeftOutPart>> leftOut = std::nullopt;
+    /// On other sets of displays than `displays`, the latest first; no set twice. Never empty.
+    std::optional<std::vector<DisplayLayout>> layouts = std::nullopt;
 
     // A sum that overflows ends the program: such a record cannot be real.
     std::int64_t desktopCount() const;

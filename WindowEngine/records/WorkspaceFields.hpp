@@ -29,8 +29,25 @@ inline constexpr auto fieldsOf<WorkspaceSnapshot> =
                Field{"capturedAt", &WorkspaceSnapshot::capturedAt},
                Field{"desktops", &WorkspaceSnapshot::desktops},
                Field{"displays", &WorkspaceSnapshot::displays},
+               Field{"layouts", &WorkspaceSnapshot::layouts},
                Field{"leftOut", &WorkspaceSnapshot::leftOut},
                Field{"notes", &WorkspaceSnapshot::notes}};
+
+template <>
+inline constexpr auto fieldsOf<DisplayLayout> =
+    std::tuple{Field{"desktops", &DisplayLayout::desktops}, Field{"displays", &DisplayLayout::displays},
+               Field{"windows", &DisplayLayout::windows}};
+
+template <>
+inline constexpr auto fieldsOf<PlacedWindow> =
+    std::tuple{Field{"application", &PlacedWindow::application},
+               Field{"desktop", &PlacedWindow::desktop},
+               Field{"displayID", &PlacedWindow::displayID},
+               Field{"frame", &PlacedWindow::frame},
+               Field{"index", &PlacedWindow::index},
+               Field{"isFullscreen", &PlacedWindow::isFullscreen},
+               Field{"isMinimized", &PlacedWindow::isMinimized},
+               Field{"normalizedFrame", &PlacedWindow::normalizedFrame}};
 
 template <>
 inline constexpr auto namesOf<LeftOutPart::Kind> =
@@ -45,8 +62,12 @@ inline constexpr auto fieldsOf<LeftOutPart> =
 
 template <>
 inline constexpr auto fieldsOf<DisplaySnapshot> =
-    std::tuple{Field{"frame", &DisplaySnapshot::frame}, Field{"id", &DisplaySnapshot::id},
-               Field{"isPrimary", &DisplaySnapshot::isPrimary}, Field{"scale", &DisplaySnapshot::scale},
+    std::tuple{Field{"connector", &DisplaySnapshot::connector},
+               Field{"frame", &DisplaySnapshot::frame},
+               Field{"id", &DisplaySnapshot::id},
+               Field{"isPrimary", &DisplaySnapshot::isPrimary},
+               Field{"model", &DisplaySnapshot::model},
+               Field{"scale", &DisplaySnapshot::scale},
                Field{"visibleFrame", &DisplaySnapshot::visibleFrame}};
 
 template <>

@@ -24,18 +24,6 @@ const DisplaySnapshot& primary(DisplayList displays) {  // `displays` is not emp
     return marked ? *marked : displays.front();
 }
 
-/// Where a display sits, in units of the primary display's size: a monitor to the right stays to the right
-/// when the primary changes its resolution.
-Point offset(const DisplaySnapshot& display, const DisplaySnapshot& primaryDisplay) {
-    const Rect& p = primaryDisplay.frame;
-    return {(display.frame.midX() - p.midX()) / std::max(p.width, 1.0),
-            (display.frame.midY() - p.midY()) / std::max(p.height, 1.0)};
-}
-
-double squaredDistance(Point a, Point b) {
-    return (a.x - b.x) * (a.x - b.x) + (a.y - b.y) * (a.y - b.y);
-}
-
 Placement relative(const Rect& normalized, const DisplaySnapshot& target) {
     return {clamp(Displays::denormalize(normalized, target.frame), target.visibleFrame), true};
 }
@@ -58,6 +46,16 @@ Placement onPrimary(const WindowSnapshot& window, const DisplaySnapshot* saved,
 }
 
 }  // namespace
+
+Point offset(const DisplaySnapshot& display, const DisplaySnapshot& primaryDisplay) {
+    const Rect& p = primaryDisplay.frame;
+    return {(display.frame.midX() - p.midX()) / std::max(p.width, 1.0),
+            (display.frame.midY() - p.midY()) / std::max(p.height, 1.0)};
+}
+
+double squaredDistance(Point a, Point b) {
+    return (a.x - b.x) * (a.x - b.x) + (a.y - b.y) * (a.y - b.y);
+}
 
 Rect clamp(const Rect& rect, const Rect& bounds) {
     const double width = std::min(rect.width, bounds.width);

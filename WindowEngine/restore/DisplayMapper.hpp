@@ -32,4 +32,9 @@ const DisplaySnapshot* bestTopologyMatch(const DisplaySnapshot& display, Display
                                          DisplayList current);
 Rect clamp(const Rect& rect, const Rect& bounds);
 
+/// Where a display sits, in units of the primary display's size: a monitor to the right stays to the right
+/// when the primary changes its resolution.
+Point offset(const DisplaySnapshot& display, const DisplaySnapshot& primaryDisplay);
+double squaredDistance(Point a, Point b);
+
 }  // namespace quillo::DisplayMapper

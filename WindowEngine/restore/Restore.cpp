@@ -16,6 +16,7 @@
 #include "WindowEngine/restore/CleanSlate.hpp"
 #include "WindowEngine/restore/ContextRestore.hpp"
 #include "WindowEngine/restore/DesktopCreation.hpp"
+#include "WindowEngine/restore/DisplayLayouts.hpp"
 #include "WindowEngine/restore/DocumentRestore.hpp"
 #include "WindowEngine/restore/LateWindows.hpp"
 #include "WindowEngine/restore/MissingWindows.hpp"
@@ -152,7 +153,8 @@ LateApplication lateOf(const ApplicationRestore& restore, const std::vector<Live
 Task<void> placeOpened(Run& run, ApplicationRestore& restore) {
     const ApplicationSnapshot& application = restore.application;
     std::vector<LiveWindow> live = liveWindows(run.desktop, application, true, run.options.passedOver);
-    if (restore.opensMore || live.size() < application.windows.size()) {
+    const bool isShort = restore.opensMore || live.size() < application.windows.size();
+    if (isShort && !run.options.arrangesOnly) {
         co_await run.presence.wait(application.bundleIdentifier, {toDuration(run.options.launchTimeout),
                                                                   toDuration(run.options.settleDelay)});
         // One that was too busy to be counted may answer now that its time is over.
@@ -182,6 +184,10 @@ Task<void> restoreApplication(Run& run, const ApplicationSnapshot& application) 
                                .sink = run.sink,
                                .presence = run.presence,
                                .deadline = run.now() + toDuration(run.options.launchTimeout)};
+    if (run.options.arrangesOnly) {
+        if (!application.windows.empty()) co_await placeOpened(run, restore);
+        co_return;
+    }
     if (!co_await start(restore)) co_return;
     Log::ready(run.desktop.platform.log, application.bundleIdentifier, run.secondsSinceStart());
     co_await restoreContext(restore);
@@ -270,8 +276,10 @@ Task<void> restoreWorkspace(Run& run) {
         run.sink.add(RestoreReport::failed{"Accessibility permission not granted"});
         co_return;
     }
-    boundDisplays(run.workspace.snapshot);
     run.displays = Displays::current(run.desktop.platform.screens);
+    run.workspace.snapshot =
+        DisplayLayouts::fitted(std::move(run.workspace.snapshot), run.displays, run.options.displays);
+    boundDisplays(run.workspace.snapshot);
     co_await prepareDesktops(run);
     co_await cleanSlate(run.desktop, run.workspace, run.options, run.sink);
     if (run.options.late) run.options.late->setPlaces(run.workspace.snapshot.displays, run.desktops.targets);

@@ -1,6 +1,7 @@
 // Brings a saved workspace back onto the screen.
 #pragma once
 #include <functional>
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -21,6 +22,8 @@ struct Options {
     bool limited = true;  // RestoreScope's limits hold; a person may lift them for what they saved themself
     bool bringsForward = false;  // at its end, what came back is put in front of other windows (BringForward)
     LateWindows* late = nullptr;  // is told which windows did not turn up; null: nobody waits for those
+    bool arrangesOnly = false;   // windows that are open are moved; nothing is launched or opened
+    std::map<std::string, std::string> displays = {};  // present ones by saved ones, as the person told them
     bool followsLinks = true;  // a document that a symbolic link leads to is opened; not of a stranger's file
     /// Applications that a clean slate leaves alone besides the workspace's own: where only a part of a
     /// workspace is brought back, those of all of it.

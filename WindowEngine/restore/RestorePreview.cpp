@@ -12,6 +12,7 @@
 #include "WindowEngine/restore/CleanSlate.hpp"
 #include "WindowEngine/restore/ContextRestore.hpp"
 #include "WindowEngine/restore/DesktopCreation.hpp"
+#include "WindowEngine/restore/DisplayLayouts.hpp"
 #include "WindowEngine/restore/MissingWindows.hpp"
 
 namespace quillo {
@@ -283,11 +284,14 @@ PlanTotals Restore::totalsOf(const RestorePreview& preview) {
 }
 
 Task<RestorePreview> Restore::preview(DesktopAccess& desktop, WorkspaceSnapshot snapshot, Options options) {
+    snapshot = DisplayLayouts::fitted(std::move(snapshot), Displays::current(desktop.platform.screens),
+                                      options.displays);
     const auto scope = std::make_shared<RestoreScope>(scopeOf(std::move(snapshot), options.limited));
     giveShownNames(desktop.platform.applications, *scope);
     RestorePreview preview = windowsOf(desktop, scope, options);
     for (PlannedApplication& application : preview.applications) {
-        if (application.presence != Presence::missing) co_await planReopening(desktop, application, options);
+        if (application.presence == Presence::missing || options.arrangesOnly) continue;
+        co_await planReopening(desktop, application, options);
     }
     co_return preview;
 }

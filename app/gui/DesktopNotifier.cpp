@@ -3,10 +3,12 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QVariantMap>
+#include <utility>
 
 namespace quillo {
 namespace {
 
+constexpr auto take = "take";  // the button
 constexpr auto service = "org.freedesktop.Notifications", path = "/org/freedesktop/Notifications";
 
 QDBusMessage call(const QString& method) {
@@ -20,25 +22,30 @@ DesktopNotifier::DesktopNotifier(QDBusConnection bus, QObject* parent)
     bus_.connect(service, path, service, "ActionInvoked", this, SLOT(actionInvoked(uint, QString)));
 }
 
-void DesktopNotifier::notify(const QString& title, const QString& text) {
-    if (markup_) return send(title, text, *markup_);
+void DesktopNotifier::offer(const QString& title, const QString& text, const QString& button,
+                            std::function<void()> taken) {
+    taken_ = std::move(taken);
+    const Message message{title, text, button};
+    if (markup_) return send(message, *markup_);
     auto* const asked = new QDBusPendingCallWatcher(bus_.asyncCall(call("GetCapabilities")), this);
-    connect(asked, &QDBusPendingCallWatcher::finished, this, [this, asked, title, text] {
+    connect(asked, &QDBusPendingCallWatcher::finished, this, [this, asked, message] {
         const QDBusPendingReply<QStringList> capabilities = *asked;
         asked->deleteLater();
         if (!capabilities.isValid()) return;
         markup_ = capabilities.value().contains("body-markup");
-        send(title, text, *markup_);
+        send(message, *markup_);
     });
 }
 
-void DesktopNotifier::send(const QString& title, const QString& text, bool markup) {
+void DesktopNotifier::send(const Message& message, bool markup) {
     constexpr int asLongAsTheDesktopLikes = -1;
-    QDBusMessage message = call("Notify");
-    message << "Quillo" << shown_ << "app.quillo.Quillo" << title << (markup ? text.toHtmlEscaped() : text)
-            << QStringList{"default", "Open Quillo"} << QVariantMap{{"desktop-entry", "app.quillo.Quillo"}}
-            << asLongAsTheDesktopLikes;
-    auto* const sent = new QDBusPendingCallWatcher(bus_.asyncCall(message), this);
+    QStringList actions{"default", "Open Quillo"};
+    if (!message.button.isEmpty()) actions << take << message.button;
+    QDBusMessage request = call("Notify");
+    request << "Quillo" << shown_ << "app.quillo.Quillo" << message.title
+            << (markup ? message.text.toHtmlEscaped() : message.text) << actions
+            << QVariantMap{{"desktop-entry", "app.quillo.Quillo"}} << asLongAsTheDesktopLikes;
+    auto* const sent = new QDBusPendingCallWatcher(bus_.asyncCall(request), this);
     connect(sent, &QDBusPendingCallWatcher::finished, this, [this, sent] {
         const QDBusPendingReply<uint> id = *sent;
         sent->deleteLater();
@@ -46,8 +53,10 @@ void DesktopNotifier::send(const QString& title, const QString& text, bool marku
     });
 }
 
-void DesktopNotifier::actionInvoked(uint id, const QString&) {
-    if (id == shown_ && clicked) clicked();
+void DesktopNotifier::actionInvoked(uint id, const QString& action) {
+    if (id != shown_) return;
+    if (action != take && clicked) return clicked();
+    if (const auto taken = std::exchange(taken_, nullptr); action == take && taken) taken();
 }
 
 }  // namespace quillo

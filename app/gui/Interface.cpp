@@ -9,6 +9,7 @@
 #include "app/gui/AppIcons.hpp"
 #include "app/gui/ClosingPresenter.hpp"
 #include "app/gui/DetailPresenter.hpp"
+#include "app/gui/LayoutsPresenter.hpp"
 #include "app/gui/LibraryPresenter.hpp"
 #include "app/gui/OnboardingPresenter.hpp"
 #include "app/gui/Pictures.hpp"
@@ -21,6 +22,7 @@
 #include "app/gui/SettingsPresenter.hpp"
 #include "app/gui/ShortcutsPresenter.hpp"
 #include "app/gui/SwitcherPresenter.hpp"
+#include "app/gui/TwinsPresenter.hpp"
 #include "settings/WindowMemory.hpp"
 
 namespace quillo {
@@ -66,7 +68,9 @@ struct Interface::Presenters {
           shortcuts(model, parts.system.hotKeys, parts.keys),
           switcher(model, index, surfaces),
           restore(model),
-          question(model) {
+          question(model),
+          layouts(model, ui),
+          twins(model) {
         registerItems();
         registerSingleton("Theme", parts.theme);
         registerSingleton("Ui", ui);
@@ -82,6 +86,8 @@ struct Interface::Presenters {
         registerSingleton("Switcher", switcher);
         registerSingleton("Restore", restore);
         registerSingleton("Question", question);
+        registerSingleton("Layouts", layouts);
+        registerSingleton("Twins", twins);
         registerSingleton("Presses", presses);
     }
 
@@ -102,6 +108,8 @@ struct Interface::Presenters {
     SwitcherPresenter switcher;
     RestorePresenter restore;
     QuestionPresenter question;
+    LayoutsPresenter layouts;
+    TwinsPresenter twins;
 };
 
 Interface::Interface(const Parts& parts)
@@ -152,6 +160,7 @@ void Interface::attach(AppModel& model) {
 }
 
 void Interface::detach() {
+    numbers_.show({});
     windows_.dropAll();
     remember();
     presenters_.reset();

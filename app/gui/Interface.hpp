@@ -7,6 +7,7 @@
 #include "app/AppModel.hpp"
 #include "app/Surfaces.hpp"
 #include "app/gui/FileDialogs.hpp"
+#include "app/gui/ScreenNumbers.hpp"
 #include "app/gui/Theme.hpp"
 #include "app/gui/Ui.hpp"
 #include "app/gui/Windows.hpp"
@@ -58,6 +59,7 @@ class Interface final : public QObject, public Surfaces {
     bool panelVisible(PanelID panel) const override { return windows_.panelVisible(panel); }
     bool panelInUse(PanelID panel) const override { return windows_.panelInUse(panel); }
     void stepAside() override { windows_.lowerMain(); }
+    void numberScreens(const std::vector<Rect>& screens) override { numbers_.show(screens); }
     Task<std::optional<std::filesystem::path>> fileToWrite(std::string proposedName) override {
         return dialogs_.fileToWrite(std::move(proposedName));
     }
@@ -76,6 +78,7 @@ class Interface final : public QObject, public Surfaces {
     AppModel* model_ = nullptr;
     std::shared_ptr<std::function<void()>> openMainAsked_ = std::make_shared<std::function<void()>>();
     std::unique_ptr<Presenters> presenters_;
+    ScreenNumbers numbers_;
     FileDialogs dialogs_{[this] { return windows_.mainWindow(); }};
     Windows windows_;  // last: views go before what they show
 };

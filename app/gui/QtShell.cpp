@@ -2,6 +2,7 @@
 
 #include <QDesktopServices>
 #include <QUrl>
+#include <utility>
 
 namespace quillo {
 
@@ -63,6 +64,13 @@ bool QtShell::showFolder(const std::filesystem::path& folder) {
 void QtShell::notify(const std::string& title, const std::string& text) {
     if (native_) return native_->notify(title, text);
     notifier_.notify(QString::fromStdString(title), QString::fromStdString(text));
+}
+
+void QtShell::offer(const std::string& title, const std::string& text, const std::string& button,
+                    std::function<void()> taken) {
+    if (native_) return native_->offer(title, text, button, std::move(taken));
+    notifier_.offer(QString::fromStdString(title), QString::fromStdString(text),
+                    QString::fromStdString(button), std::move(taken));
 }
 
 }  // namespace quillo

@@ -27,6 +27,8 @@ class QtShell final : public QObject, public Shell {
     void openSystemSettings(const std::string& page) override;
     bool showFolder(const std::filesystem::path& folder) override;
     void notify(const std::string& title, const std::string& text) override;
+    void offer(const std::string& title, const std::string& text, const std::string& button,
+               std::function<void()> taken) override;
     bool reducedMotion() const override;
 
   private:

@@ -32,6 +32,7 @@ void ReviewPresenter::draftReplaced() {
     all_ = draft ? amountOf(draft->snapshot()) : Amount{};
     map_ = draft ? drawnPart(draft->snapshot()) : nullptr;
     notes_ = draft ? notesOf(draft->snapshot()) : QStringList();
+    if (draft && !draft->warning().empty()) notes_.prepend(line(draft->warning()));
     Q_EMIT draftChanged();
     Q_EMIT changed();
     countAnew();

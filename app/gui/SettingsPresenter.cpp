@@ -32,7 +32,7 @@ SettingsPresenter::SettingsPresenter(AppModel& model, UpdateController& updates,
     : QObject(parent), model_(model), updates_(updates), loginItem_(loginItem) {
     for (const auto signal : {&AppModel::settingsChanged, &AppModel::settingsTroubleChanged,
                               &AppModel::accessibilityGrantedChanged, &AppModel::autoSnapshotErrorChanged,
-                              &AppModel::sessionsChanged}) {
+                              &AppModel::autoSnapshotSkippedChanged, &AppModel::sessionsChanged}) {
         connect(&model, signal, this, &SettingsPresenter::changed);
     }
     for (const auto signal : {&AppModel::sessionsChanged, &AppModel::busyChanged})
@@ -117,6 +117,13 @@ void SettingsPresenter::setLateChoice(int place) {
 
 QString SettingsPresenter::sessionError() const {
     return QString::fromStdString(model_.autoSnapshotError().value_or(""));
+}
+
+QString SettingsPresenter::sessionSkipped() const {
+    const auto& why = model_.autoSnapshotSkipped();
+    if (!why) return {};
+    return QStringLiteral("The last snapshot was left out: %1. It is tried again every minute.")
+        .arg(QString::fromStdString(*why));
 }
 
 bool SettingsPresenter::canRestore() const {

@@ -27,6 +27,7 @@ class SettingsPresenter final : public QObject {
     Q_PROPERTY(QStringList intervals READ intervals CONSTANT)
     Q_PROPERTY(int interval READ interval WRITE setInterval NOTIFY changed)  // a place in `intervals`
     Q_PROPERTY(QString sessionError READ sessionError NOTIFY changed)
+    Q_PROPERTY(QString sessionSkipped READ sessionSkipped NOTIFY changed)  // why there is none of late
     Q_PROPERTY(int sessionCount READ sessionCount NOTIFY changed)
     Q_PROPERTY(bool canRestore READ canRestore NOTIFY busyChanged)
 
@@ -71,6 +72,7 @@ class SettingsPresenter final : public QObject {
     int interval() const;
     void setInterval(int place);
     QString sessionError() const;
+    QString sessionSkipped() const;
     int sessionCount() const { return static_cast<int>(model_.sessions().size()); }
     bool canRestore() const;
     /// { key, text } of each session but the last, newest first.

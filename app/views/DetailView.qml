@@ -361,6 +361,10 @@ FocusScope {
             danger: true
             onClicked: confirmation.open()
         }
+        Item { width: 1; height: 10 }
+        Rectangle { width: parent.width; height: 1; color: Theme.border }
+        Item { width: 1; height: 12 }
+        LayoutsSection { width: parent.width }
     }
 
     AddAppSheet { id: appSheet }

@@ -205,6 +205,12 @@ Column {
             text: Settings.savesSessions ? "No session has been saved yet." : "No session is saved."
         }
         SettingNote {
+            visible: Settings.sessionSkipped !== ""
+            iconName: "triangle-alert"
+            ink: Theme.warning
+            text: Settings.sessionSkipped
+        }
+        SettingNote {
             visible: Settings.sessionError !== ""
             iconName: "triangle-alert"
             ink: Theme.danger
@@ -222,6 +228,19 @@ Column {
                 label: "Automatic updates"
                 checked: Settings.automaticUpdates
                 onToggled: Settings.automaticUpdates = !Settings.automaticUpdates
+            }
+        }
+    }
+
+    SettingGroup {
+        SettingRow {
+            separator: false
+            title: "Offer layouts of other displays"
+            caption: "When displays come that the last workspace was arranged on before, a message offers to arrange its windows."
+            Toggle {
+                label: "Offer layouts of other displays"
+                checked: Layouts.offered
+                onToggled: Layouts.offered = !Layouts.offered
             }
         }
     }

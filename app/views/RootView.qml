@@ -66,6 +66,11 @@ Rectangle {
         wanted: Closing.asked
         sourceComponent: ClosingDialog { parent: closing.T.Overlay.overlay }
     }
+    Asking {
+        id: twins
+        wanted: Twins.shown
+        sourceComponent: TwinsDialog { parent: twins.T.Overlay.overlay }
+    }
     Toast {
         anchors.horizontalCenter: parent.horizontalCenter
         // At the foot of a page; where the new line of a list may stand there, in the bar above it.

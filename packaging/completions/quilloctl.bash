@@ -50,7 +50,7 @@ _quilloctl_offer_files() {
 }
 
 _quilloctl() {
-    local commands="doctor windows displays save plan diff restore undo list show rename duplicate delete history launcher export import validate report help"
+    local commands="doctor windows displays save plan diff restore undo list show rename duplicate delete layout history launcher export import validate report help"
     local options="--desktop --data-dir --json --quiet -q --keep-scene --help -h --version"
     local words=() globals=() arguments=() word previous="" command="" joined="" index
     local quote="" trimmed="" typed unquoted
@@ -83,7 +83,7 @@ _quilloctl() {
                 globals+=("$word" "$unquoted")
                 ((index++)) ;;
             --data-dir=*) globals+=("$word") ;;
-            --desktop | --only | --except | --update | --adapter | --clean-slate | --wait-limit | --late) ((index++)) ;;
+            --desktop | --only | --except | --update | --adapter | --clean-slate | --display | --wait-limit | --late) ((index++)) ;;
             -*) ;;
             *) if [[ -z $command ]]; then command=$word; else arguments+=("$word"); fi ;;
         esac
@@ -110,16 +110,16 @@ _quilloctl() {
         --only | --except) _quilloctl_offer_names applications "${arguments[0]}"; return ;;
         --adapter) _quilloctl_offer_words finder chromium safari firefox; return ;;
         --clean-slate) _quilloctl_offer_words keep hide quit; return ;;
-        --wait-limit | --late) return ;;
+        --display | --wait-limit | --late) return ;;
     esac
 
     case $command in
         save) options="--update --adapter $options" ;;
         list) options="--long $options" ;;
         history) options="--long --adapter $options" ;;
-        plan) options="--exit-code --only --except --adapter --clean-slate $options" ;;
+        plan) options="--exit-code --only --except --adapter --clean-slate --arrange --display $options" ;;
         diff) options="--only --except --adapter $options" ;;
-        restore) options="--only --except --adapter --clean-slate --wait --wait-limit --late --yes -y $options" ;;
+        restore) options="--only --except --adapter --clean-slate --arrange --display --wait --wait-limit --late --yes -y $options" ;;
         undo) options="--plan --quit-launched $options" ;;
         export) options="--force $options" ;;
         report) options="--force --adapter --clean-slate $options" ;;
@@ -134,6 +134,8 @@ _quilloctl() {
         case $command:${#arguments[@]} in
             plan:0 | diff:0 | restore:0 | show:0 | report:0) _quilloctl_offer_names sessions ;;
             rename:0 | duplicate:0 | delete:*) _quilloctl_offer_names workspaces ;;
+            layout:0) _quilloctl_offer_words list save remove ;;
+            layout:1) _quilloctl_offer_names workspaces ;;
             history:0) _quilloctl_offer_words list save clear ;;
             launcher:0) _quilloctl_offer_words add list remove ;;
             launcher:1) [[ ${arguments[0]} == list ]] || _quilloctl_offer_names launchers ;;

@@ -77,7 +77,7 @@ for line in 'doctor What works on this machine' 'windows The windows that a save
         'plan What a restore would do' 'diff How the desktop differs from a workspace' \
         'restore Bring a workspace back' 'undo Put everything back as it was before' 'list All workspaces' 'show One workspace' \
         'rename Give a workspace another name' 'duplicate Copy a workspace' 'delete Delete workspaces' \
-        'history The last sessions' 'launcher How applications without a menu entry are started' \
+        'layout How a workspace stands on each set of displays' 'history The last sessions' 'launcher How applications without a menu entry are started' \
         'export Write each workspace to a file' 'import Add the workspace of a file' \
         'validate Check a workspace file' 'report Write a file that shows a problem' 'help Print help'
     set -l parts (string split -m 1 ' ' $line)
@@ -90,6 +90,8 @@ complete -c quilloctl -n '__quilloctl_has 0 rename duplicate' -a '(__quilloctl_n
 complete -c quilloctl -n '__quilloctl_is delete' -a '(__quilloctl_names workspaces)'
 complete -c quilloctl -n '__quilloctl_is export' -F -a '(__quilloctl_names sessions)'
 complete -c quilloctl -n '__quilloctl_is import validate report' -F
+complete -c quilloctl -n '__quilloctl_has 0 layout' -a 'list save remove'
+complete -c quilloctl -n '__quilloctl_has 1 layout' -a '(__quilloctl_names workspaces)'
 complete -c quilloctl -n '__quilloctl_has 0 history' -a 'list save clear'
 complete -c quilloctl -n '__quilloctl_has 0 launcher' -a 'add list remove'
 complete -c quilloctl -n '__quilloctl_of launcher remove' -a '(__quilloctl_names launchers)'
@@ -106,6 +108,8 @@ complete -c quilloctl -n '__quilloctl_is save plan diff restore history report' 
     -a 'finder chromium safari firefox' -d 'An integration to use'
 complete -c quilloctl -n '__quilloctl_is plan restore report' -l clean-slate -x -a 'keep hide quit' \
     -d 'What becomes of other applications'
+complete -c quilloctl -n '__quilloctl_is plan restore' -l arrange -d 'Only move windows that are open'
+complete -c quilloctl -n '__quilloctl_is plan restore' -l display -x -d 'Which attached display a saved one is'
 complete -c quilloctl -n '__quilloctl_is restore' -l wait -d 'Wait for the desktop first'
 complete -c quilloctl -n '__quilloctl_is restore' -l wait-limit -x -d 'How long at most, in seconds'
 complete -c quilloctl -n '__quilloctl_is restore' -l late -x -d 'Place windows that open within so many seconds'

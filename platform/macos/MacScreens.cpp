@@ -1,6 +1,7 @@
 #include "platform/macos/MacScreens.hpp"
 
 #include <ApplicationServices/ApplicationServices.h>
+#include <fmt/format.h>
 
 #include <algorithm>
 
@@ -21,6 +22,12 @@ std::optional<std::string> displayUuid(std::uint32_t displayNumber) {
     return cf::uuid(uuid.get());
 }
 
+/// Twins share it: what a display says of itself, and serial numbers are often 0.
+std::string modelOf(std::uint32_t displayNumber) {
+    return fmt::format("{:08X}-{:08X}-{}", CGDisplayVendorNumber(displayNumber),
+                       CGDisplayModelNumber(displayNumber), CGDisplaySerialNumber(displayNumber));
+}
+
 bool isTaken(const std::vector<Screen>& screens, const std::string& id) {
     return std::ranges::find(screens, id, &Screen::stableID) != screens.end();
 }
@@ -34,12 +41,23 @@ std::vector<Screen> MacScreens::screens() {
         const double top = natives.front().frame.maxY();
         auto id = native.displayNumber ? displayUuid(*native.displayNumber) : std::nullopt;
         if (id && isTaken(screens, *id)) id.reset();  // it would name two screens
-        screens.push_back({.stableID = std::move(id),
-                           .frame = flipped(native.frame, top),
-                           .visibleFrame = flipped(native.visibleFrame, top),
-                           .scale = native.backingScale});
+        screens.push_back(
+            {.stableID = std::move(id),
+             .frame = flipped(native.frame, top),
+             .visibleFrame = flipped(native.visibleFrame, top),
+             .scale = native.backingScale,
+             .model = native.displayNumber ? std::optional(modelOf(*native.displayNumber)) : std::nullopt});
     }
     return screens;
+}
+
+ScreenState MacScreens::state() {
+    const auto session = CFRef<CFDictionaryRef>::created(CGSessionCopyCurrentDictionary());
+    const auto says = [&](std::string_view key) { return cf::boolean(cf::lookup(session.get(), key)); };
+    // The second is not documented; where it goes away, a locked screen is only known to be blank.
+    const bool locked = says("kCGSSessionOnConsoleKey") == false || says("CGSSessionScreenIsLocked") == true;
+    if (locked) return ScreenState::locked;
+    return CGDisplayIsAsleep(CGMainDisplayID()) != 0 ? ScreenState::blank : ScreenState::shown;
 }
 
 }  // namespace quillo

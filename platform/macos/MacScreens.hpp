@@ -24,6 +24,7 @@ class MacScreens final : public Screens {
   public:
     explicit MacScreens(NativeScreenList list) : list_(std::move(list)) {}
     std::vector<Screen> screens() override;
+    ScreenState state() override;
 
   private:
     NativeScreenList list_;

@@ -26,6 +26,9 @@ class Shell {
     virtual bool showFolder(const std::filesystem::path&) { return false; }
     /// A short message of the system's own, outside any window.
     virtual void notify(const std::string& title, const std::string& text) = 0;
+    /// The same with one button, which does `taken`, for as long as no other message came.
+    virtual void offer(const std::string& title, const std::string& text, const std::string& button,
+                       std::function<void()> taken) = 0;
     /// The person clicked on such a message.
     std::function<void()> messageClicked;
     /// Whether the person asked the system for less motion.

@@ -18,7 +18,9 @@ struct SceneDisplay {
     Rect visibleFrame;  // less the menu bar; the frame itself unless given
     double scale = 2;
     std::int64_t desktops = 1;
-    std::int64_t shownDesktop = 0;  // index of the desktop in front
+    std::int64_t shownDesktop = 0;                        // index of the desktop in front
+    std::optional<std::string> model = std::nullopt;      // identical displays share it
+    std::optional<std::string> connector = std::nullopt;  // where it is plugged in
 };
 
 struct SceneWindow {
@@ -90,6 +92,8 @@ enum class FaultKind {
     quitRefused,
     hideRefused,
     displayUnplugged,  // `value` names the display
+    screenBlank,       // for `seconds`, for ever when 0
+    screenLocked,      // likewise
     permissionRevoked,
     openWindowRefused,
     openWindowIgnored,  // accepted, and no window appears

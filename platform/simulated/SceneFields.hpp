@@ -33,7 +33,9 @@ inline constexpr auto fieldsOf<simulated::SceneDisplay> =
                Field{"visibleFrame", &simulated::SceneDisplay::visibleFrame, &simulated::SceneDisplay::frame},
                Field{"scale", &simulated::SceneDisplay::scale},
                Field{"desktops", &simulated::SceneDisplay::desktops},
-               Field{"shownDesktop", &simulated::SceneDisplay::shownDesktop}};
+               Field{"shownDesktop", &simulated::SceneDisplay::shownDesktop},
+               Field{"model", &simulated::SceneDisplay::model},
+               Field{"connector", &simulated::SceneDisplay::connector}};
 
 template <>
 inline constexpr auto fieldsOf<simulated::SceneApplication> =
@@ -93,7 +95,7 @@ inline constexpr auto namesOf<ActivationPolicy> =
 
 template <>
 inline constexpr auto namesOf<simulated::FaultKind> =
-    std::array<std::pair<std::string_view, simulated::FaultKind>, 43>{{
+    std::array<std::pair<std::string_view, simulated::FaultKind>, 45>{{
         {"launchRefused", simulated::FaultKind::launchRefused},
         {"slowLaunch", simulated::FaultKind::slowLaunch},
         {"lateWindows", simulated::FaultKind::lateWindows},
@@ -127,6 +129,8 @@ inline constexpr auto namesOf<simulated::FaultKind> =
         {"quitRefused", simulated::FaultKind::quitRefused},
         {"hideRefused", simulated::FaultKind::hideRefused},
         {"displayUnplugged", simulated::FaultKind::displayUnplugged},
+        {"screenBlank", simulated::FaultKind::screenBlank},
+        {"screenLocked", simulated::FaultKind::screenLocked},
         {"permissionRevoked", simulated::FaultKind::permissionRevoked},
         {"documentRefused", simulated::FaultKind::documentRefused},
         {"documentIgnored", simulated::FaultKind::documentIgnored},

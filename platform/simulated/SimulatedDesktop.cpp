@@ -71,9 +71,14 @@ std::vector<Screen> ScreenList::screens() {
     world_.advance();
     std::vector<Screen> result;
     for (const Display& display : world_.displays())
-        result.push_back(
-            {display.scene.id, display.scene.frame, display.scene.visibleFrame, display.scene.scale});
+        result.push_back({display.scene.id, display.scene.frame, display.scene.visibleFrame,
+                          display.scene.scale, display.scene.model, display.scene.connector});
     return result;
+}
+
+ScreenState ScreenList::state() {
+    world_.advance();
+    return world_.screenState();
 }
 
 void MemoryLog::write(std::string_view category, LogLevel level, std::string_view message) {

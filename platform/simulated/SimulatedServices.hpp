@@ -109,6 +109,7 @@ class ScreenList final : public Screens {
   public:
     explicit ScreenList(World& world) : world_(world) {}
     std::vector<Screen> screens() override;
+    ScreenState state() override;
 
   private:
     World& world_;

@@ -1,6 +1,7 @@
 // Remembers what the application asked of the desktop around it.
 #pragma once
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -16,6 +17,11 @@ class SimulatedShell final : public Shell {
         bool operator==(const Notification&) const = default;
     };
 
+    struct Offer {
+        std::string title, text, button;
+        std::function<void()> taken;
+    };
+
     void setActivationPolicy(ActivationPolicy policy) override { policies.push_back(policy); }
     void setAppearance(Appearance appearance) override { appearances.push_back(appearance); }
     Capability canOpenSystemSettings() const override { return settings; }
@@ -27,6 +33,10 @@ class SimulatedShell final : public Shell {
     void notify(const std::string& title, const std::string& text) override {
         notifications.push_back({title, text});
     }
+    void offer(const std::string& title, const std::string& text, const std::string& button,
+               std::function<void()> taken) override {
+        offers.push_back({title, text, button, std::move(taken)});
+    }
     bool reducedMotion() const override { return reduced; }
 
     Capability settings = Capability::available();
@@ -35,6 +45,7 @@ class SimulatedShell final : public Shell {
     std::vector<std::string> openedPages{};
     std::vector<std::filesystem::path> shownFolders{};
     std::vector<Notification> notifications{};
+    std::vector<Offer> offers{};
     bool hasFileManager = true;
     bool reduced = false;
 };

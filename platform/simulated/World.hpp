@@ -13,6 +13,7 @@
 #include <string_view>
 #include <vector>
 
+#include "WindowEngine/services/Screens.hpp"
 #include "WindowEngine/services/WindowServer.hpp"
 #include "WindowEngine/support/Loops.hpp"
 #include "WindowEngine/support/Url.hpp"
@@ -78,6 +79,7 @@ class World {
 
     bool trusted() const;
     void setTrusted(bool trusted) { trusted_ = trusted; }
+    ScreenState screenState() const;
 
     const std::vector<Display>& displays() const { return displays_; }
     const Display* display(std::string_view id) const;
@@ -213,6 +215,8 @@ class World {
     const Display* displayOf(const Rect& frame) const;
     SpaceID spaceFor(const SceneWindow& window) const;
     const Fault* fault(FaultKind kind, const Window& window) const;
+    /// For its `seconds`; for ever when they are 0.
+    bool lasts(FaultKind kind) const;
     std::vector<SceneWindow> sceneWindows(const Application& application) const;
 
     VirtualExecutor& executor_;

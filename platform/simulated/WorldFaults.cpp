@@ -1,4 +1,5 @@
 // Which faults apply, and what they bring about when their time comes or a window is first written to.
+#include <algorithm>
 #include <utility>
 
 #include "platform/simulated/World.hpp"
@@ -16,6 +17,19 @@ const Fault* World::fault(FaultKind kind, std::string_view application, std::str
 
 const Fault* World::fault(FaultKind kind, const Window& window) const {
     return fault(kind, window.application, window.state.title.value_or(""));
+}
+
+bool World::lasts(FaultKind kind) const {
+    const TimePoint now = executor_.now();
+    return std::ranges::any_of(faults_, [&](const Fault& fault) {
+        return fault.kind == kind && now >= afterStart(fault.after) &&
+               (fault.seconds == 0 || now < afterStart(fault.after + fault.seconds));
+    });
+}
+
+ScreenState World::screenState() const {
+    if (lasts(FaultKind::screenLocked)) return ScreenState::locked;
+    return lasts(FaultKind::screenBlank) ? ScreenState::blank : ScreenState::shown;
 }
 
 bool World::suffer(Window& window) {

@@ -1,5 +1,6 @@
 #include "platform/x11/X11Desktop.hpp"
 
+#include "platform/linux/LoginSession.hpp"
 #include "platform/linux/NoScripts.hpp"
 #include "platform/x11/DesktopView.hpp"
 #include "platform/x11/X11Accessibility.hpp"
@@ -21,7 +22,8 @@ struct X11Desktop::Services {
     std::unique_ptr<x11::X11Connection> connection;
     x11::DesktopView view;
     x11::X11Changes changes{view.executor(), *connection};
-    x11::X11Screens screens{view};
+    LoginSession session;
+    x11::X11Screens screens{view, [this] { return session.locked(); }};
     x11::X11WindowServer windowServer{view, screens, changes};
     x11::X11Accessibility accessibility{view, screens, changes};
     x11::X11Applications applications;

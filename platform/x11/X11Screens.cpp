@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <functional>
 
+#include "WindowEngine/services/Stamp.hpp"
 #include "platform/x11/Edid.hpp"
+#include "platform/x11/ScreenSaver.hpp"
 
 namespace quillo::x11 {
 namespace {
@@ -181,13 +184,31 @@ std::vector<Screen> X11Screens::screens() {
     std::vector<Screen> screens;
     for (const auto& monitor : found) {
         const auto sameEdid = std::ranges::count(found, monitor.edid, &Monitor::edid);
-        const bool byEdid = monitor.edid && sameEdid == 1;
+        const bool byEdid = monitor.edid && sameEdid == 1;  // twins by their connectors
         screens.push_back({.stableID = byEdid ? *monitor.edid : monitor.name,
                            .frame = monitor.frame,
                            .visibleFrame = visiblePart(monitor.frame, keptFree, root.size(), frames),
-                           .scale = 1});
+                           .scale = 1,
+                           .model = monitor.edid,
+                           .connector = monitor.name});
     }
     return screens;
+}
+
+std::uint64_t X11Screens::stamp() {
+    Stamp stamp;
+    for (const Monitor& monitor : monitors()) {
+        stamp.add(monitor.frame);
+        stamp.add(std::uint64_t{monitor.primary});
+        stamp.add(std::hash<std::string>()(monitor.name + "\n" + monitor.edid.value_or("")));
+    }
+    return stamp.value();
+}
+
+ScreenState X11Screens::state() {
+    if (isLocked_ && isLocked_()) return ScreenState::locked;
+    const auto& connection = view_.connection();
+    return isBlank(connection.xcb(), connection.root()) ? ScreenState::blank : ScreenState::shown;
 }
 
 }  // namespace quillo::x11

@@ -1,7 +1,9 @@
 // The monitors of RandR 1.5. Points are pixels of the root window: where the primary monitor does not stand
 // at the root's top left corner, neither does it in these coordinates.
 #pragma once
+#include <functional>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "WindowEngine/services/Screens.hpp"
@@ -24,8 +26,13 @@ Rect visiblePart(const Rect& monitor, std::span<const Strut> struts, Size root,
 
 class X11Screens final : public Screens {
   public:
-    explicit X11Screens(DesktopView& view) : view_(view) {}
+    /// `isLocked`: what others than the X server know of a lock.
+    explicit X11Screens(DesktopView& view, std::function<bool()> isLocked = {})
+        : view_(view), isLocked_(std::move(isLocked)) {}
     std::vector<Screen> screens() override;
+    /// Without the panels, for which every window is looked at.
+    std::uint64_t stamp() override;
+    ScreenState state() override;
 
   private:
     struct Monitor {
@@ -40,6 +47,7 @@ class X11Screens final : public Screens {
     Monitor wholeRoot();
 
     DesktopView& view_;
+    std::function<bool()> isLocked_;
 };
 
 }  // namespace quillo::x11

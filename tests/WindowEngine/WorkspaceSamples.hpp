@@ -1,5 +1,4 @@
-// Workspaces for tests: the manual's example, which has every key but `notes` and `leftOut`, and random ones
-// by seed.
+// Workspaces for tests: the manual's example, and random ones by seed, which have every key.
 #pragma once
 #include <fstream>
 #include <iterator>

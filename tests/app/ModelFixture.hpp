@@ -25,6 +25,7 @@ class RecordedSurfaces final : public Surfaces {
     bool mainWindow = false;
     int broughtForward = 0, steppedAside = 0;
     bool panelsInUse = false;
+    std::vector<Rect> numbered;
     std::map<PanelID, PanelPlace> panels;
     std::deque<std::optional<std::filesystem::path>> answers;  // of the dialogs to come; none left: cancelled
     std::vector<std::string> proposedNames;
@@ -39,6 +40,7 @@ class RecordedSurfaces final : public Surfaces {
     bool panelVisible(PanelID panel) const override { return panels.contains(panel); }
     bool panelInUse(PanelID) const override { return panelsInUse; }
     void stepAside() override { ++steppedAside; }
+    void numberScreens(const std::vector<Rect>& screens) override { numbered = screens; }
     Task<std::optional<std::filesystem::path>> fileToWrite(std::string proposedName) override {
         proposedNames.push_back(std::move(proposedName));
         return answer();

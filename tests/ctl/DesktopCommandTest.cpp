@@ -111,6 +111,12 @@ TEST_F(DesktopCommandTest, TheHistoryKeepsChangedSessionsBesideTheLibrary) {
     ASSERT_EQ(names.size(), 2U);
     EXPECT_EQ(names[1].substr(0, before.size()), before);
     EXPECT_EQ(home_.mode(sessions), 0700U);
+    file("locked", disturbed(R"(, "faults": [{"kind": "screenLocked"}])"));
+    expectSteps(
+        {{on("locked", {"history", "save"}), 3, "as it was: the screen is locked; quilloctl save NAME"},
+         {on("locked", {"save", "Aside"}), 0, "desktop that you want back: the screen is locked.\n"},
+         {{"delete", "Aside"}, 0, "Deleted"}});
+    EXPECT_EQ(listed(), names);
 
     // The sessions are found where the library has no such name; only reading commands look there.
     expectSteps({{on("arranged", {"plan", names[1]}), 0, "600 × 400 at 100, 100"},
@@ -126,6 +132,34 @@ TEST_F(DesktopCommandTest, TheHistoryKeepsChangedSessionsBesideTheLibrary) {
               std::string::npos);
     expectSteps({{{"history", "clear"}, 0, "Removed 2 sessions\n"}, {{"list"}, 0, "last session"}});
     EXPECT_FALSE(std::filesystem::exists(home_ / sessions));
+}
+
+TEST_F(DesktopCommandTest, EachSetOfDisplaysHasItsLayoutAndTwinsAreToldApart) {
+    const auto desk = [this](const std::string& name, int x, const std::string& twins) {
+        file(name,
+             fmt::format(R"({{"displays": [{{"id": "lid", "frame": [0, 0, 1000, 800]}}{}], "applications": [
+            {{"identifier": "org.pad", "name": "Pad", "windows": [
+              {{"title": "Note", "frame": [{}, 50, 300, 200]}}]}}]}})",
+                         twins, x));
+    };
+    const auto twin = [](const std::string& id, int x, int y) {
+        return fmt::format(R"(, {{"id": "{}", "model": "M", "frame": [{}, {}, 1000, 800]}})", id, x, y);
+    };
+    desk("alone", 100, "");
+    desk("docked", -900, twin("T1", -1000, 0) + twin("T2", 1000, 0));
+    desk("stacked", 10, twin("T7", 0, -800) + twin("T8", 0, 800));
+    const std::string onOther = "300 × 200 at 100, 850";
+    expectSteps({{on("alone", {"save", "Pad"}), 0, "Saved"},
+                 {on("docked", {"layout", "save", "Pad"}), 0, "Saved the layout for these displays in Pad\n"},
+                 {{"layout", "list", "Pad"}, 0, "lid, T1, T2"},
+                 {on("alone", {"plan", "Pad", "--exit-code"}), 0, "in place"},
+                 {on("stacked", {"restore", "--arrange", "Pad"}), 0, "the displays T1, T2 are alike"},
+                 {on("stacked", {"plan", "Pad", "--display", "T1"}), 2, "give the saved display"},
+                 {on("stacked", {"plan", "Pad", "--display", "T1=T8"}), 0, onOther}});
+    EXPECT_NE(done(on("stacked", {"plan", "Pad"})).find(onOther), std::string::npos) << "it is remembered";
+    expectSteps({{{"layout", "remove", "Pad", "2"}, 1, "NUMBER: Pad has no layout 2"},
+                 {{"layout", "remove", "Pad", "1"}, 0, "Removed a layout of Pad\n"},
+                 {{"layout", "remove", "Pad", "1"}, 1, "Pad has no layout 1"}});
 }
 
 TEST_F(DesktopCommandTest, AKeptSceneIsRestoredOverSeveralCalls) {

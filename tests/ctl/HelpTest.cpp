@@ -28,8 +28,8 @@ TEST_F(HelpTest, TheManPageAndTheCompletionsKnowEveryCommandAndOption) {
     // Commands stand indented by two with a text behind, options begin with a hyphen.
     const Names commands = matches(done({"--help"}), "^  ([a-z]+) +[a-z]");
     EXPECT_EQ(commands, (Names{"doctor", "windows", "displays", "save", "plan", "diff", "restore", "undo",
-                               "list", "show", "rename", "duplicate", "delete", "history", "launcher",
-                               "export", "import", "validate", "report", "help"}));
+                               "list", "show", "rename", "duplicate", "delete", "layout", "history",
+                               "launcher", "export", "import", "validate", "report", "help"}));
     std::string help = done({"--help"});
     for (const std::string& command : commands) {
         help += done({command, "--help"});
@@ -38,7 +38,8 @@ TEST_F(HelpTest, TheManPageAndTheCompletionsKnowEveryCommandAndOption) {
         EXPECT_NE(zsh.find("'" + command + ":"), std::string::npos) << command;
         EXPECT_NE(fish.find("'" + command + " "), std::string::npos) << command;
     }
-    const std::string inFamilies[][2] = {{"history", "list"}, {"history", "save"},  {"history", "clear"},
+    const std::string inFamilies[][2] = {{"layout", "list"},  {"layout", "save"},   {"layout", "remove"},
+                                         {"history", "list"}, {"history", "save"},  {"history", "clear"},
                                          {"launcher", "add"}, {"launcher", "list"}, {"launcher", "remove"}};
     for (const auto& [family, command] : inFamilies) {
         help += done({family, command, "--help"});

@@ -99,6 +99,7 @@ TEST_F(JsonTableTest, EveryLineIsOfADocumentedKindAndEveryKindIsPrinted) {
                 R"({"identifier": "org.slow", "name": "Slow", "running": false,
       "windows": [{"title": "Slow", "frame": [0, 0, 300, 200]}]}, )");
     const std::string lateOne = "simulated:" + file("slow", slow);
+    const std::string aside = "simulated:" + file("aside", std::string(then).replace(25, 4, "dock"));
     const std::string copy = home_ / "copy.json";
     const struct {
         std::string command, desktop;
@@ -119,6 +120,9 @@ TEST_F(JsonTableTest, EveryLineIsOfADocumentedKindAndEveryKindIsPrinted) {
         {"restore", lateOne, {"Work", "--late", "60"}},
         {"undo", after, {"--plan"}},
         {"undo", after, {}},
+        {"layout list", before, {"Work"}},
+        {"layout save", aside, {"Work"}},
+        {"layout remove", before, {"Work", "1"}},
         {"duplicate", before, {"Work"}},
         {"rename", before, {"Work", "Play"}},
         {"list", before, {}},

@@ -86,6 +86,9 @@ TEST_F(SettingsTest, WhatIsSwitchedIsStoredAtOnce) {
     EXPECT_TRUE(updates.automaticUpdates());
     click("Automatic updates");
     EXPECT_FALSE(updates.automaticUpdates());
+    named("Offer layouts of other displays")->forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_Space);
+    EXPECT_FALSE(stored().offersLayouts);
 }
 
 TEST_F(SettingsTest, SaysWhatCannotBe) {

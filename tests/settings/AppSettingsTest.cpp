@@ -20,6 +20,8 @@ AppSettings filled() {
     settings.appearance = Appearance::dark;
     settings.withoutTray = WithoutTray::keepRunning;
     settings.lateMinutes = 15;
+    settings.offersLayouts = false;
+    settings.arrangedWorkspaces = {"6f1c2a9e-0b7d-4e51-9c3a-2d4b8e7f1a60"};
     return settings;
 }
 

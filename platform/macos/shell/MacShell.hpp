@@ -18,6 +18,8 @@ class MacShell final : public Shell {
     void openSystemSettings(const std::string& page) override;
     /// Asks for the person's permission the first time; without it nothing is shown.
     void notify(const std::string& title, const std::string& text) override;
+    void offer(const std::string& title, const std::string& text, const std::string& button,
+               std::function<void()> taken) override;
     bool reducedMotion() const override;
 
   private:

@@ -7,7 +7,12 @@
 
 @interface QuilloMessageDelegate : NSObject <UNUserNotificationCenterDelegate>
 @property(nonatomic, copy, nullable) void (^clicked)(void);  // main thread
+@property(nonatomic, copy, nullable) void (^taken)(void);    // likewise: the button of the latest message
 @end
+
+/// Of the one button that a message may have, and of messages that have it.
+static NSString* const takeIdentifier = @"app.quillo.take";
+static NSString* const offerIdentifier = @"app.quillo.offer";
 
 @implementation QuilloMessageDelegate
 - (void)userNotificationCenter:(UNUserNotificationCenter*)center
@@ -24,6 +29,13 @@
     if ([response.actionIdentifier isEqualToString:UNNotificationDefaultActionIdentifier]) {
         [NSOperationQueue.mainQueue addOperationWithBlock:^{
           if (self.clicked) self.clicked();
+        }];
+    }
+    if ([response.actionIdentifier isEqualToString:takeIdentifier]) {
+        [NSOperationQueue.mainQueue addOperationWithBlock:^{
+          void (^const taken)(void) = self.taken;
+          self.taken = nil;
+          if (taken) taken();
         }];
     }
     completionHandler();
@@ -63,10 +75,22 @@ UNUserNotificationCenter* messageCenter() {
     return NSBundle.mainBundle.bundleIdentifier ? [UNUserNotificationCenter currentNotificationCenter] : nil;
 }
 
-void deliver(UNUserNotificationCenter* center, NSString* title, NSString* text) {
+/// Without a button where that is null.
+void deliver(UNUserNotificationCenter* center, NSString* title, NSString* text, NSString* button) {
     UNMutableNotificationContent* const content = [UNMutableNotificationContent new];
     content.title = title;
     content.body = text;
+    if (button) {
+        UNNotificationAction* const take = [UNNotificationAction actionWithIdentifier:takeIdentifier
+                                                                                title:button
+                                                                              options:0];
+        UNNotificationCategory* const offer = [UNNotificationCategory categoryWithIdentifier:offerIdentifier
+                                                                                     actions:@[ take ]
+                                                                           intentIdentifiers:@[]
+                                                                                     options:0];
+        [center setNotificationCategories:[NSSet setWithObject:offer]];
+        content.categoryIdentifier = offerIdentifier;
+    }
     // One at a time: the next takes the place of the last.
     UNNotificationRequest* const request = [UNNotificationRequest requestWithIdentifier:@"app.quillo.message"
                                                                                 content:content
@@ -94,7 +118,8 @@ MacShell::MacShell() : registrations_(std::make_unique<Registrations>()) {
 
 MacShell::~MacShell() {
     @autoreleasepool {
-        registrations_->messages.clicked = nil;  // what was posted meanwhile finds nobody
+        registrations_->messages.clicked = registrations_->messages.taken =
+            nil;  // what was posted meanwhile finds nobody
         messageCenter().delegate = nil;
         [NSWorkspace.sharedWorkspace.notificationCenter removeObserver:registrations_->motion];
     }
@@ -126,13 +151,25 @@ void MacShell::openSystemSettings(const std::string& page) {
 }
 
 void MacShell::notify(const std::string& title, const std::string& text) {
+    offer(title, text, {}, {});
+}
+
+void MacShell::offer(const std::string& title, const std::string& text, const std::string& button,
+                     std::function<void()> taken) {
     @autoreleasepool {
         UNUserNotificationCenter* const center = messageCenter();
         NSString* const heading = foundation::string(title);
         NSString* const body = foundation::string(text);
+        NSString* const label = button.empty() ? nil : foundation::string(button);
+        registrations_->messages.taken = nil;
+        if (taken) {
+            registrations_->messages.taken = ^{
+              taken();
+            };
+        }
         [center requestAuthorizationWithOptions:UNAuthorizationOptionAlert
                               completionHandler:^(BOOL granted, NSError*) {
-                                if (granted) deliver(center, heading, body);
+                                if (granted) deliver(center, heading, body, label);
                               }];
     }
 }

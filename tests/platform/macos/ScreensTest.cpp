@@ -55,5 +55,18 @@ TEST_F(ScreensTest, CarryTheDisplaysUuidWhereItTellsThemApart) {
     EXPECT_EQ(ids(), (Ids{"none", laptop}));
 }
 
+TEST_F(ScreensTest, TellWhetherAnythingIsToBeSeen) {
+    MacScreens screens([this] { return displays_.screens(); });
+    EXPECT_EQ(screens.state(), ScreenState::shown);
+    displays_.onConsole = false;
+    EXPECT_EQ(screens.state(), ScreenState::locked);
+    displays_.onConsole = true;
+    for (const auto& [fault, state] : {std::pair{simulated::FaultKind::screenBlank, ScreenState::blank},
+                                       std::pair{simulated::FaultKind::screenLocked, ScreenState::locked}}) {
+        desktop_->world().add({.kind = fault});
+        EXPECT_EQ(screens.state(), state);
+    }
+}
+
 }  // namespace
 }  // namespace quillo

@@ -140,6 +140,13 @@ void setEdid(const std::string& output, std::span<const std::uint8_t> block) {
     xcb_disconnect(xcb);
 }
 
+void forceScreenSaver(std::uint8_t mode) {
+    auto* xcb = xcb_connect(nullptr, nullptr);
+    xcb_force_screen_saver(xcb, mode);
+    free(xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));
+    xcb_disconnect(xcb);
+}
+
 class ScreensTest : public X11Test {
   protected:
     using Named = std::vector<std::pair<std::string, Rect>>;
@@ -164,8 +171,11 @@ TEST_F(ScreensTest, MonitorsComeGoAndChange) {
     EXPECT_TRUE(eventually([&] { return frames() == two; })) << testing::PrintToString(frames().size());
     monitors.plugRight(800, 600);
     EXPECT_TRUE(eventually([&] { return frames().back().second == Rect{1280, 0, 800, 600}; }));
+    const std::uint64_t stamp = desktop->screens.stamp();
+    EXPECT_EQ(desktop->screens.stamp(), stamp);
     monitors.unplugRight();
     EXPECT_TRUE(eventually([&] { return frames() == Named{two.front()}; }));
+    EXPECT_NE(desktop->screens.stamp(), stamp);
     if (!PrivateDesktop::isDummy()) return;
     monitors.plugRight(1024, 768);
     Monitors::xrandr({"--output", monitors.right, "--primary"});
@@ -202,10 +212,22 @@ TEST_F(ScreensTest, AMonitorIsKnownByItsEdidWhereThatIsUnique) {
         setEdid("DUMMY1", block);
         EXPECT_EQ(frames()[0].first, "DUMMY0");
         EXPECT_EQ(frames()[1].first, "DUMMY1");
+        for (const Screen& twin : desktop->screens.screens()) {
+            EXPECT_EQ(twin.model, "QLO-1234-4711");
+            EXPECT_EQ(twin.connector, twin.stableID);
+        }
         setEdid("DUMMY1", {});
     }
     setEdid(output, {});
     EXPECT_EQ(frames().front().first, output);
+}
+
+TEST_F(ScreensTest, AScreenSaverMakesTheScreenBlank) {
+    EXPECT_EQ(desktop->screens.state(), ScreenState::shown);
+    for (const bool on : {true, false}) {
+        forceScreenSaver(on ? XCB_SCREEN_SAVER_ACTIVE : XCB_SCREEN_SAVER_RESET);
+        EXPECT_EQ(desktop->screens.state(), on ? ScreenState::blank : ScreenState::shown);
+    }
 }
 
 TEST_F(ScreensTest, TheServerWithinAWaylandSessionIsRefusedByItsMonitorsName) {

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "WindowEngine/support/Loops.hpp"
+#include "platform/linux/LoginSession.hpp"
 #include "platform/linux/LogindPowerEvents.hpp"
 #include "tests/platform/linux/session/MockedLogind.hpp"
 
@@ -161,6 +162,27 @@ TEST(LogindPowerEvents, WhereNoServiceAnswersTheReasonIsSaidAndNobodyHangs) {
         power.reset();
         EXPECT_LT(std::chrono::steady_clock::now() - before, 900ms);
     }
+}
+
+TEST_F(LogindTest, ALockedSessionIsTold) {
+    LoginSession session(5s);
+    EXPECT_FALSE(session.locked()) << "nobody knows of one";
+    bus.call(
+        "org.freedesktop.DBus.Mock", "AddObject",
+        g_variant_new_parsed("('/org/freedesktop/login1/session/auto', 'org.freedesktop.login1.Session', "
+                             "{'LockedHint': <true>}, @a(ssss) [])"));
+    EXPECT_TRUE(session.locked());
+    logind->kill();
+    EXPECT_FALSE(session.locked()) << "as far as anybody knows";
+}
+
+TEST(LoginSessionTest, ABusThatHangsIsNotWaitedFor) {
+    const std::string path = (PrivateDesktop::home() / "run/hanging-bus").string();
+    const auto listener = silentBus(path);
+    setenv("DBUS_SYSTEM_BUS_ADDRESS", ("unix:path=" + path).c_str(), 1);
+    const auto began = std::chrono::steady_clock::now();
+    EXPECT_FALSE(LoginSession(50ms).locked());
+    EXPECT_LT(std::chrono::steady_clock::now() - began, 2s);
 }
 
 }  // namespace

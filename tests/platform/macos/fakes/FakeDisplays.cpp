@@ -1,12 +1,16 @@
 #include "tests/platform/macos/fakes/FakeDisplays.hpp"
 
 #include <ColorSync/ColorSync.h>
+#include <CoreGraphics/CoreGraphics.h>
 
 #include <algorithm>
 #include <array>
+#include <functional>
 
 #include "WindowEngine/support/Uuid.hpp"
 #include "platform/macos/CFValues.hpp"
+#include "tests/platform/macos/fakes/FakeAnswer.hpp"
+#include "tests/platform/macos/fakes/FakeCoreFoundation.hpp"
 #include "tests/platform/macos/fakes/FakeObject.hpp"
 
 namespace quillo::fakes {
@@ -48,6 +52,11 @@ std::string FakeDisplays::sceneNameOf(std::uint32_t displayNumber) {
     return names_[place];
 }
 
+std::uint32_t FakeDisplays::mainNumber() {
+    const auto screens = mac_.desktop().platform().screens.screens();
+    return screens.empty() ? 0 : numberOf(*screens.front().stableID);
+}
+
 std::vector<NativeScreen> FakeDisplays::screens() {
     const auto screens = mac_.desktop().platform().screens.screens();
     std::vector<NativeScreen> natives;
@@ -71,4 +80,66 @@ CFUUIDRef CGDisplayCreateUUIDFromDisplayID(uint32_t displayID) {
         return nullptr;
     const auto text = cf::makeText(fakes::FakeDisplays::uuidOf(name));
     return CFUUIDCreateFromString(kCFAllocatorDefault, text.get());
+}
+
+namespace quillo::fakes {
+namespace {
+
+Value booleanValue(bool value) {
+    return Value::retained(value ? kCFBooleanTrue : kCFBooleanFalse);
+}
+
+ScreenState shownState() {
+    return FakeMac::onItsThread().desktop().platform().screens.state();
+}
+
+}  // namespace
+}  // namespace quillo::fakes
+
+CFDictionaryRef CGSessionCopyCurrentDictionary() {
+    using namespace quillo::fakes;
+    static const CFStringRef onConsole = immortalText("kCGSSessionOnConsoleKey"),
+                             isLocked = immortalText("CGSSessionScreenIsLocked");
+    auto& displays = FakeMac::onItsThread().part<FakeDisplays>();
+    std::vector<std::pair<CFStringRef, Value>> entries{{onConsole, booleanValue(displays.onConsole)}};
+    // As the system does: there while it is locked, else missing.
+    if (shownState() == quillo::ScreenState::locked) entries.emplace_back(isLocked, booleanValue(true));
+    return handedOut<CFDictionaryRef>(dictionaryValue(entries));
+}
+
+CGDirectDisplayID CGMainDisplayID() {
+    return quillo::fakes::FakeMac::onItsThread().part<quillo::fakes::FakeDisplays>().mainNumber();
+}
+
+uint32_t CGDisplayIsAsleep(CGDirectDisplayID display) {
+    using namespace quillo::fakes;
+    if (display != CGMainDisplayID()) fail("a display that is not the main one");
+    return shownState() == quillo::ScreenState::blank ? 1 : 0;
+}
+
+namespace quillo::fakes {
+namespace {
+
+/// Of its model in the scene; of one that has none, of the display itself. 0 for one that is gone.
+std::uint32_t saidBy(CGDirectDisplayID number) {
+    auto& mac = FakeMac::onItsThread();
+    const std::string name = mac.part<FakeDisplays>().sceneNameOf(number);
+    const auto* display = mac.desktop().world().display(name);
+    if (!display) return 0;
+    return static_cast<std::uint32_t>(std::hash<std::string>()(display->scene.model.value_or(name)));
+}
+
+}  // namespace
+}  // namespace quillo::fakes
+
+uint32_t CGDisplayVendorNumber(CGDirectDisplayID display) {
+    return quillo::fakes::saidBy(display) & 0xFFFFU;
+}
+
+uint32_t CGDisplayModelNumber(CGDirectDisplayID display) {
+    return quillo::fakes::saidBy(display) >> 16U;
+}
+
+uint32_t CGDisplaySerialNumber(CGDirectDisplayID) {
+    return 0;  // as many displays have it
 }

@@ -22,6 +22,10 @@ class FakeDisplays {
     /// Empty when no such display is attached.
     std::string sceneNameOf(std::uint32_t displayNumber);
 
+    /// 0 where none is attached.
+    std::uint32_t mainNumber();
+
+    bool onConsole = true;  // else another person's session is on the screen
     /// Displays that ColorSync knows nothing of, by their names in the scene.
     std::vector<std::string> withoutUuid;
 

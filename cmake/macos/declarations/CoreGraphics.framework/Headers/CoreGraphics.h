@@ -41,4 +41,15 @@ CF_EXPORT const CFStringRef kCGWindowBounds;   /* dictionary, a rectangle: globa
    there is no window server session. */
 CF_EXPORT CFArrayRef CGWindowListCopyWindowInfo(CGWindowListOption option, CGWindowID relativeToWindow);
 
+/* Null where there is no window server session. */
+CF_EXPORT CFDictionaryRef CGSessionCopyCurrentDictionary(void);
+
+CF_EXPORT CGDirectDisplayID CGMainDisplayID(void);
+/* Of what the display says of itself; 0 or 0xFFFFFFFF where it says nothing. */
+CF_EXPORT uint32_t CGDisplayVendorNumber(CGDirectDisplayID display);
+CF_EXPORT uint32_t CGDisplayModelNumber(CGDirectDisplayID display);
+CF_EXPORT uint32_t CGDisplaySerialNumber(CGDirectDisplayID display);
+/* 1 while its picture is switched off. */
+CF_EXPORT uint32_t CGDisplayIsAsleep(CGDirectDisplayID display);
+
 CF_EXTERN_C_END

@@ -117,6 +117,7 @@ typedef struct {
 @end
 
 @interface NSSet<__covariant ObjectType> : NSObject <NSCopying, NSFastEnumeration>
++ (instancetype)setWithObject:(ObjectType)object;
 @end
 
 @interface NSDictionary<__covariant KeyType, __covariant ObjectType> : NSObject <NSCopying>

@@ -14,6 +14,7 @@ typedef enum UNAuthorizationOptions : NSUInteger {
 @interface UNMutableNotificationContent : UNNotificationContent
 @property(copy) NSString* title;
 @property(copy) NSString* body;
+@property(copy) NSString* categoryIdentifier; /* whose buttons it has */
 @end
 
 @interface UNNotificationTrigger : NSObject <NSCopying>
@@ -41,6 +42,22 @@ extern NSString* const UNNotificationDefaultActionIdentifier; /* it was clicked 
 @property(readonly, copy) NSString* actionIdentifier;
 @end
 
+typedef NSUInteger UNNotificationActionOptions;
+typedef NSUInteger UNNotificationCategoryOptions;
+
+@interface UNNotificationAction : NSObject <NSCopying>
++ (instancetype)actionWithIdentifier:(NSString*)identifier
+                               title:(NSString*)title
+                             options:(UNNotificationActionOptions)options;
+@end
+
+@interface UNNotificationCategory : NSObject <NSCopying>
++ (instancetype)categoryWithIdentifier:(NSString*)identifier
+                               actions:(NSArray<UNNotificationAction*>*)actions
+                     intentIdentifiers:(NSArray<NSString*>*)intentIdentifiers
+                               options:(UNNotificationCategoryOptions)options;
+@end
+
 @class UNUserNotificationCenter;
 
 /* On which thread is not documented. The handlers are to be called. */
@@ -62,6 +79,8 @@ extern NSString* const UNNotificationDefaultActionIdentifier; /* it was clicked 
 @property(nullable, weak) id<UNUserNotificationCenterDelegate> delegate;
 - (void)requestAuthorizationWithOptions:(UNAuthorizationOptions)options
                       completionHandler:(void (^)(BOOL granted, NSError* _Nullable error))completionHandler;
+/* In place of all that were set before. */
+- (void)setNotificationCategories:(NSSet<UNNotificationCategory*>*)categories;
 - (void)addNotificationRequest:(UNNotificationRequest*)request
          withCompletionHandler:(nullable void (^)(NSError* _Nullable error))completionHandler;
 @end

@@ -1,0 +1,138 @@
+// Displays that come and go, and how a workspace stands on each set of them.
+#include <algorithm>
+#include <utility>
+
+#include "WindowEngine/desktop/Displays.hpp"
+#include "WindowEngine/restore/DisplayLayouts.hpp"
+#include "app/AppModel.hpp"
+#include "settings/DisplayAnswers.hpp"
+
+namespace quillo {
+
+const Workspace* AppModel::findInLibrary(const Uuid& id) const {
+    const auto found = std::ranges::find(workspaces_, id, &Workspace::id);
+    return found == workspaces_.end() ? nullptr : &*found;
+}
+
+void AppModel::displaysCame(const std::vector<DisplaySnapshot>& displays) {
+    const Workspace* workspace = latestWorkspace_ ? findInLibrary(*latestWorkspace_) : nullptr;
+    if (!workspace || !DisplayLayouts::has(workspace->snapshot, displays)) return;
+    if (known_.reasonToAsk(*workspace)) return;  // somebody has changed it since
+    if (arrangesByItself(workspace->id)) return arrange(workspace->id);
+    if (!settings_.offersLayouts) return;
+    services_.shell.offer("Other displays are attached",
+                          "“" + workspace->name + "” was arranged on them before.", "Arrange Windows",
+                          [this, id = workspace->id] { arrange(id); });
+}
+
+void AppModel::arrange(const Uuid& id) {
+    if (snapshotting()) return afterSnapshot_.push_back([this, id] { arrange(id); });
+    const Workspace* workspace = findInLibrary(id);
+    if (!workspace || !accessibilityGranted_ || capturing() || draft_ || restoreRunning() ||
+        known_.reasonToAsk(*workspace))
+        return;
+    Workspace open = *workspace;
+    DisplayLayouts::keepRunning(open.snapshot, [this](const std::string& identifier) {
+        return services_.desktop.platform.applications.running(identifier).has_value();
+    });
+    if (open.snapshot.applications.empty()) return;
+    Restore::Options options{.cleanSlate = CleanSlateMode::keep, .arrangesOnly = true};
+    known_.permit(*workspace, false, options);
+    start(std::move(open), std::move(options), true);
+}
+
+void AppModel::keepLayout(const Workspace& workspace) {
+    if (!accessibilityGranted_) return refuseWithoutAccess();
+    if (refusesAnother()) return;
+    keepingLayout_.start(executor(), keepLayoutTask(workspace.id));
+}
+
+Task<> AppModel::keepLayoutTask(Uuid id) {
+    const WorkspaceSnapshot now = co_await Capture::snapshot(services_.desktop, settings_.captureOptions());
+    co_await checkpoint();
+    if (const auto flaw = captureFlaw(&now.displays)) {
+        show("The layout is not kept: " + CaptureHealth::words(*flaw), ToastKind::refusal);
+        co_return;
+    }
+    const Result<void> kept = edit(id, "Keep Layout", [&now](Workspace& stored) -> Result<void> {
+        WorkspaceSnapshot arranged = DisplayLayouts::arranged(stored.snapshot, now);
+        if (!DisplayLayouts::has(arranged, now.displays))
+            return fail(ErrorKind::notFound, "none of its windows is open");
+        stored.snapshot = std::move(arranged);
+        return {};
+    });
+    if (told("Couldn't keep the layout", kept)) showUndoable("Kept the layout for these displays", id);
+}
+
+void AppModel::removeLayout(const Workspace& workspace, const DisplayLayout& layout) {
+    const Uuid id = workspace.id;
+    const Result<void> removed = edit(id, "Remove Layout", [&layout](Workspace& stored) -> Result<void> {
+        DisplayLayouts::remove(stored.snapshot, layout);
+        return {};
+    });
+    if (told("Couldn't remove the layout", removed)) showUndoable("Removed the layout", id);
+}
+
+void AppModel::setArrangesByItself(const Uuid& workspace, bool itself) {
+    if (arrangesByItself(workspace) == itself) return;
+    AppSettings settings = settings_;
+    if (itself)
+        settings.arrangedWorkspaces.insert(workspace.lower());
+    else
+        settings.arrangedWorkspaces.erase(workspace.lower());
+    setSettings(std::move(settings));
+}
+
+bool AppModel::asksAboutTwins(const Workspace& workspace, Restore::Options& options, bool part) {
+    const auto present = Displays::current(services_.desktop.platform.screens);
+    const auto saved = DisplayLayouts::displaysFor(workspace.snapshot, present);
+    options.displays.merge(DisplayAnswers(services_.defaults).find(saved, present));
+    const DisplayTwins::Matching matching = DisplayTwins::match(saved, present, options.displays);
+    if (matching.unclear.empty()) return false;
+    TwinQuestion question{
+        .workspace = workspace.name, .applications = {}, .screens = matching.choices.size()};
+    for (const ApplicationSnapshot& application :
+         DisplayLayouts::arrangedFor(workspace.snapshot, present).applications) {
+        const bool there = std::ranges::any_of(application.windows, [&](const WindowSnapshot& window) {
+            return window.displayID == matching.unclear.front();
+        });
+        if (there) question.applications.push_back(shownName(application));
+    }
+    std::vector<Rect> frames;
+    for (const std::string& id : matching.choices)
+        frames.push_back(std::ranges::find(present, id, &DisplaySnapshot::id)->frame);
+    twinsAsked_ = TwinsAsked{workspace, options, part, {saved.begin(), saved.end()}, present, matching};
+    twinQuestion_ = std::move(question);
+    forgetQuestion();
+    services_.surfaces.numberScreens(frames);
+    Q_EMIT questionChanged();
+    Q_EMIT twinQuestionChanged();
+    Q_EMIT busyChanged();
+    openMain();
+    return true;
+}
+
+void AppModel::answerTwin(std::optional<std::size_t> screen) {
+    if (!twinsAsked_) return;
+    TwinsAsked asked = *std::exchange(twinsAsked_, std::nullopt);
+    twinQuestion_.reset();
+    services_.surfaces.numberScreens({});
+    Q_EMIT twinQuestionChanged();
+    Q_EMIT busyChanged();
+    const bool other = capturing() || snapshotting() || draft_ || restoreRunning();
+    if (!screen || *screen >= asked.matching.choices.size() || other) return;
+    DisplayTwins::Pairs& pairs = asked.options.displays;
+    pairs[asked.matching.unclear.front()] = asked.matching.choices[*screen];
+    told("Couldn't keep which display is which",
+         DisplayAnswers(services_.defaults).remember(asked.saved, asked.present, pairs));
+    twinsTask_.start(executor(), startTold(std::move(asked)));
+}
+
+/// In a turn of its own, so that the next question comes once this one has gone.
+Task<> AppModel::startTold(TwinsAsked told) {
+    const bool other = twinsAsked_ || capturing() || snapshotting() || draft_ || restoreRunning();
+    if (!other) start(told.workspace, told.options, told.part);
+    co_return;
+}
+
+}  // namespace quillo

@@ -1,0 +1,67 @@
+// On which sets of displays the workspace was arranged, and what is done when one of them comes.
+import QtQuick
+import Quillo.Core
+
+Column {
+    id: root
+    spacing: 4
+
+    UiText { width: parent.width; role: "body-strong"; text: "Displays"; bottomPadding: 2 }
+    Repeater {
+        model: Layouts.sets
+        Item {
+            id: entry
+            required property string modelData
+            required property int index
+            width: root.width
+            height: Math.max(words.implicitHeight, Math.round(28 * Theme.scale))
+            UiText {
+                id: words
+                anchors.left: parent.left
+                anchors.right: forget.left
+                anchors.rightMargin: 8
+                anchors.verticalCenter: parent.verticalCenter
+                wrapMode: Text.Wrap
+                text: entry.modelData
+                color: entry.index === 0 ? Theme.text : Theme.text2
+            }
+            IconButton {
+                id: forget
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                visible: entry.index > 0
+                size: 28
+                iconName: "x"
+                tip: "Forget the layout for " + entry.modelData
+                onClicked: Layouts.remove(entry.index)
+            }
+        }
+    }
+    Item {
+        width: parent.width
+        height: Math.max(question.implicitHeight, itself.height) + 8
+        UiText {
+            id: question
+            anchors.left: parent.left
+            anchors.right: itself.left
+            anchors.rightMargin: 12
+            anchors.verticalCenter: parent.verticalCenter
+            wrapMode: Text.Wrap
+            text: "Arrange windows when these displays come"
+        }
+        Toggle {
+            id: itself
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            label: question.text
+            checked: Layouts.byItself
+            onToggled: Layouts.byItself = !Layouts.byItself
+        }
+    }
+    ActionRow {
+        iconName: "monitor"
+        text: "Keep Layout for These Displays"
+        enabled: Layouts.canKeep
+        onClicked: Layouts.keep()
+    }
+}
