@@ -34,13 +34,7 @@ AppModel::AppModel(const AppServices& services, QObject* parent)
     lookAtSettings();
     settings_ = AppSettings::load(services_.defaults);
     loginItem_.configureDefault();
-    hotKeys_.onAction = [this](HotKeyAction action) {
-        if (action == HotKeyAction::save) {
-            beginCapture();
-        } else {
-            toggleSwitcher();
-        }
-    };
+    hotKeys_.onPressed = [this](const HotKeyTarget& target) { pressed(target); };
     reloadSessions();
     observeSystem();
     applySettings();
@@ -86,13 +80,7 @@ void AppModel::dismissSettingsTrouble() {
 }
 
 void AppModel::applySettings() {
-    if (settings_.shortcutsEnabled) {
-        std::map<HotKeyAction, Shortcut> shortcuts;
-        for (const HotKeyAction action : allHotKeyActions) shortcuts[action] = settings_.shortcut(action);
-        hotKeys_.registerAll(shortcuts);
-    } else {
-        hotKeys_.unregisterAll();
-    }
+    registerShortcuts();
     services_.shell.setAppearance(settings_.appearance);
     configureAutoSnapshot();
 }
@@ -113,6 +101,7 @@ void AppModel::reload() {
         });
     }
     if (storageIssues_.update(found)) Q_EMIT storageIssuesChanged();
+    if (newWorkspaces && hotKeys_.wanted() && hotKeys_.wanted() != shortcuts()) registerShortcuts();
     if (newWorkspaces) Q_EMIT workspacesChanged();
 }
 

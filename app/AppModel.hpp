@@ -125,6 +125,8 @@ class AppModel final : public QObject {
     /// Stores and applies at once, the same as before too: what failed then is tried again.
     void setSettings(AppSettings settings);
     void setShowingSettings(bool showing);
+    /// What brings this workspace back unasked; gone with the workspace.
+    void setAutomation(const Uuid& workspace, const WorkspaceAutomation& chosen);
 
     /// Reads the library again; the history is read again where it changes.
     void reload();
@@ -144,6 +146,8 @@ class AppModel final : public QObject {
     /// that was not saved on this machine is asked about first, once: its restore waits for the answer, as
     /// long as nothing else is begun.
     void restore(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate);
+    /// As the workspace itself says; nothing where the library no longer has it.
+    void restoreFromLibrary(const Uuid& workspace);
     /// The newest of sessions(), as restore() does; nothing where there is none.
     void restoreLastSession();
     /// What holds a relaunch up is what makes the model refuse a restore.
@@ -234,6 +238,10 @@ class AppModel final : public QObject {
 
   private:
     void applySettings();
+    /// What is to be registered; absent while shortcuts are off.
+    std::optional<HotKeys::Shortcuts> shortcuts() const;
+    void registerShortcuts();
+    void pressed(const HotKeyTarget& target);
     void configureAutoSnapshot();
     void startPermissionPolling();
     void observeSystem();

@@ -65,6 +65,7 @@ void AppModel::deleteWorkspaces(const std::vector<Uuid>& ids) {
 void AppModel::forget(const Uuid& id) {
     (void)known_.forget(id);  // what is left of it is no harm
     edits_.forget(id);
+    if (settings_.automation.contains(id.lower())) setAutomation(id, {});
 }
 
 void AppModel::duplicate(const Workspace& workspace) {
@@ -172,6 +173,7 @@ Result<std::string, std::string> AppModel::importFile(const std::filesystem::pat
 void AppModel::deleteAllData() {
     AppSettings settings = settings_;
     settings.autoSnapshotMinutes = 0;
+    settings.automation.clear();
     setSettings(std::move(settings));
     deleteSessionHistory();
     for (const Workspace& workspace : workspaces_) {

@@ -48,6 +48,18 @@ Shortcut AppSettings::shortcut(HotKeyAction action) const {
     return chosen != shortcuts.end() ? chosen->second : defaultShortcut(action);
 }
 
+WorkspaceAutomation AppSettings::automationOf(const Uuid& workspace) const {
+    const auto chosen = automation.find(workspace.lower());
+    return chosen != automation.end() ? chosen->second : WorkspaceAutomation{};
+}
+
+void AppSettings::setAutomation(const Uuid& workspace, const WorkspaceAutomation& chosen) {
+    if (chosen == WorkspaceAutomation{})
+        automation.erase(workspace.lower());
+    else
+        automation[workspace.lower()] = chosen;
+}
+
 Capture::Options AppSettings::captureOptions() const {
     return {.excludedBundleIdentifiers = excludedBundleIdentifiers,
             .excludedDomains = excludedDomains,

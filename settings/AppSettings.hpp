@@ -9,9 +9,11 @@
 #include <string_view>
 
 #include "WindowEngine/capture/Capture.hpp"
+#include "WindowEngine/support/Uuid.hpp"
 #include "platform/services/Appearance.hpp"
 #include "platform/services/UserDefaults.hpp"
 #include "settings/Shortcut.hpp"
+#include "settings/WorkspaceAutomation.hpp"
 
 namespace quillo {
 
@@ -30,6 +32,7 @@ struct AppSettings {
     std::map<std::string, Shortcut> shortcuts = {};  // by the action's number in decimal
     Appearance appearance = Appearance::system;
     WithoutTray withoutTray = WithoutTray::ask;
+    std::map<std::string, WorkspaceAutomation> automation = {};  // by the workspace's identifier, lower case
 
     bool operator==(const AppSettings&) const = default;
 
@@ -44,6 +47,10 @@ struct AppSettings {
 
     /// The chosen or the default combination.
     Shortcut shortcut(HotKeyAction action) const;
+
+    /// The usual for a workspace that nothing was chosen for.
+    WorkspaceAutomation automationOf(const Uuid& workspace) const;
+    void setAutomation(const Uuid& workspace, const WorkspaceAutomation& chosen);
 
     /// What every capture of the person's desktop is taken with; `recoverHidden` keeps its default.
     Capture::Options captureOptions() const;

@@ -16,12 +16,17 @@ inline constexpr auto fieldsOf<AppSettings> =
                Field{"shortcutsEnabled", &AppSettings::shortcutsEnabled},
                Field{"shortcuts", &AppSettings::shortcuts},
                Field{"appearance", &AppSettings::appearance},
-               Field{"withoutTray", &AppSettings::withoutTray}};
+               Field{"withoutTray", &AppSettings::withoutTray},
+               Field{"automation", &AppSettings::automation}};
 
 template <>
 inline constexpr auto fieldsOf<Shortcut> =
     std::tuple{Field{"keyCode", &Shortcut::keyCode}, Field{"modifiers", &Shortcut::modifiers},
                Field{"key", &Shortcut::key}};
+
+template <>
+inline constexpr auto fieldsOf<WorkspaceAutomation> =
+    std::tuple{Field{"shortcut", &WorkspaceAutomation::shortcut}};
 
 template <>
 inline constexpr auto namesOf<Appearance> = std::array<std::pair<std::string_view, Appearance>, 3>{
@@ -49,11 +54,12 @@ class SettingsReader : public RecordReader<SettingsReader> {
         return true;
     }
 
-    bool read(Element element, const JsonPlace& place, std::map<std::string, Shortcut>& shortcuts) {
+    template <class T>
+    bool read(Element element, const JsonPlace& place, std::map<std::string, T>& entries) {
         simdjson::dom::object object;
         if (element.get_object().get(object)) return refuse(place, "expected an object");
         for (const auto [key, value] : object) {
-            if (!read(value, {&place, key}, shortcuts[std::string(key)])) return false;
+            if (!read(value, {&place, key}, entries[std::string(key)])) return false;
         }
         return true;
     }
@@ -65,11 +71,12 @@ class SettingsWriter : public RecordWriter<SettingsWriter> {
 
     void write(const std::set<std::string>& values) { writeList(values); }
 
-    void write(const std::map<std::string, Shortcut>& shortcuts) {
+    template <class T>
+    void write(const std::map<std::string, T>& entries) {
         json_.beginObject();
-        for (const auto& [action, shortcut] : shortcuts) {
-            json_.key(action);
-            write(shortcut);
+        for (const auto& [key, entry] : entries) {
+            json_.key(key);
+            write(entry);
         }
         json_.endObject();
     }

@@ -61,7 +61,7 @@ struct Interface::Presenters {
           closing(model, surfaces.windows_, parts.trayShown, parts.quit),
           settings(model, parts.updates, parts.system.loginItem),
           privacy(model, parts.system.desktop),
-          shortcuts(model, parts.system.hotKeys, parts.keys),
+          shortcuts(model, ui, parts.system.hotKeys, parts.keys),
           switcher(model, index, surfaces),
           restore(model),
           question(model) {

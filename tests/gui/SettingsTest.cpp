@@ -200,7 +200,7 @@ TEST_F(SettingsTest, ACombinationIsRecordedByKeysAlone) {
     click("Shortcut for the switcher: Ctrl+Alt+Super+R");
     keys.press({.keyCode = 0, .modifiers = modifier::option | modifier::shift, .characters = "a"});
     settle();
-    EXPECT_TRUE(named("Already Quillo's other shortcut — pick a different combination."));
+    EXPECT_TRUE(named("Already another shortcut of Quillo — pick a different combination."));
     model.change([](AppSettings& settings) { settings.shortcuts.erase("2"); });
 
     click("Shortcut for saving: Alt+Shift+A");
@@ -209,6 +209,28 @@ TEST_F(SettingsTest, ACombinationIsRecordedByKeysAlone) {
     click("Privacy");
     EXPECT_EQ(keys.monitors(), 0U) << "nothing records unseen";
     EXPECT_EQ(model.hotKeys.registrations(), 2U);
+}
+
+TEST_F(SettingsTest, AWorkspaceGetsAndLosesAShortcutOnItsPage) {
+    const Uuid id = keepExample();
+    open();
+    ui().openDetail(QString::fromStdString(id.lower()));
+    settle();
+    click("Shortcut and Automation…");
+    settle();
+    click("Shortcut for this workspace: None");
+    keys.press({.keyCode = 1, .modifiers = 0x1900, .characters = "s"});
+    settle();
+    EXPECT_TRUE(named("Already another shortcut of Quillo — pick a different combination."));
+    click("Shortcut for this workspace: Ctrl+Alt+Super+S");
+    keys.press({.keyCode = 18, .modifiers = modifier::control, .characters = "1"});
+    settle();
+    EXPECT_EQ(stored().automationOf(id).shortcut, (Shortcut{18, modifier::control, "1"}));
+    click("Shortcut for this workspace: Ctrl+1");
+    keys.press({.keyCode = 51, .modifiers = 0, .characters = ""});
+    settle();
+    EXPECT_TRUE(named("Shortcut for this workspace: None"));
+    EXPECT_TRUE(stored().automation.empty());
 }
 
 TEST_F(SettingsTest, OfTroubleIsToldOnEveryPaneUntilItIsDismissed) {

@@ -17,6 +17,7 @@ AppSettings filled() {
     settings.shortcuts = {{"2", {4294967295U, 0x1900, "↩"}}};
     settings.appearance = Appearance::dark;
     settings.withoutTray = WithoutTray::keepRunning;
+    settings.setAutomation(Uuid(), {.shortcut = Shortcut{18, 0x1900, "1"}});
     return settings;
 }
 
@@ -61,6 +62,7 @@ TEST(AppSettings, WhatIsMissingTakesItsDefaultAndAWrongTypeTakesAllWithIt) {
         {R"({"shortcuts": {"2": {"keyCode": -1, "modifiers": 2, "key": "A"}}})", {}},
         {R"({"shortcuts": {"2": {"keyCode": 4294967296, "modifiers": 2, "key": "A"}}})", {}},
         {R"({"shortcuts": []})", {}},
+        {R"({"automation": {"x": {"shortcut": {"key": "A"}}}})", {}},
         {"[]", {}},
         {"", {}},
         {"{\"onboarded\": true", {}},
