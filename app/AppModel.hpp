@@ -50,9 +50,14 @@ enum class ToastKind : std::uint8_t {
     failure,  // stays until it is dismissed, or the same is done after all
 };
 
+/// Who wants a workspace back: the person at one of our own controls, a link that was opened, or a program
+/// on the session bus. Of the others nobody knows whether the person means it.
+enum class Asker : std::uint8_t { person, link, program };
+
 /// What a person is asked before a workspace is brought back.
 struct ResumeQuestion {
-    ReasonToAsk reason = ReasonToAsk::notSavedHere;
+    std::optional<ReasonToAsk> reason = ReasonToAsk::notSavedHere;  // none: only because of who asks
+    Asker asker = Asker::person;
     Uuid workspace;
     std::string name;
     Consequences consequences;
@@ -145,7 +150,13 @@ class AppModel final : public QObject {
     /// of why; an automatic capture is waited for. Without a mode other applications are kept. A workspace
     /// that was not saved on this machine is asked about first, once: its restore waits for the answer, as
     /// long as nothing else is begun.
-    void restore(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate);
+    ///
+    /// Where others ask for one, the person is asked each time, unless they have allowed that for the
+    /// workspace; and no question that stands is replaced by theirs.
+    void restore(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate,
+                 Asker asker = Asker::person);
+    /// A link of the form quillo:restore?name=... was opened. What is wrong with it is said.
+    void openAddress(std::string_view address);
     /// As the workspace itself says; nothing where the library no longer has it.
     void restoreFromLibrary(const Uuid& workspace);
     /// The newest of sessions(), as restore() does; nothing where there is none.
@@ -258,8 +269,9 @@ class AppModel final : public QObject {
     /// told.
     bool refusesAnother();
     void refuseWithoutAccess();
-    void ask(ReasonToAsk reason, const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate);
-    Task<> prepareQuestion(ReasonToAsk reason, Workspace workspace, CleanSlateMode cleanSlate);
+    bool mustAskFor(const Workspace& workspace, Asker asker) const;
+    void ask(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate, Asker asker);
+    Task<> prepareQuestion(Workspace workspace, CleanSlateMode cleanSlate, Asker asker);
     bool forgetQuestion();
     void dropQuestion();
     void begin(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate, bool agreedNow);
@@ -334,6 +346,7 @@ class AppModel final : public QObject {
     struct Asked {                                          // what question_ is about, or will be
         Workspace workspace;
         std::optional<CleanSlateMode> cleanSlate;
+        Asker asker = Asker::person;
 
         bool operator==(const Asked&) const = default;
     };

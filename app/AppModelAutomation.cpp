@@ -1,7 +1,8 @@
-// What brings workspaces back besides the window: the shortcuts of single ones.
+// What brings workspaces back besides the window: the shortcuts of single ones, and links.
 #include <algorithm>
 
 #include "app/AppModel.hpp"
+#include "app/WorkspaceAddress.hpp"
 
 namespace quillo {
 
@@ -41,6 +42,14 @@ void AppModel::pressed(const HotKeyTarget& target) {
 void AppModel::restoreFromLibrary(const Uuid& workspace) {
     const auto found = std::ranges::find(workspaces_, workspace, &Workspace::id);
     if (found != workspaces_.end()) restore(Workspace(*found), found->cleanSlate);
+}
+
+void AppModel::openAddress(std::string_view address) {
+    const Result<std::string> which = workspaceInAddress(address);
+    const Result<Workspace> found = which ? workspaceCalled(*which, workspaces_) : std::unexpected(which.error());
+    if (found) return restore(*found, found->cleanSlate, Asker::link);
+    openMain();
+    show("A link can't be followed: " + found.error().text, ToastKind::refusal);
 }
 
 }  // namespace quillo

@@ -17,13 +17,14 @@ constexpr Duration readingTime = 2s;  // until it is looked at again whether a p
 
 }  // namespace
 
-void AppModel::restore(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate) {
+void AppModel::restore(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate, Asker asker) {
     if (snapshotting()) {
-        return afterSnapshot_.push_back([this, workspace, cleanSlate] { restore(workspace, cleanSlate); });
+        return afterSnapshot_.push_back(
+            [this, workspace, cleanSlate, asker] { restore(workspace, cleanSlate, asker); });
     }
     if (restoreRunning() && restoreRun_->workspace().id == workspace.id) return;  // by a double click
     if (refusesAnother()) return;
-    if (const auto reason = known_.reasonToAsk(workspace)) return ask(*reason, workspace, cleanSlate);
+    if (mustAskFor(workspace, asker)) return ask(workspace, cleanSlate, asker);
     begin(workspace, cleanSlate, false);
 }
 
@@ -31,16 +32,22 @@ void AppModel::restoreLastSession() {
     if (!sessions_.empty()) restore(Workspace(sessions_.front()), sessions_.front().cleanSlate);
 }
 
-void AppModel::ask(ReasonToAsk reason, const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate) {
-    Asked asked{workspace, cleanSlate};
-    if (asked_ == asked) {  // a double click asks twice
+bool AppModel::mustAskFor(const Workspace& workspace, Asker asker) const {
+    const bool bidden = asker == Asker::person || settings_.automationOf(workspace.id).withoutAsking;
+    return !bidden || known_.reasonToAsk(workspace);
+}
+
+void AppModel::ask(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate, Asker asker) {
+    Asked asked{workspace, cleanSlate, asker};
+    // A double click asks twice; and what others ask for does not slip under the person's hand.
+    if (asked_ == asked || (asked_ && asker != Asker::person)) {
         if (question_) openMain();
         return;
     }
     asked_ = std::move(asked);
     question_.reset();
     const CleanSlateMode mode = cleanSlate.value_or(CleanSlateMode::keep);
-    questionTask_.start(executor(), prepareQuestion(reason, asked_->workspace, mode), [this] {
+    questionTask_.start(executor(), prepareQuestion(asked_->workspace, mode, asker), [this] {
         if (!question_) dropQuestion();
     });
     Q_EMIT questionChanged();
@@ -48,12 +55,13 @@ void AppModel::ask(ReasonToAsk reason, const Workspace& workspace, std::optional
 }
 
 /// What would be done is looked up while the desktop stays as it is.
-Task<> AppModel::prepareQuestion(ReasonToAsk reason, Workspace workspace, CleanSlateMode cleanSlate) {
+Task<> AppModel::prepareQuestion(Workspace workspace, CleanSlateMode cleanSlate, Asker asker) {
     Restore::Options options{.cleanSlate = cleanSlate, .enabledAdapters = settings_.enabledAdapters};
     known_.permit(workspace, true, options);
     const RestorePreview preview = co_await Restore::preview(services_.desktop, workspace.snapshot, options);
     co_await checkpoint();
-    question_ = ResumeQuestion{.reason = reason,
+    question_ = ResumeQuestion{.reason = known_.reasonToAsk(workspace),
+                               .asker = asker,
                                .workspace = workspace.id,
                                .name = workspace.name,
                                .consequences = Restore::consequences(services_.desktop.platform.applications,
@@ -82,8 +90,9 @@ void AppModel::answerQuestion(bool resume) {
     // Less done to other applications than the workspace says is not agreed to for the next time.
     const CleanSlateMode says = asked.workspace.cleanSlate.value_or(CleanSlateMode::keep);
     const bool forGood = says == CleanSlateMode::keep || says == asked.cleanSlate;
-    const Result<void> noted = forGood ? known_.agreed(asked.workspace) : Result<void>{};
-    begin(asked.workspace, asked.cleanSlate, true);
+    const bool strange = known_.reasonToAsk(asked.workspace).has_value();
+    const Result<void> noted = strange && forGood ? known_.agreed(asked.workspace) : Result<void>{};
+    begin(asked.workspace, asked.cleanSlate, strange);
     noteProvenance(noted);
 }
 

@@ -26,7 +26,8 @@ inline constexpr auto fieldsOf<Shortcut> =
 
 template <>
 inline constexpr auto fieldsOf<WorkspaceAutomation> =
-    std::tuple{Field{"shortcut", &WorkspaceAutomation::shortcut}};
+    std::tuple{Field{"shortcut", &WorkspaceAutomation::shortcut},
+               Field{"withoutAsking", &WorkspaceAutomation::withoutAsking}};
 
 template <>
 inline constexpr auto namesOf<Appearance> = std::array<std::pair<std::string_view, Appearance>, 3>{

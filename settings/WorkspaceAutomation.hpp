@@ -9,6 +9,7 @@ namespace quillo {
 
 struct WorkspaceAutomation {
     std::optional<Shortcut> shortcut = {};  // works in any application
+    bool withoutAsking = false;             // links and other programs have it resumed unasked
 
     bool operator==(const WorkspaceAutomation&) const = default;
 };

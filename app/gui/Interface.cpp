@@ -7,6 +7,7 @@
 #include "app/LibraryIndex.hpp"
 #include "app/LibraryState.hpp"
 #include "app/gui/AppIcons.hpp"
+#include "app/gui/AutomationPresenter.hpp"
 #include "app/gui/ClosingPresenter.hpp"
 #include "app/gui/DetailPresenter.hpp"
 #include "app/gui/LibraryPresenter.hpp"
@@ -62,6 +63,7 @@ struct Interface::Presenters {
           settings(model, parts.updates, parts.system.loginItem),
           privacy(model, parts.system.desktop),
           shortcuts(model, ui, parts.system.hotKeys, parts.keys),
+          automation(model, ui),
           switcher(model, index, surfaces),
           restore(model),
           question(model) {
@@ -76,6 +78,7 @@ struct Interface::Presenters {
         registerSingleton("Settings", settings);
         registerSingleton("Privacy", privacy);
         registerSingleton("Shortcuts", shortcuts);
+        registerSingleton("Automation", automation);
         registerSingleton("Switcher", switcher);
         registerSingleton("Restore", restore);
         registerSingleton("Question", question);
@@ -95,6 +98,7 @@ struct Interface::Presenters {
     SettingsPresenter settings;
     PrivacyPresenter privacy;
     ShortcutsPresenter shortcuts;
+    AutomationPresenter automation;
     SwitcherPresenter switcher;
     RestorePresenter restore;
     QuestionPresenter question;

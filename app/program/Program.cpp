@@ -50,14 +50,16 @@ Program::~Program() {
     interface_.detach();
 }
 
-void Program::carryOut(LaunchRequest request) {
-    switch (request) {
+void Program::carryOut(const Launch& launch) {
+    switch (launch.request) {
         case LaunchRequest::openWindow:
             return interface_.askForMainWindow();
         case LaunchRequest::saveDesktop:
             return model_.beginCapture();
         case LaunchRequest::openSwitcher:
             return model_.toggleSwitcher();
+        case LaunchRequest::openAddress:
+            return model_.openAddress(launch.address.toStdString());
         case LaunchRequest::stayInBackground:
             return;
     }

@@ -39,7 +39,7 @@ class Program {
     ~Program();
 
     /// Does what this or another start of the program asks for.
-    void carryOut(LaunchRequest request);
+    void carryOut(const Launch& launch);
     AppModel& model() { return model_; }
 
   private:

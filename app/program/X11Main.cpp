@@ -74,17 +74,17 @@ void declareShadow(const QWindow& window, const QMargins& shadow) {
         {pixels(shadow.left()), pixels(shadow.right()), pixels(shadow.top()), pixels(shadow.bottom())});
 }
 
-int run(QApplication& application, LaunchRequest request, const QString& token) {
+int run(QApplication& application, const Launch& launch, const QString& token) {
     const Result<StandardDirectories> directories = StandardDirectories::find();
     if (!directories) return refuse(directories.error().text);
     Program* running = nullptr;
-    const auto carryOut = [&running](LaunchRequest asked, const QString& activationToken) {
+    const auto carryOut = [&running](const Launch& asked, const QString& activationToken) {
         const OfferedActivationToken offered(activationToken);
         if (running) running->carryOut(asked);
     };
     PosixFileSystem lockedAtOnce(std::chrono::milliseconds(0));
     SingleInstance instance(carryOut, lockedAtOnce, directories->runtime);
-    const Result<bool> first = instance.claim(request, token);
+    const Result<bool> first = instance.claim(launch, token);
     if (!first) return refuse(first.error().text);
     if (!*first) return 0;
 
@@ -110,7 +110,7 @@ int run(QApplication& application, LaunchRequest request, const QString& token) 
                                 .declareShadow = declareShadow},
                      .releaseFreeMemory = releaseFreeMemory});
     running = &program;
-    carryOut(request, token);
+    carryOut(launch, token);
     const int status = application.exec();
     running = nullptr;
     return status;
@@ -132,5 +132,5 @@ int main(int argumentCount, char** arguments) {
     QApplication::setDesktopFileName("app.quillo.Quillo");
     QApplication::setWindowIcon(quillo::applicationIcon());
     QApplication::setQuitOnLastWindowClosed(false);
-    return quillo::run(application, *quillo::launchRequest(given), token);
+    return quillo::run(application, *quillo::launchOf(given), token);
 }

@@ -20,7 +20,6 @@ Sheet {
         UiText { width: parent.width; role: "heading"; text: "Resume “" + Detail.name + "”"; wrapMode: Text.Wrap }
         SettingGroup {
             SettingRow {
-                separator: false
                 title: "By a shortcut"
                 caption: Shortcuts.refusal !== "" ? Shortcuts.refusal
                          : Shortcuts.workspaceRefusal !== "" ? Shortcuts.workspaceRefusal
@@ -28,6 +27,16 @@ Sheet {
                          : Ui.text("In any app. Include ⌘, ⌃ or ⌥; ⌫ removes it.")
                 captionColor: Shortcuts.workspaceRefusal !== "" ? Theme.danger : Theme.text2
                 ShortcutField { action: "workspace" }
+            }
+            SettingRow {
+                separator: false
+                title: "When others ask, without a question"
+                caption: "A link (quillo:restore?name=…) or another program may have it resumed. Else you are asked each time."
+                Toggle {
+                    label: "When others ask, without a question"
+                    checked: Automation.withoutAsking
+                    onToggled: Automation.withoutAsking = !Automation.withoutAsking
+                }
             }
         }
         PushButton {
