@@ -157,6 +157,16 @@ class AppModel final : public QObject {
                  Asker asker = Asker::person);
     /// A link of the form quillo:restore?name=... was opened. What is wrong with it is said.
     void openAddress(std::string_view address);
+
+    // What other programs ask for, through Automation. An answer comes once, at once where it is a refusal.
+    template <class T>
+    using Answer = std::function<void(Result<T>)>;
+    /// Saves what is open as a new workspace without a review, as the command line does; numbered where the
+    /// name is taken. Refused while anything of the person's is under way.
+    void saveUnreviewed(const std::string& name, Answer<Uuid> answer);
+    /// What a restore, as the workspace itself says, would come to now. One at a time.
+    void plan(const Workspace& workspace, Answer<PlanTotals> answer);
+
     /// As the workspace itself says; nothing where the library no longer has it.
     void restoreFromLibrary(const Uuid& workspace);
     /// The newest of sessions(), as restore() does; nothing where there is none.
@@ -259,6 +269,11 @@ class AppModel final : public QObject {
 
     Task<> snapshotLoop(std::int64_t minutes, bool atOnce);
     Task<> pollPermission();
+    template <class T>
+    using SharedAnswer = std::shared_ptr<Answer<T>>;  // holds none once it was given
+    Task<> captureUnreviewed(std::string name, SharedAnswer<Uuid> answer);
+    Task<> planTask(Workspace workspace, SharedAnswer<PlanTotals> answer);
+    void snapshotEnded();
     Task<> captureForReview(std::optional<Workspace> updating, bool testRestoreAfterSave);
     Task<> captureAutomatically(Uuid generation, AppSettings settings);
     Task<> captureCurrentSnapshot();
@@ -374,7 +389,7 @@ class AppModel final : public QObject {
     // Last: what runs ends before what it works on.
     TaskSlot autoSnapshotTimer_, autoSnapshotTask_, permissionPoll_, captureTask_, currentSnapshotTask_,
         desktopFollower_, questionTask_;
-    TaskSlot toastTimer_, panelTimer_, exporting_, importing_, adding_;
+    TaskSlot toastTimer_, panelTimer_, exporting_, importing_, adding_, planning_;
     DirectoryWatch libraryWatch_, historyWatch_;
 };
 

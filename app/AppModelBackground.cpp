@@ -40,12 +40,15 @@ void AppModel::captureSession(const PowerHold& hold) {
     if (snapshotting() && hold) powerHold_ = hold;  // the system waits for the one that runs
     if (!AutoSnapshotPolicy::shouldCapture(situation)) return;
     powerHold_ = hold;
-    autoSnapshotTask_.start(executor(), captureAutomatically(autoSnapshotGeneration_, settings_), [this] {
-        powerHold_.reset();
-        Q_EMIT busyChanged();
-        for (const auto& asked : std::exchange(afterSnapshot_, {})) asked();
-    });
+    autoSnapshotTask_.start(executor(), captureAutomatically(autoSnapshotGeneration_, settings_),
+                            [this] { snapshotEnded(); });
     Q_EMIT busyChanged();
+}
+
+void AppModel::snapshotEnded() {
+    powerHold_.reset();
+    Q_EMIT busyChanged();
+    for (const auto& asked : std::exchange(afterSnapshot_, {})) asked();
 }
 
 Task<> AppModel::captureAutomatically(Uuid generation, AppSettings settings) {

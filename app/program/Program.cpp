@@ -25,6 +25,7 @@ Program::Program(const System& system)
                   .trayShown = [this] { return tray_.shown(); },
                   .quit = system.variant == TextVariant::onMac ? nullptr : &QCoreApplication::quit}),
       model_({system.services, system.data, system.digest, shell_, interface_}),
+      automation_(model_),
       trayMenu_(model_, updates_, theme_, system.variant,
                 {.openDetail = [this](const Uuid& workspace) { interface_.openDetail(workspace); },
                  .openSettings = [this] { interface_.openSettings(); },

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "app/AppModel.hpp"
+#include "app/Automation.hpp"
 #include "app/UpdateController.hpp"
 #include "app/gui/DesktopNotifier.hpp"
 #include "app/gui/Interface.hpp"
@@ -41,6 +42,7 @@ class Program {
     /// Does what this or another start of the program asks for.
     void carryOut(const Launch& launch);
     AppModel& model() { return model_; }
+    Automation& automation() { return automation_; }
 
   private:
     Theme theme_;
@@ -51,6 +53,7 @@ class Program {
     UpdateController updates_;
     Interface interface_;
     AppModel model_;
+    Automation automation_;
     TrayMenu trayMenu_;
     TrayIcon tray_;
     std::unique_ptr<MenuBar> menuBar_;  // on a Mac

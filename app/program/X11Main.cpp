@@ -4,6 +4,7 @@
 
 #include "app/QtExecutor.hpp"
 #include "app/gui/ActivationToken.hpp"
+#include "app/gui/WorkspacesObject.hpp"
 #include "app/program/Program.hpp"
 #include "app/program/ProgramArguments.hpp"
 #include "platform/linux/AutostartEntry.hpp"
@@ -82,6 +83,7 @@ int run(QApplication& application, const Launch& launch, const QString& token) {
         const OfferedActivationToken offered(activationToken);
         if (running) running->carryOut(asked);
     };
+    WorkspacesObject workspaces(QDBusConnection::sessionBus());  // before the name by which it is found
     PosixFileSystem lockedAtOnce(std::chrono::milliseconds(0));
     SingleInstance instance(carryOut, lockedAtOnce, directories->runtime);
     const Result<bool> first = instance.claim(launch, token);
@@ -109,6 +111,7 @@ int run(QApplication& application, const Launch& launch, const QString& token) {
                      .panels = {.translucent = [&] { return x11::isComposited(**connection); },
                                 .declareShadow = declareShadow},
                      .releaseFreeMemory = releaseFreeMemory});
+    workspaces.attach(program.automation());
     running = &program;
     carryOut(launch, token);
     const int status = application.exec();
