@@ -15,12 +15,12 @@
 
 #include "WindowEngine/capture/LeftOut.hpp"
 #include "WindowEngine/integrations/Adapters.hpp"
+#include "WindowEngine/library/DirectoryWatch.hpp"
 #include "WindowEngine/library/SessionHistory.hpp"
 #include "WindowEngine/library/WorkspaceStore.hpp"
 #include "WindowEngine/restore/Restore.hpp"
 #include "WindowEngine/restore/RestorePreview.hpp"
 #include "app/CaptureDraft.hpp"
-#include "app/DirectoryWatch.hpp"
 #include "app/EditHistory.hpp"
 #include "app/HotKeys.hpp"
 #include "app/LoginItemController.hpp"

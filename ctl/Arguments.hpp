@@ -1,5 +1,6 @@
 // The arguments of one call, as parsed.
 #pragma once
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -23,6 +24,7 @@ struct Arguments {
     std::string file;                       // FILE
     std::optional<std::string> update;      // save --update W
     std::vector<std::string> only;          // --only APP
+    std::optional<std::int64_t> count;      // watch --count N
     bool longList = false;                  // list --long
     bool force = false;                     // export --force
     bool exitCode = false;                  // plan --exit-code

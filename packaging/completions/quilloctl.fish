@@ -71,7 +71,7 @@ for line in 'doctor What works on this machine' 'windows The windows that a save
         'plan What a restore would do' 'diff How the desktop differs from a workspace' \
         'restore Bring a workspace back' 'list All workspaces' 'show One workspace' \
         'rename Give a workspace another name' 'duplicate Copy a workspace' 'delete Delete workspaces' \
-        'history The last sessions' 'launcher How applications without a menu entry are started' \
+        'watch What becomes of the workspaces' 'history The last sessions' 'launcher How applications without a menu entry are started' \
         'export Write each workspace to a file' 'import Add the workspace of a file' \
         'validate Check a workspace file' 'help Print help'
     set -l parts (string split -m 1 ' ' $line)
@@ -99,5 +99,6 @@ complete -c quilloctl -n '__quilloctl_is restore' -l wait-limit -x -d 'How long 
 complete -c quilloctl -n '__quilloctl_is restore' -s y -l yes -d 'Without asking'
 complete -c quilloctl -n '__quilloctl_is save' -l update -x -a '(__quilloctl_names workspaces)' \
     -d 'Renew this workspace'
+complete -c quilloctl -n '__quilloctl_is watch' -l count -x -d 'End after so many events'
 complete -c quilloctl -n '__quilloctl_is list history' -l long -d 'With more columns'
 complete -c quilloctl -n '__quilloctl_is export' -l force -d 'Replace an existing file'

@@ -5,6 +5,7 @@
 #include <QDBusReply>
 #include <QSignalSpy>
 
+#include "platform/linux/BusRestoreEvents.hpp"
 #include "tests/app/ModelFixture.hpp"
 #include "tests/gui/session/MockedService.hpp"
 
@@ -57,6 +58,34 @@ TEST_F(WorkspacesObjectTest, AnswersAndSignals) {
                                   .toString();
     for (const char* name : {"RestoreStarted", "RestoreProgress", "RestoreEnded", "Saved", "Renamed", "Deleted"})
         EXPECT_TRUE(interface.contains(QString("<signal name=\"%1\">").arg(name))) << name;
+}
+
+TEST_F(WorkspacesObjectTest, ItsRestoresAreHeardByOtherProcesses) {
+    ASSERT_TRUE(QDBusConnection::sessionBus().registerService("app.quillo.Quillo"));
+    VirtualExecutor loop;
+    std::vector<RestoreEvent> heard;
+    const auto listening = listenOnSessionBus(loop, [&](const RestoreEvent& event) { heard.push_back(event); });
+    ASSERT_TRUE(listening);
+    ASSERT_TRUE(untilQt([&] {  // the bus knows it by then
+        Q_EMIT object.RestoreStarted("probe", "", 0);
+        loop.runFor({});
+        return !heard.empty();
+    }));
+    Q_EMIT object.RestoreStarted("a", "Desk", 2);
+    Q_EMIT object.RestoreProgress("a", 1, 2);
+    Q_EMIT object.Saved("a", "Desk");
+    Q_EMIT object.RestoreEnded("a", "Desk", {{"restored", qlonglong(2)}, {"odd", "text"}}, true);
+    untilQt([&] {
+        loop.runFor({});
+        std::erase_if(heard, [](const RestoreEvent& event) { return event.id == "probe"; });
+        return heard.size() >= 3;
+    });
+    using Kind = RestoreEvent::Kind;
+    EXPECT_EQ(heard, (std::vector<RestoreEvent>{
+                         {.kind = Kind::started, .id = "a", .name = "Desk", .windows = 2},
+                         {.kind = Kind::progressed, .id = "a", .name = "", .windows = 2, .windowsDone = 1},
+                         {.kind = Kind::ended, .id = "a", .name = "Desk", .totals = {{"restored", 2}}, .cancelled = true}}));
+    QDBusConnection::sessionBus().unregisterService("app.quillo.Quillo");
 }
 
 }  // namespace
