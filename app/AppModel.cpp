@@ -45,7 +45,9 @@ AppModel::~AppModel() = default;
 
 void AppModel::observeSystem() {
     powerObserver_ =
-        services_.power.observe([this](PowerEvent, const PowerHold& hold) { captureSession(hold); });
+        services_.power.observe([this](PowerEvent event, const PowerHold& hold) {
+            if (event != PowerEvent::didWake) captureSession(hold);
+        });
     reopenObserver_ = services_.surfaces.observeOpenMainWindow([this] { openMain(); });
 }
 

@@ -51,7 +51,7 @@ void Automation::plan(std::string_view which, AppModel::Answer<Counts> answer) {
     const Result<Workspace> found = workspaceCalled(which, model_.workspaces());
     if (!found) return answer(std::unexpected(found.error()));
     model_.plan(*found, [answer = std::move(answer)](const Result<PlanTotals>& totals) {
-        answer(totals.transform([](const PlanTotals& known) { return countsOf(known); }));
+        answer(totals ? Result<Counts>(countsOf(*totals)) : std::unexpected(totals.error()));
     });
 }
 

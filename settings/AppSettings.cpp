@@ -54,10 +54,10 @@ WorkspaceAutomation AppSettings::automationOf(const Uuid& workspace) const {
 }
 
 void AppSettings::setAutomation(const Uuid& workspace, const WorkspaceAutomation& chosen) {
-    if (chosen == WorkspaceAutomation{})
-        automation.erase(workspace.lower());
-    else
-        automation[workspace.lower()] = chosen;
+    if (chosen.atLogin)
+        for (auto& [id, other] : automation) other.atLogin = false;
+    automation[workspace.lower()] = chosen;
+    std::erase_if(automation, [](const auto& one) { return one.second == WorkspaceAutomation{}; });
 }
 
 Capture::Options AppSettings::captureOptions() const {

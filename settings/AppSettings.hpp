@@ -50,6 +50,7 @@ struct AppSettings {
 
     /// The usual for a workspace that nothing was chosen for.
     WorkspaceAutomation automationOf(const Uuid& workspace) const;
+    /// One that comes back at login takes the place of the one that did.
     void setAutomation(const Uuid& workspace, const WorkspaceAutomation& chosen);
 
     /// What every capture of the person's desktop is taken with; `recoverHidden` keeps its default.

@@ -27,7 +27,15 @@ inline constexpr auto fieldsOf<Shortcut> =
 template <>
 inline constexpr auto fieldsOf<WorkspaceAutomation> =
     std::tuple{Field{"shortcut", &WorkspaceAutomation::shortcut},
-               Field{"withoutAsking", &WorkspaceAutomation::withoutAsking}};
+               Field{"withoutAsking", &WorkspaceAutomation::withoutAsking},
+               Field{"atLogin", &WorkspaceAutomation::atLogin},
+               Field{"atDisplays", &WorkspaceAutomation::atDisplays},
+               Field{"days", &WorkspaceAutomation::days},
+               Field{"minute", &WorkspaceAutomation::minute}};
+
+template <>
+inline constexpr auto namesOf<Days> = std::array<std::pair<std::string_view, Days>, 3>{
+    {{"never", Days::never}, {"daily", Days::daily}, {"weekdays", Days::weekdays}}};
 
 template <>
 inline constexpr auto namesOf<Appearance> = std::array<std::pair<std::string_view, Appearance>, 3>{

@@ -1,5 +1,7 @@
 #include "app/gui/AutomationPresenter.hpp"
 
+#include <QTime>
+
 namespace quillo {
 
 AutomationPresenter::AutomationPresenter(AppModel& model, Ui& ui, QObject* parent)
@@ -30,6 +32,32 @@ void AutomationPresenter::change(const std::function<void(WorkspaceAutomation&)>
 
 void AutomationPresenter::setWithoutAsking(bool allowed) {
     change([&](WorkspaceAutomation& automation) { automation.withoutAsking = allowed; });
+}
+
+void AutomationPresenter::setAtLogin(bool on) {
+    change([&](WorkspaceAutomation& automation) { automation.atLogin = on; });
+}
+
+void AutomationPresenter::setAtDisplays(bool on) {
+    change([&](WorkspaceAutomation& automation) { automation.atDisplays = on; });
+}
+
+void AutomationPresenter::setDays(int place) {
+    if (place < 0 || place >= dayChoices().size()) return;
+    change([&](WorkspaceAutomation& automation) { automation.days = static_cast<Days>(place); });
+}
+
+QString AutomationPresenter::time() const {
+    return QTime(0, 0).addSecs(static_cast<int>(chosen().minute % minutesOfDay) * 60).toString("HH:mm");
+}
+
+QString AutomationPresenter::setTime(const QString& typed) {
+    QString text = typed.trimmed().replace('.', ':');
+    if (!text.contains(':')) text += ":00";
+    const QTime time = QTime::fromString(text, "H:m");
+    if (!time.isValid()) return "“" + typed.left(20) + "” is no time. Write it as 09:30.";
+    change([&](WorkspaceAutomation& automation) { automation.minute = time.hour() * 60 + time.minute(); });
+    return {};
 }
 
 }  // namespace quillo

@@ -31,7 +31,8 @@ struct RequestName {
 constexpr std::array requestNames{RequestName{LaunchRequest::openWindow, "", ""},
                                   RequestName{LaunchRequest::saveDesktop, "--save", "save"},
                                   RequestName{LaunchRequest::openSwitcher, "--switcher", "switcher"},
-                                  RequestName{LaunchRequest::stayInBackground, "--background", "background"}};
+                                  RequestName{LaunchRequest::stayInBackground, "--service", "service"},
+                                  RequestName{LaunchRequest::logIn, "--background", "background"}};
 
 QString actionOf(const Launch& launch) {
     if (launch.request == LaunchRequest::openAddress) return launch.address;
@@ -74,7 +75,8 @@ SingleInstance::SingleInstance(Requested requested, FileSystem& files, std::file
                                QObject* parent)
     : QObject(parent),
       requested_([given = std::move(requested)](const Launch& launch, const QString& token) {
-          given(launch, usableActivationToken(token));
+          const bool late = launch.request == LaunchRequest::logIn;
+          given(late ? Launch{LaunchRequest::stayInBackground} : launch, usableActivationToken(token));
       }),
       files_(files),
       directory_(std::move(directory)) {

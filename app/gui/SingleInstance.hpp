@@ -13,7 +13,7 @@
 
 namespace quillo {
 
-enum class LaunchRequest { openWindow, saveDesktop, openSwitcher, stayInBackground, openAddress };
+enum class LaunchRequest { openWindow, saveDesktop, openSwitcher, stayInBackground, logIn, openAddress };
 
 /// What a start of the program is for.
 struct Launch {
@@ -22,8 +22,8 @@ struct Launch {
 };
 
 /// By the arguments after the program's name: none, "--save", "--switcher", a link (quillo:...) or, as the
-/// desktop starts it at login, "--background". Others are an error that names
-/// them.
+/// desktop starts it at login, "--background", and as the session bus does, "--service". Others are an error
+/// that names them.
 Result<Launch> launchOf(const QStringList& arguments);
 
 /// By the name of an action as the desktop's entry and other starts give it; "" is openWindow, and a link is
@@ -38,7 +38,8 @@ class SingleInstance final : public QObject {
 
   public:
     /// Another start asks for something; in a turn of Qt's loop, once this process is the first. The token
-    /// lets a window come to the front on the person's behalf; empty where there is none that is usable.
+    /// lets a window come to the front on the person's behalf; empty where there is none that is usable. Never
+    /// logIn: the session had begun before.
     using Requested = std::function<void(const Launch& launch, const QString& activationToken)>;
 
     /// `directory` is made when there is no bus; it must be for this and the person's alone. The locks of

@@ -87,7 +87,7 @@ int run(QApplication& application, const Launch& launch) {
     const MacApplicationEvents events(
         {.started =
              [&](bool atLogin) {
-                 program.carryOut(atLogin ? Launch{LaunchRequest::stayInBackground} : launch);
+                 program.carryOut(atLogin ? Launch{LaunchRequest::logIn} : launch);
              },
          .reopened = [&] { program.carryOut({}); }});
     const OpenedAddresses addresses(application, [&](const Launch& opened) { program.carryOut(opened); });

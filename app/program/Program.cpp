@@ -26,6 +26,7 @@ Program::Program(const System& system)
                   .quit = system.variant == TextVariant::onMac ? nullptr : &QCoreApplication::quit}),
       model_({system.services, system.data, system.digest, shell_, interface_}),
       automation_(model_),
+      unattended_(model_, system.services),
       trayMenu_(model_, updates_, theme_, system.variant,
                 {.openDetail = [this](const Uuid& workspace) { interface_.openDetail(workspace); },
                  .openSettings = [this] { interface_.openSettings(); },
@@ -35,6 +36,8 @@ Program::Program(const System& system)
           return interface_.windows().mainOpen() || interface_.panelVisible(PanelID::restore);
       }) {
     interface_.attach(model_);
+    for (const auto changed : {&QGuiApplication::screenAdded, &QGuiApplication::screenRemoved})
+        QObject::connect(qGuiApp, changed, &unattended_, &UnattendedRestores::displaysChanged);
     QObject::connect(&interface_.windows(), &Windows::allClosed, system.releaseFreeMemory);
     QTimer::singleShot(beforePreparing, &interface_, [this] { interface_.windows().prepareSwitcher(); });
     if (system.variant == TextVariant::onMac) {
@@ -61,6 +64,8 @@ void Program::carryOut(const Launch& launch) {
             return model_.toggleSwitcher();
         case LaunchRequest::openAddress:
             return model_.openAddress(launch.address.toStdString());
+        case LaunchRequest::logIn:
+            return unattended_.loggedIn();
         case LaunchRequest::stayInBackground:
             return;
     }

@@ -5,6 +5,7 @@
 
 #include "app/AppModel.hpp"
 #include "app/Automation.hpp"
+#include "app/UnattendedRestores.hpp"
 #include "app/UpdateController.hpp"
 #include "app/gui/DesktopNotifier.hpp"
 #include "app/gui/Interface.hpp"
@@ -54,6 +55,7 @@ class Program {
     Interface interface_;
     AppModel model_;
     Automation automation_;
+    UnattendedRestores unattended_;
     TrayMenu trayMenu_;
     TrayIcon tray_;
     std::unique_ptr<MenuBar> menuBar_;  // on a Mac

@@ -11,12 +11,13 @@ namespace quillo {
 namespace {
 
 constexpr const char* usage =
-    "usage: quillo [--save | --switcher | --background | ADDRESS | --help | --version]\n"
+    "usage: quillo [--save | --switcher | --background | --service | ADDRESS | --help | --version]\n"
     "\n"
     "  quillo               opens the window; a second start brings it forward\n"
     "  quillo --save        saves the current desktop, after a review\n"
     "  quillo --switcher    opens or closes the workspace switcher\n"
-    "  quillo --background  opens no window, as at login\n"
+    "  quillo --background  opens no window, as at login, and resumes the workspace chosen for that\n"
+    "  quillo --service     opens no window\n"
     "  quillo ADDRESS       resumes the workspace of a link, quillo:restore?name=NAME, after a question\n"
     "\n"
     "quilloctl does the same on the command line.\n";

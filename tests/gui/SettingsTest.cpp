@@ -231,6 +231,20 @@ TEST_F(SettingsTest, AWorkspaceGetsAndLosesAShortcutOnItsPage) {
     settle();
     EXPECT_TRUE(named("Shortcut for this workspace: None"));
     EXPECT_TRUE(stored().automation.empty());
+    for (const char* name : {"After login", "Weekdays", "When others ask, without a question"}) click(name);
+    for (const auto& [typed, minute] : {std::pair{"7.45", 465}, {"noon", 465}, {"8", 480}}) {
+        QQuickItem* const time = named("Time of day, as 09:30");
+        ASSERT_TRUE(time);
+        time->forceActiveFocus();
+        time->setProperty("text", typed);
+        press(Qt::Key_Return);
+        EXPECT_EQ(stored().automationOf(id).minute, minute);
+        EXPECT_EQ(named("“noon” is no time. Write it as 09:30.") != nullptr, QString(typed) == "noon");
+    }
+    WorkspaceAutomation chosen{.withoutAsking = true, .atLogin = true};
+    chosen.days = Days::weekdays;
+    chosen.minute = 480;
+    EXPECT_EQ(stored().automationOf(id), chosen);
 }
 
 TEST_F(SettingsTest, OfTroubleIsToldOnEveryPaneUntilItIsDismissed) {

@@ -17,7 +17,8 @@ AppSettings filled() {
     settings.shortcuts = {{"2", {4294967295U, 0x1900, "↩"}}};
     settings.appearance = Appearance::dark;
     settings.withoutTray = WithoutTray::keepRunning;
-    settings.setAutomation(Uuid(), {.shortcut = Shortcut{18, 0x1900, "1"}, .withoutAsking = true});
+    settings.setAutomation(Uuid(), {.shortcut = Shortcut{18, 0x1900, "1"}, .withoutAsking = true, .atLogin = true, .atDisplays = true,
+                                     .days = Days::weekdays, .minute = 450});
     return settings;
 }
 
@@ -110,6 +111,15 @@ TEST(AppSettings, ShortcutsAreChosenOrUsual) {
     settings.shortcuts["2"] = {96, modifier::control, "F5"};
     EXPECT_EQ(settings.shortcut(HotKeyAction::save), (Shortcut{1, 0x1900, "S"}));
     EXPECT_EQ(settings.shortcut(HotKeyAction::switcher).label(), "⌃F5");
+}
+
+TEST(AppSettings, OneWorkspaceAtMostComesBackAtLogin) {
+    AppSettings settings;
+    const Uuid one = Uuid::fromBytes({1}), two = Uuid::fromBytes({2});
+    settings.setAutomation(one, {.atLogin = true});
+    settings.setAutomation(two, {.atLogin = true});
+    EXPECT_TRUE(settings.automationOf(two).atLogin);
+    EXPECT_EQ(settings.automation.size(), 1U);
 }
 
 TEST(AppSettings, CapturesHonourThem) {

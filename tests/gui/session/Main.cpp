@@ -24,7 +24,7 @@ int start(int argumentCount, char** arguments) {
     const QString token = takeActivationToken();
     const QCoreApplication application(argumentCount, arguments);
     const auto requested = [](const Launch& launch, const QString& token) {
-        const char* const names[] = {"open", "save", "switcher", "background", ""};
+        const char* const names[] = {"open", "save", "switcher", "service", "background", ""};
         say(names[static_cast<int>(launch.request)] + launch.address + " " + token, 0);
     };
     PosixFileSystem files(std::chrono::milliseconds(0));

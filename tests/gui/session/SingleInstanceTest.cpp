@@ -47,7 +47,7 @@ TEST_P(SingleInstanceTest, OtherStartsHandOverUntilTheFirstIsGone) {
         Start first(GetParam(), {});
         ASSERT_EQ(first.line(), "first") << again;
         for (const auto& [argument, told] :
-             {std::pair{"", "open token"}, {"--save", "save token"}, {"--switcher", "switcher token"}, {link, "QUILLO:restore?name=a%20b token"}}) {
+             {std::pair{"", "open token"}, {"--save", "save token"}, {"--switcher", "switcher token"}, {"--background", "service token"}, {link, "QUILLO:restore?name=a%20b token"}}) {
             Start other(GetParam(), *argument ? QStringList{argument} : QStringList{}, "token");
             EXPECT_EQ(other.line(), "handed over");
             EXPECT_EQ(other.status(), 0);
