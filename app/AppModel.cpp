@@ -44,10 +44,9 @@ AppModel::AppModel(const AppServices& services, QObject* parent)
 AppModel::~AppModel() = default;
 
 void AppModel::observeSystem() {
-    powerObserver_ =
-        services_.power.observe([this](PowerEvent event, const PowerHold& hold) {
-            if (event != PowerEvent::didWake) captureSession(hold);
-        });
+    powerObserver_ = services_.power.observe([this](PowerEvent event, const PowerHold& hold) {
+        if (event != PowerEvent::didWake) captureSession(hold);
+    });
     reopenObserver_ = services_.surfaces.observeOpenMainWindow([this] { openMain(); });
 }
 

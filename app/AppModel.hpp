@@ -130,7 +130,7 @@ class AppModel final : public QObject {
     /// Stores and applies at once, the same as before too: what failed then is tried again.
     void setSettings(AppSettings settings);
     void setShowingSettings(bool showing);
-    /// What brings this workspace back unasked; gone with the workspace.
+    /// What brings this workspace back besides its controls; without effect once it is not in the library.
     void setAutomation(const Uuid& workspace, const WorkspaceAutomation& chosen);
 
     /// Reads the library again; the history is read again where it changes.

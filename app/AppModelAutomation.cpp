@@ -56,7 +56,8 @@ void AppModel::restoreFromLibrary(const Uuid& workspace) {
 
 void AppModel::openAddress(std::string_view address) {
     const Result<std::string> which = workspaceInAddress(address);
-    const Result<Workspace> found = which ? workspaceCalled(*which, workspaces_) : std::unexpected(which.error());
+    const Result<Workspace> found =
+        which ? workspaceCalled(*which, workspaces_) : std::unexpected(which.error());
     if (found) return restore(*found, found->cleanSlate, Asker::link);
     openMain();
     show("A link can't be followed: " + found.error().text, ToastKind::refusal);
@@ -64,8 +65,7 @@ void AppModel::openAddress(std::string_view address) {
 
 /// In the place of the automatic snapshots: what the person asks for meanwhile waits for it.
 void AppModel::saveUnreviewed(const std::string& name, Answer<Uuid> answer) {
-    if (!accessibilityGranted_)
-        return answer(fail(ErrorKind::unavailable, accessibilityAccess().reason()));
+    if (!accessibilityGranted_) return answer(fail(ErrorKind::unavailable, accessibilityAccess().reason()));
     if (!canRelaunchForUpdate()) return answer(fail(ErrorKind::refused, "Quillo is at work for the person."));
     const auto waiting = std::make_shared<Answer<Uuid>>(std::move(answer));
     autoSnapshotTask_.start(executor(), captureUnreviewed(name, waiting), [this, waiting] {
@@ -92,15 +92,15 @@ Task<> AppModel::captureUnreviewed(std::string name, SharedAnswer<Uuid> answer) 
 }
 
 void AppModel::plan(const Workspace& workspace, Answer<PlanTotals> answer) {
-    if (!accessibilityGranted_)
-        return answer(fail(ErrorKind::unavailable, accessibilityAccess().reason()));
+    if (!accessibilityGranted_) return answer(fail(ErrorKind::unavailable, accessibilityAccess().reason()));
     if (planning_.active()) return answer(fail(ErrorKind::refused, "Another plan is being made."));
     const auto waiting = std::make_shared<Answer<PlanTotals>>(std::move(answer));
     planning_.start(executor(), planTask(workspace, waiting));
 }
 
 Task<> AppModel::planTask(Workspace workspace, SharedAnswer<PlanTotals> answer) {
-    Restore::Options options{.cleanSlate = workspace.cleanSlate, .enabledAdapters = settings_.enabledAdapters};
+    Restore::Options options{.cleanSlate = workspace.cleanSlate,
+                             .enabledAdapters = settings_.enabledAdapters};
     known_.permit(workspace, true, options);
     const RestorePreview preview = co_await Restore::preview(services_.desktop, workspace.snapshot, options);
     co_await checkpoint();

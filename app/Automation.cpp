@@ -9,10 +9,10 @@ namespace quillo {
 namespace {
 
 Automation::Counts countsOf(const PlanTotals& totals) {
-    return {{"inPlace", totals.inPlace},   {"changed", totals.changed},
-            {"awaited", totals.awaited},   {"launched", totals.launched},
-            {"opened", totals.opened},     {"createdDesktops", totals.createdDesktops},
-            {"skipped", totals.skipped},   {"failed", totals.failed}};
+    return {{"inPlace", totals.inPlace}, {"changed", totals.changed},
+            {"awaited", totals.awaited}, {"launched", totals.launched},
+            {"opened", totals.opened},   {"createdDesktops", totals.createdDesktops},
+            {"skipped", totals.skipped}, {"failed", totals.failed}};
 }
 
 Automation::Counts countsOf(const RestoreTotals& totals) {
@@ -39,7 +39,9 @@ void Automation::save(const std::string& name, AppModel::Answer<Uuid> answer) {
 Result<Automation::Begun> Automation::restore(std::string_view which) {
     const Result<Workspace> found = workspaceCalled(which, model_.workspaces());
     if (!found) return std::unexpected(found.error());
-    const auto runs = [&] { return model_.restoreRunning() && model_.restoreRun()->workspace().id == found->id; };
+    const auto runs = [&] {
+        return model_.restoreRunning() && model_.restoreRun()->workspace().id == found->id;
+    };
     const bool asksOther = model_.question() && model_.question()->workspace != found->id;
     if (model_.draft() || model_.capturing() || asksOther || (model_.restoreRunning() && !runs()))
         return fail(ErrorKind::refused, "Quillo is at work for the person.");
@@ -74,7 +76,8 @@ void Automation::followRestore() {
         Q_EMIT restoreEnded(run->workspace().id, run->workspace().name, countsOf(run->report()->totals()),
                             run->report()->cancelled);
     });
-    Q_EMIT restoreStarted(run->workspace().id, run->workspace().name, run->workspace().snapshot.windowCount());
+    Q_EMIT restoreStarted(run->workspace().id, run->workspace().name,
+                          run->workspace().snapshot.windowCount());
 }
 
 void Automation::tellProgress(const RestoreRun& run) {

@@ -29,8 +29,8 @@ class Automation final : public QObject {
     /// Its identifier, or why it was not saved.
     void save(const std::string& name, AppModel::Answer<Uuid> answer);
     enum class Begun : std::uint8_t { started, waiting };  // for the person's answer, or for what goes on
-    /// Asks the person first, unless they have allowed it. Refused while they are at work with Quillo: nothing
-    /// comes forward.
+    /// Asks the person first, unless they have allowed it. Refused while they are at work with Quillo:
+    /// nothing comes forward.
     Result<Begun> restore(std::string_view which);
     void plan(std::string_view which, AppModel::Answer<Counts> answer);
 

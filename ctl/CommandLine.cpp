@@ -168,8 +168,9 @@ void addLibraryCommands(CommandSet& commands) {
     commands.addForWorkspace("duplicate", "copy a workspace under a name of its own", duplicateWorkspace);
     commands.addForWorkspaces("delete", "delete workspaces and their backups", deleteWorkspaces);
 
-    commands.add("watch", "what becomes of the workspaces, one line for each event, until it is stopped",
-                 watchEvents)
+    commands
+        .add("watch", "what becomes of the workspaces, one line for each event, until it is stopped",
+             watchEvents)
         ->add_option("--count", arguments.count, "end after so many events")
         ->type_name("N")
         ->check(CLI::NonNegativeNumber);

@@ -95,8 +95,8 @@ class Watcher {
     }
     /// Only those that are documented: the other process may be of another version.
     static void addTotal(JsonLine& line, const RestoreEvent& told, const RestoreOutcome& outcome) {
-        const auto found =
-            std::ranges::find(told.totals, outcome.name, [](const auto& one) { return std::string_view(one.first); });
+        const auto found = std::ranges::find(told.totals, outcome.name,
+                                             [](const auto& one) { return std::string_view(one.first); });
         if (outcome.total && found != told.totals.end()) line.add(outcome.name, found->second);
     }
     std::string nameKnownAs(const std::string& id) const {

@@ -27,8 +27,7 @@ std::vector<LibraryEntry> entriesOf(std::span<const Workspace> workspaces) {
     std::vector<LibraryEntry> entries;
     entries.reserve(workspaces.size());
     for (const Workspace& one : workspaces)
-        entries.push_back(
-            {one.id, one.name, one.updatedAt, one.snapshot.capturedAt, one.lastRestoredAt});
+        entries.push_back({one.id, one.name, one.updatedAt, one.snapshot.capturedAt, one.lastRestoredAt});
     return entries;
 }
 

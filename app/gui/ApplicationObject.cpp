@@ -24,9 +24,10 @@ void ApplicationObject::Open(const QStringList& addresses, const QVariantMap& pl
 /// Desktops of some age hand over the token under its older name.
 void ApplicationObject::ActivateAction(const QString& name, const QVariantList& parameters,
                                        const QVariantMap& platformData) {
-    const QString action = name == "restore" && !parameters.isEmpty()
-                               ? QString::fromStdString(addressOfWorkspace(textOf(parameters[0]).toStdString()))
-                               : name;
+    const QString action =
+        name == "restore" && !parameters.isEmpty()
+            ? QString::fromStdString(addressOfWorkspace(textOf(parameters[0]).toStdString()))
+            : name;
     const auto launch = launchOfAction(action);
     if (!launch) return;
     const QString token = platformData.value("activation-token").toString();

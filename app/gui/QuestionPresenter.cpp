@@ -37,9 +37,8 @@ QString askerOf(const ResumeQuestion& question) {
 
 QString textOf(const ResumeQuestion& question, bool changesNothing) {
     if (!question.reason)
-        return changesNothing
-                   ? QStringLiteral("Resuming it only moves windows that are open.")
-                   : QStringLiteral("Resuming it does what is listed here, and moves windows.");
+        return changesNothing ? QStringLiteral("Resuming it only moves windows that are open.")
+                              : QStringLiteral("Resuming it does what is listed here, and moves windows.");
     switch (*question.reason) {
         case ReasonToAsk::notSavedHere:
             return changesNothing ? QStringLiteral(

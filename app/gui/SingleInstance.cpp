@@ -115,8 +115,7 @@ Result<bool> SingleInstance::handOverOnBus(const Launch& launch, const QString& 
     const bool plain = launch.request == LaunchRequest::openWindow;
     const bool address = launch.request == LaunchRequest::openAddress;
     const char* const method = plain ? "Activate" : address ? "Open" : "ActivateAction";
-    QDBusMessage message =
-        QDBusMessage::createMethodCall(serviceName, objectPath, interfaceName, method);
+    QDBusMessage message = QDBusMessage::createMethodCall(serviceName, objectPath, interfaceName, method);
     const QVariantMap platformData{{"activation-token", token}, {"desktop-startup-id", token}};
     if (address) message << QStringList{launch.address};
     if (!plain && !address) message << actionOf(launch) << QVariantList();

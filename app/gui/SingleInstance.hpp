@@ -38,8 +38,8 @@ class SingleInstance final : public QObject {
 
   public:
     /// Another start asks for something; in a turn of Qt's loop, once this process is the first. The token
-    /// lets a window come to the front on the person's behalf; empty where there is none that is usable. Never
-    /// logIn: the session had begun before.
+    /// lets a window come to the front on the person's behalf; empty where there is none that is usable.
+    /// Never logIn: the session had begun before.
     using Requested = std::function<void(const Launch& launch, const QString& activationToken)>;
 
     /// `directory` is made when there is no bus; it must be for this and the person's alone. The locks of

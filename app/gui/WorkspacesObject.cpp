@@ -75,10 +75,11 @@ void WorkspacesObject::attach(Automation& automation) {
             [this](const Uuid& id, std::int64_t done, std::int64_t windows) {
                 Q_EMIT RestoreProgress(identifier(id), done, windows);
             });
-    connect(&automation, &Automation::restoreEnded, this,
-            [this](const Uuid& id, const std::string& name, const Automation::Counts& totals, bool cancelled) {
-                Q_EMIT RestoreEnded(identifier(id), qt(name), countsMap(totals), cancelled);
-            });
+    connect(
+        &automation, &Automation::restoreEnded, this,
+        [this](const Uuid& id, const std::string& name, const Automation::Counts& totals, bool cancelled) {
+            Q_EMIT RestoreEnded(identifier(id), qt(name), countsMap(totals), cancelled);
+        });
     connect(&automation, &Automation::libraryChanged, this, &WorkspacesObject::tell);
 }
 

@@ -85,10 +85,7 @@ int run(QApplication& application, const Launch& launch) {
                      [&] { services.activity.set(program.model().busy()); });
     // The login item brings no arguments: only the system knows that nobody asked for a window.
     const MacApplicationEvents events(
-        {.started =
-             [&](bool atLogin) {
-                 program.carryOut(atLogin ? Launch{LaunchRequest::logIn} : launch);
-             },
+        {.started = [&](bool atLogin) { program.carryOut(atLogin ? Launch{LaunchRequest::logIn} : launch); },
          .reopened = [&] { program.carryOut({}); }});
     const OpenedAddresses addresses(application, [&](const Launch& opened) { program.carryOut(opened); });
     const int status = application.exec();

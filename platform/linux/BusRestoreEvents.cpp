@@ -61,8 +61,10 @@ std::optional<RestoreEvent> eventOf(std::string_view signal, GVariant* values) {
         return signal == name && g_variant_is_of_type(values, G_VARIANT_TYPE(shape));
     };
     if (is("RestoreStarted", "(ssx)"))
-        return RestoreEvent{
-            .kind = Kind::started, .id = textAt(values, 0), .name = textAt(values, 1), .windows = numberAt(values, 2)};
+        return RestoreEvent{.kind = Kind::started,
+                            .id = textAt(values, 0),
+                            .name = textAt(values, 1),
+                            .windows = numberAt(values, 2)};
     if (is("RestoreProgress", "(sxx)"))
         return RestoreEvent{.kind = Kind::progressed,
                             .id = textAt(values, 0),
@@ -128,9 +130,8 @@ class BusRestoreEvents final : public RestoreEvents {
         const guint subscription = g_dbus_connection_signal_subscribe(
             connection.get(), service, interface, nullptr, path, nullptr, G_DBUS_SIGNAL_FLAGS_NONE,
             [](GDBusConnection*, const char*, const char*, const char*, const char* signal,
-               GVariant* parameters, gpointer self) {
-                static_cast<BusRestoreEvents*>(self)->heard(signal, parameters);
-            },
+               GVariant* parameters,
+               gpointer self) { static_cast<BusRestoreEvents*>(self)->heard(signal, parameters); },
             this, nullptr);
         while (!isEnding()) g_main_context_iteration(context_.get(), true);
         g_dbus_connection_signal_unsubscribe(connection.get(), subscription);

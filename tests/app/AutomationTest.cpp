@@ -1,8 +1,7 @@
 // What other programs may ask for and hear: names, identifiers and counts.
-#include "app/Automation.hpp"
-
 #include <fmt/format.h>
 
+#include "app/Automation.hpp"
 #include "tests/app/ModelFixture.hpp"
 
 namespace quillo {
@@ -19,11 +18,12 @@ class AutomationTest : public testing::Test {
                          [&](const Uuid&, std::int64_t done, std::int64_t windows) {
                              heard.push_back(fmt::format("{} of {}", done, windows));
                          });
-        QObject::connect(&automation, &Automation::restoreEnded,
-                         [&](const Uuid&, const std::string& name, const Automation::Counts& totals, bool cancelled) {
-                             heard.push_back(fmt::format("{} ended, {} {}{}", name, totals[0].first,
-                                                         totals[0].second, cancelled ? ", cancelled" : ""));
-                         });
+        QObject::connect(
+            &automation, &Automation::restoreEnded,
+            [&](const Uuid&, const std::string& name, const Automation::Counts& totals, bool cancelled) {
+                heard.push_back(fmt::format("{} ended, {} {}{}", name, totals[0].first, totals[0].second,
+                                            cancelled ? ", cancelled" : ""));
+            });
         QObject::connect(&automation, &Automation::libraryChanged, [&](const LibraryChange& change) {
             heard.push_back(fmt::format("{} {}", change.name, static_cast<int>(change.kind)));
         });

@@ -1,7 +1,7 @@
-// Workspaces that come back by themselves, on a clock that jumps. It begins on Friday 2025-03-14, 09:26:53 UTC.
-#include "app/UnattendedRestores.hpp"
-
+// Workspaces that come back by themselves, on a clock that jumps. It begins on Friday 2025-03-14, 09:26:53
+// UTC.
 #include "app/Schedule.hpp"
+#include "app/UnattendedRestores.hpp"
 #include "tests/app/ModelFixture.hpp"
 
 namespace quillo {
@@ -25,7 +25,8 @@ TEST(Schedule, IsTheNextTimeThatClocksShow) {
         {"UTC", Days::daily, minutesOfDay, "2025-03-14T09:26:53Z", nullptr},
     };
     for (const auto& c : cases) {
-        const auto due = nextDue({.days = c.days, .minute = c.minute}, *parseInstant(c.after), QTimeZone(c.zone));
+        const auto due =
+            nextDue({.days = c.days, .minute = c.minute}, *parseInstant(c.after), QTimeZone(c.zone));
         EXPECT_EQ(due ? formatInstant(*due) : "", c.due ? c.due : "") << c.zone << " " << c.after;
     }
 }

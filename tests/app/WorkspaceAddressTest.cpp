@@ -36,8 +36,9 @@ TEST(WorkspaceAddress, NamesOneWorkspaceOrSaysWhatIsWrong) {
 }
 
 TEST(WorkspaceAddress, ANameMeansOneWorkspaceOnly) {
-    const std::vector<Workspace> all{samples::named(Uuid::random(), "Work"), samples::named(Uuid::random(), "Twin"),
-                                     samples::named(Uuid::random(), "twin"), samples::named(Uuid::random(), "Last")};
+    const std::vector<Workspace> all{
+        samples::named(Uuid::random(), "Work"), samples::named(Uuid::random(), "Twin"),
+        samples::named(Uuid::random(), "twin"), samples::named(Uuid::random(), "Last")};
     EXPECT_EQ(workspaceCalled("wORK", all)->id, all[0].id);
     EXPECT_EQ(workspaceCalled(all[2].id.upper(), all)->id, all[2].id);
     EXPECT_EQ(workspaceCalled("Twin", all).error().text, "Several workspaces are called “Twin”.");

@@ -28,8 +28,8 @@ TEST_F(HelpTest, TheManPageAndTheCompletionsKnowEveryCommandAndOption) {
     // Commands stand indented by two with a text behind, options begin with a hyphen.
     const Names commands = matches(done({"--help"}), "^  ([a-z]+) +[a-z]");
     EXPECT_EQ(commands, (Names{"doctor", "windows", "displays", "save", "plan", "diff", "restore", "list",
-                               "show", "rename", "duplicate", "delete", "watch", "history", "launcher", "export",
-                               "import", "validate", "help"}));
+                               "show", "rename", "duplicate", "delete", "watch", "history", "launcher",
+                               "export", "import", "validate", "help"}));
     std::string help = done({"--help"});
     for (const std::string& command : commands) {
         help += done({command, "--help"});

@@ -1,9 +1,9 @@
-#include "app/gui/OpenedAddresses.hpp"
-
 #include <gtest/gtest.h>
 
 #include <QApplication>
 #include <QFileOpenEvent>
+
+#include "app/gui/OpenedAddresses.hpp"
 
 namespace quillo {
 namespace {

@@ -17,8 +17,12 @@ AppSettings filled() {
     settings.shortcuts = {{"2", {4294967295U, 0x1900, "↩"}}};
     settings.appearance = Appearance::dark;
     settings.withoutTray = WithoutTray::keepRunning;
-    settings.setAutomation(Uuid(), {.shortcut = Shortcut{18, 0x1900, "1"}, .withoutAsking = true, .atLogin = true, .atDisplays = true,
-                                     .days = Days::weekdays, .minute = 450});
+    settings.setAutomation(Uuid(), {.shortcut = Shortcut{18, 0x1900, "1"},
+                                    .withoutAsking = true,
+                                    .atLogin = true,
+                                    .atDisplays = true,
+                                    .days = Days::weekdays,
+                                    .minute = 450});
     return settings;
 }
 

@@ -1,6 +1,6 @@
-#include "WindowEngine/library/LibraryChanges.hpp"
-
 #include <gtest/gtest.h>
+
+#include "WindowEngine/library/LibraryChanges.hpp"
 
 namespace quillo {
 namespace {
@@ -25,7 +25,9 @@ TEST(LibraryChanges, EachIsToldOnceAndOnlyWhatHappened) {
         {"all at once",
          {usual, other},
          {{one, "Play", at(2), at(2), at(2)}},
-         {{deleted, two, "Desk", {}}, {renamed, one, "Play", "Work"}, {saved, one, "Play", {}},
+         {{deleted, two, "Desk", {}},
+          {renamed, one, "Play", "Work"},
+          {saved, one, "Play", {}},
           {restored, one, "Play", {}}}},
     };
     for (const auto& c : cases) EXPECT_EQ(changesBetween(c.before, c.after), c.changes) << c.what;

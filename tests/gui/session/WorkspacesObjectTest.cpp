@@ -1,10 +1,9 @@
 // The model on the session bus, called by another connection.
-#include "app/gui/WorkspacesObject.hpp"
-
 #include <QDBusPendingCall>
 #include <QDBusReply>
 #include <QSignalSpy>
 
+#include "app/gui/WorkspacesObject.hpp"
 #include "platform/linux/BusRestoreEvents.hpp"
 #include "tests/app/ModelFixture.hpp"
 #include "tests/gui/session/MockedService.hpp"
@@ -16,8 +15,9 @@ class WorkspacesObjectTest : public testing::Test {
   protected:
     WorkspacesObjectTest() { object.attach(automation); }
     QDBusMessage call(const QString& method, const QVariantList& arguments = {}) {
-        QDBusMessage message = QDBusMessage::createMethodCall(QDBusConnection::sessionBus().baseService(),
-                                                              WorkspacesObject::path, "app.quillo.Workspaces1", method);
+        QDBusMessage message =
+            QDBusMessage::createMethodCall(QDBusConnection::sessionBus().baseService(),
+                                           WorkspacesObject::path, "app.quillo.Workspaces1", method);
         message.setArguments(arguments);
         const QDBusPendingCall pending = other.asyncCall(message);
         untilQt([&] {
@@ -56,7 +56,8 @@ TEST_F(WorkspacesObjectTest, AnswersAndSignals) {
     const QString interface = ask(QDBusConnection::sessionBus().baseService(), WorkspacesObject::path,
                                   "org.freedesktop.DBus.Introspectable", "Introspect")[0]
                                   .toString();
-    for (const char* name : {"RestoreStarted", "RestoreProgress", "RestoreEnded", "Saved", "Renamed", "Deleted"})
+    for (const char* name :
+         {"RestoreStarted", "RestoreProgress", "RestoreEnded", "Saved", "Renamed", "Deleted"})
         EXPECT_TRUE(interface.contains(QString("<signal name=\"%1\">").arg(name))) << name;
 }
 
@@ -64,7 +65,8 @@ TEST_F(WorkspacesObjectTest, ItsRestoresAreHeardByOtherProcesses) {
     ASSERT_TRUE(QDBusConnection::sessionBus().registerService("app.quillo.Quillo"));
     VirtualExecutor loop;
     std::vector<RestoreEvent> heard;
-    const auto listening = listenOnSessionBus(loop, [&](const RestoreEvent& event) { heard.push_back(event); });
+    const auto listening =
+        listenOnSessionBus(loop, [&](const RestoreEvent& event) { heard.push_back(event); });
     ASSERT_TRUE(listening);
     ASSERT_TRUE(untilQt([&] {  // the bus knows it by then
         Q_EMIT object.RestoreStarted("probe", "", 0);
@@ -84,7 +86,11 @@ TEST_F(WorkspacesObjectTest, ItsRestoresAreHeardByOtherProcesses) {
     EXPECT_EQ(heard, (std::vector<RestoreEvent>{
                          {.kind = Kind::started, .id = "a", .name = "Desk", .windows = 2},
                          {.kind = Kind::progressed, .id = "a", .name = "", .windows = 2, .windowsDone = 1},
-                         {.kind = Kind::ended, .id = "a", .name = "Desk", .totals = {{"restored", 2}}, .cancelled = true}}));
+                         {.kind = Kind::ended,
+                          .id = "a",
+                          .name = "Desk",
+                          .totals = {{"restored", 2}},
+                          .cancelled = true}}));
     QDBusConnection::sessionBus().unregisterService("app.quillo.Quillo");
 }
 
