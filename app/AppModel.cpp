@@ -10,7 +10,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr Duration toastTime = 2500ms;
-constexpr PanelPlace switcherPlace{.width = 480, .anchor = PanelAnchor::center};
 
 }  // namespace
 
@@ -33,6 +32,8 @@ AppModel::AppModel(const AppServices& services, QObject* parent)
     reload();
     lookAtSettings();
     settings_ = AppSettings::load(services_.defaults);
+    // Whoever has workspaces needs no introduction, wherever the settings have gone.
+    settings_.onboarded = settings_.onboarded || !workspaces_.empty();
     loginItem_.configureDefault();
     hotKeys_.onPressed = [this](const HotKeyTarget& target) { pressed(target); };
     reloadSessions();
@@ -70,7 +71,8 @@ void AppModel::setSettings(AppSettings settings) {
 
 void AppModel::lookAtSettings() {
     if (!rescue_.look()) return;
-    complain("Settings", *rescue_.trouble());
+    const std::string& trouble = *rescue_.trouble();
+    complain("Settings", trouble.substr(0, trouble.find('\n')) + " Settings says more.");
     Q_EMIT settingsTroubleChanged();
 }
 

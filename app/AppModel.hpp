@@ -94,6 +94,8 @@ class AppModel final : public QObject {
     std::string shownName(const ApplicationSnapshot& application) const {
         return Restore::shownName(services_.desktop.platform.applications, application);
     }
+    /// Names of those of its applications that a restore could not start, where they do not run by then.
+    std::vector<std::string> notLaunchable(const WorkspaceSnapshot& snapshot) const;
     /// Why other applications' windows cannot be read, where they cannot.
     Capability accessibilityAccess() const { return services_.desktop.platform.accessibility.access(); }
     CaptureDraft* draft() const { return draft_.get(); }  // null when nothing is under review
@@ -182,6 +184,8 @@ class AppModel final : public QObject {
     /// Makes the last run of this workspace restoreRun() again, and opens the panel, which stays until it is
     /// closed. Does nothing while a restore runs.
     void showReport(const Uuid& workspace);
+    /// One that was opened so is open still.
+    bool reportShown() const;
     /// What a restore of this workspace does to other applications from now on.
     void setCleanSlate(const Workspace& workspace, CleanSlateMode mode);
 
@@ -330,7 +334,9 @@ class AppModel final : public QObject {
     }
     void complain(const std::string& what, std::string message);
     void lookAtSettings();
-    Workspace toSave(const CaptureDraft& draft) const;
+    /// With the store's lock, which keeps the name that it chooses free.
+    void renew(Workspace& stored, const CaptureDraft& draft) const;
+    Result<Workspace> save(const CaptureDraft& draft) const;
     void setAutoSnapshotError(std::optional<std::string> message);
     void captureEnded(std::shared_ptr<CaptureDraft> draft);
     void currentSnapshotRead(std::optional<WorkspaceSnapshot> snapshot);
@@ -358,6 +364,7 @@ class AppModel final : public QObject {
     std::shared_ptr<CaptureDraft> draft_;
     std::shared_ptr<RestoreRun> restoreRun_;
     std::map<Uuid, std::shared_ptr<RestoreRun>> lastRuns_;  // of workspaces in the library
+    bool reportReopened_ = false;                           // restoreRun_ is one of these, shown once more
     struct Asked {                                          // what question_ is about, or will be
         Workspace workspace;
         std::optional<CleanSlateMode> cleanSlate;

@@ -13,6 +13,11 @@ namespace {
 
 constexpr Duration lookInterval = std::chrono::seconds(2);
 
+std::string nameOf(const CaptureDraft& draft) {
+    const std::string name = text::trim(draft.name());
+    return name.empty() ? std::string(unnamed) : name;
+}
+
 }  // namespace
 
 void AppModel::beginCapture(std::optional<Workspace> updating, bool testRestoreAfterSave) {
@@ -85,55 +90,70 @@ void AppModel::dismissDraft() {
     if (draft_) setDraft(nullptr);
 }
 
-/// Of an update what is stored counts, which may have changed during the review; one that is gone comes back.
-Workspace AppModel::toSave(const CaptureDraft& draft) const {
-    std::string name = text::trim(draft.name());
-    if (name.empty()) name = unnamed;
-    const std::optional<Workspace>& before = draft.updating();
-    if (!before) {
-        return Workspace::create(Uuid::random(), name, draft.icon(), draft.color(), draft.filteredSnapshot(),
-                                 wallNow());
+std::vector<std::string> AppModel::notLaunchable(const WorkspaceSnapshot& snapshot) const {
+    Applications& applications = services_.desktop.platform.applications;
+    std::vector<std::string> names;
+    for (const ApplicationSnapshot& one : snapshot.applications) {
+        const auto& place = one.applicationURL;
+        const bool installed = (place && applications.identifierAt(*place) == one.bundleIdentifier) ||
+                               applications.location(one.bundleIdentifier);
+        if (!installed) names.push_back(shownName(one));
     }
-    Workspace workspace = store_.load(before->id).value_or(*before);
-    if (name != before->name && name != workspace.name) workspace.name = uniqueName(name, workspaces_);
-    if (draft.icon() != before->icon) workspace.icon = draft.icon();
-    if (draft.color() != before->color) workspace.color = draft.color();
+    return names;
+}
+
+void AppModel::renew(Workspace& stored, const CaptureDraft& draft) const {
+    const Workspace& before = *draft.updating();
+    const std::string name = nameOf(draft);
+    if (name != before.name && name != stored.name) stored.name = store_.freeName(name, workspaces_);
+    if (draft.icon() != before.icon) stored.icon = draft.icon();
+    if (draft.color() != before.color) stored.color = draft.color();
     // What it does to other applications stays only where that was chosen here.
-    if (!known_.isCleanSlateChosenHere(workspace)) workspace.cleanSlate.reset();
-    workspace.snapshot = LeftOut::carriedOver(
-        workspace.snapshot, draft.filteredSnapshot(),
+    if (!known_.isCleanSlateChosenHere(stored)) stored.cleanSlate.reset();
+    stored.snapshot = LeftOut::carriedOver(
+        stored.snapshot, draft.filteredSnapshot(),
         {Capture::neverSaved(services_.desktop.platform.applications, settings_.captureOptions()),
          settings_.excludedDomains});
-    workspace.updatedAt = wallNow();
-    return workspace;
+    // As of the capture; where something else was changed during the review, as of now, which tells of that.
+    const Instant captured = stored.snapshot.capturedAt;
+    stored.updatedAt = captured > stored.updatedAt ? captured : wallNow();
+}
+
+/// Of an update what is stored counts, which may have changed during the review; one that is gone comes back.
+Result<Workspace> AppModel::save(const CaptureDraft& draft) const {
+    if (!draft.updating()) {
+        return store_.saveAsNew(Workspace::create(Uuid::random(), nameOf(draft), draft.icon(), draft.color(),
+                                                  draft.filteredSnapshot(), wallNow()),
+                                workspaces_);
+    }
+    Workspace back = *draft.updating();
+    if (!store_.load(back.id)) {
+        renew(back, draft);
+        if (Result<void> saved = store_.save(back); !saved) return std::unexpected(std::move(saved.error()));
+        return back;
+    }
+    auto changed = store_.change(back.id, [&](Workspace& stored) -> Result<void> {
+        renew(stored, draft);
+        return {};
+    });
+    if (!changed) return std::unexpected(std::move(changed.error()));
+    return std::move(changed->after);
 }
 
 void AppModel::commit(CaptureDraft& reviewed) {
     if (draft_.get() != &reviewed) return;
     const std::shared_ptr<CaptureDraft> draft = draft_;
-    Workspace workspace = toSave(*draft);
     const std::string what = "Couldn't save";
-    Result<void> saved;
-    if (draft->updating()) {
-        saved = store_.save(workspace);
-    } else if (auto named = store_.saveAsNew(workspace, workspaces_)) {
-        workspace = *std::move(named);
-    } else {
-        saved = std::unexpected(named.error());
-    }
-    if (!saved) {
-        told(what, saved);
-        return;
-    }
-    const Result<void> noted = known_.savedHere(workspace);
+    const Result<Workspace> saved = save(*draft);
+    if (!told(what, saved)) return;
+    const Result<void> noted = known_.savedHere(*saved);
     dispose(std::exchange(draft_, nullptr));  // before anybody hears of it: nothing saves it once more
     reload();
     Q_EMIT draftChanged();
     Q_EMIT busyChanged();
-    told(what, saved);
-    show("Saved " + workspace.name);
+    show("Saved " + saved->name);
     noteProvenance(noted);
-    if (draft->testRestoreAfterSave()) restore(workspace, std::nullopt);
+    if (draft->testRestoreAfterSave()) restore(*saved, std::nullopt);
 }
 
 void AppModel::refreshCurrentSnapshot() {

@@ -12,6 +12,9 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr PanelPlace panelPlace{.width = 380, .anchor = PanelAnchor::bottomTrailing};
+/// Opened by the person, it is read like a dialog of the main window.
+constexpr PanelPlace reportPlace{
+    .width = 380, .anchor = PanelAnchor::bottomTrailing, .activates = true, .staysOnTop = false};
 constexpr Duration cleanPanelTime = 4s, troubledPanelTime = 10s;
 constexpr Duration readingTime = 2s;  // until it is looked at again whether a panel is still in use
 
@@ -107,6 +110,7 @@ void AppModel::begin(const Workspace& workspace, std::optional<CleanSlateMode> c
     dispose(std::exchange(restoreRun_, run));
     const bool wasAsked = forgetQuestion();
     panelTimer_.cancel();
+    reportReopened_ = false;
     run->begin(executor(), runRestore(run.get(), workspace, options), [this, started = run.get()] {
         if (!started->report()) restoreEnded(*started, {.items = started->items(), .cancelled = true});
     });
@@ -183,9 +187,14 @@ void AppModel::showReport(const Uuid& workspace) {
     const auto found = lastRuns_.find(workspace);
     if (found == lastRuns_.end() || restoreRunning()) return;
     panelTimer_.cancel();
+    reportReopened_ = true;
     dispose(std::exchange(restoreRun_, found->second));
     Q_EMIT restoreChanged();
-    services_.surfaces.showPanel(PanelID::restore, panelPlace);
+    services_.surfaces.showPanel(PanelID::restore, reportPlace);
+}
+
+bool AppModel::reportShown() const {
+    return reportReopened_ && services_.surfaces.panelVisible(PanelID::restore);
 }
 
 void AppModel::closeRestorePanel() {

@@ -19,6 +19,8 @@ constexpr std::array linuxTexts{
     Pair{
         "Quillo uses Accessibility to restore window positions. Your workspace data stays on this Mac.",
         "Quillo uses Accessibility to restore window positions. Your workspace data stays on this computer."},
+    Pair{" Open documents are saved too.", " Open documents and folders are saved too."},
+    Pair{" Tabs and folders are optional in Settings.", " Browser tabs are optional in Settings."},
     Pair{"Finish setup — Accessibility needed", "Windows cannot be read — see why"},
     Pair{"Keep Quillo handy in the menu bar after you log in.",
          "Keep Quillo handy in the tray after you log in."},
@@ -62,9 +64,9 @@ constexpr std::array linuxTexts{
          "recording to go back to the default."},
     Pair{"In any app. Include ⌘, ⌃ or ⌥; ⌫ removes it.",
          "In any app. Include Super, Ctrl or Alt; Backspace removes it."},
-    Pair{"Password managers and system security windows are always excluded. You can also untick individual "
+    Pair{"Password managers and system security windows are always excluded. You can also leave out single "
          "windows when saving.",
-         "Password managers are always excluded. You can also untick individual windows when saving."},
+         "Password managers are always excluded. You can also leave out single windows when saving."},
     Pair{"Allow Quillo in System Settings to finish enabling this.",
          "Your desktop has switched this off. Switch it off and on again here to allow it."},
 };

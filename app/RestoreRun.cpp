@@ -24,6 +24,26 @@ std::optional<std::int64_t> mostCommonDesktop(const WorkspaceSnapshot& snapshot)
     return most == windows.end() ? std::nullopt : std::optional(most->first);
 }
 
+std::string counted(std::int64_t count, const std::string& noun) {
+    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
+/// By what was saved and not by lines: of one window several tell.
+std::string summary(const RestoreReport& report, std::int64_t windows) {
+    const RestoreTotals totals = report.totals();
+    std::string text = windows == 0
+                           ? "No windows were saved"
+                           : std::to_string(totals.restored) + " of " + counted(windows, "window") + " back";
+    const auto add = [&text](std::int64_t count, const std::string& noun, const std::string& done) {
+        if (count > 0) text += " · " + counted(count, noun) + done;
+    };
+    add(totals.createdDesktops, "desktop", " created");
+    add(totals.launched, "app", " opened");
+    add(totals.opened, "item", " reopened");
+    add(totals.skipped + totals.failed, "problem", "");
+    return text;
+}
+
 /// Null where the item is about none, or the workspace has no such window.
 const WindowSnapshot* savedWindow(const RestoreReport::Item& item, const Workspace& workspace) {
     const auto& applications = workspace.snapshot.applications;
@@ -48,7 +68,7 @@ std::string RestoreRun::title() const {
 }
 
 std::string RestoreRun::subtitle() const {
-    if (report_) return restoreSummary(*report_, false);
+    if (report_) return summary(*report_, workspace_.snapshot.windowCount());
     if (opening_.empty()) return "Looking at what's open…";
     return "Opening " + std::to_string(opening_.size()) + (opening_.size() == 1 ? " app…" : " apps…");
 }

@@ -49,7 +49,7 @@ class RestoreRun final : public QObject {
 
     /// "Resuming Work…", then "Work is back" where it is clean, else "Work is mostly back".
     std::string title() const;
-    /// While it runs, how many applications it opens; then the totals.
+    /// While it runs, how many applications it opens; then "2 of 3 windows back · 1 app opened · 1 problem".
     std::string subtitle() const;
     RestoreRow row(const RestoreReport::Item& item) const;
     /// How many items there will be, as far as can be known beforehand.

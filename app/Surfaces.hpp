@@ -17,11 +17,16 @@ enum class PanelID : std::uint8_t { switcher, restore };
 enum class PanelAnchor : std::uint8_t { center, bottomTrailing };
 
 struct PanelPlace {
-    double width = 0;  // points
+    int width = 0;  // points
     PanelAnchor anchor = PanelAnchor::center;
+    /// It takes the keyboard: the person has asked for just this.
+    bool activates = false;
+    /// Above the windows of all applications; else only above the main window.
+    bool staysOnTop = true;
 
     bool operator==(const PanelPlace&) const = default;
 };
+inline constexpr PanelPlace switcherPlace{.width = 480, .anchor = PanelAnchor::center, .activates = true};
 
 /// Ends an observation when it goes.
 class SurfaceObserver {

@@ -56,7 +56,9 @@ if(QUILLO_HARDENED AND NOT APPLE)
 endif()
 
 # What nearly every source reads is compiled once: for all that add nothing to it together, else for each target.
-# Sources still name all that they use: a Mac's build does without.
+# Sources still name all that they use: a Mac's build does without. What stands on the engine's seam reads it nearly always.
+set(quillo_seam ${CMAKE_SOURCE_DIR}/WindowEngine/records/Workspace.hpp
+  ${CMAKE_SOURCE_DIR}/WindowEngine/services/Platform.hpp)
 option(QUILLO_PRECOMPILE "precompile the standard library's headers" ON)
 function(quillo_precompile name)
   if(NOT QUILLO_PRECOMPILE)

@@ -11,6 +11,7 @@ struct Arguments {
     // of every command
     std::string desktop;        // systemDesktopName or "simulated:FILE"; empty for the system's own
     std::string dataDirectory;  // empty for the default
+    std::string desktopIsFrom = "--desktop", dataDirectoryIsFrom = "--data-dir";  // or the variable's name
     bool json = false;
     bool quiet = false;
     bool keepScene = false;  // write the changed scene of a simulated desktop back to its file

@@ -25,21 +25,20 @@ Failure ambiguous(std::string_view which, std::span<const Workspace* const> name
     return {Exit::failed, std::move(text)};
 }
 
-/// Enough of an identifier that nobody types it by chance.
-bool mayBeginIdentifier(std::string_view which) {
-    constexpr std::size_t fewest = 4;
-    return which.size() >= fewest && which.find_first_not_of("0123456789abcdefABCDEF-") == which.npos;
+constexpr std::size_t fewestOfIdentifier = 4;  // that nobody types them by chance
+
+bool begins(const Workspace& workspace, std::string_view which) {
+    return !which.empty() && workspace.id.lower().starts_with(text::lowercase(which));
 }
 
 /// The one with this identifier, else all with this name, else all whose identifier begins so.
 std::vector<const Workspace*> knownAs(std::string_view which, std::span<const Workspace> workspaces) {
     const std::optional<Uuid> id = Uuid::parse(which);
-    const std::string beginning = mayBeginIdentifier(which) ? text::lowercase(which) : std::string();
     std::vector<const Workspace*> named, begun;
     for (const Workspace& workspace : workspaces) {
         if (id && workspace.id == *id) return {&workspace};
         if (text::equalIgnoringCase(workspace.name, which)) named.push_back(&workspace);
-        if (!beginning.empty() && workspace.id.lower().starts_with(beginning)) begun.push_back(&workspace);
+        if (which.size() >= fewestOfIdentifier && begins(workspace, which)) begun.push_back(&workspace);
     }
     return named.empty() ? begun : named;
 }
@@ -50,12 +49,17 @@ std::vector<std::string> namesOf(std::span<const Workspace> workspaces) {
     return names;
 }
 
-std::unexpected<Failure> unknown(std::string_view which, std::span<const std::string> names) {
-    return failure("there is no workspace " + quotedName(which) + suggestion(which, names));
+std::unexpected<Failure> unknown(std::string_view which, std::span<const Workspace> workspaces) {
+    const bool beginsOne = std::ranges::any_of(
+        workspaces, [which](const Workspace& workspace) { return begins(workspace, which); });
+    const std::string hint =
+        beginsOne ? fmt::format("; of an identifier give {} characters at least", fewestOfIdentifier)
+                  : suggestion(which, namesOf(workspaces));
+    return failure("there is no workspace " + quotedName(which) + hint);
 }
 
 Result<std::vector<Workspace>, Failure> workspacesOf(CommandContext& context, WorkspaceScanResult found) {
-    for (const WorkspaceLoadIssue& issue : found.issues) context.output.complain(printable(issue.text()));
+    complainOf(context, found);
     if (found.failure) return failure(printable(found.failure->text));
     return std::move(found.workspaces);
 }
@@ -87,6 +91,11 @@ void noteProvenance(CommandContext& context, const Result<void>& noted) {
                             printable(noted.error().text));
 }
 
+void complainOf(CommandContext& context, const WorkspaceScanResult& found) {
+    for (const WorkspaceLoadIssue& issue : found.issues) context.output.complain(printable(issue.text()));
+    for (const std::string& file : found.moved) context.output.complain(printable(file));
+}
+
 Result<std::vector<Workspace>, Failure> scan(CommandContext& context) {
     return workspacesOf(context, context.store.scan());
 }
@@ -97,7 +106,7 @@ Result<std::vector<Workspace>, Failure> scanHistory(CommandContext& context) {
 
 Result<Workspace, Failure> find(std::span<const Workspace> workspaces, std::string_view which) {
     const std::vector<const Workspace*> known = knownAs(which, workspaces);
-    if (known.empty()) return unknown(which, namesOf(workspaces));
+    if (known.empty()) return unknown(which, workspaces);
     if (known.size() > 1) return std::unexpected(ambiguous(which, known));
     return *known.front();
 }
@@ -114,7 +123,7 @@ Result<Found, Failure> findWithHistory(CommandContext& context, std::string_view
         Result<std::vector<Workspace>, Failure> sessions = scanHistory(context);
         if (sessions && knownAs(which, *sessions).empty()) {
             workspaces->insert(workspaces->end(), sessions->begin(), sessions->end());
-            return unknown(which, namesOf(*workspaces));
+            return unknown(which, *workspaces);
         }
         workspaces = std::move(sessions);
     }

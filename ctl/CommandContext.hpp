@@ -42,8 +42,11 @@ AppSettings settingsFor(CommandContext& context, const Arguments& arguments);
 /// Complains where it could not be noted where a workspace comes from: restoring it will ask.
 void noteProvenance(CommandContext& context, const Result<void>& noted);
 
-/// The workspaces of the library, and the sessions of the history. What is wrong with files of theirs goes to
-/// standard error; a directory that cannot be listed is a failure.
+/// Says on standard error what is wrong with files, and which were renamed or removed.
+void complainOf(CommandContext& context, const WorkspaceScanResult& found);
+
+/// The workspaces of the library, and the sessions of the history, complainOf() included; a directory that
+/// cannot be listed is a failure.
 Result<std::vector<Workspace>, Failure> scan(CommandContext& context);
 Result<std::vector<Workspace>, Failure> scanHistory(CommandContext& context);
 

@@ -1,10 +1,13 @@
 #include "ctl/CommandLine.hpp"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cstdlib>
 #include <iostream>
+#include <regex>
 #include <span>
 
 #include "ctl/HumanText.hpp"
@@ -24,6 +27,9 @@ constexpr const char* closing =
     "Exit status: 0 done, 1 failed, 2 usage, 3 done in part (something was skipped or failed),\n"
     "4 the windows of other applications may not be read, 5 plan --exit-code found something to do,\n"
     "130 cancelled. See quilloctl(1).";
+
+constexpr const char* desktopVariable = "QUILLO_DESKTOP";
+constexpr const char* dataDirectoryVariable = "QUILLO_DATA_DIR";
 
 /// Adds commands that share one Invocation.
 class CommandSet {
@@ -63,16 +69,19 @@ class CommandSet {
 };
 
 void addGlobalOptions(CLI::App& app, Arguments& arguments) {
-    app.add_option("--desktop", arguments.desktop,
-                   fmt::format("the desktop to use: {}, or simulated:FILE for a scene", systemDesktopName))
-        ->envname("QUILLO_DESKTOP");
+    app.add_option(
+           "--desktop", arguments.desktop,
+           fmt::format("the desktop to use: {}, or simulated:FILE for a scene; as {} says unless given",
+                       systemDesktopName, desktopVariable))
+        ->type_name("DESKTOP");
     // A script's variable that is not set must not mean the person's own workspaces.
     const auto named = [](const std::string& folder) {
         return std::string(folder.empty() ? "no folder is named" : "");
     };
-    app.add_option("--data-dir", arguments.dataDirectory, "where workspaces are kept")
-        ->check(named, "")
-        ->envname("QUILLO_DATA_DIR");
+    app.add_option("--data-dir", arguments.dataDirectory,
+                   fmt::format("where workspaces are kept; as {} says unless given", dataDirectoryVariable))
+        ->type_name("DIR")
+        ->check(named, "");
     app.add_flag("--json", arguments.json, "print one JSON value a line");
     app.add_flag("-q,--quiet", arguments.quiet,
                  "say nothing of what went well; results that were asked for stay");
@@ -80,6 +89,14 @@ void addGlobalOptions(CLI::App& app, Arguments& arguments) {
                  "write what a command changed on a simulated desktop back to its scene FILE");
     app.set_help_flag("-h,--help", "print this help");
     app.set_version_flag("--version", fmt::format("quilloctl {}", versionWithCommit()), "print the version");
+}
+
+/// What the command line leaves open. Not by the library, which would not tell where a value is from.
+void takeVariable(const char* variable, std::string& value, std::string& isFrom) {
+    const char* set = std::getenv(variable);
+    if (!value.empty() || set == nullptr || *set == '\0') return;
+    value = set;
+    isFrom = variable;
 }
 
 void addAdapters(CLI::App* command, Arguments& arguments) {
@@ -246,17 +263,52 @@ std::string suggestionFor(const std::string& typed, const CLI::App& app, const C
     return suggestion(typed, names);
 }
 
+/// Of the commands that were understood.
+const CLI::App& lastCommand(const CLI::App& app) {
+    const CLI::App* last = &app;
+    while (!last->get_subcommands().empty()) last = last->get_subcommands().front();
+    return *last;
+}
+
+/// " launcher add", as it is typed behind the program's name.
+std::string pathOf(const CLI::App& command) {
+    const CLI::App* parent = command.get_parent();
+    return parent == nullptr ? "" : pathOf(*parent) + " " + command.get_name();
+}
+
+/// "W and NAME are required", of all that the command needs and did not get.
+std::string missingArguments(const CLI::App& command) {
+    std::vector<std::string> missing;
+    for (const CLI::Option* option : command.get_options()) {
+        const bool isNeeded = option->get_required() || option->get_name() == "FILE";  // also of export
+        if (option->get_positional() && isNeeded && option->count() == 0)
+            missing.push_back(option->get_name());
+    }
+    return fmt::format("{} {} required", fmt::join(missing, " and "), missing.size() == 1 ? "is" : "are");
+}
+
 /// What is wrong with the line, in our words where the library's would not name the culprit.
 std::string complaint(const CLI::App& app, const CLI::ParseError& error) {
-    const CLI::App* last = &app;  // of the commands that were understood
-    while (!last->get_subcommands().empty()) last = last->get_subcommands().front();
-    const bool commandIsMissing = !last->get_subcommands([](const CLI::App*) { return true; }).empty();
+    const CLI::App& last = lastCommand(app);
+    const bool commandIsMissing = !last.get_subcommands([](const CLI::App*) { return true; }).empty();
     const std::vector<std::string> unknown = app.remaining(true);
-    const std::string nearest = unknown.empty() ? "" : suggestionFor(unknown.front(), app, *last);
-    if (!commandIsMissing) return printable(error.what()) + nearest;
-    const std::string family = last == &app ? "" : last->get_name() + ": ";
-    if (unknown.empty()) return family + "a command is required";
-    return family + "there is no command or option " + quotedName(unknown.front()) + nearest;
+    const std::string nearest = unknown.empty() ? "" : suggestionFor(unknown.front(), app, last);
+    const std::string about = &last == &app ? "" : pathOf(last).substr(1) + ": ";
+    const auto kind = static_cast<CLI::ExitCodes>(error.get_exit_code());  // its name may be a command's
+    if (kind == CLI::ExitCodes::ArgumentMismatch) {                        // "--only: 1 required APP missing"
+        static const std::regex withoutValue("(-[^:]*): 1 required ([^: ]*).* missing");
+        if (std::cmatch found; std::regex_match(error.what(), found, withoutValue))
+            return fmt::format("{}: no {} is given", found.str(1), found.str(2));
+    }
+    if (commandIsMissing && unknown.empty()) return about + "a command is required";
+    if (commandIsMissing)
+        return about + "there is no command or option " + quotedName(unknown.front()) + nearest;
+    const bool isOption = !unknown.empty() && unknown.front().starts_with('-');
+    const bool isIncomplete = kind == CLI::ExitCodes::RequiredError;
+    if (isIncomplete && !isOption) return about + missingArguments(last);
+    if (!isIncomplete && kind != CLI::ExitCodes::ExtrasError) return printable(error.what());
+    return about + (isOption ? "there is no option " : "too many arguments, beginning with ") +
+           quotedName(unknown.front()) + nearest;
 }
 
 /// help COMMAND...: what the command's own --help prints.
@@ -319,13 +371,17 @@ std::expected<Invocation, Exit> parseCommandLine(int argumentCount, const char* 
             app.exit(error, std::cout, std::cerr);
             return std::unexpected(Exit::done);
         }
-        std::cerr << "quilloctl: " << complaint(app, error) << "\nSee quilloctl --help.\n";
+        std::cerr << "quilloctl: " << complaint(app, error) << "\nSee quilloctl" << pathOf(lastCommand(app))
+                  << " --help.\n";
         return std::unexpected(Exit::usage);
     }
     if (help->parsed()) {
         app.clear();  // else the help for all is that of the command that was given: of "help"
         return std::unexpected(printHelp(app, topic));
     }
+    Arguments& parsed = invocation.arguments;
+    takeVariable(desktopVariable, parsed.desktop, parsed.desktopIsFrom);
+    takeVariable(dataDirectoryVariable, parsed.dataDirectory, parsed.dataDirectoryIsFrom);
     return invocation;
 }
 

@@ -7,9 +7,13 @@ namespace quillo::ctl {
 
 using Command = CommandResult (*)(CommandContext&, const Arguments&);
 
-/// The line that ends a command which changed the library: what happened and the workspace's name, or its
-/// summary as `list` gives it.
-CommandResult reportSaved(CommandContext& context, std::string_view whatHappened, const Workspace& workspace);
+/// The line that ends a command which changed the library: what happened, the workspace's name and what
+/// stands `behind` it, or its summary as `list` gives it.
+CommandResult reportSaved(CommandContext& context, std::string_view whatHappened, const Workspace& workspace,
+                          std::string_view behind = {});
+/// A workspace's document with its identifier as everything here prints it: in lower case. (A file of the
+/// library has it in capitals; whoever reads one takes either.)
+Result<std::string> documentOf(const Workspace& workspace);
 
 /// What `list` gives; people get `none` where there are none.
 CommandResult printList(Output& output, std::span<const Workspace> workspaces, bool isLong,

@@ -2,6 +2,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include <algorithm>
 #include <random>
 
 #include "WindowEngine/capture/Capture.hpp"
@@ -165,13 +166,20 @@ void examineLaunchers(Examination& examination, CommandContext& context, Desktop
 }
 
 void examineStore(Examination& examination, CommandContext& context) {
-    const WorkspaceScanResult library = context.store.scan();
+    const WorkspaceScanResult library = context.store.scan(), history = context.history.scan();
+    std::int64_t damaged = 0;
+    for (const WorkspaceScanResult* found : {&library, &history}) {
+        complainOf(context, *found);
+        damaged += std::ranges::count(found->issues, WorkspaceLoadIssue::Kind::unreadable,
+                                      &WorkspaceLoadIssue::kind);
+    }
     examination.tell("data directory", context.dataDirectory.string());
     examination.tell("workspaces", library.workspaces.size());
-    examination.tell("sessions", context.history.list().size());
-    examination.tell("damaged files", library.issues.size());
+    examination.tell("sessions", history.workspaces.size());
+    examination.tell("damaged files", static_cast<std::size_t>(damaged));
     examination.tell("damaged versions", context.store.damagedFiles());
     if (library.failure) examination.tell("library", library.failure->text);
+    if (history.failure) examination.tell("history", history.failure->text);
     examination.tell("log", context.logPlace);
 }
 
@@ -206,6 +214,9 @@ Result<Captured, Failure> captureDesktop(CommandContext& context, const Argument
 
 std::string reportCaptured(CommandContext& context, const Captured& captured) {
     const WorkspaceSnapshot& snapshot = captured.snapshot;
+    if (snapshot.applications.empty())
+        context.output.complain(
+            "nothing is open that a save records, so a restore of this brings nothing back");
     for (const std::string& warning : captured.warnings) context.output.complain(warning);
     for (const std::string& note : snapshot.notes.value_or(std::vector<std::string>{})) {
         context.output.complain(printable(note));

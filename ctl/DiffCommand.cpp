@@ -114,7 +114,8 @@ void compareOthers(Differences& differences, DesktopAccess& desktop, const Works
                    const Capture::Options& options) {
     Applications& applications = desktop.platform.applications;
     const auto neverSaved = Capture::neverSaved(applications, options);
-    for (const RunningApplication& other : Restore::cleanSlateTargets(applications, workspace)) {
+    for (const RunningApplication& other :
+         Restore::cleanSlateTargets(applications, Restore::identifiersOf(workspace))) {
         if (neverSaved(*other.bundleIdentifier)) continue;
         for (const LiveWindow& window : Accessibility::windows(desktop, other.pid, true))
             differences.extra(other.localizedName.value_or(*other.bundleIdentifier), *other.bundleIdentifier,
@@ -131,7 +132,7 @@ CommandResult compare(CommandContext& context, const Arguments& arguments) {
         return std::unexpected(kept.error());
     const Result<std::unique_ptr<DesktopConnection>, Failure> desktop = openTrustedDesktop(context);
     if (!desktop) return std::unexpected(desktop.error());
-    Restore::Options options = restoreOptions(context, workspace, arguments);
+    Restore::Options options = restoreOptions(context, whole, arguments);
     options.limited = false;  // nothing is opened
     DesktopAccess& access = (*desktop)->access();
     const std::optional<RestorePreview> preview =

@@ -17,6 +17,7 @@ namespace {
 struct Export {
     Workspace workspace;
     std::filesystem::path file;
+    std::string shown;  // the file, as the person named it
     std::string document;
 };
 
@@ -36,6 +37,10 @@ Result<std::vector<Export>, Failure> plannedExports(CommandContext& context, con
     if (!target) return std::unexpected(target.error());
     std::error_code trouble;
     const bool isFolder = std::filesystem::is_directory(*target, trouble);
+    const std::filesystem::path typed = arguments.file, folder = typed.parent_path();
+    if (arguments.file != standardStream && !isFolder && !folder.empty() &&
+        !std::filesystem::is_directory(folder, trouble))
+        return failure("FILE: there is no folder " + quotedName(folder.string()));
     if (arguments.workspaces.size() > 1 && !isFolder)
         return failure(
             "FILE: several workspaces go into a folder, and " + printable(arguments.file) + " is none",
@@ -44,12 +49,15 @@ Result<std::vector<Export>, Failure> plannedExports(CommandContext& context, con
     for (const std::string& which : arguments.workspaces) {
         Result<Found, Failure> found = findWithHistory(context, which);
         if (!found) return std::unexpected(found.error());
-        Result<std::string> document = WorkspaceCoding::encode(found->workspace);
+        Result<std::string> document = documentOf(found->workspace);
         if (!document) return couldNot("export " + quotedName(found->workspace.name), document.error());
-        std::filesystem::path file = isFolder ? *target / nameOfFile(found->workspace) : *target;
+        const std::string name = isFolder ? nameOfFile(found->workspace) : "";
+        std::filesystem::path file = isFolder ? *target / name : *target;
         if (std::ranges::find(exports, file, &Export::file) != exports.end())
             return failure(printable(file.string()) + ": two workspaces would go into this file");
-        exports.push_back({std::move(found->workspace), std::move(file), *std::move(document)});
+        std::string shown = quotedName((isFolder ? typed / name : typed).string());
+        exports.push_back(
+            {std::move(found->workspace), std::move(file), std::move(shown), *std::move(document)});
     }
     return exports;
 }
@@ -70,7 +78,7 @@ CommandResult exportWorkspaces(CommandContext& context, const Arguments& argumen
     for (const Export& one : *exports) {
         if (const Result<void> written = writeAtomically(context.files, one.file, one.document); !written)
             return couldNot("export " + quotedName(one.workspace.name), written.error());
-        (void)reportSaved(context, "Exported", one.workspace);
+        (void)reportSaved(context, "Exported", one.workspace, " to " + one.shown);
     }
     return Exit::done;
 }

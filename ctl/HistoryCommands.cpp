@@ -24,7 +24,7 @@ CommandResult saveToHistory(CommandContext& context, const Arguments& arguments)
         line.add("saved", *saved);
         context.output.value(std::move(line));
     } else {
-        context.output.done(*saved ? "Saved " + what + " as " + latest->name
+        context.output.done(*saved ? "Saved " + what + " as " + quotedName(latest->name)
                                    : "Unchanged since " + dateText(latest->updatedAt) + ": " + what);
     }
     return Exit::done;

@@ -29,11 +29,25 @@ icu::Locale dateLocale() {
     return icu::Locale::getRoot();
 }
 
+std::string formatted(const icu::DateFormat* format, Instant instant) {
+    if (format == nullptr) return formatInstant(instant);
+    icu::UnicodeString text;
+    format->format(std::chrono::duration<double, std::milli>(instant.time_since_epoch()).count(), text);
+    std::string result;
+    text.toUTF8String(result);
+    return result;
+}
+
 }  // namespace
+
+std::string listedName(std::string_view name) {
+    const bool seen = !name.empty() && text::trim(name) == name && !name.contains('"');
+    return seen ? printable(name) : quotedName(name);
+}
 
 std::string quotedName(std::string_view name) {
     std::string shown = printable(name);
-    if (!name.empty() && text::trim(name) == name && !name.contains('"')) return shown;
+    if (!name.empty() && name.find_first_of(" \t\n\"") == name.npos && text::trim(name) == name) return shown;
     for (std::size_t mark = 0; (mark = shown.find('"', mark)) != std::string::npos; mark += 2)
         shown.insert(mark, 1, '\\');
     return '"' + shown + '"';
@@ -71,12 +85,13 @@ std::string counted(std::int64_t count, std::string_view noun, std::string_view 
 std::string dateText(Instant instant) {
     static const std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createDateTimeInstance(
         icu::DateFormat::kMediumRelative, icu::DateFormat::kShort, dateLocale()));
-    if (!format) return formatInstant(instant);
-    icu::UnicodeString text;
-    format->format(std::chrono::duration<double, std::milli>(instant.time_since_epoch()).count(), text);
-    std::string result;
-    text.toUTF8String(result);
-    return result;
+    return formatted(format.get(), instant);
+}
+
+std::string dayText(Instant instant) {
+    static const std::unique_ptr<icu::DateFormat> format(
+        icu::DateFormat::createDateInstance(icu::DateFormat::kShort, dateLocale()));
+    return formatted(format.get(), instant);
 }
 
 std::string frameText(const Rect& frame) {

@@ -22,16 +22,20 @@ constexpr char over = 0;  // any other message is the number of a signal
 constexpr int patienceMilliseconds = 1000;
 
 std::atomic<int> lastSignal{0};
+bool isEchoed = false;  // a terminal shows ^C, and nothing behind it
 
 void send(char message) {
-    const int before = errno;
     [[maybe_unused]] const ssize_t sent = write(channel[1], &message, 1);
-    errno = before;
 }
 
 void handle(int signal) {
+    const int before = errno;
     lastSignal = signal;
+    if (signal == SIGINT && isEchoed) {
+        [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, "\n", 1);
+    }
     send(static_cast<char>(signal));
+    errno = before;
 }
 
 void setHandlers(void (*handler)(int)) {
@@ -66,6 +70,7 @@ Interrupt::Interrupt(Executor& executor, std::function<void()> cancel)
     : cancel_(std::make_shared<std::function<void()>>(std::move(cancel))) {
     if (pipe(channel.data()) != 0) throw std::system_error(errno, std::generic_category(), "pipe");
     for (const int end : channel) fcntl(end, F_SETFD, FD_CLOEXEC);
+    isEchoed = isatty(STDERR_FILENO) != 0;
     reader_ = std::thread([&executor, cancel = std::weak_ptr(cancel_)] {
         while (const char signal = receive()) {
             executor.post([cancel] {

@@ -2,6 +2,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <set>
 #include <span>
 
 #include "WindowEngine/records/WorkspaceCoding.hpp"
@@ -17,25 +18,51 @@ std::int64_t applicationCount(const Workspace& workspace) {
     return static_cast<std::int64_t>(workspace.snapshot.applications.size());
 }
 
-void printTable(Output& output, std::span<const Workspace> workspaces, bool isLong) {
-    std::vector<std::string> header{"NAME", "WINDOWS", "APPLICATIONS", "SAVED", "RESTORED"};
-    if (isLong) header.insert(header.end(), {"DISPLAYS", "DESKTOPS", "CREATED", "IDENTIFIER"});
-    Table table(std::move(header));
-    for (const Workspace& workspace : workspaces) {
-        const std::string restored = workspace.lastRestoredAt ? dateText(*workspace.lastRestoredAt) : "never";
-        std::vector<Cell> row{{quotedName(workspace.name), Style::bold},
-                              {std::to_string(workspace.snapshot.windowCount())},
-                              {std::to_string(applicationCount(workspace))},
-                              {dateText(workspace.updatedAt)},
-                              {restored, workspace.lastRestoredAt ? Style::plain : Style::dim}};
-        if (isLong) {
-            row.push_back({std::to_string(workspace.snapshot.displays.size())});
-            row.push_back({std::to_string(workspace.snapshot.desktopCount())});
-            row.push_back({dateText(workspace.createdAt)});
-            row.push_back({workspace.id.lower(), Style::dim});
-        }
-        table.row(std::move(row));
-    }
+Cell restored(const Workspace& workspace, std::string (*shown)(Instant)) {
+    if (!workspace.lastRestoredAt) return {"never", Style::dim};
+    return {shown(*workspace.lastRestoredAt)};
+}
+
+void printTable(Output& output, std::span<const Workspace> workspaces) {
+    Table table({"NAME", "WINDOWS", "APPLICATIONS", "SAVED", "RESTORED"});
+    for (const Workspace& workspace : workspaces)
+        table.row({{listedName(workspace.name), Style::bold},
+                   {std::to_string(workspace.snapshot.windowCount())},
+                   {std::to_string(applicationCount(workspace))},
+                   {dateText(workspace.updatedAt)},
+                   restored(workspace, dateText)});
+    table.print(output);
+}
+
+/// How much of the identifiers a row of `width` columns has place for: all, or as many characters as tell
+/// them apart, by which a workspace is found as well.
+std::size_t identifierLength(std::span<const Workspace> workspaces, std::size_t width) {
+    constexpr std::size_t whole = 36, shortest = 8, roomForWhole = 110;
+    if (width == 0 || width >= roomForWhole) return whole;
+    const auto tellApart = [&](std::size_t length) {
+        std::set<std::string> beginnings;
+        for (const Workspace& one : workspaces) beginnings.insert(one.id.lower().substr(0, length));
+        return beginnings.size() == workspaces.size();
+    };
+    std::size_t length = shortest;
+    while (length < whole && !tellApart(length)) ++length;
+    return length;
+}
+
+/// Of columns so narrow that a terminal's usual 80 leave some for the name.
+void printLongTable(Output& output, std::span<const Workspace> workspaces) {
+    Table table({"NAME", "WIN", "APP", "DISP", "DESK", "SAVED", "RESTORED", "CREATED", "IDENTIFIER"});
+    const std::size_t length = identifierLength(workspaces, output.width());
+    for (const Workspace& workspace : workspaces)
+        table.row({{listedName(workspace.name), Style::bold},
+                   {std::to_string(workspace.snapshot.windowCount())},
+                   {std::to_string(applicationCount(workspace))},
+                   {std::to_string(workspace.snapshot.displays.size())},
+                   {std::to_string(workspace.snapshot.desktopCount())},
+                   {dayText(workspace.updatedAt)},
+                   restored(workspace, dayText),
+                   {dayText(workspace.createdAt)},
+                   {workspace.id.lower().substr(0, length), Style::dim}});
     table.print(output);
 }
 
@@ -83,15 +110,15 @@ void printWorkspace(Output& output, const Workspace& workspace) {
     }
 }
 
-/// A document writes its own identifier in capitals; what we print has one spelling.
-std::string withIdentifierAsElsewhere(std::string document, const Uuid& id) {
-    const std::string written = id.upper();
-    if (const auto place = document.find(written); place != std::string::npos)
-        document.replace(place, written.size(), id.lower());
+}  // namespace
+
+Result<std::string> documentOf(const Workspace& workspace) {
+    Result<std::string> document = WorkspaceCoding::encode(workspace);
+    const std::string written = '"' + workspace.id.upper() + '"';
+    if (const auto place = document ? document->find(written) : std::string::npos; place != std::string::npos)
+        document->replace(place, written.size(), '"' + workspace.id.lower() + '"');
     return document;
 }
-
-}  // namespace
 
 JsonLine summary(const Workspace& workspace) {
     JsonLine line;
@@ -118,7 +145,7 @@ CommandResult printList(Output& output, std::span<const Workspace> workspaces, b
     } else if (workspaces.empty()) {
         output.line(none);
     } else {
-        printTable(output, workspaces, isLong);
+        (isLong ? printLongTable : printTable)(output, workspaces);
     }
     return Exit::done;
 }
@@ -138,9 +165,9 @@ CommandResult showWorkspace(CommandContext& context, const Arguments& arguments)
         printWorkspace(context.output, workspace);
         return Exit::done;
     }
-    const Result<std::string> document = WorkspaceCoding::encode(workspace);
-    if (!document) return couldNot("show " + printable(workspace.name), document.error());
-    context.output.line(withIdentifierAsElsewhere(onOneLine(*document), workspace.id));
+    const Result<std::string> document = documentOf(workspace);
+    if (!document) return couldNot("show " + quotedName(workspace.name), document.error());
+    context.output.line(onOneLine(*document));
     return Exit::done;
 }
 
@@ -168,8 +195,10 @@ CommandResult duplicateWorkspace(CommandContext& context, const Arguments& argum
     if (!workspaces) return std::unexpected(workspaces.error());
     const Result<Workspace, Failure> source = find(*workspaces, arguments.workspace);
     if (!source) return std::unexpected(source.error());
-    const Result<Workspace> copy =
-        context.store.saveAsNew(source->importedCopy(source->name + " copy", now()), *workspaces);
+    Workspace made = source->importedCopy(source->name + " copy", now());
+    made.cleanSlate =
+        source->cleanSlate;  // a stranger's choice it is not: the copy is as known as the source
+    const Result<Workspace> copy = context.store.saveAsNew(std::move(made), *workspaces);
     if (!copy) return couldNot("duplicate " + quotedName(source->name), copy.error());
     noteProvenance(context, context.known.madeFrom(*source, *copy));
     return reportSaved(context, "Duplicated " + quotedName(source->name) + " as", *copy);
@@ -194,12 +223,12 @@ CommandResult deleteWorkspaces(CommandContext& context, const Arguments& argumen
     return Exit::done;
 }
 
-CommandResult reportSaved(CommandContext& context, std::string_view whatHappened,
-                          const Workspace& workspace) {
+CommandResult reportSaved(CommandContext& context, std::string_view whatHappened, const Workspace& workspace,
+                          std::string_view behind) {
     if (context.output.json()) {
         context.output.value(summary(workspace));
     } else {
-        context.output.done(fmt::format("{} {}", whatHappened, quotedName(workspace.name)));
+        context.output.done(fmt::format("{} {}{}", whatHappened, quotedName(workspace.name), behind));
     }
     return Exit::done;
 }

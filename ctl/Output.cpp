@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
@@ -50,6 +51,13 @@ std::string_view escape(Style style) {
             return "\x1b[31m";
     }
     return "";
+}
+
+/// What comes after a question that was left with Ctrl-C begins a line of its own.
+void endLineAndProgram(int signal) {
+    [[maybe_unused]] const ssize_t written = ::write(STDOUT_FILENO, "\n", 1);
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);
 }
 
 bool put(std::FILE* stream, std::string_view text) {
@@ -123,9 +131,12 @@ bool Output::confirmed(std::string_view question) {
     put(stdout, question);
     put(stdout, " [y/N] ");
     std::fflush(stdout);
+    const auto before = std::signal(SIGINT, endLineAndProgram);
     std::string answer;
-    return std::getline(std::cin, answer) &&
-           (text::equalIgnoringCase(answer, "y") || text::equalIgnoringCase(answer, "yes"));
+    const bool answered = static_cast<bool>(std::getline(std::cin, answer));
+    std::signal(SIGINT, before);
+    if (!answered) put(stdout, "\n");
+    return answered && (text::equalIgnoringCase(answer, "y") || text::equalIgnoringCase(answer, "yes"));
 }
 
 std::string Output::painted(Style style, std::string_view text) const {

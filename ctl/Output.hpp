@@ -36,10 +36,11 @@ class Output {
 
     /// Whether somebody is there to answer: both streams are a terminal's, and text is wanted.
     bool canAsk() const;
-    /// Puts a question that Return, or the end of input, answers with no.
+    /// Puts a question that Return, or the end of input, answers with no. Ctrl-C ends the program, as the
+    /// system does it.
     bool confirmed(std::string_view question);
 
-    /// Colours only on a terminal, and not where NO_COLOR is set.
+    /// Colours only on a terminal, and not where NO_COLOR is set to anything.
     std::string painted(Style style, std::string_view text) const;
 
     /// Whoever read standard output has had enough.

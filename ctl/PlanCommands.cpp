@@ -19,7 +19,7 @@ void printProvenance(CommandContext& context, const Workspace& workspace) {
         return;
     }
     context.output.line(context.output.painted(
-        Style::warning, printable(workspace.name) + " was not saved on this computer; " +
+        Style::warning, quotedName(workspace.name) + " was not saved on this computer; " +
                             (agreed ? "you agreed to restore it" : "restore asks first")));
 }
 
@@ -34,7 +34,7 @@ CommandResult planRestore(CommandContext& context, const Arguments& arguments) {
         return std::unexpected(kept.error());
     const Result<std::unique_ptr<DesktopConnection>, Failure> desktop = openTrustedDesktop(context);
     if (!desktop) return std::unexpected(desktop.error());
-    Restore::Options options = restoreOptions(context, workspace, arguments);
+    Restore::Options options = restoreOptions(context, whole, arguments);
     context.known.permit(whole, true, options);
     DesktopAccess& access = (*desktop)->access();
     const std::optional<RestorePreview> plan =
@@ -42,7 +42,7 @@ CommandResult planRestore(CommandContext& context, const Arguments& arguments) {
     if (!plan) return failure("cancelled", Exit::cancelled);
     Applications& applications = access.platform.applications;
     printProvenance(context, whole);
-    const std::int64_t others = printCleanSlate(context.output, applications, workspace,
+    const std::int64_t others = printCleanSlate(context.output, applications, whole,
                                                 options.cleanSlate.value_or(CleanSlateMode::keep));
     for (const RestoreReport::Item& item : plan->scope->leftOut) printLeftOut(context.output, item);
     printPlan(context.output, *plan, applications.notInstalled());

@@ -101,7 +101,8 @@ void printLeftOut(Output& output, const RestoreReport::Item& item) {
 std::int64_t printCleanSlate(Output& output, Applications& applications, const Workspace& workspace,
                              CleanSlateMode mode) {
     if (mode == CleanSlateMode::keep) return 0;
-    const std::vector<RunningApplication> targets = Restore::cleanSlateTargets(applications, workspace);
+    const std::vector<RunningApplication> targets =
+        Restore::cleanSlateTargets(applications, Restore::identifiersOf(workspace));
     for (const RunningApplication& target : targets) {
         const std::string name = target.localizedName.value_or(*target.bundleIdentifier);
         if (output.json()) {

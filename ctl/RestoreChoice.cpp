@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "WindowEngine/restore/CleanSlate.hpp"
 #include "WindowEngine/support/Text.hpp"
 #include "ctl/HumanText.hpp"
 #include "ctl/NearestName.hpp"
@@ -47,7 +48,8 @@ std::optional<CleanSlateMode> chosenCleanSlate(const Workspace& workspace, const
 Restore::Options restoreOptions(CommandContext& context, const Workspace& workspace,
                                 const Arguments& arguments) {
     return {.cleanSlate = chosenCleanSlate(workspace, arguments),
-            .enabledAdapters = settingsFor(context, arguments).enabledAdapters};
+            .enabledAdapters = settingsFor(context, arguments).enabledAdapters,
+            .kept = Restore::identifiersOf(workspace)};
 }
 
 }  // namespace quillo::ctl

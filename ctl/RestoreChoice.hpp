@@ -13,6 +13,7 @@ Result<void, Failure> keepOnly(Workspace& workspace, const std::vector<std::stri
 /// no others unless it is asked to.
 std::optional<CleanSlateMode> chosenCleanSlate(const Workspace& workspace, const Arguments& arguments);
 
+/// Of the whole workspace: what --only leaves out of it is still no other application.
 Restore::Options restoreOptions(CommandContext& context, const Workspace& workspace,
                                 const Arguments& arguments);
 

@@ -31,10 +31,10 @@ bool noteRestored(CommandContext& context, const Uuid& id) {
 std::string words(ReasonToAsk reason, const Workspace& workspace) {
     switch (reason) {
         case ReasonToAsk::notSavedHere:
-            return printable(workspace.name) + " was not saved on this computer";
+            return quotedName(workspace.name) + " was not saved on this computer";
         case ReasonToAsk::beyondLimits:
             return fmt::format("{} holds more than {} windows and documents of one application or {} in all",
-                               printable(workspace.name), Restore::mostOfOneApplication, Restore::mostInAll);
+                               quotedName(workspace.name), Restore::mostOfOneApplication, Restore::mostInAll);
     }
     return {};
 }
@@ -56,7 +56,8 @@ void printConsequences(Output& output, const Consequences& consequences) {
 }
 
 /// Shows what a restore of the part that was asked for would do, and asks.
-Result<void, Failure> askPerson(CommandContext& context, DesktopConnection& desktop, const Workspace& part,
+Result<void, Failure> askPerson(CommandContext& context, DesktopConnection& desktop,
+                                const Workspace& workspace, const Workspace& part,
                                 const Restore::Options& options, const std::string& reason) {
     if (!context.output.canAsk()) {
         return failure(reason + "; look at it with plan, then give --yes to restore it");
@@ -67,7 +68,7 @@ Result<void, Failure> askPerson(CommandContext& context, DesktopConnection& desk
     if (!preview) return failure("cancelled", Exit::cancelled);
     context.output.line(reason + ". Restoring it would do this:");
     printConsequences(context.output,
-                      Restore::consequences(access.platform.applications, *preview, part,
+                      Restore::consequences(access.platform.applications, *preview, workspace,
                                             options.cleanSlate.value_or(CleanSlateMode::keep)));
     if (!context.output.confirmed("Restore it?")) return failure("cancelled", Exit::cancelled);
     return {};
@@ -81,7 +82,8 @@ Result<void, Failure> consent(CommandContext& context, DesktopConnection& deskto
     context.known.permit(workspace, reason.has_value(), options);
     if (!reason) return {};
     if (!arguments.yes) {
-        Result<void, Failure> asked = askPerson(context, desktop, part, options, words(*reason, workspace));
+        Result<void, Failure> asked =
+            askPerson(context, desktop, workspace, part, options, words(*reason, workspace));
         if (!asked) return asked;
     }
     if (isAllOfIt(workspace, arguments)) noteProvenance(context, context.known.agreed(workspace));
@@ -105,7 +107,7 @@ CommandResult restoreWorkspace(CommandContext& context, const Arguments& argumen
                   std::chrono::duration_cast<Duration>(std::chrono::duration<double>(arguments.waitLimit)))
             : openTrustedDesktop(context);
     if (!desktop) return std::unexpected(desktop.error());
-    Restore::Options options = restoreOptions(context, workspace, arguments);
+    Restore::Options options = restoreOptions(context, whole, arguments);
     if (const Result<void, Failure> agreed =
             consent(context, **desktop, whole, workspace, options, arguments);
         !agreed) {

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cctype>
 
 #include "WindowEngine/restore/RestoreWords.hpp"
 #include "ctl/ChangeText.hpp"
@@ -40,10 +41,33 @@ bool stoodRight(const RestoreReport::Item& item) {
     return item.change && item.change->none();
 }
 
-/// "in place", "restored", "skipped: not installed".
+/// Its line says "in place", and not "restored".
+bool saysInPlace(const RestoreReport::Item& item) {
+    return stoodRight(item) && outcomeOf(item.status).verdict == Verdict::back;
+}
+
+/// "in place", "restored", "skipped: not installed", "hidden".
 std::string words(const RestoreReport::Item& item) {
-    const bool inPlace = stoodRight(item) && outcomeOf(item.status).verdict == Verdict::back;
-    return inPlace ? "in place" : restoreWords(item.status);
+    if (saysInPlace(item)) return "in place";
+    std::string words = restoreWords(item.status);
+    // What a clean slate says begins with a capital, and stands inside a line here.
+    const std::string_view text = detailOf(item.status).text;
+    const bool isCapital = text == "Hidden" || text == "Quit" || text.starts_with("App ");
+    if (char& first = words[words.size() - text.size()]; isCapital)
+        first = static_cast<char>(std::tolower(static_cast<unsigned char>(first)));
+    return words;
+}
+
+/// The report's totals, with what stood right already apart from what was restored.
+std::string summary(const RestoreReport& report) {
+    RestoreReport others = report;
+    const auto inPlace = std::erase_if(others.items, saysInPlace);
+    const std::string totals = restoreSummary(others, true);
+    if (inPlace == 0) return totals;
+    const std::string_view none = "0 restored";  // which the totals begin with even so
+    const bool allInPlace = others.totals().restored == 0;
+    return fmt::format("{} in place{}{}", inPlace, allInPlace ? "" : " · ",
+                       allInPlace ? std::string_view(totals).substr(none.size()) : std::string_view(totals));
 }
 
 /// " (from → to)", or nothing.
@@ -132,10 +156,7 @@ void RestorePrinter::end(const RestoreReport& report) {
     if (output_.json()) {
         output_.value(totalJson(report));
     } else {
-        const std::int64_t inPlace = countInPlace(report);
-        output_.done(output_.painted(Style::bold, name_ + ending(report)) + ": " +
-                     restoreSummary(report, true) +
-                     (inPlace > 0 ? fmt::format(" · {} in place", inPlace) : "") +
+        output_.done(output_.painted(Style::bold, name_ + ending(report)) + ": " + summary(report) +
                      fmt::format(" · {:.1f} s", report.duration));
     }
 }

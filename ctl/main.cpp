@@ -33,8 +33,9 @@ std::optional<Failure> wrongDesktop(const Arguments& arguments) {
     const std::string& choice = arguments.desktop;
     const bool simulated = choice.starts_with(simulatedPrefix) && choice.size() > simulatedPrefix.size();
     if (!simulated && !choice.empty() && choice != systemDesktopName) {
-        return Failure{Exit::usage, fmt::format("--desktop: {} is neither {} nor simulated:FILE", choice,
-                                                systemDesktopName)};
+        return Failure{Exit::usage,
+                       fmt::format("{}: {} is neither {} nor simulated:FILE", arguments.desktopIsFrom,
+                                   quotedName(choice), systemDesktopName)};
     }
     if (arguments.keepScene && !simulated) {
         return Failure{Exit::usage, "--keep-scene: only a simulated desktop has a scene to keep"};
@@ -43,11 +44,11 @@ std::optional<Failure> wrongDesktop(const Arguments& arguments) {
 }
 
 /// What --data-dir may name: a folder, or one that is yet to be made.
-std::optional<Failure> wrongDataDirectory(const std::filesystem::path& directory) {
+std::optional<Failure> wrongDataDirectory(const std::filesystem::path& directory, const std::string& isFrom) {
     std::error_code trouble;
     const std::filesystem::file_status status = std::filesystem::status(directory, trouble);
     if (!std::filesystem::exists(status) || std::filesystem::is_directory(status)) return std::nullopt;
-    return Failure{Exit::failed, "--data-dir: " + printable(directory.string()) + " is no folder"};
+    return Failure{Exit::failed, isFrom + ": " + quotedName(directory.string()) + " is no folder"};
 }
 
 CommandResult runCommand(const Invocation& invocation, Output& output) {
@@ -60,7 +61,8 @@ CommandResult runCommand(const Invocation& invocation, Output& output) {
     const std::unique_ptr<SystemLayer> system = systemLayer(files, *directories);
     const std::filesystem::path data =
         arguments.dataDirectory.empty() ? directories->data : absolutePath(arguments.dataDirectory);
-    if (std::optional<Failure> wrong = wrongDataDirectory(data)) return std::unexpected(*std::move(wrong));
+    if (std::optional<Failure> wrong = wrongDataDirectory(data, arguments.dataDirectoryIsFrom))
+        return std::unexpected(*std::move(wrong));
     WorkspaceStore store(files, data / "workspaces");
     SessionHistory history(files, data / "sessions");
     KnownWorkspaces known(

@@ -23,12 +23,27 @@ std::size_t lengthOfScheme(std::string_view address) {
     return isPort ? 0 : colon + 1;
 }
 
+/// Of a name in the ASCII form of UTS 46, or a number. Underscores do occur.
+bool isHost(std::string_view host) {
+    constexpr std::string_view usual = "abcdefghijklmnopqrstuvwxyz0123456789-_.";
+    if (host.contains(':')) return host.find_first_not_of("0123456789abcdef:.") == host.npos;
+    const bool whole = !host.empty() && host.front() != '.' && !host.contains("..");
+    return whole && host.find_first_not_of(usual) == host.npos;
+}
+
 /// Of an address in lower case, with or without its scheme.
 std::optional<std::string> hostOf(std::string_view address) {
     address.remove_prefix(lengthOfScheme(address));
     address.remove_prefix(std::min(address.find_first_not_of('/'), address.size()));
+    if (address.starts_with("*.")) address.remove_prefix(2);  // as patterns are written
     const std::optional<Url> url = Url::parse("https://" + std::string(address.substr(0, address.find('/'))));
-    return url ? url->host() : std::nullopt;
+    return url && isHost(url->asciiHost().value_or("")) ? url->host() : std::nullopt;
+}
+
+std::string refusal(std::string_view word) {
+    const std::string quoted = "“" + text::clipped(word, 60) + "”";
+    if (isHost(word)) return quoted + " is only a part of an address. Type all of it, such as example.com";
+    return quoted + " is no website. Type its address, such as example.com";
 }
 
 }  // namespace
@@ -66,17 +81,19 @@ Capture::Options AppSettings::captureOptions() const {
             .enabledAdapters = enabledAdapters};
 }
 
-bool AppSettings::excludeDomains(std::string_view typed) {
+Result<void> AppSettings::excludeDomains(std::string_view typed) {
     static const text::Pattern between(R"([\s,]+)");
     std::istringstream addresses(between.replaceAll(text::lowercase(typed), " "));
     std::set<std::string> hosts;
     for (std::string address; addresses >> address;) {
         std::optional<std::string> host = hostOf(address);
-        if (!host) return false;
+        const bool onlyAWord = host == address && !address.contains('.') && address != "localhost";
+        if (!host || onlyAWord) return fail(ErrorKind::invalidArgument, refusal(address));
         hosts.insert(*std::move(host));
     }
+    if (hosts.empty()) return fail(ErrorKind::invalidArgument, "Type a website, such as example.com");
     excludedDomains.insert(hosts.begin(), hosts.end());
-    return !hosts.empty();
+    return {};
 }
 
 }  // namespace quillo

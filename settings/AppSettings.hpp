@@ -57,9 +57,10 @@ struct AppSettings {
     Capture::Options captureOptions() const;
 
     /// Adds the hosts in what the person typed or pasted, with white space or commas between them
-    /// ("HTTPS://Shop.example:8080/cart" adds "shop.example"). False, and nothing changes, where there is
-    /// none, or something among them is none.
-    bool excludeDomains(std::string_view typed);
+    /// ("HTTPS://Shop.example:8080/cart" adds "shop.example"). Refused with what would be right, and nothing
+    /// changes, where there is none, or something among them is none; a single word is one only where it
+    /// comes with a scheme, a port or a path, for it is a name without its ending as a rule.
+    Result<void> excludeDomains(std::string_view typed);
 };
 
 }  // namespace quillo

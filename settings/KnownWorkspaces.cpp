@@ -31,8 +31,12 @@ std::string KnownWorkspaces::digestOf(const Workspace& workspace) const {
 }
 
 KnownWorkspaces::Notes KnownWorkspaces::read() const {
-    defaults_->refresh();
-    const std::optional<std::string> stored = defaults_->data(defaultsKey);
+    notes_->refresh();
+    std::optional<std::string> stored = notes_->data(defaultsKey);
+    if (!stored && apart()) {
+        defaults_->refresh();
+        stored = defaults_->data(defaultsKey);
+    }
     simdjson::dom::parser parser;
     Json all;
     if (!stored || parser.parse(simdjson::padded_string(*stored)).get_object().get(all)) return {};
@@ -108,7 +112,10 @@ Result<void> KnownWorkspaces::forget(const Uuid& id) {
 }
 
 Result<void> KnownWorkspaces::forgetAll() {
-    return defaults_->setData(defaultsKey, std::nullopt);
+    if (apart() && defaults_->data(defaultsKey)) {
+        if (Result<void> gone = defaults_->setData(defaultsKey, std::nullopt); !gone) return gone;
+    }
+    return notes_->setData(defaultsKey, std::nullopt);
 }
 
 Result<void> KnownWorkspaces::note(const Workspace& workspace, bool savedHere, bool agreed) {
@@ -129,8 +136,10 @@ Result<void> KnownWorkspaces::note(const Workspace& workspace, bool savedHere, b
 }
 
 Result<void> KnownWorkspaces::write(const Notes& notes) {
-    // A damaged file would be put aside, and with it the complaint that the person's exclusions do not hold.
-    if (const auto trouble = defaults_->trouble()) return fail(ErrorKind::invalidData, *trouble);
+    // Damaged settings would be put aside, and with them the complaint that the person's exclusions do not
+    // hold.
+    if (const auto trouble = apart() ? std::nullopt : defaults_->trouble())
+        return fail(ErrorKind::invalidData, *trouble);
     JsonWriter writer;
     writer.beginObject();
     for (const auto& [id, note] : notes) {
@@ -145,7 +154,11 @@ Result<void> KnownWorkspaces::write(const Notes& notes) {
         writer.endObject();
     }
     writer.endObject();
-    return defaults_->setData(defaultsKey, std::move(writer).finish().value());
+    Result<void> written = notes_->setData(defaultsKey, std::move(writer).finish().value());
+    // In their former place they count only until there are others; where they cannot be removed they stay.
+    if (written && apart() && defaults_->data(defaultsKey))
+        (void)defaults_->setData(defaultsKey, std::nullopt);
+    return written;
 }
 
 Result<bool> saveSession(const SessionHistory& history, KnownWorkspaces& known,

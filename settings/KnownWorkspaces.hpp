@@ -26,8 +26,9 @@ enum class ReasonToAsk {
 
 /// A workspace is known by the digest of all that a restore acts on: the snapshot less its time and remarks,
 /// and the clean-slate choice. A new name, icon or colour changes nothing; whatever else anybody changes in
-/// the file makes it unknown. Kept in the defaults, which the application and the command line share; where
-/// they hold nothing that can be read, nothing is known. Two programs that note something at the same moment
+/// the file makes it unknown. Kept in the notes of the defaults, which the application and the command line
+/// share: settings that were damaged make no workspace a stranger's. Where the notes hold nothing that can be
+/// read, nothing is known. Two programs that note something at the same moment
 /// may lose one of the notes, which costs one more question.
 ///
 /// What fails to be noted leaves everything as it was. For the executor's thread.
@@ -42,7 +43,10 @@ class KnownWorkspaces {
     using IsStored = std::function<bool(const Uuid&)>;
 
     KnownWorkspaces(UserDefaults& defaults, Digest digest, IsStored isStored)
-        : defaults_(&defaults), digest_(std::move(digest)), isStored_(std::move(isStored)) {}
+        : defaults_(&defaults),
+          notes_(&defaults.notes()),
+          digest_(std::move(digest)),
+          isStored_(std::move(isStored)) {}
 
     /// As it is, it was saved on this machine.
     bool isSavedHere(const Workspace& workspace) const;
@@ -86,7 +90,10 @@ class KnownWorkspaces {
     Result<void> note(const Workspace& workspace, bool savedHere, bool agreed);
     Result<void> write(const Notes& notes);
 
-    UserDefaults* defaults_;
+    bool apart() const { return notes_ != defaults_; }
+
+    UserDefaults* defaults_;  // where they stood before they had a place of their own
+    UserDefaults* notes_;
     Digest digest_;
     IsStored isStored_;
 };

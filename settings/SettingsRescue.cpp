@@ -5,6 +5,12 @@
 #include "settings/AppSettings.hpp"
 
 namespace quillo {
+namespace {
+
+constexpr std::string_view said =
+    "Your settings can't be read, so the usual ones hold. No app and no website is excluded now.";
+
+}  // namespace
 
 SettingsRescue::SettingsRescue(UserDefaults& defaults)
     : defaults_(&defaults), trouble_(defaults.data(defaultsKey)) {}
@@ -22,12 +28,14 @@ bool SettingsRescue::look() {
     } else {
         return false;
     }
-    std::string text =
-        "Your settings can't be read, so the usual ones hold and nothing is excluded: " + *reason + ". ";
-    text +=
-        kept ? "What was there is kept as " + *kept + "." : "Nothing is changed there. " + kept.error().text;
-    // Stored, they show that this is no fresh installation, which would be opened at login.
-    if (kept && AppSettings{}.save(*defaults_)) (void)defaults_->setData(defaultsKey, text);
+    std::string text(said);
+    text += kept ? "\nWhat was there is kept as " + *kept + "."
+                 : "\nNothing is changed there. " + kept.error().text + ".";
+    text += " The damage: " + *reason + ".";
+    // Stored, they show that this is no fresh installation, which would be introduced, and opened at login.
+    AppSettings usual;
+    usual.onboarded = true;
+    if (kept && usual.save(*defaults_)) (void)defaults_->setData(defaultsKey, text);
     return std::exchange(trouble_, std::move(text)) != trouble_;
 }
 

@@ -19,7 +19,8 @@ class SettingsRescue {
     /// Before settings are loaded or saved. Where they cannot be read, what is there is kept aside and the
     /// usual ones are stored; where that fails, nothing is changed. True when that is news.
     bool look();
-    /// For the person; absent where there was none, or it was dismissed.
+    /// For the person: in the first line what it means to them, in the second one what was damaged and where
+    /// it is kept. Absent where there was none, or it was dismissed.
     const std::optional<std::string>& trouble() const { return trouble_; }
     void dismiss();
 

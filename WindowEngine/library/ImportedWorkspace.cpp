@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "WindowEngine/library/SessionHistory.hpp"
 #include "WindowEngine/records/WorkspaceCoding.hpp"
 #include "WindowEngine/support/Text.hpp"
 
@@ -32,6 +33,7 @@ std::int64_t cleanContext(ApplicationSnapshot& application) {
 }
 
 bool isTaken(std::string_view name, std::span<const std::string> taken) {
+    if (SessionHistory::isSessionName(name)) return true;
     return std::ranges::any_of(taken,
                                [&](const std::string& one) { return text::equalIgnoringCase(one, name); });
 }

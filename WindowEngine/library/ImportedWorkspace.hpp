@@ -23,7 +23,7 @@ struct ImportedWorkspace {
 inline constexpr std::string_view unnamed = "Untitled";
 
 /// `base`, or `base` followed by a blank and the first counter from 2 on that no workspace of the library has
-/// as its name, ignoring case.
+/// as its name, ignoring case. Names of sessions (SessionHistory::isSessionName) are taken always.
 std::string uniqueName(std::string_view base, std::span<const Workspace> library);
 /// The same among these names.
 std::string uniqueName(std::string_view base, std::span<const std::string> taken);

@@ -7,6 +7,7 @@
 #include "WindowEngine/library/WorkspaceFiles.hpp"
 #include "WindowEngine/records/WorkspaceCoding.hpp"
 #include "WindowEngine/support/StableSort.hpp"
+#include "WindowEngine/support/Text.hpp"
 
 namespace quillo {
 namespace {
@@ -66,6 +67,11 @@ Result<bool> same(const WorkspaceSnapshot& a, const WorkspaceSnapshot& b) {
 }
 
 }  // namespace
+
+bool SessionHistory::isSessionName(std::string_view name) {
+    const std::string lower = text::lowercase(name), latest = text::lowercase(latestName);
+    return lower == latest || (lower.starts_with(latest + " (") && lower.ends_with(')'));
+}
 
 // A save that was interrupted leaves the latest session archived as well: it is one session.
 WorkspaceScanResult SessionHistory::scan() const {

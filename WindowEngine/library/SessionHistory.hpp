@@ -3,6 +3,7 @@
 #pragma once
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "WindowEngine/library/WorkspaceStore.hpp"
@@ -17,6 +18,9 @@ class SessionHistory {
     static constexpr Uuid latestID = Uuid::fromBytes({0x03, 0xCC, 0x17, 0xF4, 0x4E, 0xAF, 0x47, 0xBB,  //
                                                       0x9F, 0x08, 0x13, 0xA4, 0x85, 0x4D, 0x3F, 0x71});
     static constexpr std::size_t archivesKept = 4;
+    /// Whether sessions are called so, in whatever case: "Last session", "Last session (09:05)". No workspace
+    /// of the library gets such a name (uniqueName), or it would stand before the session that is meant.
+    static bool isSessionName(std::string_view name);
 
     SessionHistory(FileSystem& files, std::filesystem::path directory)
         : files_(&files), store_(files, std::move(directory)) {}

@@ -91,6 +91,20 @@ bool hasExtension(std::string_view name, std::string_view extension) {
     return dot != std::string_view::npos && dot > 0 && name.substr(dot + 1) == extension;
 }
 
+std::vector<std::string> primariesAmong(const std::vector<std::string>& names) {
+    std::vector<std::string> primaries;
+    for (const std::string& name : names) {
+        if (hasExtension(name, "json")) primaries.push_back(name);
+        if (!hasExtension(name, "bak")) continue;
+        std::string primary = name.substr(0, name.size() - std::string_view(".bak").size());
+        if (hasExtension(primary, "json")) primaries.push_back(std::move(primary));
+    }
+    std::ranges::sort(primaries);
+    const auto repeated = std::ranges::unique(primaries);
+    primaries.erase(repeated.begin(), repeated.end());
+    return primaries;
+}
+
 Result<Workspace> read(FileSystem& files, const Path& file) {
     const auto bytes = files.read(file);
     if (!bytes) return std::unexpected(bytes.error());

@@ -17,6 +17,10 @@ std::string temporaryName(const Uuid& id);             // .6f1c...60.<random>.ne
 bool hasExtension(std::string_view name,
                   std::string_view extension);  // as file browsers see it: not ".json" itself
 
+/// Names of primaries among those of a directory, in ascending order; also of primaries that are missing and
+/// have a backup.
+std::vector<std::string> primariesAmong(const std::vector<std::string>& names);
+
 /// Reads and decodes one file; decoding errors do not name the file.
 Result<Workspace> read(FileSystem& files, const std::filesystem::path& file);
 

@@ -56,24 +56,13 @@ WorkspaceScanResult WorkspaceScan::run() {
     return std::move(result_);
 }
 
-// Names of primaries in ascending order, also of those that are missing and have a backup.
 std::vector<std::string> WorkspaceScan::candidates() {
     const auto listed = files_.list(directory_);
     if (!listed) {
         if (!isMissing(listed.error())) result_.failure = listed.error();
         return {};
     }
-    std::vector<std::string> names;
-    for (const std::string& name : *listed) {
-        if (WorkspaceFiles::hasExtension(name, "json")) names.push_back(name);
-        if (!WorkspaceFiles::hasExtension(name, "bak")) continue;
-        std::string primary = name.substr(0, name.size() - std::string_view(".bak").size());
-        if (WorkspaceFiles::hasExtension(primary, "json")) names.push_back(std::move(primary));
-    }
-    std::ranges::sort(names);
-    const auto repeated = std::ranges::unique(names);
-    names.erase(repeated.begin(), repeated.end());
-    return names;
+    return WorkspaceFiles::primariesAmong(*listed);
 }
 
 std::vector<Result<Workspace>> WorkspaceScan::readAll(const std::vector<std::string>& names) const {
@@ -179,10 +168,15 @@ Result<void> WorkspaceScan::moveLegacyFiles(const std::string& name, const Works
     if (!held) return std::unexpected(held.error());
     if (taken()) return {};  // another program was faster
     Result<void> result;
-    if (!files_.exists(primary)) result = WorkspaceFiles::save(files_, directory_, workspace.id, *bytes);
+    const bool isCopy = files_.exists(primary);
+    if (!isCopy) result = WorkspaceFiles::save(files_, directory_, workspace.id, *bytes);
     if (result)
         result = WorkspaceFiles::removeDurably(files_, directory_, {WorkspaceFiles::backupName(name)});
     if (result) result = WorkspaceFiles::removeDurably(files_, directory_, {name});
+    const std::string own = primary.filename().string();
+    if (result)
+        result_.moved.push_back(
+            name + (isCopy ? ": removed, as " + own + " holds the same" : ": renamed to " + own));
     return result;
 }
 

@@ -3,7 +3,9 @@
 #include <simdjson.h>
 
 #include <algorithm>
+#include <iterator>
 #include <map>
+#include <tuple>
 
 #include "WindowEngine/library/ImportedWorkspace.hpp"
 #include "WindowEngine/library/WorkspaceFiles.hpp"
@@ -13,14 +15,29 @@
 namespace quillo {
 namespace {
 
-/// Of a document, without looking at the rest of it.
-std::optional<std::string> nameIn(const std::string& bytes) {
+/// A field of a document, without looking at the rest of it.
+std::optional<std::string> textIn(const std::string& bytes, std::string_view field) {
     simdjson::ondemand::parser parser;
     simdjson::ondemand::document document;
     const simdjson::padded_string padded(bytes);
-    std::string_view name;
-    if (parser.iterate(padded).get(document) || document["name"].get_string().get(name)) return std::nullopt;
-    return std::string(name);
+    std::string_view text;
+    if (parser.iterate(padded).get(document) || document[field].get_string().get(text)) return std::nullopt;
+    return std::string(text);
+}
+
+/// When the version was saved that a scan would take `file` for: its own or, where it is damaged or gone, its
+/// backup's. Absent where that is none of this workspace.
+std::optional<Instant> savedAt(FileSystem& files, const std::filesystem::path& file, const Uuid& id) {
+    for (const auto& version : {file, std::filesystem::path(WorkspaceFiles::backupName(file.string()))}) {
+        const Result<std::string> bytes = files.read(version);
+        if (!bytes && bytes.error().kind == ErrorKind::notFound) continue;
+        const std::optional<std::string> written = bytes ? textIn(*bytes, "id") : std::nullopt;
+        if (!bytes || (written && Uuid::parse(*written) != id)) return std::nullopt;
+        const Result<Workspace> found = WorkspaceCoding::decode(*bytes);
+        if (found) return found->id == id ? std::optional(found->updatedAt) : std::nullopt;
+        if (!WorkspaceFiles::isDamaged(found.error())) return std::nullopt;
+    }
+    return std::nullopt;
 }
 
 }  // namespace
@@ -67,7 +84,7 @@ std::string WorkspaceStore::freeName(std::string_view base, std::span<const Work
         const auto id = Uuid::parse(std::filesystem::path(file).stem().string());
         if (!id || file != WorkspaceFiles::primaryName(*id)) continue;
         const Result<std::string> bytes = files_->read(directory_ / file);
-        if (const auto name = bytes ? nameIn(*bytes) : std::nullopt) names.emplace(*id, *name);
+        if (const auto name = bytes ? textIn(*bytes, "name") : std::nullopt) names.emplace(*id, *name);
     }
     for (const Workspace& workspace : library)
         if (files_->exists(url(workspace.id))) names.try_emplace(workspace.id, workspace.name);
@@ -90,17 +107,40 @@ Result<Workspace> WorkspaceStore::load(const Uuid& id) const {
     return std::unexpected(std::move(error));
 }
 
-// The primary goes last: whatever interrupts this, no older version comes to stand for what was deleted.
+// The names of its primary and of those that stand for it under other names, as a copy made by hand does: the
+// version that a scan lists comes last.
+Result<std::vector<std::string>> WorkspaceStore::filesOf(const Uuid& id) const {
+    const auto names = files_->list(directory_);
+    if (!names) return std::unexpected(names.error());
+    std::vector<std::tuple<Instant, bool, std::string>> found;
+    for (const std::string& name : WorkspaceFiles::primariesAmong(*names)) {
+        const bool isPrimary = name == WorkspaceFiles::primaryName(id);
+        const std::optional<Instant> saved = savedAt(*files_, directory_ / name, id);
+        if (saved || isPrimary) found.emplace_back(saved.value_or(Instant::min()), isPrimary, name);
+    }
+    std::ranges::sort(found);
+    std::vector<std::string> ordered;
+    for (auto& [saved, isPrimary, name] : found) ordered.push_back(std::move(name));
+    return ordered;
+}
+
+// Whatever interrupts this, no older version comes to stand for what was deleted.
 Result<void> WorkspaceStore::remove(const Uuid& id) const {
     const auto lock = files_->lock(directory_);
     if (!lock) return std::unexpected(lock.error());
     if (!files_->exists(url(id))) {
         return fail(ErrorKind::notFound, "There is no workspace file " + WorkspaceFiles::primaryName(id));
     }
+    const auto files = filesOf(id);
+    if (!files) return std::unexpected(files.error());
     std::vector<std::string> versions = WorkspaceFiles::damagedNames(id);
-    versions.push_back(backupURL(id).filename().string());
+    std::ranges::transform(*files, std::back_inserter(versions), WorkspaceFiles::backupName);
     if (auto removed = WorkspaceFiles::removeDurably(*files_, directory_, versions); !removed) return removed;
-    return WorkspaceFiles::removeDurably(*files_, directory_, {WorkspaceFiles::primaryName(id)});
+    for (const std::string& name : *files) {
+        if (auto removed = WorkspaceFiles::removeDurably(*files_, directory_, {name}); !removed)
+            return removed;
+    }
+    return {};
 }
 
 std::vector<std::string> WorkspaceStore::damagedFiles() const {

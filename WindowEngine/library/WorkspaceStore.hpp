@@ -34,6 +34,9 @@ struct WorkspaceScanResult {
     /// Why the directory could not be listed: then nothing is known of what it holds. One that does not exist
     /// is an empty one.
     std::optional<Error> failure = {};
+    /// Files that stood under other names than their identifiers', and what was done with each: "My
+    /// Work.json: renamed to 6f1c...60.json". Nothing is wrong with them.
+    std::vector<std::string> moved = {};
 
     bool operator==(const WorkspaceScanResult&) const = default;
 };
@@ -57,8 +60,9 @@ class WorkspaceStore {
     std::string freeName(std::string_view base, std::span<const Workspace> library) const;
     WorkspaceScanResult scan() const;
     Result<Workspace> load(const Uuid& id) const;  // primary file only
-    /// With its backup and damaged versions. notFound when there is no primary. After another error the
-    /// workspace is still there, or gone for good: an older version never comes back in its place.
+    /// With its backup and damaged versions, and with all files of other names that hold it. notFound when
+    /// there is no primary. After another error the workspace is still there, or gone for good: an older
+    /// version never comes back in its place.
     Result<void> remove(const Uuid& id) const;
     /// Names of damaged versions that were kept beside repaired ones, in ascending order.
     std::vector<std::string> damagedFiles() const;
@@ -72,6 +76,8 @@ class WorkspaceStore {
     Result<Changed> change(const Uuid& id, const std::function<Result<void>(Workspace&)>& change) const;
 
   private:
+    Result<std::vector<std::string>> filesOf(const Uuid& id) const;
+
     FileSystem* files_;
     std::filesystem::path directory_;
 };

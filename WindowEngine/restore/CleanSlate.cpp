@@ -13,13 +13,6 @@ using namespace std::chrono_literals;
 constexpr Duration quitAllowance = 3s;
 constexpr Duration quitInterval = 100ms;
 
-std::set<std::string> identifiersOf(const Workspace& workspace) {
-    std::set<std::string> identifiers;
-    for (const ApplicationSnapshot& application : workspace.snapshot.applications)
-        identifiers.insert(application.bundleIdentifier);
-    return identifiers;
-}
-
 RestoreReport::Item itemAbout(const RunningApplication& application, RestoreReport::Status status) {
     return {.app = application.localizedName.value_or(*application.bundleIdentifier),
             .bundleIdentifier = *application.bundleIdentifier,
@@ -85,25 +78,34 @@ bool CleanSlatePolicy::shouldAffect(std::string_view bundleIdentifier, bool isRe
            bundleIdentifier != ownIdentifier;
 }
 
+std::set<std::string> Restore::identifiersOf(const Workspace& workspace) {
+    std::set<std::string> identifiers;
+    for (const ApplicationSnapshot& application : workspace.snapshot.applications)
+        identifiers.insert(application.bundleIdentifier);
+    return identifiers;
+}
+
 std::vector<RunningApplication> Restore::cleanSlateTargets(Applications& applications,
-                                                           const Workspace& workspace) {
-    const std::set<std::string> saved = identifiersOf(workspace);
+                                                           const std::set<std::string>& held) {
     const std::vector<std::string> own = applications.ownIdentifiers();
     std::vector<RunningApplication> targets = applications.running();
     std::erase_if(targets, [&](const RunningApplication& application) {
         if (!application.bundleIdentifier) return true;
         const bool regular = application.activationPolicy == ActivationPolicy::regular;
-        return !CleanSlatePolicy::shouldAffect(*application.bundleIdentifier, regular, saved, std::nullopt) ||
+        return !CleanSlatePolicy::shouldAffect(*application.bundleIdentifier, regular, held, std::nullopt) ||
                std::ranges::find(own, *application.bundleIdentifier) != own.end();
     });
     return targets;
 }
 
-Task<void> Restore::cleanSlate(DesktopAccess& desktop, const Workspace& workspace, CleanSlateMode mode,
+Task<void> Restore::cleanSlate(DesktopAccess& desktop, const Workspace& workspace, const Options& options,
                                const ItemSink& sink) {
+    const CleanSlateMode mode = options.cleanSlate.value_or(CleanSlateMode::keep);
     if (mode == CleanSlateMode::keep) co_return;
     co_await checkpoint();
-    std::vector<RunningApplication> targets = cleanSlateTargets(desktop.platform.applications, workspace);
+    std::set<std::string> held = identifiersOf(workspace);
+    held.insert(options.kept.begin(), options.kept.end());
+    std::vector<RunningApplication> targets = cleanSlateTargets(desktop.platform.applications, held);
     if (mode == CleanSlateMode::hide) {
         hideAll(desktop, targets, sink);
     } else {

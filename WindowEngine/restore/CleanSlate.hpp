@@ -20,14 +20,19 @@ bool shouldAffect(std::string_view bundleIdentifier, bool isRegular, const std::
 
 namespace Restore {
 
-/// The running applications that a clean slate for this workspace touches, in the system's order. The
-/// application this program was started from (a terminal) is not among them, nor one without an identifier.
-std::vector<RunningApplication> cleanSlateTargets(Applications& applications, const Workspace& workspace);
+/// Of all that a workspace holds.
+std::set<std::string> identifiersOf(const Workspace& workspace);
 
-/// Hides them, or asks them to quit: all at once, each with 3 s from its own request. Nothing is forced; one
-/// item for each, a running application being named as the system names it. Cancelled, what was asked for
-/// stays asked for.
-Task<void> cleanSlate(DesktopAccess& desktop, const Workspace& workspace, CleanSlateMode mode,
+/// The running applications that a clean slate for what holds these applications touches, in the system's
+/// order. The application this program was started from (a terminal) is not among them, nor one without an
+/// identifier.
+std::vector<RunningApplication> cleanSlateTargets(Applications& applications,
+                                                  const std::set<std::string>& held);
+
+/// Hides them, or asks them to quit, as the options say: all at once, each with 3 s from its own request.
+/// What the workspace holds, and what the options keep, stays. Nothing is forced; one item for each, a
+/// running application being named as the system names it. Cancelled, what was asked for stays asked for.
+Task<void> cleanSlate(DesktopAccess& desktop, const Workspace& workspace, const Options& options,
                       const ItemSink& sink);
 
 }  // namespace Restore

@@ -252,8 +252,7 @@ Task<void> restoreWorkspace(Run& run) {
     boundDisplays(run.workspace.snapshot);
     run.displays = Displays::current(run.desktop.platform.screens);
     co_await prepareDesktops(run);
-    co_await cleanSlate(run.desktop, run.workspace, run.options.cleanSlate.value_or(CleanSlateMode::keep),
-                        run.sink);
+    co_await cleanSlate(run.desktop, run.workspace, run.options, run.sink);
     narrow(run);  // not before: what the limits leave out is still no other application, to be hidden or quit
     const Context context = co_await quillo::context();
     std::optional<Job<void>> looking;

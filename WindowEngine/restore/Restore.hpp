@@ -18,6 +18,9 @@ struct Options {
     bool limited = true;  // RestoreScope's limits hold; a person may lift them for what they saved themself
     bool bringsForward = false;  // at its end, what came back is put in front of other windows (BringForward)
     bool followsLinks = true;  // a document that a symbolic link leads to is opened; not of a stranger's file
+    /// Applications that a clean slate leaves alone besides the workspace's own: where only a part of a
+    /// workspace is brought back, those of all of it.
+    std::set<std::string> kept = {};
 };
 
 /// Called on the executor's thread for each item as it is made, in report order.

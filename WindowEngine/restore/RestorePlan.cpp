@@ -10,8 +10,6 @@ namespace quillo {
 namespace {
 
 constexpr std::string_view noMatch = "no matching accessible window";
-constexpr std::string_view noWindows =
-    "no accessible windows appeared; windows in other Spaces may be unavailable";
 
 using DisplayMapper::DisplayList;
 
@@ -47,10 +45,10 @@ std::vector<WindowSnapshot> asPlaced(std::span<const WindowSnapshot> saved, Disp
     return placed;
 }
 
-WindowPlan unmatched(std::int64_t savedIndex, bool anyLive) {
+WindowPlan unmatched(std::int64_t savedIndex, std::string_view reason) {
     WindowPlan plan;
     plan.savedIndex = savedIndex;
-    plan.skipReason = anyLive ? noMatch : noWindows;
+    plan.skipReason = reason;
     return plan;
 }
 
@@ -116,10 +114,11 @@ WindowPlan planPair(const WindowSnapshot& saved, const LiveWindowInfo& live, Dis
 std::vector<WindowPlan> planWindows(std::span<const WindowSnapshot> saved,
                                     std::span<const LiveWindowInfo> live, DisplayList savedDisplays,
                                     DisplayList currentDisplays, const DesktopTargets& desktops,
-                                    std::span<const std::vector<SpaceID>> liveSpaces) {
+                                    std::span<const std::vector<SpaceID>> liveSpaces,
+                                    std::string_view noWindows) {
     std::vector<WindowPlan> plans;
     for (std::size_t i = 0; i < saved.size(); ++i)
-        plans.push_back(unmatched(static_cast<std::int64_t>(i), !live.empty()));
+        plans.push_back(unmatched(static_cast<std::int64_t>(i), live.empty() ? noWindows : noMatch));
     const std::vector<WindowSnapshot> placed = asPlaced(saved, savedDisplays, currentDisplays);
     for (const WindowMatcher::Match& match : WindowMatcher::match(placed, live)) {
         const auto savedIndex = static_cast<std::size_t>(match.savedIndex);

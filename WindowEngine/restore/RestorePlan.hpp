@@ -4,11 +4,13 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "WindowEngine/restore/DesktopTargets.hpp"
 #include "WindowEngine/restore/WindowChange.hpp"
 #include "WindowEngine/restore/WindowMatcher.hpp"
+#include "WindowEngine/services/WindowServer.hpp"
 
 namespace quillo {
 
@@ -49,12 +51,13 @@ WindowChange changeOf(const WindowPlan& plan, const LiveWindowInfo& live, std::s
                       std::span<const NativeDesktop> desktops);
 
 /// One plan per saved window, by savedIndex: matched ones in full, the others with the reason. `liveSpaces`
-/// is empty or has one answer for each live window.
+/// is empty or has one answer for each live window; `noWindows` is the reason where there is no live one.
 std::vector<WindowPlan> planWindows(std::span<const WindowSnapshot> saved,
                                     std::span<const LiveWindowInfo> live,
                                     DisplayMapper::DisplayList savedDisplays,
                                     DisplayMapper::DisplayList currentDisplays,
                                     const DesktopTargets& desktops = {},
-                                    std::span<const std::vector<SpaceID>> liveSpaces = {});
+                                    std::span<const std::vector<SpaceID>> liveSpaces = {},
+                                    std::string_view noWindows = noWindowsOfMac);
 
 }  // namespace quillo

@@ -93,9 +93,9 @@ RestorePreview windowsOf(DesktopAccess& desktop, std::shared_ptr<const Restore::
     }
     readLive(desktop, plan.applications);
     for (PlannedApplication& application : plan.applications) {
-        application.windows =
-            planWindows(application.saved->windows, Restore::infosOf(application.live), snapshot.displays,
-                        displays, plan.desktops.targets, application.liveSpaces);
+        application.windows = planWindows(application.saved->windows, Restore::infosOf(application.live),
+                                          snapshot.displays, displays, plan.desktops.targets,
+                                          application.liveSpaces, desktop.platform.windowServer.noWindows());
         leaveUnplaceable(desktop.platform.accessibility, application);
         if (application.live.empty() && application.presence != Presence::missing) {
             placeUnopened(application, snapshot.displays, displays, plan.desktops.targets);
@@ -180,7 +180,7 @@ std::string location(const Url& url) {
 std::string launching(Applications& applications, const PlannedApplication& application) {
     const ApplicationSnapshot& saved = *application.saved;
     std::vector<std::string> remarks;
-    if (application.presence == Presence::running) remarks.emplace_back("runs now");
+    if (application.presence == Presence::running) remarks.emplace_back("not now, it runs");
     if (application.presence == Presence::missing) remarks.emplace_back("not installed now");
     if (saved.windows.size() > 1 && applications.openingWindows(saved.bundleIdentifier))
         remarks.push_back(fmt::format("up to {} windows", saved.windows.size()));
@@ -293,7 +293,7 @@ Consequences Restore::consequences(Applications& applications, const RestorePrev
     Consequences all;
     all.others = mode;
     if (mode != CleanSlateMode::keep) {
-        for (const RunningApplication& target : cleanSlateTargets(applications, workspace)) {
+        for (const RunningApplication& target : cleanSlateTargets(applications, identifiersOf(workspace))) {
             auto& names = mode == CleanSlateMode::hide ? all.hidden : all.quit;
             names.push_back(target.localizedName.value_or(*target.bundleIdentifier));
         }

@@ -94,7 +94,8 @@ PlanTotals totalsOf(const RestorePreview& preview);
 /// do not run yet it is open which window will stand for which, and everything is yet to be opened.
 Task<RestorePreview> preview(DesktopAccess& desktop, WorkspaceSnapshot snapshot, Options options);
 
-/// `preview` is of this workspace; `mode` is what a restore would do to the other applications.
+/// `preview` is of this workspace, or of a part of it; `mode` is what a restore would do to the applications
+/// that it does not hold.
 Consequences consequences(Applications& applications, const RestorePreview& preview,
                           const Workspace& workspace, CleanSlateMode mode);
 

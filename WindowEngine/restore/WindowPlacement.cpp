@@ -356,7 +356,8 @@ Task<void> placeWindows(DesktopAccess& desktop, const ApplicationSnapshot& appli
                         std::vector<LiveWindow> live, PlacementTargets targets, const ItemSink& sink,
                         std::vector<Element>& back, Drift drift) {
     const std::vector<WindowPlan> plans =
-        planWindows(application.windows, infos(live), targets.savedDisplays, targets.currentDisplays);
+        planWindows(application.windows, infos(live), targets.savedDisplays, targets.currentDisplays, {}, {},
+                    desktop.platform.windowServer.noWindows());
     std::vector<Rested> rested;
     const Placing placing{
         desktop,

@@ -16,6 +16,7 @@ class ForwardingWindowServer : public WindowServer {
     std::optional<WindowNumber> windowInFront() override { return target_.windowInFront(); }
     std::vector<SpaceID> spacesInFront() override { return target_.spacesInFront(); }
     std::uint64_t stamp() override { return target_.stamp(); }
+    std::string noWindows() override { return target_.noWindows(); }
     Capability spaces() override { return target_.spaces(); }
     Capability desktopCreation() override { return target_.desktopCreation(); }
     bool isAnimating(std::string_view displayID) override { return target_.isAnimating(displayID); }

@@ -6,6 +6,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "WindowEngine/services/AccessibilityService.hpp"
@@ -42,6 +43,10 @@ struct WindowFacts {
     bool isFullscreen = false;    // it stands on a full-screen space, or is full screen itself
 };
 
+/// See WindowServer::noWindows().
+inline constexpr std::string_view noWindowsOfMac =
+    "no accessible windows appeared; windows in other Spaces may be unavailable";
+
 class WindowServer {
   public:
     virtual ~WindowServer() = default;
@@ -67,6 +72,9 @@ class WindowServer {
     /// capture.
     virtual std::uint64_t stamp();
 
+    /// Why no window of a running application may be found, for the report; in the system's word for
+    /// desktops.
+    virtual std::string noWindows() { return std::string(noWindowsOfMac); }
     /// Whether spaces can be read and windows moved between them.
     virtual Capability spaces() = 0;
     /// Whether desktops can be created.

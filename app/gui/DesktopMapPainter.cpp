@@ -120,6 +120,7 @@ void DesktopMapPainter::paintTile(const MapTile& tile, const MapDisplay& display
     paintBody(tile);
     paintContent(tile);
     paintMark(tile);
+    paintOutline(tile.window, toQt(tile.frame), tile.radius);
     painter_.restore();
     if (tile.fullscreen && !isGhost(tile.window.state)) {  // its edge is the display's
         painter_.setClipping(false);
@@ -274,6 +275,19 @@ void DesktopMapPainter::paintMark(const MapTile& tile) {
     }
 }
 
+/// With its window, so that those in front of it cover it: their titles stay readable.
+void DesktopMapPainter::paintOutline(const MapWindow& window, const QRectF& place, double radius) {
+    const double strength = look_.outlined ? look_.outlined(window.key) : 0;
+    if (strength <= 0) return;
+    painter_.save();
+    painter_.setOpacity(strength);
+    painter_.setPen(QPen(token(look_.theme.colors().accent), 2));
+    painter_.setBrush(Qt::NoBrush);
+    painter_.drawRoundedRect(place.adjusted(1, 1, -1, -1), std::max(0.0, radius - 1),
+                             std::max(0.0, radius - 1));
+    painter_.restore();
+}
+
 void DesktopMapPainter::paintDock(const MapDock& dock) {
     const QRectF frame = toQt(dock.frame);
     const QColor edge = dark() ? QColor(255, 255, 255, 36) : QColor(24, 30, 44, 36);
@@ -291,6 +305,7 @@ void DesktopMapPainter::paintDock(const MapDock& dock) {
             paintApplication(chip.window, place);
         }
         painter_.setOpacity(1);
+        paintOutline(chip.window, place.adjusted(-2, -2, 2, 2), place.width() * .3);
         if (!isMarked(chip.window.state)) continue;
         const bool failed = chip.window.state == TileState::failed;
         const ThemeColors& theme = look_.theme.colors();

@@ -17,6 +17,8 @@ struct MapLook {
     std::function<QImage(const QString& identifier, int size)> icon;
     /// How far the window of this key has landed, from 0 to 1; 1 for all that stand still.
     std::function<double(const std::string& key)> landed;
+    /// How strong the outline of the window is that is pointed at or picked, from 0 to 1.
+    std::function<double(const std::string& key)> outlined;
     double spinnerTurn = 0;  // of a full one
     double pixelRatio = 1;
 };
@@ -40,6 +42,7 @@ class DesktopMapPainter {
     void paintLetter(const MapWindow& window, const QRectF& place);
     void paintSpinner(const QRectF& place);
     void paintMark(const MapTile& tile);
+    void paintOutline(const MapWindow& window, const QRectF& place, double radius);
     void paintDock(const MapDock& dock);
     void paintMore(const MapDisplay& display);
     void paintPips(const MapDisplay& display);

@@ -142,6 +142,12 @@ void DesktopMapPicture::setShownDesktops(const QVariantMap& shown) {
     Q_EMIT shownDesktopsChanged();
 }
 
+void DesktopMapPicture::outline(QStringList& those, const QStringList& keys) {
+    if (std::exchange(those, keys) == keys) return;
+    update();
+    Q_EMIT outlinesChanged();
+}
+
 QString DesktopMapPicture::description() const {
     return source_ ? QString::fromStdString(mapDescription(*source_)) : QString();
 }
@@ -183,7 +189,6 @@ void DesktopMapPicture::updatePolish() {
     layout_ = possible ? layoutDesktopMap(*source_, request()) : DesktopMapLayout{};
     ++layoutCount_;
     updateCaptions();
-    Q_EMIT laidOut();
 }
 
 QString DesktopMapPicture::keyAt(qreal x, qreal y) const {
@@ -196,24 +201,6 @@ QString DesktopMapPicture::keyAt(qreal x, qreal y) const {
             if (holds(tile.frame, x, y)) return QString::fromStdString(tile.window.key);
     }
     return {};
-}
-
-QVariantList DesktopMapPicture::outlines(const QStringList& keys) const {
-    QVariantList all;
-    const auto add = [&](const MapWindow& window, const Rect& frame, double radius) {
-        if (!keys.contains(QString::fromStdString(window.key))) return;
-        all << QVariantMap{{"x", frame.x},
-                           {"y", frame.y},
-                           {"width", frame.width},
-                           {"height", frame.height},
-                           {"radius", radius}};
-    };
-    for (const MapDisplay& display : layout_.displays) {
-        for (const MapTile& tile : display.tiles) add(tile.window, tile.frame, tile.radius);
-        if (!display.dock) continue;
-        for (const MapChip& chip : display.dock->chips) add(chip.window, chip.icon, chip.icon.width * 0.26);
-    }
-    return all;
 }
 
 QVariantMap DesktopMapPicture::hiddenDesktop(const QString& key) const {
@@ -331,6 +318,11 @@ void DesktopMapPicture::paintLayout(QPainter& painter) {
         .colors = theme_->workspaceColors(colorName_.toStdString()),
         .icon = [this](const QString& identifier, int size) { return icon(identifier, size); },
         .landed = [this](const std::string& key) { return landed(key); },
+        .outlined =
+            [this](const std::string& key) {
+                const QString sought = QString::fromStdString(key);
+                return picked_.contains(sought) ? 1 : pointed_.contains(sought) ? 0.5 : 0;
+            },
         .spinnerTurn = turns,
         .pixelRatio = window() ? window()->effectiveDevicePixelRatio() : 1,
     };

@@ -30,7 +30,9 @@ class DesktopMapPicture : public QQuickPaintedItem {
         QVariantMap shownDesktops READ shownDesktops WRITE setShownDesktops NOTIFY shownDesktopsChanged)
     /// Of large maps, one for each display: display, x, y, width, height, labels, positions, empty, current.
     Q_PROPERTY(QVariantList captions READ captions NOTIFY captionsChanged)
-    Q_PROPERTY(int layoutCount READ layoutCount NOTIFY laidOut)            // outlines() are others by then
+    /// Keys of the windows with an outline, a light one and a strong one.
+    Q_PROPERTY(QStringList pointedKeys READ pointedKeys WRITE setPointedKeys NOTIFY outlinesChanged)
+    Q_PROPERTY(QStringList pickedKeys READ pickedKeys WRITE setPickedKeys NOTIFY outlinesChanged)
     Q_PROPERTY(QString description READ description NOTIFY sourceChanged)  // "2 displays, 8 windows"
     Q_PROPERTY(QColor wall READ wall NOTIFY lookChanged)
 
@@ -49,6 +51,10 @@ class DesktopMapPicture : public QQuickPaintedItem {
     void setStates(const QVariantMap& states);
     QVariantMap shownDesktops() const { return shown_; }
     void setShownDesktops(const QVariantMap& shown);
+    QStringList pointedKeys() const { return pointed_; }
+    void setPointedKeys(const QStringList& keys) { outline(pointed_, keys); }
+    QStringList pickedKeys() const { return picked_; }
+    void setPickedKeys(const QStringList& keys) { outline(picked_, keys); }
     QVariantList captions() const { return captions_; }
     QString description() const;
     QColor wall() const;
@@ -58,8 +64,6 @@ class DesktopMapPicture : public QQuickPaintedItem {
     int layoutCount() const { return layoutCount_; }
     /// The window that is drawn there, by its key; empty for none.
     Q_INVOKABLE QString keyAt(qreal x, qreal y) const;
-    /// { x, y, width, height, radius } of those of the windows that are drawn.
-    Q_INVOKABLE QVariantList outlines(const QStringList& keys) const;
     /// { display, position } of the desktop that the window stands on, where another one is shown; else
     /// empty.
     Q_INVOKABLE QVariantMap hiddenDesktop(const QString& key) const;
@@ -72,8 +76,8 @@ class DesktopMapPicture : public QQuickPaintedItem {
     void lookChanged();
     void statesChanged();
     void shownDesktopsChanged();
+    void outlinesChanged();
     void captionsChanged();
-    void laidOut();
 
   protected:
     void geometryChange(const QRectF& now, const QRectF& before) override;
@@ -85,6 +89,7 @@ class DesktopMapPicture : public QQuickPaintedItem {
     void relayout();
     void updateCaptions();
     void applyStates();
+    void outline(QStringList& those, const QStringList& keys);
     void crossFade();
     void land(const std::string& key);
     void updateMotion();
@@ -96,6 +101,7 @@ class DesktopMapPicture : public QQuickPaintedItem {
     MapSource source_;
     QString colorName_, style_ = QStringLiteral("card");
     QVariantMap states_, shown_;
+    QStringList pointed_, picked_;
     std::map<std::string, TileState> tileStates_;
     QVariantList captions_;
 

@@ -12,10 +12,16 @@
 namespace quillo {
 namespace {
 
+/// What was saved last came from the desktop when it was made or captured anew; an edit changes neither.
+Instant savedAt(const Workspace& workspace) {
+    return std::max(workspace.createdAt, workspace.snapshot.capturedAt);
+}
+
 /// "1 window · 6 tabs", "1 window, minimized", "2 windows · Desktop 2".
 QString describe(const ApplicationSnapshot& application) {
     const auto& windows = application.windows;
-    QString text = counted(static_cast<std::int64_t>(windows.size()), "window");
+    QString text = windows.empty() ? QStringLiteral("no saved windows")
+                                   : counted(static_cast<std::int64_t>(windows.size()), "window");
     if (!windows.empty() && std::ranges::all_of(windows, &WindowSnapshot::isMinimized)) text += ", minimized";
     if (windows.size() == 1 && windows[0].isFullscreen) text += ", full screen";
     if (application.context) {
@@ -81,7 +87,12 @@ const Workspace& DetailPresenter::shown() const {
 }
 
 QString DetailPresenter::saved() const {
-    return "Saved " + longDate(shown().updatedAt, std::chrono::system_clock::now());
+    return "Saved " + longDate(savedAt(shown()), std::chrono::system_clock::now());
+}
+
+QString DetailPresenter::edited() const {
+    if (shown().updatedAt < savedAt(shown()) + std::chrono::minutes(1)) return {};
+    return "Edited " + longDate(shown().updatedAt, std::chrono::system_clock::now());
 }
 
 QString DetailPresenter::lastResumed() const {

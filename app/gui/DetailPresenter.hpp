@@ -21,7 +21,8 @@ class DetailPresenter final : public QObject {
     Q_PROPERTY(QString name READ name NOTIFY changed)
     Q_PROPERTY(QString icon READ icon NOTIFY changed)
     Q_PROPERTY(QString colorName READ colorName NOTIFY changed)
-    Q_PROPERTY(QString saved READ saved NOTIFY changed)
+    Q_PROPERTY(QString saved READ saved NOTIFY changed)    // from the desktop, at first or anew
+    Q_PROPERTY(QString edited READ edited NOTIFY changed)  // since then; empty: not at all
     Q_PROPERTY(QString lastResumed READ lastResumed NOTIFY changed)
     Q_PROPERTY(QVariant map READ map NOTIFY changed)
     /// { count, noun } of applications, windows, displays and, where known, desktops.
@@ -49,6 +50,7 @@ class DetailPresenter final : public QObject {
     QString icon() const { return QString::fromStdString(shown().icon); }
     QString colorName() const { return QString::fromStdString(shown().color); }
     QString saved() const;
+    QString edited() const;
     QString lastResumed() const;  // empty: never
     QVariant map() const { return QVariant::fromValue(map_); }
     QVariantList counts() const;

@@ -57,7 +57,7 @@ struct Interface::Presenters {
           libraryState(index),
           library(model, libraryState),
           detail(model, ui),
-          review(model),
+          review(model, parts.variant),
           onboarding(model, parts.system.hotKeys),
           closing(model, surfaces.windows_, parts.trayShown, parts.quit),
           settings(model, parts.updates, parts.system.loginItem),
@@ -117,6 +117,7 @@ Interface::Interface(const Parts& parts)
     connect(&windows_, &Windows::mainSizeNoted, &remembering_, qOverload<>(&QTimer::start));
     connect(&windows_, &Windows::mainClosed, this, [this] {
         remember();
+        if (model_ && model_->reportShown()) model_->closeRestorePanel();  // it belongs to the window
         parts_.shell.setActivationPolicy(ActivationPolicy::accessory);
     });
     windows_.mainMayClose = [this] {

@@ -165,6 +165,10 @@ void LibraryPresenter::update(const QString& id) {
     act(id, [this](const Workspace& one) { model_.beginCapture(one); });
 }
 
+void LibraryPresenter::rename(const QString& id, const QString& name) {
+    act(id, [&](const Workspace& one) { model_.rename(Workspace(one), name.toStdString()); });
+}
+
 void LibraryPresenter::exportWorkspace(const QString& id) {
     act(id, [this](const Workspace& one) { model_.exportWorkspace(one); });
 }

@@ -71,6 +71,7 @@ class LibraryPresenter final : public WorkspaceRows {
     /// By its identifier, with the clean-slate mode that it stores.
     Q_INVOKABLE void resume(const QString& id);
     Q_INVOKABLE void update(const QString& id);
+    Q_INVOKABLE void rename(const QString& id, const QString& name);
     Q_INVOKABLE void exportWorkspace(const QString& id);
     Q_INVOKABLE void duplicate(const QString& id);
     Q_INVOKABLE void remove(const QString& id);

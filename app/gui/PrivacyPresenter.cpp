@@ -6,6 +6,7 @@
 
 #include "WindowEngine/capture/Capture.hpp"
 #include "WindowEngine/integrations/Adapters.hpp"
+#include "app/gui/Words.hpp"
 
 namespace quillo {
 namespace {
@@ -68,11 +69,12 @@ void PrivacyPresenter::includeApp(const QString& key) {
     edit([&](AppSettings& settings) { settings.excludedBundleIdentifiers.erase(key.toStdString()); });
 }
 
-bool PrivacyPresenter::excludeDomains(const QString& typed) {
+QString PrivacyPresenter::excludeDomains(const QString& typed) {
     AppSettings settings = model_.settings();
-    if (!settings.excludeDomains(typed.toStdString())) return false;
+    if (const Result<void> done = settings.excludeDomains(typed.toStdString()); !done)
+        return line(done.error().text);
     model_.setSettings(std::move(settings));
-    return true;
+    return {};
 }
 
 void PrivacyPresenter::includeDomain(const QString& domain) {

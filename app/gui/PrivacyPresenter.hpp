@@ -30,8 +30,8 @@ class PrivacyPresenter final : public QObject {
     Q_INVOKABLE QVariantList runningApps() const;
     Q_INVOKABLE void excludeApp(const QString& key);
     Q_INVOKABLE void includeApp(const QString& key);
-    /// As AppSettings::excludeDomains.
-    Q_INVOKABLE bool excludeDomains(const QString& typed);
+    /// As AppSettings::excludeDomains; why it refuses, and empty where it does not.
+    Q_INVOKABLE QString excludeDomains(const QString& typed);
     Q_INVOKABLE void includeDomain(const QString& domain);
     Q_INVOKABLE void deleteAllData() { model_.deleteAllData(); }
 

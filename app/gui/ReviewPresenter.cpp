@@ -1,6 +1,7 @@
 #include "app/gui/ReviewPresenter.hpp"
 
 #include "WindowEngine/capture/CaptureFilter.hpp"
+#include "WindowEngine/support/Text.hpp"
 #include "app/gui/Words.hpp"
 
 namespace quillo {
@@ -14,7 +15,8 @@ QString share(std::int64_t part, std::int64_t all, const QString& noun) {
 
 }  // namespace
 
-ReviewPresenter::ReviewPresenter(AppModel& model, QObject* parent) : QObject(parent), model_(model) {
+ReviewPresenter::ReviewPresenter(AppModel& model, TextVariant variant, QObject* parent)
+    : QObject(parent), model_(model), variant_(variant) {
     connect(&model, &AppModel::capturingChanged, this, &ReviewPresenter::capturingChanged);
     connect(&model, &AppModel::draftChanged, this, &ReviewPresenter::draftReplaced);
     draftReplaced();
@@ -29,6 +31,7 @@ void ReviewPresenter::draftReplaced() {
     }
     all_ = draft ? amountOf(draft->snapshot()) : Amount{};
     map_ = draft ? drawnPart(draft->snapshot()) : nullptr;
+    notes_ = draft ? notesOf(draft->snapshot()) : QStringList();
     Q_EMIT draftChanged();
     Q_EMIT changed();
     countAnew();
@@ -47,11 +50,21 @@ ReviewPresenter::Amount ReviewPresenter::amountOf(const WorkspaceSnapshot& snaps
             .folders = snapshot.folderCount()};
 }
 
-QStringList ReviewPresenter::notes() const {
-    QStringList lines;
-    if (!present() || !model_.draft()->snapshot().notes) return lines;
-    for (const std::string& note : *model_.draft()->snapshot().notes) lines << line(note);
-    return lines;
+QStringList ReviewPresenter::notesOf(const WorkspaceSnapshot& snapshot) const {
+    constexpr qsizetype most = 8;
+    QStringList lines, names;
+    if (snapshot.notes)
+        for (const std::string& note : *snapshot.notes) lines << line(note);
+    for (const std::string& name : model_.notLaunchable(snapshot)) names << line(name);
+    if (names.isEmpty()) return lines;
+    const QString more = andMore(names.size() - most);
+    names = names.mid(0, most);
+    if (!more.isEmpty()) names << more;
+    const bool onLinux = variant_ == TextVariant::onLinux;
+    return lines << (onLinux ? "No menu entry starts " : "Quillo can't start ") + names.join(", ") +
+                        (onLinux ? ", so Quillo can't either: windows of it come back while it runs, or once "
+                                   "“quilloctl launcher add” has said how it is started."
+                                 : " again: windows of it come back while it runs.");
 }
 
 QVariant ReviewPresenter::map() const {
@@ -111,7 +124,7 @@ QVariantMap untickedWindows(const CaptureDraft& draft) {
 }
 
 QString ReviewPresenter::savedText() const {
-    return counted(kept_.windows, "window") + QChar(QChar::Nbsp) + "saved";
+    return counted(kept_.windows, "window") + " will be saved";
 }
 
 QString ReviewPresenter::leftOutText() const {
@@ -131,7 +144,7 @@ bool ReviewPresenter::touched() const {
     if (!present()) return false;
     const CaptureDraft& draft = *model_.draft();
     const std::string before = draft.updating() ? draft.updating()->name : std::string();
-    return draft.name() != before || draft.exclusionsTouched();
+    return text::trim(draft.name()) != text::trim(before) || draft.exclusionsTouched();
 }
 
 void ReviewPresenter::save() {

@@ -5,6 +5,7 @@
 #include <QVariantMap>
 
 #include "app/AppModel.hpp"
+#include "app/PlatformTexts.hpp"
 #include "app/gui/MapSource.hpp"
 #include "app/gui/ReviewRows.hpp"
 
@@ -32,12 +33,13 @@ class ReviewPresenter final : public QObject {
     Q_PROPERTY(QAbstractItemModel* rows READ rows CONSTANT)
 
   public:
-    explicit ReviewPresenter(AppModel& model, QObject* parent = nullptr);
+    ReviewPresenter(AppModel& model, TextVariant variant, QObject* parent = nullptr);
 
     bool capturing() const { return model_.capturing(); }
     bool present() const { return model_.draft() != nullptr; }
     bool updating() const { return present() && model_.draft()->updating(); }
-    QStringList notes() const;
+    /// What its capture remarked, and which applications could not be started again.
+    QStringList notes() const { return notes_; }
     QVariant map() const;
     QString name() const;
     void setName(const QString& name);
@@ -57,6 +59,11 @@ class ReviewPresenter final : public QObject {
     Q_INVOKABLE bool touched() const;
     Q_INVOKABLE void toggle(int row) { rows_.toggle(row); }
     Q_INVOKABLE void setOpen(int row, bool open) { rows_.setOpen(row, open); }
+    // As ReviewRows has them.
+    Q_INVOKABLE int reveal(const QString& windowKey) { return rows_.reveal(windowKey); }
+    Q_INVOKABLE int rowOf(const QString& windowKey) const { return rows_.rowOf(windowKey); }
+    Q_INVOKABLE QStringList windowKeys(int row) const { return rows_.windowKeys(row); }
+    Q_INVOKABLE QStringList allWindowKeys() const { return rows_.windowKeys(); }
     Q_INVOKABLE void save();
     Q_INVOKABLE void cancel();
     /// The window is about to be closed, which cancels. Where something would be lost the person is asked
@@ -78,9 +85,12 @@ class ReviewPresenter final : public QObject {
     static Amount amountOf(const WorkspaceSnapshot& snapshot);
     void draftReplaced();
     void countAnew();
+    QStringList notesOf(const WorkspaceSnapshot& snapshot) const;
 
     AppModel& model_;
+    const TextVariant variant_;
     ReviewRows rows_;
+    QStringList notes_;
     MapSource map_;
     Amount all_, kept_;
 };

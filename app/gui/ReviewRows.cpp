@@ -23,7 +23,8 @@ constexpr std::string_view finder = "finder";
 QString applicationCounts(const ApplicationSnapshot& application) {
     WorkspaceSnapshot alone;
     alone.applications = {application};
-    QStringList parts{counted(alone.windowCount(), "window")};
+    QStringList parts{application.windows.empty() ? QStringLiteral("no windows")
+                                                  : counted(alone.windowCount(), "window")};
     if (alone.tabCount() > 0) parts << counted(alone.tabCount(), "tab");
     if (alone.folderCount() > 0) parts << counted(alone.folderCount(), "folder");
     return joined(parts);

@@ -40,7 +40,7 @@ SettingsPresenter::SettingsPresenter(AppModel& model, UpdateController& updates,
 
 QStringList SettingsPresenter::trouble() const {
     const auto& trouble = model_.settingsTrouble();
-    return trouble ? QStringList(QString::fromStdString(*trouble)) : QStringList();
+    return trouble ? QString::fromStdString(*trouble).split('\n') : QStringList();
 }
 
 bool SettingsPresenter::openAtLogin() const {

@@ -87,6 +87,11 @@ void Ui::undoToast() {
     if (const std::optional<Uuid> id = model_.toastUndoes()) model_.undo(*id);
 }
 
+void Ui::leave() {
+    if (model_.reportShown()) return model_.closeRestorePanel();
+    if (page() == QLatin1String("detail") || page() == QLatin1String("settings")) back();
+}
+
 void Ui::back() {
     if (model_.showingSettings()) return model_.setShowingSettings(false);
     detailId_.clear();

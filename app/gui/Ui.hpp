@@ -52,6 +52,8 @@ class Ui final : public QObject {
     Q_INVOKABLE void openSettings(const QString& pane = {});
     /// From settings or detail to the library.
     Q_INVOKABLE void back();
+    /// What Escape does there: first it closes a report that was opened from the page.
+    Q_INVOKABLE void leave();
     Q_INVOKABLE void dismissToast() { model_.dismissToast(); }
     Q_INVOKABLE void undoToast();
     Q_INVOKABLE void toggleSwitcher() { model_.toggleSwitcher(); }

@@ -129,22 +129,31 @@ bool Windows::panelInUse(PanelID panel) const {
     return view.isActive() || view.geometry().contains(QCursor::pos());
 }
 
-std::unique_ptr<QQuickView> Windows::makePanel(PanelID panel) {
+std::unique_ptr<QQuickView> Windows::makePanel(PanelID panel, PanelPlace where) {
     const bool translucent = translucentPanels();
     auto view = makeView(file(panel), {{"translucent", translucent}});
     view->setTitle(panel == PanelID::switcher ? "Quillo switcher" : "Quillo restore");
-    view->setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
-                   Qt::NoDropShadowWindowHint);
+    view->setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint);
+    if (where.staysOnTop)
+        view->setFlag(Qt::WindowStaysOnTopHint);
+    else
+        view->setTransientParent(main_.get());
     view->setColor(translucent ? QColor(Qt::transparent) : theme_.raised());
-    view->setResizeMode(QQuickView::SizeViewToRootObject);
+    // The other way round the view would resize its window by itself, at the place that it takes it to have.
+    view->setResizeMode(QQuickView::SizeRootObjectToView);
     view->setProperty("_q_macAlwaysShowToolWindow", true);  // a Mac hides it with the program otherwise
     // The progress of a restore must not take the keyboard from what the person types into.
-    if (panel == PanelID::restore) view->setProperty("_q_showWithoutActivating", true);
-    // It grows and shrinks with its rows, from the edge that its place holds it at.
+    if (!where.activates) view->setProperty("_q_showWithoutActivating", true);
+    // It grows and shrinks with its rows, from the edge that its place holds it at; once for all that changes
+    // in one turn.
+    if (QQuickItem* const root = view->rootObject()) {
+        root->setWidth(where.width);
+        connect(
+            root, &QQuickItem::implicitHeightChanged, this, [this, panel] { hold(panel); },
+            Qt::QueuedConnection);
+    }
     connect(view.get(), &QWindow::heightChanged, this, [this, panel, view = view.get()] {
-        if (!panels_.contains(panel)) return;
-        place(*view, places_[panel]);
-        declareShadow(*view, places_[panel]);
+        if (panelWindow(panel) == view) declareShadow(*view, standings_[panel].place);
     });
     return view;
 }
@@ -152,7 +161,9 @@ std::unique_ptr<QQuickView> Windows::makePanel(PanelID panel) {
 /// Drawn, it has all glyphs, symbols and maps of its first frame; created, the window system knows it.
 void Windows::prepareSwitcher() {
     if (switcher_ || panels_.contains(PanelID::switcher)) return;
-    switcher_ = makePanel(PanelID::switcher);
+    switcher_ = makePanel(PanelID::switcher, switcherPlace);
+    Standing standing{switcherPlace, {}, {}};
+    place(*switcher_, standing);
     switcher_->create();
     switcher_->grabWindow();
 }
@@ -161,26 +172,28 @@ void Windows::showPanel(PanelID panel, PanelPlace where) {
     closePanel(panel);
     // What a window is made for, it stays: with a compositor that came or went it is made anew.
     if (switcher_ && isTranslucent(*switcher_) != translucentPanels()) switcher_.reset();
-    auto view = panel == PanelID::switcher && switcher_ ? std::move(switcher_) : makePanel(panel);
+    const bool prepared = panel == PanelID::switcher && switcher_;
+    auto view = prepared ? std::move(switcher_) : makePanel(panel, where);
     QQuickView& shown = *view;
-    const QMargins room = roomAround(where.anchor, isTranslucent(shown));
-    if (QQuickItem* root = shown.rootObject()) {
-        root->setProperty("roomBefore", room.left());
-        root->setProperty("roomAfter", room.right());
-    }
-    place(shown, where);
-    places_[panel] = where;
     panels_[panel] = std::move(view);
+    standings_[panel] = {where, screenInUse(), {}};
+    if (QQuickItem* root = shown.rootObject()) root->setProperty("open", true);  // and has its rows by now
+    hold(panel);
     shown.create();
     declareShadow(shown, where);
     // And once it stands: window managers that put it into a frame of their own look for its shape only from
-    // then on.
+    // then on, and one that took it for where it was hidden has it put right.
     connect(
-        &shown, &QQuickWindow::frameSwapped, this, [this, &shown, where] { declareShadow(shown, where); },
+        &shown, &QQuickWindow::frameSwapped, this,
+        [this, panel, &shown, where] {
+            if (panelWindow(panel) != &shown) return;
+            hold(panel);
+            declareShadow(shown, where);
+        },
         Qt::SingleShotConnection);
     presses_.pageCame();
     shown.show();
-    if (panel == PanelID::switcher) {
+    if (where.activates) {
         shown.raise();
         shown.requestActivate();
     }
@@ -191,27 +204,35 @@ void Windows::declareShadow(const QQuickView& view, PanelPlace where) const {
     if (!room.isNull() && backdrop_.declareShadow) backdrop_.declareShadow(view, room);
 }
 
-void Windows::place(QQuickView& view, PanelPlace where) const {
+void Windows::hold(PanelID panel) {
+    const auto open = panels_.find(panel);
+    if (open != panels_.end()) place(*open->second, standings_[panel]);
+}
+
+void Windows::place(QQuickView& view, Standing& standing) const {
     QQuickItem* root = view.rootObject();
     if (!root) return;
-    const double before = root->property("roomBefore").toDouble(),
-                 after = root->property("roomAfter").toDouble();
-    root->setWidth(where.width + before + after);
-    const QRect screen = (view.isVisible() ? view.screen() : screenInUse())->availableGeometry();
-    const QSize size = QSizeF(where.width, root->height() - before - after).toSize();
+    const PanelPlace& where = standing.place;
+    const QMargins room = roomAround(where.anchor, isTranslucent(view));
+    root->setProperty("roomBefore", room.left());
+    root->setProperty("roomAfter", room.right());
+    root->setWidth(where.width + room.left() + room.right());
+    const QSize whole = QSizeF(root->width(), root->implicitHeight()).toSize();
+    const QSize size = whole.shrunkBy(room);
+    if (!standing.screen) standing.screen = screenInUse();
+    const QRect screen = standing.screen->availableGeometry();
     QPoint corner;  // of the panel itself
     if (where.anchor == PanelAnchor::bottomTrailing) {
         corner = QPoint(screen.right(), screen.bottom()) + QPoint(1, 1) - QPoint(panelMargin, panelMargin) -
                  QPoint(size.width(), size.height());
     } else {
         // What one reads and types into stays where it is while the rows below come and go.
-        const int top = view.isVisible()
-                            ? view.y() + static_cast<int>(before)
-                            : screen.y() + (screen.height() - size.height()) / 2 - screen.height() / 10;
+        if (!standing.top)
+            standing.top = screen.y() + (screen.height() - size.height()) / 2 - screen.height() / 10;
         corner = {screen.x() + (screen.width() - size.width()) / 2,
-                  std::max(screen.y(), std::min(top, screen.bottom() + 1 - size.height()))};
+                  std::max(screen.y(), std::min(*standing.top, screen.bottom() + 1 - size.height()))};
     }
-    view.setPosition(corner - QPoint(static_cast<int>(before), static_cast<int>(before)));
+    view.setGeometry(QRect(corner - QPoint(room.left(), room.top()), whole));
 }
 
 void Windows::closePanel(PanelID panel) {
@@ -219,9 +240,11 @@ void Windows::closePanel(PanelID panel) {
     if (found == panels_.end()) return;
     auto view = std::move(found->second);
     panels_.erase(found);
+    standings_.erase(panel);
     if (view->geometry().contains(QCursor::pos())) presses_.pageCame();
     if (panel == PanelID::restore) return retire(std::move(view));
     view->hide();
+    if (QQuickItem* root = view->rootObject()) root->setProperty("open", false);
     switcher_ = std::move(view);
     QMetaObject::invokeMethod(this, &Windows::trimWhenUnused, Qt::QueuedConnection);
 }

@@ -7,10 +7,12 @@
 #include <QPointer>
 #include <QQmlEngine>
 #include <QQuickView>
+#include <QScreen>
 #include <QTimer>
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "app/Surfaces.hpp"
@@ -55,7 +57,8 @@ class Windows final : public QObject {
     /// As the person's own closing does, but unasked; nothing where it is not open.
     void closeMain();
 
-    /// Makes the switcher, and draws it once out of sight, so that showing it takes no more than a frame.
+    /// Makes the switcher, and draws it once out of sight, as large as it will be, so that showing it takes
+    /// no more than a frame.
     void prepareSwitcher();
     void showPanel(PanelID panel, PanelPlace place);
     void closePanel(PanelID panel);
@@ -90,10 +93,21 @@ class Windows final : public QObject {
   private:
     bool eventFilter(QObject* watched, QEvent* event) override;
     std::unique_ptr<QQuickView> makeView(const QString& file, const QVariantMap& properties = {});
-    std::unique_ptr<QQuickView> makePanel(PanelID panel);
+    /// Where an open panel stands, as it was decided when it came up. It is never read back from its window:
+    /// until the window manager has put that into its frame, what the window system tells of its place may be
+    /// anything, and would be asked for in earnest with the next change of size.
+    struct Standing {
+        PanelPlace place;
+        QPointer<QScreen> screen;
+        std::optional<int> top;  // of the panel itself, where its upper edge is what stays
+    };
+
+    std::unique_ptr<QQuickView> makePanel(PanelID panel, PanelPlace place);
     bool translucentPanels() const { return backdrop_.translucent && backdrop_.translucent(); }
     void declareShadow(const QQuickView& view, PanelPlace where) const;
-    void place(QQuickView& view, PanelPlace place) const;
+    void place(QQuickView& view, Standing& standing) const;
+    /// In its place again, whatever became of it meanwhile.
+    void hold(PanelID panel);
     void noteMainSize();
     void retire(std::unique_ptr<QQuickView> view);
     void trimWhenUnused();
@@ -108,7 +122,7 @@ class Windows final : public QObject {
     std::unique_ptr<QQmlEngine> engine_;  // before the views: they go first
     std::unique_ptr<QQuickView> main_;
     std::map<PanelID, std::unique_ptr<QQuickView>> panels_;  // that are open
-    std::map<PanelID, PanelPlace> places_;                   // of these
+    std::map<PanelID, Standing> standings_;                  // of these
     std::unique_ptr<QQuickView> switcher_;                   // while it is not
     bool trimmed_ = true;                                    // since the last view was closed for good
     std::size_t retired_ = 0;                                // views that are closed and not yet gone

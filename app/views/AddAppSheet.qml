@@ -53,7 +53,7 @@ Sheet {
         ListView {
             id: list
             width: parent.width
-            height: Math.max(120, Math.min(340, (sheet.parent ? sheet.parent.height : 520) - 200))
+            height: Math.max(120, Math.min(340, (sheet.parent ? sheet.parent.height : 520) - 230 * Theme.scale))
             clip: true
             boundsBehavior: Flickable.StopAtBounds
             model: sheet.found
@@ -121,6 +121,17 @@ Sheet {
             role: "caption"
             color: Theme.text2
             text: "A running app comes with its windows as they are now."
+        }
+        Row {
+            anchors.right: parent.right
+            spacing: 8
+            PushButton { text: "Cancel"; onClicked: sheet.close() }
+            PushButton {
+                text: "Add App"
+                kind: "primary"
+                enabled: list.count > 0
+                onClicked: sheet.add(list.currentIndex)
+            }
         }
     }
 }

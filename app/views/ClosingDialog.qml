@@ -3,12 +3,13 @@ import QtQuick
 import Quillo.Core
 
 Dialog {
+    width: Math.min(400 * Theme.scale, (parent ? parent.width : 440) - 40)
     title: "Keep Quillo running?"
-    text: "This desktop shows no tray: with its window closed, nothing is seen of Quillo. Its shortcuts go on working, and starting it again opens the window. Settings keep your choice."
-    cancelText: "Keep Running"
+    text: "This desktop has no tray to show that Quillo is running. While it runs, its shortcuts work, and starting it again opens this window. You can change your choice in Settings."
+    otherText: "Keep Running"
     actionText: "Quit Quillo"
     actionKind: "normal"
-    onDeclined: Closing.answer(true)
+    onOtherChosen: Closing.answer(true)
     onConfirmed: Closing.answer(false)
     onClosed: Closing.cancel()
 }

@@ -9,6 +9,7 @@ Item {
     property alias style: picture.style  // "detail", "review", "card", "restore", "switcher", "strip"
     property alias states: picture.states
     property alias shownDesktops: picture.shownDesktops
+    property alias pickedKeys: picture.pickedKeys  // strongly outlined
     /// Radius of the wall behind it; below 0 there is none, for a map that stands on a wall of its owner.
     property real wallRadius: style === "detail" || style === "review" ? 16 : style === "restore" ? 12 : -1
     signal desktopPicked(string display, int position)
@@ -16,7 +17,6 @@ Item {
     property bool pickable: false
     property var pointedKeys: []  // by something else, as long as the pointer is on no window here
     readonly property var outlinedKeys: pointer.key !== "" ? [pointer.key] : pointedKeys  // lightly
-    property var pickedKeys: []   // and strongly
     property var order: []        // of the keys, for the arrow keys
     signal pointed(string key)    // empty: none any more
     signal picked(string key)
@@ -64,26 +64,7 @@ Item {
         id: picture
         anchors.fill: parent
         theme: Theme
-    }
-    component Outline: Rectangle {
-        required property var modelData
-        property real gap: 1
-        x: modelData.x - gap
-        y: modelData.y - gap
-        width: modelData.width + 2 * gap
-        height: modelData.height + 2 * gap
-        radius: modelData.radius + gap
-        color: "transparent"
-        border.width: 2
-        border.color: Theme.accent
-    }
-    Repeater {
-        model: root.outlinedKeys.length > 0 && picture.layoutCount > 0 ? picture.outlines(root.outlinedKeys) : []
-        Outline { opacity: 0.5 }
-    }
-    Repeater {
-        model: root.pickedKeys.length > 0 && picture.layoutCount > 0 ? picture.outlines(root.pickedKeys) : []
-        Outline {}
+        pointedKeys: root.outlinedKeys
     }
     FocusRing {
         shown: root.byKey

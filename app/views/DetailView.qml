@@ -6,6 +6,7 @@ import Quillo.Core
 FocusScope {
     id: root
     readonly property bool narrow: width < 900
+    readonly property bool toastInBar: true
     readonly property real side: Math.round(Math.min(328 * Theme.scale, width * 0.4))
 
     Shortcut { sequences: [StandardKey.Undo]; enabled: Detail.undoWords !== ""; onActivated: Detail.undo() }
@@ -227,6 +228,13 @@ FocusScope {
                     onRenamed: (name) => Detail.rename(name)
                 }
                 UiText { role: "caption"; width: parent.width; text: Detail.saved; color: Theme.text2 }
+                UiText {
+                    role: "caption"
+                    width: parent.width
+                    visible: text !== ""
+                    text: Detail.edited
+                    color: Theme.text2
+                }
                 UiText {
                     role: "caption"
                     width: parent.width

@@ -8,13 +8,18 @@ Sheet {
     property string text
     property string actionText
     property string cancelText: "Cancel"
+    property string otherText  // of a third way, between the two; empty: there is none
     property bool danger: false
     property bool armed: true          // whether it can be confirmed by now
     property Component details: null  // between the text and the buttons
     property string actionKind: danger ? "danger" : "primary"
     signal confirmed()
-    signal declined()  // by its button; Escape only closes
+    signal otherChosen()
     onVisibleChanged: if (visible) cancel.forceActiveFocus(Qt.TabFocusReason)
+    // Where the window comes up with it, the keyboard is there because of the window, which shows no ring.
+    readonly property bool looked: visible && cancel.Window.active
+    onLookedChanged: if (looked) Qt.callLater(showFocus)
+    function showFocus() { if (cancel.activeFocus) cancel.focusReason = Qt.TabFocusReason }
 
     contentItem: Column {
         spacing: 8
@@ -48,7 +53,15 @@ Sheet {
             PushButton {
                 id: cancel
                 text: dialog.cancelText
-                onClicked: { dialog.close(); dialog.declined() }
+                onClicked: dialog.close()
+                KeyNavigation.right: middle
+            }
+            PushButton {
+                id: middle
+                visible: text !== ""
+                text: dialog.otherText
+                onClicked: { dialog.close(); dialog.otherChosen() }
+                KeyNavigation.left: cancel
                 KeyNavigation.right: action
             }
             PushButton {
@@ -57,7 +70,7 @@ Sheet {
                 enabled: dialog.armed
                 kind: dialog.actionKind
                 onClicked: { dialog.close(); dialog.confirmed() }
-                KeyNavigation.left: cancel
+                KeyNavigation.left: middle
             }
         }
     }

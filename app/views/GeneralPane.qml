@@ -110,18 +110,18 @@ Column {
             visible: Shortcuts.refusal === ""
             height: visible ? implicitHeight : 0
             sub: true
-            title: "Jump between saved workspaces."
-            caption: Shortcuts.switcherRefusal
-            captionColor: Theme.danger
+            title: "Open workspace switcher"
+            caption: Shortcuts.switcherRefusal !== "" ? Shortcuts.switcherRefusal : "Jump between saved workspaces."
+            captionColor: Shortcuts.switcherRefusal !== "" ? Theme.danger : Theme.text2
             ShortcutField { action: "switcher" }
         }
         SettingRow {
             visible: Shortcuts.refusal === ""
             height: visible ? implicitHeight : 0
             sub: true
-            title: "Snapshot every open window into a workspace."
-            caption: Shortcuts.saveRefusal
-            captionColor: Theme.danger
+            title: "Save current desktop"
+            caption: Shortcuts.saveRefusal !== "" ? Shortcuts.saveRefusal : "Snapshot every open window into a workspace."
+            captionColor: Shortcuts.saveRefusal !== "" ? Theme.danger : Theme.text2
             ShortcutField { action: "save" }
         }
         SettingNote {

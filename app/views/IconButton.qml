@@ -47,7 +47,7 @@ T.Button {
         }
     }
     ToolTip {
-        visible: control.hovered && !control.down
+        visible: (control.hovered || control.visualFocus) && !control.down
         text: control.tip
     }
 }

@@ -176,6 +176,7 @@ FocusScope {
         x: 24
         width: parent.width - 48
         lines: Library.issues
+        showsFiles: true
         onFilesAsked: Library.showFiles()
         onDismissed: Library.dismissIssues()
     }

@@ -15,8 +15,9 @@ FocusScope {
         access: Ui.text("Quillo uses Accessibility to restore window positions. Your workspace data stays on this Mac."),
         shortcuts: "They work from any app. Click one to change it.",
         firstSave: "Review what's open, remove anything private, then save."
-                   + (Privacy.adaptersRefusal === "" ? " Tabs and folders are optional in Settings." : "") })
-    // Two sentences that do not fit in a line have a line each.
+                   + Ui.text(" Open documents are saved too.")
+                   + (Privacy.adaptersRefusal === "" ? Ui.text(" Tabs and folders are optional in Settings.") : "") })
+    // Where sentences do not fit in a line, the first has one of its own.
     function balanced(text, fits) { return fits ? text : text.replace(". ", ".\n") }
 
     function proceed() {
@@ -35,10 +36,20 @@ FocusScope {
 
     NumberAnimation { id: arrival; target: page; property: "opacity"; from: 0.2; to: 1; duration: 180; easing.type: Easing.OutCubic }
 
+    // A toast stands above the dots and the way back.
+    readonly property real stripHeight: foot.height
+    // The button stays where it is from page to page: what may stand below it has its room on all of them, and what
+    // stands above it takes its own from the picture. Only where that is too little does the button give way.
+    readonly property real under: Math.max(later.implicitHeight + 10, Settings.canAllowAccess ? 28 + 2 * Theme.lineHeight("caption") : 0)
+    readonly property real lowest: height - foot.height - under - primary.height
+    readonly property real usual: Math.round(height * 0.54) + Theme.lineHeight("display") + 2 * Theme.lineHeight("lead") + 48
+    readonly property real buttonTop: Math.round(Math.max(96 + 12 + page.implicitHeight + 16,
+                                                          lowest - 0.4 * Math.max(0, lowest - usual)))
+
     Rectangle {
         id: wall
         width: parent.width
-        height: Math.round(Math.max(96, Math.min(root.height * 0.54, root.height - page.implicitHeight - foot.height - 56)))
+        height: Math.round(Math.max(96, Math.min(root.height * 0.54, page.y - 12)))
         color: Theme.accentTint
         clip: true
         OnboardingPicture {
@@ -60,7 +71,7 @@ FocusScope {
         id: page
         readonly property real inner: Math.min(root.width - 48, 440 * Theme.scale)
         anchors.horizontalCenter: parent.horizontalCenter
-        y: wall.height + Math.max(12, Math.round((root.height - wall.height - foot.height - implicitHeight) * 0.4))
+        y: Math.round(root.buttonTop - 16 - implicitHeight)
         width: root.width - 48
         spacing: 0
 
@@ -130,21 +141,21 @@ FocusScope {
                 }
             }
         }
-        Item { width: 1; height: root.step === "shortcuts" || root.step === "access" && !root.refused ? 16 : 8 }
+    }
 
-        Row {
-            anchors.horizontalCenter: parent.horizontalCenter
-            spacing: 10
-            PushButton {
-                id: primary
-                width: Math.max(180, implicitWidth + 12)
-                large: true
-                kind: "primary"
-                text: root.step === "firstSave" ? "Save current desktop" : root.refused ? "Open System Settings" : "Continue"
-                onClicked: root.proceed()
-            }
-        }
-        Item { width: 1; height: root.refused ? 16 : 10 }
+    PushButton {
+        id: primary
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: root.buttonTop
+        width: Math.max(180, implicitWidth + 12)
+        large: true
+        kind: "primary"
+        text: root.step === "firstSave" ? "Save current desktop" : root.refused ? "Open System Settings" : "Continue"
+        onClicked: root.proceed()
+    }
+    Column {
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: primary.y + primary.height + (root.refused ? 16 : 10)
         UiText {
             anchors.horizontalCenter: parent.horizontalCenter
             visible: root.refused

@@ -9,6 +9,7 @@ Item {
     property real bodyHeight
     // Given by whoever opens the window: its room for the shadow, left and above, right and below.
     property bool translucent: false
+    property bool open: false  // from just before it is shown on: it is placed by the height that it has then
     property real roomBefore: 0
     property real roomAfter: 0
 

@@ -68,7 +68,7 @@ Column {
             }
         }
         SettingNote {
-            text: Ui.text("Password managers and system security windows are always excluded. You can also untick individual windows when saving.")
+            text: Ui.text("Password managers and system security windows are always excluded. You can also leave out single windows when saving.")
         }
     }
 
@@ -94,6 +94,7 @@ Column {
                     iconName: "globe"
                     prompt: "example.com"
                     Accessible.name: "Website to exclude"
+                    onEdited: refusal.text = ""
                     onAccepted: pane.addDomain()
                 }
                 PushButton {
@@ -102,6 +103,16 @@ Column {
                     text: "Add"
                     onClicked: pane.addDomain()
                 }
+            }
+            UiText {
+                id: refusal
+                x: 16
+                width: parent.width - 32
+                visible: text !== ""
+                role: "caption"
+                color: Theme.danger
+                wrapMode: Text.Wrap
+                Accessible.role: Accessible.AlertMessage
             }
             Flow {
                 x: 16
@@ -129,9 +140,10 @@ Column {
         text: Ui.text("Documents and folders that apps report themselves (TextEdit, Preview, Xcode, Ghostty…) are reopened without an integration.")
     }
 
-    // What was typed stays where there is no website in it.
+    // What was typed stays where something in it is no website.
     function addDomain() {
-        if (Privacy.excludeDomains(domain.text)) domain.clear()
+        refusal.text = Privacy.excludeDomains(domain.text)
+        if (refusal.text === "") domain.clear()
         domain.forceActiveFocus()
     }
 
@@ -167,7 +179,7 @@ Column {
             y: 10
             kind: "danger"
             iconName: "trash-2"
-            text: "Delete all workspace data"
+            text: "Delete all workspace data…"
             onClicked: confirm.open()
         }
     }

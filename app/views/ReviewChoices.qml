@@ -7,6 +7,12 @@ Item {
     id: root
     property bool mapFirst: false
     property real mapHeight: Math.round(width * 0.627)
+    // Of the map, as it has them.
+    property var pointedKeys: []
+    property var pickedKeys: []
+    signal pointed(string key)
+    signal picked(string key)
+    onPickedKeysChanged: if (pickedKeys.length === 1) map.show(pickedKeys[0])
     readonly property var colors: Theme.workspaces[Review.color] || Theme.workspaces["slate"]
     /// What is to be seen with the map at once: in a narrow window no more than the name.
     readonly property real rest: mapBlock.spacing + legend.height + (mapFirst ? 16 + name.height : below.y)
@@ -71,8 +77,15 @@ Item {
             radius: 16
             color: root.colors.tint
             DesktopMap {
+                id: map
                 anchors.fill: parent
                 source: Review.map
+                pickable: true
+                order: Review.map ? Review.allWindowKeys() : []
+                pickedKeys: root.pickedKeys
+                pointedKeys: root.pointedKeys
+                onPointed: (key) => root.pointed(key)
+                onPicked: (key) => root.picked(key)
                 colorName: Review.color
                 style: "review"
                 states: Review.states

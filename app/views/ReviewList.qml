@@ -7,6 +7,7 @@ ListView {
     property var contents: Review  // whose rows are shown, toggled and opened
     property bool selects: false   // a click chooses a line instead of ticking it, and the chosen one is marked
     property bool chosen: false    // one is
+    property bool marked: false    // it is, because it was picked elsewhere
     property int pointedRow: -1    // marked as if the pointer were on it
     property int hoveredRow: -1    // it is on this one
     property bool byKey: false  // the keyboard was used last
@@ -27,6 +28,7 @@ ListView {
 
     function choose(index, byOther) {
         byKey = !byOther
+        marked = byOther === true
         if (count === 0) return
         currentIndex = Math.min(count - 1, Math.max(0, index))
         chosen = true

@@ -22,7 +22,8 @@ Item {
     readonly property color ink: more ? Theme.text2 : included && !faded ? location ? Theme.text2 : Theme.text : Theme.text3
     readonly property bool besideBar: ListView.view !== null && ListView.view.scrolls
     readonly property bool current: ListView.isCurrentItem && ListView.view.activeFocus
-    readonly property bool chosen: ListView.isCurrentItem && ListView.view.selects && ListView.view.chosen
+    readonly property bool chosen: ListView.isCurrentItem && ListView.view.chosen
+                                   && (ListView.view.selects || ListView.view.marked)
     readonly property bool pointed: pointer.hovered || (ListView.view !== null && ListView.view.pointedRow === index)
     signal toggled()
     signal openAsked(bool open)
@@ -83,6 +84,7 @@ Item {
             const view = root.ListView.view
             view.currentIndex = root.index
             view.chosen = true
+            view.marked = false
             if (!view.selects) return root.toggled()
             view.forceActiveFocus(Qt.MouseFocusReason)
             view.byKey = false

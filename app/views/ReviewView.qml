@@ -23,8 +23,14 @@ FocusScope {
         target: Review
         function onCloseAsked() { root.ask(true) }
     }
+    /// A window is picked in the map: its line is shown and marked.
+    function pick(key) {
+        const row = Review.reveal(key)
+        if (row >= 0) list.choose(row, true)
+    }
     function begin() {
         if (busy) return
+        list.marked = false
         choices.focusName()
         Qt.callLater(() => { list.positionViewAtBeginning(); page.contentY = 0 })  // the map and the name
     }
@@ -56,6 +62,7 @@ FocusScope {
         y: from
         width: root.width - 48
         lines: Review.notes
+        dismissable: false
         readonly property real from: heading.y + heading.height + 20
     }
 
@@ -117,6 +124,10 @@ FocusScope {
             x: root.wide ? 0 : 24
             width: parent.width - 2 * x
             mapFirst: !root.wide
+            pickedKeys: (list.marked || list.activeFocus) && list.count > 0 ? Review.windowKeys(list.currentIndex) : []
+            pointedKeys: list.hoveredRow >= 0 ? Review.windowKeys(list.hoveredRow) : []
+            onPointed: (key) => list.pointedRow = key !== "" ? Review.rowOf(key) : -1
+            onPicked: (key) => root.pick(key)
             mapHeight: root.wide ? Math.max(150, Math.min(Math.round(width * 0.627), body.height - rest))
                                  : Math.max(130, Math.round(Math.min(width * 0.45, 300, body.height - rest - 12)))
         }
@@ -167,7 +178,7 @@ FocusScope {
     Dialog {
         id: discard
         title: "Discard this review?"
-        text: "The name you typed and what you left out are not kept. Nothing is saved."
+        text: "What you typed and left out here is not kept, and nothing is saved."
         actionText: "Discard"
         cancelText: "Keep Reviewing"
         danger: true

@@ -26,7 +26,7 @@ Rectangle {
     // What else comes within a page.
     readonly property string content: [Ui.detailId, Onboarding.step, Review.present].join()
     onContentChanged: Presses.pageCame()
-    Keys.onEscapePressed: if (Ui.page === "detail" || Ui.page === "settings") Ui.back()
+    Keys.onEscapePressed: Ui.leave()
 
     Loader {
         id: page
@@ -68,8 +68,9 @@ Rectangle {
     }
     Toast {
         anchors.horizontalCenter: parent.horizontalCenter
-        anchors.bottom: parent.bottom
-        anchors.bottomMargin: page.item && page.item.stripHeight ? page.item.stripHeight + 16 : 28
+        // At the foot of a page; where the new line of a list may stand there, in the bar above it.
+        y: kind === "done" && page.item && page.item.toastInBar ? 10
+           : parent.height - height - (page.item && page.item.stripHeight ? page.item.stripHeight + 16 : 28)
         shown: Ui.toast !== ""
         text: ""
         readonly property string latest: Ui.toast

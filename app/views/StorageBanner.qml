@@ -1,15 +1,17 @@
-// What is wrong with the files of the library or the settings.
+// What is wrong with the files of the library or the settings, or is to be known of a capture.
 import QtQuick
 import Quillo.Core
 
 Rectangle {
     id: root
     property var lines: []
+    property bool showsFiles: false   // there are some to look at
+    property bool dismissable: true
     signal filesAsked()
     signal dismissed()
 
     visible: lines.length > 0
-    height: visible ? Math.max(list.height + 24, files.height + 12) : 0
+    height: visible ? Math.max(list.height + 24, files.visible ? files.height + 12 : 0) : 0
     radius: 12
     color: Theme.warningTint
     Accessible.role: Accessible.AlertMessage
@@ -28,7 +30,7 @@ Rectangle {
         id: list
         anchors.left: parent.left
         anchors.leftMargin: 28 + Math.round(18 * Theme.scale)
-        anchors.right: files.left
+        anchors.right: files.visible ? files.left : close.visible ? close.left : parent.right
         anchors.rightMargin: 12
         y: 12
         // Five lines; where issues have two of them, nothing of the sixth.
@@ -59,6 +61,7 @@ Rectangle {
         anchors.right: close.left
         anchors.rightMargin: 4
         y: Math.round(12 + (Theme.lineHeight("body") - height) / 2)
+        visible: root.showsFiles
         compact: true
         text: "Show files"
         onClicked: root.filesAsked()
@@ -69,6 +72,7 @@ Rectangle {
         anchors.rightMargin: 8
         y: 6
         size: 28
+        visible: root.dismissable
         iconName: "x"
         tip: "Dismiss"
         onClicked: root.dismissed()

@@ -11,11 +11,11 @@ PanelFrame {
     bodyHeight: column.implicitHeight + 2
     Accessible.name: "Workspace switcher"
     // It is made before it is shown, and kept afterwards.
-    readonly property bool open: Window.visibility !== Window.Hidden
     onOpenChanged: {
         if (!open) return
         Switcher.shown()
-        column.forceLayout()  // the window stands by its height
+        list.forceLayout()  // the window stands by its height
+        column.forceLayout()
         list.positionViewAtBeginning()
         list.contentY = list.originY - list.topMargin
         field.forceActiveFocus()

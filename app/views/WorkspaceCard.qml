@@ -25,9 +25,10 @@ Item {
     function openMenu() { popUpMenu(mirrored ? card.width : 0, 0) }
     /// The menu goes from there the way one reads.
     function popUpMenu(left, top) { menu.active = true; menu.item.popupAt(left, top) }
+    function askForName() { renaming.active = true; renaming.item.open() }
     function askToDelete() { confirmation.active = true; confirmation.item.open() }
     // A view of many rows may show another workspace in the same card: what was asked about the one before goes.
-    onWorkspaceIdChanged: { menu.active = false; confirmation.active = false }
+    onWorkspaceIdChanged: { menu.active = false; confirmation.active = false; renaming.active = false }
 
     // What left the library is kept for another row, at times with its place: nothing may read or press it there.
     property bool pooled: false
@@ -217,6 +218,7 @@ Item {
                 entries: [
                     { text: "Open", iconName: "app-window", act: () => Ui.openDetail(root.workspaceId) },
                     { text: "Resume workspace", iconName: "rotate-ccw", act: () => Library.resume(root.workspaceId) },
+                    { text: "Rename…", iconName: "pencil", act: () => root.askForName() },
                     { text: "Update from Current Desktop", iconName: "refresh-cw", act: () => Library.update(root.workspaceId) },
                     { text: "Select", iconName: "list-checks", act: () => Library.toggleSelected(root.workspaceId) },
                     { separator: true },
@@ -226,6 +228,15 @@ Item {
                     { text: "Delete Workspace", iconName: "trash-2", danger: true, act: () => root.askToDelete() }
                 ]
             }
+        }
+    }
+    Loader {
+        id: renaming
+        active: false
+        sourceComponent: RenameDialog {
+            parent: renaming.T.Overlay.overlay
+            name: root.name
+            onRenamed: (name) => Library.rename(root.workspaceId, name)
         }
     }
     Loader {

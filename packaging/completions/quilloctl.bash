@@ -135,11 +135,21 @@ _quilloctl() {
             rename:0 | duplicate:0 | delete:*) _quilloctl_offer_names workspaces ;;
             history:0) _quilloctl_offer_words list save clear ;;
             launcher:0) _quilloctl_offer_words add list remove ;;
-            launcher:1) [[ ${arguments[0]} == remove ]] && _quilloctl_offer_names launchers ;;
-            launcher:2) [[ ${arguments[0]} == add ]] && mapfile -t COMPREPLY < <(compgen -c -- "$typed") ;;
+            launcher:1) [[ ${arguments[0]} == list ]] || _quilloctl_offer_names launchers ;;
+            launcher:*)
+                case ${arguments[0]}:${#arguments[@]} in
+                    remove:*) _quilloctl_offer_names launchers ;;
+                    add:2) mapfile -t COMPREPLY < <(compgen -c -- "$typed") ;;
+                    add:*) _quilloctl_offer_files "" ;;
+                esac ;;
             help:0)
                 # shellcheck disable=SC2086
                 _quilloctl_offer_words $commands ;;
+            help:1)
+                case ${arguments[0]} in
+                    history) _quilloctl_offer_words list save clear ;;
+                    launcher) _quilloctl_offer_words add list remove ;;
+                esac ;;
             import:0 | validate:0) _quilloctl_offer_files "" ;;
             export:0) _quilloctl_offer_names sessions ;;
             export:*)

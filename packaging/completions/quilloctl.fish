@@ -30,6 +30,12 @@ function __quilloctl_has
     test (count $arguments) -eq (math $argv[1] + 1); and contains -- $arguments[1] $argv[2..-1]
 end
 
+# Whether the line begins with these two arguments.
+function __quilloctl_of
+    set -l arguments (__quilloctl_arguments)
+    test (count $arguments) -ge 2; and test "$arguments[1] $arguments[2]" = "$argv"
+end
+
 function __quilloctl_no_command
     test (count (__quilloctl_arguments)) -eq 0
 end
@@ -86,7 +92,11 @@ complete -c quilloctl -n '__quilloctl_is export' -F -a '(__quilloctl_names sessi
 complete -c quilloctl -n '__quilloctl_is import validate' -F
 complete -c quilloctl -n '__quilloctl_has 0 history' -a 'list save clear'
 complete -c quilloctl -n '__quilloctl_has 0 launcher' -a 'add list remove'
-complete -c quilloctl -n '__quilloctl_has 1 launcher' -a '(__quilloctl_names launchers)'
+complete -c quilloctl -n '__quilloctl_of launcher remove' -a '(__quilloctl_names launchers)'
+complete -c quilloctl -n '__quilloctl_has 1 launcher; and __quilloctl_of launcher add' -a '(__quilloctl_names launchers)'
+complete -c quilloctl -n '__quilloctl_has 2 launcher; and __quilloctl_of launcher add' -a '(__fish_complete_command)'
+complete -c quilloctl -n '__quilloctl_has 1 help; and __quilloctl_of help history' -a 'list save clear'
+complete -c quilloctl -n '__quilloctl_has 1 help; and __quilloctl_of help launcher' -a 'add list remove'
 complete -c quilloctl -n '__quilloctl_is plan' -l exit-code -d 'Status 5 where there is something to do'
 complete -c quilloctl -n '__quilloctl_is plan diff restore' -l only -x -a '(__quilloctl_applications)' \
     -d 'Only this application'

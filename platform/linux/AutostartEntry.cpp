@@ -191,8 +191,8 @@ std::optional<AutostartEntry::Path> AutostartEntry::installedProgram() const {
 Capability AutostartEntry::capability() const {
     if (installedProgram()) return Capability::available();
     return Capability::unavailable(
-        "Quillo is not installed here: no entry of the applications menu starts the program that is running, "
-        "and one opened at login would break when it is moved.");
+        "Quillo is not installed here, so it can't be opened at login. Install its package to switch this "
+        "on.");
 }
 
 LoginItemStatus AutostartEntry::status() const {

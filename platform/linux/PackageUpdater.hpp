@@ -7,7 +7,7 @@ namespace quillo {
 class PackageUpdater final : public UpdaterService {
   public:
     Capability capability() const override {
-        return Capability::unavailable("Your system's package manager keeps Quillo up to date.");
+        return Capability::unavailable("Updates of Quillo come with those of your system.");
     }
     void setDelegate(UpdaterDelegate*) override {}
     void start() override {}

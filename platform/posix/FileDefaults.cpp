@@ -36,6 +36,11 @@ std::string withoutFinalLineFeed(std::string text) {
 
 }  // namespace
 
+UserDefaults& FileDefaults::notes() {
+    if (!notes_) notes_ = std::make_unique<FileDefaults>(files_, file_.parent_path() / "notes.json");
+    return *notes_;
+}
+
 std::optional<std::string> FileDefaults::trouble() const {
     const auto& trouble = content().trouble;
     return trouble ? std::optional(trouble->text) : std::nullopt;

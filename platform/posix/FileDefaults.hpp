@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -18,10 +19,13 @@ namespace quillo {
 /// aside before it is replaced, as NAME.damaged, NAME.damaged-2 and so on up to nine; none of these is
 /// overwritten: a tenth is an error of the set. A set that failed only to make the change durable leaves it
 /// in place.
+///
+/// notes() are another such file beside it, notes.json.
 class FileDefaults final : public UserDefaults {
   public:
     FileDefaults(FileSystem& files, std::filesystem::path file) : files_(files), file_(std::move(file)) {}
 
+    UserDefaults& notes() override;
     std::string place() const override { return file_.string(); }
     std::optional<std::string> trouble() const override;
     Result<std::string> keepAside() override;
@@ -49,6 +53,7 @@ class FileDefaults final : public UserDefaults {
     FileSystem& files_;
     std::filesystem::path file_;
     mutable std::optional<Content> content_;
+    std::unique_ptr<FileDefaults> notes_;  // once asked for
 };
 
 }  // namespace quillo

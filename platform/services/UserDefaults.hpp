@@ -13,6 +13,11 @@ class UserDefaults {
   public:
     virtual ~UserDefaults() = default;
 
+    /// What the program notes for itself, apart from what the person has chosen where a person may damage
+    /// that: what happens to one leaves the other. These same defaults where there is no difference. Lives as
+    /// long as they do.
+    virtual UserDefaults& notes() { return *this; }
+
     /// Where they are kept: a file, or what the system calls them.
     virtual std::string place() const = 0;
     /// Why they count as empty although there are some; for the person.

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <cstdlib>
 #include <cstring>
 #include <utility>
 
@@ -32,6 +33,13 @@ xcb_screen_t* screenAt(xcb_connection_t* xcb, int number) {
     return screens.rem > 0 ? screens.data : nullptr;
 }
 
+/// As the session's own variables say; only where no X server is to be had does that matter.
+bool isWaylandSession() {
+    const char* display = std::getenv("WAYLAND_DISPLAY");
+    const char* type = std::getenv("XDG_SESSION_TYPE");
+    return (display && *display) || (type && std::string_view(type) == "wayland");
+}
+
 std::string noServerText(const std::string& display) {
     if (!display.empty()) {
         return "No X server answers at display " + display +
@@ -43,6 +51,10 @@ std::string noServerText(const std::string& display) {
                ", which the variable DISPLAY names. Run this inside a graphical session of the X Window "
                "System.";
     }
+    if (isWaylandSession())
+        return "This is a Wayland session, which lets no program save or move the windows of others. Log out "
+               "and "
+               "choose an X11 (Xorg) session.";
     return "The variable DISPLAY is not set, so there is no X server to talk to. Run this inside a graphical "
            "session of the X Window System.";
 }

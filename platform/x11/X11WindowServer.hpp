@@ -19,6 +19,9 @@ class X11WindowServer final : public WindowServer {
     std::optional<WindowNumber> windowInFront() override;
     std::vector<SpaceID> spacesInFront() override;
     std::uint64_t stamp() override;
+    std::string noWindows() override {
+        return "no accessible windows appeared; windows on other desktops may be unavailable";
+    }
     Capability spaces() override;
     Capability desktopCreation() override;
     bool isAnimating(std::string_view displayID) override;

@@ -91,6 +91,16 @@ TEST(AppModel, ACaptureIsReviewedAndSavedUnderAFreeName) {
     EXPECT_EQ(model.shell.policies.back(), ActivationPolicy::regular);
 }
 
+TEST(AppModel, ApplicationsThatCouldNotBeStartedAgainAreNamed) {
+    samples::Scene desk = Model::desk();
+    for (const bool installed : {true, false}) {
+        desk.applications.front().installed = installed;
+        Model model(desk);
+        model->beginCapture();
+        EXPECT_EQ(model->notLaunchable(model.review().snapshot()).size(), installed ? 0U : 1U);
+    }
+}
+
 TEST(AppModel, AnUpdateKeepsWhatTheWorkspaceIs) {
     Model model;
     Workspace before = samples::named(Uuid::random(), "Work");
@@ -117,7 +127,11 @@ TEST(AppModel, AnUpdateKeepsWhatTheWorkspaceIs) {
 TEST(AppModel, AnUpdateKeepsWhatBecameOfTheWorkspaceMeanwhile) {
     const struct {
         const char *typed, *name;
-    } cases[] = {{nullptr, "Elsewhere"}, {"Elsewhere", "Elsewhere"}, {"Mine", "Mine"}, {"work", "work"}};
+    } cases[] = {{nullptr, "Elsewhere"},
+                 {"Elsewhere", "Elsewhere"},
+                 {"Mine", "Mine"},
+                 {"work", "work"},
+                 {"Taken", "Taken 2"}};
     for (const auto& c : cases) {
         Model model;
         model.put({"Work"});
@@ -130,6 +144,7 @@ TEST(AppModel, AnUpdateKeepsWhatBecameOfTheWorkspaceMeanwhile) {
         changed.lastRestoredAt = Instant{7s};
         ASSERT_TRUE(model.store.save(changed));
         model->reload();
+        ASSERT_TRUE(model.store.save(samples::named(Uuid::random(), "Taken")));  // and not read by now
         if (c.typed) draft.setName(c.typed);
         draft.setColor("lime");
         model->commit(draft);
@@ -303,14 +318,15 @@ TEST(AppModel, SettingsThatCannotBeReadAreKeptAsideAndSaidUntilThatIsDismissed) 
         model.keptIn = &defaults;
         model.start();
         const std::string said = model->toast().value_or("");
-        EXPECT_TRUE(said.starts_with("Your settings can't be read, ") && said.contains(c.keptAs)) << said;
+        const std::string trouble = model->settingsTrouble().value_or("");
+        EXPECT_EQ(said, trouble.substr(0, trouble.find('\n')) + " Settings says more.");
+        EXPECT_TRUE(trouble.contains(c.keptAs)) << trouble;
+        EXPECT_TRUE(model->settings().onboarded) << "this is no first start";
         EXPECT_TRUE(model.directory.read(std::string("config/") + c.keptIn).contains(c.kept));
         EXPECT_EQ(model.loginItem.registrations, 0) << "as if freshly installed";
-        model.change([](AppSettings& settings) { settings.onboarded = true; });
-        EXPECT_EQ(model->toast(), said);
         model.start();
         EXPECT_FALSE(model->toast()) << "it was said at once";
-        EXPECT_EQ(model->settingsTrouble(), said);
+        EXPECT_EQ(model->settingsTrouble(), trouble);
         EXPECT_TRUE(model->settings().onboarded);
         model->dismissSettingsTrouble();
         model.start();
@@ -415,7 +431,7 @@ TEST(AppModel, HotKeysAndOtherPartsOfTheProgramReachIt) {
     const std::uint32_t mask = 0x1900;
     EXPECT_TRUE(model.hotKeys.press(15, mask));
     model.run(1ms);
-    EXPECT_EQ(model.surfaces.panels.at(PanelID::switcher), (PanelPlace{480, PanelAnchor::center}));
+    EXPECT_EQ(model.surfaces.panels.at(PanelID::switcher), switcherPlace);
     EXPECT_TRUE(model.hotKeys.press(15, mask));
     model.run(1ms);
     EXPECT_TRUE(model.surfaces.panels.empty());

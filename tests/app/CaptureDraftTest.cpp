@@ -111,18 +111,18 @@ TEST(RestoreRun, SaysHowFarItIsAndHowItEnded) {
         bool cancelled;
         std::string title, subtitle;
     } cases[] = {
-        {{}, false, "Work is back", "0 restored"},
-        {{R::restored{}, R::adjusted{}, R::note{"x"}}, false, "Work is back", "2 restored"},
-        {{R::restored{}}, true, "Work is mostly back", "1 restored"},
+        {{}, false, "Work is back", "0 of 1 window back"},
+        {{R::adjusted{}, R::note{"x"}}, false, "Work is back", "1 of 1 window back"},
+        {{R::restored{}}, true, "Work is mostly back", "1 of 1 window back"},
         {{R::createdDesktops{1}, R::launched{}, R::opened{3}},
          false,
          "Work is back",
-         "0 restored · 1 desktop created · 1 launched · 3 reopened"},
+         "0 of 1 window back · 1 desktop created · 1 app opened · 3 items reopened"},
         {{R::createdDesktops{1}, R::createdDesktops{1}, R::skipped{"x"}},
          false,
          "Work is mostly back",
-         "0 restored · 2 desktops created · 1 skipped"},
-        {{R::failed{"x"}, R::failed{"y"}}, false, "Work is mostly back", "0 restored · 2 failed"},
+         "0 of 1 window back · 2 desktops created · 1 problem"},
+        {{R::failed{"x"}, R::failed{"y"}}, false, "Work is mostly back", "0 of 1 window back · 2 problems"},
     };
     for (const auto& c : cases) {
         RestoreReport report{.items = {}, .duration = 1, .cancelled = c.cancelled};

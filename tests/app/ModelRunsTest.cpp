@@ -44,7 +44,8 @@ TEST(ModelRuns, ACleanRestoreIsRecordedAndItsPanelClosesAfterFourSeconds) {
     Model model(slowDesk(2));
     model->restore(viewing(model), CleanSlateMode::hide);
     EXPECT_TRUE(model->restoreRunning() && model->busy());
-    EXPECT_EQ(model.surfaces.panels.at(PanelID::restore), (PanelPlace{380, PanelAnchor::bottomTrailing}));
+    EXPECT_EQ(model.surfaces.panels.at(PanelID::restore),
+              (PanelPlace{.width = 380, .anchor = PanelAnchor::bottomTrailing}));
     model.finishRestore();
     const RestoreRun& run = *model->restoreRun();
     EXPECT_TRUE(run.clean()) << run.subtitle();
@@ -100,8 +101,10 @@ TEST(ModelRuns, APanelThatSomebodyReadsStaysAndAReportCanBeReadAgain) {
     model->showReport(workspace.id);
     EXPECT_EQ(model->restoreRun()->title(), "Viewing is mostly back");
     model.run(1min);
-    EXPECT_TRUE(model.surfaces.panelVisible(PanelID::restore)) << "it was asked for";
+    EXPECT_TRUE(model->reportShown()) << "it was asked for";
+    EXPECT_FALSE(model.surfaces.panels.at(PanelID::restore).staysOnTop);
     model->closeRestorePanel();
+    EXPECT_FALSE(model->reportShown());
     model->deleteWorkspace(workspace);
     EXPECT_FALSE(model->hasReport(workspace.id));
     EXPECT_TRUE(model->hasReport(model.named("Other").id));

@@ -58,7 +58,7 @@ TEST_F(DesktopCommandTest, WhatIsSeenIsWhatASaveRecords) {
               (Texts{"Letter", "Notes\x1b[2J", "shell"}));
     EXPECT_EQ(members(done(on("arranged", {"displays", "--json"})), "id"), Texts{"left"});
     expectSteps({{on("arranged", {"displays"}), 0, "1600 × 1000 at 0, 0"},
-                 {on("arranged", {"save", "work"}), 0, "Saved 3 windows of 2 applications as work 2\n"}});
+                 {on("arranged", {"save", "work"}), 0, "Saved 3 windows of 2 applications as \"work 2\"\n"}});
 }
 
 TEST_F(DesktopCommandTest, AnUpdateKeepsIdentityAndLook) {
@@ -99,9 +99,9 @@ TEST_F(DesktopCommandTest, TheHistoryKeepsChangedSessionsBesideTheLibrary) {
     expectSteps(
         {{{"history", "list"}, 0, "quilloctl history save"},
          {{"history", "clear"}, 0, "Removed 0 sessions\n"},
-         {{"show", later}, 1, "there is no workspace LAST SESSION"},
+         {{"show", later}, 1, "there is no workspace \"LAST SESSION\""},
          {{"history", "save"}, 4, "quilloctl: "},
-         {on("arranged", {"history", "save"}), 0, "Saved 3 windows of 2 applications as Last session\n"},
+         {on("arranged", {"history", "save"}), 0, "Saved 3 windows of 2 applications as \"Last session\"\n"},
          {on("arranged", {"history", "save"}), 0, ": 3 windows of 2 applications\n"},
          {on("arranged", {"history", "save", "--json"}), 0, "\"saved\":false"}});
     EXPECT_EQ(listed(), Texts{"Last session"});
@@ -114,11 +114,13 @@ TEST_F(DesktopCommandTest, TheHistoryKeepsChangedSessionsBesideTheLibrary) {
     // The sessions are found where the library has no such name; only reading commands look there.
     expectSteps({{on("arranged", {"plan", names[1]}), 0, "600 × 400 at 100, 100"},
                  {on("disturbed", {"restore", names[1]}), 0, "3 restored"},
-                 {{"export", later, home_ / "out.json"}, 0, "Exported Last session\n"},
-                 {{"rename", later, "Mine"}, 1, "there is no workspace LAST SESSION"},
-                 {{"delete", later}, 1, "there is no workspace LAST SESSION"}});
+                 {{"export", later, home_ / "out.json"}, 0, "Exported \"Last session\" to "},
+                 {{"import", home_ / "out.json"}, 0, "Imported \"Last session 2\"\n"},
+                 {{"rename", later, "Mine"}, 1, "there is no workspace \"LAST SESSION\""},
+                 {{"delete", later}, 1, "there is no workspace \"LAST SESSION\""}});
     EXPECT_EQ(members(done({"history", "list", "--json"}), "lastRestoredAt"), (Texts{"", ""}));
-    expectSteps({{{"rename", "Work", "last session"}, 0, "Renamed"}, {{"show", later}, 0, "last session\n"}});
+    expectSteps({{{"rename", "Work", "last session"}, 0, "Renamed Work to \"last session 3\""},
+                 {{"show", later}, 0, "Last session\n"}});
     EXPECT_NE(done({"show", "03CC17F4-4EAF-47BB-9F08-13A4854D3F71"}).find("1 application, 2 windows"),
               std::string::npos);
     expectSteps({{{"history", "clear"}, 0, "Removed 2 sessions\n"}, {{"list"}, 0, "last session"}});
@@ -163,7 +165,7 @@ TEST_F(DesktopCommandTest, AKeptSceneIsRestoredOverSeveralCalls) {
     expectSteps({{on("disturbed", {"plan", "work", "--exit-code"}), 0, "change  in place\n"},
                  {on("disturbed", {"plan", "work"}), 0, "\nWork: 3 in place\n"},
                  {on("disturbed", {"restore", "work"}), 0, "Editor    Letter        in place\n"},
-                 {on("disturbed", {"restore", "work"}), 0, "Work is back: 3 restored · 3 in place · "}});
+                 {on("disturbed", {"restore", "work"}), 0, "Work is back: 3 in place · "}});
 }
 
 TEST_F(DesktopCommandTest, ExitStatusAndLinesSayWhatDidNotComeBack) {
@@ -206,6 +208,8 @@ TEST_F(DesktopCommandTest, ExitStatusAndLinesSayWhatDidNotComeBack) {
         file("scene", c.scene);
         expectSteps({{on("scene", c.step.arguments), c.step.status, c.step.says}});
     }
+    EXPECT_NE(runWith({"XDG_SESSION_TYPE=wayland"}, {QUILLOCTL, "windows"}).err.find("a Wayland session"),
+              std::string::npos);
     expectSteps({{on("none", {"windows"}), 1, "none"},  // and without any desktop only the store works
                  {{"save", "Work"}, 4, "quilloctl: "},
                  {{"doctor"}, 4, "window access         no  "},
@@ -246,11 +250,13 @@ TEST_F(DesktopCommandTest, ARestoreCanWaitForTheDesktop) {
 }
 
 TEST_F(DesktopCommandTest, WhatNothingCouldLaunchIsNamed) {
+    file("empty", R"({"displays": [{"id": "left", "frame": [0, 0, 1600, 1000]}]})");
     file("bare", R"({"displays": [{"id": "left", "frame": [0, 0, 1600, 1000]}], "applications": [
         {"identifier": "xclock", "name": "XClock", "installed": false, "windows": [
           {"title": "clock", "frame": [0, 0, 100, 100]}]}]})");
     expectSteps(
-        {{on("bare", {"save", "Bare"}), 0, "quilloctl: XClock (xclock): not installed, so a restore will"},
+        {{on("empty", {"save", "Empty"}), 0, "quilloctl: nothing is open that a save records"},
+         {on("bare", {"save", "Bare"}), 0, "quilloctl: XClock (xclock): not installed, so a restore will"},
          {on("bare", {"history", "save"}), 0, "launcher add xclock COMMAND..."},
          {on("bare", {"doctor"}), 0, "not launchable        XClock (xclock)\n"},
          {on("arranged", {"doctor"}), 0, "not launchable        none\n"}});
@@ -337,10 +343,15 @@ TEST_F(DesktopCommandTest, FoldersTabsDocumentsAndOtherApplicationsArePlannedAnd
          {on("poor", {"plan", "Rich"}), 0, "opens   /d/a.txt\n"},
          {on("poor", {"plan", "Rich"}), 0, "integration is disabled or unavailable\n"},
          {on("poor", with({"plan", "Rich"}, chromium)), 0, "in a new window: https://news.example/\n"},
-         {on("rich", with({"restore", "Rich"}, chromium)), 0, "2 restored · 2 in place · 0.1 s"},
+         {on("rich", with({"restore", "Rich"}, chromium)), 0, "Rich is back: 2 in place · 0.1 s"},
+         {on("poor", {"plan", "Rich", "--clean-slate", "hide", "--only", "Editor"}), 0, " · 1 other applic"},
          {on("poor", {"restore", "Rich", "--clean-slate", "quit", "--adapter", "chromium"}), 0,
           "2 restored \xc2\xb7 1 launched \xc2\xb7 2 reopened"},
          {on("poor", {"restore", "Rich", "--adapter", "opera"}), 2, "--adapter"}});
+    const std::string part =
+        done(on("poor", {"restore", "Rich", "--clean-slate", "quit", "--only", "Editor"}));
+    EXPECT_NE(part.find("  quit\n"), std::string::npos) << part;
+    EXPECT_EQ(part.find("Chrome"), std::string::npos) << "the workspace holds it: " << part;
     const std::string note = "Chrome: Browser automation was unavailable.\n";
     expectSteps({{on("poor", with({"plan", "Rich", "--json"}, chromium)), 0, R"("newWindow":true,"urls":[")"},
                  {on("refusing", with({"save", "Poor"}, chromium)), 0, "quilloctl: " + note},
@@ -349,7 +360,7 @@ TEST_F(DesktopCommandTest, FoldersTabsDocumentsAndOtherApplicationsArePlannedAnd
 
 TEST_F(DesktopCommandTest, WhatWasNotSavedHereIsAskedAboutOnce) {
     const std::string gift = home_ / "gift.json",
-                      refused = "Work 2 was not saved on this computer; look at it";
+                      refused = "\"Work 2\" was not saved on this computer; look at it";
     done({"export", "Work", gift});
     done({"import", gift});
     const auto answered = [&](const std::string& answer, const std::string& options = "") {
@@ -360,7 +371,8 @@ TEST_F(DesktopCommandTest, WhatWasNotSavedHereIsAskedAboutOnce) {
     };
     const std::string shown =
         " was not saved on this computer. Restoring it would do this:\r\n"
-        "  Launches\r\n    Editor (runs now)\r\n    Terminal\r\n  Makes 1 desktop\r\nRestore it? [y/N] ";
+        "  Launches\r\n    Editor (not now, it runs)\r\n    Terminal\r\n  Makes 1 desktop\r\nRestore it? "
+        "[y/N] ";
     expectSteps({{on("disturbed", {"restore", "work 2"}), 1, refused},
                  {on("disturbed", {"restore", "work 2", "--json"}), 1, "--yes"},
                  {on("disturbed", {"plan", "work 2"}), 0, "not saved on this computer; restore asks first\n"},

@@ -76,6 +76,7 @@ printf '%s\n' "${COMPREPLY[@]}"
         {{"restore", ""}, {"Last\\ session", R"(My\ \"work\")"}},
         {{"restore", "other"}, {""}},
         {{"history", ""}, {"clear", "list", "save"}},
+        {{"help", "launcher", ""}, {"add", "list", "remove"}},
         {{"import", home_ / "in"}, {path}},
         {{"show", "\"my"}, {R"(My \"work\"")"}},
         {{"show", "My\\ "}, {R"(My\ \"work\")"}},

@@ -35,7 +35,10 @@ TEST_F(LibraryCommandTest, UsageErrorsNameTheArgument) {
         {{"help", "history", "save"}, 0, "Usage: quilloctl history save"},
         {{"export", "Work"}, 2, "FILE is required"},
         {{"export", "Work", "Work", "x.json"}, 2, "FILE: several workspaces go into a folder, and x.json is"},
-        {{"rename", "Work"}, 2, "NAME is required"},
+        {{"rename", "Work"}, 2, "rename: NAME is required\nSee quilloctl rename --help.\n"},
+        {{"rename"}, 2, "rename: W and NAME are required"},
+        {{"restore", "Work", "--adapter"}, 2, "--adapter: no ID is given"},
+        {{"--desktop"}, 2, "--desktop: no DESKTOP is given"},
         {{"rename", "Work", " \t\n"}, 2, "NAME: the name is empty"},
         {{"rename", "Work", "\xff"}, 2, "NAME: not valid UTF-8"},
         {{"save", ""}, 2, "NAME: the name is empty"},
@@ -49,6 +52,8 @@ TEST_F(LibraryCommandTest, UsageErrorsNameTheArgument) {
         {{"--keep-scene", "list"}, 2, "--keep-scene"},
     });
     EXPECT_EQ(names(), Texts{"Work"});
+    EXPECT_EQ(runWith({"QUILLO_DESKTOP=wayland"}, {QUILLOCTL, "list"}).err,
+              "quilloctl: QUILLO_DESKTOP: wayland is neither x11 nor simulated:FILE\n");
 }
 
 TEST_F(LibraryCommandTest, WorkspacesAreFoundByNameOrIdentifierAndNeverGuessed) {
@@ -61,7 +66,7 @@ TEST_F(LibraryCommandTest, WorkspacesAreFoundByNameOrIdentifierAndNeverGuessed) 
                  {{"show", ""}, 1, "no workspace \"\"\n"},
                  {{"show", "say \"a\""}, 1, R"(no workspace "say \"a\"")"},
                  {{"show", "6F1c"}, 0, "Büro"},
-                 {{"show", "6f1"}, 1, "there is no workspace 6f1"},
+                 {{"show", "6f1"}, 1, "no workspace 6f1; of an identifier give 4 characters at least\n"},
                  {{"list", "--long"}, 0, exampleId}});
     store("BÜRO", otherId);
     for (const char* command : {"show", "delete", "duplicate"}) {
@@ -79,13 +84,18 @@ TEST_F(LibraryCommandTest, WorkspacesAreFoundByNameOrIdentifierAndNeverGuessed) 
 
 TEST_F(LibraryCommandTest, RenameDuplicateAndDeleteKeepNamesUnique) {
     store("Work");
-    expectSteps({{{"duplicate", "work"}, 0, "Duplicated Work as Work copy\n"},
-                 {{"duplicate", "work"}, 0, "Duplicated Work as Work copy 2\n"},
-                 {{"rename", "Work copy 2", "  work  "}, 0, "Renamed Work copy 2 to work 2\n"},
-                 {{"rename", "work 2", "WORK 2"}, 0, "Renamed work 2 to WORK 2 2\n"},
+    expectSteps({{{"duplicate", "work"}, 0, "Duplicated Work as \"Work copy\"\n"},
+                 {{"duplicate", "work"}, 0, "Duplicated Work as \"Work copy 2\"\n"},
+                 {{"rename", "Work copy 2", "  work  "}, 0, "Renamed \"Work copy 2\" to \"work 2\"\n"},
+                 {{"rename", "work 2", "WORK 2"}, 0, "Renamed \"work 2\" to \"WORK 2 2\"\n"},
                  {{"rename", "Work", "Work"}, 0, "Unchanged: Work\n"},
                  {{"rename", "Work", "--", "-v"}, 0, "Renamed Work to -v\n"},
-                 {{"delete", "work copy"}, 0, "Deleted Work copy\n"}});
+                 {{"delete", "work copy"}, 0, "Deleted \"Work copy\"\n"}});
+    EXPECT_EQ(names(), (Texts{"-v", "WORK 2 2"}));
+    home_.write(workspaces + "/by hand.json", document("Mine", otherId));
+    expectSteps({{{"list"}, 0, std::string("quilloctl: by hand.json: renamed to ") + otherId + ".json\n"}});
+    home_.write(workspaces + "/copy.json", document("Other", otherId));
+    expectSteps({{{"delete", "Other"}, 1, "no workspace Other"}, {{"delete", otherId}, 0, "Deleted Mine\n"}});
     EXPECT_EQ(names(), (Texts{"-v", "WORK 2 2"}));
 }
 
@@ -105,30 +115,41 @@ TEST_F(LibraryCommandTest, TextsFromElsewhereCannotDriveTheTerminal) {
     for (const std::string& line : lines(plain))
         EXPECT_LE(line.size(), 60U + 12U) << line;  // bytes, not columns
     EXPECT_NE(plain.find("…"), std::string::npos) << plain;
-    EXPECT_NE(onTerminal("COLOUR=yes", show).find("\x1b[1ma"), std::string::npos);
+    EXPECT_NE(onTerminal("NO_COLOR=", show).find("\x1b[1ma"), std::string::npos) << "empty is not set";
+
+    store("A name that is long enough to be cut", otherId);
+    const std::string table = onTerminal("NO_COLOR=1", "list --long", 80);
+    for (const std::string& line : lines(table)) EXPECT_LE(line.size(), 80U + 3U) << line;
+    for (const char* part : {"A name that is lo…  ", "  3/14/25  never ", "  6f1c2a9e\r"})
+        EXPECT_NE(table.find(part), std::string::npos) << table;
 }
 
 TEST_F(LibraryCommandTest, ExportWritesAtomicallyForItsOwnerAndOverwritesOnlyWhenForced) {
     store("Work");
     const std::string path = home_ / "work.json";
-    expectSteps({{{"export", "work", path}, 0, "Exported Work\n"}});
+    expectSteps({{{"export", "work", path}, 0, "Exported Work to " + path + "\n"}});
+    EXPECT_NE(home_.read("work.json").find(exampleId), std::string::npos) << "as show has it";
     EXPECT_EQ(home_.mode("work.json"), 0600U);
     home_.write("work.json", "mine");
     expectSteps({{{"export", "work", path}, 1, path + ": a file of this name exists; --force"}});
     EXPECT_EQ(home_.read("work.json"), "mine");
     expectSteps({{{"export", "work", path, "--force"}, 0, ""},
                  {{"validate", path}, 0, path + ": a sound workspace file, Work\n"},
-                 {{"export", "work", home_ / "none/x.json"}, 1, "Couldn't export Work: "},
-                 {{"export", "work", home_.path()}, 0, "Exported Work\n"},
+                 {{"export", "work", home_ / "none/x.json"},
+                  1,
+                  "there is no folder " + (home_ / "none").string() + "\n"},
+                 {{"export", "work", home_.path()}, 0, "Exported Work to " + (home_ / "Work.json").string()},
                  {{"export", "work", home_.path()}, 1, "Work.json: a file of this name exists; --force"}});
     store("a/b", otherId);
     std::filesystem::create_directory_symlink(home_.path(), home_ / "link");
-    expectSteps({{{"export", "work", "a/b", home_ / "link", "--force"}, 0, "Exported a/b\n"},
+    expectSteps({{{"export", "work", "a/b", home_ / "link", "--force"},
+                  0,
+                  "Exported a/b to " + (home_ / "link/a-b.json").string()},
                  {{"validate", home_ / "link/a-b.json"}, 0, "a sound workspace file, a/b\n"}});
     EXPECT_EQ(done({"export", "Work", "a/b", home_ / "link", "--force", "-q"}), "");
     EXPECT_EQ(home_.names(), (std::set<std::string>{"work.json", "Work.json", "a-b.json", "link", ".local"}));
     const Ran piped = runWith({}, {"sh", "-c", "\"$0\" export Work - | \"$0\" import -", QUILLOCTL});
-    EXPECT_EQ(piped.out, "Imported Work 2\n") << piped.err;
+    EXPECT_EQ(piped.out, "Imported \"Work 2\"\n") << piped.err;
     EXPECT_NE(runWith({}, {"sh", "-c", "echo '{' | \"$0\" validate -", QUILLOCTL})
                   .err.find("quilloctl: standard input: "),
               std::string::npos);
@@ -137,7 +158,7 @@ TEST_F(LibraryCommandTest, ExportWritesAtomicallyForItsOwnerAndOverwritesOnlyWhe
 TEST_F(LibraryCommandTest, ImportGivesAnIdentityOfItsOwnAndSaysWhatItLeftOut) {
     const std::string path = file("in.json", document("Work"));
     expectSteps({{{"import", path}, 0, "Imported Work\nquilloctl: 1 address left out: "},
-                 {{"import", path}, 0, "Imported Work 2\nquilloctl: 1 address left out: "}});
+                 {{"import", path}, 0, "Imported \"Work 2\"\nquilloctl: 1 address left out: "}});
     EXPECT_EQ(names(), (Texts{"Work", "Work 2"}));
     EXPECT_EQ(done({"list", "--json"}).find(exampleId), std::string::npos);
     EXPECT_EQ(done({"show", "Work", "--json"}).find("x.example"), std::string::npos);

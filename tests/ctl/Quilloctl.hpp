@@ -54,9 +54,9 @@ class QuilloctlTest : public testing::Test {
         arguments.insert(arguments.begin(), QUILLOCTL);
         return runWith({}, arguments);
     }
-    /// On a terminal of 60 columns.
-    std::string onTerminal(const std::string& environment, const std::string& arguments) {
-        const std::string command = "stty cols 60; exec " QUILLOCTL " " + arguments;
+    /// On a terminal.
+    std::string onTerminal(const std::string& environment, const std::string& arguments, int columns = 60) {
+        const std::string command = fmt::format("stty cols {}; exec " QUILLOCTL " {}", columns, arguments);
         return runWith({"TERM=xterm", environment}, {"script", "-qec", command, "/dev/null"}).out;
     }
     /// A command that must succeed without a complaint; its output.

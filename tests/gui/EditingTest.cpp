@@ -44,9 +44,13 @@ class EditingTest : public GuiTest {
         return found;
     }
     QPoint placeOf(const QString& key) {
-        const QVariantMap frame = map()->outlines({key}).value(0).toMap();
-        EXPECT_FALSE(frame.isEmpty()) << key.toStdString();
-        return map()->mapToScene({frame["x"].toDouble() + 12, frame["y"].toDouble() + 12}).toPoint();
+        for (const MapDisplay& display : map()->layout().displays) {
+            for (const MapTile& tile : display.tiles)
+                if (tile.window.key == key.toStdString())
+                    return map()->mapToScene({tile.frame.x + 12, tile.frame.y + 12}).toPoint();
+        }
+        ADD_FAILURE() << key.toStdString();
+        return {};
     }
     std::size_t leftOut() { return work().snapshot.leftOut ? work().snapshot.leftOut->size() : 0; }
 };

@@ -3,6 +3,7 @@
 
 #include "app/gui/ReviewPresenter.hpp"
 #include "app/gui/Words.hpp"
+#include "app/map/DesktopMapLayout.hpp"
 #include "tests/gui/GuiFixture.hpp"
 
 namespace quillo {
@@ -85,6 +86,21 @@ TEST_F(ReviewTest, WhatIsUntickedIsNotSaved) {
     EXPECT_EQ(model.named("Interview week").icon, "book");
     EXPECT_EQ(model.named("Interview week").color, "rose");
     EXPECT_FALSE(model->draft());
+}
+
+TEST_F(ReviewTest, MapAndListPointAtEachOtherAndTickNothing) {
+    begin();
+    QQuickItem* const list = named("What is saved");
+    QQuickItem* const map = named(QString::fromStdString(mapDescription(model->draft()->snapshot())));
+    ASSERT_TRUE(map && QMetaObject::invokeMethod(map, "picked", Q_ARG(QString, "org.editor#window#1")));
+    const int row = review().rowOf("org.editor#window#1");
+    EXPECT_GT(row, 0);
+    EXPECT_EQ(list->property("currentIndex"), row);
+    EXPECT_EQ(map->property("pickedKeys").toStringList(), QStringList{"org.editor#window#1"});
+    list->forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_Up);
+    EXPECT_EQ(map->property("pickedKeys").toStringList(), QStringList{"org.editor#window#0"});
+    EXPECT_FALSE(review().touched());
 }
 
 TEST_F(ReviewTest, EverythingGoesByKeyboard) {

@@ -152,7 +152,8 @@ TEST_F(SettingsTest, WithoutATrayClosingTheWindowIsAskedAboutOnceAndRemembered) 
     awaitNoPopup();
     EXPECT_EQ(stored().withoutTray, WithoutTray::ask) << "nothing was chosen";
     main()->close();
-    ASSERT_TRUE(until([&] { return named("Keep Running") && named("Keep Running")->hasActiveFocus(); }));
+    ASSERT_TRUE(until([&] { return named("Cancel") && named("Cancel")->hasActiveFocus(); }));
+    press(Qt::Key_Right);
     press(Qt::Key_Return);
     ASSERT_TRUE(closed());
     EXPECT_EQ(stored().withoutTray, WithoutTray::keepRunning);
@@ -250,7 +251,6 @@ TEST_F(SettingsTest, AWorkspaceGetsAndLosesAShortcutOnItsPage) {
 TEST_F(SettingsTest, OfTroubleIsToldOnEveryPaneUntilItIsDismissed) {
     ASSERT_TRUE(model.defaults.setData(AppSettings::defaultsKey, "{"));
     start();
-    model.change([](AppSettings& settings) { settings.onboarded = true; });
     model->dismissToast();
     openPane("general");
     const QString told = settings().trouble().value(0);
@@ -346,12 +346,12 @@ TEST_F(SettingsTest, ExclusionsAreAddedAndTakenAway) {
 TEST_F(SettingsTest, EverythingIsDeletedOnlyAfterAsking) {
     model.put({"One", "Two"});
     openPane("privacy");
-    click("Delete all workspace data");
+    click("Delete all workspace data…");
     press(Qt::Key_Return);  // the harmless answer has the keyboard
     settle();
     EXPECT_EQ(model->workspaces().size(), 2U);
     awaitNoPopup();
-    click("Delete all workspace data");
+    click("Delete all workspace data…");
     click("Delete Everything");
     EXPECT_TRUE(model->workspaces().empty());
 }

@@ -227,10 +227,10 @@ def delete_everything(journey, hand):
     hand.click("Save the last session")
     hand.wait_for(lambda: files(journey, "sessions"), "session")
     hand.click("Privacy")
-    hand.click("Delete all workspace data")
+    hand.click("Delete all workspace data…")
     hand.answer("Delete all saved workspaces?", "Cancel")
     assert files(journey) and files(journey, "sessions"), "deleted though it was called off"
-    hand.click("Delete all workspace data")
+    hand.click("Delete all workspace data…")
     hand.answer("Delete all saved workspaces?", "Delete Everything")
     hand.wait_for(lambda: not files(journey) and not files(journey, "sessions"), "end of all data")
     hand.click("Back to workspaces · esc")

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "platform/simulated/MemoryDefaults.hpp"
 #include "settings/AppSettings.hpp"
 
@@ -98,12 +100,17 @@ TEST(AppSettings, ExcludedDomainsAreTheHostsInWhatWasTyped) {
         {" , \n", {}},
         {"a.example https://", {}},  // all of them, or what was typed stays
         {":80", {}},
+        {"not a domain!!", {}},
+        {"facebook", {}},
+        {"a..example", {}},
+        {"http://intranet", {"intranet"}},
+        {"*.a.example http://10.0.0.1 http://[::1]:80/", {"a.example", "10.0.0.1", "::1"}},
     };
     for (const auto& c : cases) {
         AppSettings settings;
-        EXPECT_EQ(settings.excludeDomains(c.typed), !c.hosts.empty()) << c.typed;
+        EXPECT_EQ(settings.excludeDomains(c.typed).has_value(), !c.hosts.empty()) << c.typed;
         EXPECT_EQ(settings.excludedDomains, c.hosts) << c.typed;
-        settings.excludeDomains(c.typed);
+        std::ignore = settings.excludeDomains(c.typed);
         EXPECT_EQ(settings.excludedDomains, c.hosts);
     }
 }

@@ -4,6 +4,7 @@
 #include <set>
 
 #include "WindowEngine/records/WorkspaceCoding.hpp"
+#include "platform/posix/FileDefaults.hpp"
 #include "platform/posix/PosixFileSystem.hpp"
 #include "platform/simulated/MemoryDefaults.hpp"
 #include "settings/KnownWorkspaces.hpp"
@@ -122,6 +123,22 @@ TEST_F(KnownWorkspacesTest, DamageMakesNothingKnownAndIsOvercome) {
     other.cleanSlate = CleanSlateMode::hide;
     EXPECT_FALSE(known.savedHere(other));
     EXPECT_TRUE(known.isSavedHere(saved));
+}
+
+TEST_F(KnownWorkspacesTest, DamagedSettingsMakeNoStrangersAndOldNotesStillCount) {
+    const TemporaryDirectory directory;
+    PosixFileSystem files;
+    const Workspace saved = workspace(), later = workspace();
+    ASSERT_TRUE(known.savedHere(saved));
+    FileDefaults file(files, directory / "defaults.json");
+    ASSERT_TRUE(file.setData(KnownWorkspaces::defaultsKey, defaults.data(KnownWorkspaces::defaultsKey)));
+    KnownWorkspaces now(file, digest, [](const Uuid&) { return true; });
+    EXPECT_TRUE(now.isSavedHere(saved));
+    ASSERT_TRUE(now.savedHere(later));
+    EXPECT_FALSE(file.data(KnownWorkspaces::defaultsKey));
+    directory.write("defaults.json", "{");
+    EXPECT_TRUE(now.isSavedHere(saved) && now.isSavedHere(later) && now.forgetAll());
+    EXPECT_FALSE(now.isKnown(saved));
 }
 
 TEST_F(KnownWorkspacesTest, ThoseThatAreGoneDoNotPileUp) {

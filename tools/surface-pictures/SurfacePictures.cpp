@@ -165,7 +165,7 @@ const Surface pages[] = {
     {"settings-privacy", [](Stage& s) { s.settings("privacy"); }},
     {"settings-privacy-menu", [](Stage& s) { s.settings("privacy"), s.press("Exclude a running app"); }},
     {"settings-privacy-end", [](Stage& s) { s.settings("privacy"), s.toTheEnd(); }},
-    {"settings-delete", [](Stage& s) { s.settings("privacy"), s.press("Delete all workspace data"); }},
+    {"settings-delete", [](Stage& s) { s.settings("privacy"), s.press("Delete all workspace data…"); }},
     {"settings-tip-chip", [](Stage& s) { s.settings("privacy"), s.hover("Remove bank"); }, false, true},
     {"settings-about", [](Stage& s) { s.settings("about"); }},
     {"settings-about-no-updates", [](Stage& s) { s.settings("about"); }, false, false, TextVariant::onLinux,

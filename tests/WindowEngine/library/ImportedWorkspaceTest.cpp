@@ -20,6 +20,8 @@ TEST(ImportedWorkspace, NamesAreCountedUpIgnoringCase) {
     EXPECT_EQ(uniqueName("work", library({"Work"})), "work 2");
     EXPECT_EQ(uniqueName("Work", library({"WORK", "work 2", "Work 4"})), "Work 3");
     EXPECT_EQ(uniqueName("Straße", library({"STRASSE"})), "Straße 2");
+    EXPECT_EQ(uniqueName("LAST session", library({})), "LAST session 2") << "that is a session's";
+    EXPECT_EQ(uniqueName("Last session (09:05)", library({})), "Last session (09:05) 2");
 }
 
 TEST(ImportedWorkspace, ContextKeepsOnlyWhatItsIntegrationOpens) {

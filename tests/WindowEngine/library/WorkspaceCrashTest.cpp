@@ -107,17 +107,18 @@ void afterEveryCrash(const Files& before, auto act, auto check) {
 const Uuid id = *Uuid::parse("6F1C2A9E-0B7D-4E51-9C3A-2D4B8E7F1A60");
 const std::string primary = id.lower() + ".json", backup = primary + ".bak", damaged = "{\"damaged";
 
-Workspace version(const char* content) {
-    return samples::named(id, "Work", content);
+Workspace version(const char* content, std::int64_t updatedSeconds = 1000) {
+    return samples::named(id, "Work", content, updatedSeconds);
 }
-std::string document(const char* content) {
-    return WorkspaceCoding::encode(version(content)).value();
+std::string document(const char* content, std::int64_t updatedSeconds = 1000) {
+    return WorkspaceCoding::encode(version(content, updatedSeconds)).value();
 }
 
 TEST(WorkspaceCrash, NoWorkspaceIsLostOrTornAndNothingDeletedComesBack) {
     using Found = std::vector<Workspace>;
     const Files none, two{{primary, document("now")}, {backup, document("before")}},
         broken{{primary, damaged}, {backup, document("before")}},
+        copied{{primary, document("before", 900)}, {"copy.json", document("now")}},
         legacy{{"Work.json", document("now")}, {"Work.json.bak", document("before")}};
     const auto save = [](const WorkspaceStore& store) { ASSERT_TRUE(store.save(version("new"))); };
     const auto scan = [](const WorkspaceStore& store) { (void)store.scan(); };
@@ -133,6 +134,7 @@ TEST(WorkspaceCrash, NoWorkspaceIsLostOrTornAndNothingDeletedComesBack) {
                  {"repair", broken, scan, {version("before")}, {version("before")}},
                  {"move", legacy, scan, {version("now")}, {version("now")}},
                  {"deletion", two, remove, {version("now")}, {}},
+                 {"deletion of what has a newer copy", copied, remove, {version("now")}, {}},
                  {"deletion after a repair",
                   {{primary, document("now")}, {primary + ".damaged", damaged}},
                   remove,

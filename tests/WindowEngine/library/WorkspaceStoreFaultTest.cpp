@@ -130,7 +130,7 @@ TEST_P(Faults, ASaveLeavesWhatWasThereOrTheNewVersionComplete) {
             },
             [](const WorkspaceStore& store) { return store.save(version("new")).has_value(); },
             [&](const WorkspaceStore& store, const TemporaryDirectory& directory, bool done) {
-                const auto [found, issues, failure] = store.scan();
+                const auto [found, issues, failure, moved] = store.scan();
                 EXPECT_TRUE(found == Found{version("new")} || (!done && found == before));
                 EXPECT_TRUE(!failure && (issues.empty() || world == damagedPrimary));
                 if (world != twoVersions) return;

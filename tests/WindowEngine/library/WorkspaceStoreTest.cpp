@@ -195,9 +195,14 @@ TEST_F(WorkspaceStoreTest, WhatCannotBeReadIsReportedAndLeftAlone) {
 TEST_F(WorkspaceStoreTest, LegacyFilesMoveToTheirIdentifier) {
     directory.write("My Work.json", document(first));
     directory.write("My Work.json.bak", document(second));
-    EXPECT_EQ(store.scan(), (WorkspaceScanResult{{first}, {}}));
+    const auto moved = [&](const std::string& how) {
+        return WorkspaceScanResult{{first}, {}, {}, {"My Work.json: " + how}};
+    };
+    EXPECT_EQ(store.scan(), moved("renamed to " + primary));
     EXPECT_EQ(directory.names(), Names{primary});
     EXPECT_EQ(store.load(id), first);
+    directory.write("My Work.json", document(first));
+    EXPECT_EQ(store.scan().moved, moved("removed, as " + primary + " holds the same").moved);
 }
 
 TEST_F(WorkspaceStoreTest, OfTwoFilesWithOneIdentityTheLaterIsListedAndBothStay) {
@@ -210,6 +215,10 @@ TEST_F(WorkspaceStoreTest, OfTwoFilesWithOneIdentityTheLaterIsListedAndBothStay)
         EXPECT_EQ(store.scan(), (WorkspaceScanResult{{age > 1000 ? copy : first}, issues}));
         EXPECT_EQ(directory.names(), (Names{primary, "zcopy.json"}));
     }
+    directory.write("lost.json.bak", document(second));
+    directory.write("other.json", document(samples::named(Uuid::random(), "Other")));
+    EXPECT_TRUE(store.remove(id));
+    EXPECT_EQ(directory.names(), Names{"other.json"}) << "all that would come back";
 }
 
 TEST_F(WorkspaceStoreTest, LoadsFromThePrimaryOnly) {
