@@ -82,7 +82,7 @@ Task<> AppModel::captureUnreviewed(std::string name, SharedAnswer<Uuid> answer) 
         co_return give<Uuid>(*answer, fail(ErrorKind::unavailable, accessibilityAccess().reason()));
     CaptureDraft draft(std::move(snapshot), std::nullopt, false);
     draft.setName(name);
-    const Result<Workspace> saved = store_.saveAsNew(toSave(draft), workspaces_);
+    const Result<Workspace> saved = save(draft);
     if (!told("Couldn't save", saved)) co_return give<Uuid>(*answer, std::unexpected(saved.error()));
     const Result<void> noted = known_.savedHere(*saved);
     reload();
