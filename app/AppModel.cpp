@@ -29,7 +29,10 @@ AppModel::AppModel(const AppServices& services, QObject* parent)
       loginItem_(services.defaults, LoginItemController::operations(services.loginItem)),
       hotKeys_(services.hotKeys, services.desktop.platform.executor, services.desktop.platform.log),
       displayFollower_(executor(), services.desktop.platform.screens,
-                       [this](const std::vector<DisplaySnapshot>& displays) { displaysCame(displays); }),
+                       [this](const std::vector<DisplaySnapshot>& displays) {
+                           Q_EMIT displaysCame(displays);
+                           offerLayout(displays);
+                       }),
       libraryWatch_(executor(), services.files, store_.directory(), [this] { reload(); }),
       historyWatch_(executor(), services.files, services.data / "sessions", [this] { reloadSessions(); }),
       undoWatch_(executor(), services.files, undoFile_.directory(), [this] { reloadUndo(); }) {
@@ -41,13 +44,7 @@ AppModel::AppModel(const AppServices& services, QObject* parent)
     // Whose settings were set aside has met the program before. Workspaces alone do not say so: quilloctl saves some too.
     settings_.onboarded = settings_.onboarded || rescue_.trouble();
     loginItem_.configureDefault();
-    hotKeys_.onAction = [this](HotKeyAction action) {
-        if (action == HotKeyAction::save) {
-            beginCapture();
-        } else {
-            toggleSwitcher();
-        }
-    };
+    hotKeys_.onPressed = [this](const HotKeyTarget& target) { pressed(target); };
     reloadSessions();
     observeSystem();
     windowTallyTask_.start(executor(), tallyWindows());
@@ -58,8 +55,9 @@ AppModel::AppModel(const AppServices& services, QObject* parent)
 AppModel::~AppModel() = default;
 
 void AppModel::observeSystem() {
-    powerObserver_ =
-        services_.power.observe([this](PowerEvent, const PowerHold& hold) { captureSession(hold); });
+    powerObserver_ = services_.power.observe([this](PowerEvent event, const PowerHold& hold) {
+        if (event != PowerEvent::didWake) captureSession(hold);
+    });
     reopenObserver_ = services_.surfaces.observeOpenMainWindow([this] { openMain(); });
 }
 
@@ -95,13 +93,7 @@ void AppModel::dismissSettingsTrouble() {
 }
 
 void AppModel::applySettings() {
-    if (settings_.shortcutsEnabled) {
-        std::map<HotKeyAction, Shortcut> shortcuts;
-        for (const HotKeyAction action : allHotKeyActions) shortcuts[action] = settings_.shortcut(action);
-        hotKeys_.registerAll(shortcuts);
-    } else {
-        hotKeys_.unregisterAll();
-    }
+    registerShortcuts();
     services_.shell.setAppearance(settings_.appearance);
     configureAutoSnapshot();
 }
@@ -122,6 +114,7 @@ void AppModel::reload() {
         });
     }
     if (storageIssues_.update(found)) Q_EMIT storageIssuesChanged();
+    if (newWorkspaces && hotKeys_.wanted() && hotKeys_.wanted() != shortcuts()) registerShortcuts();
     if (newWorkspaces) Q_EMIT workspacesChanged();
 }
 

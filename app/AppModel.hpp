@@ -16,6 +16,7 @@
 #include "WindowEngine/capture/CaptureHealth.hpp"
 #include "WindowEngine/capture/LeftOut.hpp"
 #include "WindowEngine/integrations/Adapters.hpp"
+#include "WindowEngine/library/DirectoryWatch.hpp"
 #include "WindowEngine/library/SessionHistory.hpp"
 #include "WindowEngine/library/UndoFile.hpp"
 #include "WindowEngine/library/WorkspaceStore.hpp"
@@ -25,7 +26,6 @@
 #include "WindowEngine/restore/RestorePreview.hpp"
 #include "WindowEngine/restore/Undo.hpp"
 #include "app/CaptureDraft.hpp"
-#include "app/DirectoryWatch.hpp"
 #include "app/DisplayFollower.hpp"
 #include "app/EditHistory.hpp"
 #include "app/HotKeys.hpp"
@@ -57,9 +57,14 @@ enum class ToastKind : std::uint8_t {
     failure,  // stays until it is dismissed, or the same is done after all
 };
 
+/// Who wants a workspace back: the person at one of our own controls, a link that was opened, or a program
+/// on the session bus. Of the others nobody knows whether the person means it.
+enum class Asker : std::uint8_t { person, link, program };
+
 /// What a person is asked before a workspace is brought back.
 struct ResumeQuestion {
-    ReasonToAsk reason = ReasonToAsk::notSavedHere;
+    std::optional<ReasonToAsk> reason = ReasonToAsk::notSavedHere;  // none: only because of who asks
+    Asker asker = Asker::person;
     Uuid workspace;
     std::string name;
     Consequences consequences;
@@ -143,6 +148,8 @@ class AppModel final : public QObject {
     /// Stores and applies at once, the same as before too: what failed then is tried again.
     void setSettings(AppSettings settings);
     void setShowingSettings(bool showing);
+    /// What brings this workspace back besides its controls; without effect once it is not in the library.
+    void setAutomation(const Uuid& workspace, const WorkspaceAutomation& chosen);
 
     /// Reads the library again; the history is read again where it changes.
     void reload();
@@ -162,8 +169,25 @@ class AppModel final : public QObject {
     /// that was not saved on this machine is asked about first, once: its restore waits for the answer, as
     /// long as nothing else is begun.
     /// Of a selection only what it leaves is brought back, this time.
+    ///
+    /// Where others ask for one, the person is asked each time, unless they have allowed that for the
+    /// workspace; and no question that stands is replaced by theirs.
     void restore(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate,
-                 const RunSelection& selection = {});
+                 Asker asker = Asker::person, const RunSelection& selection = {});
+    /// A link of the form quillo:restore?name=... was opened. What is wrong with it is said.
+    void openAddress(std::string_view address);
+
+    // What other programs ask for, through Automation. An answer comes once, at once where it is a refusal.
+    template <class T>
+    using Answer = std::function<void(Result<T>)>;
+    /// Saves what is open as a new workspace without a review, as the command line does; numbered where the
+    /// name is taken. Refused while anything of the person's is under way.
+    void saveUnreviewed(const std::string& name, Answer<Uuid> answer);
+    /// What a restore, as the workspace itself says, would come to now. One at a time.
+    void plan(const Workspace& workspace, Answer<PlanTotals> answer);
+
+    /// As the workspace itself says; nothing where the library no longer has it.
+    void restoreFromLibrary(const Uuid& workspace);
     /// The newest of sessions(), as restore() does; nothing where there is none.
     void restoreLastSession();
     /// Moves what is open of a workspace to where it has it on the displays that are attached; nothing is
@@ -298,13 +322,16 @@ class AppModel final : public QObject {
     void refreshingCurrentSnapshotChanged();
     void showingSettingsChanged();
     void busyChanged();  // busy() or canRelaunchForUpdate()
+    /// Others than before are attached, and have come to rest.
+    void displaysCame(const std::vector<DisplaySnapshot>& displays);
 
   private:
     /// What a restore was asked for.
     struct Asked {
         Workspace workspace;
         std::optional<CleanSlateMode> cleanSlate;
-        RunSelection selection;
+        Asker asker = Asker::person;
+        RunSelection selection = {};
 
         bool operator==(const Asked&) const = default;
     };
@@ -317,12 +344,21 @@ class AppModel final : public QObject {
     };
 
     void applySettings();
+    /// What is to be registered; absent while shortcuts are off.
+    std::optional<HotKeys::Shortcuts> shortcuts() const;
+    void registerShortcuts();
+    void pressed(const HotKeyTarget& target);
     void configureAutoSnapshot();
     void startPermissionPolling();
     void observeSystem();
 
     Task<> snapshotLoop(std::int64_t minutes, bool atOnce);
     Task<> pollPermission();
+    template <class T>
+    using SharedAnswer = std::shared_ptr<Answer<T>>;  // holds none once it was given
+    Task<> captureUnreviewed(std::string name, SharedAnswer<Uuid> answer);
+    Task<> planTask(Workspace workspace, SharedAnswer<PlanTotals> answer);
+    void snapshotEnded();
     Task<> captureForReview(std::optional<Workspace> updating, bool testRestoreAfterSave);
     Task<> captureAutomatically(Uuid generation, AppSettings settings);
     Task<> captureCurrentSnapshot();
@@ -337,8 +373,9 @@ class AppModel final : public QObject {
     /// told.
     bool refusesAnother();
     void refuseWithoutAccess();
-    void ask(ReasonToAsk reason, Asked asked);
-    Task<> prepareQuestion(ReasonToAsk reason, Asked asked);
+    bool mustAskFor(const Workspace& workspace, Asker asker) const;
+    void ask(Asked asked);
+    Task<> prepareQuestion(Asked asked);
     void setPreview(const Workspace& workspace, CleanSlateMode cleanSlate, LeftOut::Exclusions excluded);
     void followPreviewed();
     Task<> planPreview();
@@ -359,8 +396,8 @@ class AppModel final : public QObject {
 
     void saveSession(const WorkspaceSnapshot& snapshot);
     Task<> tallyWindows();
-    /// Others than before, which have come to rest.
-    void displaysCame(const std::vector<DisplaySnapshot>& displays);
+    /// Offers, or takes, the arrangement that the latest workspace has on these.
+    void offerLayout(const std::vector<DisplaySnapshot>& displays);
     const Workspace* findInLibrary(const Uuid& id) const;  // null where it is not
     Task<> keepLayoutTask(Uuid id);
     /// What keeps a capture that is made now from showing the desktop as the person has it, or one that was
@@ -469,7 +506,7 @@ class AppModel final : public QObject {
 
     // Last: what runs ends before what it works on.
     TaskSlot autoSnapshotTimer_, autoSnapshotTask_, windowTallyTask_, permissionPoll_, captureTask_,
-        currentSnapshotTask_, desktopFollower_, questionTask_, twinsTask_, previewTask_;
+        currentSnapshotTask_, desktopFollower_, questionTask_, twinsTask_, previewTask_, planning_;
     TaskSlot lateTask_, toastTimer_, panelTimer_, exporting_, importing_, adding_, keepingLayout_;
     DisplayFollower displayFollower_;
     DirectoryWatch libraryWatch_, historyWatch_, undoWatch_;

@@ -44,12 +44,15 @@ void AppModel::captureSession(const PowerHold& hold) {
     if (!AutoSnapshotPolicy::shouldCapture(situation)) return;
     if (const auto flaw = captureFlaw()) return setAutoSnapshotSkipped(CaptureHealth::words(*flaw));
     powerHold_ = hold;
-    autoSnapshotTask_.start(executor(), captureAutomatically(autoSnapshotGeneration_, settings_), [this] {
-        powerHold_.reset();
-        Q_EMIT busyChanged();
-        for (const auto& asked : std::exchange(afterSnapshot_, {})) asked();
-    });
+    autoSnapshotTask_.start(executor(), captureAutomatically(autoSnapshotGeneration_, settings_),
+                            [this] { snapshotEnded(); });
     Q_EMIT busyChanged();
+}
+
+void AppModel::snapshotEnded() {
+    powerHold_.reset();
+    Q_EMIT busyChanged();
+    for (const auto& asked : std::exchange(afterSnapshot_, {})) asked();
 }
 
 Task<> AppModel::captureAutomatically(Uuid generation, AppSettings settings) {

@@ -14,7 +14,8 @@ const Workspace* AppModel::findInLibrary(const Uuid& id) const {
     return found == workspaces_.end() ? nullptr : &*found;
 }
 
-void AppModel::displaysCame(const std::vector<DisplaySnapshot>& displays) {
+void AppModel::offerLayout(const std::vector<DisplaySnapshot>& displays) {
+    if (restoreRunning()) return;  // a whole workspace comes with them
     const Workspace* workspace = latestWorkspace_ ? findInLibrary(*latestWorkspace_) : nullptr;
     if (!workspace || !DisplayLayouts::has(workspace->snapshot, displays)) return;
     if (known_.reasonToAsk(*workspace)) return;  // somebody has changed it since

@@ -66,6 +66,7 @@ void AppModel::forget(const Uuid& id) {
     (void)known_.forget(id);  // what is left of it is no harm
     edits_.forget(id);
     setArrangesByItself(id, false);
+    if (settings_.automation.contains(id.lower())) setAutomation(id, {});
 }
 
 void AppModel::duplicate(const Workspace& workspace) {
@@ -174,6 +175,7 @@ void AppModel::deleteAllData() {
     AppSettings settings = settings_;
     settings.autoSnapshotMinutes = 0;
     settings.arrangedWorkspaces.clear();
+    settings.automation.clear();
     setSettings(std::move(settings));
     deleteSessionHistory();
     for (const Workspace& workspace : workspaces_) {

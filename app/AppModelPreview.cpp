@@ -36,7 +36,7 @@ void AppModel::closePreview() {
 void AppModel::resumePreview() {
     if (!preview_) return;
     const std::shared_ptr<ResumePreview> preview = preview_;  // begin() closes it
-    restore(Workspace(preview->workspace()), preview->cleanSlate(), preview->selection());
+    restore(Workspace(preview->workspace()), preview->cleanSlate(), Asker::person, preview->selection());
 }
 
 /// Its first plan is on the way by then.

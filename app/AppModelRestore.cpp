@@ -23,18 +23,19 @@ constexpr Duration readingTime = 2s;  // until it is looked at again whether a p
 
 }  // namespace
 
-void AppModel::restore(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate,
+void AppModel::restore(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate, Asker asker,
                        const RunSelection& selection) {
     if (snapshotting()) {
-        return afterSnapshot_.push_back(
-            [this, workspace, cleanSlate, selection] { restore(workspace, cleanSlate, selection); });
+        return afterSnapshot_.push_back([this, workspace, cleanSlate, asker, selection] {
+            restore(workspace, cleanSlate, asker, selection);
+        });
     }
     if (restoreRunning() && restoreRun_->kind() == RestoreRun::Kind::restore &&
         restoreRun_->workspace().id == workspace.id)
         return;  // by a double click
     if (refusesAnother()) return;
-    Asked asked{workspace, cleanSlate, selection};
-    if (const auto reason = known_.reasonToAsk(workspace)) return ask(*reason, std::move(asked));
+    Asked asked{workspace, cleanSlate, asker, selection};
+    if (mustAskFor(workspace, asker)) return ask(std::move(asked));
     begin(asked, false);
 }
 
@@ -42,14 +43,20 @@ void AppModel::restoreLastSession() {
     if (!sessions_.empty()) restore(Workspace(sessions_.front()), sessions_.front().cleanSlate);
 }
 
-void AppModel::ask(ReasonToAsk reason, Asked asked) {
-    if (asked_ == asked) {  // a double click asks twice
+bool AppModel::mustAskFor(const Workspace& workspace, Asker asker) const {
+    const bool bidden = asker == Asker::person || settings_.automationOf(workspace.id).withoutAsking;
+    return !bidden || known_.reasonToAsk(workspace);
+}
+
+void AppModel::ask(Asked asked) {
+    // A double click asks twice; and what others ask for does not slip under the person's hand.
+    if (asked_ == asked || (asked_ && asked.asker != Asker::person)) {
         if (question_) openMain();
         return;
     }
     asked_ = std::move(asked);
     question_.reset();
-    questionTask_.start(executor(), prepareQuestion(reason, *asked_), [this] {
+    questionTask_.start(executor(), prepareQuestion(*asked_), [this] {
         if (!question_) dropQuestion();
     });
     Q_EMIT questionChanged();
@@ -57,7 +64,7 @@ void AppModel::ask(ReasonToAsk reason, Asked asked) {
 }
 
 /// What would be done is looked up while the desktop stays as it is.
-Task<> AppModel::prepareQuestion(ReasonToAsk reason, Asked asked) {
+Task<> AppModel::prepareQuestion(Asked asked) {
     const CleanSlateMode cleanSlate = asked.cleanSlate.value_or(CleanSlateMode::keep);
     Workspace& workspace = asked.workspace;
     Restore::Options options{.cleanSlate = cleanSlate, .enabledAdapters = settings_.enabledAdapters};
@@ -65,7 +72,8 @@ Task<> AppModel::prepareQuestion(ReasonToAsk reason, Asked asked) {
     asked.selection.apply(workspace.snapshot, options);
     const RestorePreview preview = co_await Restore::preview(services_.desktop, workspace.snapshot, options);
     co_await checkpoint();
-    question_ = ResumeQuestion{.reason = reason,
+    question_ = ResumeQuestion{.reason = known_.reasonToAsk(asked.workspace),
+                               .asker = asked.asker,
                                .workspace = workspace.id,
                                .name = workspace.name,
                                .consequences = Restore::consequences(services_.desktop.platform.applications,
@@ -95,8 +103,9 @@ void AppModel::answerQuestion(bool resume) {
     const CleanSlateMode says = asked.workspace.cleanSlate.value_or(CleanSlateMode::keep);
     const bool forGood =
         asked.selection.empty() && (says == CleanSlateMode::keep || says == asked.cleanSlate);
-    const Result<void> noted = forGood ? known_.agreed(asked.workspace) : Result<void>{};
-    begin(asked, true);
+    const bool strange = known_.reasonToAsk(asked.workspace).has_value();
+    const Result<void> noted = strange && forGood ? known_.agreed(asked.workspace) : Result<void>{};
+    begin(asked, strange);
     noteProvenance(noted);
 }
 

@@ -1,6 +1,5 @@
 #include "app/HotKeys.hpp"
 
-#include <algorithm>
 #include <ranges>
 #include <utility>
 
@@ -11,12 +10,6 @@ namespace {
 
 constexpr std::array<char, 4> signature{'Q', 'L', 'L', 'O'};
 
-std::optional<HotKeyAction> actionOf(HotKeyID id) {
-    const auto action = std::ranges::find(allHotKeyActions, id.number, number);
-    if (id.signature != signature || action == allHotKeyActions.end()) return std::nullopt;
-    return *action;
-}
-
 }  // namespace
 
 HotKeys::HotKeys(HotKeyService& service, Executor& executor, SystemLog& log, QObject* parent)
@@ -26,33 +19,38 @@ HotKeys::~HotKeys() {
     *self_ = nullptr;
 }
 
-void HotKeys::registerAll(const std::map<Action, Shortcut>& shortcuts) {
+void HotKeys::registerAll(const Shortcuts& shortcuts) {
     wanted_ = shortcuts;
     release();
     if (paused_) return;
     const auto before = std::exchange(refusals_, {});
     handler_ = service_.installHandler([this](HotKeyID id) { return pressed(id); },
                                        [this](HotKeyID id, const Error& error) { lost(id, error); });
-    std::set<std::pair<std::uint32_t, std::uint32_t>> own;
-    for (const Action action : allHotKeyActions) {
-        const auto given = shortcuts.find(action);
-        const Shortcut shortcut = given != shortcuts.end() ? given->second : defaultShortcut(action);
-        labels_[action] = shortcut.label();
-        if (own.contains({shortcut.keyCode, shortcut.modifiers})) {
-            refusals_[action] = Refusal::own;
-            refs_.push_back(nullptr);
-            continue;
-        }
-        auto registered =
-            service_.registerHotKey(shortcut.keyCode, shortcut.modifiers, {signature, number(action)});
-        if (registered) {
-            own.emplace(shortcut.keyCode, shortcut.modifiers);
-        } else {
-            refused(action, registered.error());
-        }
-        refs_.push_back(registered ? *std::move(registered) : nullptr);
-    }
+    Shortcuts all = shortcuts;
+    for (const HotKeyAction action : allHotKeyActions) all.try_emplace(action, defaultShortcut(action));
+    std::set<Combination> own;
+    for (const auto& [target, shortcut] : all) add(target, shortcut, own);
     if (refusals_ != before) Q_EMIT unavailableChanged();
+}
+
+/// Actions come first in the order of targets, so that each has the number that it always has.
+void HotKeys::add(const Target& target, const Shortcut& shortcut, std::set<Combination>& own) {
+    labels_[target] = shortcut.label();
+    targets_.push_back(target);
+    const Combination combination{shortcut.keyCode, shortcut.modifiers};
+    if (own.contains(combination)) {
+        refusals_[target] = Refusal::own;
+        refs_.push_back(nullptr);
+        return;
+    }
+    auto registered = service_.registerHotKey(shortcut.keyCode, shortcut.modifiers,
+                                              {signature, static_cast<std::uint32_t>(targets_.size())});
+    if (registered) {
+        own.insert(combination);
+    } else {
+        refused(target, registered.error());
+    }
+    refs_.push_back(registered ? *std::move(registered) : nullptr);
 }
 
 void HotKeys::unregisterAll() {
@@ -71,36 +69,43 @@ void HotKeys::setPaused(bool paused) {
 
 void HotKeys::release() {
     refs_.clear();
+    targets_.clear();
+    labels_.clear();
     handler_.reset();
 }
 
-std::optional<HotKeys::Refusal> HotKeys::refusal(Action action) const {
-    const auto found = refusals_.find(action);
+std::optional<HotKeys::Refusal> HotKeys::refusal(const Target& target) const {
+    const auto found = refusals_.find(target);
     return found != refusals_.end() ? std::optional(found->second) : std::nullopt;
 }
 
-std::set<HotKeys::Action> HotKeys::unavailable() const {
-    const auto actions = std::views::keys(refusals_);
-    return {actions.begin(), actions.end()};
+std::set<HotKeys::Target> HotKeys::unavailable() const {
+    const auto targets = std::views::keys(refusals_);
+    return {targets.begin(), targets.end()};
 }
 
-void HotKeys::refused(Action action, const Error& error) {
-    Log::hotKeyUnavailable(log_, labels_[action], error.code);
-    refusals_[action] = Refusal::taken;
+void HotKeys::refused(const Target& target, const Error& error) {
+    Log::hotKeyUnavailable(log_, labels_[target], error.code);
+    refusals_[target] = Refusal::taken;
+}
+
+const HotKeys::Target* HotKeys::targetOf(HotKeyID id) const {
+    const bool ours = id.signature == signature && id.number >= 1 && id.number <= targets_.size();
+    return ours ? &targets_[id.number - 1] : nullptr;
 }
 
 void HotKeys::lost(HotKeyID id, const Error& error) {
-    const auto action = actionOf(id);
-    if (!action) return;
-    refused(*action, error);
+    const Target* const target = targetOf(id);
+    if (!target) return;
+    refused(*target, error);
     Q_EMIT unavailableChanged();
 }
 
 bool HotKeys::pressed(HotKeyID id) {
-    const auto action = actionOf(id);
-    if (!action) return false;
-    executor_.post([self = self_, action = *action] {
-        if (*self && (*self)->onAction) (*self)->onAction(action);
+    const Target* const target = targetOf(id);
+    if (!target) return false;
+    executor_.post([self = self_, target = *target] {
+        if (*self && (*self)->onPressed) (*self)->onPressed(target);
     });
     return true;
 }

@@ -62,6 +62,8 @@ constexpr std::array linuxTexts{
          "the default.",
          "Click a shortcut and press a new combination. Include Super, Ctrl or Alt. Press Backspace while "
          "recording to go back to the default."},
+    Pair{"In any app. Include ⌘, ⌃ or ⌥; ⌫ removes it.",
+         "In any app. Include Super, Ctrl or Alt; Backspace removes it."},
     Pair{"Password managers and system security windows are always excluded. You can also leave out single "
          "windows when saving.",
          "Password managers are always excluded. You can also leave out single windows when saving."},

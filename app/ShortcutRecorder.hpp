@@ -18,8 +18,8 @@ inline constexpr std::string_view hint =
     "default.";
 /// Beside an action whose combination was refused.
 inline constexpr std::string_view taken = "Taken by another app — pick a different combination.";
-/// Beside an action whose combination is the other action's.
-inline constexpr std::string_view own = "Already Quillo's other shortcut — pick a different combination.";
+/// Beside what has a combination that another of Quillo's shortcuts has.
+inline constexpr std::string_view own = "Already another shortcut of Quillo — pick a different combination.";
 /// The control's own help.
 inline constexpr std::string_view help = "Activate, then press a new key combination";
 }  // namespace ShortcutTexts
@@ -31,7 +31,7 @@ class ShortcutRecorder final : public QObject {
     Q_PROPERTY(bool enabled READ enabled WRITE setEnabled NOTIFY enabledChanged)
 
   public:
-    /// The service must outlive it.
+    /// The service must outlive it. A shortcut without a key, which may be the default, is none.
     ShortcutRecorder(KeyMonitorService& monitors, Shortcut shortcut, Shortcut defaultShortcut,
                      QObject* parent = nullptr);
 

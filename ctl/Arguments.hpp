@@ -29,6 +29,7 @@ struct Arguments {
     std::vector<std::string> displays;      // --display SAVED=PRESENT
     bool arrange = false;                   // restore --arrange, plan --arrange
     std::int64_t number = 0;                // NUMBER of layout remove
+    std::optional<std::int64_t> count;      // watch --count N
     bool longList = false;                  // list --long
     bool force = false;                     // export --force
     bool exitCode = false;                  // plan --exit-code

@@ -11,6 +11,7 @@
 #include "ctl/CommandResult.hpp"
 #include "ctl/DesktopConnection.hpp"
 #include "ctl/Output.hpp"
+#include "platform/services/RestoreEvents.hpp"
 #include "platform/services/UserDefaults.hpp"
 #include "settings/AppSettings.hpp"
 #include "settings/KnownWorkspaces.hpp"
@@ -30,6 +31,8 @@ struct CommandContext {
     /// Connects to the desktop. Only the commands that need one call it: the others stay fast and work
     /// without any.
     std::function<Result<std::unique_ptr<DesktopConnection>>()> openDesktop;
+    /// Listens to the application's restores of this library's workspaces; null where it tells nobody.
+    std::function<std::unique_ptr<RestoreEvents>(Executor&, RestoreEvents::Told)> listenToRestores;
 };
 
 /// The person's settings, with the integrations that this call names (--adapter) switched on besides. A

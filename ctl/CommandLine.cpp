@@ -245,6 +245,12 @@ void addLibraryCommands(CommandSet& commands) {
     layout.addForWorkspace("remove", "forget the layout of this number", removeLayout)
         ->add_option("NUMBER", arguments.number, "as list prints it")
         ->required();
+    commands
+        .add("watch", "what becomes of the workspaces, one line for each event, until it is stopped",
+             watchEvents)
+        ->add_option("--count", arguments.count, "end after so many events")
+        ->type_name("N")
+        ->check(CLI::NonNegativeNumber);
 
     commands.group = "The last sessions";
     CommandSet history =

@@ -65,6 +65,9 @@ CommandResult addLauncher(CommandContext& context, const Arguments& arguments);
 CommandResult listLaunchers(CommandContext& context, const Arguments& arguments);
 CommandResult removeLaunchers(CommandContext& context, const Arguments& arguments);
 
+// What happens to the workspaces (WatchCommand.cpp).
+CommandResult watchEvents(CommandContext& context, const Arguments& arguments);
+
 // What the shells' completions ask (CompletionCommand.cpp).
 CommandResult completeNames(CommandContext& context, const Arguments& arguments);
 

@@ -72,7 +72,8 @@ Output::Output(bool json, bool quiet) : json_(json), quiet_(quiet), width_(termi
 
 void Output::write(std::string_view text) {
     const bool put = ctl::put(stdout, text) && std::fflush(stdout) == 0;
-    written_ = written_ && (put || errno == EPIPE);  // a reader that has had enough is no fault
+    readerLeft_ = readerLeft_ || (!put && errno == EPIPE);
+    written_ = written_ && (put || readerLeft_);  // a reader that has had enough is no fault
 }
 
 void Output::line(std::string_view text) {

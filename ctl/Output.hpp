@@ -46,6 +46,9 @@ class Output {
     /// Colours only on a terminal, and not where NO_COLOR is set to anything.
     std::string painted(Style style, std::string_view text) const;
 
+    /// Whoever read standard output has had enough.
+    bool readerLeft() const { return readerLeft_; }
+
     /// False when not everything could be written (a full disk).
     bool finish();
 
@@ -60,6 +63,7 @@ class Output {
     bool colours_ = false;
     bool progressShown_ = false;
     bool written_ = true;
+    bool readerLeft_ = false;
     std::size_t width_ = 0;
 };
 

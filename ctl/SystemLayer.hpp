@@ -7,8 +7,10 @@
 
 #include "WindowEngine/services/FileSystem.hpp"
 #include "WindowEngine/services/SystemLog.hpp"
+#include "WindowEngine/support/Executor.hpp"
 #include "ctl/DesktopConnection.hpp"
 #include "platform/posix/StandardDirectories.hpp"
+#include "platform/services/RestoreEvents.hpp"
 #include "platform/services/UserDefaults.hpp"
 
 namespace quillo::ctl {
@@ -27,6 +29,11 @@ class SystemLayer {
     /// Where a person finds the log.
     virtual std::string logPlace() const = 0;
     virtual UserDefaults& defaults() = 0;
+    /// Listens to the running application, now or later; null where it tells nobody on this system.
+    virtual std::unique_ptr<RestoreEvents> listenToRestores(Executor& /*executor*/,
+                                                            RestoreEvents::Told /*told*/) {
+        return nullptr;
+    }
     /// SHA-256, as KnownWorkspaces wants it.
     virtual std::string digest(std::string_view bytes) const = 0;
 };

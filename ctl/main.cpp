@@ -78,7 +78,13 @@ CommandResult runCommand(const Invocation& invocation, Output& output) {
                            .logPlace = system->logPlace(),
                            .defaults = system->defaults(),
                            .known = known,
-                           .openDesktop = [&] { return openDesktop(arguments, files, *system); }};
+                           .openDesktop = [&] { return openDesktop(arguments, files, *system); },
+                           .listenToRestores =
+                               [&](Executor& executor, RestoreEvents::Told told) {
+                                   // The application knows one library, and it is not another folder's.
+                                   const bool own = arguments.dataDirectory.empty();
+                                   return own ? system->listenToRestores(executor, std::move(told)) : nullptr;
+                               }};
     return invocation.command(context, arguments);
 }
 

@@ -63,6 +63,18 @@ Shortcut AppSettings::shortcut(HotKeyAction action) const {
     return chosen != shortcuts.end() ? chosen->second : defaultShortcut(action);
 }
 
+WorkspaceAutomation AppSettings::automationOf(const Uuid& workspace) const {
+    const auto chosen = automation.find(workspace.lower());
+    return chosen != automation.end() ? chosen->second : WorkspaceAutomation{};
+}
+
+void AppSettings::setAutomation(const Uuid& workspace, const WorkspaceAutomation& chosen) {
+    if (chosen.atLogin)
+        for (auto& [id, other] : automation) other.atLogin = false;
+    automation[workspace.lower()] = chosen;
+    std::erase_if(automation, [](const auto& one) { return one.second == WorkspaceAutomation{}; });
+}
+
 Capture::Options AppSettings::captureOptions() const {
     return {.excludedBundleIdentifiers = excludedBundleIdentifiers,
             .excludedDomains = excludedDomains,

@@ -9,9 +9,11 @@
 #include <string_view>
 
 #include "WindowEngine/capture/Capture.hpp"
+#include "WindowEngine/support/Uuid.hpp"
 #include "platform/services/Appearance.hpp"
 #include "platform/services/UserDefaults.hpp"
 #include "settings/Shortcut.hpp"
+#include "settings/WorkspaceAutomation.hpp"
 
 namespace quillo {
 
@@ -32,8 +34,9 @@ struct AppSettings {
     WithoutTray withoutTray = WithoutTray::ask;
     static constexpr std::int64_t mostLateMinutes = 60;
     std::int64_t lateMinutes = 5;  // in which windows that open after a restore are placed; 0: none are
-    bool offersLayouts = true;                      // when displays come that a workspace was arranged on
+    bool offersLayouts = true;     // when displays come that a workspace was arranged on
     std::set<std::string> arrangedWorkspaces = {};  // identifiers of those that then need no offer
+    std::map<std::string, WorkspaceAutomation> automation = {};  // by the workspace's identifier, lower case
 
     bool operator==(const AppSettings&) const = default;
 
@@ -48,6 +51,11 @@ struct AppSettings {
 
     /// The chosen or the default combination.
     Shortcut shortcut(HotKeyAction action) const;
+
+    /// The usual for a workspace that nothing was chosen for.
+    WorkspaceAutomation automationOf(const Uuid& workspace) const;
+    /// One that comes back at login takes the place of the one that did.
+    void setAutomation(const Uuid& workspace, const WorkspaceAutomation& chosen);
 
     /// What every capture of the person's desktop is taken with; `recoverHidden` keeps its default.
     Capture::Options captureOptions() const;

@@ -21,12 +21,26 @@ inline constexpr auto fieldsOf<AppSettings> =
                Field{"withoutTray", &AppSettings::withoutTray},
                Field{"lateMinutes", &AppSettings::lateMinutes},
                Field{"offersLayouts", &AppSettings::offersLayouts},
-               Field{"arrangedWorkspaces", &AppSettings::arrangedWorkspaces}};
+               Field{"arrangedWorkspaces", &AppSettings::arrangedWorkspaces},
+               Field{"automation", &AppSettings::automation}};
 
 template <>
 inline constexpr auto fieldsOf<Shortcut> =
     std::tuple{Field{"keyCode", &Shortcut::keyCode}, Field{"modifiers", &Shortcut::modifiers},
                Field{"key", &Shortcut::key}};
+
+template <>
+inline constexpr auto fieldsOf<WorkspaceAutomation> =
+    std::tuple{Field{"shortcut", &WorkspaceAutomation::shortcut},
+               Field{"withoutAsking", &WorkspaceAutomation::withoutAsking},
+               Field{"atLogin", &WorkspaceAutomation::atLogin},
+               Field{"atDisplays", &WorkspaceAutomation::atDisplays},
+               Field{"days", &WorkspaceAutomation::days},
+               Field{"minute", &WorkspaceAutomation::minute}};
+
+template <>
+inline constexpr auto namesOf<Days> = std::array<std::pair<std::string_view, Days>, 3>{
+    {{"never", Days::never}, {"daily", Days::daily}, {"weekdays", Days::weekdays}}};
 
 template <>
 inline constexpr auto namesOf<Appearance> = std::array<std::pair<std::string_view, Appearance>, 3>{
@@ -54,11 +68,12 @@ class SettingsReader : public RecordReader<SettingsReader> {
         return true;
     }
 
-    bool read(Element element, const JsonPlace& place, std::map<std::string, Shortcut>& shortcuts) {
+    template <class T>
+    bool read(Element element, const JsonPlace& place, std::map<std::string, T>& entries) {
         simdjson::dom::object object;
         if (element.get_object().get(object)) return refuse(place, "expected an object");
         for (const auto [key, value] : object) {
-            if (!read(value, {&place, key}, shortcuts[std::string(key)])) return false;
+            if (!read(value, {&place, key}, entries[std::string(key)])) return false;
         }
         return true;
     }
@@ -70,11 +85,12 @@ class SettingsWriter : public RecordWriter<SettingsWriter> {
 
     void write(const std::set<std::string>& values) { writeList(values); }
 
-    void write(const std::map<std::string, Shortcut>& shortcuts) {
+    template <class T>
+    void write(const std::map<std::string, T>& entries) {
         json_.beginObject();
-        for (const auto& [action, shortcut] : shortcuts) {
-            json_.key(action);
-            write(shortcut);
+        for (const auto& [key, entry] : entries) {
+            json_.key(key);
+            write(entry);
         }
         json_.endObject();
     }

@@ -12,7 +12,9 @@ def read(path):
 def complaints(folder):
     info = plistlib.loads(read(folder + "/Info.plist.in"))
     entitlements = plistlib.loads(read(folder + "/Quillo.entitlements"))
-    expected = {"CFBundleIdentifier": "app.quillo.Quillo", "CFBundlePackageType": "APPL", "LSUIElement": True,
+    expected = {"CFBundleURLTypes": [{"CFBundleTypeRole": "Viewer", "CFBundleURLName": "app.quillo.Quillo",
+                                       "CFBundleURLSchemes": ["quillo"]}],
+                "CFBundleIdentifier": "app.quillo.Quillo", "CFBundlePackageType": "APPL", "LSUIElement": True,
                 "LSMinimumSystemVersion": "value of CMAKE_OSX_DEPLOYMENT_TARGET"}
     for key, value in expected.items():
         if info.get(key) != value:

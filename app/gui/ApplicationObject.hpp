@@ -16,8 +16,9 @@ class ApplicationObject final : public QObject {
         : QObject(parent), requested_(std::move(requested)) {}
 
     Q_SLOT void Activate(const QVariantMap& platformData) { ActivateAction({}, {}, platformData); }
-    /// Files are opened through the window only, so it is shown.
-    Q_SLOT void Open(const QStringList&, const QVariantMap& platformData) { Activate(platformData); }
+    /// The first of them that is one of our links. Files are opened through the window only, so it is shown.
+    Q_SLOT void Open(const QStringList& addresses, const QVariantMap& platformData);
+    /// Those of launchOfAction(), and "restore" with a workspace's name or identifier as its parameter.
     Q_SLOT void ActivateAction(const QString& name, const QVariantList& parameters,
                                const QVariantMap& platformData);
 

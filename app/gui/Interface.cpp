@@ -7,6 +7,7 @@
 #include "app/LibraryIndex.hpp"
 #include "app/LibraryState.hpp"
 #include "app/gui/AppIcons.hpp"
+#include "app/gui/AutomationPresenter.hpp"
 #include "app/gui/ClosingPresenter.hpp"
 #include "app/gui/DetailPresenter.hpp"
 #include "app/gui/LayoutsPresenter.hpp"
@@ -65,7 +66,8 @@ struct Interface::Presenters {
           closing(model, surfaces.windows_, parts.trayShown, parts.quit),
           settings(model, parts.updates, parts.system.loginItem),
           privacy(model, parts.system.desktop),
-          shortcuts(model, parts.system.hotKeys, parts.keys),
+          shortcuts(model, ui, parts.system.hotKeys, parts.keys),
+          automation(model, ui),
           switcher(model, index, surfaces),
           restore(model),
           question(model),
@@ -83,6 +85,7 @@ struct Interface::Presenters {
         registerSingleton("Settings", settings);
         registerSingleton("Privacy", privacy);
         registerSingleton("Shortcuts", shortcuts);
+        registerSingleton("Automation", automation);
         registerSingleton("Switcher", switcher);
         registerSingleton("Restore", restore);
         registerSingleton("Question", question);
@@ -105,6 +108,7 @@ struct Interface::Presenters {
     SettingsPresenter settings;
     PrivacyPresenter privacy;
     ShortcutsPresenter shortcuts;
+    AutomationPresenter automation;
     SwitcherPresenter switcher;
     RestorePresenter restore;
     QuestionPresenter question;

@@ -12,7 +12,8 @@ constexpr std::size_t nameCharacters = 80;
 
 QString titleOf(const ResumeQuestion& question) {
     QString name = qt(text::shortenedInMiddle(text::printable(question.name), nameCharacters));
-    switch (question.reason) {
+    if (!question.reason) return "Resume “" + name + "”?";
+    switch (*question.reason) {
         case ReasonToAsk::notSavedHere:
             return "“" + name + "” was not saved on this computer";
         case ReasonToAsk::beyondLimits:
@@ -21,8 +22,24 @@ QString titleOf(const ResumeQuestion& question) {
     return name;
 }
 
+/// Empty where the person asks.
+QString askerOf(const ResumeQuestion& question) {
+    switch (question.asker) {
+        case Asker::person:
+            return {};
+        case Asker::link:
+            return QStringLiteral("A link that was opened asks for it. ");
+        case Asker::program:
+            return QStringLiteral("Another program asks for it. ");
+    }
+    return {};
+}
+
 QString textOf(const ResumeQuestion& question, bool changesNothing) {
-    switch (question.reason) {
+    if (!question.reason)
+        return changesNothing ? QStringLiteral("Resuming it only moves windows that are open.")
+                              : QStringLiteral("Resuming it does what is listed here, and moves windows.");
+    switch (*question.reason) {
         case ReasonToAsk::notSavedHere:
             return changesNothing ? QStringLiteral(
                                         "Its file comes from elsewhere, or was changed. Resuming it only "
@@ -64,7 +81,8 @@ void QuestionPresenter::follow() {
     if (const std::optional<ResumeQuestion>& question = model_.question()) {
         title_ = titleOf(*question);
         groups_ = groupsOf(question->consequences);
-        text_ = textOf(*question, groups_.isEmpty());
+        text_ = askerOf(*question) + textOf(*question, groups_.isEmpty());
+        strange_ = question->reason.has_value();
     }
     Q_EMIT changed();
 }

@@ -1,4 +1,5 @@
-// What a person is asked before a workspace is brought back that was not saved on this computer.
+// What a person is asked before a workspace is brought back that was not saved on this computer, or that
+// somebody else asks for.
 #pragma once
 #include <QObject>
 #include <QStringList>
@@ -13,6 +14,8 @@ class QuestionPresenter final : public QObject {
     Q_PROPERTY(bool shown READ shown NOTIFY changed)
     Q_PROPERTY(QString title READ title NOTIFY changed)
     Q_PROPERTY(QString text READ text NOTIFY changed)
+    /// Whether there is more to be wary of than who asks.
+    Q_PROPERTY(bool strange READ strange NOTIFY changed)
     /// One for each kind of consequence, the most harmful first: heading, lines.
     Q_PROPERTY(QVariantList groups READ groups NOTIFY changed)
 
@@ -23,6 +26,7 @@ class QuestionPresenter final : public QObject {
     bool shown() const { return model_.question().has_value(); }
     QString title() const { return title_; }
     QString text() const { return text_; }
+    bool strange() const { return strange_; }
     QVariantList groups() const { return groups_; }
 
     Q_INVOKABLE void answer(bool resume) { model_.answerQuestion(resume); }
@@ -35,6 +39,7 @@ class QuestionPresenter final : public QObject {
 
     AppModel& model_;
     QString title_, text_;
+    bool strange_ = true;
     QVariantList groups_;
 };
 

@@ -1,9 +1,12 @@
-// The two global shortcuts as settings and introduction show them.
+// The global shortcuts: the two that settings and introduction show, and that of the workspace on its page.
 #pragma once
 #include <QObject>
+#include <array>
+#include <optional>
 
 #include "app/AppModel.hpp"
 #include "app/ShortcutRecorder.hpp"
+#include "app/gui/Ui.hpp"
 
 namespace quillo {
 
@@ -14,14 +17,16 @@ class ShortcutsPresenter final : public QObject {
         QString refusal READ refusal NOTIFY changed)  // why there can be none here; empty where there can
     Q_PROPERTY(QObject* save READ save CONSTANT)      // ShortcutRecorder
     Q_PROPERTY(QObject* switcher READ switcher CONSTANT)
+    Q_PROPERTY(QObject* workspace READ workspace CONSTANT)
     Q_PROPERTY(QString saveRefusal READ saveRefusal NOTIFY changed)  // why it does not work; empty: it does
     Q_PROPERTY(QString switcherRefusal READ switcherRefusal NOTIFY changed)
+    Q_PROPERTY(QString workspaceRefusal READ workspaceRefusal NOTIFY changed)
     Q_PROPERTY(QString hint READ hint CONSTANT)  // as written for macOS, as the next
     Q_PROPERTY(QString help READ help CONSTANT)
 
   public:
     /// All must outlive it.
-    ShortcutsPresenter(AppModel& model, const HotKeyService& hotKeys, KeyMonitorService& monitors,
+    ShortcutsPresenter(AppModel& model, Ui& ui, const HotKeyService& hotKeys, KeyMonitorService& monitors,
                        QObject* parent = nullptr);
 
     bool enabled() const { return model_.settings().shortcutsEnabled; }
@@ -29,8 +34,10 @@ class ShortcutsPresenter final : public QObject {
     QString refusal() const { return QString::fromStdString(hotKeys_.capability().reason()); }
     QObject* save() { return &save_; }
     QObject* switcher() { return &switcher_; }
+    QObject* workspace() { return &workspace_; }
     QString saveRefusal() const { return refusalOf(HotKeyAction::save); }
     QString switcherRefusal() const { return refusalOf(HotKeyAction::switcher); }
+    QString workspaceRefusal() const { return shown_ ? refusalOf(*shown_) : QString(); }
     QString hint() const;
     QString help() const;
 
@@ -41,14 +48,17 @@ class ShortcutsPresenter final : public QObject {
     void changed();
 
   private:
-    void connectRecorder(ShortcutRecorder& recorder, HotKeyAction action);
+    void storeActionOf(ShortcutRecorder& recorder, HotKeyAction action);
     void pauseHotKeys();
     void follow();
-    QString refusalOf(HotKeyAction action) const;
+    QString refusalOf(const HotKeyTarget& target) const;
 
     AppModel& model_;
+    Ui& ui_;
     const HotKeyService& hotKeys_;
-    ShortcutRecorder save_, switcher_;
+    ShortcutRecorder save_, switcher_, workspace_;
+    const std::array<ShortcutRecorder*, 3> recorders_{&save_, &switcher_, &workspace_};
+    std::optional<Uuid> shown_;  // whose the last is
 };
 
 }  // namespace quillo

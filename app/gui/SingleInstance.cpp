@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 
+#include "app/WorkspaceAddress.hpp"
 #include "app/gui/ActivationToken.hpp"
 #include "app/gui/ApplicationObject.hpp"
 
@@ -30,10 +31,19 @@ struct RequestName {
 constexpr std::array requestNames{RequestName{LaunchRequest::openWindow, "", ""},
                                   RequestName{LaunchRequest::saveDesktop, "--save", "save"},
                                   RequestName{LaunchRequest::openSwitcher, "--switcher", "switcher"},
-                                  RequestName{LaunchRequest::stayInBackground, "--background", "background"}};
+                                  RequestName{LaunchRequest::stayInBackground, "--service", "service"},
+                                  RequestName{LaunchRequest::logIn, "--background", "background"}};
 
-QString actionOf(LaunchRequest request) {
-    return QString::fromLatin1(std::ranges::find(requestNames, request, &RequestName::request)->action);
+QString actionOf(const Launch& launch) {
+    if (launch.request == LaunchRequest::openAddress) return launch.address;
+    return QString::fromLatin1(
+        std::ranges::find(requestNames, launch.request, &RequestName::request)->action);
+}
+
+/// One that goes through a line of the socket.
+std::optional<Launch> launchOfAddress(const QString& text) {
+    if (!isWorkspaceAddress(text.toStdString()) || text.contains('\n')) return std::nullopt;
+    return Launch{LaunchRequest::openAddress, text};
 }
 
 std::unexpected<Error> noAnswer() {
@@ -42,17 +52,20 @@ std::unexpected<Error> noAnswer() {
 
 }  // namespace
 
-std::optional<LaunchRequest> requestOfAction(const QString& action) {
+std::optional<Launch> launchOfAction(const QString& action) {
     const auto found = std::ranges::find_if(
         requestNames, [&](const RequestName& one) { return action == QLatin1String(one.action); });
-    return found != requestNames.end() ? std::optional(found->request) : std::nullopt;
+    return found != requestNames.end() ? std::optional(Launch{found->request}) : launchOfAddress(action);
 }
 
-Result<LaunchRequest> launchRequest(const QStringList& arguments) {
-    if (arguments.isEmpty()) return LaunchRequest::openWindow;
+Result<Launch> launchOf(const QStringList& arguments) {
+    if (arguments.isEmpty()) return Launch{};
     for (const RequestName& one : requestNames) {
         if (arguments.size() == 1 && *one.argument && arguments.first() == QLatin1String(one.argument))
-            return one.request;
+            return Launch{one.request};
+    }
+    if (arguments.size() == 1) {
+        if (const auto launch = launchOfAddress(arguments.first())) return *launch;
     }
     return fail(ErrorKind::invalidArgument,
                 "unknown argument: " + arguments.value(arguments.size() == 1 ? 0 : 1).toStdString());
@@ -61,8 +74,9 @@ Result<LaunchRequest> launchRequest(const QStringList& arguments) {
 SingleInstance::SingleInstance(Requested requested, FileSystem& files, std::filesystem::path directory,
                                QObject* parent)
     : QObject(parent),
-      requested_([given = std::move(requested)](LaunchRequest request, const QString& token) {
-          given(request, usableActivationToken(token));
+      requested_([given = std::move(requested)](const Launch& launch, const QString& token) {
+          const bool late = launch.request == LaunchRequest::logIn;
+          given(late ? Launch{LaunchRequest::stayInBackground} : launch, usableActivationToken(token));
       }),
       files_(files),
       directory_(std::move(directory)) {
@@ -75,16 +89,16 @@ SingleInstance::~SingleInstance() {
     QDBusConnection::sessionBus().unregisterObject(objectPath);
 }
 
-Result<bool> SingleInstance::claim(LaunchRequest request, const QString& activationToken) {
+Result<bool> SingleInstance::claim(const Launch& launch, const QString& activationToken) {
     switch (claimName()) {
         case Claim::first:
             return true;
         case Claim::taken:
-            return handOverOnBus(request, activationToken);
+            return handOverOnBus(launch, activationToken);
         case Claim::noBus:
             break;
     }
-    return claimLock(request, activationToken);
+    return claimLock(launch, activationToken);
 }
 
 /// The object is there before the name is: whoever finds the name is answered.
@@ -97,12 +111,14 @@ SingleInstance::Claim SingleInstance::claimName() {
     return ownsName_ ? Claim::first : Claim::taken;
 }
 
-Result<bool> SingleInstance::handOverOnBus(LaunchRequest request, const QString& token) {
-    const bool plain = request == LaunchRequest::openWindow;
-    QDBusMessage message = QDBusMessage::createMethodCall(serviceName, objectPath, interfaceName,
-                                                          plain ? "Activate" : "ActivateAction");
+Result<bool> SingleInstance::handOverOnBus(const Launch& launch, const QString& token) {
+    const bool plain = launch.request == LaunchRequest::openWindow;
+    const bool address = launch.request == LaunchRequest::openAddress;
+    const char* const method = plain ? "Activate" : address ? "Open" : "ActivateAction";
+    QDBusMessage message = QDBusMessage::createMethodCall(serviceName, objectPath, interfaceName, method);
     const QVariantMap platformData{{"activation-token", token}, {"desktop-startup-id", token}};
-    if (!plain) message << actionOf(request) << QVariantList();
+    if (address) message << QStringList{launch.address};
+    if (!plain && !address) message << actionOf(launch) << QVariantList();
     message << platformData;
     message.setAutoStartService(false);
     const QDBusMessage answer = QDBusConnection::sessionBus().call(message, QDBus::Block, answerMilliseconds);
@@ -111,12 +127,12 @@ Result<bool> SingleInstance::handOverOnBus(LaunchRequest request, const QString&
 }
 
 /// The directory lets nobody else in, so that the socket needs no guarding while it is made.
-Result<bool> SingleInstance::claimLock(LaunchRequest request, const QString& token) {
+Result<bool> SingleInstance::claimLock(const Launch& launch, const QString& token) {
     if (const auto created = files_.createDirectories(directory_); !created)
         return std::unexpected(created.error());
     const QString socket = QString::fromStdString((directory_ / "socket").string());
     auto lock = files_.lock(directory_);
-    if (!lock && lock.error().kind == ErrorKind::locked) return handOverOnSocket(request, token, socket);
+    if (!lock && lock.error().kind == ErrorKind::locked) return handOverOnSocket(launch, token, socket);
     if (!lock) return std::unexpected(lock.error());
     lock_ = *std::move(lock);
     QLocalServer::removeServer(socket);  // of a process that ended without tidying up
@@ -126,7 +142,7 @@ Result<bool> SingleInstance::claimLock(LaunchRequest request, const QString& tok
 }
 
 /// One line with the action and one with the token; the answer tells that they have arrived.
-Result<bool> SingleInstance::handOverOnSocket(LaunchRequest request, const QString& token,
+Result<bool> SingleInstance::handOverOnSocket(const Launch& launch, const QString& token,
                                               const QString& place) {
     const QDeadlineTimer deadline(answerMilliseconds);
     QLocalSocket socket;
@@ -135,7 +151,7 @@ Result<bool> SingleInstance::handOverOnSocket(LaunchRequest request, const QStri
         if (socket.waitForConnected(200)) break;
         if (deadline.hasExpired()) return noAnswer();
     }
-    socket.write((actionOf(request) + '\n' + token + '\n').toUtf8());
+    socket.write((actionOf(launch) + '\n' + token + '\n').toUtf8());
     socket.flush();
     if (!socket.waitForReadyRead(static_cast<int>(deadline.remainingTime()))) return noAnswer();
     return false;
@@ -153,7 +169,7 @@ void SingleInstance::serveConnection() {
             socket->readAll();
             socket->write("taken\n");
             socket->flush();
-            if (const auto request = requestOfAction(lines[0])) requested_(*request, lines[1]);
+            if (const auto launch = launchOfAction(lines[0])) requested_(*launch, lines[1]);
         });
     }
 }

@@ -13,16 +13,22 @@
 
 namespace quillo {
 
+enum class LaunchRequest { openWindow, saveDesktop, openSwitcher, stayInBackground, logIn, openAddress };
+
 /// What a start of the program is for.
-enum class LaunchRequest { openWindow, saveDesktop, openSwitcher, stayInBackground };
+struct Launch {
+    LaunchRequest request = LaunchRequest::openWindow;
+    QString address = {};  // of openAddress: a link, as somebody else wrote it
+};
 
-/// By the arguments after the program's name: none, "--save", "--switcher" or, as the
-/// desktop starts it at login, "--background". Others are an error that names
-/// them.
-Result<LaunchRequest> launchRequest(const QStringList& arguments);
+/// By the arguments after the program's name: none, "--save", "--switcher", a link (quillo:...) or, as the
+/// desktop starts it at login, "--background", and as the session bus does, "--service". Others are an error
+/// that names them.
+Result<Launch> launchOf(const QStringList& arguments);
 
-/// By the name of an action as the desktop's entry and other starts give it; "" is openWindow.
-std::optional<LaunchRequest> requestOfAction(const QString& action);
+/// By the name of an action as the desktop's entry and other starts give it; "" is openWindow, and a link is
+/// its own name.
+std::optional<Launch> launchOfAction(const QString& action);
 
 /// The session bus holds the name app.quillo.Quillo for the first start, which others call through
 /// org.freedesktop.Application. Without a session bus, the lock of a directory and a socket in it do the
@@ -33,7 +39,8 @@ class SingleInstance final : public QObject {
   public:
     /// Another start asks for something; in a turn of Qt's loop, once this process is the first. The token
     /// lets a window come to the front on the person's behalf; empty where there is none that is usable.
-    using Requested = std::function<void(LaunchRequest request, const QString& activationToken)>;
+    /// Never logIn: the session had begun before.
+    using Requested = std::function<void(const Launch& launch, const QString& activationToken)>;
 
     /// `directory` is made when there is no bus; it must be for this and the person's alone. The locks of
     /// `files` should not wait. `files` outlives this.
@@ -43,15 +50,15 @@ class SingleInstance final : public QObject {
 
     /// True: this process is the first. False: another one is, and has been handed the request. An error:
     /// another one is, and does not answer. May block for some seconds on the other.
-    Result<bool> claim(LaunchRequest request, const QString& activationToken);
+    Result<bool> claim(const Launch& launch, const QString& activationToken);
 
   private:
     enum class Claim { first, taken, noBus };
 
     Claim claimName();
-    Result<bool> handOverOnBus(LaunchRequest request, const QString& token);
-    Result<bool> claimLock(LaunchRequest request, const QString& token);
-    Result<bool> handOverOnSocket(LaunchRequest request, const QString& token, const QString& place);
+    Result<bool> handOverOnBus(const Launch& launch, const QString& token);
+    Result<bool> claimLock(const Launch& launch, const QString& token);
+    Result<bool> handOverOnSocket(const Launch& launch, const QString& token, const QString& place);
     void serveConnection();
 
     Requested requested_;

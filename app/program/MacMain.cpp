@@ -2,6 +2,7 @@
 #include <QQuickWindow>
 
 #include "app/QtExecutor.hpp"
+#include "app/gui/OpenedAddresses.hpp"
 #include "app/program/Program.hpp"
 #include "app/program/ProgramArguments.hpp"
 #include "platform/macos/MacDefaults.hpp"
@@ -55,16 +56,16 @@ struct MacServices {
     MacActivity activity;
 };
 
-int run(QApplication& application, LaunchRequest request) {
+int run(QApplication& application, const Launch& launch) {
     const Result<StandardDirectories> directories = StandardDirectories::find();
     if (!directories) return refuse(directories.error().text);
     Program* running = nullptr;
-    const auto carryOut = [&running](LaunchRequest asked, const QString&) {
+    const auto carryOut = [&running](const Launch& asked, const QString&) {
         if (running) running->carryOut(asked);
     };
     PosixFileSystem lockedAtOnce(std::chrono::milliseconds(0));
     SingleInstance instance(carryOut, lockedAtOnce, directories->runtime);
-    const Result<bool> first = instance.claim(request, {});
+    const Result<bool> first = instance.claim(launch, {});
     if (!first) return refuse(first.error().text);
     if (!*first) return 0;
 
@@ -84,9 +85,9 @@ int run(QApplication& application, LaunchRequest request) {
                      [&] { services.activity.set(program.model().busy()); });
     // The login item brings no arguments: only the system knows that nobody asked for a window.
     const MacApplicationEvents events(
-        {.started =
-             [&](bool atLogin) { program.carryOut(atLogin ? LaunchRequest::stayInBackground : request); },
-         .reopened = [&] { program.carryOut(LaunchRequest::openWindow); }});
+        {.started = [&](bool atLogin) { program.carryOut(atLogin ? Launch{LaunchRequest::logIn} : launch); },
+         .reopened = [&] { program.carryOut({}); }});
+    const OpenedAddresses addresses(application, [&](const Launch& opened) { program.carryOut(opened); });
     const int status = application.exec();
     running = nullptr;
     return status;
@@ -108,5 +109,5 @@ int main(int argumentCount, char** arguments) {
     QApplication application(argumentCount, arguments);
     QApplication::setApplicationName("Quillo");
     QApplication::setQuitOnLastWindowClosed(false);
-    return quillo::run(application, *quillo::launchRequest(given));
+    return quillo::run(application, *quillo::launchOf(given));
 }

@@ -25,9 +25,12 @@ Program::Program(const System& system)
                   .trayShown = [this] { return tray_.shown(); },
                   .quit = system.variant == TextVariant::onMac ? nullptr : &QCoreApplication::quit}),
       model_({system.services, system.data, system.digest, shell_, interface_}),
-      trayMenu_(
-          model_, updates_, theme_, system.variant,
-          {.openSettings = [this] { interface_.openSettings(); }, .quit = [] { QCoreApplication::quit(); }}),
+      automation_(model_),
+      unattended_(model_, system.services),
+      trayMenu_(model_, updates_, theme_, system.variant,
+                {.openDetail = [this](const Uuid& workspace) { interface_.openDetail(workspace); },
+                 .openSettings = [this] { interface_.openSettings(); },
+                 .quit = [] { QCoreApplication::quit(); }}),
       tray_(trayMenu_, system.olderTrayIsThere),
       notice_(model_, shell_, [this] {
           return interface_.windows().mainOpen() || interface_.panelVisible(PanelID::restore);
@@ -49,14 +52,18 @@ Program::~Program() {
     interface_.detach();
 }
 
-void Program::carryOut(LaunchRequest request) {
-    switch (request) {
+void Program::carryOut(const Launch& launch) {
+    switch (launch.request) {
         case LaunchRequest::openWindow:
             return interface_.askForMainWindow();
         case LaunchRequest::saveDesktop:
             return model_.beginCapture();
         case LaunchRequest::openSwitcher:
             return model_.toggleSwitcher();
+        case LaunchRequest::openAddress:
+            return model_.openAddress(launch.address.toStdString());
+        case LaunchRequest::logIn:
+            return unattended_.loggedIn();
         case LaunchRequest::stayInBackground:
             return;
     }

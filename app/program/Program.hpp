@@ -4,6 +4,8 @@
 #include <memory>
 
 #include "app/AppModel.hpp"
+#include "app/Automation.hpp"
+#include "app/UnattendedRestores.hpp"
 #include "app/UpdateController.hpp"
 #include "app/gui/DesktopNotifier.hpp"
 #include "app/gui/Interface.hpp"
@@ -39,8 +41,9 @@ class Program {
     ~Program();
 
     /// Does what this or another start of the program asks for.
-    void carryOut(LaunchRequest request);
+    void carryOut(const Launch& launch);
     AppModel& model() { return model_; }
+    Automation& automation() { return automation_; }
 
   private:
     Theme theme_;
@@ -51,6 +54,8 @@ class Program {
     UpdateController updates_;
     Interface interface_;
     AppModel model_;
+    Automation automation_;
+    UnattendedRestores unattended_;
     TrayMenu trayMenu_;
     TrayIcon tray_;
     std::unique_ptr<MenuBar> menuBar_;  // on a Mac

@@ -4,6 +4,7 @@
 
 #include "app/QtExecutor.hpp"
 #include "app/gui/ActivationToken.hpp"
+#include "app/gui/WorkspacesObject.hpp"
 #include "app/program/Program.hpp"
 #include "app/program/ProgramArguments.hpp"
 #include "platform/linux/AutostartEntry.hpp"
@@ -74,17 +75,18 @@ void declareShadow(const QWindow& window, const QMargins& shadow) {
         {pixels(shadow.left()), pixels(shadow.right()), pixels(shadow.top()), pixels(shadow.bottom())});
 }
 
-int run(QApplication& application, LaunchRequest request, const QString& token) {
+int run(QApplication& application, const Launch& launch, const QString& token) {
     const Result<StandardDirectories> directories = StandardDirectories::find();
     if (!directories) return refuse(directories.error().text);
     Program* running = nullptr;
-    const auto carryOut = [&running](LaunchRequest asked, const QString& activationToken) {
+    const auto carryOut = [&running](const Launch& asked, const QString& activationToken) {
         const OfferedActivationToken offered(activationToken);
         if (running) running->carryOut(asked);
     };
+    WorkspacesObject workspaces(QDBusConnection::sessionBus());  // before the name by which it is found
     PosixFileSystem lockedAtOnce(std::chrono::milliseconds(0));
     SingleInstance instance(carryOut, lockedAtOnce, directories->runtime);
-    const Result<bool> first = instance.claim(request, token);
+    const Result<bool> first = instance.claim(launch, token);
     if (!first) return refuse(first.error().text);
     if (!*first) return 0;
 
@@ -109,8 +111,9 @@ int run(QApplication& application, LaunchRequest request, const QString& token) 
                      .panels = {.translucent = [&] { return x11::isComposited(**connection); },
                                 .declareShadow = declareShadow},
                      .releaseFreeMemory = releaseFreeMemory});
+    workspaces.attach(program.automation());
     running = &program;
-    carryOut(request, token);
+    carryOut(launch, token);
     const int status = application.exec();
     running = nullptr;
     return status;
@@ -132,5 +135,5 @@ int main(int argumentCount, char** arguments) {
     QApplication::setDesktopFileName("app.quillo.Quillo");
     QApplication::setWindowIcon(quillo::applicationIcon());
     QApplication::setQuitOnLastWindowClosed(false);
-    return quillo::run(application, *quillo::launchRequest(given), token);
+    return quillo::run(application, *quillo::launchOf(given), token);
 }

@@ -346,6 +346,11 @@ FocusScope {
             onClicked: Detail.showReport()
         }
         ActionRow {
+            iconName: "keyboard"
+            text: "Shortcut and Automation…"
+            onClicked: automationSheet.open()
+        }
+        ActionRow {
             iconName: "upload"
             text: "Export Workspace…"
             onClicked: Library.exportWorkspace(Detail.workspaceId)
@@ -369,6 +374,7 @@ FocusScope {
 
     AddAppSheet { id: appSheet }
     AddAddressSheet { id: addressSheet }
+    AutomationSheet { id: automationSheet }
     DeleteDialog {
         id: confirmation
         name: Detail.name

@@ -1,4 +1,4 @@
-// Asked before a workspace is brought back that was not saved on this computer: all that it would do, the most
+// Asked before a workspace is brought back that was not saved on this computer, or that others ask for: all that it would do, the most
 // harmful first. Nothing but a click, or the keyboard on the button itself, agrees.
 import QtQuick
 import Quillo.Core
@@ -8,8 +8,8 @@ Dialog {
     width: Math.min(520, (parent ? parent.width : 560) - 40)
     title: Question.title
     text: Question.text
-    actionText: "Resume Anyway"
-    danger: true
+    actionText: Question.strange ? "Resume Anyway" : "Resume"
+    danger: Question.strange
     armed: false
     onConfirmed: Question.answer(true)
     onClosed: Question.answer(false)

@@ -5,10 +5,13 @@ import Quillo.Core
 
 Item {
     id: root
-    property string action  // "save" or "switcher"
+    property string action  // "save", "switcher" or "workspace"
     readonly property var recorder: Shortcuts[action]
     readonly property string refusal: Shortcuts[action + "Refusal"]
     readonly property bool recording: recorder.recording
+    readonly property string subject: action === "save" ? "Shortcut for saving" : action === "switcher"
+                                      ? "Shortcut for the switcher" : "Shortcut for this workspace"
+    readonly property string words: recording ? "Press a new key combination" : recorder.label === "" ? "None" : ""
 
     implicitWidth: control.implicitWidth
     implicitHeight: control.implicitHeight
@@ -19,7 +22,7 @@ Item {
         anchors.fill: parent
         enabled: root.recorder.enabled
         implicitHeight: Math.max(32, keys.height + 8)
-        implicitWidth: root.recording ? Math.ceil(ask.implicitWidth) + 24 : Math.ceil(keys.width) + 8
+        implicitWidth: root.words !== "" ? Math.ceil(ask.implicitWidth) + 24 : Math.ceil(keys.width) + 8
         focusPolicy: Qt.StrongFocus
         hoverEnabled: true
         opacity: enabled ? 1 : 0.4
@@ -32,8 +35,7 @@ Item {
         Keys.onEnterPressed: clicked()
         onActiveFocusChanged: if (!activeFocus) root.recorder.stop()
         Accessible.role: Accessible.Button
-        Accessible.name: (root.action === "save" ? "Shortcut for saving: " : "Shortcut for the switcher: ")
-                         + (root.recording ? ask.text : Ui.shortcut(root.recorder.label))
+        Accessible.name: root.subject + ": " + (root.words || Ui.shortcut(root.recorder.label))
         Accessible.description: root.refusal !== "" ? root.refusal + " " + Shortcuts.help : Shortcuts.help
         Accessible.onPressAction: control.clicked()
 
@@ -41,16 +43,16 @@ Item {
             KeyCaps {
                 id: keys
                 anchors.centerIn: parent
-                visible: !root.recording
+                visible: root.words === ""
                 label: root.recorder.label
                 Accessible.ignored: true
             }
             UiText {
                 id: ask
                 anchors.centerIn: parent
-                visible: root.recording
+                visible: root.words !== ""
                 role: "caption"
-                text: "Press a new key combination"
+                text: root.words
                 color: Theme.text2
                 Accessible.ignored: true
             }

@@ -2,6 +2,7 @@
 #include <cstdlib>
 
 #include "ctl/SystemLayer.hpp"
+#include "platform/linux/BusRestoreEvents.hpp"
 #include "platform/linux/Sha256.hpp"
 #include "platform/posix/FileDefaults.hpp"
 #include "platform/posix/FileLog.hpp"
@@ -53,6 +54,9 @@ class X11Layer final : public SystemLayer {
     SystemLog& log() override { return log_; }
     std::string logPlace() const override { return logFile_.string(); }
     UserDefaults& defaults() override { return defaults_; }
+    std::unique_ptr<RestoreEvents> listenToRestores(Executor& executor, RestoreEvents::Told told) override {
+        return listenOnSessionBus(executor, std::move(told));
+    }
     std::string digest(std::string_view bytes) const override { return sha256(bytes); }
 
   private:

@@ -50,7 +50,7 @@ _quilloctl_offer_files() {
 }
 
 _quilloctl() {
-    local commands="doctor windows displays save plan diff restore undo list show rename duplicate delete layout history launcher export import validate report help"
+    local commands="doctor windows displays save plan diff restore undo list show rename duplicate delete layout watch history launcher export import validate report help"
     local options="--desktop --data-dir --json --quiet -q --keep-scene --help -h --version"
     local words=() globals=() arguments=() word previous="" command="" joined="" index
     local quote="" trimmed="" typed unquoted
@@ -83,7 +83,7 @@ _quilloctl() {
                 globals+=("$word" "$unquoted")
                 ((index++)) ;;
             --data-dir=*) globals+=("$word") ;;
-            --desktop | --only | --except | --update | --adapter | --clean-slate | --display | --wait-limit | --late) ((index++)) ;;
+            --desktop | --only | --except | --update | --adapter | --clean-slate | --display | --wait-limit | --late | --count) ((index++)) ;;
             -*) ;;
             *) if [[ -z $command ]]; then command=$word; else arguments+=("$word"); fi ;;
         esac
@@ -110,12 +110,13 @@ _quilloctl() {
         --only | --except) _quilloctl_offer_names applications "${arguments[0]}"; return ;;
         --adapter) _quilloctl_offer_words finder chromium safari firefox; return ;;
         --clean-slate) _quilloctl_offer_words keep hide quit; return ;;
-        --display | --wait-limit | --late) return ;;
+        --display | --wait-limit | --late | --count) return ;;
     esac
 
     case $command in
         save) options="--update --adapter $options" ;;
         list) options="--long $options" ;;
+        watch) options="--count $options" ;;
         history) options="--long --adapter $options" ;;
         plan) options="--exit-code --only --except --adapter --clean-slate --arrange --display $options" ;;
         diff) options="--only --except --adapter $options" ;;

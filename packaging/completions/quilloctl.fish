@@ -77,7 +77,8 @@ for line in 'doctor What works on this machine' 'windows The windows that a save
         'plan What a restore would do' 'diff How the desktop differs from a workspace' \
         'restore Bring a workspace back' 'undo Put everything back as it was before' 'list All workspaces' 'show One workspace' \
         'rename Give a workspace another name' 'duplicate Copy a workspace' 'delete Delete workspaces' \
-        'layout How a workspace stands on each set of displays' 'history The last sessions' 'launcher How applications without a menu entry are started' \
+        'layout How a workspace stands on each set of displays' 'watch What becomes of the workspaces' \
+        'history The last sessions' 'launcher How applications without a menu entry are started' \
         'export Write each workspace to a file' 'import Add the workspace of a file' \
         'validate Check a workspace file' 'report Write a file that shows a problem' 'help Print help'
     set -l parts (string split -m 1 ' ' $line)
@@ -118,5 +119,6 @@ complete -c quilloctl -n '__quilloctl_is undo' -l plan -d 'Say what would be put
 complete -c quilloctl -n '__quilloctl_is undo' -l quit-launched -d 'Also quit what was launched'
 complete -c quilloctl -n '__quilloctl_is save' -l update -x -a '(__quilloctl_names workspaces)' \
     -d 'Renew this workspace'
+complete -c quilloctl -n '__quilloctl_is watch' -l count -x -d 'End after so many events'
 complete -c quilloctl -n '__quilloctl_is list history' -l long -d 'With more columns'
 complete -c quilloctl -n '__quilloctl_is export report' -l force -d 'Replace an existing file'

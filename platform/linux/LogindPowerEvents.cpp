@@ -181,6 +181,8 @@ void LogindPowerEvents::Session::vanished() {
 }
 
 void LogindPowerEvents::Session::prepare(const char* signal, bool begins) {
+    if (!begins && signal == std::string_view(preparations[0].signal))
+        shared_.tell(PowerEvent::didWake, nullptr);
     for (std::size_t i = 0; i < preparations.size(); ++i) {
         if (signal == std::string_view(preparations[i].signal)) preparing_[i] = untold_[i] = begins;
     }

@@ -1,4 +1,4 @@
-// The computer is about to sleep or to be switched off.
+// The computer is about to sleep or to be switched off, or has woken up.
 #pragma once
 #include <cstdint>
 #include <functional>
@@ -8,7 +8,7 @@
 
 namespace quillo {
 
-enum class PowerEvent : std::uint8_t { willSleep, willPowerOff };
+enum class PowerEvent : std::uint8_t { willSleep, willPowerOff, didWake };
 
 /// While one exists, the system waits with what it is about to do, for as long as its own limit allows (some
 /// seconds). Released by the last copy's destructor, on any thread.
@@ -23,7 +23,7 @@ class PowerObserver {
 /// For the executor's thread; observers are called on it, in turns of their own.
 class PowerEvents {
   public:
-    /// `hold` may be null, where the system does not wait for anybody.
+    /// `hold` may be null, where the system does not wait for anybody, and is of didWake.
     using Observer = std::function<void(PowerEvent event, PowerHold hold)>;
 
     virtual ~PowerEvents() = default;

@@ -279,6 +279,27 @@ TEST(AppModel, SettingTheSameAgainTriesAgainWhatFailed) {
     EXPECT_TRUE(model->hotKeys().unavailable().empty() && model.hotKeys.press(1, 0x1900));
 }
 
+TEST(AppModel, AWorkspaceIsResumedByItsOwnShortcutForAsLongAsItIsThere) {
+    Model model;
+    model.save("Work");
+    const Workspace work = model.named("Work");
+    model->setAutomation(work.id, {.shortcut = Shortcut{18, 0x1900, "1"}});
+    EXPECT_TRUE(model.hotKeys.press(18, 0x1900));
+    model.run(1ms);
+    ASSERT_TRUE(model->restoreRunning());
+    EXPECT_EQ(model->restoreRun()->workspace().id, work.id);
+    model.finishRestore();
+    EXPECT_TRUE(model.store.remove(work.id));
+    model->reload();
+    EXPECT_FALSE(model.hotKeys.press(18, 0x1900)) << "another program deleted it: the keys are free";
+    model.keep(work);
+    EXPECT_TRUE(model.hotKeys.press(18, 0x1900));
+    model.run(1ms);
+    model.finishRestore();
+    model->deleteWorkspace(model.named("Work"));
+    EXPECT_TRUE(AppSettings::load(model.defaults).automation.empty());
+}
+
 /// A file that is no JSON, and settings of a wrong type in one that is.
 TEST(AppModel, SettingsThatCannotBeReadAreKeptAsideAndSaidUntilThatIsDismissed) {
     const struct {

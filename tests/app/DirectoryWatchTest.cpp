@@ -1,8 +1,8 @@
 // Noticing what other programs do to a directory.
 #include <gtest/gtest.h>
 
+#include "WindowEngine/library/DirectoryWatch.hpp"
 #include "WindowEngine/support/Loops.hpp"
-#include "app/DirectoryWatch.hpp"
 #include "tests/app/MemoryFileSystem.hpp"
 
 namespace quillo {

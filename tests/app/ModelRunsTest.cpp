@@ -460,6 +460,9 @@ TEST(ModelRuns, GoingToSleepSavesTheSessionBeforeTheHoldIsReleased) {
         EXPECT_FALSE(model->busy());
         model->deleteSessionHistory();
     }
+    model.power.emit(PowerEvent::didWake);
+    model.run(1s);
+    EXPECT_TRUE(model->sessions().empty()) << "waking up is no reason to save";
     // With a review open, or snapshots off, nothing is saved and nothing is held.
     model->beginCapture();
     model.review();

@@ -89,10 +89,12 @@ struct KeptLog final : SystemLog {
 
 class HotKeysTest : public testing::Test {
   protected:
+    using Targets = std::vector<HotKeyTarget>;
+
     HotKeysTest() {
-        hotKeys.onAction = [this](HotKeyAction action) { heard.push_back(action); };
+        hotKeys.onPressed = [this](const HotKeyTarget& target) { heard.push_back(target); };
     }
-    std::vector<HotKeyAction> after(bool taken) {
+    Targets after(bool taken) {
         EXPECT_TRUE(taken);
         EXPECT_TRUE(heard.empty()) << "not in a turn of its own";
         executor.runUntilIdle();
@@ -103,17 +105,16 @@ class HotKeysTest : public testing::Test {
     SimulatedHotKeys service{executor};
     KeptLog log;
     HotKeys hotKeys{service, executor, log};
-    std::vector<HotKeyAction> heard;
-    using Actions = std::vector<HotKeyAction>;
-    using Refused = std::set<HotKeyAction>;
+    Targets heard;
+    using Refused = std::set<HotKeyTarget>;
 };
 
 TEST_F(HotKeysTest, RegistersTheGivenAndTheDefaultsAndDispatchesByNumber) {
     hotKeys.registerAll({{HotKeyAction::switcher, {96, control, "F5"}}});
-    EXPECT_EQ(after(service.press(1, 0x1900)), Actions{HotKeyAction::save});
-    EXPECT_EQ(after(service.press(96, control)), Actions{HotKeyAction::switcher});
+    EXPECT_EQ(after(service.press(1, 0x1900)), Targets{HotKeyAction::save});
+    EXPECT_EQ(after(service.press(96, control)), Targets{HotKeyAction::switcher});
     EXPECT_FALSE(service.press(15, 0x1900));
-    EXPECT_EQ(after(service.deliver({{'Q', 'L', 'L', 'O'}, 2})), Actions{HotKeyAction::switcher});
+    EXPECT_EQ(after(service.deliver({{'Q', 'L', 'L', 'O'}, 2})), Targets{HotKeyAction::switcher});
     EXPECT_FALSE(service.deliver({{'Q', 'L', 'L', 'O'}, 3}));
     EXPECT_FALSE(service.deliver({{'E', 'L', 'S', 'E'}, 1}));
 
@@ -129,7 +130,7 @@ TEST_F(HotKeysTest, WhileACombinationIsRecordedNoneActs) {
     hotKeys.registerAll({{HotKeyAction::save, {96, control, "F5"}}});
     EXPECT_EQ(service.registrations(), 0u);
     hotKeys.setPaused(false);
-    EXPECT_EQ(after(service.press(96, control)), Actions{HotKeyAction::save});
+    EXPECT_EQ(after(service.press(96, control)), Targets{HotKeyAction::save});
     hotKeys.unregisterAll();
     for (const bool paused : {true, false}) hotKeys.setPaused(paused);
     EXPECT_EQ(service.registrations(), 0u) << "switched off";
@@ -142,11 +143,11 @@ TEST_F(HotKeysTest, ARefusedActionIsMarkedUntilItsCombinationWorks) {
     hotKeys.registerAll({});
     EXPECT_EQ(hotKeys.unavailable(), Refused{HotKeyAction::save});
     EXPECT_EQ(log.lines, "hotkeys error: hotkey ⌃⌥⌘S unavailable: -9878\n");
-    EXPECT_EQ(after(service.press(15, 0x1900)), Actions{HotKeyAction::switcher});
+    EXPECT_EQ(after(service.press(15, 0x1900)), Targets{HotKeyAction::switcher});
 
     service.taken.clear();
     hotKeys.registerAll({});
-    EXPECT_EQ(after(service.press(1, 0x1900)), Actions{HotKeyAction::save});
+    EXPECT_EQ(after(service.press(1, 0x1900)), Targets{HotKeyAction::save});
     EXPECT_EQ(hotKeys.unavailable(), Refused{});
     EXPECT_EQ(told, 2);
 
@@ -155,6 +156,16 @@ TEST_F(HotKeysTest, ARefusedActionIsMarkedUntilItsCombinationWorks) {
     hotKeys.unregisterAll();
     EXPECT_EQ(hotKeys.unavailable(), Refused{});
     EXPECT_EQ(std::exchange(told, 2), 4);
+
+    const Uuid first = Uuid::fromBytes({1}), second = Uuid::fromBytes({2});
+    service.taken = {{3, 0x1900}};
+    hotKeys.registerAll({{second, {2, command, "D"}}, {first, {1, 0x1900, "S"}}, {Uuid(), {3, 0x1900, "F"}}});
+    EXPECT_EQ(hotKeys.refusal(first), HotKeys::Refusal::own) << "actions come first";
+    EXPECT_EQ(hotKeys.refusal(Uuid()), HotKeys::Refusal::taken);
+    EXPECT_EQ(after(service.press(1, 0x1900)), Targets{HotKeyAction::save});
+    EXPECT_EQ(after(service.press(2, command)), Targets{second});
+    EXPECT_EQ(std::exchange(told, 1), 3);
+    service.taken.clear();
     hotKeys.registerAll({});
 
     service.lose(15, 0x1900);

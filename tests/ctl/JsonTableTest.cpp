@@ -127,6 +127,7 @@ TEST_F(JsonTableTest, EveryLineIsOfADocumentedKindAndEveryKindIsPrinted) {
         {"rename", before, {"Work", "Play"}},
         {"list", before, {}},
         {"delete", before, {"Play"}},
+        {"watch", before, {"--count", "0"}},
         {"history save", before, {}},
         {"history list", before, {}},
         {"history clear", before, {}},

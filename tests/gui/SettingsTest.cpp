@@ -204,7 +204,7 @@ TEST_F(SettingsTest, ACombinationIsRecordedByKeysAlone) {
     click("Shortcut for the switcher: Ctrl+Alt+Super+R");
     keys.press({.keyCode = 0, .modifiers = modifier::option | modifier::shift, .characters = "a"});
     settle();
-    EXPECT_TRUE(named("Already Quillo's other shortcut — pick a different combination."));
+    EXPECT_TRUE(named("Already another shortcut of Quillo — pick a different combination."));
     model.change([](AppSettings& settings) { settings.shortcuts.erase("2"); });
 
     click("Shortcut for saving: Alt+Shift+A");
@@ -213,6 +213,42 @@ TEST_F(SettingsTest, ACombinationIsRecordedByKeysAlone) {
     click("Privacy");
     EXPECT_EQ(keys.monitors(), 0U) << "nothing records unseen";
     EXPECT_EQ(model.hotKeys.registrations(), 2U);
+}
+
+TEST_F(SettingsTest, AWorkspaceGetsAndLosesAShortcutOnItsPage) {
+    const Uuid id = keepExample();
+    open();
+    ui().openDetail(QString::fromStdString(id.lower()));
+    settle();
+    click("Shortcut and Automation…");
+    settle();
+    click("Shortcut for this workspace: None");
+    keys.press({.keyCode = 1, .modifiers = 0x1900, .characters = "s"});
+    settle();
+    EXPECT_TRUE(named("Already another shortcut of Quillo — pick a different combination."));
+    click("Shortcut for this workspace: Ctrl+Alt+Super+S");
+    keys.press({.keyCode = 18, .modifiers = modifier::control, .characters = "1"});
+    settle();
+    EXPECT_EQ(stored().automationOf(id).shortcut, (Shortcut{18, modifier::control, "1"}));
+    click("Shortcut for this workspace: Ctrl+1");
+    keys.press({.keyCode = 51, .modifiers = 0, .characters = ""});
+    settle();
+    EXPECT_TRUE(named("Shortcut for this workspace: None"));
+    EXPECT_TRUE(stored().automation.empty());
+    for (const char* name : {"After login", "Weekdays", "When others ask, without a question"}) click(name);
+    for (const auto& [typed, minute] : {std::pair{"7.45", 465}, {"noon", 465}, {"8", 480}}) {
+        QQuickItem* const time = named("Time of day, as 09:30");
+        ASSERT_TRUE(time);
+        time->forceActiveFocus();
+        time->setProperty("text", typed);
+        press(Qt::Key_Return);
+        EXPECT_EQ(stored().automationOf(id).minute, minute);
+        EXPECT_EQ(named("“noon” is no time. Write it as 09:30.") != nullptr, QString(typed) == "noon");
+    }
+    WorkspaceAutomation chosen{.withoutAsking = true, .atLogin = true};
+    chosen.days = Days::weekdays;
+    chosen.minute = 480;
+    EXPECT_EQ(stored().automationOf(id), chosen);
 }
 
 TEST_F(SettingsTest, OfTroubleIsToldOnEveryPaneUntilItIsDismissed) {

@@ -22,6 +22,12 @@ AppSettings filled() {
     settings.lateMinutes = 15;
     settings.offersLayouts = false;
     settings.arrangedWorkspaces = {"6f1c2a9e-0b7d-4e51-9c3a-2d4b8e7f1a60"};
+    settings.setAutomation(Uuid(), {.shortcut = Shortcut{18, 0x1900, "1"},
+                                    .withoutAsking = true,
+                                    .atLogin = true,
+                                    .atDisplays = true,
+                                    .days = Days::weekdays,
+                                    .minute = 450});
     return settings;
 }
 
@@ -66,6 +72,7 @@ TEST(AppSettings, WhatIsMissingTakesItsDefaultAndAWrongTypeTakesAllWithIt) {
         {R"({"shortcuts": {"2": {"keyCode": -1, "modifiers": 2, "key": "A"}}})", {}},
         {R"({"shortcuts": {"2": {"keyCode": 4294967296, "modifiers": 2, "key": "A"}}})", {}},
         {R"({"shortcuts": []})", {}},
+        {R"({"automation": {"x": {"shortcut": {"key": "A"}}}})", {}},
         {"[]", {}},
         {"", {}},
         {"{\"onboarded\": true", {}},
@@ -118,6 +125,15 @@ TEST(AppSettings, ShortcutsAreChosenOrUsual) {
     settings.shortcuts["2"] = {96, modifier::control, "F5"};
     EXPECT_EQ(settings.shortcut(HotKeyAction::save), (Shortcut{1, 0x1900, "S"}));
     EXPECT_EQ(settings.shortcut(HotKeyAction::switcher).label(), "⌃F5");
+}
+
+TEST(AppSettings, OneWorkspaceAtMostComesBackAtLogin) {
+    AppSettings settings;
+    const Uuid one = Uuid::fromBytes({1}), two = Uuid::fromBytes({2});
+    settings.setAutomation(one, {.atLogin = true});
+    settings.setAutomation(two, {.atLogin = true});
+    EXPECT_TRUE(settings.automationOf(two).atLogin);
+    EXPECT_EQ(settings.automation.size(), 1U);
 }
 
 TEST(AppSettings, CapturesHonourThem) {

@@ -1,4 +1,4 @@
-// Sleep and power-off, as the workspace object posts them.
+// Sleep, power-off and waking up, as the workspace object posts them.
 #pragma once
 #include <memory>
 

@@ -7,6 +7,7 @@ namespace quillo {
 struct MacPowerEvents::Subscriptions {
     id<NSObject> sleep = nil;
     id<NSObject> powerOff = nil;
+    id<NSObject> wake = nil;
 };
 
 namespace {
@@ -37,6 +38,8 @@ MacPowerEvents::MacPowerEvents(Executor& executor) : subscriptions_(std::make_un
             subscribe(NSWorkspaceWillSleepNotification, PowerEvent::willSleep, executor, observers_);
         subscriptions_->powerOff =
             subscribe(NSWorkspaceWillPowerOffNotification, PowerEvent::willPowerOff, executor, observers_);
+        subscriptions_->wake =
+            subscribe(NSWorkspaceDidWakeNotification, PowerEvent::didWake, executor, observers_);
     }
 }
 
@@ -44,6 +47,7 @@ MacPowerEvents::~MacPowerEvents() {
     @autoreleasepool {
         [center() removeObserver:subscriptions_->sleep];
         [center() removeObserver:subscriptions_->powerOff];
+        [center() removeObserver:subscriptions_->wake];
     }
 }
 

@@ -23,13 +23,13 @@ int say(const QString& text, int status) {
 int start(int argumentCount, char** arguments) {
     const QString token = takeActivationToken();
     const QCoreApplication application(argumentCount, arguments);
-    const auto requested = [](LaunchRequest request, const QString& token) {
-        const char* const names[] = {"open", "save", "switcher"};
-        say(names[static_cast<int>(request)] + (" " + token), 0);
+    const auto requested = [](const Launch& launch, const QString& token) {
+        const char* const names[] = {"open", "save", "switcher", "service", "background", ""};
+        say(names[static_cast<int>(launch.request)] + launch.address + " " + token, 0);
     };
     PosixFileSystem files(std::chrono::milliseconds(0));
     SingleInstance instance(requested, files, StandardDirectories::find()->runtime);
-    const auto request = launchRequest(QCoreApplication::arguments().mid(2));
+    const auto request = launchOf(QCoreApplication::arguments().mid(2));
     if (!request) return say(QString::fromStdString(request.error().text), 2);
     const auto first = instance.claim(*request, token);
     if (!first) return say(QString::fromStdString(first.error().text), 1);

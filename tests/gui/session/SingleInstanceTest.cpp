@@ -42,11 +42,15 @@ class Start {
 class SingleInstanceTest : public testing::TestWithParam<bool> {};
 
 TEST_P(SingleInstanceTest, OtherStartsHandOverUntilTheFirstIsGone) {
+    const char* const link = "QUILLO:restore?name=a%20b";
     for (const bool again : {false, true}) {  // the second time after one that was killed
         Start first(GetParam(), {});
         ASSERT_EQ(first.line(), "first") << again;
-        for (const auto& [argument, told] :
-             {std::pair{"", "open token"}, {"--save", "save token"}, {"--switcher", "switcher token"}}) {
+        for (const auto& [argument, told] : {std::pair{"", "open token"},
+                                             {"--save", "save token"},
+                                             {"--switcher", "switcher token"},
+                                             {"--background", "service token"},
+                                             {link, "QUILLO:restore?name=a%20b token"}}) {
             Start other(GetParam(), *argument ? QStringList{argument} : QStringList{}, "token");
             EXPECT_EQ(other.line(), "handed over");
             EXPECT_EQ(other.status(), 0);
@@ -99,7 +103,8 @@ INSTANTIATE_TEST_SUITE_P(With, SingleInstanceTest, testing::Values(true, false),
                          [](const auto& of) { return of.param ? "SessionBus" : "Socket"; });
 
 TEST(LaunchRequest, WhatIsNoArgumentIsNamed) {
-    for (const QStringList& arguments : {QStringList{"--help-me"}, {"--save", "--help-me"}}) {
+    for (const QStringList& arguments :
+         {QStringList{"--help-me"}, {"--save", "--help-me"}, {"quillo:restore?name=a", "--help-me"}}) {
         Start start(true, arguments);
         EXPECT_EQ(start.line(), "unknown argument: --help-me");
         EXPECT_EQ(start.status(), 2);

@@ -31,6 +31,7 @@ class LogindTest : public testing::Test {
     void start() {
         power.emplace(executor);
         observer = power->observe([this](PowerEvent event, PowerHold hold) {
+            if (event == PowerEvent::didWake) return void(++wakes);
             events.push_back(event);
             holds.push_back(std::move(hold));
         });
@@ -59,6 +60,7 @@ class LogindTest : public testing::Test {
     std::optional<MockedLogind> logind{std::in_place, bus};
     VirtualExecutor executor;
     std::vector<PowerEvent> events;
+    int wakes = 0;
     std::vector<PowerHold> holds;
     std::optional<LogindPowerEvents> power;
     std::unique_ptr<PowerObserver> observer;
@@ -83,6 +85,7 @@ TEST_F(LogindTest, TheComputerWaitsForTheLastHoldAndTheLockIsTakenAgain) {
         EXPECT_TRUE(locksBecome(one));
         EXPECT_TRUE(eventually([&] { return openPipes() == pipes + 1; })) << openPipes();
     }
+    EXPECT_EQ(wakes, 2) << "of sleep only";
     power.reset();
     EXPECT_TRUE(locksBecome(none));
     EXPECT_TRUE(eventually([&] { return openPipes() == pipes; })) << openPipes();

@@ -108,8 +108,9 @@ typedef enum NSApplicationActivationOptions : NSUInteger {
 @property BOOL createsNewApplicationInstance;
 @end
 
-/* All three are posted in the workspace's own center only. */
+/* All four are posted in the workspace's own center only. */
 extern NSNotificationName const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification;
+extern NSNotificationName const NSWorkspaceDidWakeNotification;
 extern NSNotificationName const NSWorkspaceWillPowerOffNotification;
 extern NSNotificationName const NSWorkspaceWillSleepNotification;
 

@@ -7,8 +7,7 @@
 #include <vector>
 
 #include "WindowEngine/services/FileSystem.hpp"
-#include "WindowEngine/support/Executor.hpp"
-#include "app/TaskSlot.hpp"
+#include "WindowEngine/support/Job.hpp"
 
 namespace quillo {
 
@@ -43,7 +42,7 @@ class DirectoryWatch {
     std::shared_ptr<DirectoryWatch*> self_;  // null from its destruction on
     Stamps seen_;
     std::unique_ptr<FileWatch> watch_;
-    TaskSlot settling_;
+    std::optional<Job<>> settling_;  // last: it works on the above
 };
 
 }  // namespace quillo

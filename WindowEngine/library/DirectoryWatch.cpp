@@ -1,4 +1,4 @@
-#include "app/DirectoryWatch.hpp"
+#include "WindowEngine/library/DirectoryWatch.hpp"
 
 #include <utility>
 
@@ -49,7 +49,7 @@ void DirectoryWatch::watch() {
 }
 
 void DirectoryWatch::noticed() {
-    if (!settling_.active()) settling_.start(executor_, settle());
+    if (!settling_ || settling_->done()) settling_.emplace(executor_, settle());
 }
 
 Task<> DirectoryWatch::settle() {

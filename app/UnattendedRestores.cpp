@@ -1,0 +1,121 @@
+#include "app/UnattendedRestores.hpp"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+#include "WindowEngine/restore/DisplayTwins.hpp"
+#include "WindowEngine/support/Poll.hpp"
+#include "WindowEngine/support/Text.hpp"
+#include "app/Schedule.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// What was slept through is made up for no longer than this: nobody wants the morning's windows at noon.
+constexpr Duration longestDelay = 1h;
+/// After login the window manager, panels and other programs come first.
+constexpr Duration loginPatience = 60s, loginInterval = 500ms, loginRest = 2s;
+
+Instant lastUsed(const Workspace& workspace) {
+    return std::max(workspace.updatedAt, workspace.lastRestoredAt.value_or(workspace.updatedAt));
+}
+
+}  // namespace
+
+UnattendedRestores::UnattendedRestores(AppModel& model, const SystemServices& services, Zone zone,
+                                       QObject* parent)
+    : QObject(parent),
+      model_(model),
+      services_(services),
+      zone_(std::move(zone)),
+      settled_(services.desktop.platform.executor.wallNow()) {
+    connect(&model, &AppModel::settingsChanged, this, [this] {
+        settled_ = services_.desktop.platform.executor.wallNow();  // a time that is past is tomorrow's
+        follow();
+    });
+    connect(&model, &AppModel::workspacesChanged, this, &UnattendedRestores::follow);
+    connect(&model, &AppModel::displaysCame, this, &UnattendedRestores::displaysCame);
+    powerObserver_ = services_.power.observe([this](PowerEvent event, const PowerHold&) {
+        if (event == PowerEvent::didWake) follow();  // timers stood still meanwhile
+    });
+    follow();
+}
+
+void UnattendedRestores::follow() {
+    next_ = nextAfter(settled_);
+    if (next_)
+        timer_.start(services_.desktop.platform.executor, awaitDue());
+    else
+        timer_.cancel();
+}
+
+/// Of several at the same time the one that was saved last.
+std::optional<UnattendedRestores::Due> UnattendedRestores::nextAfter(Instant after) const {
+    std::optional<Due> next;
+    const QTimeZone zone = zone_();
+    for (const Workspace& workspace : model_.workspaces()) {
+        const auto at = nextDue(model_.settings().automationOf(workspace.id), after, zone);
+        if (at && (!next || *at < next->at)) next = Due{*at, workspace.id};
+    }
+    return next;
+}
+
+/// Of several that were slept through only the last is of use.
+Task<> UnattendedRestores::awaitDue() {
+    Executor& executor = services_.desktop.platform.executor;
+    while (next_) {
+        const Duration left = next_->at - executor.wallNow();
+        if (left > Duration::zero()) {
+            co_await sleepFor(left);
+            continue;  // the clock may have been set meanwhile
+        }
+        const Due due = *next_;
+        settled_ = due.at;
+        next_ = nextAfter(settled_);
+        const bool superseded = next_ && next_->at <= executor.wallNow();
+        if (!superseded && executor.wallNow() - due.at <= longestDelay) restore(due.workspace);
+    }
+}
+
+/// Nobody is interrupted, and nothing is passed over in silence.
+void UnattendedRestores::restore(const Uuid& workspace) {
+    const auto& all = model_.workspaces();
+    const auto found = std::ranges::find(all, workspace, &Workspace::id);
+    if (found == all.end()) return;
+    if (model_.draft() || model_.capturing() || model_.restoreRunning()) {
+        return model_.show("“" + text::clipped(found->name, 60) + "” was due, but Quillo was busy.",
+                           ToastKind::refusal);
+    }
+    model_.restoreFromLibrary(workspace);
+}
+
+void UnattendedRestores::loggedIn() {
+    for (const Workspace& workspace : model_.workspaces()) {
+        if (!model_.settings().automationOf(workspace.id).atLogin) continue;
+        return login_.start(services_.desktop.platform.executor, awaitDesktop(workspace.id));
+    }
+}
+
+Task<> UnattendedRestores::awaitDesktop(Uuid workspace) {
+    const auto isThere = [this] {
+        return services_.desktop.platform.accessibility.trusted() && !services_.desktop.platform.screens.screens().empty();
+    };
+    co_await pollUntil(isThere, loginInterval, loginPatience);
+    co_await sleepFor(loginRest);
+    restore(workspace);  // where windows cannot be placed, that is said there
+}
+
+void UnattendedRestores::displaysCame(const std::vector<DisplaySnapshot>& displays) {
+    const Workspace* latest = nullptr;
+    for (const Workspace& workspace : model_.workspaces()) {
+        const bool theirs = model_.settings().automationOf(workspace.id).atDisplays &&
+                            DisplayTwins::sameSet(workspace.snapshot.displays, displays);
+        if (theirs && (!latest || lastUsed(*latest) < lastUsed(workspace))) latest = &workspace;
+    }
+    if (latest) restore(Uuid(latest->id));
+}
+
+}  // namespace quillo
