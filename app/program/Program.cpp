@@ -27,10 +27,9 @@ Program::Program(const System& system)
       model_({system.services, system.data, system.digest, shell_, interface_}),
       automation_(model_),
       unattended_(model_, system.services),
-      trayMenu_(model_, updates_, theme_, system.variant,
-                {.openDetail = [this](const Uuid& workspace) { interface_.openDetail(workspace); },
-                 .openSettings = [this] { interface_.openSettings(); },
-                 .quit = [] { QCoreApplication::quit(); }}),
+      trayMenu_(
+          model_, updates_, theme_, system.variant,
+          {.openSettings = [this] { interface_.openSettings(); }, .quit = [] { QCoreApplication::quit(); }}),
       tray_(trayMenu_, system.olderTrayIsThere),
       notice_(model_, shell_, [this] {
           return interface_.windows().mainOpen() || interface_.panelVisible(PanelID::restore);
