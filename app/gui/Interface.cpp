@@ -192,11 +192,6 @@ Ui& Interface::ui() {
     return presenters_->ui;
 }
 
-void Interface::openDetail(const Uuid& workspace) {
-    ui().openDetail(QString::fromStdString(workspace.lower()));
-    model_->openMain();
-}
-
 void Interface::openSettings(const QString& pane) {
     ui().openSettings(pane);
     model_->openMain();

@@ -48,7 +48,6 @@ class Interface final : public QObject, public Surfaces {
 
     Windows& windows() { return windows_; }
     Ui& ui();
-    void openDetail(const Uuid& workspace);
     void openSettings(const QString& pane = {});
     /// Another start of the program, or any part of this one, wants the main window.
     void askForMainWindow();
