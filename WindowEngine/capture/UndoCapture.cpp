@@ -72,8 +72,9 @@ std::vector<UndoWindow> windowsOfOthers(DesktopAccess& desktop, const WorkspaceS
         for (const LiveWindow& window : Accessibility::windows(desktop, application.pid, false)) {
             if (!window.windowID || window.info.isMinimized) continue;
             const auto process = processes.find(*window.windowID);
-            windows.push_back(
-                {.number = *window.windowID, .process = process == processes.end() ? 0 : process->second});
+            windows.push_back({.application = {},
+                               .number = *window.windowID,
+                               .process = process == processes.end() ? 0 : process->second});
         }
     }
     return windows;

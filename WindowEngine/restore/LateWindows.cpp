@@ -27,9 +27,11 @@ bool contains(const auto& range, const auto& value) {
 
 }  // namespace
 
-void LateWindows::setPlaces(std::vector<DisplaySnapshot> savedDisplays, DesktopTargets desktops) {
+void LateWindows::setPlaces(std::vector<DisplaySnapshot> savedDisplays, DesktopTargets desktops,
+                            PassedOver passedOver) {
     savedDisplays_ = std::move(savedDisplays);
     desktops_ = std::move(desktops);
+    passedOver_ = std::move(passedOver);
 }
 
 void LateWindows::expect(LateApplication application) {
@@ -83,7 +85,7 @@ Task<void> LateWindows::look() {
 Task<void> LateWindows::look(Waiting& waiting) {
     for (;;) {
         waiting.seen = true;
-        const std::vector<LiveWindow> live = liveWindows(desktop_, waiting.expected.application, false);
+        const std::vector<LiveWindow> live = liveWindows(desktop_, waiting.expected.application, false, passedOver_);
         std::erase_if(waiting.arrivals, [&](const auto& arrival) {
             return !contains(std::views::transform(live, &LiveWindow::windowID),
                              std::optional(arrival.first));

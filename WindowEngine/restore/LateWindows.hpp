@@ -7,6 +7,7 @@
 
 #include "WindowEngine/restore/DesktopTargets.hpp"
 #include "WindowEngine/restore/ItemSink.hpp"
+#include "WindowEngine/restore/PassedOver.hpp"
 
 namespace quillo::Restore {
 
@@ -29,7 +30,8 @@ class LateWindows {
     LateWindows& operator=(const LateWindows&) = delete;
 
     // For the run.
-    void setPlaces(std::vector<DisplaySnapshot> savedDisplays, DesktopTargets desktops);
+    void setPlaces(std::vector<DisplaySnapshot> savedDisplays, DesktopTargets desktops,
+                   PassedOver passedOver);
     void expect(LateApplication application);
     /// From now on they are waited for so long.
     void runEnded(Duration limit);
@@ -76,6 +78,7 @@ class LateWindows {
     OnItem onItem_;
     std::vector<DisplaySnapshot> savedDisplays_;
     DesktopTargets desktops_;
+    PassedOver passedOver_;  // no window of these is a late one
     std::deque<Waiting> waiting_;  // more come while one is looked at
     std::optional<std::uint64_t> stamp_;
     std::optional<TimePoint> ended_;  // the run

@@ -282,7 +282,9 @@ Task<void> restoreWorkspace(Run& run) {
     boundDisplays(run.workspace.snapshot);
     co_await prepareDesktops(run);
     co_await cleanSlate(run.desktop, run.workspace, run.options, run.sink);
-    if (run.options.late) run.options.late->setPlaces(run.workspace.snapshot.displays, run.desktops.targets);
+    if (run.options.late) 
+        run.options.late->setPlaces(run.workspace.snapshot.displays, run.desktops.targets,
+                                    run.options.passedOver);
     narrow(run);  // not before: what the limits leave out is still no other application, to be hidden or quit
     const Context context = co_await quillo::context();
     std::optional<Job<void>> looking;

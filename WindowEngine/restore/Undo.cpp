@@ -154,7 +154,7 @@ UndoPlan::Application planApplication(DesktopAccess& desktop, const Pairing& pai
     const bool wasHidden = noted != record.applications.end() && noted->hidden;
     application.shown = running->isHidden && cleared && !wasHidden;
     application.hidden = !running->isHidden && wasHidden;
-    application.live = liveWindows(desktop, saved, true);
+    application.live = liveWindows(desktop, saved, true, {});
     application.hangs = desktop.handles.unresponsive.resting(running->pid, desktop.platform.executor.now());
     if (pairing.sameSession) pairKnown(pairing, application);
     const bool same = noted != record.applications.end() && isSame(*noted, *running);
