@@ -32,7 +32,8 @@ AppModel::AppModel(const AppServices& services, QObject* parent)
     reload();
     lookAtSettings();
     settings_ = AppSettings::load(services_.defaults);
-    // Whose settings were set aside has met the program before. Workspaces alone do not say so: quilloctl saves some too.
+    // Whose settings were set aside has met the program before. Workspaces alone do not say so: quilloctl
+    // saves some too.
     settings_.onboarded = settings_.onboarded || rescue_.trouble();
     loginItem_.configureDefault();
     hotKeys_.onAction = [this](HotKeyAction action) {
