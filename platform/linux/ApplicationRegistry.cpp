@@ -67,7 +67,11 @@ ApplicationRegistry::Verdict ApplicationRegistry::judge(const WindowEvidence& wi
     if (const auto* identifier = launchedAs(window.pid)) return {2, *identifier};
     for (const auto* name : {&window.className, &window.instanceName}) {
         if (name->empty()) continue;
-        if (const auto* entry = entries_.withWindowClass(*name)) return verdict(3, entry);
+        if (const auto* entry = entries_.withWindowClass(*name)) {
+            // An importer that no menu shows may claim the class of the program that it belongs to.
+            const auto* named = entry->shown ? nullptr : shownEntryOf(window.pid, *name);
+            return verdict(3, named ? named : entry);
+        }
         if (const auto* entry = entries_.withIdIgnoringCase(*name)) return verdict(4, entry);
     }
     if (const auto program = programOf(window.pid)) {
@@ -76,6 +80,12 @@ ApplicationRegistry::Verdict ApplicationRegistry::judge(const WindowEvidence& wi
             return {7, text::lowercase(fs::path(*program).filename().string())};
     }
     return {6, identifierFromClass(window)};
+}
+
+const DesktopEntry* ApplicationRegistry::shownEntryOf(ProcessID pid, std::string_view name) const {
+    const auto program = programOf(pid);
+    if (!program || !text::equalIgnoringCase(fs::path(*program).filename().string(), name)) return nullptr;
+    return entries_.withProgram(*program);
 }
 
 bool ApplicationRegistry::mayBe(const WindowEvidence& window, const std::string& program,

@@ -82,6 +82,8 @@ class ApplicationRegistry {
     };
 
     Verdict judge(const WindowEvidence& window) const;
+    /// The entry in menus of the program that the process runs, if that has this name; else null.
+    const DesktopEntry* shownEntryOf(ProcessID pid, std::string_view name) const;
     const std::string* launchedAs(ProcessID pid) const;
     void dropEndedLaunches();
     void describe(KnownApplication& application, std::span<const WindowEvidence> windows) const;

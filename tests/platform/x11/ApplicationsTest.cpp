@@ -78,6 +78,14 @@ TEST_F(ApplicationsTest, TheBestEvidenceNamesTheApplication) {
     }
 }
 
+TEST_F(ApplicationsTest, AnEntryThatNoMenuShowsTakesNoWindowsOfAShownOnesProgram) {
+    install("importer", "NoDisplay=true\nStartupWMClass=quillo_test_client\n", "");
+    install("viewer", "", "");
+    openWindow("a picture", {"--class", "quillo_test_client"});
+    EXPECT_TRUE(running("viewer"));
+    EXPECT_FALSE(running("importer"));
+}
+
 TEST_F(ApplicationsTest, WithoutADesktopFileItsClassAndProgramStandFor) {
     openWindow("nameless", {"--class", "Unheard-Of", "--pid", "0"});
     const auto found = running("unheard-of");
