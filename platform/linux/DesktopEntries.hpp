@@ -60,9 +60,11 @@ class DesktopEntries {
     const DesktopEntry* withFile(const std::string& file) const;
 
     /// The entry through which `application` opens documents of this type: itself, or another that is started
-    /// by the same command (file managers keep one for the menu and one for folders). Absent where none
-    /// declares that type.
+    /// by the same command (file managers keep one for the menu and one for folders). For folders its options
+    /// may be others. Absent where none declares that type.
     const DesktopEntry* opener(const DesktopEntry& application, std::string_view type) const;
+    /// What it opens, folders also through another entry.
+    OpenedKinds opens(const DesktopEntry& application) const;
 
   private:
     struct Directory {
@@ -81,6 +83,7 @@ class DesktopEntries {
     std::vector<Directory> directories_;
     std::vector<DesktopEntry> entries_;
     Index byId_, byLowerId_, byWindowClass_, byProgram_, byCommand_;
+    Index folderOpeners_;  // by their programs and arguments, options left out
 };
 
 }  // namespace quillo

@@ -185,10 +185,11 @@ TEST(Terminals, WindowsOfOneProcessAreToldApartOnlyWithCertainty) {
 
 TEST_F(DocumentsTest, ATitleNamesADocumentOnlyWhereOneCanBeOpened) {
     const auto file = path("c.txt");
-    install("editor", "MimeType=text/plain;\n", "%F");
-    install("manager", "MimeType=inode/directory;\n", "%F");
+    install("editor", "MimeType=text/plain;\n", "edit %F");
+    install("manager", "NoDisplay=true\nMimeType=inode/directory;\n", "--manage %F");
+    install("menu", "", "");  // what menus show of the manager
     install("browser", "MimeType=text/html;x-scheme-handler/http;\n", "%U");
-    install("terminal", "", "");
+    install("terminal", "", "shell");
     struct Case {
         const char* application;
         std::string title, document;
@@ -198,6 +199,7 @@ TEST_F(DocumentsTest, ATitleNamesADocumentOnlyWhereOneCanBeOpened) {
         {"editor", file + " - Editor 1", file, {}},
         {"editor", path("two") + " - Editor 2", "none", {}},  // it opens no folders
         {"manager", path("two") + " - Manager", path("two"), {}},
+        {"menu", path("two") + " - Menu", path("two"), {}},
         {"browser", file + " - Browser", "none", {}},
         {"terminal", file + " - Terminal", "none", {}},
         {"editor", "c.txt - Editor 3", file, {file}},
