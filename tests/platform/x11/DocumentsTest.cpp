@@ -267,6 +267,27 @@ TEST(DocumentEvidence, OfATitle) {
     }
 }
 
+TEST(DocumentEvidence, OfArgumentsByTheirNamesOrOneAlone) {
+    const TemporaryDirectory home;
+    for (const auto* name : {"a.pdf", "a.png", "b.v2.pdf", "c.pdf"}) home.write(name, "x");
+    const struct {
+        std::string title;
+        std::vector<std::string> arguments;
+        std::string name;
+    } cases[] = {
+        {"see a.png", {"-f", "a.pdf", "a.png"}, "a.png"},
+        {"[a] (imported)-1.0 - Editor", {"a.png"}, "a.png"},
+        {"*b.v2 - Viewer", {"c.pdf", "b.v2.pdf", "./b.v2.pdf"}, "b.v2.pdf"},
+        {"a - Viewer", {"a.pdf", "a.png"}, ""},  // either
+        {"c.txt - Viewer", {"c.pdf"}, ""},
+        {"not c", {"c.pdf"}, ""},
+    };
+    for (const auto& one : cases) {
+        const auto found = DocumentEvidence::inArguments(one.arguments, home.path().string(), one.title);
+        EXPECT_EQ(found ? found->path : "", one.name.empty() ? "" : (home / one.name).string()) << one.title;
+    }
+}
+
 TEST(DocumentEvidence, OfTheFilesThatAProgramHasOpen) {
     const TemporaryDirectory home;
     for (const auto* folder : {"one", "two"}) fs::create_directories(home / folder);
