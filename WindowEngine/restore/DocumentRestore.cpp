@@ -9,13 +9,9 @@
 namespace quillo::Restore {
 namespace {
 
-/// A document's item carries its window's title, but does not stand for the window, which has one of its own.
 void addAbout(const ApplicationRestore& restore, const SavedDocument& document,
               RestoreReport::Status status) {
-    restore.sink.add({.app = restore.application.name,
-                      .bundleIdentifier = restore.application.bundleIdentifier,
-                      .title = document.title,
-                      .status = std::move(status)});
+    restore.sink.addAbout(restore.application, document.title, std::move(status));
 }
 
 void addRefused(const ApplicationRestore& restore, const SavedDocument& document) {

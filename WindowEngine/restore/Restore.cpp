@@ -213,7 +213,7 @@ Task<void> placeAgain(Run& run) {
         co_await placeWindows(run.desktop, *placed.application, std::move(live),
                               {saved, displays, run.desktops.targets}, sink, known);
         for (const RestoreReport::Item& item : again.items) {
-            if (plans[static_cast<std::size_t>(*item.savedIndex)].write)
+            if (item.savedIndex && plans[static_cast<std::size_t>(*item.savedIndex)].write)
                 ++(outcomeOf(item.status).trouble() ? left : moved);
         }
     }

@@ -144,6 +144,24 @@ TEST(Documents, ComeBackOnceOrItIsSaidWhyNot) {
     }
 }
 
+TEST(Documents, ThatWereNotKnownAreSaidToBeMissing) {
+    for (const auto& [title, notes] : {std::pair{"b.txt", 1}, {"Untitled", 0}}) {
+        Scene saved = scene({sceneApplication("org.editor", {document("a.txt", home), sceneWindow(title, second)})});
+        saved.opensWindows = true;
+        TestDesktop desktop(saved);
+        const WorkspaceSnapshot snapshot = desktop.capture();
+        simulated::Application& editor = *desktop.world().application("org.editor");
+        desktop.world().end(editor);
+        editor.scene.windows.clear();
+        const RestoreReport report = desktop.restore(snapshot);
+        EXPECT_EQ(report.totals().restored, 2) << testing::PrintToString(texts(report));
+        const std::string note =
+            "org.editor/" + std::string(title) +
+            ": note what it showed was not known when it was saved, and is not back";
+        EXPECT_EQ(std::ranges::count(texts(report), note), notes) << testing::PrintToString(texts(report));
+    }
+}
+
 TEST(Documents, OfAStrangerAreNotRun) {
     for (const char* name : {"Tool.app", "run.command", "start.desktop", "jump.fileloc", "setup.deb"}) {
         TestDesktop desktop(scene({sceneApplication("org.editor", {sceneWindow("other", home)})}));
