@@ -13,6 +13,9 @@ struct Options {
     std::set<std::string> excludedBundleIdentifiers = {};
     std::set<std::string> excludedDomains = {};  // as people type them; their web addresses are left out
     std::set<std::string> enabledAdapters = {};  // integrations that may be asked
+    /// Where applications did not tell their windows' documents in time: suspended for a second more. Not worth
+    /// it where nobody asked for the capture.
+    bool asksPatiently = true;
     bool recoverHidden = false;  // look by remote tokens for windows that accessibility does not list
 };
 
@@ -27,8 +30,8 @@ std::function<bool(const std::string& bundleIdentifier)> neverSaved(Applications
 /// The running applications whose windows a capture with these options reads, in the platform's order.
 std::vector<RunningApplication> eligibleApplications(DesktopAccess& desktop, const Options& options);
 
-/// Never fails: what cannot be read is left out. Windows are read before the first suspension, integrations
-/// are asked one after the other after it. Two captures may overlap.
+/// Never fails: what cannot be read is left out. All windows are read in one turn, integrations are asked one
+/// after the other later. Two captures may overlap.
 Task<WorkspaceSnapshot> snapshot(DesktopAccess& desktop, Options options);
 
 }  // namespace quillo::Capture

@@ -76,6 +76,7 @@ class Meddler final : public ForwardingAccessibilityService {
     std::function<Rect(Rect)> frameWritten;
     Duration tokenCost{};
     bool tokens = true;
+    bool answersLate = false, askedPatiently = false;
     std::vector<WindowNumber> raised;
     Capability placeable = Capability::available();
     int reads = 0, minimizeWrites = 0, tokensTried = 0;
@@ -87,6 +88,7 @@ class Meddler final : public ForwardingAccessibilityService {
         if (afterRead) afterRead(requests, answers);
         return answers;
     }
+    Task<bool> askPatiently() override { co_return askedPatiently = answersLate; }
     AccessibilityCode write(const Element& element, std::string_view name,
                             const AttributeValue& value) override {
         if (name == ax::minimized) ++minimizeWrites;

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "WindowEngine/services/ForwardingApplications.hpp"
 #include "tests/WindowEngine/DesktopFixture.hpp"
 
@@ -147,6 +149,25 @@ TEST(Capture, AFullScreenWindowHasNoDesktopWhereverItStands) {
     const WindowSnapshot window = desktop.capture().applications[0].windows.at(0);
     EXPECT_TRUE(window.isFullscreen);
     EXPECT_EQ(window.desktop, std::nullopt);
+}
+
+TEST(Capture, ThatAPersonAskedForAsksAgainForWhatWasNotKnownInTime) {
+    for (const bool patiently : {true, false}) {
+        SceneWindow window = sceneWindow("a.txt", frame);
+        window.document = "file:///home/ada/a.txt";
+        TestDesktop desktop(scene({sceneApplication("org.a", {window})}));
+        desktop.meddler.answersLate = true;
+        desktop.meddler.afterRead = [&](auto requests, Meddler::Answers& answers) {
+            for (std::size_t i = 0; i < requests.size() && !desktop.meddler.askedPatiently; ++i) {
+                const auto name = std::ranges::find(requests[i].names, ax::document);
+                if (name != requests[i].names.end())
+                    answers[i][static_cast<std::size_t>(name - requests[i].names.begin())] =
+                        std::unexpected(AttributeMiss{});
+            }
+        };
+        const auto captured = desktop.capture({.asksPatiently = patiently});
+        EXPECT_EQ(captured.applications[0].windows.at(0).documentURL.has_value(), patiently);
+    }
 }
 
 TEST(Capture, TokensBringHiddenWindowsBackWithTheirTitles) {
