@@ -13,8 +13,8 @@ struct Options {
     std::set<std::string> excludedBundleIdentifiers = {};
     std::set<std::string> excludedDomains = {};  // as people type them; their web addresses are left out
     std::set<std::string> enabledAdapters = {};  // integrations that may be asked
-    /// Where applications did not tell their windows' documents in time: suspended for a second more. Not worth
-    /// it where nobody asked for the capture.
+    /// Where applications did not tell their windows' documents in time: suspended for a second more. Not
+    /// worth it where nobody asked for the capture.
     bool asksPatiently = true;
     bool recoverHidden = false;  // look by remote tokens for windows that accessibility does not list
 };

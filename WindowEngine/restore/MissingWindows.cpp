@@ -114,4 +114,15 @@ Task<bool> openMissingWindows(ApplicationRestore& restore, std::vector<LiveWindo
     co_return true;
 }
 
+Task<bool> openEmptyWindow(const ApplicationRestore& restore) {
+    const auto live = infosOf(liveWindows(restore.desktop, restore.application, false));
+    const std::size_t there = withoutDialogs(live);
+    const bool oneIsEmpty = there == 1 && shownDocuments(live).empty();
+    if (oneIsEmpty || there >= withoutDialogs(restore.application.windows)) co_return true;
+    Log::requestedMore(restore.desktop.platform.log, restore.application.bundleIdentifier, 1);
+    const auto changes = restore.desktop.platform.windowServer.watch(std::nullopt);
+    if (!co_await ask(restore, std::nullopt)) co_return false;
+    co_return co_await brought(restore, there, *changes, false) > 0;
+}
+
 }  // namespace quillo::Restore

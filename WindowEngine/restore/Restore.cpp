@@ -71,6 +71,7 @@ Task<bool> launch(ApplicationRestore& restore) {
     }
     DocumentPlan documents;
     if (applications.documentsTravelWithLaunch()) documents = documentsOf(restore, {});
+    restore.following = takeFollowing(restore, documents.open);
     std::vector<Url> urls;
     for (const SavedDocument& document : documents.open)
         urls.push_back(document.target.value_or(document.url));
@@ -112,11 +113,12 @@ Task<bool> start(ApplicationRestore& restore) {
     co_return true;
 }
 
-/// Documents that the launch took along.
+/// Documents that the launch took along, and those that were kept for later.
 Task<void> awaitSent(ApplicationRestore& restore) {
     if (restore.sent.empty()) co_return;
     restore.add(RestoreReport::opened{static_cast<std::int64_t>(restore.sent.size())});
-    co_await awaitDocuments(restore, restore.sent, 0);
+    co_await awaitDocuments(restore, restore.sent, {}, restore.deadline);
+    co_await openDocuments(restore, std::exchange(restore.following, {}));
 }
 
 Task<void> reopenDocuments(ApplicationRestore& restore) {

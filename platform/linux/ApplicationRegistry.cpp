@@ -207,6 +207,25 @@ Result<std::string> ApplicationRegistry::newWindowAction(std::string_view identi
     return entry->newWindowAction;
 }
 
+DocumentHanding ApplicationRegistry::handing(std::string_view identifier, std::span<const Url> documents) {
+    using enum DocumentHanding;
+    entries_.refresh();
+    const auto* entry = entries_.withId(identifier);
+    if (!entry || entry->folderOption || documents.empty()) return together;
+    // An editor has an action for a new window where another document alone brings none.
+    if (!entry->newWindowAction.empty() && !entry->singleWindow &&
+        ContentTypes::declares(entry->types, "text/plain"))
+        return intoNewWindows;
+    const auto path = documents.front().filePath();
+    const auto type = path ? ContentTypes::of(*path) : std::nullopt;
+    const auto* opener = type ? entries_.opener(*entry, *type) : nullptr;
+    // What takes one document is started anew for each.
+    if (!opener || opener->field == 'f' || opener->field == 'u') return together;
+    // Several pictures are paged through, and a list of files is what programs take that work through it in
+    // one window; those of a window for each document take addresses.
+    return opener->field == 'F' || type->starts_with("image/") ? oneByOne : together;
+}
+
 std::vector<std::string> ApplicationRegistry::command(std::string_view identifier) {
     entries_.refresh();
     const auto* entry = entries_.withId(identifier);

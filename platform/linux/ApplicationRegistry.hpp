@@ -58,6 +58,8 @@ class ApplicationRegistry {
     /// The entry's action that opens one more window, empty where it is to be launched again for that;
     /// refused for what is not installed, and for what opens one window only. The reason is a sentence.
     Result<std::string> newWindowAction(std::string_view identifier);
+    /// As Applications::handing() says. Blocks for the disk.
+    DocumentHanding handing(std::string_view identifier, std::span<const Url> documents);
     /// Of the installed menu entry that this file is.
     std::optional<std::string> identifierAt(const Url& location);
 

@@ -107,6 +107,14 @@ bool takesDocuments(GAppInfo* app) {
     return takes;
 }
 
+char documentField(GAppInfo* app) {
+    for (const std::string& word : wordsOf(orEmpty(g_app_info_get_commandline(app)))) {
+        if (word.size() >= 2 && isFieldForDocuments(std::string_view(word).substr(word.size() - 2)))
+            return word.back();
+    }
+    return 0;
+}
+
 /// Types that no program reads as its own language. An entry that no menu shows is given only these: so do
 /// interpreters, engines of games and what connects somewhere register themselves.
 bool isOnlyLookedAt(std::string_view type) {
@@ -237,6 +245,7 @@ void DesktopEntries::add(const fs::path& root, const fs::path& file) {
                        .shown = !g_desktop_app_info_get_nodisplay(info.get()),
                        .types = std::move(types),
                        .opens = opens,
+                       .field = opens.documents ? documentField(app) : '\0',
                        .newWindowAction = newWindowActionOf(info.get()),
                        .singleWindow = opensOneWindow(info.get()),
                        .folderOption = std::nullopt};

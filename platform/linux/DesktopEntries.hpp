@@ -29,6 +29,7 @@ struct DesktopEntry {
     std::vector<std::string> types =
         {};  // of the documents that it declares to open; none where it takes none
     OpenedKinds opens;
+    char field = 0;  // that its Exec line has for documents: 'f', 'F', 'u' or 'U'; 0 where it takes none
     std::string newWindowAction = {};         // the action that opens one more window; empty where none does
     bool singleWindow = false;                // it says that it opens no more than one
     std::optional<std::string> folderOption;  // of a terminal (Terminals::folderOption)

@@ -146,7 +146,8 @@ TEST(Documents, ComeBackOnceOrItIsSaidWhyNot) {
 
 TEST(Documents, ThatWereNotKnownAreSaidToBeMissing) {
     for (const auto& [title, notes] : {std::pair{"b.txt", 1}, {"Untitled", 0}}) {
-        Scene saved = scene({sceneApplication("org.editor", {document("a.txt", home), sceneWindow(title, second)})});
+        Scene saved =
+            scene({sceneApplication("org.editor", {document("a.txt", home), sceneWindow(title, second)})});
         saved.opensWindows = true;
         TestDesktop desktop(saved);
         const WorkspaceSnapshot snapshot = desktop.capture();
@@ -155,9 +156,8 @@ TEST(Documents, ThatWereNotKnownAreSaidToBeMissing) {
         editor.scene.windows.clear();
         const RestoreReport report = desktop.restore(snapshot);
         EXPECT_EQ(report.totals().restored, 2) << testing::PrintToString(texts(report));
-        const std::string note =
-            "org.editor/" + std::string(title) +
-            ": note what it showed was not known when it was saved, and is not back";
+        const std::string note = "org.editor/" + std::string(title) +
+                                 ": note what it showed was not known when it was saved, and is not back";
         EXPECT_EQ(std::ranges::count(texts(report), note), notes) << testing::PrintToString(texts(report));
     }
 }
@@ -200,6 +200,91 @@ TEST(Documents, TravelWithTheLaunchWhereThatSparesAnEmptyWindow) {
     EXPECT_EQ(texts(desktop.restoreThrough(access, snapshot)),
               (Texts{"org.editor: launched", "org.editor: opened", "org.editor/a.txt: restored"}));
     EXPECT_EQ(applications.launches, std::vector<std::size_t>{1});
+}
+
+/// As an editor that shows what it is launched with in one window, the last document in front, and what it is
+/// handed later, where it has tabs, in the window that came last.
+class Editor final : public ForwardingApplications {
+  public:
+    Editor(TestDesktop& desktop, DocumentHanding handing, bool tabs)
+        : ForwardingApplications(desktop.plain.applications),
+          world_(desktop.world()),
+          handing_(handing),
+          tabs_(tabs) {}
+    bool documentsTravelWithLaunch() override { return true; }
+    DocumentHanding handing(std::string_view, std::span<const Url>) override { return handing_; }
+    Task<Result<void>> launch(Url location, std::vector<Url> documents) override {
+        return ForwardingApplications::launch(std::move(location), {documents.back()});
+    }
+    Task<Result<void>> open(std::string identifier, std::vector<Url> documents) override {
+        if (!tabs_) co_return co_await ForwardingApplications::open(identifier, documents);
+        SceneWindow& front = world_.windowsOf(identifier).front()->state;
+        front.title = simulated::World::documentTitle(documents.front());
+        front.document = documents.front().string();
+        co_return Result<void>();
+    }
+
+  private:
+    simulated::World& world_;
+    DocumentHanding handing_;
+    bool tabs_;
+};
+
+TEST(Documents, ComeIntoAWindowEachAsFarAsTheirEditorDoesIt) {
+    const std::string launched = "org.editor: launched", opened = "org.editor: opened";
+    const std::string a = "org.editor/a.txt: ", b = "org.editor/b.txt: ", back = "restored";
+    const std::string missing = "skipped no matching accessible window",
+                      late = "failed document did not appear before timeout";
+    const std::string tab = "note its document is a tab of another window";
+    struct Case {
+        DocumentHanding handing;
+        bool tabs;
+        Texts first, again;
+        double most;  // seconds of the first run
+    };
+    const Case cases[] = {
+        {DocumentHanding::together,
+         true,
+         {launched, opened, b + back, a + missing, a + late},
+         {a + tab, opened, b + back, a + missing},
+         10},
+        {DocumentHanding::oneByOne,
+         false,
+         {launched, opened, opened, a + back, b + back},
+         {a + back, b + back},
+         6},
+        {DocumentHanding::oneByOne,
+         true,
+         {launched, opened, opened, b + tab, a + back, b + missing},
+         {opened, b + tab, a + back, b + missing},
+         6},
+        {DocumentHanding::intoNewWindows,
+         true,
+         {launched, opened, opened, a + back, b + back},
+         {a + back, b + back},
+         6},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(static_cast<int>(c.handing) + (c.tabs ? 10 : 0));
+        Scene saved =
+            scene({sceneApplication("org.editor", {document("a.txt", home), document("b.txt", second)})});
+        saved.opensWindows = c.handing == DocumentHanding::intoNewWindows;
+        TestDesktop desktop(saved);
+        const WorkspaceSnapshot snapshot = desktop.capture();
+        simulated::Application& editor = *desktop.world().application("org.editor");
+        desktop.world().end(editor);
+        editor.scene.windows.clear();
+        Editor applications(desktop, c.handing, c.tabs);
+        DesktopAccess access = desktop.with(applications);
+        const auto sorted = [](Texts all) {
+            std::ranges::sort(all);
+            return all;
+        };
+        const RestoreReport first = desktop.restoreThrough(access, snapshot);
+        EXPECT_EQ(sorted(texts(first)), sorted(c.first));
+        EXPECT_LT(first.duration, c.most);
+        EXPECT_EQ(sorted(texts(desktop.restoreThrough(access, snapshot))), sorted(c.again));
+    }
 }
 
 TEST(WindowlessApplication, IsAskedForAWindowOnlyWhenNothingElseBringsOne) {

@@ -146,6 +146,33 @@ TEST_F(ApplicationsTest, ThePersonsCommandStartsWhatNoMenuEntryStarts) {
     EXPECT_EQ(refused.error().text.find('/'), std::string::npos);
 }
 
+TEST_F(ApplicationsTest, HowDocumentsAreHandedOverIsReadFromTheEntry) {
+    using enum DocumentHanding;
+    const std::string action = "Actions=new-window;\n[Desktop Action new-window]\nName=w\nExec=false\n";
+    const auto text = PrivateDesktop::home() / "handed.txt", picture = PrivateDesktop::home() / "handed.png";
+    std::ofstream(text) << "text";
+    std::ofstream(picture) << "\x89PNG\r\n\x1a\n";
+    const struct {
+        const char *id, *types, *options;
+        bool action;
+        DocumentHanding ofText, ofPictures;
+    } cases[] = {
+        {"office", "text/plain;image/png;", "--writer %U", false, together, oneByOne},
+        {"list", "text/plain;image/png;", "--list %F", false, oneByOne, oneByOne},
+        {"single", "text/plain;image/png;", "--single %f", false, together, together},
+        {"tabbed", "text/plain;", "--tabbed %U", true, intoNewWindows, intoNewWindows},
+        {"reader", "image/png;", "--reader %U", true, together, oneByOne},
+    };
+    for (const auto& one : cases) {
+        install(one.id, "MimeType=" + std::string(one.types) + "\n" + (one.action ? action : ""),
+                one.options);
+        nextTurn();
+        const Url urls[] = {Url::file(text.string()), Url::file(picture.string())};
+        EXPECT_EQ(applications().handing(one.id, std::span(urls, 1)), one.ofText) << one.id;
+        EXPECT_EQ(applications().handing(one.id, std::span(urls + 1, 1)), one.ofPictures) << one.id;
+    }
+}
+
 TEST_F(ApplicationsTest, ARefusedLaunchSaysWhyWithoutAPath) {
     install("picky", "", "--title=picky");
     installed.push_back(PrivateDesktop::home() / "data/applications/broken.desktop");
