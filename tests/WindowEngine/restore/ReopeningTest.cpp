@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <tuple>
 
 #include "WindowEngine/records/WorkspaceCoding.hpp"
 #include "WindowEngine/restore/CleanSlate.hpp"
@@ -102,6 +103,24 @@ TEST(CleanSlate, LeavesAnEditorThatMustAskAndLosesNothing) {
 
 // -- documents ----------------------------------------------------------------------------------------------
 
+/// An editor that was saved with these windows, and ended.
+struct Closed {
+    Closed(std::vector<SceneWindow> windows, bool opensWindows)
+        : desktop(with(std::move(windows), opensWindows)) {
+        snapshot = desktop.capture();
+        simulated::Application& editor = *desktop.world().application("org.editor");
+        desktop.world().end(editor);
+        editor.scene.windows.clear();
+    }
+    static Scene with(std::vector<SceneWindow> windows, bool opensWindows) {
+        Scene saved = scene({sceneApplication("org.editor", std::move(windows))});
+        saved.opensWindows = opensWindows;
+        return saved;
+    }
+    TestDesktop desktop;
+    WorkspaceSnapshot snapshot;
+};
+
 TEST(Documents, ComeBackOnceOrItIsSaidWhyNot) {
     struct Case {
         const char* what;
@@ -126,12 +145,8 @@ TEST(Documents, ComeBackOnceOrItIsSaidWhyNot) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
-        TestDesktop desktop(
-            scene({sceneApplication("org.editor", {document("a.txt", home), document("b.txt", second)})}));
-        const WorkspaceSnapshot snapshot = desktop.capture();
-        simulated::Application& editor = *desktop.world().application("org.editor");
-        desktop.world().end(editor);
-        editor.scene.windows.clear();
+        Closed closed({document("a.txt", home), document("b.txt", second)}, false);
+        auto& [desktop, snapshot] = closed;
         if (c.fault) {
             Fault trouble = fault(*c.fault, "org.editor", 0, 2);
             trouble.title = "b.txt";
@@ -145,20 +160,15 @@ TEST(Documents, ComeBackOnceOrItIsSaidWhyNot) {
 }
 
 TEST(Documents, ThatWereNotKnownAreSaidToBeMissing) {
-    for (const auto& [title, notes] : {std::pair{"b.txt", 1}, {"Untitled", 0}}) {
-        Scene saved =
-            scene({sceneApplication("org.editor", {document("a.txt", home), sceneWindow(title, second)})});
-        saved.opensWindows = true;
-        TestDesktop desktop(saved);
-        const WorkspaceSnapshot snapshot = desktop.capture();
-        simulated::Application& editor = *desktop.world().application("org.editor");
-        desktop.world().end(editor);
-        editor.scene.windows.clear();
-        const RestoreReport report = desktop.restore(snapshot);
+    for (const std::string title : {"b.txt", "Untitled"}) {
+        Closed closed({document("a.txt", home), sceneWindow(title, second)}, true);
+        const RestoreReport report = closed.desktop.restore(closed.snapshot);
         EXPECT_EQ(report.totals().restored, 2) << testing::PrintToString(texts(report));
-        const std::string note = "org.editor/" + std::string(title) +
-                                 ": note what it showed was not known when it was saved, and is not back";
-        EXPECT_EQ(std::ranges::count(texts(report), note), notes) << testing::PrintToString(texts(report));
+        EXPECT_EQ(
+            std::ranges::count(texts(report),
+                               "org.editor/" + title +
+                                   ": note what it showed was not known when it was saved, and is not back"),
+            title == "b.txt");
     }
 }
 
@@ -190,100 +200,64 @@ class TravellingDocuments final : public ForwardingApplications {
 };
 
 TEST(Documents, TravelWithTheLaunchWhereThatSparesAnEmptyWindow) {
-    TestDesktop desktop(scene({sceneApplication("org.editor", {document("a.txt", home)})}));
-    const WorkspaceSnapshot snapshot = desktop.capture();
-    simulated::Application& editor = *desktop.world().application("org.editor");
-    desktop.world().end(editor);
-    editor.scene.windows.clear();
-    TravellingDocuments applications(desktop.plain.applications);
-    DesktopAccess access = desktop.with(applications);
-    EXPECT_EQ(texts(desktop.restoreThrough(access, snapshot)),
+    Closed closed({document("a.txt", home)}, false);
+    TravellingDocuments applications(closed.desktop.plain.applications);
+    DesktopAccess access = closed.desktop.with(applications);
+    EXPECT_EQ(texts(closed.desktop.restoreThrough(access, closed.snapshot)),
               (Texts{"org.editor: launched", "org.editor: opened", "org.editor/a.txt: restored"}));
     EXPECT_EQ(applications.launches, std::vector<std::size_t>{1});
 }
 
-/// As an editor that shows what it is launched with in one window, the last document in front, and what it is
-/// handed later, where it has tabs, in the window that came last.
+/// Shows what it is launched with in one window, and what it is handed later, where it has tabs, in the
+/// window that came last.
 class Editor final : public ForwardingApplications {
   public:
-    Editor(TestDesktop& desktop, DocumentHanding handing, bool tabs)
-        : ForwardingApplications(desktop.plain.applications),
-          world_(desktop.world()),
-          handing_(handing),
-          tabs_(tabs) {}
+    using ForwardingApplications::ForwardingApplications;
     bool documentsTravelWithLaunch() override { return true; }
-    DocumentHanding handing(std::string_view, std::span<const Url>) override { return handing_; }
+    DocumentHanding handing(std::string_view, std::span<const Url>) override { return hands; }
     Task<Result<void>> launch(Url location, std::vector<Url> documents) override {
         return ForwardingApplications::launch(std::move(location), {documents.back()});
     }
     Task<Result<void>> open(std::string identifier, std::vector<Url> documents) override {
-        if (!tabs_) co_return co_await ForwardingApplications::open(identifier, documents);
-        SceneWindow& front = world_.windowsOf(identifier).front()->state;
+        if (!tabs) co_return co_await ForwardingApplications::open(identifier, documents);
+        SceneWindow& front = world->windowsOf(identifier).front()->state;
         front.title = simulated::World::documentTitle(documents.front());
         front.document = documents.front().string();
         co_return Result<void>();
     }
-
-  private:
-    simulated::World& world_;
-    DocumentHanding handing_;
-    bool tabs_;
+    simulated::World* world = nullptr;
+    DocumentHanding hands{};
+    bool tabs = false;
 };
 
 TEST(Documents, ComeIntoAWindowEachAsFarAsTheirEditorDoesIt) {
-    const std::string launched = "org.editor: launched", opened = "org.editor: opened";
-    const std::string a = "org.editor/a.txt: ", b = "org.editor/b.txt: ", back = "restored";
-    const std::string missing = "skipped no matching accessible window",
-                      late = "failed document did not appear before timeout";
-    const std::string tab = "note its document is a tab of another window";
-    struct Case {
-        DocumentHanding handing;
+    const struct {
+        DocumentHanding hands;
         bool tabs;
-        Texts first, again;
-        double most;  // seconds of the first run
+        std::int64_t windows;
+        double most;           // seconds
+        const char* notes[2];  // about whose documents, of the first run and the second
+    } cases[] = {
+        {DocumentHanding::together, true, 1, 10, {"", "a.txt"}},
+        {DocumentHanding::oneByOne, false, 2, 6, {"", ""}},
+        {DocumentHanding::oneByOne, true, 1, 6, {"b.txt", "b.txt"}},
+        {DocumentHanding::intoNewWindows, true, 2, 6, {"", ""}},
     };
-    const Case cases[] = {
-        {DocumentHanding::together,
-         true,
-         {launched, opened, b + back, a + missing, a + late},
-         {a + tab, opened, b + back, a + missing},
-         10},
-        {DocumentHanding::oneByOne,
-         false,
-         {launched, opened, opened, a + back, b + back},
-         {a + back, b + back},
-         6},
-        {DocumentHanding::oneByOne,
-         true,
-         {launched, opened, opened, b + tab, a + back, b + missing},
-         {opened, b + tab, a + back, b + missing},
-         6},
-        {DocumentHanding::intoNewWindows,
-         true,
-         {launched, opened, opened, a + back, b + back},
-         {a + back, b + back},
-         6},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(static_cast<int>(c.handing) + (c.tabs ? 10 : 0));
-        Scene saved =
-            scene({sceneApplication("org.editor", {document("a.txt", home), document("b.txt", second)})});
-        saved.opensWindows = c.handing == DocumentHanding::intoNewWindows;
-        TestDesktop desktop(saved);
-        const WorkspaceSnapshot snapshot = desktop.capture();
-        simulated::Application& editor = *desktop.world().application("org.editor");
-        desktop.world().end(editor);
-        editor.scene.windows.clear();
-        Editor applications(desktop, c.handing, c.tabs);
-        DesktopAccess access = desktop.with(applications);
-        const auto sorted = [](Texts all) {
-            std::ranges::sort(all);
-            return all;
-        };
-        const RestoreReport first = desktop.restoreThrough(access, snapshot);
-        EXPECT_EQ(sorted(texts(first)), sorted(c.first));
-        EXPECT_LT(first.duration, c.most);
-        EXPECT_EQ(sorted(texts(desktop.restoreThrough(access, snapshot))), sorted(c.again));
+    for (const auto& c : cases) {
+        Closed closed({document("a.txt", home), document("b.txt", second)},
+                      c.hands == DocumentHanding::intoNewWindows);
+        Editor editor(closed.desktop.plain.applications);
+        std::tie(editor.world, editor.hands, editor.tabs) =
+            std::tuple(&closed.desktop.world(), c.hands, c.tabs);
+        DesktopAccess access = closed.desktop.with(editor);
+        for (const std::string about : c.notes) {
+            const RestoreReport report = closed.desktop.restoreThrough(access, closed.snapshot);
+            const Texts items = texts(report);
+            EXPECT_EQ(report.totals().restored, c.windows) << testing::PrintToString(items);
+            EXPECT_LT(report.duration, c.most);
+            const std::string note = "org.editor/" + about + ": note its document is a tab of another window";
+            EXPECT_EQ(std::ranges::count(items, note), !about.empty()) << testing::PrintToString(items);
+        }
     }
 }
 

@@ -148,28 +148,27 @@ TEST_F(ApplicationsTest, ThePersonsCommandStartsWhatNoMenuEntryStarts) {
 
 TEST_F(ApplicationsTest, HowDocumentsAreHandedOverIsReadFromTheEntry) {
     using enum DocumentHanding;
+    const std::string types = "MimeType=text/plain;image/png;\n", pictures = "MimeType=image/png;\n";
     const std::string action = "Actions=new-window;\n[Desktop Action new-window]\nName=w\nExec=false\n";
-    const auto text = PrivateDesktop::home() / "handed.txt", picture = PrivateDesktop::home() / "handed.png";
+    const struct {
+        std::string id, lines, options;
+        DocumentHanding ofText, ofPicture;
+    } cases[] = {
+        {"office", types, "--office %U", together, oneByOne},
+        {"list", types, "--list %F", oneByOne, oneByOne},
+        {"single", types, "--single %f", together, together},
+        {"tabbed", types + action, "--tabbed %U", intoNewWindows, intoNewWindows},
+        {"viewer", pictures + action, "--viewer %U", together, oneByOne},
+    };
+    const auto text = PrivateDesktop::home() / "a.txt", picture = PrivateDesktop::home() / "a.png";
     std::ofstream(text) << "text";
     std::ofstream(picture) << "\x89PNG\r\n\x1a\n";
-    const struct {
-        const char *id, *types, *options;
-        bool action;
-        DocumentHanding ofText, ofPictures;
-    } cases[] = {
-        {"office", "text/plain;image/png;", "--writer %U", false, together, oneByOne},
-        {"list", "text/plain;image/png;", "--list %F", false, oneByOne, oneByOne},
-        {"single", "text/plain;image/png;", "--single %f", false, together, together},
-        {"tabbed", "text/plain;", "--tabbed %U", true, intoNewWindows, intoNewWindows},
-        {"reader", "image/png;", "--reader %U", true, together, oneByOne},
-    };
+    const std::vector texts{Url::file(text.string())}, images{Url::file(picture.string())};
     for (const auto& one : cases) {
-        install(one.id, "MimeType=" + std::string(one.types) + "\n" + (one.action ? action : ""),
-                one.options);
+        install(one.id, one.lines, one.options);
         nextTurn();
-        const Url urls[] = {Url::file(text.string()), Url::file(picture.string())};
-        EXPECT_EQ(applications().handing(one.id, std::span(urls, 1)), one.ofText) << one.id;
-        EXPECT_EQ(applications().handing(one.id, std::span(urls + 1, 1)), one.ofPictures) << one.id;
+        EXPECT_EQ(applications().handing(one.id, texts), one.ofText) << one.id;
+        EXPECT_EQ(applications().handing(one.id, images), one.ofPicture) << one.id;
     }
 }
 
