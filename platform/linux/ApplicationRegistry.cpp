@@ -165,7 +165,7 @@ void ApplicationRegistry::describe(KnownApplication& application,
     if (entry) {
         running.localizedName = entry->name;
         running.bundleURL = Url::file(entry->file);
-        application.opens = entries_.opens(*entry);
+        application.opens = entry->opens;
     } else {
         if (!application.windows.empty()) {
             const auto& window = windows[application.windows.front()];
@@ -184,7 +184,7 @@ void ApplicationRegistry::describe(KnownApplication& application,
 OpenedKinds ApplicationRegistry::opens(const WindowEvidence& window) {
     entries_.refresh();
     const auto* entry = entries_.withId(judge(window).identifier);
-    return entry ? entries_.opens(*entry) : OpenedKinds();
+    return entry ? entry->opens : OpenedKinds();
 }
 
 std::optional<Url> ApplicationRegistry::location(std::string_view identifier) {

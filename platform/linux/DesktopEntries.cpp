@@ -202,6 +202,12 @@ void DesktopEntries::refresh() {
     if (isCurrent()) return;
     *this = {};
     for (const auto& root : searchOrder()) readDirectory(root, root);
+    // What menus show may leave folders to another entry of its program.
+    for (DesktopEntry& entry : entries_) {
+        if (!entry.opens.shells && !entry.program.empty() &&
+            folderOpeners_.contains(programAndArguments(entry)))
+            entry.opens.documents = entry.opens.folders = true;
+    }
 }
 
 void DesktopEntries::readDirectory(const fs::path& root, const fs::path& directory) {
@@ -299,13 +305,6 @@ const DesktopEntry* DesktopEntries::opener(const DesktopEntry& application, std:
     }
     if (type != folderType || application.program.empty()) return nullptr;
     return best(folderOpeners_, programAndArguments(application));
-}
-
-OpenedKinds DesktopEntries::opens(const DesktopEntry& application) const {
-    OpenedKinds kinds = application.opens;
-    if (!kinds.folders && !kinds.shells && opener(application, folderType))
-        kinds.documents = kinds.folders = true;
-    return kinds;
 }
 
 const DesktopEntry* DesktopEntries::withFile(const std::string& file) const {

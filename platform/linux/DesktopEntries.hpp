@@ -27,9 +27,9 @@ struct DesktopEntry {
     std::string command;      // its Exec line without the fields for what is opened
     bool shown = true;        // in menus
     std::vector<std::string> types =
-        {};  // of the documents that it declares to open; none where it takes none
-    OpenedKinds opens;
-    char field = 0;  // that its Exec line has for documents: 'f', 'F', 'u' or 'U'; 0 where it takes none
+        {};             // of the documents that it declares to open; none where it takes none
+    OpenedKinds opens;  // folders also through another entry of its program
+    char field = 0;     // that its Exec line has for documents: 'f', 'F', 'u' or 'U'; 0 where it takes none
     std::string newWindowAction = {};         // the action that opens one more window; empty where none does
     bool singleWindow = false;                // it says that it opens no more than one
     std::optional<std::string> folderOption;  // of a terminal (Terminals::folderOption)
@@ -64,8 +64,6 @@ class DesktopEntries {
     /// by the same command (file managers keep one for the menu and one for folders). For folders its options
     /// may be others. Absent where none declares that type.
     const DesktopEntry* opener(const DesktopEntry& application, std::string_view type) const;
-    /// What it opens, folders also through another entry.
-    OpenedKinds opens(const DesktopEntry& application) const;
 
   private:
     struct Directory {

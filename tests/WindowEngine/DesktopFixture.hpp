@@ -76,7 +76,7 @@ class Meddler final : public ForwardingAccessibilityService {
     std::function<Rect(Rect)> frameWritten;
     Duration tokenCost{};
     bool tokens = true;
-    bool answersLate = false, askedPatiently = false;
+    std::function<void()> askedPatiently;
     std::vector<WindowNumber> raised;
     Capability placeable = Capability::available();
     int reads = 0, minimizeWrites = 0, tokensTried = 0;
@@ -88,7 +88,10 @@ class Meddler final : public ForwardingAccessibilityService {
         if (afterRead) afterRead(requests, answers);
         return answers;
     }
-    Task<bool> askPatiently() override { co_return askedPatiently = answersLate; }
+    Task<bool> askPatiently() override {
+        if (askedPatiently) askedPatiently();
+        co_return bool(askedPatiently);
+    }
     AccessibilityCode write(const Element& element, std::string_view name,
                             const AttributeValue& value) override {
         if (name == ax::minimized) ++minimizeWrites;

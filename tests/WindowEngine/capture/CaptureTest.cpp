@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "WindowEngine/services/ForwardingApplications.hpp"
 #include "tests/WindowEngine/DesktopFixture.hpp"
 
@@ -153,17 +151,9 @@ TEST(Capture, AFullScreenWindowHasNoDesktopWhereverItStands) {
 
 TEST(Capture, ThatAPersonAskedForAsksAgainForWhatWasNotKnownInTime) {
     for (const bool patiently : {true, false}) {
-        SceneWindow window = sceneWindow("a.txt", frame);
-        window.document = "file:///home/ada/a.txt";
-        TestDesktop desktop(scene({sceneApplication("org.a", {window})}));
-        desktop.meddler.answersLate = true;
-        desktop.meddler.afterRead = [&](auto requests, Meddler::Answers& answers) {
-            for (std::size_t i = 0; i < requests.size() && !desktop.meddler.askedPatiently; ++i) {
-                const auto name = std::ranges::find(requests[i].names, ax::document);
-                if (name != requests[i].names.end())
-                    answers[i][static_cast<std::size_t>(name - requests[i].names.begin())] =
-                        std::unexpected(AttributeMiss{});
-            }
+        TestDesktop desktop(scene({sceneApplication("org.a", {sceneWindow("1", frame)})}));
+        desktop.meddler.askedPatiently = [&] {
+            desktop.world().window("org.a", "1")->state.document = "file:///home/ada/a.txt";
         };
         const auto captured = desktop.capture({.asksPatiently = patiently});
         EXPECT_EQ(captured.applications[0].windows.at(0).documentURL.has_value(), patiently);

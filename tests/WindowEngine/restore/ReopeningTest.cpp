@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <tuple>
 
 #include "WindowEngine/records/WorkspaceCoding.hpp"
 #include "WindowEngine/restore/CleanSlate.hpp"
@@ -105,16 +104,15 @@ TEST(CleanSlate, LeavesAnEditorThatMustAskAndLosesNothing) {
 
 /// An editor that was saved with these windows, and ended.
 struct Closed {
-    Closed(std::vector<SceneWindow> windows, bool opensWindows)
-        : desktop(with(std::move(windows), opensWindows)) {
+    explicit Closed(std::vector<SceneWindow> windows) : desktop(with(std::move(windows))) {
         snapshot = desktop.capture();
         simulated::Application& editor = *desktop.world().application("org.editor");
         desktop.world().end(editor);
         editor.scene.windows.clear();
     }
-    static Scene with(std::vector<SceneWindow> windows, bool opensWindows) {
+    static Scene with(std::vector<SceneWindow> windows) {
         Scene saved = scene({sceneApplication("org.editor", std::move(windows))});
-        saved.opensWindows = opensWindows;
+        saved.opensWindows = true;
         return saved;
     }
     TestDesktop desktop;
@@ -145,7 +143,7 @@ TEST(Documents, ComeBackOnceOrItIsSaidWhyNot) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
-        Closed closed({document("a.txt", home), document("b.txt", second)}, false);
+        Closed closed({document("a.txt", home), document("b.txt", second)});
         auto& [desktop, snapshot] = closed;
         if (c.fault) {
             Fault trouble = fault(*c.fault, "org.editor", 0, 2);
@@ -161,7 +159,7 @@ TEST(Documents, ComeBackOnceOrItIsSaidWhyNot) {
 
 TEST(Documents, ThatWereNotKnownAreSaidToBeMissing) {
     for (const std::string title : {"b.txt", "Untitled"}) {
-        Closed closed({document("a.txt", home), sceneWindow(title, second)}, true);
+        Closed closed({document("a.txt", home), sceneWindow(title, second)});
         const RestoreReport report = closed.desktop.restore(closed.snapshot);
         EXPECT_EQ(report.totals().restored, 2) << testing::PrintToString(texts(report));
         EXPECT_EQ(
@@ -200,7 +198,7 @@ class TravellingDocuments final : public ForwardingApplications {
 };
 
 TEST(Documents, TravelWithTheLaunchWhereThatSparesAnEmptyWindow) {
-    Closed closed({document("a.txt", home)}, false);
+    Closed closed({document("a.txt", home)});
     TravellingDocuments applications(closed.desktop.plain.applications);
     DesktopAccess access = closed.desktop.with(applications);
     EXPECT_EQ(texts(closed.desktop.restoreThrough(access, closed.snapshot)),
@@ -244,19 +242,18 @@ TEST(Documents, ComeIntoAWindowEachAsFarAsTheirEditorDoesIt) {
         {DocumentHanding::intoNewWindows, true, 2, 6, {"", ""}},
     };
     for (const auto& c : cases) {
-        Closed closed({document("a.txt", home), document("b.txt", second)},
-                      c.hands == DocumentHanding::intoNewWindows);
+        Closed closed({document("a.txt", home), document("b.txt", second)});
         Editor editor(closed.desktop.plain.applications);
-        std::tie(editor.world, editor.hands, editor.tabs) =
-            std::tuple(&closed.desktop.world(), c.hands, c.tabs);
+        editor.world = &closed.desktop.world();
+        editor.hands = c.hands;
+        editor.tabs = c.tabs;
         DesktopAccess access = closed.desktop.with(editor);
         for (const std::string about : c.notes) {
             const RestoreReport report = closed.desktop.restoreThrough(access, closed.snapshot);
-            const Texts items = texts(report);
-            EXPECT_EQ(report.totals().restored, c.windows) << testing::PrintToString(items);
+            const std::string note = about + ": note its document is a tab of another window";
+            EXPECT_EQ(report.totals().restored, c.windows) << testing::PrintToString(texts(report));
+            EXPECT_EQ(std::ranges::count(texts(report), "org.editor/" + note), !about.empty());
             EXPECT_LT(report.duration, c.most);
-            const std::string note = "org.editor/" + about + ": note its document is a tab of another window";
-            EXPECT_EQ(std::ranges::count(items, note), !about.empty()) << testing::PrintToString(items);
         }
     }
 }
