@@ -41,7 +41,8 @@ AppModel::AppModel(const AppServices& services, QObject* parent)
     reloadUndo();
     lookAtSettings();
     settings_ = AppSettings::load(services_.defaults);
-    // Whose settings were set aside has met the program before. Workspaces alone do not say so: quilloctl saves some too.
+    // Whose settings were set aside has met the program before. Workspaces alone do not say so: quilloctl
+    // saves some too.
     settings_.onboarded = settings_.onboarded || rescue_.trouble();
     loginItem_.configureDefault();
     hotKeys_.onPressed = [this](const HotKeyTarget& target) { pressed(target); };

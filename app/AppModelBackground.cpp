@@ -56,8 +56,9 @@ void AppModel::snapshotEnded() {
 }
 
 Task<> AppModel::captureAutomatically(Uuid generation, AppSettings settings) {
-    const WorkspaceSnapshot snapshot =
-        co_await Capture::snapshot(services_.desktop, settings.captureOptions());
+    Capture::Options options = settings.captureOptions();
+    options.asksPatiently = false;
+    const WorkspaceSnapshot snapshot = co_await Capture::snapshot(services_.desktop, std::move(options));
     const bool stale = autoSnapshotGeneration_ != generation || settings_ != settings ||
                        !services_.desktop.platform.accessibility.trusted();
     if (stale) co_return;

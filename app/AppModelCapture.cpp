@@ -173,7 +173,9 @@ void AppModel::refreshCurrentSnapshot() {
 }
 
 Task<> AppModel::captureCurrentSnapshot() {
-    currentSnapshotRead(co_await Capture::snapshot(services_.desktop, settings_.captureOptions()));
+    Capture::Options options = settings_.captureOptions();
+    options.asksPatiently = false;
+    currentSnapshotRead(co_await Capture::snapshot(services_.desktop, std::move(options)));
 }
 
 void AppModel::followCurrentDesktop(bool follow) {

@@ -6,10 +6,7 @@ NO_TIP_OF_THE_DAY = {"config/libreoffice/4/user/registrymodifications.xcu": """<
 <prop oor:name="ShowTipOfTheDay" oor:op="fuse"><value>false</value></prop></item></oor:items>
 """}
 # Why something is missing, where several share the reason.
-IN_ONE_LAUNCH = ("both documents are handed to it by one launch, and it shows them in one window; handed over one by one, as "
-                 "the second restore does with the other, they come in two")
-AS_TABS = "what it is handed while it runs becomes a tab of its window, and each restore brings forward the one behind; "
-AS_TABS_WITH_ACTION = AS_TABS + "after its menu entry's action for a new window it would use that one"
+AS_TABS = "what it is handed while it runs becomes a tab of its window; "
 AS_TABS_ALL_THE_SAME = AS_TABS + "it would do so even after its menu entry's action for a new window"
 AS_TABS_WITHOUT = AS_TABS + "its menu entry has no action for a new window"
 TAB_BEHIND = "a tab behind the one in front is named by nothing that can be read: no title, no open file"
@@ -17,7 +14,6 @@ FIRST_ONLY = ("one process with the first one on its command line; of the other 
               "its window comes back without it")
 NOT_KEPT_OPEN = FIRST_ONLY.format("no file is kept open")
 NO_ENTRY = FIRST_ONLY.format("accessibility shows no entry with the folder's path")
-WITHOUT_ENDING = "its title has the name without its ending, which is not taken for the document on its command line"
 
 NO_QUESTION = {"config/qterminal.org/qterminal.ini": "[General]\nAskOnExit=false\n"}
 
@@ -52,15 +48,13 @@ APPLICATIONS = (
     Application("thunar", "thunar {}", "/"),
     Application("pcmanfm", "pcmanfm --new-win {}", "/", missing=NO_ENTRY),
     Application("nautilus", "nautilus --new-window {}", "/", windows=1),
-    Application("caja", "caja --no-desktop {}", "/",
-                missing="its windows pass for a menu entry (caja.desktop) that declares no folders: another one of the same "
-                        "program does. So none is looked for, though its entries show them"),
+    Application("caja", "caja --no-desktop {}", "/"),
     Application("nemo", "nemo {}", "/", missing=NO_ENTRY),
     Application("dolphin", "dolphin --new-window {}", "/"),
     Application("pcmanfm-qt", "pcmanfm-qt {}", "/", missing=NO_ENTRY),
     Application("mousepad", "mousepad {}", "txt"),
     Application("geany", "geany {}", "txt", tabs="ctrl+Next"),
-    Application("gedit", "gedit --new-window {}", "txt", missing=AS_TABS_WITH_ACTION),
+    Application("gedit", "gedit --new-window {}", "txt"),
     Application("gedit, tabs", "gedit {}", "txt", tabs="ctrl+alt+Next", package="gedit", missing=TAB_BEHIND),
     Application("gnome-text-editor", "gnome-text-editor --new-window {}", "txt", missing=AS_TABS_WITHOUT),
     Application("pluma", "pluma --new-window {}", "txt", missing=AS_TABS_WITHOUT),
@@ -68,15 +62,14 @@ APPLICATIONS = (
     Application("kate, tabs", "kate {}", "txt", tabs="ctrl+Tab", package="kate", missing=TAB_BEHIND),
     Application("featherpad", "featherpad --win {}", "txt", missing=AS_TABS_ALL_THE_SAME),
     Application("l3afpad", "l3afpad {}", "txt"),
-    Application("emacs", "emacs {}", "txt", package="emacs-gtk", missing=IN_ONE_LAUNCH),
-    Application("gvim", "gvim {}", "txt", package="vim-gtk3", missing=IN_ONE_LAUNCH),
+    Application("emacs", "emacs {}", "txt", package="emacs-gtk"),
+    Application("gvim", "gvim {}", "txt", package="vim-gtk3"),
     Application("evince", "evince {}", "pdf"),
     Application("atril", "atril {}", "pdf"),
     Application("okular", "okular {}", "pdf"),
     Application("xpdf", "xpdf {}", "pdf"),
     Application("zathura", "zathura {}", "pdf", package="zathura zathura-pdf-poppler"),
-    Application("qpdfview", "qpdfview {}", "pdf", windows=1, package="qpdfview qpdfview-pdf-poppler-plugin",
-                missing=WITHOUT_ENDING),
+    Application("qpdfview", "qpdfview {}", "pdf", windows=1, package="qpdfview qpdfview-pdf-poppler-plugin"),
     Application("mupdf", "mupdf {}", "pdf"),
     Application("libreoffice writer", "libreoffice --writer {}", "odt", package="libreoffice-writer libreoffice-gtk3",
                 settings=NO_TIP_OF_THE_DAY),
@@ -85,15 +78,12 @@ APPLICATIONS = (
     Application("gnumeric", "gnumeric {}", "ods"),
     Application("abiword", "abiword {}", "abw"),
     Application("inkscape", "inkscape {}", "svg", missing=NOT_KEPT_OPEN),
-    Application("gimp", "gimp --no-splash {}", "png", windows=1,
-                missing=WITHOUT_ENDING),
+    Application("gimp", "gimp --no-splash {}", "png", windows=1),
     Application("eog", "eog {}", "png", missing=NOT_KEPT_OPEN),
-    Application("ristretto", "ristretto {}", "png", missing=IN_ONE_LAUNCH),
+    Application("ristretto", "ristretto {}", "png"),
     Application("gpicview", "gpicview {}", "png"),
-    Application("viewnior", "viewnior {}", "png", missing=IN_ONE_LAUNCH),
-    Application("gwenview", "gwenview {}", "png",
-                missing="a menu entry that no menu shows (its importer's) claims the class of its windows, and they pass "
-                        "for that one"),
+    Application("viewnior", "viewnior {}", "png"),
+    Application("gwenview", "gwenview {}", "png"),
     Application("galculator", "galculator", windows=1),
     Application("gnome-calculator", "gnome-calculator", windows=1,
                 missing="it asks for more height than it had, once it runs again, and takes no less; told as adjusted"),

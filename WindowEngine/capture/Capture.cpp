@@ -141,6 +141,18 @@ std::optional<ProcessID> newlySilent(const DesktopAccess& desktop, const Capture
     return std::nullopt;
 }
 
+/// `silent` outlives it, and has those that were found to hang.
+Task<CaptureReading> readAnswering(DesktopAccess& desktop, const Options& options,
+                                   std::set<ProcessID>& silent) {
+    CaptureReading reading = readDesktop(desktop, options, silent);
+    while (const auto hangs = newlySilent(desktop, reading, silent)) {
+        silent.insert(*hangs);
+        co_await sleepFor(0s);  // at most one messaging timeout at a time
+        reading = readDesktop(desktop, options, silent);
+    }
+    co_return reading;
+}
+
 std::optional<DesktopSnapshot> desktopOf(const CaptureReading& reading, WindowNumber number,
                                          const std::optional<std::string>& displayID) {
     const auto facts = reading.server.facts.find(number);
@@ -240,12 +252,9 @@ const std::set<std::string>& alwaysExcluded() {
 Task<WorkspaceSnapshot> snapshot(DesktopAccess& desktop, Options options, SeenWindows* seen) {
     desktop.handles.unresponsive.clear();
     std::set<ProcessID> silent;
-    CaptureReading reading = readDesktop(desktop, options, silent);
-    while (const auto hangs = newlySilent(desktop, reading, silent)) {
-        silent.insert(*hangs);
-        co_await sleepFor(0s);  // at most one messaging timeout at a time
-        reading = readDesktop(desktop, options, silent);
-    }
+    CaptureReading reading = co_await readAnswering(desktop, options, silent);
+    if (options.asksPatiently && co_await desktop.platform.accessibility.askPatiently())
+        reading = co_await readAnswering(desktop, options, silent);
 
     WorkspaceSnapshot result;
     result.displays = reading.displays;

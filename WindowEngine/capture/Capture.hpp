@@ -14,6 +14,9 @@ struct Options {
     std::set<std::string> excludedBundleIdentifiers = {};
     std::set<std::string> excludedDomains = {};  // as people type them; their web addresses are left out
     std::set<std::string> enabledAdapters = {};  // integrations that may be asked
+    /// Where applications did not tell their windows' documents in time: suspended for a second more. Not
+    /// worth it where nobody asked for the capture.
+    bool asksPatiently = true;
     bool recoverHidden = false;  // look by remote tokens for windows that accessibility does not list
 };
 
@@ -36,9 +39,9 @@ struct Seen {
 };
 using SeenWindows = std::map<std::string, std::vector<Seen>>;  // by the application's identifier
 
-/// Never fails: what cannot be read is left out. Windows are read before the first suspension, integrations
-/// are asked one after the other after it. Two captures may overlap. `seen`, where given, outlives the task
-/// and is told of the windows with a number.
+/// Never fails: what cannot be read is left out. All windows are read in one turn, integrations are asked one
+/// after the other later. Two captures may overlap. `seen`, where given, outlives the task and is told of the
+/// windows with a number.
 Task<WorkspaceSnapshot> snapshot(DesktopAccess& desktop, Options options, SeenWindows* seen = nullptr);
 
 }  // namespace quillo::Capture

@@ -14,6 +14,10 @@ std::vector<LiveWindow> liveWindows(DesktopAccess& desktop, const ApplicationSna
     return windows;
 }
 
+std::vector<LiveWindow> ApplicationRestore::live(bool recoverHidden) const {
+    return liveWindows(desktop, application, recoverHidden, options.passedOver);
+}
+
 std::vector<LiveWindowInfo> infosOf(const std::vector<LiveWindow>& windows) {
     std::vector<LiveWindowInfo> infos;
     for (const LiveWindow& window : windows) infos.push_back(window.info);

@@ -28,9 +28,12 @@ struct ApplicationRestore {
     bool launched = false;                 // by this run
     bool opensMore = false;                // launched, or asked by this run for a window, a document or a tab
     std::vector<SavedDocument> sent = {};  // documents that travelled with the launch
-    std::vector<SavedDocument> late = {};  // documents that did not appear while they were waited for
+    std::vector<SavedDocument> following = {};  // documents for when the launch has brought a window
+    std::vector<SavedDocument> late = {};       // documents that did not appear while they were waited for
 
     TimePoint now() const { return desktop.platform.executor.now(); }
+    /// See liveWindows().
+    std::vector<LiveWindow> live(bool recoverHidden) const;
     void add(RestoreReport::Status status) const { sink.add(application, std::move(status)); }
 };
 

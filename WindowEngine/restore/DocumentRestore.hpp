@@ -1,5 +1,7 @@
 // Documents of an application that no window shows any more.
 #pragma once
+#include <cstddef>
+#include <map>
 #include <vector>
 
 #include "WindowEngine/restore/ApplicationRestore.hpp"
@@ -25,15 +27,28 @@ DocumentPlan planDocuments(const Platform& platform, const ApplicationSnapshot& 
 /// Reports what is not to be opened.
 void reportRefused(const ApplicationRestore& restore, const DocumentPlan& plan);
 
-/// Opens them one by one, so that one that is refused keeps no other from opening; reports how many were
-/// asked for, and waits for their windows.
+/// Takes from documents that are to travel with a launch those that follow it: all but the first, where more
+/// than one window had documents and the application would not open one for each.
+std::vector<SavedDocument> takeFollowing(const ApplicationRestore& restore,
+                                         std::vector<SavedDocument>& documents);
+
+/// Opens them one by one, so that one that is refused keeps no other from opening, into new windows where it
+/// would make tabs of them; reports how many were asked for, and waits until they are shown.
 Task<void> openDocuments(ApplicationRestore& restore, std::vector<SavedDocument> documents);
 
-/// Waits until windows show documents that the application was asked for, when it had `windowsBefore`
-/// windows: for the rest of its launch timeout, 5 s at most unless they travelled with the launch. Where no
-/// window of it names a document, as many new windows as documents will do. What did not appear is `late`.
-Task<void> awaitDocuments(ApplicationRestore& restore, std::vector<SavedDocument> documents,
-                          std::size_t windowsBefore);
+/// What an application shows that is about to be asked for documents.
+struct ShownBefore {
+    std::size_t windows = 0;                          // it has
+    std::map<WindowNumber, SavedDocument> documents;  // saved ones, by their windows
+};
+
+/// Waits until windows have shown documents that the application was asked for: until `deadline`, and 5 s at
+/// most after one of them did. Where no window of it names a document, as many new windows as documents will
+/// do. What did not appear is added to what is `late`. A document whose window another one took comes to the
+/// front there again, and the other one has a note. Whether all came, each without taking another one's
+/// window.
+Task<bool> awaitDocuments(ApplicationRestore& restore, std::vector<SavedDocument> documents,
+                          ShownBefore before, TimePoint deadline);
 
 /// Reports what is late and still shown by no window, once the windows are in place.
 void reportLateDocuments(const ApplicationRestore& restore);

@@ -42,6 +42,15 @@ class ItemSink {
              .change = change});
     }
 
+    /// About what a window of it showed; it does not stand for the window, which has an item of its own.
+    void addAbout(const ApplicationSnapshot& application, const std::optional<std::string>& title,
+                  RestoreReport::Status status) const {
+        add({.app = application.name,
+             .bundleIdentifier = application.bundleIdentifier,
+             .title = title,
+             .status = std::move(status)});
+    }
+
     /// About the run.
     void add(RestoreReport::Status status) const {
         add({.app = std::string(ownName),

@@ -54,7 +54,7 @@ Task<std::size_t> brought(const ApplicationRestore& restore, std::size_t before,
     const TimePoint deadline =
         restore.now() + std::min(windowPatience, toDuration(restore.options.launchTimeout));
     const auto count = [](const ApplicationRestore& of) {
-        return withoutDialogs(infosOf(liveWindows(of.desktop, of.application, false, of.options.passedOver)));
+        return withoutDialogs(infosOf(of.live(false)));
     };
     while (count(restore) <= before) {
         if (restore.now() >= deadline) co_return 0;
@@ -107,11 +107,22 @@ Task<bool> openMissingWindows(ApplicationRestore& restore, std::vector<LiveWindo
         const std::size_t came = co_await brought(restore, withoutDialogs(live), *changes, asked == 0);
         if (came == 0) break;
         atOnce = std::max(atOnce, came);
-        live = infosOf(liveWindows(restore.desktop, restore.application, true, restore.options.passedOver));
+        live = infosOf(restore.live(true));
         missing = missingWindows(platform, restore.application, restore.options, live);
         if (missing.empty()) break;
     }
     co_return true;
+}
+
+Task<bool> openEmptyWindow(const ApplicationRestore& restore) {
+    const auto live = infosOf(restore.live(false));
+    const std::size_t there = withoutDialogs(live);
+    const bool oneIsEmpty = there == 1 && shownDocuments(live).empty();
+    if (oneIsEmpty || there >= withoutDialogs(restore.application.windows)) co_return true;
+    Log::requestedMore(restore.desktop.platform.log, restore.application.bundleIdentifier, 1);
+    const auto changes = restore.desktop.platform.windowServer.watch(std::nullopt);
+    if (!co_await ask(restore, std::nullopt)) co_return false;
+    co_return co_await brought(restore, there, *changes, false) > 0;
 }
 
 }  // namespace quillo::Restore

@@ -24,4 +24,9 @@ std::vector<WindowRequest> missingWindows(const Platform& platform, const Applic
 /// windows. Whether any was asked for: then there may be others by now.
 Task<bool> openMissingWindows(ApplicationRestore& restore, std::vector<LiveWindowInfo> live);
 
+/// Sees to it that an application which fills empty windows with documents has one: asks a running one for
+/// it, unless it has as many windows as were saved, dialogs left out, or a single one without a document.
+/// False where none came within 5 s, or the launch timeout where that is less, or the platform could not ask.
+Task<bool> openEmptyWindow(const ApplicationRestore& restore);
+
 }  // namespace quillo::Restore

@@ -73,6 +73,7 @@ Task<bool> launch(ApplicationRestore& restore) {
     }
     DocumentPlan documents;
     if (applications.documentsTravelWithLaunch()) documents = documentsOf(restore, {});
+    restore.following = takeFollowing(restore, documents.open);
     std::vector<Url> urls;
     for (const SavedDocument& document : documents.open)
         urls.push_back(document.target.value_or(document.url));
@@ -90,9 +91,8 @@ Task<bool> launch(ApplicationRestore& restore) {
 
 /// Also of one that hangs: the window server knows its windows. Windows that are left alone do not count.
 bool hasWindows(const ApplicationRestore& restore, ProcessID pid) {
-    const PassedOver& passedOver = restore.options.passedOver;
-    const bool some = passedOver.windows.contains(restore.application.bundleIdentifier);
-    if (!liveWindows(restore.desktop, restore.application, some, passedOver).empty()) return true;
+    const bool some = restore.options.passedOver.windows.contains(restore.application.bundleIdentifier);
+    if (!restore.live(some).empty()) return true;
     return !some && !Accessibility::hiddenWindows(restore.desktop, pid, {}).empty();
 }
 
@@ -116,11 +116,12 @@ Task<bool> start(ApplicationRestore& restore) {
     co_return true;
 }
 
-/// Documents that the launch took along.
+/// Documents that the launch took along, and those that were kept for later.
 Task<void> awaitSent(ApplicationRestore& restore) {
     if (restore.sent.empty()) co_return;
     restore.add(RestoreReport::opened{static_cast<std::int64_t>(restore.sent.size())});
-    co_await awaitDocuments(restore, restore.sent, 0);
+    co_await awaitDocuments(restore, restore.sent, {}, restore.deadline);
+    co_await openDocuments(restore, std::exchange(restore.following, {}));
 }
 
 Task<void> reopenDocuments(ApplicationRestore& restore) {
@@ -130,8 +131,7 @@ Task<void> reopenDocuments(ApplicationRestore& restore) {
     }
     // Looking on other desktops is dear.
     if (SavedDocuments::of(restore.application, {}).empty()) co_return;
-    DocumentPlan documents = documentsOf(restore, infosOf(liveWindows(restore.desktop, restore.application,
-                                                                      true, restore.options.passedOver)));
+    DocumentPlan documents = documentsOf(restore, infosOf(restore.live(true)));
     reportRefused(restore, documents);
     co_await openDocuments(restore, std::move(documents.open));
 }
@@ -152,7 +152,7 @@ LateApplication lateOf(const ApplicationRestore& restore, const std::vector<Live
 /// then, and puts them in place.
 Task<void> placeOpened(Run& run, ApplicationRestore& restore) {
     const ApplicationSnapshot& application = restore.application;
-    std::vector<LiveWindow> live = liveWindows(run.desktop, application, true, run.options.passedOver);
+    std::vector<LiveWindow> live = restore.live(true);
     const bool isShort = restore.opensMore || live.size() < application.windows.size();
     if (isShort && !run.options.arrangesOnly) {
         co_await run.presence.wait(application.bundleIdentifier, {toDuration(run.options.launchTimeout),
@@ -160,9 +160,9 @@ Task<void> placeOpened(Run& run, ApplicationRestore& restore) {
         // One that was too busy to be counted may answer now that its time is over.
         if (const auto running = run.desktop.platform.applications.running(application.bundleIdentifier))
             run.desktop.handles.unresponsive.answered(running->pid);
-        live = liveWindows(run.desktop, application, true, run.options.passedOver);
+        live = restore.live(true);
         if (co_await openMissingWindows(restore, infosOf(live)))
-            live = liveWindows(run.desktop, application, true, run.options.passedOver);
+            live = restore.live(true);
     }
     // Launching took its time: a display may have gone since.
     const std::vector<DisplaySnapshot> displays = Displays::current(run.desktop.platform.screens);
@@ -240,7 +240,7 @@ Task<void> placeAgain(Run& run) {
         co_await placeWindows(run.desktop, *placed.application, std::move(live),
                               {saved, displays, run.desktops.targets}, sink, known);
         for (const RestoreReport::Item& item : again.items) {
-            if (plans[static_cast<std::size_t>(*item.savedIndex)].write)
+            if (item.savedIndex && plans[static_cast<std::size_t>(*item.savedIndex)].write)
                 ++(outcomeOf(item.status).trouble() ? left : moved);
         }
     }

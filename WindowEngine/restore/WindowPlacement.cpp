@@ -2,12 +2,14 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <chrono>
 #include <exception>
 #include <utility>
 
 #include "WindowEngine/desktop/DesktopSpaces.hpp"
 #include "WindowEngine/desktop/Displays.hpp"
+#include "WindowEngine/restore/SavedDocuments.hpp"
 #include "WindowEngine/support/Poll.hpp"
 
 namespace quillo::Restore {
@@ -236,6 +238,14 @@ bool isBack(const Status& status) {
     return verdict == Verdict::back || verdict == Verdict::differs;
 }
 
+/// Whether nobody can tell what a window is to show again: its application has documents in windows, this
+/// one's was not known, and now it shows something else, mostly nothing.
+bool showsTheUnknown(const ApplicationSnapshot& application, const WindowSnapshot& saved,
+                     const LiveWindowInfo& live) {
+    return !SavedDocuments::isIn(saved) && WindowMatcher::evidence(saved, live).titleConflict &&
+           std::ranges::any_of(application.windows, SavedDocuments::isIn);
+}
+
 /// `change` is told of what is back only.
 void report(const Placing& placing, std::int64_t savedIndex, const LiveWindow& window, Status status,
             const WindowChange& change) {
@@ -244,6 +254,10 @@ void report(const Placing& placing, std::int64_t savedIndex, const LiveWindow& w
     if (back && !saved.isMinimized) placing.back.push_back(window.element);
     placing.sink.add(placing.application, savedIndex, std::move(status),
                      back ? std::optional(change) : std::nullopt);
+    if (back && showsTheUnknown(placing.application, saved, window.info))
+        placing.sink.addAbout(
+            placing.application, saved.title,
+            RestoreReport::note{"what it showed was not known when it was saved, and is not back"});
 }
 
 Task<void> placeWindow(const Placing& placing, const WindowPlan& plan) {

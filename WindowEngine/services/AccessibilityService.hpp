@@ -123,6 +123,11 @@ class AccessibilityService {
     /// anybody, and the remaining requests answer `timedOut`, those to other processes with the code 0.
     virtual std::vector<std::vector<Attribute>> read(std::span<const AttributeRequest> requests) = 0;
 
+    /// Asks applications anew, with more patience, for documents that the last reading did not learn in time:
+    /// suspended meanwhile, for a second and a half at most. False, and at once, where it left nothing open;
+    /// else everything is to be read anew, for the desktop may have changed.
+    virtual Task<bool> askPatiently() { co_return false; }
+
     virtual AccessibilityCode write(const Element& element, std::string_view name,
                                     const AttributeValue& value) = 0;
 

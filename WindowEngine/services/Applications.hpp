@@ -2,6 +2,7 @@
 // carry one identifier (two terminals started apart), the layer presents one application. Called on the
 // executor's thread only.
 #pragma once
+#include <cstdint>
 #include <optional>
 #include <set>
 #include <span>
@@ -33,6 +34,14 @@ struct InstalledApplication {
     std::string bundleIdentifier;
     std::string name;  // in the person's language
     Url location;      // fit for launch()
+};
+
+/// How an application takes documents that are to be in a window each.
+enum class DocumentHanding : std::uint8_t {
+    together,        // it opens a window for each, however many it is handed at once
+    oneByOne,        // of those that it is handed at once it makes one window
+    intoNewWindows,  // it makes tabs of one window of them, unless it is asked for an empty window before
+                     // each
 };
 
 class Applications {
@@ -90,6 +99,12 @@ class Applications {
     /// Whether documents handed to launch() spare an application the empty window that it would open without
     /// any, so that they should not be opened after it.
     virtual bool documentsTravelWithLaunch() { return false; }
+    /// How these documents, which the application opens, are best handed to it. As far as is known of it:
+    /// what came of it is to be looked at.
+    virtual DocumentHanding handing(std::string_view /*bundleIdentifier*/,
+                                    std::span<const Url> /*documents*/) {
+        return DocumentHanding::together;
+    }
     /// Opens documents with a running application.
     virtual Task<Result<void>> open(std::string bundleIdentifier, std::vector<Url> documents) = 0;
     /// `document` as launch() and open() may be given it: the address of the very file or folder that was

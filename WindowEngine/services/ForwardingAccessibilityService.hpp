@@ -21,6 +21,7 @@ class ForwardingAccessibilityService : public AccessibilityService {
     std::vector<std::vector<Attribute>> read(std::span<const AttributeRequest> requests) override {
         return target_.read(requests);
     }
+    Task<bool> askPatiently() override { return target_.askPatiently(); }
     AccessibilityCode write(const Element& element, std::string_view name,
                             const AttributeValue& value) override {
         return target_.write(element, name, value);

@@ -39,6 +39,9 @@ class ForwardingApplications : public Applications {
         return target_.launch(std::move(location), std::move(documents));
     }
     bool documentsTravelWithLaunch() override { return target_.documentsTravelWithLaunch(); }
+    DocumentHanding handing(std::string_view bundleIdentifier, std::span<const Url> documents) override {
+        return target_.handing(bundleIdentifier, documents);
+    }
     Task<Result<void>> open(std::string bundleIdentifier, std::vector<Url> documents) override {
         return target_.open(std::move(bundleIdentifier), std::move(documents));
     }

@@ -67,7 +67,11 @@ ApplicationRegistry::Verdict ApplicationRegistry::judge(const WindowEvidence& wi
     if (const auto* identifier = launchedAs(window.pid)) return {2, *identifier};
     for (const auto* name : {&window.className, &window.instanceName}) {
         if (name->empty()) continue;
-        if (const auto* entry = entries_.withWindowClass(*name)) return verdict(3, entry);
+        if (const auto* entry = entries_.withWindowClass(*name)) {
+            // An importer that no menu shows may claim the class of the program that it belongs to.
+            const auto* named = entry->shown ? nullptr : shownEntryOf(window.pid, *name);
+            return verdict(3, named ? named : entry);
+        }
         if (const auto* entry = entries_.withIdIgnoringCase(*name)) return verdict(4, entry);
     }
     if (const auto program = programOf(window.pid)) {
@@ -76,6 +80,12 @@ ApplicationRegistry::Verdict ApplicationRegistry::judge(const WindowEvidence& wi
             return {7, text::lowercase(fs::path(*program).filename().string())};
     }
     return {6, identifierFromClass(window)};
+}
+
+const DesktopEntry* ApplicationRegistry::shownEntryOf(ProcessID pid, std::string_view name) const {
+    const auto program = programOf(pid);
+    if (!program || !text::equalIgnoringCase(fs::path(*program).filename().string(), name)) return nullptr;
+    return entries_.withProgram(*program);
 }
 
 bool ApplicationRegistry::mayBe(const WindowEvidence& window, const std::string& program,
@@ -195,6 +205,25 @@ Result<std::string> ApplicationRegistry::newWindowAction(std::string_view identi
     if (!entry) return fail(ErrorKind::notFound, "The application is not installed.");
     if (entry->singleWindow) return fail(ErrorKind::unavailable, "The application opens one window only.");
     return entry->newWindowAction;
+}
+
+DocumentHanding ApplicationRegistry::handing(std::string_view identifier, std::span<const Url> documents) {
+    using enum DocumentHanding;
+    entries_.refresh();
+    const auto* entry = entries_.withId(identifier);
+    if (!entry || entry->folderOption || documents.empty()) return together;
+    // An editor has an action for a new window where another document alone brings none.
+    if (!entry->newWindowAction.empty() && !entry->singleWindow &&
+        ContentTypes::declares(entry->types, "text/plain"))
+        return intoNewWindows;
+    const auto path = documents.front().filePath();
+    const auto type = path ? ContentTypes::of(*path) : std::nullopt;
+    const auto* opener = type ? entries_.opener(*entry, *type) : nullptr;
+    // What takes one document is started anew for each.
+    if (!opener || opener->field == 'f' || opener->field == 'u') return together;
+    // Several pictures are paged through, and a list of files is what programs take that work through it in
+    // one window; those of a window for each document take addresses.
+    return opener->field == 'F' || type->starts_with("image/") ? oneByOne : together;
 }
 
 std::vector<std::string> ApplicationRegistry::command(std::string_view identifier) {

@@ -58,6 +58,8 @@ class ApplicationRegistry {
     /// The entry's action that opens one more window, empty where it is to be launched again for that;
     /// refused for what is not installed, and for what opens one window only. The reason is a sentence.
     Result<std::string> newWindowAction(std::string_view identifier);
+    /// As Applications::handing() says. Blocks for the disk.
+    DocumentHanding handing(std::string_view identifier, std::span<const Url> documents);
     /// Of the installed menu entry that this file is.
     std::optional<std::string> identifierAt(const Url& location);
 
@@ -82,6 +84,8 @@ class ApplicationRegistry {
     };
 
     Verdict judge(const WindowEvidence& window) const;
+    /// The entry in menus of the program that the process runs, if that has this name; else null.
+    const DesktopEntry* shownEntryOf(ProcessID pid, std::string_view name) const;
     const std::string* launchedAs(ProcessID pid) const;
     void dropEndedLaunches();
     void describe(KnownApplication& application, std::span<const WindowEvidence> windows) const;

@@ -14,6 +14,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr auto folderType = "inode/directory";
+
 std::string orEmpty(const char* text) {
     return text ? text : "";
 }
@@ -78,6 +80,17 @@ std::string commandOf(std::string_view execLine) {
     return command;
 }
 
+/// What entries of one program have in common whatever their options; empty where the program is not known.
+std::string programAndArguments(const DesktopEntry& entry) {
+    std::string result = entry.program;
+    if (result.empty()) return result;
+    const auto words = wordsOf(entry.command);
+    for (std::size_t i = 1; i < words.size(); ++i) {
+        if (!words[i].starts_with('-')) result += " " + words[i];
+    }
+    return result;
+}
+
 /// What is handed over must stand as a word of its own or as the end of one ("--open=%f"), wherever it is
 /// handed over, and never within quotation marks or beside what escapes: there a shell would read its name.
 bool takesDocuments(GAppInfo* app) {
@@ -94,6 +107,14 @@ bool takesDocuments(GAppInfo* app) {
     return takes;
 }
 
+char documentField(GAppInfo* app) {
+    for (const std::string& word : wordsOf(orEmpty(g_app_info_get_commandline(app)))) {
+        if (word.size() >= 2 && isFieldForDocuments(std::string_view(word).substr(word.size() - 2)))
+            return word.back();
+    }
+    return 0;
+}
+
 /// Types that no program reads as its own language. An entry that no menu shows is given only these: so do
 /// interpreters, engines of games and what connects somewhere register themselves.
 bool isOnlyLookedAt(std::string_view type) {
@@ -102,7 +123,7 @@ bool isOnlyLookedAt(std::string_view type) {
         "audio/",
         "video/",
         "font/",
-        "inode/directory",
+        folderType,
         "application/pdf",
         "application/epub+zip",
         "application/vnd.oasis.opendocument.",
@@ -114,7 +135,7 @@ bool isOnlyLookedAt(std::string_view type) {
 
 OpenedKinds kindsOf(GAppInfo* app, const std::vector<std::string>& types) {
     return {.documents = takesDocuments(app),
-            .folders = std::ranges::find(types, "inode/directory") != types.end(),
+            .folders = std::ranges::find(types, folderType) != types.end(),
             .pages = std::ranges::find(types, "x-scheme-handler/http") != types.end()};
 }
 
@@ -181,6 +202,12 @@ void DesktopEntries::refresh() {
     if (isCurrent()) return;
     *this = {};
     for (const auto& root : searchOrder()) readDirectory(root, root);
+    // What menus show may leave folders to another entry of its program.
+    for (DesktopEntry& entry : entries_) {
+        if (!entry.opens.shells && !entry.program.empty() &&
+            folderOpeners_.contains(programAndArguments(entry)))
+            entry.opens.documents = entry.opens.folders = true;
+    }
 }
 
 void DesktopEntries::readDirectory(const fs::path& root, const fs::path& directory) {
@@ -224,6 +251,7 @@ void DesktopEntries::add(const fs::path& root, const fs::path& file) {
                        .shown = !g_desktop_app_info_get_nodisplay(info.get()),
                        .types = std::move(types),
                        .opens = opens,
+                       .field = opens.documents ? documentField(app) : '\0',
                        .newWindowAction = newWindowActionOf(info.get()),
                        .singleWindow = opensOneWindow(info.get()),
                        .folderOption = std::nullopt};
@@ -236,6 +264,7 @@ void DesktopEntries::add(const fs::path& root, const fs::path& file) {
     if (!entry.windowClass.empty()) byWindowClass_[text::lowercase(entry.windowClass)].push_back(index);
     if (!entry.command.empty()) byCommand_[entry.command].push_back(index);
     if (!entry.program.empty() && entry.shown) byProgram_[entry.program].push_back(index);
+    if (opens.folders) folderOpeners_[programAndArguments(entry)].push_back(index);
     entries_.push_back(std::move(entry));
 }
 
@@ -269,11 +298,13 @@ const DesktopEntry* DesktopEntries::withProgram(const std::string& program) cons
 
 const DesktopEntry* DesktopEntries::opener(const DesktopEntry& application, std::string_view type) const {
     if (ContentTypes::declares(application.types, type)) return &application;
-    const auto same = byCommand_.find(application.command);
-    if (same == byCommand_.end()) return nullptr;
-    const auto found = std::ranges::find_if(
-        same->second, [&](std::size_t i) { return ContentTypes::declares(entries_[i].types, type); });
-    return found == same->second.end() ? nullptr : &entries_[*found];
+    if (const auto same = byCommand_.find(application.command); same != byCommand_.end()) {
+        const auto found = std::ranges::find_if(
+            same->second, [&](std::size_t i) { return ContentTypes::declares(entries_[i].types, type); });
+        if (found != same->second.end()) return &entries_[*found];
+    }
+    if (type != folderType || application.program.empty()) return nullptr;
+    return best(folderOpeners_, programAndArguments(application));
 }
 
 const DesktopEntry* DesktopEntries::withFile(const std::string& file) const {

@@ -27,8 +27,9 @@ struct DesktopEntry {
     std::string command;      // its Exec line without the fields for what is opened
     bool shown = true;        // in menus
     std::vector<std::string> types =
-        {};  // of the documents that it declares to open; none where it takes none
-    OpenedKinds opens;
+        {};             // of the documents that it declares to open; none where it takes none
+    OpenedKinds opens;  // folders also through another entry of its program
+    char field = 0;     // that its Exec line has for documents: 'f', 'F', 'u' or 'U'; 0 where it takes none
     std::string newWindowAction = {};         // the action that opens one more window; empty where none does
     bool singleWindow = false;                // it says that it opens no more than one
     std::optional<std::string> folderOption;  // of a terminal (Terminals::folderOption)
@@ -60,8 +61,8 @@ class DesktopEntries {
     const DesktopEntry* withFile(const std::string& file) const;
 
     /// The entry through which `application` opens documents of this type: itself, or another that is started
-    /// by the same command (file managers keep one for the menu and one for folders). Absent where none
-    /// declares that type.
+    /// by the same command (file managers keep one for the menu and one for folders). For folders its options
+    /// may be others. Absent where none declares that type.
     const DesktopEntry* opener(const DesktopEntry& application, std::string_view type) const;
 
   private:
@@ -81,6 +82,7 @@ class DesktopEntries {
     std::vector<Directory> directories_;
     std::vector<DesktopEntry> entries_;
     Index byId_, byLowerId_, byWindowClass_, byProgram_, byCommand_;
+    Index folderOpeners_;  // by their programs and arguments, options left out
 };
 
 }  // namespace quillo

@@ -103,6 +103,18 @@ bool isWordByte(char c) {
     return byte >= 0x80 || std::isalnum(byte) || c == '_';
 }
 
+/// "[picture] (imported) - Editor": whether the title begins with the name of a file less its ending, and
+/// not with one of another ending.
+bool beginsWithStem(std::string_view title, const std::string& path) {
+    const std::string stem = std::filesystem::path(path).stem().string();
+    auto text = withoutMarks(title);
+    if (text.starts_with('[')) text.remove_prefix(1);
+    if (stem.empty() || !text.starts_with(stem)) return false;
+    text.remove_prefix(stem.size());
+    if (text.starts_with('.')) text.remove_prefix(1);
+    return text.empty() || !isWordByte(text.front());
+}
+
 std::optional<std::string> pathOfArgument(const std::string& argument, const std::string& directory) {
     if (argument.empty() || argument.starts_with('-') || argument.size() > longestPath) return std::nullopt;
     if (argument.starts_with("file:")) {
@@ -150,12 +162,19 @@ std::optional<DocumentOnDisk> inOpenFiles(std::span<const std::string> files, st
 
 std::optional<DocumentOnDisk> inArguments(std::span<const std::string> arguments,
                                           const std::string& directory, std::string_view title) {
+    std::optional<DocumentOnDisk> withoutEnding;
+    bool several = false;
     for (const auto& argument : arguments) {
         const auto path = pathOfArgument(argument, directory);
-        if (!path || !mentions(title, *path) || !openableDocument(Url::file(*path))) continue;
-        if (auto document = onDisk(*path)) return document;
+        const bool named = path && mentions(title, *path);
+        if (!named && (!path || !beginsWithStem(title, *path))) continue;
+        auto document = openableDocument(Url::file(*path)) ? onDisk(*path) : std::nullopt;
+        if (!document) continue;
+        if (named) return document;
+        several |= withoutEnding && withoutEnding != document;
+        withoutEnding = std::move(document);
     }
-    return std::nullopt;
+    return several ? std::nullopt : withoutEnding;
 }
 
 bool mentions(std::string_view title, std::string_view path) {

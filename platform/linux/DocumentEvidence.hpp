@@ -21,8 +21,9 @@ std::optional<DocumentOnDisk> onDisk(const std::string& path);
 /// its folder ("a.txt (~/letters) - Editor", "a.txt - ~/letters - Editor"). `home` stands for "~".
 std::optional<DocumentOnDisk> inTitle(std::string_view title, const std::string& home);
 
-/// The first of a program's arguments that names an existing document whose base name the title mentions.
-/// Nothing executable, for the script an interpreter runs is an argument too.
+/// The first of a program's arguments that names an existing document whose base name the title mentions;
+/// else the only one whose base name the title begins with, less its ending. Nothing executable, for the
+/// script an interpreter runs is an argument too.
 std::optional<DocumentOnDisk> inArguments(std::span<const std::string> arguments,
                                           const std::string& directory, std::string_view title);
 

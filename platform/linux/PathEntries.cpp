@@ -140,7 +140,9 @@ std::map<std::uint32_t, std::string> PathEntries::read(const std::vector<Window>
                                                        const std::string& address, const std::string& home,
                                                        Deadline deadline) {
     Found found;
+    leftOpen_ = !windows.empty() && !address.empty();
     if (windows.empty() || !isConnected(address, deadline)) return found;
+    leftOpen_ = false;
     std::vector<Candidate> known;
     for (const auto& window : windows) {
         const auto entry = entries_.find(window.number);
@@ -153,9 +155,17 @@ std::map<std::uint32_t, std::string> PathEntries::read(const std::vector<Window>
     std::vector<const Window*> unknown;
     for (const auto& window : windows) {
         if (!entries_.contains(window.number) && !rests(window.pid)) unknown.push_back(&window);
+        leftOpen_ |= rests(window.pid);
     }
-    if (!unknown.empty() && Clock::now() >= nextSearch_) search(unknown, home, deadline, found);
+    const bool searches = Clock::now() >= nextSearch_;
+    if (!unknown.empty() && searches) search(unknown, home, deadline, found);
+    leftOpen_ |= (!unknown.empty() && !searches) || Clock::now() >= deadline;
     return found;
+}
+
+void PathEntries::startAnew() {
+    restUntil_.clear();
+    nextConnect_ = nextSearch_ = {};
 }
 
 void PathEntries::read(const std::vector<Candidate>& candidates, const std::string& home, Deadline deadline,

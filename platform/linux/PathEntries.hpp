@@ -30,6 +30,11 @@ class PathEntries {
     /// windows without one are missing. `address` is the bus's; another one than before means another bus.
     std::map<std::uint32_t, std::string> read(const std::vector<Window>& windows, const std::string& address,
                                               const std::string& home, Deadline deadline);
+    /// Whether the last read() had not the time for all: the bus or an application did not answer, or is left
+    /// alone since, or a search was put off.
+    bool leftOpen() const { return leftOpen_; }
+    /// The next read() leaves nobody alone, and puts off nothing.
+    void startAnew();
 
   private:
     struct Entry {
@@ -68,6 +73,7 @@ class PathEntries {
     std::string address_;
     std::unique_ptr<AccessibilityBus> bus_;
     Deadline nextConnect_{}, nextSearch_{};
+    bool leftOpen_ = false;
     std::map<std::uint32_t, Entry> entries_;   // where they were found
     std::map<ProcessID, Deadline> restUntil_;  // of applications that did not answer
 };

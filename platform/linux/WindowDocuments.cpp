@@ -21,12 +21,14 @@ using Clock = std::chrono::steady_clock;
 
 constexpr auto longestWait = 250ms;
 constexpr auto longestReading = 200ms;  // of what applications answer
+constexpr auto longestPatience = 1s;    // where nobody is held up meanwhile
 constexpr auto longestEnd = 1s;
 constexpr std::size_t mostRemembered = 4096;
 
 struct Inquiry {
     std::vector<DocumentQuestion> questions;
     std::string bus;
+    bool patient = false;
 };
 
 std::string homeDirectory() {
@@ -89,7 +91,9 @@ WindowDocuments::Answers lookFor(const Inquiry& job, const std::string& home, Pa
             managers.push_back({question.window, question.pid, question.title, question.frame});
         if (document) answers.emplace(question.window, std::move(*document));
     }
-    for (auto& [window, folder] : entries.read(managers, job.bus, home, Clock::now() + longestReading))
+    if (job.patient) entries.startAnew();
+    const auto deadline = Clock::now() + (job.patient ? longestPatience : longestReading);
+    for (auto& [window, folder] : entries.read(managers, job.bus, home, deadline))
         answers[window] = {{std::move(folder), true}, false};
     return answers;
 }
@@ -113,6 +117,8 @@ struct WindowDocuments::Shared {
     std::mutex mutex;  // for all below
     std::condition_variable changed;
     std::optional<Inquiry> next;
+    Inquiry last;           // that was asked
+    bool leftOpen = false;  // by the question answered last
     std::optional<Clock::time_point> busySince;
     std::uint64_t asked = 0, answered = 0;
     Answers answers;  // to the question answered last
@@ -154,6 +160,7 @@ void WindowDocuments::Shared::workUntilTheEnd(PathEntries& entries) {
         }
         answers = std::move(found);
         answered = number;
+        leftOpen = entries.leftOpen();
         changed.notify_all();
     }
 }
@@ -189,7 +196,8 @@ WindowDocuments::Answers WindowDocuments::ask(const std::vector<DocumentQuestion
     if (!thread_.joinable()) thread_ = std::thread([shared = shared_] { shared->work(); });
     std::unique_lock lock(shared_->mutex);
     const auto number = ++shared_->asked;
-    shared_->next = Inquiry{questions, std::move(bus)};
+    shared_->last = {questions, std::move(bus)};
+    shared_->next = shared_->last;
     shared_->changed.notify_all();
     const bool answered = !shared_->isStuck() && shared_->changed.wait_for(lock, longestWait, [&] {
         return shared_->answered >= number;
@@ -199,6 +207,21 @@ WindowDocuments::Answers WindowDocuments::ask(const std::vector<DocumentQuestion
     // says.
     shared_->addLastKnown(questions, answered, answers);
     return answers;
+}
+
+bool WindowDocuments::lookAgain() {
+    const std::lock_guard lock(shared_->mutex);
+    if (shared_->asked == shared_->answered && !shared_->leftOpen) return false;
+    ++shared_->asked;
+    shared_->next = shared_->last;
+    shared_->next->patient = true;
+    shared_->changed.notify_all();
+    return true;
+}
+
+bool WindowDocuments::isLooking() const {
+    const std::lock_guard lock(shared_->mutex);
+    return shared_->asked > shared_->answered;
 }
 
 }  // namespace quillo

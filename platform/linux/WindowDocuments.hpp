@@ -43,6 +43,12 @@ class WindowDocuments {
     /// address of the accessibility bus, empty where there is none.
     Answers ask(const std::vector<DocumentQuestion>& questions, std::string bus);
 
+    /// Puts the last question again, and gives applications a second to answer, also those that are left
+    /// alone since they did not; what they say is known to the next ask(). False where nothing was left open.
+    bool lookAgain();
+    /// Whether a question is still being answered.
+    bool isLooking() const;
+
   private:
     struct Shared;
     std::shared_ptr<Shared> shared_;  // also the thread's: one that hangs on a disk is left behind

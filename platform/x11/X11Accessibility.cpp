@@ -1,7 +1,9 @@
 #include "platform/x11/X11Accessibility.hpp"
 
 #include <algorithm>
+#include <chrono>
 
+#include "WindowEngine/support/Poll.hpp"
 #include "platform/x11/WindowRequests.hpp"
 
 namespace quillo::x11 {
@@ -164,6 +166,13 @@ std::vector<std::vector<Attribute>> X11Accessibility::read(std::span<const Attri
         for (const auto name : request.names) attributes.push_back(answer(handleOf(request.element), name));
     }
     return answers;
+}
+
+Task<bool> X11Accessibility::askPatiently() {
+    constexpr Duration interval = std::chrono::milliseconds(20), longest = std::chrono::milliseconds(1500);
+    if (!documents_.lookAgain()) co_return false;
+    co_await pollUntil([this] { return !documents_.isLooking(); }, interval, longest);
+    co_return true;
 }
 
 std::optional<WindowReading> X11Accessibility::readingOf(const Element& window) {

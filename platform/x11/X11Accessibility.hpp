@@ -25,6 +25,7 @@ class X11Accessibility final : public AccessibilityService {
     Element application(ProcessID pid) override;
     void setMessagingTimeout(const Element&, double) override {}  // only the X server is ever waited for
     std::vector<std::vector<Attribute>> read(std::span<const AttributeRequest> requests) override;
+    Task<bool> askPatiently() override;
     /// AXMinimized, AXFullScreen, AXPosition and AXSize of a window.
     AccessibilityCode write(const Element& element, std::string_view name,
                             const AttributeValue& value) override;

@@ -30,6 +30,9 @@ class X11Applications final : public Applications {
     std::vector<InstalledApplication> installed() override { return view_.registry().installed(); }
     Task<Result<void>> launch(Url location, std::vector<Url> documents) override;
     bool documentsTravelWithLaunch() override { return true; }
+    DocumentHanding handing(std::string_view bundleIdentifier, std::span<const Url> documents) override {
+        return view_.registry().handing(bundleIdentifier, documents);
+    }
     Task<Result<void>> open(std::string bundleIdentifier, std::vector<Url> documents) override;
     Result<Url> openable(std::string_view bundleIdentifier, const Url& document) override;
     Task<Result<void>> requestWindow(std::string bundleIdentifier) override;

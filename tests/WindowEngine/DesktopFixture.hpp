@@ -76,6 +76,7 @@ class Meddler final : public ForwardingAccessibilityService {
     std::function<Rect(Rect)> frameWritten;
     Duration tokenCost{};
     bool tokens = true;
+    std::function<void()> askedPatiently;
     std::vector<WindowNumber> raised;
     Capability placeable = Capability::available();
     int reads = 0, minimizeWrites = 0, tokensTried = 0;
@@ -86,6 +87,10 @@ class Meddler final : public ForwardingAccessibilityService {
         Answers answers = ForwardingAccessibilityService::read(requests);
         if (afterRead) afterRead(requests, answers);
         return answers;
+    }
+    Task<bool> askPatiently() override {
+        if (askedPatiently) askedPatiently();
+        co_return bool(askedPatiently);
     }
     AccessibilityCode write(const Element& element, std::string_view name,
                             const AttributeValue& value) override {

@@ -149,6 +149,17 @@ TEST(Capture, AFullScreenWindowHasNoDesktopWhereverItStands) {
     EXPECT_EQ(window.desktop, std::nullopt);
 }
 
+TEST(Capture, ThatAPersonAskedForAsksAgainForWhatWasNotKnownInTime) {
+    for (const bool patiently : {true, false}) {
+        TestDesktop desktop(scene({sceneApplication("org.a", {sceneWindow("1", frame)})}));
+        desktop.meddler.askedPatiently = [&] {
+            desktop.world().window("org.a", "1")->state.document = "file:///home/ada/a.txt";
+        };
+        const auto captured = desktop.capture({.asksPatiently = patiently});
+        EXPECT_EQ(captured.applications[0].windows.at(0).documentURL.has_value(), patiently);
+    }
+}
+
 TEST(Capture, TokensBringHiddenWindowsBackWithTheirTitles) {
     SceneApplication application = sceneApplication("org.a", {sceneWindow("hidden", frame)});
     application.windows[0].listed = false;

@@ -102,6 +102,23 @@ TEST(CleanSlate, LeavesAnEditorThatMustAskAndLosesNothing) {
 
 // -- documents ----------------------------------------------------------------------------------------------
 
+/// An editor that was saved with these windows, and ended.
+struct Closed {
+    explicit Closed(std::vector<SceneWindow> windows) : desktop(with(std::move(windows))) {
+        snapshot = desktop.capture();
+        simulated::Application& editor = *desktop.world().application("org.editor");
+        desktop.world().end(editor);
+        editor.scene.windows.clear();
+    }
+    static Scene with(std::vector<SceneWindow> windows) {
+        Scene saved = scene({sceneApplication("org.editor", std::move(windows))});
+        saved.opensWindows = true;
+        return saved;
+    }
+    TestDesktop desktop;
+    WorkspaceSnapshot snapshot;
+};
+
 TEST(Documents, ComeBackOnceOrItIsSaidWhyNot) {
     struct Case {
         const char* what;
@@ -126,12 +143,8 @@ TEST(Documents, ComeBackOnceOrItIsSaidWhyNot) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
-        TestDesktop desktop(
-            scene({sceneApplication("org.editor", {document("a.txt", home), document("b.txt", second)})}));
-        const WorkspaceSnapshot snapshot = desktop.capture();
-        simulated::Application& editor = *desktop.world().application("org.editor");
-        desktop.world().end(editor);
-        editor.scene.windows.clear();
+        Closed closed({document("a.txt", home), document("b.txt", second)});
+        auto& [desktop, snapshot] = closed;
         if (c.fault) {
             Fault trouble = fault(*c.fault, "org.editor", 0, 2);
             trouble.title = "b.txt";
@@ -141,6 +154,19 @@ TEST(Documents, ComeBackOnceOrItIsSaidWhyNot) {
         EXPECT_EQ(desktop.world().windowsOf("org.editor").size(), c.windows);
         if (c.fault && *c.fault != documentLate) continue;
         EXPECT_EQ(texts(desktop.restore(snapshot)), (Texts{a + back, b + back})) << "nothing opens twice";
+    }
+}
+
+TEST(Documents, ThatWereNotKnownAreSaidToBeMissing) {
+    for (const std::string title : {"b.txt", "Untitled"}) {
+        Closed closed({document("a.txt", home), sceneWindow(title, second)});
+        const RestoreReport report = closed.desktop.restore(closed.snapshot);
+        EXPECT_EQ(report.totals().restored, 2) << testing::PrintToString(texts(report));
+        EXPECT_EQ(
+            std::ranges::count(texts(report),
+                               "org.editor/" + title +
+                                   ": note what it showed was not known when it was saved, and is not back"),
+            title == "b.txt");
     }
 }
 
@@ -172,16 +198,64 @@ class TravellingDocuments final : public ForwardingApplications {
 };
 
 TEST(Documents, TravelWithTheLaunchWhereThatSparesAnEmptyWindow) {
-    TestDesktop desktop(scene({sceneApplication("org.editor", {document("a.txt", home)})}));
-    const WorkspaceSnapshot snapshot = desktop.capture();
-    simulated::Application& editor = *desktop.world().application("org.editor");
-    desktop.world().end(editor);
-    editor.scene.windows.clear();
-    TravellingDocuments applications(desktop.plain.applications);
-    DesktopAccess access = desktop.with(applications);
-    EXPECT_EQ(texts(desktop.restoreThrough(access, snapshot)),
+    Closed closed({document("a.txt", home)});
+    TravellingDocuments applications(closed.desktop.plain.applications);
+    DesktopAccess access = closed.desktop.with(applications);
+    EXPECT_EQ(texts(closed.desktop.restoreThrough(access, closed.snapshot)),
               (Texts{"org.editor: launched", "org.editor: opened", "org.editor/a.txt: restored"}));
     EXPECT_EQ(applications.launches, std::vector<std::size_t>{1});
+}
+
+/// Shows what it is launched with in one window, and what it is handed later, where it has tabs, in the
+/// window that came last.
+class Editor final : public ForwardingApplications {
+  public:
+    using ForwardingApplications::ForwardingApplications;
+    bool documentsTravelWithLaunch() override { return true; }
+    DocumentHanding handing(std::string_view, std::span<const Url>) override { return hands; }
+    Task<Result<void>> launch(Url location, std::vector<Url> documents) override {
+        return ForwardingApplications::launch(std::move(location), {documents.back()});
+    }
+    Task<Result<void>> open(std::string identifier, std::vector<Url> documents) override {
+        if (!tabs) co_return co_await ForwardingApplications::open(identifier, documents);
+        SceneWindow& front = world->windowsOf(identifier).front()->state;
+        front.title = simulated::World::documentTitle(documents.front());
+        front.document = documents.front().string();
+        co_return Result<void>();
+    }
+    simulated::World* world = nullptr;
+    DocumentHanding hands{};
+    bool tabs = false;
+};
+
+TEST(Documents, ComeIntoAWindowEachAsFarAsTheirEditorDoesIt) {
+    const struct {
+        DocumentHanding hands;
+        bool tabs;
+        std::int64_t windows;
+        double most;           // seconds
+        const char* notes[2];  // about whose documents, of the first run and the second
+    } cases[] = {
+        {DocumentHanding::together, true, 1, 10, {"", "a.txt"}},
+        {DocumentHanding::oneByOne, false, 2, 6, {"", ""}},
+        {DocumentHanding::oneByOne, true, 1, 6, {"b.txt", "b.txt"}},
+        {DocumentHanding::intoNewWindows, true, 2, 6, {"", ""}},
+    };
+    for (const auto& c : cases) {
+        Closed closed({document("a.txt", home), document("b.txt", second)});
+        Editor editor(closed.desktop.plain.applications);
+        editor.world = &closed.desktop.world();
+        editor.hands = c.hands;
+        editor.tabs = c.tabs;
+        DesktopAccess access = closed.desktop.with(editor);
+        for (const std::string about : c.notes) {
+            const RestoreReport report = closed.desktop.restoreThrough(access, closed.snapshot);
+            const std::string note = about + ": note its document is a tab of another window";
+            EXPECT_EQ(report.totals().restored, c.windows) << testing::PrintToString(texts(report));
+            EXPECT_EQ(std::ranges::count(texts(report), "org.editor/" + note), !about.empty());
+            EXPECT_LT(report.duration, c.most);
+        }
+    }
 }
 
 TEST(WindowlessApplication, IsAskedForAWindowOnlyWhenNothingElseBringsOne) {

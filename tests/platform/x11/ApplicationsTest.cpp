@@ -78,6 +78,14 @@ TEST_F(ApplicationsTest, TheBestEvidenceNamesTheApplication) {
     }
 }
 
+TEST_F(ApplicationsTest, AnEntryThatNoMenuShowsTakesNoWindowsOfAShownOnesProgram) {
+    install("importer", "NoDisplay=true\nStartupWMClass=quillo_test_client\n", "");
+    install("viewer", "", "");
+    openWindow("a picture", {"--class", "quillo_test_client"});
+    EXPECT_TRUE(running("viewer"));
+    EXPECT_FALSE(running("importer"));
+}
+
 TEST_F(ApplicationsTest, WithoutADesktopFileItsClassAndProgramStandFor) {
     openWindow("nameless", {"--class", "Unheard-Of", "--pid", "0"});
     const auto found = running("unheard-of");
@@ -136,6 +144,32 @@ TEST_F(ApplicationsTest, ThePersonsCommandStartsWhatNoMenuEntryStarts) {
     const auto refused = run(applications().launch(*gone, {}));
     ASSERT_FALSE(refused);
     EXPECT_EQ(refused.error().text.find('/'), std::string::npos);
+}
+
+TEST_F(ApplicationsTest, HowDocumentsAreHandedOverIsReadFromTheEntry) {
+    using enum DocumentHanding;
+    const std::string types = "MimeType=text/plain;image/png;\n", pictures = "MimeType=image/png;\n";
+    const std::string action = "Actions=new-window;\n[Desktop Action new-window]\nName=w\nExec=false\n";
+    const struct {
+        std::string id, lines, options;
+        DocumentHanding ofText, ofPicture;
+    } cases[] = {
+        {"office", types, "--office %U", together, oneByOne},
+        {"list", types, "--list %F", oneByOne, oneByOne},
+        {"single", types, "--single %f", together, together},
+        {"tabbed", types + action, "--tabbed %U", intoNewWindows, intoNewWindows},
+        {"viewer", pictures + action, "--viewer %U", together, oneByOne},
+    };
+    const auto text = PrivateDesktop::home() / "a.txt", picture = PrivateDesktop::home() / "a.png";
+    std::ofstream(text) << "text";
+    std::ofstream(picture) << "\x89PNG\r\n\x1a\n";
+    const std::vector texts{Url::file(text.string())}, images{Url::file(picture.string())};
+    for (const auto& one : cases) {
+        install(one.id, one.lines, one.options);
+        nextTurn();
+        EXPECT_EQ(applications().handing(one.id, texts), one.ofText) << one.id;
+        EXPECT_EQ(applications().handing(one.id, images), one.ofPicture) << one.id;
+    }
 }
 
 TEST_F(ApplicationsTest, ARefusedLaunchSaysWhyWithoutAPath) {

@@ -185,10 +185,11 @@ TEST(Terminals, WindowsOfOneProcessAreToldApartOnlyWithCertainty) {
 
 TEST_F(DocumentsTest, ATitleNamesADocumentOnlyWhereOneCanBeOpened) {
     const auto file = path("c.txt");
-    install("editor", "MimeType=text/plain;\n", "%F");
-    install("manager", "MimeType=inode/directory;\n", "%F");
+    install("editor", "MimeType=text/plain;\n", "edit %F");
+    install("manager", "NoDisplay=true\nMimeType=inode/directory;\n", "--manage %F");
+    install("menu", "", "");  // what menus show of the manager
     install("browser", "MimeType=text/html;x-scheme-handler/http;\n", "%U");
-    install("terminal", "", "");
+    install("terminal", "", "shell");
     struct Case {
         const char* application;
         std::string title, document;
@@ -198,6 +199,7 @@ TEST_F(DocumentsTest, ATitleNamesADocumentOnlyWhereOneCanBeOpened) {
         {"editor", file + " - Editor 1", file, {}},
         {"editor", path("two") + " - Editor 2", "none", {}},  // it opens no folders
         {"manager", path("two") + " - Manager", path("two"), {}},
+        {"menu", path("two") + " - Menu", path("two"), {}},
         {"browser", file + " - Browser", "none", {}},
         {"terminal", file + " - Terminal", "none", {}},
         {"editor", "c.txt - Editor 3", file, {file}},
@@ -262,6 +264,27 @@ TEST(DocumentEvidence, OfATitle) {
         auto expected = one.path;
         while (expected.ends_with('/')) expected.pop_back();
         EXPECT_EQ(found ? found->path : "", expected) << one.title.substr(0, 100);
+    }
+}
+
+TEST(DocumentEvidence, OfArgumentsByTheirNamesOrOneAlone) {
+    const TemporaryDirectory home;
+    for (const auto* name : {"a.pdf", "a.png", "b.v2.pdf"}) home.write(name, "x");
+    const struct {
+        std::string title;
+        std::vector<std::string> arguments;
+        std::string name;
+    } cases[] = {
+        {"see a.png", {"-f", "a.pdf", "a.png"}, "a.png"},
+        {"[a] (imported)-1.0 - Editor", {"a.png"}, "a.png"},
+        {"*b.v2 - Viewer", {"a.pdf", "b.v2.pdf", "./b.v2.pdf"}, "b.v2.pdf"},
+        {"a - Viewer", {"a.pdf", "a.png"}, ""},  // either
+        {"a.txt - Viewer", {"a.pdf"}, ""},
+        {"not a", {"a.pdf"}, ""},
+    };
+    for (const auto& [title, arguments, name] : cases) {
+        const auto found = DocumentEvidence::inArguments(arguments, home.path().string(), title);
+        EXPECT_EQ(found ? found->path : "", name.empty() ? "" : (home / name).string()) << title;
     }
 }
 
