@@ -295,7 +295,7 @@ class Builder {
 
     void addWindows(SceneApplication& scene, const PlannedApplication& application) {
         if (application.hangs)
-            scene_.faults.push_back({.kind = FaultKind::applicationHangs, .application = scene.identifier});
+            scene_.faults.push_back({.kind = FaultKind::applicationHangs, .application = scene.identifier, .title = {}, .value = {}});
         for (std::size_t i = 0; i < application.live.size(); ++i) {
             const auto place = static_cast<std::size_t>(application.live[i].info.index);
             while (scene.windows.size() < place) scene.windows.push_back(unseen());
@@ -371,7 +371,7 @@ Task<ReportScene> reportScene(DesktopAccess& desktop, Workspace workspace, const
         if (!scene) continue;
         if (shown.failure)
             builder.scene().faults.push_back(
-                {.kind = FaultKind::automationRefused, .application = scene->identifier});
+                {.kind = FaultKind::automationRefused, .application = scene->identifier, .title = {}, .value = {}});
         else
             placeTabs(as, *scene, application, shown);
     }

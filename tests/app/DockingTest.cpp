@@ -142,7 +142,8 @@ TEST_F(Docking, ThePersonIsAskedOnceWhichOfTwoTwinsIsWhich) {
 TEST(DisplayAnswers, AreKeptForEachPairOfSetsOfDisplays) {
     MemoryDefaults defaults;
     DisplayAnswers answers(defaults);
-    const std::vector<DisplaySnapshot> saved{{.id = "a"}, {.id = "b"}}, other{{.id = "a"}};
+    const std::vector<DisplaySnapshot> saved{samples::display("a", {}), samples::display("b", {})},
+        other{saved.front()};
     const std::vector<DisplaySnapshot> backwards(saved.rbegin(), saved.rend());
     const DisplayTwins::Pairs pairs{{"a", "b\n\"="}};
     EXPECT_TRUE(answers.remember(saved, other, pairs));

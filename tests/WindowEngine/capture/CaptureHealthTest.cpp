@@ -38,7 +38,8 @@ TEST(CaptureHealth, WindowsAreRememberedForAMinute) {
     EXPECT_EQ(tally.most(start + 11min), 8);
     EXPECT_EQ(tally.most(start + 11min + 1s), 3);
     EXPECT_EQ(tally.most(start + 12min), 1);
-    WorkspaceSnapshot last{.capturedAt = Instant{1h}};
+    WorkspaceSnapshot last;
+    last.capturedAt = Instant{1h};
     last.applications.emplace_back().windows.resize(2);
     EXPECT_EQ(windowsBefore(last, Instant{1h + 1min}), 2);
     EXPECT_EQ(windowsBefore(last, Instant{1h + 61s}), 0);
