@@ -76,7 +76,8 @@ Task<void> LateWindows::look() {
     // While nothing has changed a look costs a glance at the stamp.
     const std::uint64_t stamp = desktop_.platform.windowServer.stamp();
     const bool changed = std::exchange(stamp_, stamp) != stamp;
-    for (Waiting& waiting : waiting_) {
+    for (std::size_t i = 0; i < waiting_.size(); ++i) {  // the run adds to them while one is looked at
+        Waiting& waiting = waiting_[i];
         if (!waiting.expected.missing.empty() && (changed || !waiting.arrivals.empty() || !waiting.seen))
             co_await look(waiting);
     }
