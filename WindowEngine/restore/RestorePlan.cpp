@@ -16,12 +16,14 @@ using DisplayMapper::DisplayList;
 void planFullscreen(WindowPlan& plan, const LiveWindowInfo& live, const DisplaySnapshot& target,
                     DisplayList current) {
     const DisplaySnapshot* display = Displays::display(live.frame, current);
+    const bool there = display && display->id == target.id;
     plan.enterFullscreen = true;
     // In place already (or nobody can tell where): full screen is only confirmed.
-    if (live.isFullscreen && (!display || display->id == target.id)) return;
+    if (live.isFullscreen && (!display || there)) return;
     plan.leaveFullscreen = live.isFullscreen;
     plan.unminimize = live.isMinimized;
-    plan.write = true;
+    // On its display it keeps the size that it will have once it leaves full screen.
+    plan.write = !there || live.isMinimized;
 }
 
 /// What stands right is left alone: a write would unroll it, or end its being maximized.

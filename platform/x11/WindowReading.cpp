@@ -197,6 +197,10 @@ bool takeGeometry(WindowReading& reading, const X11Connection& connection, const
     if (!geometry || !origin) return false;
     reading.client = {double(origin->dst_x), double(origin->dst_y), double(geometry->width),
                       double(geometry->height)};
+    // Some tiling window managers draw no frame of their own but leave the window its border, which counts
+    // when it is moved.
+    const std::int32_t border = geometry->border_width;
+    if (reading.decoration == Extents{}) reading.decoration = {border, border, border, border};
     return true;
 }
 

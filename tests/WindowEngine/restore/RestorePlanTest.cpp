@@ -11,16 +11,27 @@ const std::vector<DisplaySnapshot> displays{samples::display("A", {0, 0, 1000, 8
                                             samples::display("B", {1000, 0, 1000, 800})};
 constexpr Rect onA{100, 100, 400, 300}, onB{1100, 100, 400, 300}, nowhere{9000, 9000, 1, 1};
 
-TEST(RestorePlan, AFullScreenWindowThatIsSeenOnNoDisplayIsOnlyConfirmed) {
+TEST(RestorePlan, AFullScreenWindowIsPlacedOnlyWhereItsDisplayIsAnother) {
     WindowSnapshot saved = samples::window(onA, "Notes");
     saved.displayID = "A";
     saved.isFullscreen = true;
-    LiveWindowInfo live = samples::live(nowhere, "Notes");
-    live.isFullscreen = true;
-    const WindowPlan plan = planPair(saved, live, displays, displays);
-    EXPECT_TRUE(plan.enterFullscreen);
-    EXPECT_FALSE(plan.leaveFullscreen || plan.write);
-    EXPECT_EQ(plan.score, WindowMatcher::evidence(saved, live).score);
+    const struct {
+        Rect frame;
+        bool fullscreen, minimized, leaves, placed;
+    } cases[] = {{nowhere, true, false, false, false},  // seen on no display: only confirmed
+                 {onA, false, false, false, false},
+                 {onA, false, true, false, true},
+                 {onB, false, false, false, true},
+                 {onB, true, false, true, true}};
+    for (const auto& c : cases) {
+        LiveWindowInfo live = samples::live(c.frame, "Notes");
+        live.isFullscreen = c.fullscreen;
+        live.isMinimized = c.minimized;
+        const WindowPlan plan = planPair(saved, live, displays, displays);
+        EXPECT_TRUE(plan.enterFullscreen);
+        EXPECT_EQ(std::pair(plan.leaveFullscreen, plan.write), std::pair(c.leaves, c.placed)) << c.frame.x;
+        EXPECT_EQ(plan.score, WindowMatcher::evidence(saved, live).score);
+    }
 }
 
 TEST(RestorePlan, MovesAWindowThatStandsNotOnlyOnItsDesktop) {
