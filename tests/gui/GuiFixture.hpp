@@ -36,8 +36,8 @@ class QmlWarnings {
                 // And this where there is no window manager, as here.
                 if (text == "This plugin does not support raise()") return;
                 if (text == "This plugin does not support lower()") return;
-                // This of the icon of an application that happens to be installed.
-                if (text.contains(".svg:")) return;
+                // This of the icon of an application that happens to be installed; ours are resources.
+                if (text.startsWith("/usr/share/") && text.contains(".svg:")) return;
                 // This of a script that no font of the machine has.
                 if (text.contains("OpenType support missing for")) return;
                 if (type != QtDebugMsg && type != QtInfoMsg) list() << text;
