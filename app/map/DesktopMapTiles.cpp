@@ -132,7 +132,7 @@ Rect centeredSquare(const Rect& area, double size) {
             size};
 }
 
-std::vector<MapTile> makeTiles(const std::vector<PlacedWindow>& windows, const std::vector<Rect>& covers,
+std::vector<MapTile> makeTiles(const std::vector<TileSource>& windows, const std::vector<Rect>& covers,
                                const PlacedDisplay& display, const MapRequest& request) {
     const bool titles = mapMeasures(request.style).titles, icons = showsIcons(request);
     std::vector<Rect> inFront = covers;

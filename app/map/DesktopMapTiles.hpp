@@ -7,7 +7,7 @@
 namespace quillo {
 
 /// `covers` lie above all tiles (dock, "+n"). Tiles of which no pixel is visible are left out.
-std::vector<MapTile> makeTiles(const std::vector<PlacedWindow>& windows, const std::vector<Rect>& covers,
+std::vector<MapTile> makeTiles(const std::vector<TileSource>& windows, const std::vector<Rect>& covers,
                                const PlacedDisplay& display, const MapRequest& request);
 
 /// One window in full screen: the whole display.

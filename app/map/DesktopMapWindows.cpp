@@ -147,7 +147,7 @@ Rect tileFrame(const Rect& frame, const PlacedDisplay& display) {
 }
 
 struct Candidate {
-    PlacedWindow placed;
+    TileSource placed;
     std::size_t rank;  // among its application's windows, the front one first
     double depth;      // area of the largest one before it, itself included
 };

@@ -37,13 +37,13 @@ std::vector<DisplayWindows> windowsOfDisplays(const WorkspaceSnapshot& snapshot,
                                               const std::vector<PlacedDisplay>& displays,
                                               const MapRequest& request);
 
-struct PlacedWindow {
+struct TileSource {
     SavedWindow saved;
     Rect frame;  // in the map, within the display
 };
 
 struct TileChoice {
-    std::vector<PlacedWindow> tiles;  // back to front; ghosts first
+    std::vector<TileSource> tiles;  // back to front; ghosts first
     std::size_t more = 0;             // besides these, where they are too many
 };
 

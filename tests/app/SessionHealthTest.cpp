@@ -23,10 +23,10 @@ TEST(SessionHealth, TheLastGoodSessionStaysUntilTheDesktopIsHealthyAgain) {
         {"other applications' windows cannot be read", [](Model& m) { m.setTrusted(false); },
          [](Model& m) { m.setTrusted(true); }},
         {"the screen is locked",
-         [](Model& m) { m.desktop.world().add({.kind = FaultKind::screenLocked, .seconds = 1200}); },
+         [](Model& m) { m.desktop.world().add(samples::fault(FaultKind::screenLocked, {}, 0, 1200)); },
          {}},
         {"the screen is blank",
-         [](Model& m) { m.desktop.world().add({.kind = FaultKind::screenBlank, .seconds = 1200}); },
+         [](Model& m) { m.desktop.world().add(samples::fault(FaultKind::screenBlank, {}, 0, 1200)); },
          {}},
         {"no display is attached",
          [](Model& m) {

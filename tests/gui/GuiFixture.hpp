@@ -159,6 +159,10 @@ class GuiTest : public testing::Test {
         return *engine->singletonInstance<T*>(qmlTypeId(coreModule, 1, 0, name));
     }
     Ui& ui() { return interface->ui(); }
+    void openDetail(const Uuid& workspace) {
+        ui().openDetail(QString::fromStdString(workspace.lower()));
+        model->openMain();
+    }
 
     /// Lets the model work and the view follow, until the condition holds.
     bool until(const std::function<bool()>& condition) {
@@ -230,7 +234,7 @@ class GuiTest : public testing::Test {
         }
         model.change([](AppSettings& settings) { settings.onboarded = true; });
         see(main(), "library");
-        interface->openDetail(work);
+        openDetail(work);
         see(main(), "detail");
         model->openPreview(model.named("Work"), CleanSlateMode::hide);
         ASSERT_TRUE(until([&] { return model->preview()->plan().has_value(); }));

@@ -14,7 +14,7 @@ TEST_F(InterfaceTest, EveryControlOnEverySurfaceHasAName) {
 
 TEST_F(InterfaceTest, TheLibraryStandsInForAWorkspaceThatIsDeletedWhileItIsOpen) {
     model->openMain();
-    interface->openDetail(keepExample());
+    openDetail(keepExample());
     model->deleteWorkspace(model->workspaces().at(0));
     EXPECT_EQ(interface->ui().page(), "library");
     settle();
@@ -60,7 +60,7 @@ TEST_F(InterfaceTest, APageThatHasJustComeHearsNoPress) {
     for (const int interval : {60'000, 0}) {
         SCOPED_TRACE(interval);
         const bool heard = interval == 0;
-        interface->openDetail(model->workspaces().front().id);
+        openDetail(model->workspaces().front().id);
         settle();
         const QPoint quit = pointOf(named("Quit other apps"));
         press(Qt::Key_Escape);
@@ -71,7 +71,7 @@ TEST_F(InterfaceTest, APageThatHasJustComeHearsNoPress) {
         twice(pointOf(named("Done")), interval);
         EXPECT_EQ(ui().page(), heard ? "settings" : "library");
 
-        interface->openDetail(model->workspaces().front().id);
+        openDetail(model->workspaces().front().id);
         settle();
         QApplication::setDoubleClickInterval(interval);
         click("Delete Workspace");
@@ -103,7 +103,7 @@ TEST_F(InterfaceTest, TheWindowOpensAsItWasLeft) {
     const Uuid work = keepExample();
     model->openMain();
     main()->resize(800, 600);
-    interface->openDetail(work);
+    openDetail(work);
     ui().openSettings("privacy");
     presenter<LibraryPresenter>("Library").setOrder(1);
     settle();

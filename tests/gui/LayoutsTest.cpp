@@ -10,7 +10,7 @@ TEST_F(LayoutsTest, AreKeptAndForgottenOnTheWorkspacesPage) {
     model.save("Work");
     model.desktop.world().unplug("side");
     model.run(std::chrono::seconds(10));
-    interface->openDetail(model.named("Work").id);
+    openDetail(model.named("Work").id);
     open({1080, 1000});
     click("Arrange windows when these displays come");
     EXPECT_TRUE(model->arrangesByItself(model.named("Work").id));

@@ -95,7 +95,7 @@ TEST_F(LibraryViewTest, WorkspacesAreFoundOpenedRenamedAndDeleted) {
 
 TEST_F(LibraryViewTest, ADetailBeginsAtItsTopInANarrowWindowAndFollowsTheKeyboard) {
     model->openMain();
-    interface->openDetail(keepExample());
+    openDetail(keepExample());
     open({760, 520});
     QTest::qWait(50);
     const double resume = placeOf(*named("Resume workspace")).bottom();

@@ -14,7 +14,7 @@ class PreviewPageTest : public GuiTest {
         simulated::World& world = model.desktop.world();
         world.move(*world.window("org.editor", "Notes"), {500, 300, 300, 200});
         open();
-        interface->openDetail(model.named("Work").id);
+        openDetail(model.named("Work").id);
         settle();
     }
     PreviewPresenter& preview() { return presenter<PreviewPresenter>("Preview"); }

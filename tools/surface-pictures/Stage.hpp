@@ -180,7 +180,7 @@ class Stage : LookSet, public GuiTest {
         }
     }
     void detail(const std::string& name, WorkspaceSnapshot snapshot = productLaunch()) {
-        interface->openDetail(put(name, std::move(snapshot)));
+        openDetail(put(name, std::move(snapshot)));
         settle();
     }
     /// Files of the library that cannot be read.

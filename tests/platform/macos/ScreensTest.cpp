@@ -63,7 +63,7 @@ TEST_F(ScreensTest, TellWhetherAnythingIsToBeSeen) {
     displays_.onConsole = true;
     for (const auto& [fault, state] : {std::pair{simulated::FaultKind::screenBlank, ScreenState::blank},
                                        std::pair{simulated::FaultKind::screenLocked, ScreenState::locked}}) {
-        desktop_->world().add({.kind = fault});
+        desktop_->world().add(simulated::Fault{fault, {}, {}, {}});
         EXPECT_EQ(screens.state(), state);
     }
 }
