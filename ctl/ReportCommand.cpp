@@ -1,6 +1,7 @@
 // report: a problem in one file, to be given away: everything that a restore decides by, and what it decides,
 // without anybody's names. And its replay.
 #include <fmt/format.h>
+#include <simdjson.h>
 
 #include <random>
 
@@ -164,6 +165,9 @@ CommandResult replayPlan(CommandContext& context, const Arguments& arguments) {
     printWholePlan(lines, applications, told.workspace, *plan, told.options);
     const std::int64_t others =
         printWholePlan(context.output, applications, told.workspace, *plan, told.options);
+    // As its reader writes them, which may escape otherwise.
+    simdjson::dom::parser parser;
+    for (std::string& line : now) line = simdjson::minify(parser.parse(line).value());
     for (const std::string& difference : told.differences)
         context.output.complain("where it was made another decision was taken: " + printable(difference));
     if (now != told.plan) context.output.complain("this Quillo decides otherwise than the one that made it");

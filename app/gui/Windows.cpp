@@ -61,7 +61,6 @@ Windows::Windows(Theme& theme, Prepare prepare, PanelBackdrop backdrop, QObject*
 }
 
 Windows::~Windows() {
-    for (const QPointer<QQuickView>& view : retiring_) delete view;
     dropAll();
 }
 
@@ -258,10 +257,11 @@ void Windows::closeMain() {
 
 void Windows::dropAll() {
     noteMainSize();
+    for (const QPointer<QQuickView>& view : std::exchange(retiring_, {})) delete view;
     main_.reset();
     panels_.clear();
     switcher_.reset();
-    if (retired_ == 0) dropEngine();
+    dropEngine();
 }
 
 QQuickWindow* Windows::panelWindow(PanelID panel) const {

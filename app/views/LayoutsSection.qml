@@ -37,23 +37,13 @@ Column {
             }
         }
     }
-    Item {
-        width: parent.width
-        height: Math.max(question.implicitHeight, itself.height) + 8
-        UiText {
-            id: question
-            anchors.left: parent.left
-            anchors.right: itself.left
-            anchors.rightMargin: 12
-            anchors.verticalCenter: parent.verticalCenter
-            wrapMode: Text.Wrap
-            text: "Arrange windows when these displays come"
-        }
+    SettingRow {
+        padding: 0
+        separator: false
+        sub: true
+        title: "Arrange windows when these displays come"
         Toggle {
-            id: itself
-            anchors.right: parent.right
-            anchors.verticalCenter: parent.verticalCenter
-            label: question.text
+            label: "Arrange windows when these displays come"
             checked: Layouts.byItself
             onToggled: Layouts.byItself = !Layouts.byItself
         }

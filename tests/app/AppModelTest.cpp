@@ -286,7 +286,7 @@ TEST(AppModel, AWorkspaceIsResumedByItsOwnShortcutForAsLongAsItIsThere) {
     model->setAutomation(work.id, {.shortcut = Shortcut{18, 0x1900, "1"}});
     EXPECT_TRUE(model.hotKeys.press(18, 0x1900));
     model.run(1ms);
-    ASSERT_TRUE(model->restoreRunning());
+    ASSERT_TRUE(model->restoreRun());
     EXPECT_EQ(model->restoreRun()->workspace().id, work.id);
     model.finishRestore();
     EXPECT_TRUE(model.store.remove(work.id));

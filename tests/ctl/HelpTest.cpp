@@ -70,7 +70,7 @@ printf '%s\n' "${COMPREPLY[@]}"
     done({"--desktop", "simulated:" QUILLO_SOURCE_DIR "/tests/scenes/desk.json", "history", "save"});
     const std::pair<Texts, Texts> cases[] = {
         {{"d"}, {"delete", "diff", "displays", "doctor", "duplicate"}},
-        {{"--json", "re"}, {"rename", "restore"}},
+        {{"--json", "re"}, {"rename", "report", "restore"}},
         {{"restore", "x", "--o"}, {"--only"}},
         {{"save", "--update", "my"}, {R"(My\ \"work\")"}},
         {{"rename", ""}, {R"(My\ \"work\")"}},

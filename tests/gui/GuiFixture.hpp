@@ -191,8 +191,10 @@ class GuiTest : public testing::Test {
     }
     void click(QQuickItem* item) {
         ASSERT_TRUE(item);
-        const QPointF center = item->mapToScene({item->width() / 2, item->height() / 2});
-        QTest::mouseClick(window(), Qt::LeftButton, {}, center.toPoint());
+        const auto center = [&] { return placeOf(*item).center().toPoint(); };
+        if (!QRect({}, window()->size()).contains(center())) item->forceActiveFocus(Qt::TabFocusReason);
+        settle();
+        QTest::mouseClick(window(), Qt::LeftButton, {}, center());
         settle();
     }
     void click(const QString& name) {

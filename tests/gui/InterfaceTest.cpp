@@ -62,7 +62,7 @@ TEST_F(InterfaceTest, APageThatHasJustComeHearsNoPress) {
         const bool heard = interval == 0;
         openDetail(model->workspaces().front().id);
         settle();
-        const QPoint quit = pointOf(named("Quit other apps"));
+        const QPoint quit = placeOf(*named("Quit other apps")).topLeft().toPoint() + QPoint(30, 4);  // a card
         press(Qt::Key_Escape);
         twice(quit, interval);
         ASSERT_EQ(ui().page(), "detail");
