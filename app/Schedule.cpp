@@ -12,7 +12,7 @@ constexpr int secondsOfMinute = 60;
 
 QDateTime timeOn(QDate day, int minute, const QTimeZone& zone) {
     const QTime time = QTime(0, 0).addSecs(minute * secondsOfMinute);
-    const QDateTime shown(day, time, zone);
+    QDateTime shown(day, time, zone);
     if (shown.isValid() && shown.date() == day && shown.time() == time) return shown;
     return day.startOfDay(zone).addSecs(static_cast<qint64>(minute) * secondsOfMinute);
 }

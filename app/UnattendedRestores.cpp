@@ -101,7 +101,8 @@ void UnattendedRestores::loggedIn() {
 
 Task<> UnattendedRestores::awaitDesktop(Uuid workspace) {
     const auto isThere = [this] {
-        return services_.desktop.platform.accessibility.trusted() && !services_.desktop.platform.screens.screens().empty();
+        return services_.desktop.platform.accessibility.trusted() &&
+               !services_.desktop.platform.screens.screens().empty();
     };
     co_await pollUntil(isThere, loginInterval, loginPatience);
     co_await sleepFor(loginRest);

@@ -30,10 +30,7 @@ class SystemLayer {
     virtual std::string logPlace() const = 0;
     virtual UserDefaults& defaults() = 0;
     /// Listens to the running application, now or later; null where it tells nobody on this system.
-    virtual std::unique_ptr<RestoreEvents> listenToRestores(Executor& /*executor*/,
-                                                            RestoreEvents::Told /*told*/) {
-        return nullptr;
-    }
+    virtual std::unique_ptr<RestoreEvents> listenToRestores(Executor& executor, RestoreEvents::Told told) = 0;
     /// SHA-256, as KnownWorkspaces wants it.
     virtual std::string digest(std::string_view bytes) const = 0;
 };

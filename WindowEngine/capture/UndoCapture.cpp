@@ -87,7 +87,7 @@ Task<UndoRecord> undoRecord(DesktopAccess& desktop, Options options, Workspace w
     const std::set<std::string> integrations = options.enabledAdapters;
     const bool quits = mode == CleanSlateMode::quit;
     if (!quits) options.enabledAdapters.clear();
-    options.recoverHidden = true;  // a restore looks for those too
+    options.recoverHidden = true;   // a restore looks for those too
     options.asksPatiently = quits;  // else a restore would begin late for documents that nobody closes
     SeenWindows seen;
     UndoRecord record{.before = std::move(workspace)};

@@ -237,8 +237,7 @@ Task<bool> awaitDocuments(ApplicationRestore& restore, std::vector<SavedDocument
 
 void reportLateDocuments(const ApplicationRestore& restore) {
     if (restore.late.empty()) return;
-    const auto live =
-        infosOf(restore.live(true));
+    const auto live = infosOf(restore.live(true));
     for (const SavedDocument& document : SavedDocuments::missing(restore.late, live))
         addAbout(restore, document, RestoreReport::failed{"document did not appear before timeout"});
 }

@@ -86,7 +86,8 @@ Task<void> LateWindows::look() {
 Task<void> LateWindows::look(Waiting& waiting) {
     for (;;) {
         waiting.seen = true;
-        const std::vector<LiveWindow> live = liveWindows(desktop_, waiting.expected.application, false, passedOver_);
+        const std::vector<LiveWindow> live =
+            liveWindows(desktop_, waiting.expected.application, false, passedOver_);
         std::erase_if(waiting.arrivals, [&](const auto& arrival) {
             return !contains(std::views::transform(live, &LiveWindow::windowID),
                              std::optional(arrival.first));

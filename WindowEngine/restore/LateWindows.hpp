@@ -78,7 +78,7 @@ class LateWindows {
     OnItem onItem_;
     std::vector<DisplaySnapshot> savedDisplays_;
     DesktopTargets desktops_;
-    PassedOver passedOver_;  // no window of these is a late one
+    PassedOver passedOver_;        // no window of these is a late one
     std::deque<Waiting> waiting_;  // more come while one is looked at
     std::optional<std::uint64_t> stamp_;
     std::optional<TimePoint> ended_;  // the run

@@ -53,9 +53,7 @@ Task<std::size_t> brought(const ApplicationRestore& restore, std::size_t before,
                           bool looksTwice) {
     const TimePoint deadline =
         restore.now() + std::min(windowPatience, toDuration(restore.options.launchTimeout));
-    const auto count = [](const ApplicationRestore& of) {
-        return withoutDialogs(infosOf(of.live(false)));
-    };
+    const auto count = [](const ApplicationRestore& of) { return withoutDialogs(infosOf(of.live(false))); };
     while (count(restore) <= before) {
         if (restore.now() >= deadline) co_return 0;
         co_await changes.next(windowInterval);

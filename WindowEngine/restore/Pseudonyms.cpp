@@ -136,7 +136,7 @@ std::string Pseudonyms::pathPart(std::string_view part) {
 }
 
 Url Pseudonyms::url(const Url& original) {
-    const Url url = original.standardized();
+    Url url = original.standardized();
     if (const auto path = url.filePath()) {
         std::string made;
         for (std::size_t at = 1; at <= path->size() && path->size() > 1;) {

@@ -161,8 +161,7 @@ Task<void> placeOpened(Run& run, ApplicationRestore& restore) {
         if (const auto running = run.desktop.platform.applications.running(application.bundleIdentifier))
             run.desktop.handles.unresponsive.answered(running->pid);
         live = restore.live(true);
-        if (co_await openMissingWindows(restore, infosOf(live)))
-            live = restore.live(true);
+        if (co_await openMissingWindows(restore, infosOf(live))) live = restore.live(true);
     }
     // Launching took its time: a display may have gone since.
     const std::vector<DisplaySnapshot> displays = Displays::current(run.desktop.platform.screens);
@@ -282,7 +281,7 @@ Task<void> restoreWorkspace(Run& run) {
     boundDisplays(run.workspace.snapshot);
     co_await prepareDesktops(run);
     co_await cleanSlate(run.desktop, run.workspace, run.options, run.sink);
-    if (run.options.late) 
+    if (run.options.late)
         run.options.late->setPlaces(run.workspace.snapshot.displays, run.desktops.targets,
                                     run.options.passedOver);
     narrow(run);  // not before: what the limits leave out is still no other application, to be hidden or quit

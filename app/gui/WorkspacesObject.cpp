@@ -51,7 +51,7 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, ListedWorkspace& 
     argument.beginStructure();
     argument >> workspace.id >> workspace.name;
     argument.endStructure();
-    return argument;
+    return argument;  // NOLINT: the form that Qt asks for
 }
 
 WorkspacesObject::WorkspacesObject(QDBusConnection bus) : bus_(std::move(bus)) {

@@ -44,7 +44,7 @@ struct TileSource {
 
 struct TileChoice {
     std::vector<TileSource> tiles;  // back to front; ghosts first
-    std::size_t more = 0;             // besides these, where they are too many
+    std::size_t more = 0;           // besides these, where they are too many
 };
 
 /// The tiles of the windows that are not minimized: of more than twelve, those in front of their applications

@@ -33,6 +33,9 @@ class MacLayer final : public SystemLayer {
     SystemLog& log() override { return log_; }
     std::string logPlace() const override { return "the system's log, under the subsystem app.quillo"; }
     UserDefaults& defaults() override { return defaults_; }
+    std::unique_ptr<RestoreEvents> listenToRestores(Executor&, RestoreEvents::Told) override {
+        return nullptr;
+    }
     std::string digest(std::string_view bytes) const override { return macSha256(bytes); }
 
   private:

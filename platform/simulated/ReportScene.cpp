@@ -295,7 +295,10 @@ class Builder {
 
     void addWindows(SceneApplication& scene, const PlannedApplication& application) {
         if (application.hangs)
-            scene_.faults.push_back({.kind = FaultKind::applicationHangs, .application = scene.identifier, .title = {}, .value = {}});
+            scene_.faults.push_back({.kind = FaultKind::applicationHangs,
+                                     .application = scene.identifier,
+                                     .title = {},
+                                     .value = {}});
         for (std::size_t i = 0; i < application.live.size(); ++i) {
             const auto place = static_cast<std::size_t>(application.live[i].info.index);
             while (scene.windows.size() < place) scene.windows.push_back(unseen());
@@ -370,8 +373,10 @@ Task<ReportScene> reportScene(DesktopAccess& desktop, Workspace workspace, const
         SceneApplication* const scene = builder.application(identifier);
         if (!scene) continue;
         if (shown.failure)
-            builder.scene().faults.push_back(
-                {.kind = FaultKind::automationRefused, .application = scene->identifier, .title = {}, .value = {}});
+            builder.scene().faults.push_back({.kind = FaultKind::automationRefused,
+                                              .application = scene->identifier,
+                                              .title = {},
+                                              .value = {}});
         else
             placeTabs(as, *scene, application, shown);
     }

@@ -27,9 +27,10 @@ TEST_F(HelpTest, TheManPageAndTheCompletionsKnowEveryCommandAndOption) {
     const std::string zsh = home_.read(folder + "_quilloctl"), fish = home_.read(folder + "quilloctl.fish");
     // Commands stand indented by two with a text behind, options begin with a hyphen.
     const Names commands = matches(done({"--help"}), "^  ([a-z]+) +[a-z]");
-    EXPECT_EQ(commands, (Names{"doctor", "windows", "displays", "save", "plan", "diff", "restore", "undo",
-                               "list", "show", "rename", "duplicate", "delete", "layout", "watch", "history",
-                               "launcher", "export", "import", "validate", "report", "help"}));
+    EXPECT_EQ(commands,
+              (Names{"doctor",   "windows", "displays", "save",      "plan",   "diff",   "restore", "undo",
+                     "list",     "show",    "rename",   "duplicate", "delete", "layout", "watch",   "history",
+                     "launcher", "export",  "import",   "validate",  "report", "help"}));
     std::string help = done({"--help"});
     for (const std::string& command : commands) {
         help += done({command, "--help"});
