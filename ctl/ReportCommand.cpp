@@ -57,7 +57,7 @@ Result<Workspace, Failure> workspaceOf(CommandContext& context, const Arguments&
 /// Where the file goes; nothing stands there, unless it may be replaced.
 Result<std::filesystem::path, Failure> target(CommandContext& context, const Arguments& arguments,
                                               const std::string& file) {
-    const std::filesystem::path path = namedFile(file);
+    std::filesystem::path path = namedFile(file);
     std::error_code trouble;
     if (std::filesystem::is_directory(path, trouble))
         return failure("FILE: " + printable(file) + " is a folder", Exit::usage);

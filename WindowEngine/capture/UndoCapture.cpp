@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "WindowEngine/integrations/Adapters.hpp"
+#include "WindowEngine/records/UndoCoding.hpp"
 #include "WindowEngine/support/StableSort.hpp"
 
 namespace quillo::Capture {
@@ -43,7 +44,7 @@ std::vector<UndoWindow> windowsOf(const ApplicationSnapshot& application, const 
             if (!itself && !folded) continue;
             const auto process = processes.find(one.number);
             windows.push_back({.application = application.bundleIdentifier,
-                               .index = window.index,
+                               .index = window.isFullscreen ? one.index : window.index,
                                .number = one.number,
                                .process = process == processes.end() ? 0 : process->second});
         }
@@ -116,6 +117,7 @@ Task<UndoRecord> undoRecord(DesktopAccess& desktop, Options options, Workspace w
     sortStablyByKey(record.windows, place);
     if (mode == CleanSlateMode::hide)
         record.others = windowsOfOthers(desktop, record.before.snapshot, processes);
+    UndoCoding::takeFullscreenApart(record);
     if (!quits) withholdContents(record.before.snapshot, integrations);
     co_return record;
 }

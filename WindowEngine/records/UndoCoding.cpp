@@ -2,7 +2,11 @@
 
 #include <simdjson.h>
 
+#include <algorithm>
+#include <iterator>
+#include <set>
 #include <utility>
+#include <vector>
 
 #include "WindowEngine/records/WorkspaceCoding.hpp"
 #include "WindowEngine/support/RecordReader.hpp"
@@ -39,6 +43,22 @@ template <>
 inline constexpr auto notCoded<UndoRecord> = std::tuple{&UndoRecord::before};
 
 namespace UndoCoding {
+namespace {
+
+/// The full-screen windows that were taken for tabs of this one, which says so no more.
+std::vector<WindowSnapshot> apart(WindowSnapshot& window, std::set<std::int64_t>& folded) {
+    std::vector<WindowSnapshot> windows;
+    std::optional<std::vector<TabSnapshot>> tabs = std::exchange(window.tabs, std::nullopt);
+    for (std::size_t i = 1; i < tabs->size() && !folded.empty(); ++i) {  // the first is the window itself
+        WindowSnapshot& own = windows.emplace_back(window);
+        own.index = folded.extract(folded.begin()).value();
+        own.title = std::move((*tabs)[i].title);
+        own.documentURL = std::move((*tabs)[i].documentURL);
+    }
+    return windows;
+}
+
+}  // namespace
 namespace {
 
 constexpr std::string_view beforeKey = "before", runKey = "run";
@@ -94,7 +114,24 @@ Result<UndoRecord> decode(std::string_view bytes) {
     UndoReader reader;
     const JsonPlace document{.key = "the document"};
     if (!reader.read(run, {&document, runKey}, record)) return std::unexpected(*std::move(reader.failure));
+    takeFullscreenApart(record);
     return record;
+}
+
+void takeFullscreenApart(UndoRecord& record) {
+    for (ApplicationSnapshot& application : record.before.snapshot.applications) {
+        std::set<std::int64_t> folded;
+        for (const UndoWindow& window : record.windows) {
+            if (window.application == application.bundleIdentifier) folded.insert(window.index);
+        }
+        for (const WindowSnapshot& window : application.windows) folded.erase(window.index);
+        std::vector<WindowSnapshot> all;
+        for (WindowSnapshot& window : application.windows) {
+            if (window.isFullscreen && window.tabs && !folded.empty())
+                std::ranges::move(apart(window, folded), std::back_inserter(all));
+        }
+        std::ranges::move(all, std::back_inserter(application.windows));
+    }
 }
 
 }  // namespace UndoCoding
