@@ -21,7 +21,7 @@ struct Awaiting : TestDesktop {
         report = restore(saved, {.late = &late});
         late.runEnded(5min);
     }
-    simulated::Window& open(SceneWindow window) {
+    simulated::Window& open(const SceneWindow& window) {
         return world().openWindow(*world().application("org.a"), window);
     }
     Texts told() const {
