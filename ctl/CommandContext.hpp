@@ -24,7 +24,8 @@ struct CommandContext {
     WorkspaceStore& store;
     SessionHistory& history;
     std::filesystem::path dataDirectory;
-    std::string logPlace;  // where a person finds the log
+    bool simulated = false;  // the desktop is one in memory, whatever the library
+    std::string logPlace;    // where a person finds the log
     /// What the person chose in the application; read when first asked.
     UserDefaults& defaults;
     KnownWorkspaces& known;

@@ -135,7 +135,8 @@ CommandResult reportProblem(CommandContext& context, const Arguments& arguments)
         return couldNot("write the report", written.error());
     if (context.output.json()) {
         JsonLine line;
-        line.add("report", path->string()).add("differences", std::ssize(report.differences));
+        line.add("report", path->string())
+            .add("differences", static_cast<std::int64_t>(report.differences.size()));
         context.output.value(std::move(line));
     } else {
         context.output.done("Wrote " + printable(path->string()) + ", without titles, paths or addresses");

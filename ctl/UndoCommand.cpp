@@ -61,7 +61,9 @@ void offerToClose(Output& output, Applications& applications, const std::vector<
 }  // namespace
 
 UndoFile undoFile(const CommandContext& context) {
-    return {context.files, context.dataDirectory / "undo"};
+    // What was tried on a desktop in memory is no restore of the person's own.
+    const std::filesystem::path undo = context.dataDirectory / "undo";
+    return {context.files, context.simulated ? undo / "simulated" : undo};
 }
 
 CommandResult undoRestore(CommandContext& context, const Arguments& arguments) {

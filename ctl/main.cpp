@@ -75,6 +75,7 @@ CommandResult runCommand(const Invocation& invocation, Output& output) {
                            .store = store,
                            .history = history,
                            .dataDirectory = data,
+                           .simulated = arguments.desktop.starts_with(simulatedPrefix),
                            .logPlace = system->logPlace(),
                            .defaults = system->defaults(),
                            .known = known,

@@ -140,11 +140,13 @@ void PreviewPresenter::reword() {
 QString PreviewPresenter::leftOutText() const {
     if (!preview_) return {};
     const RunSelection selection = preview_->selection();
-    const std::size_t parts =
-        selection.spared.size() + selection.excluded.windows.size() + selection.excluded.contextURLs.size();
-    if (parts == 0) return {};
-    return number(static_cast<std::int64_t>(parts)) + QChar(QChar::Nbsp) + "left" + QChar(QChar::Nbsp) +
-           "alone";
+    const auto size = [](const auto& all) { return static_cast<std::int64_t>(all.size()); };
+    QStringList parts;
+    if (const auto windows = size(selection.excluded.windows)) parts << counted(windows, "window");
+    if (const auto others = size(selection.spared)) parts << counted(others, "other app");
+    if (const auto urls = size(selection.excluded.contextURLs); urls > 0 && parts.isEmpty())
+        parts << counted(urls, "folder or tab");
+    return parts.isEmpty() ? QString() : parts.join(", ") + " left alone";
 }
 
 QStringList PreviewPresenter::cleanSlateLabels() const {

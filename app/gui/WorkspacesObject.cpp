@@ -130,6 +130,10 @@ QString WorkspacesObject::Save(const QString& name) {
 
 QString WorkspacesObject::Restore(const QString& workspace) {
     if (refusesUnattached()) return {};
+    if (workspace.isEmpty()) {
+        sendErrorReply(errorName(ErrorKind::invalidArgument), "The name is empty.");
+        return {};
+    }
     const Result<Automation::Begun> begun = automation_->restore(workspace.toStdString());
     if (!begun) {
         sendErrorReply(errorName(begun.error().kind), errorText(begun.error()));

@@ -19,7 +19,7 @@ Sheet {
         LayoutMirroring.childrenInherit: true
         Accessible.role: Accessible.Dialog
         Accessible.name: "Shortcut and automation"
-        UiText { width: parent.width; role: "heading"; text: "Resume “" + Detail.name + "”"; wrapMode: Text.Wrap }
+        UiText { width: parent.width; role: "heading"; text: "When to resume “" + Detail.name + "”"; wrapMode: Text.Wrap }
         Scroller {
             readonly property real room: (sheet.parent ? sheet.parent.height : 600) - 190 * Theme.scale
             width: parent.width
@@ -42,6 +42,7 @@ Sheet {
                     captionColor: Automation.atLogin && !Settings.openAtLogin ? Theme.warning : Theme.text2
                     Toggle {
                         label: "After login"
+                        enabled: Automation.atLogin || Settings.loginRefusal === ""
                         checked: Automation.atLogin
                         onToggled: Automation.atLogin = !Automation.atLogin
                     }
@@ -51,7 +52,7 @@ Sheet {
                     property string refusal
                     title: "At a time"
                     separator: Automation.days === 0
-                    caption: "While Quillo runs. What was slept through is made up for within an hour."
+                    caption: "While Quillo runs. After sleep, up to an hour late."
                     Segmented {
                         label: clock.title
                         model: Automation.dayChoices

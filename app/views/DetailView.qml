@@ -12,6 +12,8 @@ FocusScope {
     Shortcut { sequences: [StandardKey.Undo]; enabled: Detail.undoWords !== ""; onActivated: Detail.undo() }
     Shortcut { sequences: [StandardKey.Redo]; enabled: Detail.redoWords !== ""; onActivated: Detail.redo() }
 
+    /// Back from there, the keyboard is where it was.
+    function afterPreview() { preview.forceActiveFocus(Qt.OtherFocusReason) }
     /// A window is picked in the map: its line is shown and chosen.
     function pick(key) {
         const row = Detail.reveal(key)
@@ -292,6 +294,7 @@ FocusScope {
         }
         Item { width: 1; height: 8 }
         PushButton {
+            id: preview
             width: parent.width
             large: true
             iconName: "list-checks"

@@ -8,6 +8,15 @@ FocusScope {
     readonly property bool narrow: width < 900
     readonly property real side: Math.round(Math.min(328 * Theme.scale, width * 0.4))
 
+    // A slow second press on what opened the page would resume at once. Nothing that can be pressed moves while
+    // the page finds out what resuming does.
+    property bool armed: false
+    Timer {
+        running: true
+        interval: 2 * Application.styleHints.mouseDoubleClickInterval
+        onTriggered: root.armed = true
+    }
+
     /// A window is picked in the map: its line is shown and chosen.
     function pick(key) {
         const row = Preview.reveal(key)
@@ -157,6 +166,29 @@ FocusScope {
             }
         }
         Item { width: 1; height: 16 }
+        PushButton {
+            width: parent.width
+            large: true
+            kind: "primary"
+            iconName: "rotate-ccw"
+            text: "Resume"
+            focus: true
+            enabled: Preview.canResume && root.armed
+            onClicked: Preview.resume()
+        }
+        Item { width: 1; height: 26 }
+        UiText { width: parent.width; role: "body-strong"; text: "This time"; bottomPadding: 6 }
+        Repeater {
+            model: Preview.cleanSlateLabels
+            RadioRow {
+                required property string modelData
+                required property int index
+                text: modelData
+                checked: Preview.cleanSlate === index
+                onPicked: Preview.setCleanSlate(index)
+            }
+        }
+        Item { width: 1; height: 16 }
         Row {
             width: parent.width
             visible: !Preview.ready
@@ -181,17 +213,6 @@ FocusScope {
                 }
             }
         }
-        Item { width: 1; height: 16 }
-        PushButton {
-            width: parent.width
-            large: true
-            kind: "primary"
-            iconName: "rotate-ccw"
-            text: "Resume"
-            focus: true
-            enabled: Preview.canResume
-            onClicked: Preview.resume()
-        }
     }
     Column {
         id: rest
@@ -199,23 +220,11 @@ FocusScope {
         x: root.narrow ? 24 : 0
         y: root.narrow ? 24 : 0
         width: parent ? parent.width - 2 * x : 0
-        UiText { width: parent.width; role: "body-strong"; text: "This time"; bottomPadding: 6 }
-        Repeater {
-            model: Preview.cleanSlateLabels
-            RadioRow {
-                required property string modelData
-                required property int index
-                text: modelData
-                checked: Preview.cleanSlate === index
-                onPicked: Preview.setCleanSlate(index)
-            }
-        }
         Column {
             id: troubles
             width: parent.width
             visible: Preview.troubles.length > 0
             spacing: 6
-            topPadding: 16
             UiText { width: parent.width; role: "body-strong"; text: "What can't come back" }
             Repeater {
                 model: Preview.troubles

@@ -39,7 +39,7 @@ Item {
     height: line + (last && !app ? 8 : 0)
     Accessible.role: Accessible.TreeItem
     Accessible.name: title
-    Accessible.description: [openable ? open ? "Open" : "Closed" : "", detail, reason].filter((part) => part !== "").join(", ")
+    Accessible.description: [openable ? open ? "Expanded" : "Collapsed" : "", detail, reason].filter((part) => part !== "").join(", ")
     Accessible.checkable: !more
     Accessible.checked: included
     Accessible.onToggleAction: toggled()
@@ -107,7 +107,7 @@ Item {
             width: 34
             height: parent.height
             Accessible.role: Accessible.Button
-            Accessible.name: (root.open ? "Close " : "Open ") + root.title
+            Accessible.name: (root.open ? "Collapse " : "Expand ") + root.title
             Accessible.onPressAction: root.openAsked(!root.open)
             TapHandler {
                 gesturePolicy: TapHandler.WithinBounds

@@ -28,13 +28,21 @@ Rectangle {
     onContentChanged: Presses.pageCame()
     Keys.onEscapePressed: Ui.leave()
 
+    // A question that came while another program had the keyboard has nobody to give it back to: the page has it.
+    readonly property Item keyboard: Window.activeFocusItem
+    readonly property bool lost: Window.active && (keyboard === null || keyboard === Window.contentItem)
+    onLostChanged: if (lost) Qt.callLater(() => { if (lost) page.forceActiveFocus(Qt.PopupFocusReason) })
+
     Loader {
         id: page
         anchors.fill: parent
         focus: true
         source: root.fileOf(Ui.page)
+        property string before
         onLoaded: {
             item.focus = true
+            if (before === "preview" && item.afterPreview) item.afterPreview()
+            before = Ui.page
             Presses.pageCame()
             if (Theme.reducedMotion) return
             arrival.start()

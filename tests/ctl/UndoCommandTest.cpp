@@ -34,7 +34,7 @@ TEST_F(UndoCommandTest, PutsBackWhatARestoreChangedAndNamesWhatStays) {
     const Texts was = windows();
     done({"--desktop", desk, "--keep-scene", "restore", "Work"});
     ASSERT_NE(windows(), was);
-    const std::string record = home_ / ".local/share/Quillo/undo/desktop.json";
+    const std::string record = home_ / ".local/share/Quillo/undo/simulated/desktop.json";
     EXPECT_EQ(std::filesystem::status(record).permissions(), std::filesystem::perms(0600));
     EXPECT_EQ(lines(done({"--json", "list"})).size(), 1U) << "it is no workspace";
     const Texts stays{"  Terminal was launched, and stays open until you quit it",
@@ -55,7 +55,7 @@ TEST_F(UndoCommandTest, OneThatIsDamagedOrFromElsewhereIsRefused) {
     const std::string desk = "simulated:" + file("desk", arranged);
     done({"--desktop", desk, "save", "Work"});
     done({"--desktop", desk, "restore", "Work"});
-    const std::string record = ".local/share/Quillo/undo/desktop.json";
+    const std::string record = ".local/share/Quillo/undo/simulated/desktop.json";
     std::string changed = home_.read(record);
     changed.replace(changed.find("Letter"), 6, "Lettre");
     home_.write(record, changed);
