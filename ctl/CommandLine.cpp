@@ -161,9 +161,13 @@ void addDesktopCommands(CommandSet& commands) {
         commands.add("save", "save what is open as a new workspace, or renew one", saveWorkspace);
     CLI::Option* name =
         save->add_option("NAME", arguments.name, "the new workspace's name; numbered when taken");
-    save->add_option("--update", arguments.update, "renew the workspace W, which keeps its name and look")
-        ->type_name("W")
-        ->excludes(name);
+    CLI::Option* update =
+        save->add_option("--update", arguments.update, "renew the workspace W, which keeps its name and look")
+            ->type_name("W")
+            ->excludes(name);
+    save->add_flag("--force", arguments.force,
+                   "renew it also from a desktop that may not be the one you want back")
+        ->needs(update);
     addAdapters(save, arguments);
     CLI::App* plan = commands.add(
         "plan", "what a restore would do, window by window, and why; changes nothing", planRestore);

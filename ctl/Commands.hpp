@@ -23,8 +23,7 @@ CommandResult printList(Output& output, std::span<const Workspace> workspaces, b
 /// The members of a workspace's line in `list`.
 JsonLine summary(const Workspace& workspace);
 
-/// The desktop as a save records it. What was left out of `before`, whose place it is to take, stays left
-/// out.
+/// The desktop as a save records it.
 struct Captured {
     WorkspaceSnapshot snapshot;
     /// "XClock (xclock): no menu entry starts it, so a restore will not": applications that could not be
@@ -33,8 +32,7 @@ struct Captured {
     /// Why it may not be the desktop that anybody wants back; it is among the warnings too.
     std::optional<CaptureHealth::Flaw> flaw;
 };
-Result<Captured, Failure> captureDesktop(CommandContext& context, const Arguments& arguments,
-                                         const WorkspaceSnapshot* before = nullptr);
+Result<Captured, Failure> captureDesktop(CommandContext& context, const Arguments& arguments);
 /// "3 windows of 2 applications"; remarks of the capture go to standard error.
 std::string reportCaptured(CommandContext& context, const Captured& captured);
 

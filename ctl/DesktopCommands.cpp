@@ -50,20 +50,6 @@ CommandResult saveNew(CommandContext& context, const Arguments& arguments) {
     return reportStored(context, "as", *captured, *saved);
 }
 
-CommandResult renew(CommandContext& context, const Arguments& arguments) {
-    Result<Workspace, Failure> workspace = find(context, *arguments.update);
-    if (!workspace) return std::unexpected(workspace.error());
-    Result<Captured, Failure> captured = captureDesktop(context, arguments, &workspace->snapshot);
-    if (!captured) return std::unexpected(captured.error());
-    // What it does to other applications stays only where that was chosen here.
-    if (!context.known.isCleanSlateChosenHere(*workspace)) workspace->cleanSlate.reset();
-    workspace->snapshot = captured->snapshot;
-    workspace->updatedAt = now();
-    if (const Result<void> saved = context.store.save(*workspace); !saved)
-        return couldNot("save " + quotedName(workspace->name), saved.error());
-    return reportStored(context, "in", *captured, *workspace);
-}
-
 bool canBeLaunched(Applications& applications, const std::string& identifier,
                    const std::optional<Url>& location) {
     return (location && applications.identifierAt(*location) == identifier) ||
@@ -99,6 +85,61 @@ std::optional<CaptureHealth::Flaw> flawOf(CommandContext& context, DesktopAccess
          .displaysChanging = displays != snapshot.displays,
          .windowsBefore = last ? CaptureHealth::windowsBefore(last->snapshot, snapshot.capturedAt) : 0,
          .windows = snapshot.windowCount()});
+}
+
+std::vector<std::string> warningsOf(Applications& applications, const WorkspaceSnapshot& snapshot,
+                                    const std::optional<CaptureHealth::Flaw>& flaw) {
+    std::vector<std::string> warnings = notLaunchable(applications, snapshot);
+    if (flaw) warnings.push_back(CaptureHealth::warning(*flaw));
+    return warnings;
+}
+
+Result<Captured, Failure> capture(CommandContext& context, DesktopConnection& desktop,
+                                  const Capture::Options& options) {
+    DesktopAccess& access = desktop.access();
+    std::optional<WorkspaceSnapshot> snapshot = run(desktop, Capture::snapshot(access, options));
+    if (!snapshot) return failure("cancelled", Exit::cancelled);
+    const auto flaw = flawOf(context, access, *snapshot);
+    std::vector<std::string> warnings = warningsOf(access.platform.applications, *snapshot, flaw);
+    return Captured{*std::move(snapshot), std::move(warnings), flaw};
+}
+
+/// What was left out of what it takes the place of stays left out.
+WorkspaceSnapshot renewed(const WorkspaceSnapshot& before, const WorkspaceSnapshot& captured,
+                          const LeftOut::Policy& policy) {
+    const LeftOut::Exclusions excluded = LeftOut::recognised(before, captured);
+    return LeftOut::carriedOver(
+        before,
+        DisplayLayouts::carriedOver(
+            before, CaptureFilter::apply(captured, excluded.apps, excluded.windows, excluded.contextURLs)),
+        policy);
+}
+
+/// What is stored by then is renewed: it may have been changed while the desktop was read.
+CommandResult renew(CommandContext& context, const Arguments& arguments) {
+    const Result<Workspace, Failure> workspace = find(context, *arguments.update);
+    if (!workspace) return std::unexpected(workspace.error());
+    const Result<std::unique_ptr<DesktopConnection>, Failure> desktop = openTrustedDesktop(context);
+    if (!desktop) return std::unexpected(desktop.error());
+    const Capture::Options options = settingsFor(context, arguments).captureOptions();
+    Result<Captured, Failure> captured = capture(context, **desktop, options);
+    if (!captured) return std::unexpected(captured.error());
+    if (captured->flaw && !arguments.force)
+        return failure(fmt::format("{} stays as it was: {}; --force renews it all the same",
+                                   quotedName(workspace->name), CaptureHealth::words(*captured->flaw)));
+    Applications& applications = (*desktop)->access().platform.applications;
+    const LeftOut::Policy policy{Capture::neverSaved(applications, options), options.excludedDomains};
+    const auto changed = context.store.change(workspace->id, [&](Workspace& stored) -> Result<void> {
+        // What it does to other applications stays only where that was chosen here.
+        if (!context.known.isCleanSlateChosenHere(stored)) stored.cleanSlate.reset();
+        stored.snapshot = renewed(stored.snapshot, captured->snapshot, policy);
+        stored.updatedAt = now();
+        return {};
+    });
+    if (!changed) return couldNot("save " + quotedName(workspace->name), changed.error());
+    captured->snapshot = changed->after.snapshot;
+    captured->warnings = warningsOf(applications, captured->snapshot, captured->flaw);
+    return reportStored(context, "in", *captured, changed->after);
 }
 
 /// One line of the doctor's report.
@@ -207,27 +248,10 @@ void examineSettings(Examination& examination, const CommandContext& context, co
 
 }  // namespace
 
-Result<Captured, Failure> captureDesktop(CommandContext& context, const Arguments& arguments,
-                                         const WorkspaceSnapshot* before) {
-    Result<std::unique_ptr<DesktopConnection>, Failure> desktop = openTrustedDesktop(context);
+Result<Captured, Failure> captureDesktop(CommandContext& context, const Arguments& arguments) {
+    const Result<std::unique_ptr<DesktopConnection>, Failure> desktop = openTrustedDesktop(context);
     if (!desktop) return std::unexpected(desktop.error());
-    DesktopAccess& access = (*desktop)->access();
-    const Capture::Options options = settingsFor(context, arguments).captureOptions();
-    std::optional<WorkspaceSnapshot> snapshot = run(**desktop, Capture::snapshot(access, options));
-    if (!snapshot) return failure("cancelled", Exit::cancelled);
-    const auto flaw = flawOf(context, access, *snapshot);
-    if (before) {
-        const LeftOut::Exclusions excluded = LeftOut::recognised(*before, *snapshot);
-        snapshot = LeftOut::carriedOver(
-            *before,
-            DisplayLayouts::carriedOver(
-                *before, CaptureFilter::apply(*std::move(snapshot), excluded.apps, excluded.windows,
-                                              excluded.contextURLs)),
-            {Capture::neverSaved(access.platform.applications, options), options.excludedDomains});
-    }
-    std::vector<std::string> warnings = notLaunchable(access.platform.applications, *snapshot);
-    if (flaw) warnings.push_back(CaptureHealth::warning(*flaw));
-    return Captured{*std::move(snapshot), std::move(warnings), flaw};
+    return capture(context, **desktop, settingsFor(context, arguments).captureOptions());
 }
 
 std::string reportCaptured(CommandContext& context, const Captured& captured) {

@@ -76,6 +76,11 @@ CommandResult undoRestore(CommandContext& context, const Arguments& arguments) {
     if (!desktop) return std::unexpected(desktop.error());
     DesktopAccess& access = (*desktop)->access();
     Applications& applications = access.platform.applications;
+    if (!Restore::isOfThisSession(applications,
+                                  record)) {  // most of it has ended, and nobody expects it back
+        if (!arguments.planOnly) (void)forgetUndo(file, context.known);
+        return failure("nothing is left to be put back: the last restore was in an earlier session");
+    }
     const Restore::UndoPlan plan = Restore::planUndo(access, record);
     if (arguments.planOnly) return printPlan(context.output, record, plan);
     if (!context.output.json() && !context.output.quiet()) {

@@ -12,12 +12,17 @@ namespace {
 
 constexpr std::size_t mostTitleBytes = 512;  // as many as the matching looks at
 constexpr std::size_t mostTitlesCompared = 2000;
-constexpr std::size_t longestEnding = 10;  // of a file's name
 
 constexpr std::array<std::string_view, 7> knownSchemes{"http", "https",  "file",  "about",
                                                        "ftp",  "mailto", "chrome"};
 constexpr std::array<std::string_view, 5> emptyPages{"about:blank", "about:newtab", "about:home",
                                                      "chrome://newtab/", "chrome://newtab"};
+
+/// Well-known kinds of documents; any other ending may be a part of a name: "anna.mueller", "offer.ACME".
+constexpr std::array<std::string_view, 40> knownEndings{
+    "avi", "bmp",  "c",   "conf", "cpp",  "css", "csv",  "doc", "docx", "epub", "gif", "h",   "hpp", "html",
+    "ini", "jpeg", "jpg", "js",   "json", "md",  "mkv",  "mp3", "mp4",  "odp",  "ods", "odt", "pdf", "png",
+    "ppt", "pptx", "py",  "rtf",  "svg",  "tex", "tiff", "txt", "xls",  "xlsx", "xml", "zip"};
 
 std::string normalised(std::string_view title) {
     return WindowMatcher::normalize(text::beginning(title, mostTitleBytes));
@@ -52,13 +57,10 @@ std::set<std::size_t> wordEnds(std::string_view text) {
 /// An ending that says what kind of file it is: ".txt".
 std::string_view endingOf(std::string_view name) {
     const std::size_t dot = name.rfind('.');
-    if (dot == name.npos || dot == 0 || name.size() - dot - 1 > longestEnding || dot + 1 == name.size())
-        return {};
-    const std::string_view ending = name.substr(dot);
-    const bool plain = std::ranges::all_of(ending.substr(1), [](unsigned char one) {
-        return (one >= 'a' && one <= 'z') || (one >= 'A' && one <= 'Z') || (one >= '0' && one <= '9');
-    });
-    return plain ? ending : std::string_view();
+    if (dot == name.npos || dot == 0) return {};
+    const bool known =
+        std::ranges::find(knownEndings, text::lowercase(name.substr(dot + 1))) != knownEndings.end();
+    return known ? name.substr(dot) : std::string_view();
 }
 
 }  // namespace
@@ -130,21 +132,20 @@ std::string Pseudonyms::title(std::string_view title) {
     return learnt == titles_.end() ? word(text) : learnt->second;
 }
 
-std::string Pseudonyms::pathPart(std::string_view part) {
-    const std::string_view ending = endingOf(part);
-    return word(part.substr(0, part.size() - ending.size())) + std::string(ending);
-}
-
 Url Pseudonyms::url(const Url& original) {
     Url url = original.standardized();
     if (const auto path = url.filePath()) {
+        const bool folder = original.string().ends_with('/');
         std::string made;
         for (std::size_t at = 1; at <= path->size() && path->size() > 1;) {
             const std::size_t end = std::min(path->find('/', at), path->size());
-            made += "/" + pathPart(std::string_view(*path).substr(at, end - at));
+            const std::string_view part = std::string_view(*path).substr(at, end - at);
+            const std::string_view ending =
+                end == path->size() && !folder ? endingOf(part) : std::string_view();
+            made += "/" + word(part.substr(0, part.size() - ending.size())).append(ending);
             at = end + 1;
         }
-        return Url::file(made.empty() ? "/" : made, original.string().ends_with('/'));
+        return Url::file(made.empty() ? "/" : made, folder);
     }
     if (std::ranges::find(emptyPages, url.string()) != emptyPages.end()) return url;
     const std::string scheme = url.scheme(), host = url.host().value_or("");

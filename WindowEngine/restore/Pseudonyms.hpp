@@ -30,8 +30,8 @@ class Pseudonyms {
     /// stay. A title that was not learnt becomes one word.
     std::string title(std::string_view title);
 
-    /// A file's path, folder by folder, with the ending of its name; of any other address the host, and what
-    /// follows. Schemes that everybody knows, and a browser's empty pages, stay.
+    /// A file's path, folder by folder, with the ending of a well-known kind of document; of any other
+    /// address the host, and what follows. Schemes that everybody knows, and a browser's empty pages, stay.
     Url url(const Url& url);
 
   private:
@@ -40,7 +40,6 @@ class Pseudonyms {
         std::set<std::size_t> cuts;  // between bytes, both ends among them
     };
     void cutAlike(std::vector<Learnt>& all);
-    std::string pathPart(std::string_view part);
 
     std::mt19937_64 random_;
     std::map<std::string, std::string, std::less<>> words_;

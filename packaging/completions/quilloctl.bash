@@ -114,7 +114,7 @@ _quilloctl() {
     esac
 
     case $command in
-        save) options="--update --adapter $options" ;;
+        save) options="--update --force --adapter $options" ;;
         list) options="--long $options" ;;
         watch) options="--count $options" ;;
         history) options="--long --adapter $options" ;;

@@ -55,6 +55,13 @@ bool everybodyKnows(const std::string& identifier) {
     });
 }
 
+/// "Default", "Profile 2": as a browser names the folders itself.
+bool isUsualProfile(std::string_view folder) {
+    constexpr std::string_view numbered = "Profile ";
+    return folder == "Default" || (folder.starts_with(numbered) &&
+                                   folder.find_first_not_of("0123456789", numbered.size()) == folder.npos);
+}
+
 class Disguise {
   public:
     Disguise(Pseudonyms& names, Applications& applications) : names_(names), applications_(applications) {}
@@ -85,6 +92,9 @@ class Disguise {
     }
     Url url(const Url& url) { return names_.url(url); }
     std::string word(const std::string& text) { return names_.word(text); }
+    std::optional<std::string> word(const std::optional<std::string>& text) {
+        return text ? std::optional(names_.word(*text)) : std::nullopt;
+    }
 
   private:
     Pseudonyms& names_;
@@ -97,11 +107,35 @@ void disguise(Disguise& as, DesktopSnapshot& desktop) {
     desktop.uuid = as.desktop(desktop.uuid);
 }
 
+/// Of a snapshot, or of a layout.
+void disguiseDisplays(Disguise& as, auto& arranged) {
+    for (DisplaySnapshot& display : arranged.displays) {
+        display.id = as.display(display.id);
+        display.model = as.word(display.model);  // may hold a serial number
+        display.connector = as.word(display.connector);
+    }
+    if (!arranged.desktops) return;
+    for (DesktopSnapshot& desktop : *arranged.desktops) disguise(as, desktop);
+}
+
+/// Of a window, or of its place in a layout.
+void disguisePlace(Disguise& as, auto& window) {
+    if (window.displayID) window.displayID = as.display(*window.displayID);
+    if (window.desktop) disguise(as, *window.desktop);
+}
+
+void disguise(Disguise& as, DisplayLayout& layout) {
+    disguiseDisplays(as, layout);
+    for (PlacedWindow& window : layout.windows) {
+        window.application = as.identifier(window.application);
+        disguisePlace(as, window);
+    }
+}
+
 void disguise(Disguise& as, WindowSnapshot& window) {
     window.title = as.title(window.title);
     window.documentURL = as.url(window.documentURL);
-    if (window.displayID) window.displayID = as.display(*window.displayID);
-    if (window.desktop) disguise(as, *window.desktop);
+    disguisePlace(as, window);
     if (!window.tabs) return;
     for (TabSnapshot& tab : *window.tabs) {
         tab.title = as.title(tab.title);
@@ -113,8 +147,7 @@ void disguise(Disguise& as, AppContext& context) {
     if (!Adapters::named(context.adapter)) context.adapter = as.word(context.adapter);
     for (ContextWindow& window : context.windows) {
         for (Url& url : window.urls) url = as.url(url);
-        if (window.profile && *window.profile != "Default" && !window.profile->starts_with("Profile "))
-            window.profile = as.word(*window.profile);
+        if (window.profile && !isUsualProfile(*window.profile)) window.profile = as.word(*window.profile);
     }
 }
 
@@ -129,9 +162,9 @@ void disguise(Disguise& as, Workspace& workspace) {
     snapshot.capturedAt = {};
     snapshot.notes.reset();
     snapshot.leftOut.reset();
-    for (DisplaySnapshot& display : snapshot.displays) display.id = as.display(display.id);
-    if (snapshot.desktops)
-        for (DesktopSnapshot& desktop : *snapshot.desktops) disguise(as, desktop);
+    disguiseDisplays(as, snapshot);
+    if (snapshot.layouts)
+        for (DisplayLayout& layout : *snapshot.layouts) disguise(as, layout);
     for (ApplicationSnapshot& application : snapshot.applications) {
         application.name = as.name(application.bundleIdentifier, application.name);
         application.bundleIdentifier = as.identifier(application.bundleIdentifier);
@@ -210,7 +243,9 @@ class Builder {
                                        .visibleFrame = display.visibleFrame,
                                        .scale = display.scale,
                                        .desktops = std::max<std::int64_t>(count, 1),
-                                       .shownDesktop = shownOn(display.id)});
+                                       .shownDesktop = shownOn(display.id),
+                                       .model = as_.word(display.model),
+                                       .connector = as_.word(display.connector)});
         }
         // As the simulated window server calls them.
         for (std::size_t i = 0; i < desktops_.size(); ++i)

@@ -12,10 +12,10 @@ struct ReportScene {
     Scene scene;
 };
 
-/// Titles, paths, addresses, and the names of the workspace, of displays and desktops, and of applications
-/// that not everybody knows, are replaced; remarks, times and what was left out are dropped. Of applications
-/// that the workspace does not hold the scene has no windows. `preview` is of `workspace` with these options,
-/// and was made a moment ago; the integrations are asked once more.
+/// Titles, paths, addresses, and the names of the workspace, of displays (with their models and connectors)
+/// and desktops, and of applications that not everybody knows, are replaced; remarks, times and what was left
+/// out are dropped. Of applications that the workspace does not hold the scene has no windows. `preview` is
+/// of `workspace` with these options, and was made a moment ago; the integrations are asked once more.
 Task<ReportScene> reportScene(DesktopAccess& desktop, Workspace workspace, const RestorePreview& preview,
                               Restore::Options options, Pseudonyms& names);
 

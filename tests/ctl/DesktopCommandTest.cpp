@@ -115,6 +115,8 @@ TEST_F(DesktopCommandTest, TheHistoryKeepsChangedSessionsBesideTheLibrary) {
     expectSteps(
         {{on("locked", {"history", "save"}), 3, "as it was: the screen is locked; quilloctl save NAME"},
          {on("locked", {"save", "Aside"}), 0, "desktop that you want back: the screen is locked.\n"},
+         {on("locked", {"save", "--update", "Aside"}), 1, "Aside stays as it was: the screen is locked; --"},
+         {on("locked", {"save", "--update", "Aside", "--force"}), 0, "in Aside"},
          {{"delete", "Aside"}, 0, "Deleted"}});
     EXPECT_EQ(listed(), names);
 

@@ -5,7 +5,7 @@ namespace quillo::ctl {
 namespace {
 
 constexpr const char* before = R"({
-  "displays": [{"id": "EIZO of Ada", "frame": [0, 0, 1600, 1000], "desktops": 2}],
+  "displays": [{"id": "EIZO of Ada", "model": "Lid 4711", "frame": [0, 0, 1600, 1000], "desktops": 2}],
   "applications": [
     {"identifier": "com.acme.secret-editor", "name": "Acme Editor", "windows": [
       {"title": "Offer to Bob - Acme", "document": "file:///home/ada/offer.odt", "frame": [100, 100, 600, 400]},
@@ -14,7 +14,7 @@ constexpr const char* before = R"({
     {"identifier": "com.google.Chrome", "name": "Chrome", "windows": [
       {"title": "My bank", "tabs": ["https://bank.example/ada"], "frame": [0, 0, 600, 400]}]}]})";
 constexpr const char* after = R"({
-  "displays": [{"id": "EIZO of Ada", "frame": [0, 0, 1600, 1000]}],
+  "displays": [{"id": "EIZO of Ada", "model": "Lid 4712", "connector": "HDMI-9", "frame": [0, 0, 1600, 1000]}],
   "applications": [
     {"identifier": "com.acme.secret-editor", "name": "Acme Editor", "windows": [
       {"title": "Offer to Bob - Acme 2", "frame": [0, 0, 500, 400]},
@@ -28,6 +28,10 @@ class ReportTest : public QuilloctlTest {
         done({"--desktop", "simulated:" + file("before", before), "save", "Salary round", "--adapter",
               "chromium"});
         file("after", after);
+        std::string aside = before;  // a layout for the displays of `after`
+        aside.replace(aside.find("4711"), 4, "4712");
+        aside.replace(aside.find("[100, 100"), 9, "[190, 140");
+        done({"--desktop", "simulated:" + file("aside", aside), "layout", "save", "Salary round"});
     }
     Texts with(const std::string& desktop, Texts arguments) {
         const Texts options{"--desktop", "simulated:" + (home_ / desktop).string()};
@@ -45,7 +49,7 @@ TEST_F(ReportTest, ReplaysWithoutANameOfTheOriginal) {
     const std::string report = home_.read("out.json");
     EXPECT_EQ(home_.mode("out.json"), 0600U);
     for (const char* original : {"Salary", "EIZO", "Ada", "Acme", "acme", "secret", "Offer", "offer", "Bob",
-                                 "Wages", "wages", "bank", "iary", "Monday", "/home"})
+                                 "Wages", "wages", "bank", "iary", "Monday", "/home", "Lid ", "HDMI"})
         EXPECT_EQ(report.find(original), std::string::npos) << original;
 
     const std::string planned = done(with("after", planning)),

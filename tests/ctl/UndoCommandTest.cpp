@@ -20,6 +20,9 @@ constexpr const char* disturbed = R"({
     {"identifier": "org.term", "name": "Terminal", "running": false, "windows": [
       {"title": "shell", "frame": [0, 0, 100, 100]}]}]})";
 
+constexpr const char* emptied =
+    R"({"displays": [{"id": "left", "frame": [0, 0, 1600, 1000]}], "applications": []})";
+
 using UndoCommandTest = QuilloctlTest;
 
 TEST_F(UndoCommandTest, PutsBackWhatARestoreChangedAndNamesWhatStays) {
@@ -56,12 +59,17 @@ TEST_F(UndoCommandTest, OneThatIsDamagedOrFromElsewhereIsRefused) {
     done({"--desktop", desk, "save", "Work"});
     done({"--desktop", desk, "restore", "Work"});
     const std::string record = ".local/share/Quillo/undo/simulated/desktop.json";
-    std::string changed = home_.read(record);
+    const std::string whole = home_.read(record), later = "simulated:" + file("later", emptied);
+    std::string changed = whole;
     changed.replace(changed.find("Letter"), 6, "Lettre");
     home_.write(record, changed);
     expectSteps({{{"--desktop", desk, "undo"}, 1, "not written on this computer, or changed since"}});
     home_.write(record, "{}");
     expectSteps({{{"--desktop", desk, "undo"}, 1, "desktop.json: this is no record"}});
+    home_.write(record, whole);
+    expectSteps({{{"--desktop", later, "undo", "--plan"}, 1, "the last restore was in an earlier session"},
+                 {{"--desktop", later, "undo"}, 1, "the last restore was in an earlier session"},
+                 {{"--desktop", desk, "undo"}, 1, "there is no restore to undo"}});
 }
 
 }  // namespace

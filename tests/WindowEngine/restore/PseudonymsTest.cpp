@@ -48,6 +48,8 @@ TEST(Pseudonyms, AddressesKeepWhatTellsWhatTheyAre) {
     EXPECT_TRUE(letter.ends_with(".txt"));
     EXPECT_EQ(made("file:///home//ada/./secret.letter.txt"), letter);
     EXPECT_TRUE(made("file:///home/ada/").ends_with("/"));
+    for (const char* name : {"file:///home/ada.b/offer.txt/to.BMW", "file:///offer.txt/"})
+        EXPECT_EQ(made(name).find('.'), std::string::npos) << name;
     const std::string page = made("https://bank.example/account?id=7");
     EXPECT_EQ(page, made("https://bank.example/account?id=7"));
     EXPECT_EQ(page.substr(0, page.find('/', 8)), made("https://bank.example/").substr(0, page.find('/', 8)));
