@@ -21,7 +21,7 @@ AppModel::AppModel(const AppServices& services, QObject* parent)
       undoFile_(services.files, services.data / "undo"),
       known_(services.defaults, services.digest,
              [this](const Uuid& id) {
-                 return id == UndoRecord::beforeID || services_.files.exists(store_.url(id)) ||
+                 return UndoRecord::isIdentifier(id) || services_.files.exists(store_.url(id)) ||
                         services_.files.exists(history_.store().url(id));
              }),
       rescue_(services.defaults),

@@ -63,7 +63,8 @@ void offerToClose(Output& output, Applications& applications, const std::vector<
 UndoFile undoFile(const CommandContext& context) {
     // What was tried on a desktop in memory is no restore of the person's own.
     const std::filesystem::path undo = context.dataDirectory / "undo";
-    return {context.files, context.simulated ? undo / "simulated" : undo};
+    if (context.simulated) return {context.files, undo / "simulated", UndoRecord::simulatedID};
+    return {context.files, undo};
 }
 
 CommandResult undoRestore(CommandContext& context, const Arguments& arguments) {

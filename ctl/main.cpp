@@ -67,7 +67,7 @@ CommandResult runCommand(const Invocation& invocation, Output& output) {
     KnownWorkspaces known(
         system->defaults(), [&](std::string_view bytes) { return system->digest(bytes); },
         [&](const Uuid& id) {
-            return id == UndoRecord::beforeID || files.exists(store.url(id)) ||
+            return UndoRecord::isIdentifier(id) || files.exists(store.url(id)) ||
                    files.exists(history.store().url(id));
         });
     CommandContext context{.output = output,

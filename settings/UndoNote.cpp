@@ -2,7 +2,8 @@
 
 namespace quillo {
 
-Result<void> keepUndo(const UndoFile& file, KnownWorkspaces& known, const UndoRecord& record) {
+Result<void> keepUndo(const UndoFile& file, KnownWorkspaces& known, UndoRecord record) {
+    record.before.id = file.id();
     Result<void> kept = file.save(record);
     // Said twice of each restore, of the same desktop.
     if (kept && !known.isSavedHere(record.before)) kept = known.savedHere(record.before);
@@ -19,7 +20,7 @@ Result<std::optional<UndoRecord>> findUndo(const UndoFile& file, const KnownWork
 }
 
 Result<void> forgetUndo(const UndoFile& file, KnownWorkspaces& known) {
-    (void)known.forget(UndoRecord::beforeID);
+    (void)known.forget(file.id());
     return file.remove();
 }
 

@@ -10,7 +10,7 @@ namespace quillo {
 
 /// In the place of the one before. Where it cannot be kept none is: one of an earlier restore would be taken
 /// for this one's.
-Result<void> keepUndo(const UndoFile& file, KnownWorkspaces& known, const UndoRecord& record);
+Result<void> keepUndo(const UndoFile& file, KnownWorkspaces& known, UndoRecord record);
 /// Absent where there is none; an error where it cannot be read, or was not written here.
 Result<std::optional<UndoRecord>> findUndo(const UndoFile& file, const KnownWorkspaces& known);
 Result<void> forgetUndo(const UndoFile& file, KnownWorkspaces& known);

@@ -12,11 +12,12 @@ namespace quillo {
 /// Stateless. Several programs may share it: whoever restored last wrote it.
 class UndoFile {
   public:
-    /// `directory` is undo/ in the data folder.
-    UndoFile(FileSystem& files, std::filesystem::path directory)
-        : files_(&files), directory_(std::move(directory)) {}
+    /// `directory` is undo/ in the data folder; `id` is what the desktop before is known by.
+    UndoFile(FileSystem& files, std::filesystem::path directory, const Uuid& id = UndoRecord::beforeID)
+        : files_(&files), directory_(std::move(directory)), id_(id) {}
 
     const std::filesystem::path& directory() const { return directory_; }
+    const Uuid& id() const { return id_; }
     /// Only its owner can read it, as a workspace; on failure what was there before stays.
     Result<void> save(const UndoRecord& record) const;
     /// Absent where there is none; an error where there is one that cannot be read.
@@ -29,6 +30,7 @@ class UndoFile {
 
     FileSystem* files_;
     std::filesystem::path directory_;
+    Uuid id_;
 };
 
 }  // namespace quillo

@@ -42,6 +42,10 @@ struct UndoRecord {
     /// 8E2D5B16-3C0F-4A9B-9D77-51E6C4A20B38, of what was before any restore.
     static constexpr Uuid beforeID = Uuid::fromBytes({0x8E, 0x2D, 0x5B, 0x16, 0x3C, 0x0F, 0x4A, 0x9B,  //
                                                       0x9D, 0x77, 0x51, 0xE6, 0xC4, 0xA2, 0x0B, 0x38});
+    /// 3B7F0A52-96D1-4E6C-8C25-0D9A47F1E863, of the same on a desktop in memory.
+    static constexpr Uuid simulatedID = Uuid::fromBytes({0x3B, 0x7F, 0x0A, 0x52, 0x96, 0xD1, 0x4E, 0x6C,  //
+                                                         0x8C, 0x25, 0x0D, 0x9A, 0x47, 0xF1, 0xE8, 0x63});
+    static bool isIdentifier(const Uuid& id) { return id == beforeID || id == simulatedID; }
 
     /// The desktop before, in the looks of the workspace that was restored; its clean-slate choice is what
     /// that restore did to other applications, its time of creation when it began.
