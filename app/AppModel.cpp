@@ -30,6 +30,7 @@ AppModel::AppModel(const AppServices& services, QObject* parent)
       hotKeys_(services.hotKeys, services.desktop.platform.executor, services.desktop.platform.log),
       displayFollower_(executor(), services.desktop.platform.screens,
                        [this](const std::vector<DisplaySnapshot>& displays) {
+                           answerTwin(std::nullopt);  // it was asked of others
                            Q_EMIT displaysCame(displays);
                            offerLayout(displays);
                        }),
@@ -63,12 +64,11 @@ void AppModel::observeSystem() {
 }
 
 bool AppModel::busy() const {
-    return capturing() || refreshingCurrentSnapshot() || draft_ || asked_ || twinsAsked_ ||
-           restoreRunning() || snapshotting();
+    return occupied() || refreshingCurrentSnapshot() || asked_ || twinsAsked_ || snapshotting();
 }
 
 bool AppModel::canRelaunchForUpdate() const {
-    return !snapshotting() && !capturing() && !restoreRunning() && !draft_;
+    return !snapshotting() && !occupied();
 }
 
 void AppModel::setSettings(AppSettings settings) {

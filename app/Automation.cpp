@@ -42,9 +42,8 @@ Result<Automation::Begun> Automation::restore(std::string_view which) {
     const auto runs = [&] {
         return model_.restoreRunning() && model_.restoreRun()->workspace().id == found->id;
     };
-    const bool asksOther = model_.question() && model_.question()->workspace != found->id;
-    if (model_.draft() || model_.capturing() || asksOther || (model_.restoreRunning() && !runs()))
-        return fail(ErrorKind::refused, "Quillo is at work for the person.");
+    if (model_.asksAbout(found->id)) return Begun::waiting;
+    if (model_.atWork() && !runs()) return fail(ErrorKind::refused, "Quillo is at work for the person.");
     model_.restore(*found, found->cleanSlate, Asker::program);
     return runs() ? Begun::started : Begun::waiting;
 }

@@ -6,7 +6,6 @@
 
 #include "WindowEngine/restore/DisplayTwins.hpp"
 #include "WindowEngine/support/Poll.hpp"
-#include "WindowEngine/support/Text.hpp"
 #include "app/Schedule.hpp"
 
 namespace quillo {
@@ -76,20 +75,9 @@ Task<> UnattendedRestores::awaitDue() {
         settled_ = due.at;
         next_ = nextAfter(settled_);
         const bool superseded = next_ && next_->at <= executor.wallNow();
-        if (!superseded && executor.wallNow() - due.at <= longestDelay) restore(due.workspace);
+        if (!superseded && executor.wallNow() - due.at <= longestDelay)
+            model_.restoreFromLibrary(due.workspace, Asker::itself);
     }
-}
-
-/// Nobody is interrupted, and nothing is passed over in silence.
-void UnattendedRestores::restore(const Uuid& workspace) {
-    const auto& all = model_.workspaces();
-    const auto found = std::ranges::find(all, workspace, &Workspace::id);
-    if (found == all.end()) return;
-    if (model_.draft() || model_.capturing() || model_.restoreRunning()) {
-        return model_.show("“" + text::clipped(found->name, 60) + "” was due, but Quillo was busy.",
-                           ToastKind::refusal);
-    }
-    model_.restoreFromLibrary(workspace);
 }
 
 void UnattendedRestores::loggedIn() {
@@ -106,7 +94,7 @@ Task<> UnattendedRestores::awaitDesktop(Uuid workspace) {
     };
     co_await pollUntil(isThere, loginInterval, loginPatience);
     co_await sleepFor(loginRest);
-    restore(workspace);  // where windows cannot be placed, that is said there
+    model_.restoreFromLibrary(workspace, Asker::itself);  // where windows cannot be placed, that is said there
 }
 
 void UnattendedRestores::displaysCame(const std::vector<DisplaySnapshot>& displays) {
@@ -116,7 +104,7 @@ void UnattendedRestores::displaysCame(const std::vector<DisplaySnapshot>& displa
                             DisplayTwins::sameSet(workspace.snapshot.displays, displays);
         if (theirs && (!latest || lastUsed(*latest) < lastUsed(workspace))) latest = &workspace;
     }
-    if (latest) restore(Uuid(latest->id));
+    if (latest) model_.restoreFromLibrary(Uuid(latest->id), Asker::itself);
 }
 
 }  // namespace quillo

@@ -79,6 +79,9 @@ TEST_F(AutomationTest, WhatThePersonIsDoingIsNotDisturbed) {
     EXPECT_EQ(model.windowsOpened, came);
     model->dismissDraft();
     model.run(std::chrono::seconds(1));
+    model->openPreview(model.named("Desk"), {});
+    EXPECT_EQ(automation.restore("Desk").error().kind, ErrorKind::refused);
+    model->closePreview();
     EXPECT_EQ(automation.restore("Nothing").error().kind, ErrorKind::notFound);
     EXPECT_EQ(save(" ").error().kind, ErrorKind::invalidArgument);
     model.disk.createFailure = Error{ErrorKind::noSpace, "the disk is full"};

@@ -128,6 +128,13 @@ TEST_F(Docking, ThePersonIsAskedOnceWhichOfTwoTwinsIsWhich) {
     EXPECT_TRUE(model.surfaces.numbered.empty());
     EXPECT_FALSE(model->restoreRunning() || model->busy()) << "nothing is brought back";
 
+    model->restore(model.named("Work"), {});
+    model->beginCapture();
+    EXPECT_FALSE(model->twinQuestion()) << "something else is begun";
+    EXPECT_TRUE(model.surfaces.numbered.empty());
+    model.review();
+    model->dismissDraft();
+
     for (const bool asked : {true, false}) {
         model->restore(model.named("Work"), {});
         EXPECT_EQ(model->twinQuestion().has_value(), asked) << "the answer is remembered";
