@@ -147,8 +147,8 @@ void AppModel::show(std::string message, ToastKind kind) {
     show(Toast{std::move(message), kind, {}});
 }
 
-void AppModel::showUndoable(std::string message, const Uuid& id) {
-    show(Toast{std::move(message), ToastKind::done, id});
+void AppModel::showEdited(std::string message, const Uuid& id, bool changed) {
+    show(Toast{std::move(message), ToastKind::done, changed ? std::optional(id) : std::nullopt});
 }
 
 void AppModel::show(Toast toast) {

@@ -424,13 +424,14 @@ class AppModel final : public QObject {
     void restored(RestoreRun& run, const RestoreReport::Item& item);
     void restoreEnded(RestoreRun& run, RestoreReport report);
     void keepUndo(const UndoRecord& record);
+    Restore::KeepRecord undoKeeper();
     void forgetUndo();
     void reloadUndo();
     /// What is stored counts, not what was last read: another process may have changed it.
     Result<WorkspaceStore::Changed> changeStored(Uuid id,
                                                  const std::function<Result<void>(Workspace&)>& change);
-    /// A change to be undone, called by `words`.
-    Result<void> edit(Uuid id, const std::string& words,
+    /// A change to be undone, called by `words`. Whether anything is otherwise now; else nothing is to be undone.
+    Result<bool> edit(Uuid id, const std::string& words,
                       const std::function<Result<void>(Workspace&)>& change);
     void setLook(const Workspace& workspace, const std::string& words,
                  const std::function<void(Workspace&)>& change);
@@ -441,7 +442,8 @@ class AppModel final : public QObject {
         std::optional<Uuid> undoes;
     };
     void show(Toast toast);
-    void showUndoable(std::string message, const Uuid& id);
+    /// With the offer to undo it, where anything was changed.
+    void showEdited(std::string message, const Uuid& id, bool changed);
     void forget(const Uuid& id);
     Result<void> writeExport(const Workspace& workspace, const std::filesystem::path& file);
     /// The name it has here, or what to tell the person.
@@ -491,6 +493,7 @@ class AppModel final : public QObject {
     bool reportReopened_ = false;                           // restoreRun_ is one of these, shown once more
     std::optional<UndoRecord> undo_;
     bool undoStored_ = false;  // in its file; else undo_ is all there is
+    int deletions_ = 0;        // of all data: no restore that was under way keeps its record
     std::vector<UndoLaunch> launchedBefore_;
     std::shared_ptr<Restore::LateWindows> late_;  // of the latest restore
     std::weak_ptr<RestoreRun> lateRun_;

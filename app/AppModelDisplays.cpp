@@ -75,23 +75,23 @@ Task<> AppModel::keepLayoutTask(Uuid id) {
         show("The layout is not kept: " + CaptureHealth::words(*flaw), ToastKind::refusal);
         co_return;
     }
-    const Result<void> kept = edit(id, "Keep Layout", [&now](Workspace& stored) -> Result<void> {
+    const Result<bool> kept = edit(id, "Keep Layout", [&now](Workspace& stored) -> Result<void> {
         WorkspaceSnapshot arranged = DisplayLayouts::arranged(stored.snapshot, now);
         if (!DisplayLayouts::has(arranged, now.displays))
             return fail(ErrorKind::notFound, "none of its windows is open");
         stored.snapshot = std::move(arranged);
         return {};
     });
-    if (told("Couldn't keep the layout", kept)) showUndoable("Kept the layout for these displays", id);
+    if (told("Couldn't keep the layout", kept)) showEdited("Kept the layout for these displays", id, *kept);
 }
 
 void AppModel::removeLayout(const Workspace& workspace, const DisplayLayout& layout) {
     const Uuid id = workspace.id;
-    const Result<void> removed = edit(id, "Remove Layout", [&layout](Workspace& stored) -> Result<void> {
+    const Result<bool> removed = edit(id, "Remove Layout", [&layout](Workspace& stored) -> Result<void> {
         DisplayLayouts::remove(stored.snapshot, layout);
         return {};
     });
-    if (told("Couldn't remove the layout", removed)) showUndoable("Removed the layout", id);
+    if (told("Couldn't remove the layout", removed)) showEdited("Removed the layout", id, *removed);
 }
 
 void AppModel::setArrangesByItself(const Uuid& workspace, bool itself) {

@@ -205,8 +205,10 @@ RestoreRun::Start AppModel::startOf(const WorkspaceSnapshot& snapshot) const {
 /// The run owns this task.
 Task<> AppModel::runRestore(RestoreRun* run, Workspace workspace, Restore::Options options) {
     const Restore::OnItem onItem = [this, run](const RestoreReport::Item& item) { restored(*run, item); };
+    const Restore::KeepRecord keep = undoKeeper();
     RestoreReport report;
     std::shared_ptr<Restore::LateWindows> late;
+    co_await lateTask_.ended();  // it was stopped, and may be in the midst of placing a window
     if (services_.desktop.platform.accessibility.trusted()) {
         UndoRecord before =
             co_await Capture::undoRecord(services_.desktop, settings_.captureOptions(), workspace,
@@ -215,8 +217,7 @@ Task<> AppModel::runRestore(RestoreRun* run, Workspace workspace, Restore::Optio
         if (!options.arrangesOnly) late = beginWaiting();
         options.late = late.get();
         report = co_await Restore::runUndoably(services_.desktop, std::move(workspace), options, onItem,
-                                               std::move(before),
-                                               [this](const UndoRecord& record) { keepUndo(record); });
+                                               std::move(before), keep);
     } else {  // it says so
         report = co_await Restore::run(services_.desktop, std::move(workspace), options, onItem);
     }

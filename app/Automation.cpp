@@ -64,10 +64,10 @@ void Automation::followLibrary() {
         if (change.kind != LibraryChange::Kind::restored) Q_EMIT libraryChanged(change);
 }
 
-/// A report of former days that is looked at is no run.
+/// A report of former days that is looked at is no run; and what puts a restore back is no restore.
 void Automation::followRestore() {
     const RestoreRun* const run = model_.restoreRun();
-    if (!run || run->report() || run == followed_) return;
+    if (!run || run->kind() == RestoreRun::Kind::undo || run->report() || run == followed_) return;
     followed_ = run;
     connect(run, &RestoreRun::itemAdded, this, [this, run] { tellProgress(*run); });
     connect(run, &RestoreRun::finished, this, [this, run] {

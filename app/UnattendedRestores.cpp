@@ -15,6 +15,8 @@ using namespace std::chrono_literals;
 
 /// What was slept through is made up for no longer than this: nobody wants the morning's windows at noon.
 constexpr Duration longestDelay = 1h;
+/// The clock may be set, and another zone hold, while no timer tells of it.
+constexpr Duration longestSleep = 10min;
 /// After login the window manager, panels and other programs come first.
 constexpr Duration loginPatience = 60s, loginInterval = 500ms, loginRest = 2s;
 
@@ -44,11 +46,18 @@ UnattendedRestores::UnattendedRestores(AppModel& model, const SystemServices& se
 }
 
 void UnattendedRestores::follow() {
-    next_ = nextAfter(settled_);
+    reckon();
     if (next_)
         timer_.start(services_.desktop.platform.executor, awaitDue());
     else
         timer_.cancel();
+}
+
+/// A clock that was set back by little brings nothing once more; one that was far ahead had settled nothing.
+void UnattendedRestores::reckon() {
+    const Instant now = services_.desktop.platform.executor.wallNow();
+    if (settled_ > now + longestDelay) settled_ = now;
+    next_ = nextAfter(settled_);
 }
 
 /// Of several at the same time the one that was saved last.
@@ -68,8 +77,9 @@ Task<> UnattendedRestores::awaitDue() {
     while (next_) {
         const Duration left = next_->at - executor.wallNow();
         if (left > Duration::zero()) {
-            co_await sleepFor(left);
-            continue;  // the clock may have been set meanwhile
+            co_await sleepFor(std::min(left, longestSleep));
+            reckon();
+            continue;
         }
         const Due due = *next_;
         settled_ = due.at;

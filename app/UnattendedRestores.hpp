@@ -36,6 +36,7 @@ class UnattendedRestores final : public QObject {
     };
 
     void follow();
+    void reckon();
     std::optional<Due> nextAfter(Instant after) const;
     /// The one that was saved with exactly these comes back; of several, the one that was used last.
     void displaysCame(const std::vector<DisplaySnapshot>& displays);

@@ -66,6 +66,8 @@ TEST_F(AutomationTest, SavesPlansAndRestoresAndTellsOfIt) {
     EXPECT_EQ(std::exchange(heard, {}),
               (Lines{"Desk started, 2", "1 of 2", "2 of 2", "Desk ended, restored 2"}));
     model->showReport(*saved);  // of former days
+    model->putBack();
+    model.finishRestore();
     model->deleteWorkspace(model.named("Desk 2"));
     EXPECT_EQ(heard, Lines{"Desk 2 2"});
 }

@@ -98,6 +98,8 @@ TEST_F(Docking, ALayoutIsKeptAndForgottenAndBothCanBeUndone) {
     EXPECT_EQ(layout.windows.front().frame.x, 300);
     model->removeLayout(model.named("Work"), layout);
     EXPECT_FALSE(model.named("Work").snapshot.layouts);
+    model->removeLayout(model.named("Work"), layout);  // by a second click
+    EXPECT_FALSE(model->toastUndoes());
     model->undo(id);
     EXPECT_TRUE(model.named("Work").snapshot.layouts);
     model->undo(id);
