@@ -57,9 +57,9 @@ enum class ToastKind : std::uint8_t {
     failure,  // stays until it is dismissed, or the same is done after all
 };
 
-/// Who wants a workspace back: the person at one of our own controls, a link that was opened, a program on the
-/// session bus, or what the person has set to happen by itself. Of a link and a program nobody knows whether
-/// the person means it.
+/// Who wants a workspace back: the person at one of our own controls, a link that was opened, a program on
+/// the session bus, or what the person has set to happen by itself. Of a link and a program nobody knows
+/// whether the person means it.
 enum class Asker : std::uint8_t { person, link, program, itself };
 
 /// What a person is asked before a workspace is brought back.
@@ -177,8 +177,8 @@ class AppModel final : public QObject {
     /// Of a selection only what it leaves is brought back, this time.
     ///
     /// Where a link or a program asks for one, the person is asked each time, unless they have allowed that
-    /// for the workspace. Whoever else than the person at our controls asks gives way to what they are at, and
-    /// it is said; where that is a program or the hour, nothing comes forward for it.
+    /// for the workspace. Whoever else than the person at our controls asks gives way to what they are at,
+    /// and it is said; where that is a program or the hour, nothing comes forward for it.
     void restore(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate,
                  Asker asker = Asker::person, const RunSelection& selection = {});
     /// A link of the form quillo:restore?name=... was opened. What is wrong with it is said.
@@ -430,7 +430,8 @@ class AppModel final : public QObject {
     /// What is stored counts, not what was last read: another process may have changed it.
     Result<WorkspaceStore::Changed> changeStored(Uuid id,
                                                  const std::function<Result<void>(Workspace&)>& change);
-    /// A change to be undone, called by `words`. Whether anything is otherwise now; else nothing is to be undone.
+    /// A change to be undone, called by `words`. Whether anything is otherwise now; else nothing is to be
+    /// undone.
     Result<bool> edit(Uuid id, const std::string& words,
                       const std::function<Result<void>(Workspace&)>& change);
     void setLook(const Workspace& workspace, const std::string& words,
@@ -500,7 +501,7 @@ class AppModel final : public QObject {
     std::shared_ptr<ResumePreview> preview_;
     std::optional<Asked> asked_;  // what question_ is about, or will be
     std::optional<ResumeQuestion> question_;
-    std::optional<TwinsAsked> twinsAsked_;  // never beside asked_
+    std::optional<TwinsAsked> twinsAsked_;      // never beside asked_
     std::optional<TwinQuestion> twinQuestion_;  // about twinsAsked_
     bool capturing_ = false;
     struct Failure {

@@ -65,7 +65,8 @@ void AppModel::openAddress(std::string_view address) {
 /// In the place of the automatic snapshots: what the person asks for meanwhile waits for it.
 void AppModel::saveUnreviewed(const std::string& name, Answer<Uuid> answer) {
     if (!accessibilityGranted_) return answer(fail(ErrorKind::unavailable, accessibilityAccess().reason()));
-    if (snapshotting() || atWork()) return answer(fail(ErrorKind::refused, "Quillo is at work for the person."));
+    if (snapshotting() || atWork())
+        return answer(fail(ErrorKind::refused, "Quillo is at work for the person."));
     const auto waiting = std::make_shared<Answer<Uuid>>(std::move(answer));
     autoSnapshotTask_.start(executor(), captureUnreviewed(name, waiting), [this, waiting] {
         give<Uuid>(*waiting, fail(ErrorKind::refused, "The settings changed meanwhile. Try again."));

@@ -104,7 +104,8 @@ Task<> UnattendedRestores::awaitDesktop(Uuid workspace) {
     };
     co_await pollUntil(isThere, loginInterval, loginPatience);
     co_await sleepFor(loginRest);
-    model_.restoreFromLibrary(workspace, Asker::itself);  // where windows cannot be placed, that is said there
+    model_.restoreFromLibrary(workspace,
+                              Asker::itself);  // where windows cannot be placed, that is said there
 }
 
 void UnattendedRestores::displaysCame(const std::vector<DisplaySnapshot>& displays) {
