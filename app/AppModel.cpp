@@ -30,6 +30,7 @@ AppModel::AppModel(const AppServices& services, QObject* parent)
       hotKeys_(services.hotKeys, services.desktop.platform.executor, services.desktop.platform.log),
       displayFollower_(executor(), services.desktop.platform.screens,
                        [this](const std::vector<DisplaySnapshot>& displays) {
+                           answerTwin(std::nullopt);  // it was asked of others
                            Q_EMIT displaysCame(displays);
                            offerLayout(displays);
                        }),
@@ -63,12 +64,11 @@ void AppModel::observeSystem() {
 }
 
 bool AppModel::busy() const {
-    return capturing() || refreshingCurrentSnapshot() || draft_ || asked_ || twinsAsked_ ||
-           restoreRunning() || snapshotting();
+    return occupied() || refreshingCurrentSnapshot() || asked_ || twinsAsked_ || snapshotting();
 }
 
 bool AppModel::canRelaunchForUpdate() const {
-    return !snapshotting() && !capturing() && !restoreRunning() && !draft_;
+    return !snapshotting() && !occupied();
 }
 
 void AppModel::setSettings(AppSettings settings) {
@@ -147,8 +147,8 @@ void AppModel::show(std::string message, ToastKind kind) {
     show(Toast{std::move(message), kind, {}});
 }
 
-void AppModel::showUndoable(std::string message, const Uuid& id) {
-    show(Toast{std::move(message), ToastKind::done, id});
+void AppModel::showEdited(std::string message, const Uuid& id, bool changed) {
+    show(Toast{std::move(message), ToastKind::done, changed ? std::optional(id) : std::nullopt});
 }
 
 void AppModel::show(Toast toast) {

@@ -57,9 +57,10 @@ enum class ToastKind : std::uint8_t {
     failure,  // stays until it is dismissed, or the same is done after all
 };
 
-/// Who wants a workspace back: the person at one of our own controls, a link that was opened, or a program
-/// on the session bus. Of the others nobody knows whether the person means it.
-enum class Asker : std::uint8_t { person, link, program };
+/// Who wants a workspace back: the person at one of our own controls, a link that was opened, a program on
+/// the session bus, or what the person has set to happen by itself. Of a link and a program nobody knows
+/// whether the person means it.
+enum class Asker : std::uint8_t { person, link, program, itself };
 
 /// What a person is asked before a workspace is brought back.
 struct ResumeQuestion {
@@ -138,6 +139,11 @@ class AppModel final : public QObject {
     bool snapshotting() const { return autoSnapshotTask_.active(); }
     /// Whether a capture, a review, a question or a restore is under way, automatic ones included.
     bool busy() const;
+    /// Whether the person has something open, or waits for something, that only they themself may end:
+    /// whatever else wants to begin gives way to it.
+    bool atWork() const { return occupied() || asked_ || twinsAsked_ || preview_; }
+    /// The person is asked about this one, or will be.
+    bool asksAbout(const Uuid& workspace) const;
     /// Whether the program may be replaced by its update now; otherwise relaunchRefusal says why not.
     bool canRelaunchForUpdate() const;
     static constexpr const char* relaunchRefusal = "Finish your capture or restore before relaunching.";
@@ -170,8 +176,9 @@ class AppModel final : public QObject {
     /// long as nothing else is begun.
     /// Of a selection only what it leaves is brought back, this time.
     ///
-    /// Where others ask for one, the person is asked each time, unless they have allowed that for the
-    /// workspace; and no question that stands is replaced by theirs.
+    /// Where a link or a program asks for one, the person is asked each time, unless they have allowed that
+    /// for the workspace. Whoever else than the person at our controls asks gives way to what they are at,
+    /// and it is said; where that is a program or the hour, nothing comes forward for it.
     void restore(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate,
                  Asker asker = Asker::person, const RunSelection& selection = {});
     /// A link of the form quillo:restore?name=... was opened. What is wrong with it is said.
@@ -187,12 +194,13 @@ class AppModel final : public QObject {
     void plan(const Workspace& workspace, Answer<PlanTotals> answer);
 
     /// As the workspace itself says; nothing where the library no longer has it.
-    void restoreFromLibrary(const Uuid& workspace);
+    void restoreFromLibrary(const Uuid& workspace, Asker asker = Asker::person);
     /// The newest of sessions(), as restore() does; nothing where there is none.
     void restoreLastSession();
     /// Moves what is open of a workspace to where it has it on the displays that are attached; nothing is
-    /// launched or opened. Only of one that needs no question, and nothing while something else goes on.
-    void arrange(const Uuid& workspace);
+    /// launched or opened. Only of one that needs no question, and nothing while the person is at work. By
+    /// itself it does not ask which of identical displays is which: windows on those stay where they are.
+    void arrange(const Uuid& workspace, Asker asker = Asker::person);
     /// Keeps how its windows stand now, for the displays that are attached; what it holds stays as it is.
     void keepLayout(const Workspace& workspace);
     void removeLayout(const Workspace& workspace, const DisplayLayout& layout);
@@ -372,6 +380,8 @@ class AppModel final : public QObject {
     /// Whether a review, a capture or a restore is in the way of another; then the person is shown it and
     /// told.
     bool refusesAnother();
+    bool occupied() const { return draft_ || capturing() || keepingLayout_.active() || restoreRunning(); }
+    void giveWay(const Workspace& workspace, Asker asker);
     void refuseWithoutAccess();
     bool mustAskFor(const Workspace& workspace, Asker asker) const;
     void ask(Asked asked);
@@ -380,14 +390,18 @@ class AppModel final : public QObject {
     void followPreviewed();
     Task<> planPreview();
     bool forgetQuestion();
+    void tellQuestion();
     void dropQuestion();
+    /// For a run, or what is shown of it before.
+    Restore::Options optionsFor(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate,
+                                bool agreed) const;
     void begin(const Asked& asked, bool agreedNow);
     /// At once, or once it is known which display is which. `part`: no more is brought back of what the
     /// library has.
-    void start(Workspace workspace, Restore::Options options, bool part);
+    void start(Workspace workspace, Restore::Options options, bool part, bool mayAsk = true);
     void start(std::shared_ptr<RestoreRun> run, Task<> task);
     Task<> startTold(TwinsAsked told);
-    bool asksAboutTwins(const Workspace& workspace, Restore::Options& options, bool part);
+    bool asksAboutTwins(const Workspace& workspace, const Restore::Options& options, bool part);
     Task<> closePanelLater(Duration delay);
     Task<> exportTask(Workspace workspace);
     Task<> exportAllTask(std::vector<Workspace> workspaces);
@@ -399,6 +413,7 @@ class AppModel final : public QObject {
     /// Offers, or takes, the arrangement that the latest workspace has on these.
     void offerLayout(const std::vector<DisplaySnapshot>& displays);
     const Workspace* findInLibrary(const Uuid& id) const;  // null where it is not
+    void leaveUnclear(WorkspaceSnapshot& snapshot, Restore::Options& options) const;
     Task<> keepLayoutTask(Uuid id);
     /// What keeps a capture that is made now from showing the desktop as the person has it, or one that was
     /// begun when `displays` were attached.
@@ -409,13 +424,15 @@ class AppModel final : public QObject {
     void restored(RestoreRun& run, const RestoreReport::Item& item);
     void restoreEnded(RestoreRun& run, RestoreReport report);
     void keepUndo(const UndoRecord& record);
+    Restore::KeepRecord undoKeeper();
     void forgetUndo();
     void reloadUndo();
     /// What is stored counts, not what was last read: another process may have changed it.
     Result<WorkspaceStore::Changed> changeStored(Uuid id,
                                                  const std::function<Result<void>(Workspace&)>& change);
-    /// A change to be undone, called by `words`.
-    Result<void> edit(Uuid id, const std::string& words,
+    /// A change to be undone, called by `words`. Whether anything is otherwise now; else nothing is to be
+    /// undone.
+    Result<bool> edit(Uuid id, const std::string& words,
                       const std::function<Result<void>(Workspace&)>& change);
     void setLook(const Workspace& workspace, const std::string& words,
                  const std::function<void(Workspace&)>& change);
@@ -426,7 +443,8 @@ class AppModel final : public QObject {
         std::optional<Uuid> undoes;
     };
     void show(Toast toast);
-    void showUndoable(std::string message, const Uuid& id);
+    /// With the offer to undo it, where anything was changed.
+    void showEdited(std::string message, const Uuid& id, bool changed);
     void forget(const Uuid& id);
     Result<void> writeExport(const Workspace& workspace, const std::filesystem::path& file);
     /// The name it has here, or what to tell the person.
@@ -476,13 +494,14 @@ class AppModel final : public QObject {
     bool reportReopened_ = false;                           // restoreRun_ is one of these, shown once more
     std::optional<UndoRecord> undo_;
     bool undoStored_ = false;  // in its file; else undo_ is all there is
+    int deletions_ = 0;        // of all data: no restore that was under way keeps its record
     std::vector<UndoLaunch> launchedBefore_;
     std::shared_ptr<Restore::LateWindows> late_;  // of the latest restore
     std::weak_ptr<RestoreRun> lateRun_;
     std::shared_ptr<ResumePreview> preview_;
     std::optional<Asked> asked_;  // what question_ is about, or will be
     std::optional<ResumeQuestion> question_;
-    std::optional<TwinsAsked> twinsAsked_;
+    std::optional<TwinsAsked> twinsAsked_;      // never beside asked_
     std::optional<TwinQuestion> twinQuestion_;  // about twinsAsked_
     bool capturing_ = false;
     struct Failure {

@@ -1,5 +1,4 @@
 // What brings workspaces back besides the window: the shortcuts of single ones, links, other programs.
-#include <algorithm>
 #include <utility>
 
 #include "app/AppModel.hpp"
@@ -49,9 +48,9 @@ void AppModel::pressed(const HotKeyTarget& target) {
         toggleSwitcher();
 }
 
-void AppModel::restoreFromLibrary(const Uuid& workspace) {
-    const auto found = std::ranges::find(workspaces_, workspace, &Workspace::id);
-    if (found != workspaces_.end()) restore(Workspace(*found), found->cleanSlate);
+void AppModel::restoreFromLibrary(const Uuid& workspace, Asker asker) {
+    if (const Workspace* const found = findInLibrary(workspace))
+        restore(Workspace(*found), found->cleanSlate, asker);
 }
 
 void AppModel::openAddress(std::string_view address) {
@@ -66,7 +65,8 @@ void AppModel::openAddress(std::string_view address) {
 /// In the place of the automatic snapshots: what the person asks for meanwhile waits for it.
 void AppModel::saveUnreviewed(const std::string& name, Answer<Uuid> answer) {
     if (!accessibilityGranted_) return answer(fail(ErrorKind::unavailable, accessibilityAccess().reason()));
-    if (!canRelaunchForUpdate()) return answer(fail(ErrorKind::refused, "Quillo is at work for the person."));
+    if (snapshotting() || atWork())
+        return answer(fail(ErrorKind::refused, "Quillo is at work for the person."));
     const auto waiting = std::make_shared<Answer<Uuid>>(std::move(answer));
     autoSnapshotTask_.start(executor(), captureUnreviewed(name, waiting), [this, waiting] {
         give<Uuid>(*waiting, fail(ErrorKind::refused, "The settings changed meanwhile. Try again."));
@@ -99,10 +99,8 @@ void AppModel::plan(const Workspace& workspace, Answer<PlanTotals> answer) {
 }
 
 Task<> AppModel::planTask(Workspace workspace, SharedAnswer<PlanTotals> answer) {
-    Restore::Options options{.cleanSlate = workspace.cleanSlate,
-                             .enabledAdapters = settings_.enabledAdapters};
-    known_.permit(workspace, true, options);
-    const RestorePreview preview = co_await Restore::preview(services_.desktop, workspace.snapshot, options);
+    const RestorePreview preview = co_await Restore::preview(
+        services_.desktop, workspace.snapshot, optionsFor(workspace, workspace.cleanSlate, true));
     co_await checkpoint();
     give<PlanTotals>(*answer, Restore::totalsOf(preview));
 }

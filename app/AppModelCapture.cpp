@@ -34,7 +34,7 @@ void AppModel::beginCapture(std::optional<Workspace> updating, bool testRestoreA
     const bool wasAsked = forgetQuestion();
     captureTask_.start(executor(), captureForReview(std::move(updating), testRestoreAfterSave),
                        [this] { captureEnded(nullptr); });
-    if (wasAsked) Q_EMIT questionChanged();
+    if (wasAsked) tellQuestion();
     Q_EMIT capturingChanged();
     Q_EMIT busyChanged();
 }
@@ -64,6 +64,8 @@ bool AppModel::refusesAnother() {
         why = "Save or cancel this review first.";
     } else if (capturing()) {
         why = "Your windows are being read for a review. Save or cancel that first.";
+    } else if (keepingLayout_.active()) {
+        why = "Your windows are being read for a layout. Try again in a moment.";
     } else if (restoreRunning() && restoreRun_->kind() == RestoreRun::Kind::undo) {
         why = "Everything is being put back. Wait for it, or stop it.";
     } else if (restoreRunning()) {

@@ -2,10 +2,12 @@
 #include <algorithm>
 #include <utility>
 
+#include "WindowEngine/capture/CaptureFilter.hpp"
 #include "WindowEngine/desktop/Displays.hpp"
 #include "WindowEngine/restore/DisplayLayouts.hpp"
 #include "app/AppModel.hpp"
 #include "settings/DisplayAnswers.hpp"
+#include "settings/RunSelection.hpp"
 
 namespace quillo {
 
@@ -19,33 +21,51 @@ void AppModel::offerLayout(const std::vector<DisplaySnapshot>& displays) {
     const Workspace* workspace = latestWorkspace_ ? findInLibrary(*latestWorkspace_) : nullptr;
     if (!workspace || !DisplayLayouts::has(workspace->snapshot, displays)) return;
     if (known_.reasonToAsk(*workspace)) return;  // somebody has changed it since
-    if (arrangesByItself(workspace->id)) return arrange(workspace->id);
+    if (arrangesByItself(workspace->id)) return arrange(workspace->id, Asker::itself);
     if (!settings_.offersLayouts) return;
     services_.shell.offer("Other displays are attached",
                           "“" + workspace->name + "” was arranged on them before.", "Arrange Windows",
                           [this, id = workspace->id] { arrange(id); });
 }
 
-void AppModel::arrange(const Uuid& id) {
-    if (snapshotting()) return afterSnapshot_.push_back([this, id] { arrange(id); });
+void AppModel::arrange(const Uuid& id, Asker asker) {
+    if (snapshotting()) return afterSnapshot_.push_back([this, id, asker] { arrange(id, asker); });
     const Workspace* workspace = findInLibrary(id);
-    if (!workspace || !accessibilityGranted_ || capturing() || draft_ || restoreRunning() ||
-        known_.reasonToAsk(*workspace))
-        return;
+    if (!workspace || !accessibilityGranted_ || restoreRunning() || known_.reasonToAsk(*workspace)) return;
+    if (atWork()) return giveWay(*workspace, asker);
     Workspace open = *workspace;
     DisplayLayouts::keepRunning(open.snapshot, [this](const std::string& identifier) {
         return services_.desktop.platform.applications.running(identifier).has_value();
     });
+    Restore::Options options = optionsFor(*workspace, CleanSlateMode::keep, false);
+    options.enabledAdapters.clear();
+    options.arrangesOnly = true;
+    const bool mayAsk = asker != Asker::itself;
+    if (!mayAsk) leaveUnclear(open.snapshot, options);
     if (open.snapshot.applications.empty()) return;
-    Restore::Options options{.cleanSlate = CleanSlateMode::keep, .arrangesOnly = true};
-    known_.permit(*workspace, false, options);
-    start(std::move(open), std::move(options), true);
+    start(std::move(open), std::move(options), true, mayAsk);
+}
+
+/// Takes out what stands on a display of which nothing tells which of those attached it is.
+void AppModel::leaveUnclear(WorkspaceSnapshot& snapshot, Restore::Options& options) const {
+    const auto present = Displays::current(services_.desktop.platform.screens);
+    snapshot = DisplayLayouts::arrangedFor(std::move(snapshot), present);
+    const auto unclear = DisplayTwins::match(snapshot.displays, present, options.displays).unclear;
+    RunSelection left;
+    for (const ApplicationSnapshot& application : snapshot.applications) {
+        for (const WindowSnapshot& window : application.windows)
+            if (window.displayID && std::ranges::find(unclear, *window.displayID) != unclear.end())
+                left.excluded.windows.insert(
+                    CaptureFilter::windowKey(application.bundleIdentifier, window.index));
+    }
+    left.apply(snapshot, options);
 }
 
 void AppModel::keepLayout(const Workspace& workspace) {
     if (!accessibilityGranted_) return refuseWithoutAccess();
     if (refusesAnother()) return;
-    keepingLayout_.start(executor(), keepLayoutTask(workspace.id));
+    keepingLayout_.start(executor(), keepLayoutTask(workspace.id), [this] { Q_EMIT busyChanged(); });
+    Q_EMIT busyChanged();
 }
 
 Task<> AppModel::keepLayoutTask(Uuid id) {
@@ -55,23 +75,23 @@ Task<> AppModel::keepLayoutTask(Uuid id) {
         show("The layout is not kept: " + CaptureHealth::words(*flaw), ToastKind::refusal);
         co_return;
     }
-    const Result<void> kept = edit(id, "Keep Layout", [&now](Workspace& stored) -> Result<void> {
+    const Result<bool> kept = edit(id, "Keep Layout", [&now](Workspace& stored) -> Result<void> {
         WorkspaceSnapshot arranged = DisplayLayouts::arranged(stored.snapshot, now);
         if (!DisplayLayouts::has(arranged, now.displays))
             return fail(ErrorKind::notFound, "none of its windows is open");
         stored.snapshot = std::move(arranged);
         return {};
     });
-    if (told("Couldn't keep the layout", kept)) showUndoable("Kept the layout for these displays", id);
+    if (told("Couldn't keep the layout", kept)) showEdited("Kept the layout for these displays", id, *kept);
 }
 
 void AppModel::removeLayout(const Workspace& workspace, const DisplayLayout& layout) {
     const Uuid id = workspace.id;
-    const Result<void> removed = edit(id, "Remove Layout", [&layout](Workspace& stored) -> Result<void> {
+    const Result<bool> removed = edit(id, "Remove Layout", [&layout](Workspace& stored) -> Result<void> {
         DisplayLayouts::remove(stored.snapshot, layout);
         return {};
     });
-    if (told("Couldn't remove the layout", removed)) showUndoable("Removed the layout", id);
+    if (told("Couldn't remove the layout", removed)) showEdited("Removed the layout", id, *removed);
 }
 
 void AppModel::setArrangesByItself(const Uuid& workspace, bool itself) {
@@ -84,10 +104,9 @@ void AppModel::setArrangesByItself(const Uuid& workspace, bool itself) {
     setSettings(std::move(settings));
 }
 
-bool AppModel::asksAboutTwins(const Workspace& workspace, Restore::Options& options, bool part) {
+bool AppModel::asksAboutTwins(const Workspace& workspace, const Restore::Options& options, bool part) {
     const auto present = Displays::current(services_.desktop.platform.screens);
     const auto saved = DisplayLayouts::displaysFor(workspace.snapshot, present);
-    options.displays.merge(DisplayAnswers(services_.defaults).find(saved, present));
     const DisplayTwins::Matching matching = DisplayTwins::match(saved, present, options.displays);
     if (matching.unclear.empty()) return false;
     TwinQuestion question{
@@ -102,12 +121,11 @@ bool AppModel::asksAboutTwins(const Workspace& workspace, Restore::Options& opti
     std::vector<Rect> frames;
     for (const std::string& id : matching.choices)
         frames.push_back(std::ranges::find(present, id, &DisplaySnapshot::id)->frame);
+    forgetQuestion();
     twinsAsked_ = TwinsAsked{workspace, options, part, {saved.begin(), saved.end()}, present, matching};
     twinQuestion_ = std::move(question);
-    forgetQuestion();
     services_.surfaces.numberScreens(frames);
-    Q_EMIT questionChanged();
-    Q_EMIT twinQuestionChanged();
+    tellQuestion();
     Q_EMIT busyChanged();
     openMain();
     return true;
@@ -115,12 +133,9 @@ bool AppModel::asksAboutTwins(const Workspace& workspace, Restore::Options& opti
 
 void AppModel::answerTwin(std::optional<std::size_t> screen) {
     if (!twinsAsked_) return;
-    TwinsAsked asked = *std::exchange(twinsAsked_, std::nullopt);
-    twinQuestion_.reset();
-    services_.surfaces.numberScreens({});
-    Q_EMIT twinQuestionChanged();
-    Q_EMIT busyChanged();
-    const bool other = capturing() || snapshotting() || draft_ || restoreRunning();
+    TwinsAsked asked = *std::move(twinsAsked_);
+    dropQuestion();
+    const bool other = occupied() || snapshotting();
     if (!screen || *screen >= asked.matching.choices.size() || other) return;
     DisplayTwins::Pairs& pairs = asked.options.displays;
     pairs[asked.matching.unclear.front()] = asked.matching.choices[*screen];
@@ -131,7 +146,7 @@ void AppModel::answerTwin(std::optional<std::size_t> screen) {
 
 /// In a turn of its own, so that the next question comes once this one has gone.
 Task<> AppModel::startTold(TwinsAsked told) {
-    const bool other = twinsAsked_ || capturing() || snapshotting() || draft_ || restoreRunning();
+    const bool other = asked_ || twinsAsked_ || occupied() || snapshotting();
     if (!other) start(told.workspace, told.options, told.part);
     co_return;
 }

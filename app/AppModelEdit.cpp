@@ -20,7 +20,7 @@ Result<WorkspaceStore::Changed> AppModel::changeStored(
     return changed;
 }
 
-Result<void> AppModel::edit(Uuid id, const std::string& words,
+Result<bool> AppModel::edit(Uuid id, const std::string& words,
                             const std::function<Result<void>(Workspace&)>& change) {
     const auto changed = changeStored(id, [&](Workspace& stored) -> Result<void> {
         const Workspace before = stored;
@@ -32,16 +32,16 @@ Result<void> AppModel::edit(Uuid id, const std::string& words,
         reload();  // what is shown may be older than what is there
         return std::unexpected(changed.error());
     }
-    if (changed->before == changed->after) return {};
+    if (changed->before == changed->after) return false;
     edits_.add(id, words, changed->before, changed->after);
     Q_EMIT editsChanged();
-    return {};
+    return true;
 }
 
 void AppModel::rename(const Workspace& workspace, const std::string& to) {
     const std::string trimmed = text::trim(to), name = workspace.name;
     if (trimmed.empty() || trimmed == name) return;
-    const Result<void> renamed = edit(workspace.id, "Rename", [&](Workspace& stored) -> Result<void> {
+    const Result<bool> renamed = edit(workspace.id, "Rename", [&](Workspace& stored) -> Result<void> {
         stored.name = store_.freeName(trimmed, workspaces_);
         return {};
     });
@@ -59,7 +59,7 @@ void AppModel::setColor(const Workspace& workspace, const std::string& color) {
 void AppModel::setLook(const Workspace& workspace, const std::string& words,
                        const std::function<void(Workspace&)>& change) {
     const std::string name = workspace.name;
-    const Result<void> done = edit(workspace.id, words, [&](Workspace& stored) -> Result<void> {
+    const Result<bool> done = edit(workspace.id, words, [&](Workspace& stored) -> Result<void> {
         change(stored);
         return {};
     });
@@ -71,7 +71,7 @@ void AppModel::setLeftOut(const Workspace& shown, const LeftOut::Exclusions& exc
     const Uuid id = shown.id;
     const std::string name = shown.name;
     const WorkspaceSnapshot seen = shown.snapshot;
-    const Result<void> done =
+    const Result<bool> done =
         edit(id, (brought ? "Bring Back " : "Leave Out ") + what, [&](Workspace& stored) -> Result<void> {
             if (stored.snapshot != seen)
                 return fail(ErrorKind::refused, "it was changed by something else meanwhile");
@@ -79,7 +79,7 @@ void AppModel::setLeftOut(const Workspace& shown, const LeftOut::Exclusions& exc
             return {};
         });
     if (told("Couldn't change " + name, done))
-        showUndoable((brought ? "Brought back " : "Left out ") + what, id);
+        showEdited((brought ? "Brought back " : "Left out ") + what, id, *done);
 }
 
 std::vector<InstalledApplication> AppModel::addableApplications() const {
@@ -123,11 +123,11 @@ Task<> AppModel::addTask(Uuid id, InstalledApplication chosen) {
                                             &ApplicationSnapshot::bundleIdentifier);
         if (seen != current.applications.end()) application = *seen;
     }
-    const Result<void> done = edit(id, "Add " + chosen.name, [&](Workspace& stored) {
+    const Result<bool> done = edit(id, "Add " + chosen.name, [&](Workspace& stored) {
         return WorkspaceContents::add(stored.snapshot,
                                       WorkspaceContents::fitting(application, stored.snapshot, current));
     });
-    if (told("Couldn't add " + chosen.name, done)) showUndoable("Added " + chosen.name, id);
+    if (told("Couldn't add " + chosen.name, done)) showEdited("Added " + chosen.name, id, *done);
 }
 
 Result<void> AppModel::addAddress(const Workspace& workspace, const std::string& browser,
@@ -135,11 +135,12 @@ Result<void> AppModel::addAddress(const Workspace& workspace, const std::string&
     const Result<Url> address = WorkspaceContents::webAddress(typed, settings_.excludedDomains);
     if (!address) return std::unexpected(address.error());
     const Uuid id = workspace.id;
-    const Result<void> done = edit(id, "Add Address", [&](Workspace& stored) {
+    const Result<bool> done = edit(id, "Add Address", [&](Workspace& stored) {
         return WorkspaceContents::addAddress(stored.snapshot, browser, *address);
     });
-    if (done) showUndoable("Added the address", id);
-    return done;
+    if (!done) return std::unexpected(done.error());
+    showEdited("Added the address", id, *done);
+    return {};
 }
 
 std::string AppModel::undoWords(const Uuid& id) const {

@@ -182,6 +182,8 @@ void AppModel::deleteAllData() {
         [[maybe_unused]] const Result<void> removed = store_.remove(workspace.id);  // the directory goes too
     }
     const Result<void> removed = services_.files.removeTree(store_.directory());
+    ++deletions_;
+    forgetUndo();
     const Result<void> undoRemoved = services_.files.removeTree(undoFile_.directory());
     (void)known_.forgetAll();
     reload();

@@ -67,11 +67,9 @@ Task<> AppModel::planPreview() {
     const Platform& platform = services_.desktop.platform;
     while (true) {
         const std::uint64_t seen = platform.windowServer.stamp();
-        Restore::Options options{.cleanSlate = preview->cleanSlate(),
-                                 .enabledAdapters = settings_.enabledAdapters};
+        Restore::Options options = optionsFor(preview->workspace(), preview->cleanSlate(), true);
         WorkspaceSnapshot part = preview->workspace().snapshot;
         preview->selection().apply(part, options);
-        known_.permit(preview->workspace(), true, options);
         RestorePreview plan = co_await Restore::preview(services_.desktop, std::move(part), options);
         co_await checkpoint();
         std::vector<RunningApplication> others;

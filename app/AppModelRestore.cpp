@@ -7,7 +7,9 @@
 #include "WindowEngine/desktop/Displays.hpp"
 #include "WindowEngine/restore/DisplayLayouts.hpp"
 #include "WindowEngine/restore/RestoreScope.hpp"
+#include "WindowEngine/support/Text.hpp"
 #include "app/AppModel.hpp"
+#include "settings/DisplayAnswers.hpp"
 
 namespace quillo {
 namespace {
@@ -33,6 +35,7 @@ void AppModel::restore(const Workspace& workspace, std::optional<CleanSlateMode>
     if (restoreRunning() && restoreRun_->kind() == RestoreRun::Kind::restore &&
         restoreRun_->workspace().id == workspace.id)
         return;  // by a double click
+    if (asker != Asker::person && atWork()) return giveWay(workspace, asker);
     if (refusesAnother()) return;
     Asked asked{workspace, cleanSlate, asker, selection};
     if (mustAskFor(workspace, asker)) return ask(std::move(asked));
@@ -43,23 +46,47 @@ void AppModel::restoreLastSession() {
     if (!sessions_.empty()) restore(Workspace(sessions_.front()), sessions_.front().cleanSlate);
 }
 
+void AppModel::giveWay(const Workspace& workspace, Asker asker) {
+    if (asker == Asker::link) openMain();  // its person is there, and sees what comes first
+    if (asksAbout(workspace.id)) return;
+    show("“" + text::clipped(workspace.name, 60) +
+             (asker == Asker::itself ? "” was due" : "” was asked for") + ", but Quillo was busy.",
+         ToastKind::refusal);
+}
+
 bool AppModel::mustAskFor(const Workspace& workspace, Asker asker) const {
-    const bool bidden = asker == Asker::person || settings_.automationOf(workspace.id).withoutAsking;
-    return !bidden || known_.reasonToAsk(workspace);
+    const bool strangersAsk = asker == Asker::link || asker == Asker::program;
+    return (strangersAsk && !settings_.automationOf(workspace.id).withoutAsking) ||
+           known_.reasonToAsk(workspace);
+}
+
+bool AppModel::asksAbout(const Uuid& workspace) const {
+    return (asked_ && asked_->workspace.id == workspace) ||
+           (twinsAsked_ && twinsAsked_->workspace.id == workspace);
+}
+
+Restore::Options AppModel::optionsFor(const Workspace& workspace, std::optional<CleanSlateMode> cleanSlate,
+                                      bool agreed) const {
+    const auto present = Displays::current(services_.desktop.platform.screens);
+    const auto saved = DisplayLayouts::displaysFor(workspace.snapshot, present);
+    Restore::Options options{.cleanSlate = cleanSlate,
+                             .enabledAdapters = settings_.enabledAdapters,
+                             .displays = DisplayAnswers(services_.defaults).find(saved, present)};
+    known_.permit(workspace, agreed, options);
+    return options;
 }
 
 void AppModel::ask(Asked asked) {
-    // A double click asks twice; and what others ask for does not slip under the person's hand.
-    if (asked_ == asked || (asked_ && asked.asker != Asker::person)) {
+    if (asked_ == asked) {  // by a double click
         if (question_) openMain();
         return;
     }
+    forgetQuestion();
     asked_ = std::move(asked);
-    question_.reset();
     questionTask_.start(executor(), prepareQuestion(*asked_), [this] {
-        if (!question_) dropQuestion();
+        if (asked_ && !question_) dropQuestion();
     });
-    Q_EMIT questionChanged();
+    tellQuestion();
     Q_EMIT busyChanged();
 }
 
@@ -67,8 +94,7 @@ void AppModel::ask(Asked asked) {
 Task<> AppModel::prepareQuestion(Asked asked) {
     const CleanSlateMode cleanSlate = asked.cleanSlate.value_or(CleanSlateMode::keep);
     Workspace& workspace = asked.workspace;
-    Restore::Options options{.cleanSlate = cleanSlate, .enabledAdapters = settings_.enabledAdapters};
-    known_.permit(workspace, true, options);
+    Restore::Options options = optionsFor(workspace, cleanSlate, true);
     asked.selection.apply(workspace.snapshot, options);
     const RestorePreview preview = co_await Restore::preview(services_.desktop, workspace.snapshot, options);
     co_await checkpoint();
@@ -84,21 +110,32 @@ Task<> AppModel::prepareQuestion(Asked asked) {
 
 /// Without a word; whether there was one.
 bool AppModel::forgetQuestion() {
+    const bool was = asked_ || twinsAsked_;
     questionTask_.cancel();
     question_.reset();
-    return std::exchange(asked_, std::nullopt).has_value();
+    asked_.reset();
+    if (twinsAsked_) services_.surfaces.numberScreens({});
+    twinQuestion_.reset();
+    twinsAsked_.reset();
+    return was;
+}
+
+void AppModel::tellQuestion() {
+    Q_EMIT questionChanged();
+    Q_EMIT twinQuestionChanged();
 }
 
 void AppModel::dropQuestion() {
     if (!forgetQuestion()) return;
-    Q_EMIT questionChanged();
+    tellQuestion();
     Q_EMIT busyChanged();
 }
 
 void AppModel::answerQuestion(bool resume) {
     if (!question_) return;
-    if (!resume || capturing() || snapshotting() || draft_ || restoreRunning()) return dropQuestion();
-    const Asked asked = *asked_;
+    if (!resume || occupied() || snapshotting()) return dropQuestion();
+    Asked asked = *asked_;
+    asked.asker = Asker::person;  // now, whoever it was before
     // Less than the workspace says, of it or to other applications, is not agreed to for the next time.
     const CleanSlateMode says = asked.workspace.cleanSlate.value_or(CleanSlateMode::keep);
     const bool forGood =
@@ -110,16 +147,15 @@ void AppModel::answerQuestion(bool resume) {
 }
 
 void AppModel::begin(const Asked& asked, bool agreedNow) {
-    Restore::Options options{
-        .cleanSlate = asked.cleanSlate, .enabledAdapters = settings_.enabledAdapters, .bringsForward = true};
-    known_.permit(asked.workspace, agreedNow, options);
+    Restore::Options options = optionsFor(asked.workspace, asked.cleanSlate, agreedNow);
+    options.bringsForward = asked.asker == Asker::person || asked.asker == Asker::link;  // who has clicked
     Workspace part = asked.workspace;
     asked.selection.apply(part.snapshot, options);
     start(std::move(part), std::move(options), !asked.selection.excluded.empty());
 }
 
-void AppModel::start(Workspace workspace, Restore::Options options, bool part) {
-    if (asksAboutTwins(workspace, options, part)) return;
+void AppModel::start(Workspace workspace, Restore::Options options, bool part, bool mayAsk) {
+    if (mayAsk && asksAboutTwins(workspace, options, part)) return;
     Workspace shown = workspace;  // as the restore goes about it, so that each line finds its window
     shown.snapshot = DisplayLayouts::fitted(
         std::move(shown.snapshot), Displays::current(services_.desktop.platform.screens), options.displays);
@@ -141,7 +177,7 @@ void AppModel::start(std::shared_ptr<RestoreRun> run, Task<> task) {
     started->begin(executor(), std::move(task), [this, started] {
         if (!started->report()) restoreEnded(*started, {.items = started->items(), .cancelled = true});
     });
-    if (wasAsked) Q_EMIT questionChanged();
+    if (wasAsked) tellQuestion();
     Q_EMIT restoreChanged();
     Q_EMIT busyChanged();
     closePreview();
@@ -169,8 +205,10 @@ RestoreRun::Start AppModel::startOf(const WorkspaceSnapshot& snapshot) const {
 /// The run owns this task.
 Task<> AppModel::runRestore(RestoreRun* run, Workspace workspace, Restore::Options options) {
     const Restore::OnItem onItem = [this, run](const RestoreReport::Item& item) { restored(*run, item); };
+    const Restore::KeepRecord keep = undoKeeper();
     RestoreReport report;
     std::shared_ptr<Restore::LateWindows> late;
+    co_await lateTask_.ended();  // it was stopped, and may be in the midst of placing a window
     if (services_.desktop.platform.accessibility.trusted()) {
         UndoRecord before =
             co_await Capture::undoRecord(services_.desktop, settings_.captureOptions(), workspace,
@@ -179,8 +217,7 @@ Task<> AppModel::runRestore(RestoreRun* run, Workspace workspace, Restore::Optio
         if (!options.arrangesOnly) late = beginWaiting();
         options.late = late.get();
         report = co_await Restore::runUndoably(services_.desktop, std::move(workspace), options, onItem,
-                                               std::move(before),
-                                               [this](const UndoRecord& record) { keepUndo(record); });
+                                               std::move(before), keep);
     } else {  // it says so
         report = co_await Restore::run(services_.desktop, std::move(workspace), options, onItem);
     }

@@ -14,6 +14,13 @@ void AppModel::keepUndo(const UndoRecord& record) {
     Q_EMIT undoChanged();
 }
 
+/// For a restore that begins now.
+Restore::KeepRecord AppModel::undoKeeper() {
+    return [this, deletions = deletions_](const UndoRecord& record) {
+        if (deletions == deletions_) keepUndo(record);
+    };
+}
+
 void AppModel::forgetUndo() {
     undo_.reset();
     undoStored_ = false;

@@ -42,9 +42,8 @@ Result<Automation::Begun> Automation::restore(std::string_view which) {
     const auto runs = [&] {
         return model_.restoreRunning() && model_.restoreRun()->workspace().id == found->id;
     };
-    const bool asksOther = model_.question() && model_.question()->workspace != found->id;
-    if (model_.draft() || model_.capturing() || asksOther || (model_.restoreRunning() && !runs()))
-        return fail(ErrorKind::refused, "Quillo is at work for the person.");
+    if (model_.asksAbout(found->id)) return Begun::waiting;
+    if (model_.atWork() && !runs()) return fail(ErrorKind::refused, "Quillo is at work for the person.");
     model_.restore(*found, found->cleanSlate, Asker::program);
     return runs() ? Begun::started : Begun::waiting;
 }
@@ -65,10 +64,10 @@ void Automation::followLibrary() {
         if (change.kind != LibraryChange::Kind::restored) Q_EMIT libraryChanged(change);
 }
 
-/// A report of former days that is looked at is no run.
+/// A report of former days that is looked at is no run; and what puts a restore back is no restore.
 void Automation::followRestore() {
     const RestoreRun* const run = model_.restoreRun();
-    if (!run || run->report() || run == followed_) return;
+    if (!run || run->kind() == RestoreRun::Kind::undo || run->report() || run == followed_) return;
     followed_ = run;
     connect(run, &RestoreRun::itemAdded, this, [this, run] { tellProgress(*run); });
     connect(run, &RestoreRun::finished, this, [this, run] {

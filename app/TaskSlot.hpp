@@ -30,6 +30,11 @@ class TaskSlot {
     /// Whether a task runs; one that was told to stop does until it has ended.
     bool active() const noexcept { return job_ && !job_->done(); }
 
+    /// `co_await slot.ended()` waits for the end of the task that runs, if one does; one task at a time.
+    Task<> ended() {
+        if (active()) co_await job_->ended();
+    }
+
   private:
     std::uint64_t started_ = 0;
     std::optional<Job<>> job_;

@@ -6,7 +6,6 @@
 
 #include "WindowEngine/restore/DisplayTwins.hpp"
 #include "WindowEngine/support/Poll.hpp"
-#include "WindowEngine/support/Text.hpp"
 #include "app/Schedule.hpp"
 
 namespace quillo {
@@ -16,6 +15,8 @@ using namespace std::chrono_literals;
 
 /// What was slept through is made up for no longer than this: nobody wants the morning's windows at noon.
 constexpr Duration longestDelay = 1h;
+/// The clock may be set, and another zone hold, while no timer tells of it.
+constexpr Duration longestSleep = 10min;
 /// After login the window manager, panels and other programs come first.
 constexpr Duration loginPatience = 60s, loginInterval = 500ms, loginRest = 2s;
 
@@ -45,11 +46,18 @@ UnattendedRestores::UnattendedRestores(AppModel& model, const SystemServices& se
 }
 
 void UnattendedRestores::follow() {
-    next_ = nextAfter(settled_);
+    reckon();
     if (next_)
         timer_.start(services_.desktop.platform.executor, awaitDue());
     else
         timer_.cancel();
+}
+
+/// A clock that was set back by little brings nothing once more; one that was far ahead had settled nothing.
+void UnattendedRestores::reckon() {
+    const Instant now = services_.desktop.platform.executor.wallNow();
+    if (settled_ > now + longestDelay) settled_ = now;
+    next_ = nextAfter(settled_);
 }
 
 /// Of several at the same time the one that was saved last.
@@ -69,27 +77,17 @@ Task<> UnattendedRestores::awaitDue() {
     while (next_) {
         const Duration left = next_->at - executor.wallNow();
         if (left > Duration::zero()) {
-            co_await sleepFor(left);
-            continue;  // the clock may have been set meanwhile
+            co_await sleepFor(std::min(left, longestSleep));
+            reckon();
+            continue;
         }
         const Due due = *next_;
         settled_ = due.at;
         next_ = nextAfter(settled_);
         const bool superseded = next_ && next_->at <= executor.wallNow();
-        if (!superseded && executor.wallNow() - due.at <= longestDelay) restore(due.workspace);
+        if (!superseded && executor.wallNow() - due.at <= longestDelay)
+            model_.restoreFromLibrary(due.workspace, Asker::itself);
     }
-}
-
-/// Nobody is interrupted, and nothing is passed over in silence.
-void UnattendedRestores::restore(const Uuid& workspace) {
-    const auto& all = model_.workspaces();
-    const auto found = std::ranges::find(all, workspace, &Workspace::id);
-    if (found == all.end()) return;
-    if (model_.draft() || model_.capturing() || model_.restoreRunning()) {
-        return model_.show("“" + text::clipped(found->name, 60) + "” was due, but Quillo was busy.",
-                           ToastKind::refusal);
-    }
-    model_.restoreFromLibrary(workspace);
 }
 
 void UnattendedRestores::loggedIn() {
@@ -106,7 +104,8 @@ Task<> UnattendedRestores::awaitDesktop(Uuid workspace) {
     };
     co_await pollUntil(isThere, loginInterval, loginPatience);
     co_await sleepFor(loginRest);
-    restore(workspace);  // where windows cannot be placed, that is said there
+    model_.restoreFromLibrary(workspace,
+                              Asker::itself);  // where windows cannot be placed, that is said there
 }
 
 void UnattendedRestores::displaysCame(const std::vector<DisplaySnapshot>& displays) {
@@ -116,7 +115,7 @@ void UnattendedRestores::displaysCame(const std::vector<DisplaySnapshot>& displa
                             DisplayTwins::sameSet(workspace.snapshot.displays, displays);
         if (theirs && (!latest || lastUsed(*latest) < lastUsed(workspace))) latest = &workspace;
     }
-    if (latest) restore(Uuid(latest->id));
+    if (latest) model_.restoreFromLibrary(Uuid(latest->id), Asker::itself);
 }
 
 }  // namespace quillo

@@ -36,8 +36,8 @@ class UnattendedRestores final : public QObject {
     };
 
     void follow();
+    void reckon();
     std::optional<Due> nextAfter(Instant after) const;
-    void restore(const Uuid& workspace);
     /// The one that was saved with exactly these comes back; of several, the one that was used last.
     void displaysCame(const std::vector<DisplaySnapshot>& displays);
     Task<> awaitDue();

@@ -131,6 +131,7 @@ Interface::Interface(const Parts& parts)
         remember();
         if (model_ && model_->reportShown()) model_->closeRestorePanel();  // it belongs to the window
         if (model_) model_->closePreview();
+        if (model_) model_->answerTwin(std::nullopt);  // the question was in it
         parts_.shell.setActivationPolicy(ActivationPolicy::accessory);
     });
     windows_.mainMayClose = [this] {

@@ -31,6 +31,8 @@ QString askerOf(const ResumeQuestion& question) {
             return QStringLiteral("A link that was opened asks for it. ");
         case Asker::program:
             return QStringLiteral("Another program asks for it. ");
+        case Asker::itself:
+            return QStringLiteral("It is set to come back by itself. ");
     }
     return {};
 }

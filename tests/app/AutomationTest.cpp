@@ -66,6 +66,8 @@ TEST_F(AutomationTest, SavesPlansAndRestoresAndTellsOfIt) {
     EXPECT_EQ(std::exchange(heard, {}),
               (Lines{"Desk started, 2", "1 of 2", "2 of 2", "Desk ended, restored 2"}));
     model->showReport(*saved);  // of former days
+    model->putBack();
+    model.finishRestore();
     model->deleteWorkspace(model.named("Desk 2"));
     EXPECT_EQ(heard, Lines{"Desk 2 2"});
 }
@@ -79,6 +81,9 @@ TEST_F(AutomationTest, WhatThePersonIsDoingIsNotDisturbed) {
     EXPECT_EQ(model.windowsOpened, came);
     model->dismissDraft();
     model.run(std::chrono::seconds(1));
+    model->openPreview(model.named("Desk"), {});
+    EXPECT_EQ(automation.restore("Desk").error().kind, ErrorKind::refused);
+    model->closePreview();
     EXPECT_EQ(automation.restore("Nothing").error().kind, ErrorKind::notFound);
     EXPECT_EQ(save(" ").error().kind, ErrorKind::invalidArgument);
     model.disk.createFailure = Error{ErrorKind::noSpace, "the disk is full"};

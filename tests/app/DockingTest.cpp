@@ -98,6 +98,8 @@ TEST_F(Docking, ALayoutIsKeptAndForgottenAndBothCanBeUndone) {
     EXPECT_EQ(layout.windows.front().frame.x, 300);
     model->removeLayout(model.named("Work"), layout);
     EXPECT_FALSE(model.named("Work").snapshot.layouts);
+    model->removeLayout(model.named("Work"), layout);  // by a second click
+    EXPECT_FALSE(model->toastUndoes());
     model->undo(id);
     EXPECT_TRUE(model.named("Work").snapshot.layouts);
     model->undo(id);
@@ -127,6 +129,13 @@ TEST_F(Docking, ThePersonIsAskedOnceWhichOfTwoTwinsIsWhich) {
     model.run(1s);
     EXPECT_TRUE(model.surfaces.numbered.empty());
     EXPECT_FALSE(model->restoreRunning() || model->busy()) << "nothing is brought back";
+
+    model->restore(model.named("Work"), {});
+    model->beginCapture();
+    EXPECT_FALSE(model->twinQuestion()) << "something else is begun";
+    EXPECT_TRUE(model.surfaces.numbered.empty());
+    model.review();
+    model->dismissDraft();
 
     for (const bool asked : {true, false}) {
         model->restore(model.named("Work"), {});

@@ -62,6 +62,13 @@ TEST(PutBack, GoesByTheFileUnlessItCouldNotBeWritten) {
     model.disk.createFailure.reset();
     model.putBack();
     EXPECT_EQ(model.notes().state.frame, moved);
+
+    model.disk.createFailure = Error{ErrorKind::noSpace, "full"};
+    model->restore(model.named("Work"), {});
+    model.run(1s);
+    model->deleteAllData();
+    model.finishRestore();
+    EXPECT_FALSE(model->undoRecord()) << "neither kept in memory nor by what was under way";
 }
 
 TEST(PutBack, WhatWasStoppedOrFailedCanBePutBackOnceMore) {

@@ -84,6 +84,10 @@ TEST_F(UnattendedTest, WhatWasSleptThroughIsMadeUpForSoonOrNotAtAll) {
     model->beginCapture();
     EXPECT_EQ(after(std::chrono::hours(22)), "");
     EXPECT_TRUE(model->draft()) << "nobody is interrupted";
+    model->dismissDraft();
+    model->openPreview(model.named("Play"), {});
+    EXPECT_EQ(after(std::chrono::hours(24)), "");
+    EXPECT_TRUE(model->preview());
 }
 
 TEST_F(UnattendedTest, ComesAfterLoginOnceWindowsCanBePlaced) {
