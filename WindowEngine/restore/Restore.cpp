@@ -253,6 +253,11 @@ Task<void> placeAgain(Run& run) {
 Task<void> prepareDesktops(Run& run) {
     const WorkspaceSnapshot& saved = run.workspace.snapshot;
     if (!saved.desktops) co_return;
+    if (run.options.arrangesOnly) {
+        run.desktops.targets = DesktopSpaces::resolveTargets(
+            *saved.desktops, DesktopSpaces::current(run.desktop), saved.displays, run.displays);
+        co_return;
+    }
     run.desktops =
         co_await DesktopSpaces::prepare(run.desktop, *saved.desktops, saved.displays, run.displays);
     if (run.desktops.created > 0) run.sink.add(RestoreReport::createdDesktops{run.desktops.created});

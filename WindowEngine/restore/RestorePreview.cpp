@@ -70,9 +70,15 @@ void placeUnopened(PlannedApplication& application, DisplayMapper::DisplayList s
 }
 
 DesktopPlan planDesktops(DesktopAccess& desktop, const WorkspaceSnapshot& snapshot,
-                         DisplayMapper::DisplayList displays) {
+                         DisplayMapper::DisplayList displays, bool arrangesOnly) {
     if (!snapshot.desktops) return {};
-    return DesktopSpaces::plan(*snapshot.desktops, snapshot.displays, displays, DesktopSpaces::read(desktop));
+    DesktopList present = DesktopSpaces::read(desktop);
+    if (!arrangesOnly) return DesktopSpaces::plan(*snapshot.desktops, snapshot.displays, displays, present);
+    DesktopPlan plan;
+    plan.desktops = std::move(present.desktops);
+    plan.targets =
+        DesktopSpaces::resolveTargets(*snapshot.desktops, plan.desktops, snapshot.displays, displays);
+    return plan;
 }
 
 /// Windows whose place is not to be set are left where they are.
@@ -91,8 +97,11 @@ RestorePreview windowsOf(DesktopAccess& desktop, std::shared_ptr<const Restore::
                          const Restore::Options& options) {
     const WorkspaceSnapshot& snapshot = scope->snapshot;
     const std::vector<DisplaySnapshot> displays = Displays::current(desktop.platform.screens);
-    RestorePreview plan{
-        std::move(scope), planDesktops(desktop, snapshot, displays), {}, displays, options.kept};
+    RestorePreview plan{std::move(scope),
+                        planDesktops(desktop, snapshot, displays, options.arrangesOnly),
+                        {},
+                        displays,
+                        options.kept};
     for (const ApplicationSnapshot& saved : snapshot.applications) {
         plan.applications.push_back(presenceOf(desktop.platform.applications, saved));
     }

@@ -186,6 +186,7 @@ TEST(DisplayLayouts, ArrangingMovesWhatIsOpenAndStartsNothing) {
          samples::sceneApplication("org.viewer", {samples::sceneWindow("Page", {10, 400, 300, 200})})}));
     WorkspaceSnapshot saved = desktop.capture();
     saved.applications[0].windows.push_back(samples::savedWindow(desktop, {50, 50, 300, 300}, "Gone"));
+    saved.desktops.value().push_back({"main", 5, {}});  // is not made
     auto& world = desktop.world();
     world.end(*world.application("org.viewer"));
     world.move(*world.window("org.editor", "Notes"), {500, 200, 300, 200});
