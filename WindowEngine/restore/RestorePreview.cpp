@@ -12,7 +12,6 @@
 #include "WindowEngine/restore/CleanSlate.hpp"
 #include "WindowEngine/restore/ContextRestore.hpp"
 #include "WindowEngine/restore/DesktopCreation.hpp"
-#include "WindowEngine/restore/DisplayLayouts.hpp"
 #include "WindowEngine/restore/MissingWindows.hpp"
 
 namespace quillo {
@@ -293,8 +292,8 @@ PlanTotals Restore::totalsOf(const RestorePreview& preview) {
 }
 
 Task<RestorePreview> Restore::preview(DesktopAccess& desktop, WorkspaceSnapshot snapshot, Options options) {
-    snapshot = DisplayLayouts::fitted(std::move(snapshot), Displays::current(desktop.platform.screens),
-                                      options.displays);
+    snapshot = fitted(std::move(snapshot), options.passedOver, Displays::current(desktop.platform.screens),
+                      options.displays);
     const auto scope = std::make_shared<RestoreScope>(scopeOf(std::move(snapshot), options.limited));
     giveShownNames(desktop.platform.applications, *scope);
     RestorePreview preview = windowsOf(desktop, scope, options);
