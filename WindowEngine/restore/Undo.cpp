@@ -36,12 +36,13 @@ const UndoApplication* notedOf(const UndoRecord& record, std::string_view identi
     return noted == record.applications.end() ? nullptr : &*noted;
 }
 
-/// Dates are stored by the second.
-bool isSame(const UndoApplication& noted, const RunningApplication& running) {
+/// Dates are stored by the second, and where they are counted from the computer's start, each program finds
+/// that start a little earlier or later.
+bool isSame(const auto& noted, const RunningApplication& running) {
     if (noted.pid != running.pid || noted.launchedAt.has_value() != running.launchDate.has_value())
         return false;
     return !noted.launchedAt ||
-           std::chrono::abs(*noted.launchedAt - *running.launchDate) < std::chrono::seconds(1);
+           std::chrono::abs(*noted.launchedAt - *running.launchDate) <= std::chrono::seconds(3);
 }
 
 /// What becomes of other applications is known before it is done: a crash in between loses nothing.
@@ -60,10 +61,15 @@ void noteIntent(UndoRecord& record, Applications& applications, const Workspace&
     }
 }
 
-void noteDone(UndoRecord& record, const RestoreReport& report) {
+void noteDone(UndoRecord& record, Applications& applications, const RestoreReport& report) {
     for (const RestoreReport::Item& item : report.items) {
-        if (std::holds_alternative<RestoreReport::launched>(item.status))
-            record.launched.push_back({item.bundleIdentifier, item.app});
+        if (std::holds_alternative<RestoreReport::launched>(item.status)) {
+            UndoLaunch& launch = record.launched.emplace_back(item.bundleIdentifier, item.app);
+            if (const auto running = applications.running(item.bundleIdentifier)) {
+                launch.pid = running->pid;
+                launch.launchedAt = running->launchDate;
+            }
+        }
         if (const auto* opened = std::get_if<RestoreReport::opened>(&item.status))
             record.opened += opened->count;
         if (const auto* made = std::get_if<RestoreReport::createdDesktops>(&item.status))
@@ -311,16 +317,18 @@ Task<RestoreReport> runUndoably(DesktopAccess& desktop, Workspace workspace, Opt
     noteIntent(record, desktop.platform.applications, workspace, options);
     keep(record);
     RestoreReport report = co_await run(desktop, std::move(workspace), std::move(options), std::move(onItem));
-    noteDone(record, report);
+    noteDone(record, desktop.platform.applications, report);
     keep(record);
     co_return report;
 }
 
 bool isOfThisSession(Applications& applications, const UndoRecord& record) {
-    return std::ranges::any_of(record.applications, [&](const UndoApplication& noted) {
+    const auto runsStill = [&](const auto& noted) {
         const auto running = applications.running(noted.identifier);
         return running && isSame(noted, *running);
-    });
+    };
+    return std::ranges::any_of(record.applications, runsStill) ||
+           std::ranges::any_of(record.launched, runsStill);
 }
 
 std::vector<UndoLaunch> launchedAndRunning(Applications& applications, const UndoRecord& record) {
