@@ -145,8 +145,9 @@ TEST(DisplayLayouts, EachSetOfDisplaysHasItsOwnAndRestoresIt) {
     desk.put("One", 0);
     const std::vector<WindowSnapshot>& all = docked.applications[0].windows;
     Restore::PassedOver left{.windows = {{"org.editor", all}}, .displays = docked.displays};
-    EXPECT_NE(Restore::fitted(docked, left, desk.now(), {}).applications[0].windows, all);
-    EXPECT_EQ(left.windows.begin()->second, alone.applications[0].windows)
+    const WorkspaceSnapshot fit = Restore::fitted(docked, left, desk.now(), {});
+    EXPECT_NE(fit.applications[0].windows, all);
+    EXPECT_EQ(left.windows.begin()->second, fit.applications[0].windows)
         << "left out, and fitted all the same";
     EXPECT_TRUE(desk.desktop.restore(docked).clean());
     EXPECT_EQ(desk.places(), (std::vector<double>{100, 500}));
