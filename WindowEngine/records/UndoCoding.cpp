@@ -27,7 +27,8 @@ inline constexpr auto fieldsOf<UndoApplication> =
 
 template <>
 inline constexpr auto fieldsOf<UndoLaunch> =
-    std::tuple{Field{"identifier", &UndoLaunch::identifier}, Field{"name", &UndoLaunch::name}};
+    std::tuple{Field{"identifier", &UndoLaunch::identifier}, Field{"launchedAt", &UndoLaunch::launchedAt},
+               Field{"name", &UndoLaunch::name}, Field{"pid", &UndoLaunch::pid}};
 
 // The desktop before is a document of its own inside this one.
 template <>

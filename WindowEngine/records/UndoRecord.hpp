@@ -34,6 +34,8 @@ struct UndoApplication {
 /// One that the restore launched.
 struct UndoLaunch {
     std::string identifier, name;
+    std::optional<std::int64_t> pid = {};  // absent where it had ended with the restore already
+    std::optional<Instant> launchedAt = {};
 
     bool operator==(const UndoLaunch&) const = default;
 };

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <map>
 
 namespace quillo::Restore {
 namespace {
@@ -14,6 +13,21 @@ constexpr Duration settling = 300ms;
 constexpr Duration often = 50ms, later = 100ms;
 
 }  // namespace
+
+std::map<WindowNumber, Element> byNumber(AccessibilityService& accessibility,
+                                         const std::vector<Element>& windows) {
+    std::map<WindowNumber, Element> numbered;
+    for (const Element& window : windows) {
+        if (const auto number = accessibility.windowNumber(window)) numbered.emplace(*number, window);
+    }
+    return numbered;
+}
+
+void bringToFront(AccessibilityService& accessibility, const Element& window, ProcessID owner) {
+    (void)accessibility.perform(window, ax::raise);
+    // Where a window rises among those of its application only.
+    (void)accessibility.write(accessibility.application(owner), ax::frontmost, true);
+}
 
 Task<void> BringForward::look() {
     inFront_ = desktop_.platform.windowServer.windowInFront();
@@ -32,10 +46,7 @@ Task<void> BringForward::look() {
 
 void BringForward::raise() {
     AccessibilityService& accessibility = desktop_.platform.accessibility;
-    std::map<WindowNumber, Element> back;
-    for (const Element& window : windows) {
-        if (const auto number = accessibility.windowNumber(window)) back.emplace(*number, window);
-    }
+    const std::map<WindowNumber, Element> back = byNumber(accessibility, windows);
     const auto inFront = desktop_.platform.windowServer.windowInFront();
     if (inFront && inFront != inFront_) visited_.insert(*inFront);
     const auto isBack = [&](WindowNumber number) { return back.contains(number); };
@@ -46,10 +57,7 @@ void BringForward::raise() {
     if (last != upwards.end()) std::rotate(last, last + 1, upwards.end());
     for (const WindowListEntry& one : upwards) {
         const auto found = back.find(one.number);
-        if (found == back.end()) continue;
-        (void)accessibility.perform(found->second, ax::raise);
-        // Where a window rises among those of its application only.
-        (void)accessibility.write(accessibility.application(one.ownerPid), ax::frontmost, true);
+        if (found != back.end()) bringToFront(accessibility, found->second, one.ownerPid);
     }
 }
 

@@ -1,6 +1,7 @@
 // The end of a restore that somebody waits for: what came back stands in front of what was there before,
 // unless the person has gone to another window meanwhile. Internal to Restore.
 #pragma once
+#include <map>
 #include <optional>
 #include <set>
 #include <vector>
@@ -8,6 +9,12 @@
 #include "WindowEngine/desktop/Accessibility.hpp"
 
 namespace quillo::Restore {
+
+/// Those whose numbers are known.
+std::map<WindowNumber, Element> byNumber(AccessibilityService& accessibility,
+                                         const std::vector<Element>& windows);
+/// Above all others, as its application comes to the front; that shows it where it is hidden.
+void bringToFront(AccessibilityService& accessibility, const Element& window, ProcessID owner);
 
 class BringForward {
   public:

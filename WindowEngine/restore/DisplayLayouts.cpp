@@ -161,11 +161,12 @@ WorkspaceSnapshot carriedOver(const WorkspaceSnapshot& before, WorkspaceSnapshot
     return saved;
 }
 
-WorkspaceSnapshot arranged(WorkspaceSnapshot snapshot, const WorkspaceSnapshot& now) {
+WorkspaceSnapshot arranged(WorkspaceSnapshot snapshot, const WorkspaceSnapshot& now,
+                           const DisplayTwins::Pairs& answers) {
     const Recognised recognised = recognise(snapshot, now);
     if (recognised.empty()) return snapshot;
     const std::map<Key, const WindowSnapshot*> stands(recognised.begin(), recognised.end());
-    WorkspaceSnapshot there = fitted(snapshot, now.displays, {});
+    WorkspaceSnapshot there = fitted(snapshot, now.displays, answers);
     for (ApplicationSnapshot& application : there.applications) {
         for (WindowSnapshot& window : application.windows) {
             const auto known = stands.find({application.bundleIdentifier, window.index});

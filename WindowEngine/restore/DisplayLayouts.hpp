@@ -30,8 +30,9 @@ DisplayMapper::DisplayList displaysFor(const WorkspaceSnapshot& snapshot, Displa
 WorkspaceSnapshot carriedOver(const WorkspaceSnapshot& before, WorkspaceSnapshot saved);
 
 /// The same workspace, arranged on the displays of `now` as its windows stand there: those that are
-/// recognised. Nothing else of `now` is taken.
-WorkspaceSnapshot arranged(WorkspaceSnapshot snapshot, const WorkspaceSnapshot& now);
+/// recognised. Nothing else of `now` is taken. `answers` are of displaysFor() those of `now`.
+WorkspaceSnapshot arranged(WorkspaceSnapshot snapshot, const WorkspaceSnapshot& now,
+                           const DisplayTwins::Pairs& answers = {});
 
 /// Takes exactly this one out of `layouts`, where it is still there.
 void remove(WorkspaceSnapshot& snapshot, const DisplayLayout& layout);

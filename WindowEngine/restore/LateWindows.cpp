@@ -20,6 +20,9 @@ constexpr Duration settling = 300ms;
 constexpr Duration interval = 1s;  // between looks where nothing is told
 /// For a fresh application to give its first windows the titles that they were saved with.
 constexpr Duration titlePatience = 2s;
+/// A window that has stood for so long gets no other title as a rule: it is looked at again when something
+/// has changed, and not at each interval.
+constexpr Duration newness = 30s;
 
 bool contains(const auto& range, const auto& value) {
     return std::ranges::find(range, value) != range.end();
@@ -78,9 +81,11 @@ Task<void> LateWindows::look() {
     const bool changed = std::exchange(stamp_, stamp) != stamp;
     for (std::size_t i = 0; i < waiting_.size(); ++i) {  // the run adds to them while one is looked at
         Waiting& waiting = waiting_[i];
-        if (!waiting.expected.missing.empty() && (changed || !waiting.arrivals.empty() || !waiting.seen))
-            co_await look(waiting);
+        const bool someAreNew = std::ranges::any_of(
+            waiting.arrivals, [this](const auto& arrival) { return now() - arrival.second.since < newness; });
+        if (changed || someAreNew || !waiting.seen) co_await look(waiting);
     }
+    std::erase_if(waiting_, [](const Waiting& waiting) { return waiting.expected.missing.empty(); });
 }
 
 Task<void> LateWindows::look(Waiting& waiting) {

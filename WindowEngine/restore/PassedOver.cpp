@@ -3,9 +3,24 @@
 #include <utility>
 
 #include "WindowEngine/desktop/Displays.hpp"
+#include "WindowEngine/restore/DisplayLayouts.hpp"
 #include "WindowEngine/restore/RestorePlan.hpp"
 
 namespace quillo::Restore {
+
+WorkspaceSnapshot fitted(WorkspaceSnapshot snapshot, PassedOver& passedOver,
+                         DisplayMapper::DisplayList current, const DisplayTwins::Pairs& answers) {
+    WorkspaceSnapshot left;
+    left.displays = std::move(passedOver.displays);
+    left.layouts = snapshot.layouts;
+    for (auto& [identifier, windows] : passedOver.windows)
+        left.applications.push_back({identifier, {}, {}, std::move(windows), {}});
+    left = DisplayLayouts::fitted(std::move(left), current, answers);
+    for (ApplicationSnapshot& application : left.applications)
+        passedOver.windows[application.bundleIdentifier] = std::move(application.windows);
+    passedOver.displays = std::move(left.displays);
+    return DisplayLayouts::fitted(std::move(snapshot), current, answers);
+}
 
 void removeStandIns(const PassedOver& passedOver, const ApplicationSnapshot& application, Screens& screens,
                     std::vector<LiveWindow>& live) {

@@ -7,6 +7,7 @@
 
 #include "WindowEngine/desktop/Accessibility.hpp"
 #include "WindowEngine/records/Workspace.hpp"
+#include "WindowEngine/restore/DisplayTwins.hpp"
 
 namespace quillo::Restore {
 
@@ -16,6 +17,11 @@ struct PassedOver {
 
     bool operator==(const PassedOver&) const = default;
 };
+
+/// DisplayLayouts::fitted() for a snapshot and the windows that are left out of it, which share its displays
+/// and layouts.
+WorkspaceSnapshot fitted(WorkspaceSnapshot snapshot, PassedOver& passedOver,
+                         DisplayMapper::DisplayList current, const DisplayTwins::Pairs& answers);
 
 /// Takes the live windows of an application that stand for left-out ones out of the list. Which those are is
 /// decided among all its saved windows, `application`'s and the left-out ones, as if all were brought back.

@@ -16,7 +16,6 @@
 #include "WindowEngine/restore/CleanSlate.hpp"
 #include "WindowEngine/restore/ContextRestore.hpp"
 #include "WindowEngine/restore/DesktopCreation.hpp"
-#include "WindowEngine/restore/DisplayLayouts.hpp"
 #include "WindowEngine/restore/DocumentRestore.hpp"
 #include "WindowEngine/restore/LateWindows.hpp"
 #include "WindowEngine/restore/MissingWindows.hpp"
@@ -33,7 +32,7 @@ constexpr std::size_t mostTroubleLogged = 100;  // lines of one run
 struct Run {
     DesktopAccess& desktop;
     Workspace& workspace;
-    const Options& options;
+    Options& options;  // what it passes over is made to fit the displays
     const ItemSink& sink;
     TimePoint started;
     WindowPresence presence{desktop};
@@ -253,6 +252,11 @@ Task<void> placeAgain(Run& run) {
 Task<void> prepareDesktops(Run& run) {
     const WorkspaceSnapshot& saved = run.workspace.snapshot;
     if (!saved.desktops) co_return;
+    if (run.options.arrangesOnly) {
+        run.desktops.targets = DesktopSpaces::resolveTargets(
+            *saved.desktops, DesktopSpaces::current(run.desktop), saved.displays, run.displays);
+        co_return;
+    }
     run.desktops =
         co_await DesktopSpaces::prepare(run.desktop, *saved.desktops, saved.displays, run.displays);
     if (run.desktops.created > 0) run.sink.add(RestoreReport::createdDesktops{run.desktops.created});
@@ -277,7 +281,7 @@ Task<void> restoreWorkspace(Run& run) {
     }
     run.displays = Displays::current(run.desktop.platform.screens);
     run.workspace.snapshot =
-        DisplayLayouts::fitted(std::move(run.workspace.snapshot), run.displays, run.options.displays);
+        fitted(std::move(run.workspace.snapshot), run.options.passedOver, run.displays, run.options.displays);
     boundDisplays(run.workspace.snapshot);
     co_await prepareDesktops(run);
     co_await cleanSlate(run.desktop, run.workspace, run.options, run.sink);

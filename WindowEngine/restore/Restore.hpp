@@ -22,7 +22,7 @@ struct Options {
     bool limited = true;  // RestoreScope's limits hold; a person may lift them for what they saved themself
     bool bringsForward = false;  // at its end, what came back is put in front of other windows (BringForward)
     LateWindows* late = nullptr;  // is told which windows did not turn up; null: nobody waits for those
-    bool arrangesOnly = false;    // windows that are open are moved; nothing is launched or opened
+    bool arrangesOnly = false;    // windows that are open are moved; nothing is launched, opened or made
     std::map<std::string, std::string> displays = {};  // present ones by saved ones, as the person told them
     bool followsLinks = true;  // a document that a symbolic link leads to is opened; not of a stranger's file
     /// Applications that a clean slate leaves alone besides the workspace's own: where only a part of a

@@ -12,7 +12,6 @@
 #include "WindowEngine/restore/CleanSlate.hpp"
 #include "WindowEngine/restore/ContextRestore.hpp"
 #include "WindowEngine/restore/DesktopCreation.hpp"
-#include "WindowEngine/restore/DisplayLayouts.hpp"
 #include "WindowEngine/restore/MissingWindows.hpp"
 
 namespace quillo {
@@ -70,9 +69,15 @@ void placeUnopened(PlannedApplication& application, DisplayMapper::DisplayList s
 }
 
 DesktopPlan planDesktops(DesktopAccess& desktop, const WorkspaceSnapshot& snapshot,
-                         DisplayMapper::DisplayList displays) {
+                         DisplayMapper::DisplayList displays, bool arrangesOnly) {
     if (!snapshot.desktops) return {};
-    return DesktopSpaces::plan(*snapshot.desktops, snapshot.displays, displays, DesktopSpaces::read(desktop));
+    DesktopList present = DesktopSpaces::read(desktop);
+    if (!arrangesOnly) return DesktopSpaces::plan(*snapshot.desktops, snapshot.displays, displays, present);
+    DesktopPlan plan;
+    plan.desktops = std::move(present.desktops);
+    plan.targets =
+        DesktopSpaces::resolveTargets(*snapshot.desktops, plan.desktops, snapshot.displays, displays);
+    return plan;
 }
 
 /// Windows whose place is not to be set are left where they are.
@@ -91,8 +96,11 @@ RestorePreview windowsOf(DesktopAccess& desktop, std::shared_ptr<const Restore::
                          const Restore::Options& options) {
     const WorkspaceSnapshot& snapshot = scope->snapshot;
     const std::vector<DisplaySnapshot> displays = Displays::current(desktop.platform.screens);
-    RestorePreview plan{
-        std::move(scope), planDesktops(desktop, snapshot, displays), {}, displays, options.kept};
+    RestorePreview plan{std::move(scope),
+                        planDesktops(desktop, snapshot, displays, options.arrangesOnly),
+                        {},
+                        displays,
+                        options.kept};
     for (const ApplicationSnapshot& saved : snapshot.applications) {
         plan.applications.push_back(presenceOf(desktop.platform.applications, saved));
     }
@@ -284,8 +292,8 @@ PlanTotals Restore::totalsOf(const RestorePreview& preview) {
 }
 
 Task<RestorePreview> Restore::preview(DesktopAccess& desktop, WorkspaceSnapshot snapshot, Options options) {
-    snapshot = DisplayLayouts::fitted(std::move(snapshot), Displays::current(desktop.platform.screens),
-                                      options.displays);
+    snapshot = fitted(std::move(snapshot), options.passedOver, Displays::current(desktop.platform.screens),
+                      options.displays);
     const auto scope = std::make_shared<RestoreScope>(scopeOf(std::move(snapshot), options.limited));
     giveShownNames(desktop.platform.applications, *scope);
     RestorePreview preview = windowsOf(desktop, scope, options);

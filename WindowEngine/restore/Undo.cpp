@@ -14,6 +14,7 @@
 #include "WindowEngine/desktop/DesktopSpaces.hpp"
 #include "WindowEngine/desktop/Displays.hpp"
 #include "WindowEngine/restore/ApplicationRestore.hpp"
+#include "WindowEngine/restore/BringForward.hpp"
 #include "WindowEngine/restore/CleanSlate.hpp"
 #include "WindowEngine/restore/WindowPlacement.hpp"
 
@@ -29,17 +30,19 @@ std::string counted(std::int64_t count, std::string_view one, std::string_view m
     return fmt::format("{} {}", count, count == 1 ? one : more);
 }
 
-bool isCleared(const UndoRecord& record, std::string_view identifier) {
+/// Null where it did not run.
+const UndoApplication* notedOf(const UndoRecord& record, std::string_view identifier) {
     const auto noted = std::ranges::find(record.applications, identifier, &UndoApplication::identifier);
-    return noted != record.applications.end() && noted->cleared;
+    return noted == record.applications.end() ? nullptr : &*noted;
 }
 
-/// Dates are stored by the second.
-bool isSame(const UndoApplication& noted, const RunningApplication& running) {
+/// Dates are stored by the second, and where they are counted from the computer's start, each program finds
+/// that start a little earlier or later.
+bool isSame(const auto& noted, const RunningApplication& running) {
     if (noted.pid != running.pid || noted.launchedAt.has_value() != running.launchDate.has_value())
         return false;
     return !noted.launchedAt ||
-           std::chrono::abs(*noted.launchedAt - *running.launchDate) < std::chrono::seconds(1);
+           std::chrono::abs(*noted.launchedAt - *running.launchDate) <= std::chrono::seconds(3);
 }
 
 /// What becomes of other applications is known before it is done: a crash in between loses nothing.
@@ -58,10 +61,15 @@ void noteIntent(UndoRecord& record, Applications& applications, const Workspace&
     }
 }
 
-void noteDone(UndoRecord& record, const RestoreReport& report) {
+void noteDone(UndoRecord& record, Applications& applications, const RestoreReport& report) {
     for (const RestoreReport::Item& item : report.items) {
-        if (std::holds_alternative<RestoreReport::launched>(item.status))
-            record.launched.push_back({item.bundleIdentifier, item.app});
+        if (std::holds_alternative<RestoreReport::launched>(item.status)) {
+            UndoLaunch& launch = record.launched.emplace_back(item.bundleIdentifier, item.app);
+            if (const auto running = applications.running(item.bundleIdentifier)) {
+                launch.pid = running->pid;
+                launch.launchedAt = running->launchDate;
+            }
+        }
         if (const auto* opened = std::get_if<RestoreReport::opened>(&item.status))
             record.opened += opened->count;
         if (const auto* made = std::get_if<RestoreReport::createdDesktops>(&item.status))
@@ -142,22 +150,21 @@ UndoPlan::Application planApplication(DesktopAccess& desktop, const Pairing& pai
                                       const ApplicationSnapshot& saved) {
     UndoPlan::Application application{.saved = &saved};
     const UndoRecord& record = pairing.record;
-    const bool cleared = isCleared(record, saved.bundleIdentifier);
+    const UndoApplication* noted = notedOf(record, saved.bundleIdentifier);
+    const bool cleared = noted && noted->cleared;
     const CleanSlateMode mode = record.before.cleanSlate.value_or(CleanSlateMode::keep);
     const auto running = desktop.platform.applications.running(saved.bundleIdentifier);
     application.relaunched = !running && cleared && mode == CleanSlateMode::quit;
     for (std::size_t i = 0; i < saved.windows.size(); ++i)
         application.windows.push_back(unpaired(i, running ? outOfReach : endedSince));
     if (!running) return application;
-    const auto noted =
-        std::ranges::find(record.applications, saved.bundleIdentifier, &UndoApplication::identifier);
-    const bool wasHidden = noted != record.applications.end() && noted->hidden;
+    const bool wasHidden = noted && noted->hidden;
     application.shown = running->isHidden && cleared && !wasHidden;
     application.hidden = !running->isHidden && wasHidden;
     application.live = liveWindows(desktop, saved, true, {});
     application.hangs = desktop.handles.unresponsive.resting(running->pid, desktop.platform.executor.now());
     if (pairing.sameSession) pairKnown(pairing, application);
-    const bool same = noted != record.applications.end() && isSame(*noted, *running);
+    const bool same = noted && isSame(*noted, *running);
     const bool none = std::ranges::none_of(application.windows,
                                            [](const WindowPlan& plan) { return plan.liveIndex.has_value(); });
     if (!same && none) pairByLooks(application);
@@ -231,17 +238,14 @@ Task<void> launchAgain(Undoing& undoing, const UndoPlan& plan) {
     if (report.cancelled) throw Cancelled{};
 }
 
-/// Front to back, those that are neither minimized nor gone; their numbers are known.
+/// Front to back, those that are neither minimized, hidden nor gone; their numbers are known.
 std::vector<std::pair<WindowNumber, Element>> formerOrder(const Undoing& undoing) {
-    std::map<WindowNumber, Element> back;
-    for (const Element& element : undoing.back) {
-        if (const auto number = undoing.desktop.platform.accessibility.windowNumber(element))
-            back.emplace(*number, element);
-    }
+    const auto back = byNumber(undoing.desktop.platform.accessibility, undoing.back);
     std::vector<std::pair<WindowNumber, Element>> order;
     for (const UndoWindow& window : undoing.record.windows) {
+        const UndoApplication* noted = notedOf(undoing.record, window.application);
         const auto found = back.find(window.number);
-        if (found != back.end()) order.emplace_back(*found);
+        if (found != back.end() && !(noted && noted->hidden)) order.emplace_back(*found);
     }
     return order;
 }
@@ -249,7 +253,6 @@ std::vector<std::pair<WindowNumber, Element>> formerOrder(const Undoing& undoing
 /// Window managers raise one window at a time: from the last one that lies where it did upwards.
 void restack(const Undoing& undoing) {
     WindowServer& server = undoing.desktop.platform.windowServer;
-    AccessibilityService& accessibility = undoing.desktop.platform.accessibility;
     const auto order = formerOrder(undoing);
     std::vector<WindowNumber> wanted, present;
     std::map<WindowNumber, ProcessID> owners;
@@ -263,11 +266,8 @@ void restack(const Undoing& undoing) {
         owners.emplace(entry.number, entry.ownerPid);
     }
     if (present == wanted) return;
-    for (const auto& [number, element] : order | std::views::reverse) {
-        (void)accessibility.perform(element, ax::raise);
-        // Where a window rises among those of its application only.
-        (void)accessibility.write(accessibility.application(owners[number]), ax::frontmost, true);
-    }
+    for (const auto& [number, element] : order | std::views::reverse)
+        bringToFront(undoing.desktop.platform.accessibility, element, owners[number]);
 }
 
 Task<void> putBack(Undoing& undoing, const UndoPlan& plan) {
@@ -317,16 +317,18 @@ Task<RestoreReport> runUndoably(DesktopAccess& desktop, Workspace workspace, Opt
     noteIntent(record, desktop.platform.applications, workspace, options);
     keep(record);
     RestoreReport report = co_await run(desktop, std::move(workspace), std::move(options), std::move(onItem));
-    noteDone(record, report);
+    noteDone(record, desktop.platform.applications, report);
     keep(record);
     co_return report;
 }
 
 bool isOfThisSession(Applications& applications, const UndoRecord& record) {
-    return std::ranges::any_of(record.applications, [&](const UndoApplication& noted) {
+    const auto runsStill = [&](const auto& noted) {
         const auto running = applications.running(noted.identifier);
         return running && isSame(noted, *running);
-    });
+    };
+    return std::ranges::any_of(record.applications, runsStill) ||
+           std::ranges::any_of(record.launched, runsStill);
 }
 
 std::vector<UndoLaunch> launchedAndRunning(Applications& applications, const UndoRecord& record) {

@@ -43,7 +43,8 @@ struct UndoPlan {
     std::vector<std::string> limits() const;
 };
 
-/// Whether anything that the record knows still runs as it did: after a logout, nothing does.
+/// Whether anything that the record knows, what was launched as well, still runs as it did: after a logout,
+/// nothing does.
 bool isOfThisSession(Applications& applications, const UndoRecord& record);
 
 /// What the restore launched and still runs.

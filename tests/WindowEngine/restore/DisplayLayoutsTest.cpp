@@ -143,6 +143,12 @@ TEST(DisplayLayouts, EachSetOfDisplaysHasItsOwnAndRestoresIt) {
 
     desk.undock();
     desk.put("One", 0);
+    const std::vector<WindowSnapshot>& all = docked.applications[0].windows;
+    Restore::PassedOver left{.windows = {{"org.editor", all}}, .displays = docked.displays};
+    const WorkspaceSnapshot fit = Restore::fitted(docked, left, desk.now(), {});
+    EXPECT_NE(fit.applications[0].windows, all);
+    EXPECT_EQ(left.windows.begin()->second, fit.applications[0].windows)
+        << "left out, and fitted all the same";
     EXPECT_TRUE(desk.desktop.restore(docked).clean());
     EXPECT_EQ(desk.places(), (std::vector<double>{100, 500}));
     desk.dock("D7", "D8");  // the twins under other names
@@ -186,6 +192,7 @@ TEST(DisplayLayouts, ArrangingMovesWhatIsOpenAndStartsNothing) {
          samples::sceneApplication("org.viewer", {samples::sceneWindow("Page", {10, 400, 300, 200})})}));
     WorkspaceSnapshot saved = desktop.capture();
     saved.applications[0].windows.push_back(samples::savedWindow(desktop, {50, 50, 300, 300}, "Gone"));
+    saved.desktops.value().push_back({"main", 5, {}});  // is not made
     auto& world = desktop.world();
     world.end(*world.application("org.viewer"));
     world.move(*world.window("org.editor", "Notes"), {500, 200, 300, 200});

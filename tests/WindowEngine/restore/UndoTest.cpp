@@ -96,6 +96,8 @@ TEST(Undo, WhatItLaunchedStaysAndIsOfferedForClosing) {
     ASSERT_TRUE(desktop.world().application("org.b")->running) << "closed unasked";
     const Restore::UndoPlan plan = Restore::planUndo(desktop.access, desktop.record);
     EXPECT_EQ(plan.limits(), Texts{"org.b was launched, and stays open until you quit it"});
+    desktop.world().end(*desktop.world().application("org.a"));
+    EXPECT_TRUE(Restore::isOfThisSession(desktop.plain.applications, desktop.record)) << "B still runs";
     Restore::closeLaunched(desktop.plain.applications, plan.launched);
     EXPECT_FALSE(desktop.world().application("org.b")->running);
     EXPECT_TRUE(Restore::planUndo(desktop.access, desktop.record).launched.empty());
@@ -134,7 +136,7 @@ TEST(Undo, OnlyWhatIsSurelyTheSameIsTouched) {
 TEST(Undo, ARecordComesBackFromItsFileAndADamagedOneNamesItsField) {
     Undoable desktop(scene({sceneApplication("org.a", {sceneWindow("One", left)})}));
     desktop.restoreUndoably(desktop.capture());
-    desktop.record.launched = {{"org.b", "B"}};
+    desktop.record.launched = {{"org.b", "B", 7}};
     const std::string bytes = UndoCoding::encode(desktop.record).value();
     UndoRecord read = UndoCoding::decode(bytes).value();
     // Dates are kept by the second.
