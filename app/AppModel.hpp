@@ -516,8 +516,7 @@ class AppModel final : public QObject {
     bool refreshingCurrentSnapshot_ = false;
     bool promptedForAccessibility_ = false;
     bool showingSettings_ = false;
-    std::optional<Uuid> latestWorkspace_;  // that was resumed or saved since the program was started
-    PowerHold powerHold_;                  // of the system that waits for the running session capture
+    PowerHold powerHold_;  // of the system that waits for the running session capture
     std::vector<std::function<void()>> afterSnapshot_;  // what was asked for meanwhile
 
     std::unique_ptr<PowerObserver> powerObserver_;

@@ -154,7 +154,6 @@ void AppModel::commit(CaptureDraft& reviewed) {
     const Result<Workspace> saved = save(*draft);
     if (!told(what, saved)) return;
     const Result<void> noted = known_.savedHere(*saved);
-    latestWorkspace_ = saved->id;
     dispose(std::exchange(draft_, nullptr));  // before anybody hears of it: nothing saves it once more
     reload();
     Q_EMIT draftChanged();

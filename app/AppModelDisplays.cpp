@@ -10,6 +10,15 @@
 #include "settings/RunSelection.hpp"
 
 namespace quillo {
+namespace {
+
+/// By whichever program.
+Instant lastArranged(const Workspace& workspace) {
+    const Instant saved = workspace.snapshot.capturedAt;
+    return std::max(saved, workspace.lastRestoredAt.value_or(saved));
+}
+
+}  // namespace
 
 const Workspace* AppModel::findInLibrary(const Uuid& id) const {
     const auto found = std::ranges::find(workspaces_, id, &Workspace::id);
@@ -18,8 +27,8 @@ const Workspace* AppModel::findInLibrary(const Uuid& id) const {
 
 void AppModel::offerLayout(const std::vector<DisplaySnapshot>& displays) {
     if (restoreRunning()) return;  // a whole workspace comes with them
-    const Workspace* workspace = latestWorkspace_ ? findInLibrary(*latestWorkspace_) : nullptr;
-    if (!workspace || !DisplayLayouts::has(workspace->snapshot, displays)) return;
+    const auto workspace = std::ranges::max_element(workspaces_, {}, lastArranged);
+    if (workspace == workspaces_.end() || !DisplayLayouts::has(workspace->snapshot, displays)) return;
     if (known_.reasonToAsk(*workspace)) return;  // somebody has changed it since
     if (arrangesByItself(workspace->id)) return arrange(workspace->id, Asker::itself);
     if (!settings_.offersLayouts) return;
@@ -75,8 +84,11 @@ Task<> AppModel::keepLayoutTask(Uuid id) {
         show("The layout is not kept: " + CaptureHealth::words(*flaw), ToastKind::refusal);
         co_return;
     }
-    const Result<bool> kept = edit(id, "Keep Layout", [&now](Workspace& stored) -> Result<void> {
-        WorkspaceSnapshot arranged = DisplayLayouts::arranged(stored.snapshot, now);
+    const Result<bool> kept = edit(id, "Keep Layout", [this, &now](Workspace& stored) -> Result<void> {
+        WorkspaceSnapshot arranged = DisplayLayouts::arranged(
+            stored.snapshot, now,
+            DisplayAnswers(services_.defaults)
+                .find(DisplayLayouts::displaysFor(stored.snapshot, now.displays), now.displays));
         if (!DisplayLayouts::has(arranged, now.displays))
             return fail(ErrorKind::notFound, "none of its windows is open");
         stored.snapshot = std::move(arranged);

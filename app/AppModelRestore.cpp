@@ -247,7 +247,6 @@ void AppModel::restoreEnded(RestoreRun& run, RestoreReport report) {
     if (isRestore && inLibrary && restoreRun_.get() == &run) lastRuns_[workspace] = restoreRun_;
     run.finish(std::move(report));
     windowTally_ = {};  // windows that it made go are nobody's trouble
-    if (isRestore && inLibrary) latestWorkspace_ = workspace;
     if (isRestore && !cancelled) {
         if (!run.ofPart() && !store_.updateLastRestored(run.workspace().id, wallNow())) {
             show("Restored, but couldn't update last-used time", ToastKind::refusal);

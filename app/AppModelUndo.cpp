@@ -1,10 +1,13 @@
 // Putting everything back as it was before the latest restore.
+#include <chrono>
 #include <utility>
 
 #include "app/AppModel.hpp"
 #include "settings/UndoNote.hpp"
 
 namespace quillo {
+
+using namespace std::chrono_literals;
 
 void AppModel::keepUndo(const UndoRecord& record) {
     undo_ = record;
@@ -32,11 +35,15 @@ void AppModel::forgetUndo() {
 void AppModel::reloadUndo() {
     undoWatch_.look();
     if (undo_ && !undoStored_ && !services_.files.exists(undoFile_.directory() / "desktop.json")) return;
+    const auto when = [this] { return undo_ ? std::optional(undo_->before.createdAt) : std::nullopt; };
+    const std::optional<Instant> before = when();
     Result<std::optional<UndoRecord>> found = findUndo(undoFile_, known_);
     std::optional<UndoRecord> record = found ? *std::move(found) : std::nullopt;
     if (record && !Restore::isOfThisSession(services_.desktop.platform.applications, *record)) record.reset();
     undo_ = std::move(record);
     undoStored_ = undo_.has_value();
+    // Dates are stored by the second. Whatever came after our restore ends the waiting for its windows.
+    if (before && (!when() || std::chrono::abs(*when() - *before) > 1s)) stopWaiting();
     Q_EMIT undoChanged();
 }
 

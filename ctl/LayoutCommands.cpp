@@ -6,6 +6,7 @@
 #include "ctl/Commands.hpp"
 #include "ctl/HumanText.hpp"
 #include "ctl/Table.hpp"
+#include "settings/DisplayAnswers.hpp"
 
 namespace quillo::ctl {
 namespace {
@@ -66,7 +67,11 @@ CommandResult saveLayout(CommandContext& context, const Arguments& arguments) {
     for (const std::string& warning : captured->warnings) context.output.complain(warning);
     const Result<Workspace, Failure> saved =
         change(context, *workspace, [&](Workspace& stored) -> Result<void> {
-            WorkspaceSnapshot arranged = DisplayLayouts::arranged(stored.snapshot, captured->snapshot);
+            WorkspaceSnapshot arranged = DisplayLayouts::arranged(
+                stored.snapshot, captured->snapshot,
+                DisplayAnswers(context.defaults)
+                    .find(DisplayLayouts::displaysFor(stored.snapshot, captured->snapshot.displays),
+                          captured->snapshot.displays));
             if (!DisplayLayouts::has(arranged, captured->snapshot.displays))
                 return fail(ErrorKind::notFound, "none of its windows is open");
             stored.snapshot = std::move(arranged);

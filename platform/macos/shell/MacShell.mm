@@ -86,7 +86,7 @@ void deliver(UNUserNotificationCenter* center, NSString* title, NSString* text, 
                                                                               options:0];
         UNNotificationCategory* const offer = [UNNotificationCategory categoryWithIdentifier:offerIdentifier
                                                                                      actions:@[ take ]
-                                                                           intentIdentifiers:@[]
+                                                                           intentIdentifiers:[NSArray array]
                                                                                      options:0];
         [center setNotificationCategories:[NSSet setWithObject:offer]];
         content.categoryIdentifier = offerIdentifier;
