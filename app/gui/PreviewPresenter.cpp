@@ -143,7 +143,7 @@ QString PreviewPresenter::leftOutText() const {
     const auto size = [](const auto& all) { return static_cast<std::int64_t>(all.size()); };
     QStringList parts;
     if (const auto windows = size(selection.excluded.windows)) parts << counted(windows, "window");
-    if (const auto others = size(selection.spared)) parts << counted(others, "other app");
+    if (const auto others = size(selection.spared)) parts << counted(others, "app");
     if (const auto urls = size(selection.excluded.contextURLs); urls > 0 && parts.isEmpty())
         parts << counted(urls, "folder or tab");
     return parts.isEmpty() ? QString() : parts.join(", ") + " left alone";

@@ -173,8 +173,8 @@ FocusScope {
             iconName: "rotate-ccw"
             text: "Resume"
             focus: true
-            enabled: Preview.canResume && root.armed
-            onClicked: Preview.resume()
+            enabled: Preview.canResume
+            onClicked: if (root.armed) Preview.resume()
         }
         Item { width: 1; height: 26 }
         UiText { width: parent.width; role: "body-strong"; text: "This time"; bottomPadding: 6 }
@@ -185,7 +185,7 @@ FocusScope {
                 required property int index
                 text: modelData
                 checked: Preview.cleanSlate === index
-                onPicked: Preview.setCleanSlate(index)
+                onPicked: if (root.armed) Preview.setCleanSlate(index)
             }
         }
         Item { width: 1; height: 16 }

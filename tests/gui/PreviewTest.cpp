@@ -47,6 +47,13 @@ TEST_F(PreviewPageTest, IsOpenedTickedByKeyboardAndResumed) {
     ASSERT_TRUE(until([&] { return detail("Notes") == "moves and resizes"; }));
     press(Qt::Key_Escape);
     EXPECT_EQ(ui().page(), "detail");
+    QApplication::setDoubleClickInterval(60'000);
+    model->openPreview(model.named("Work"), CleanSlateMode::keep);
+    ASSERT_TRUE(until([&] { return preview().canResume(); }));
+    press(Qt::Key_Return);
+    EXPECT_FALSE(model->restoreRun()) << "by a second press on what opened the page";
+    QApplication::setDoubleClickInterval(0);
+    press(Qt::Key_Escape);
     click("Preview…");
     ASSERT_TRUE(until([&] { return named("Resume") && preview().canResume(); }));
     press(Qt::Key_Return);  // the button has the keyboard

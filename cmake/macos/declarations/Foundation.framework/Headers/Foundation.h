@@ -105,6 +105,7 @@ typedef struct {
 @end
 
 @interface NSArray<__covariant ObjectType> : NSObject <NSCopying, NSFastEnumeration>
++ (instancetype)array;
 + (instancetype)arrayWithObjects:(const ObjectType _Nonnull[_Nonnull])objects count:(NSUInteger)count;
 - (NSArray<ObjectType>*)arrayByAddingObject:(ObjectType)object;
 @property(readonly) NSUInteger count;
