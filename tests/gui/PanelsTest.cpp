@@ -99,7 +99,7 @@ TEST_F(PanelsTest, APreparedSwitcherBeginsAnewEachTimeAndLooksAtTheDesktopOnlyTh
     EXPECT_EQ(window(), first);
     const auto& switcher = presenter<SwitcherPresenter>("Switcher");
     EXPECT_TRUE(switcher.query().isEmpty() && switcher.highlighted() == 0 && switcher.focused());
-    EXPECT_TRUE(named("M") && named("Resume a workspace…")) << "what was typed is gone";
+    EXPECT_TRUE(until([&] { return named("M") && named("Resume a workspace…"); })) << "what was typed stays";
     type("B");
     EXPECT_FALSE(named("M"));
 }
