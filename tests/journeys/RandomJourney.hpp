@@ -18,6 +18,15 @@ class RandomJourney : public Journey {
         random_.disturbRecoverably(world());
         settle();
     }
+    /// The last display goes and comes again; its windows stay where they were brought.
+    void undockAndDock() {
+        if (world().displays().size() < 2) return;
+        const simulated::SceneDisplay last = world().displays().back().scene;
+        world().unplug(last.id);
+        settle();
+        world().plug(last);
+        settle();
+    }
     void layFaults() {
         for (const simulated::Fault& fault : random_.faults(scene())) lay(fault);
     }

@@ -80,6 +80,7 @@ TEST(UndoJourneys, WhateverLivesIsWhereAndHowItWas) {
             journey.restoreUndoably(allCleanSlateModes[steps() % allCleanSlateModes.size()]);
             journey.settle();
             if (steps() % 2 == 0) journey.disturb(false);
+            if (steps() % 2 == 0) journey.undockAndDock();
             const RestoreReport report = journey.undo();
             EXPECT_EQ(report.totals().failed, 0);
             expectBack(journey, before);
