@@ -34,7 +34,7 @@ struct UndoApplication {
 /// One that the restore launched.
 struct UndoLaunch {
     std::string identifier, name;
-    std::optional<std::int64_t> pid = {};  // absent where it had ended with the restore already
+    std::optional<std::int64_t> pid = {};  // absent where none was seen when the restore ended
     std::optional<Instant> launchedAt = {};
 
     bool operator==(const UndoLaunch&) const = default;

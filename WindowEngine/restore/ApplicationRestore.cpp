@@ -24,4 +24,11 @@ std::vector<LiveWindowInfo> infosOf(const std::vector<LiveWindow>& windows) {
     return infos;
 }
 
+std::optional<Url> locationOf(Applications& applications, const ApplicationSnapshot& application) {
+    if (application.applicationURL &&
+        applications.identifierAt(*application.applicationURL) == application.bundleIdentifier)
+        return application.applicationURL;
+    return applications.location(application.bundleIdentifier);
+}
+
 }  // namespace quillo::Restore

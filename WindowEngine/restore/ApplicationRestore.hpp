@@ -1,6 +1,7 @@
 // What a restore run shares with the steps that bring back one of its applications. Internal to Restore.
 #pragma once
 #include <chrono>
+#include <optional>
 #include <vector>
 
 #include "WindowEngine/restore/ItemSink.hpp"
@@ -42,5 +43,9 @@ struct ApplicationRestore {
 std::vector<LiveWindow> liveWindows(DesktopAccess& desktop, const ApplicationSnapshot& application,
                                     bool recoverHidden, const PassedOver& passedOver);
 std::vector<LiveWindowInfo> infosOf(const std::vector<LiveWindow>& windows);
+
+/// From where it can be launched; absent where it cannot. The saved location decides only among installed
+/// applications of that identifier; a workspace file may come from somebody else.
+std::optional<Url> locationOf(Applications& applications, const ApplicationSnapshot& application);
 
 }  // namespace quillo::Restore

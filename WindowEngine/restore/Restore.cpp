@@ -49,15 +49,6 @@ struct Run {
     double secondsSinceStart() const { return std::chrono::duration<double>(now() - started).count(); }
 };
 
-/// The saved location decides only among installed applications of that identifier; a workspace file may come
-/// from somebody else.
-std::optional<Url> locationOf(Applications& applications, const ApplicationSnapshot& application) {
-    if (application.applicationURL &&
-        applications.identifierAt(*application.applicationURL) == application.bundleIdentifier)
-        return application.applicationURL;
-    return applications.location(application.bundleIdentifier);
-}
-
 DocumentPlan documentsOf(const ApplicationRestore& restore, std::span<const LiveWindowInfo> live) {
     return planDocuments(restore.desktop.platform, restore.application, restore.options, live);
 }

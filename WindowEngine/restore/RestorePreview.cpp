@@ -9,6 +9,7 @@
 #include "WindowEngine/desktop/Displays.hpp"
 #include "WindowEngine/integrations/SafariPrivacy.hpp"
 #include "WindowEngine/records/NativeTabs.hpp"
+#include "WindowEngine/restore/ApplicationRestore.hpp"
 #include "WindowEngine/restore/CleanSlate.hpp"
 #include "WindowEngine/restore/ContextRestore.hpp"
 #include "WindowEngine/restore/DesktopCreation.hpp"
@@ -22,9 +23,7 @@ PlannedApplication presenceOf(Applications& applications, const ApplicationSnaps
     if (const auto running = applications.running(saved.bundleIdentifier)) {
         planned.presence = Presence::running;
         planned.pid = running->pid;
-    } else if ((saved.applicationURL &&
-                applications.identifierAt(*saved.applicationURL) == saved.bundleIdentifier) ||
-               applications.location(saved.bundleIdentifier)) {
+    } else if (Restore::locationOf(applications, saved)) {
         planned.presence = Presence::installed;
     }
     return planned;

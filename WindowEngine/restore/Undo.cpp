@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <chrono>
 #include <exception>
+#include <iterator>
 #include <map>
 #include <ranges>
 #include <set>
@@ -34,6 +35,13 @@ std::string counted(std::int64_t count, std::string_view one, std::string_view m
 const UndoApplication* notedOf(const UndoRecord& record, std::string_view identifier) {
     const auto noted = std::ranges::find(record.applications, identifier, &UndoApplication::identifier);
     return noted == record.applications.end() ? nullptr : &*noted;
+}
+
+/// Whether it was to be asked to quit, and does not run.
+bool hasQuit(Applications& applications, const UndoRecord& record, std::string_view identifier) {
+    const UndoApplication* noted = notedOf(record, identifier);
+    return record.before.cleanSlate == CleanSlateMode::quit && noted && noted->cleared &&
+           !applications.running(identifier);
 }
 
 /// Dates are stored by the second, and where they are counted from the computer's start, each program finds
@@ -151,15 +159,15 @@ UndoPlan::Application planApplication(DesktopAccess& desktop, const Pairing& pai
     UndoPlan::Application application{.saved = &saved};
     const UndoRecord& record = pairing.record;
     const UndoApplication* noted = notedOf(record, saved.bundleIdentifier);
-    const bool cleared = noted && noted->cleared;
-    const CleanSlateMode mode = record.before.cleanSlate.value_or(CleanSlateMode::keep);
-    const auto running = desktop.platform.applications.running(saved.bundleIdentifier);
-    application.relaunched = !running && cleared && mode == CleanSlateMode::quit;
+    Applications& applications = desktop.platform.applications;
+    const auto running = applications.running(saved.bundleIdentifier);
+    application.relaunched =
+        hasQuit(applications, record, saved.bundleIdentifier) && locationOf(applications, saved);
     for (std::size_t i = 0; i < saved.windows.size(); ++i)
         application.windows.push_back(unpaired(i, running ? outOfReach : endedSince));
     if (!running) return application;
     const bool wasHidden = noted && noted->hidden;
-    application.shown = running->isHidden && cleared && !wasHidden;
+    application.shown = running->isHidden && noted && noted->cleared && !wasHidden;
     application.hidden = !running->isHidden && wasHidden;
     application.live = liveWindows(desktop, saved, true, {});
     application.hangs = desktop.handles.unresponsive.resting(running->pid, desktop.platform.executor.now());
@@ -198,6 +206,8 @@ struct Undoing {
     const Options& options;
     const ItemSink& sink;
     std::vector<Element> back{};
+    std::map<WindowNumber, WindowNumber> renumbered{};  // windows of what was launched again, by their former
+    std::optional<WindowNumber> foremost{};             // that was raised
     std::optional<WindowNumber> inFront = desktop.platform.windowServer.windowInFront();
 };
 
@@ -220,15 +230,38 @@ Task<void> placeLiving(Undoing& undoing, const UndoPlan& plan) {
     }
 }
 
-/// What was quit comes back as from a workspace. Saved here a moment ago, it needs no limits.
-Task<void> launchAgain(Undoing& undoing, const UndoPlan& plan) {
+/// The windows of what was launched again stand where they were saved, under other numbers.
+std::vector<Element> recognised(Undoing& undoing, const ApplicationSnapshot& saved) {
+    std::vector<Element> windows;
+    const std::vector<UndoWindow>& known = undoing.record.windows;
+    const std::vector<LiveWindow> live = liveWindows(undoing.desktop, saved, true, {});
+    const std::vector<DisplaySnapshot> displays = Displays::current(undoing.desktop.platform.screens);
+    for (const WindowPlan& plan :
+         planWindows(saved.windows, infosOf(live), undoing.record.before.snapshot.displays, displays)) {
+        if (!plan.liveIndex) continue;
+        const WindowSnapshot& window = saved.windows[static_cast<std::size_t>(plan.savedIndex)];
+        const LiveWindow& now = live[static_cast<std::size_t>(*plan.liveIndex)];
+        const auto former = std::ranges::find_if(known, [&](const UndoWindow& one) {
+            return one.application == saved.bundleIdentifier && one.index == window.index;
+        });
+        if (window.isMinimized || former == known.end() || !now.windowID) continue;
+        undoing.renumbered.emplace(former->number, *now.windowID);
+        windows.push_back(now.element);
+    }
+    return windows;
+}
+
+/// What was quit comes back as from a workspace. Saved here a moment ago, it needs no limits. Gives the
+/// windows that it opened.
+Task<std::vector<Element>> launchAgain(Undoing& undoing, const UndoPlan& plan) {
     Workspace gone = undoing.record.before;
     std::erase_if(gone.snapshot.applications, [&](const ApplicationSnapshot& application) {
         return std::ranges::none_of(plan.applications, [&](const UndoPlan::Application& planned) {
             return planned.relaunched && planned.saved->bundleIdentifier == application.bundleIdentifier;
         });
     });
-    if (gone.snapshot.applications.empty()) co_return;
+    std::vector<Element> launched;
+    if (gone.snapshot.applications.empty()) co_return launched;
     Options options = undoing.options;
     options.cleanSlate.reset();
     options.limited = options.bringsForward = false;
@@ -236,29 +269,37 @@ Task<void> launchAgain(Undoing& undoing, const UndoPlan& plan) {
         co_await run(undoing.desktop, std::move(gone), options,
                      [&](const RestoreReport::Item& item) { undoing.sink.add(item); });
     if (report.cancelled) throw Cancelled{};
+    for (const UndoPlan::Application& planned : plan.applications)
+        if (planned.relaunched)
+            std::ranges::move(recognised(undoing, *planned.saved), std::back_inserter(launched));
+    co_return launched;
 }
 
-/// Front to back, those that are neither minimized, hidden nor gone; their numbers are known.
+/// Front to back, those that are neither minimized, hidden nor gone; with the numbers that they have now.
 std::vector<std::pair<WindowNumber, Element>> formerOrder(const Undoing& undoing) {
     const auto back = byNumber(undoing.desktop.platform.accessibility, undoing.back);
     std::vector<std::pair<WindowNumber, Element>> order;
     for (const UndoWindow& window : undoing.record.windows) {
         const UndoApplication* noted = notedOf(undoing.record, window.application);
-        const auto found = back.find(window.number);
+        const auto anew = undoing.renumbered.find(window.number);
+        const auto found = back.find(anew == undoing.renumbered.end() ? window.number : anew->second);
         if (found != back.end() && !(noted && noted->hidden)) order.emplace_back(*found);
     }
     return order;
 }
 
-/// Window managers raise one window at a time: from the last one that lies where it did upwards.
-void restack(const Undoing& undoing) {
+/// Window managers raise one window at a time: from the last one that lies where it did upwards. The
+/// windows that have `come` may have taken the keyboard without anybody's going there.
+void restack(Undoing& undoing, const std::vector<Element>& come) {
     WindowServer& server = undoing.desktop.platform.windowServer;
+    AccessibilityService& accessibility = undoing.desktop.platform.accessibility;
     const auto order = formerOrder(undoing);
     std::vector<WindowNumber> wanted, present;
     std::map<WindowNumber, ProcessID> owners;
     for (const auto& [number, element] : order) wanted.push_back(number);
     const auto inFront = server.windowInFront();
-    const bool isOurs = inFront && std::ranges::find(wanted, *inFront) != wanted.end();
+    const bool isOurs =
+        inFront && (inFront == undoing.foremost || byNumber(accessibility, come).contains(*inFront));
     if (!isOurs && inFront != undoing.inFront) return;  // somebody went elsewhere
     for (const WindowListEntry& entry : server.windowList()) {
         if (std::ranges::find(wanted, entry.number) == wanted.end()) continue;
@@ -267,7 +308,8 @@ void restack(const Undoing& undoing) {
     }
     if (present == wanted) return;
     for (const auto& [number, element] : order | std::views::reverse)
-        bringToFront(undoing.desktop.platform.accessibility, element, owners[number]);
+        bringToFront(accessibility, element, owners[number]);
+    undoing.foremost = wanted.front();
 }
 
 Task<void> putBack(Undoing& undoing, const UndoPlan& plan) {
@@ -280,8 +322,10 @@ Task<void> putBack(Undoing& undoing, const UndoPlan& plan) {
     co_await placeLiving(undoing, plan);
     for (const UndoPlan::Application& application : plan.applications)
         if (application.hidden) (void)applications.hide(application.saved->bundleIdentifier);
-    restack(undoing);
-    co_await launchAgain(undoing, plan);
+    restack(undoing, undoing.back);
+    const std::vector<Element> launched = co_await launchAgain(undoing, plan);
+    undoing.back.insert(undoing.back.end(), launched.begin(), launched.end());
+    if (!launched.empty()) restack(undoing, launched);
 }
 
 }  // namespace
@@ -333,8 +377,11 @@ bool isOfThisSession(Applications& applications, const UndoRecord& record) {
 
 std::vector<UndoLaunch> launchedAndRunning(Applications& applications, const UndoRecord& record) {
     std::vector<UndoLaunch> launched = record.launched;
-    std::erase_if(launched,
-                  [&](const UndoLaunch& launch) { return !applications.running(launch.identifier); });
+    std::erase_if(launched, [&](const UndoLaunch& launch) {
+        const auto running = applications.running(launch.identifier);
+        // One without a number was slower than the restore, and cannot be told from one started since.
+        return !running || (launch.pid && !isSame(launch, *running));
+    });
     return launched;
 }
 
@@ -352,6 +399,11 @@ std::vector<std::string> remains(Applications& applications, const UndoRecord& r
         remains.push_back(counted(record.othersCleared,
                                   "app that is never saved was asked to quit, and stays so",
                                   "apps that are never saved were asked to quit, and stay so"));
+    for (const ApplicationSnapshot& saved : record.before.snapshot.applications) {
+        if (hasQuit(applications, record, saved.bundleIdentifier) && !locationOf(applications, saved))
+            remains.push_back(fmt::format("{} was asked to quit, and stays so: {}", saved.name,
+                                          applications.notInstalled()));
+    }
     return remains;
 }
 
@@ -382,7 +434,8 @@ Task<RestoreReport> undo(DesktopAccess& desktop, UndoRecord record, Options opti
         const UndoPlan plan = planUndo(desktop, record);
         Undoing undoing{desktop, record, options, sink};
         co_await putBack(undoing, plan);
-        for (const std::string& one : plan.remains) sink.add(RestoreReport::note{one});
+        for (const std::string& one : remains(desktop.platform.applications, record))
+            sink.add(RestoreReport::note{one});
     } catch (const Cancelled&) {
         report.cancelled = true;
     } catch (const std::exception& error) {

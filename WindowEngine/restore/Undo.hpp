@@ -25,8 +25,9 @@ struct UndoPlan {
         const ApplicationSnapshot* saved = nullptr;  // in the record
         std::vector<LiveWindow> live = {};
         std::vector<WindowPlan> windows =
-            {};                              // one for each saved window: its live one, or why there is none
-        bool relaunched = false;             // was asked to quit, and does not run: with all its windows
+            {};  // one for each saved window: its live one, or why there is none
+        bool relaunched =
+            false;  // was asked to quit, does not run, and can be launched: with all its windows
         bool shown = false, hidden = false;  // as a whole
         bool hangs = false;                  // did not answer in time: nothing is known of its windows
     };
@@ -47,7 +48,7 @@ struct UndoPlan {
 /// nothing does.
 bool isOfThisSession(Applications& applications, const UndoRecord& record);
 
-/// What the restore launched and still runs.
+/// What the restore launched and still runs; not what somebody quit since and started again.
 std::vector<UndoLaunch> launchedAndRunning(Applications& applications, const UndoRecord& record);
 /// What the restore did and no undo takes back, in sentences without full stop. No window is read for it.
 std::vector<std::string> remains(Applications& applications, const UndoRecord& record);

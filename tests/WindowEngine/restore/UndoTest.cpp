@@ -58,16 +58,20 @@ TEST(Undo, WhatACleanSlateDidIsUndone) {
         SCOPED_TRACE(storedValue(mode));
         SceneApplication hiddenBefore = sceneApplication("org.hidden", {sceneWindow("Hidden", left)});
         hiddenBefore.hidden = true;
-        Undoable desktop(scene({sceneApplication("org.a", {sceneWindow("One", left)}), hiddenBefore,
-                                sceneApplication("org.other", {sceneWindow("Other", right)}),
+        SceneApplication unlisted = sceneApplication("org.unlisted", {sceneWindow("Unlisted", right)});
+        unlisted.installed = false;
+        Undoable desktop(scene({sceneApplication("org.other", {sceneWindow("Other", right)}),
+                                sceneApplication("org.a", {sceneWindow("One", left)}), hiddenBefore, unlisted,
                                 sceneApplication("org.kept-out", {sceneWindow("Secret", right)})}));
         WorkspaceSnapshot saved = desktop.capture();
-        saved.applications.resize(1);
+        std::erase_if(saved.applications, [](const auto& one) { return one.bundleIdentifier != "org.a"; });
         desktop.restoreUndoably(saved, mode, {.excludedBundleIdentifiers = {"org.kept-out"}});
         const bool quits = mode == CleanSlateMode::quit;
         ASSERT_EQ(desktop.world().application("org.other")->running, !quits);
+        EXPECT_EQ(Restore::planUndo(desktop.access, desktop.record).relaunchedCount(), quits ? 2 : 0);
         const RestoreReport report = desktop.undo();
         EXPECT_TRUE(desktop.world().application("org.other")->running);
+        EXPECT_EQ(desktop.world().windows().front().state.title, "Other") << "above what was there already";
         EXPECT_FALSE(desktop.world().application("org.other")->hidden);
         EXPECT_EQ(desktop.window("org.other", "Other").state.frame, right);
         // What is never saved is known by nothing but its windows: it can be shown, and not launched.
@@ -77,10 +81,10 @@ TEST(Undo, WhatACleanSlateDidIsUndone) {
             EXPECT_TRUE(desktop.world().application("org.hidden")->hidden);
         }
         const Texts lines = texts(report);
-        EXPECT_EQ(std::ranges::count(lines,
-                                     "app.quillo.Quillo: note 1 app that is never saved was asked to "
-                                     "quit, and stays so"),
-                  quits ? 1 : 0);
+        for (const char* stays : {"1 app that is never saved was asked to quit, and stays so",
+                                  "org.unlisted was asked to quit, and stays so: not installed"})
+            EXPECT_EQ(std::ranges::count(lines, std::string("app.quillo.Quillo: note ") + stays),
+                      quits ? 1 : 0);
         EXPECT_EQ(UndoCoding::encode(desktop.record).value().find("kept-out"), std::string::npos);
         EXPECT_EQ(UndoCoding::encode(desktop.record).value().find("Secret"), std::string::npos);
     }
@@ -100,6 +104,8 @@ TEST(Undo, WhatItLaunchedStaysAndIsOfferedForClosing) {
     EXPECT_TRUE(Restore::isOfThisSession(desktop.plain.applications, desktop.record)) << "B still runs";
     Restore::closeLaunched(desktop.plain.applications, plan.launched);
     EXPECT_FALSE(desktop.world().application("org.b")->running);
+    desktop.world().start(*desktop.world().application("org.b"));  // by a person, this time
+    desktop.executor().runFor(2s);
     EXPECT_TRUE(Restore::planUndo(desktop.access, desktop.record).launched.empty());
 }
 
