@@ -13,17 +13,18 @@ constexpr std::string_view noMatch = "no matching accessible window";
 
 using DisplayMapper::DisplayList;
 
-void planFullscreen(WindowPlan& plan, const LiveWindowInfo& live, const DisplaySnapshot& target,
-                    DisplayList current) {
+void planFullscreen(WindowPlan& plan, const WindowSnapshot& saved, const LiveWindowInfo& live,
+                    const DisplaySnapshot& target, DisplayList current) {
     const DisplaySnapshot* display = Displays::display(live.frame, current);
     const bool there = display && display->id == target.id;
     plan.enterFullscreen = true;
     // In place already (or nobody can tell where): full screen is only confirmed.
-    if (live.isFullscreen && (!display || there)) return;
+    const bool fillsIt = live.isFullscreen && (!display || there);
+    plan.unminimize = live.isMinimized && !(fillsIt && saved.isMinimized);
+    if (fillsIt) return;
     plan.leaveFullscreen = live.isFullscreen;
-    plan.unminimize = live.isMinimized;
     // On its display it keeps the size that it will have once it leaves full screen.
-    plan.write = !there || live.isMinimized;
+    plan.write = !there;
 }
 
 /// What stands right is left alone: a write would unroll it, or end its being maximized.
@@ -82,7 +83,7 @@ WindowChange changeOf(const WindowPlan& plan, const LiveWindowInfo& live, std::s
     WindowChange change;
     if (plan.write && plan.placement && !standsAt(live.frame, plan.placement->frame))
         change.frame = {live.frame, plan.placement->frame};
-    if (plan.write) change.minimized = stepTo(plan.minimized, live.isMinimized);
+    if (plan.write || plan.unminimize) change.minimized = stepTo(plan.minimized, live.isMinimized);
     change.fullscreen = stepTo(plan.enterFullscreen, live.isFullscreen);
     if (!plan.moveToDesktop) return change;
     const auto from = liveSpaces.size() == 1 ? numberOf(liveSpaces.front(), desktops) : std::nullopt;
@@ -106,7 +107,7 @@ WindowPlan planPair(const WindowSnapshot& saved, const LiveWindowInfo& live, Dis
     if (!saved.isFullscreen) {
         planPlain(plan, saved, live);
     } else if (target) {
-        planFullscreen(plan, live, *target, currentDisplays);
+        planFullscreen(plan, saved, live, *target, currentDisplays);
     }
     return plan;
 }

@@ -23,6 +23,8 @@ constexpr Duration tilingPatience = std::chrono::milliseconds(200);  // for wind
 constexpr Duration driftPatience = std::chrono::seconds(1);          // for one that moves itself
 constexpr Duration driftInterval = std::chrono::milliseconds(100);   // between looks when it does
 
+constexpr std::string_view minimizedStill = "couldn't unminimize the window before entering full screen";
+
 Status disappeared() {
     return failed{"window disappeared after leaving full screen"};
 }
@@ -157,8 +159,7 @@ Task<Trouble> bringToTargetDisplay(Pair& pair) {
         auto trouble = co_await leaveFullscreen(pair, "couldn't leave full screen to change display");
         if (trouble) co_return trouble;
     }
-    const Written written =
-        co_await write(pair, "couldn't unminimize the window before entering full screen");
+    const Written written = co_await write(pair, minimizedStill);
     if (!written.trouble && !written.result.positionSet)
         co_return failed{"couldn't place the window on its target display before entering full screen"};
     co_return written.trouble;
@@ -182,6 +183,8 @@ Task<Status> restoreFullscreen(Pair& pair) {
         if (!display || display->id != plan.displayID) co_return RestoreReport::skipped{placement.reason()};
     } else if (plan.write) {
         if (auto trouble = co_await bringToTargetDisplay(pair)) co_return *trouble;
+    } else if (plan.unminimize && !co_await Accessibility::unminimizeAndWait(pair.desktop, pair.window)) {
+        co_return failed{std::string(minimizedStill)};
     }
     if (!co_await Accessibility::transitionFullscreen(pair.desktop, pair.window, true))
         co_return failed{"full-screen transition did not complete"};

@@ -19,15 +19,16 @@ TEST(RestorePlan, AFullScreenWindowIsPlacedOnlyWhereItsDisplayIsAnother) {
         Rect frame;
         bool fullscreen, minimized, leaves, placed;
     } cases[] = {{nowhere, true, false, false, false},  // seen on no display: only confirmed
-                 {onA, false, false, false, false},
-                 {onA, false, true, false, true},
+                 {onA, false, false, false, false},    {onA, false, true, false, false},  // only shown
+                 {onA, true, true, false, false},      {onB, false, true, false, true},
                  {onB, true, false, true, true}};
     for (const auto& c : cases) {
         LiveWindowInfo live = samples::live(c.frame, "Notes");
         live.isFullscreen = c.fullscreen;
         live.isMinimized = c.minimized;
         const WindowPlan plan = planPair(saved, live, displays, displays);
-        EXPECT_TRUE(plan.enterFullscreen && plan.leaveFullscreen == c.leaves && plan.write == c.placed);
+        EXPECT_TRUE(plan.enterFullscreen && plan.leaveFullscreen == c.leaves && plan.write == c.placed &&
+                    plan.unminimize == c.minimized);
         EXPECT_EQ(plan.score, WindowMatcher::evidence(saved, live).score);
     }
 }
