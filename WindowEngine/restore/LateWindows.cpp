@@ -4,9 +4,12 @@
 #include <chrono>
 #include <ranges>
 #include <utility>
+#include <variant>
 
+#include "WindowEngine/desktop/Accessibility.hpp"
 #include "WindowEngine/desktop/Displays.hpp"
 #include "WindowEngine/restore/ApplicationRestore.hpp"
+#include "WindowEngine/restore/DisplayMapper.hpp"
 #include "WindowEngine/restore/RestorePlan.hpp"
 #include "WindowEngine/restore/WindowPlacement.hpp"
 
@@ -24,8 +27,21 @@ constexpr Duration titlePatience = 2s;
 /// has changed, and not at each interval.
 constexpr Duration newness = 30s;
 
+constexpr const char* movedReason = "it was moved before it could be placed, and stays there";
+
 bool contains(const auto& range, const auto& value) {
     return std::ranges::find(range, value) != range.end();
+}
+
+/// Whether a plain window stands neither where it stood nor where it was to be put: somebody else moves it.
+bool isElsewhere(DesktopAccess& desktop, const LiveWindow& before, const WindowSnapshot& saved,
+                 const std::vector<DisplaySnapshot>& savedDisplays,
+                 const std::vector<DisplaySnapshot>& displays) {
+    const auto now = Accessibility::readWindow(desktop, before.element, before.pid, before.info.index);
+    const auto placement = DisplayMapper::place(saved, savedDisplays, displays);
+    if (!now || !placement || before.info.isFullscreen || saved.isFullscreen) return false;
+    return !standsAt(now->info.frame, before.info.frame) &&
+           !Accessibility::compare(now, placement->frame, saved.isMinimized).positionSet;
 }
 
 }  // namespace
@@ -61,7 +77,7 @@ Duration LateWindows::pause() const {
         std::min<Duration>(interval, deadline_ == TimePoint::max() ? interval : deadline_ - now());
     for (const Waiting& waiting : waiting_) {
         for (const auto& [number, arrival] : waiting.arrivals)
-            if (!arrival.settled) pause = std::min(pause, arrival.since + settling - now());
+            if (!arrival.settled) pause = std::min(pause, arrival.rests + settling - now());
     }
     return std::max<Duration>(pause, 10ms);
 }
@@ -106,15 +122,17 @@ Task<void> LateWindows::look(Waiting& waiting) {
 
 void LateWindows::notice(Waiting& waiting, const LiveWindow& window) {
     if (!window.windowID || contains(waiting.expected.known, *window.windowID)) return;
-    const auto [place, isNew] =
-        waiting.arrivals.try_emplace(*window.windowID, Arrival{window.info.frame, now()});
-    Arrival& arrival = place->second;
-    if (arrival.settled) {
-        if (!standsAt(window.info.frame, arrival.frame)) giveUp(waiting, window);
-        return;
+    Arrival& arrival =
+        waiting.arrivals.try_emplace(*window.windowID, Arrival{window.info.frame, now(), now(), now()})
+            .first->second;
+    if (!standsAt(window.info.frame, arrival.frame)) {
+        // It moved after the last look: by then it had had its time.
+        if (arrival.seen - arrival.since >= settling) return giveUp(waiting, window);
+        arrival.frame = window.info.frame;
+        arrival.rests = now();
     }
-    arrival.frame = window.info.frame;
-    arrival.settled = !isNew && now() - arrival.since >= settling;
+    arrival.seen = now();
+    arrival.settled = now() - arrival.rests >= settling;
 }
 
 std::vector<WindowSnapshot> LateWindows::missingWindows(const Waiting& waiting) const {
@@ -124,14 +142,21 @@ std::vector<WindowSnapshot> LateWindows::missingWindows(const Waiting& waiting) 
     return windows;
 }
 
+/// Of a fresh application.
+bool LateWindows::isFirst(const Waiting& waiting) {
+    return waiting.expected.fresh && waiting.expected.known.empty();
+}
+
 /// Its person has a place for it. That it is one of those missing is said only where it surely is.
 void LateWindows::giveUp(Waiting& waiting, const LiveWindow& window) {
+    const bool isTheOne = isFirst(waiting) && waiting.expected.missing.size() == 1;
     waiting.arrivals.erase(*window.windowID);
     waiting.expected.known.push_back(*window.windowID);
     const auto matches = WindowMatcher::match(missingWindows(waiting), {&window.info, 1});
-    if (matches.empty() || matches.front().confidence() == WindowMatcher::Confidence::low) return;
+    if (matches.empty()) return;
+    if (matches.front().confidence() == WindowMatcher::Confidence::low && !isTheOne) return;
     const auto place = waiting.expected.missing.begin() + matches.front().savedIndex;
-    skip(waiting, *place, "it was moved before it could be placed, and stays there");
+    skip(waiting, *place, movedReason);
     waiting.expected.missing.erase(place);
 }
 
@@ -153,9 +178,8 @@ std::optional<LateWindows::Pair> LateWindows::next(const Waiting& waiting,
         const LiveWindow& window = settled[static_cast<std::size_t>(*plan.liveIndex)];
         const WindowMatcher::Match match{.score = plan.score};
         const bool isMeant = match.confidence() != WindowMatcher::Confidence::low;
-        const bool isFirst = waiting.expected.fresh && waiting.expected.known.empty();
         const TimePoint since = waiting.arrivals.at(*window.windowID).since;
-        if (isMeant || (isFirst && now() - since >= titlePatience))
+        if (isMeant || (isFirst(waiting) && now() - since >= titlePatience))
             return Pair{window, waiting.expected.missing[static_cast<std::size_t>(plan.savedIndex)]};
     }
     return std::nullopt;
@@ -184,9 +208,16 @@ Task<void> LateWindows::placeOne(Waiting& waiting, Pair pair) {
     RestoreReport report;
     const ItemSink sink(report, {});
     std::vector<Element> back;
+    const LiveWindow before = pair.window;
     co_await placeWindows(desktop_, application, {std::move(pair.window)}, std::vector{plan},
                           {savedDisplays_, displays, desktops_}, sink, back);
-    for (RestoreReport::Item& item : report.items) this->report(std::move(item));
+    for (RestoreReport::Item& item : report.items) {
+        if (std::holds_alternative<RestoreReport::failed>(item.status) &&
+            isElsewhere(desktop_, before, saved, savedDisplays_,
+                        Displays::current(desktop_.platform.screens)))
+            item.status = RestoreReport::skipped{movedReason};
+        this->report(std::move(item));
+    }
 }
 
 void LateWindows::report(RestoreReport::Item item) const {

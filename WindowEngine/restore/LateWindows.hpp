@@ -43,11 +43,12 @@ class LateWindows {
     Task<void> place();
 
   private:
-    /// One that came, and is left alone until it has settled.
+    /// One that came, and is left alone until it has stood still for a moment.
     struct Arrival {
-        Rect frame;       // as it settled: whoever moves it from there is a person
-        TimePoint since;  // it came
-        bool settled = false;
+        Rect frame;
+        TimePoint since, rests;  // since when it is there, and stands at `frame`
+        TimePoint seen;          // when it was last looked at
+        bool settled = false;    // whoever moves it now is a person
     };
     struct Waiting {
         LateApplication expected;
@@ -64,6 +65,7 @@ class LateWindows {
     Task<void> look(Waiting& waiting);
     void notice(Waiting& waiting, const LiveWindow& window);
     void giveUp(Waiting& waiting, const LiveWindow& window);
+    static bool isFirst(const Waiting& waiting);
     /// Which of the settled windows is placed now, and as which; nothing where none is surely meant yet.
     std::optional<Pair> next(const Waiting& waiting, const std::vector<LiveWindow>& live) const;
     Task<void> placeOne(Waiting& waiting, Pair pair);

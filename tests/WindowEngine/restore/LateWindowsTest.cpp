@@ -11,6 +11,7 @@ using Texts = std::vector<std::string>;
 
 constexpr Rect first{100, 100, 600, 400}, second{700, 300, 500, 500}, opened{40, 60, 400, 300},
     dragged{300, 200, 400, 300};
+constexpr const char* kept = "skipped it was moved before it could be placed, and stays there";
 
 /// "One" is there, and "Two" was saved with it.
 struct Awaiting : TestDesktop {
@@ -53,7 +54,15 @@ TEST(LateWindows, OneThatWasMissingIsPlacedAndNobodyElsesIsTouched) {
         desktop.executor().runFor(2s);
         desktop.world().window(window)->state.title = "Two";
     };
-    const std::string kept = "skipped it was moved before it could be placed, and stays there";
+    const auto draggedAbout = [](Awaiting& desktop, WindowNumber window) {
+        for (double x = 0; x <= 300; x += 10) {
+            desktop.executor().runFor(50ms);
+            desktop.world().move(*desktop.world().window(window), {x, 200, 400, 300});
+        }
+    };
+    const auto draggedMeanwhile = [](Awaiting& desktop, WindowNumber) {
+        desktop.meddler.frameWritten = [](Rect) { return dragged; };
+    };
     struct Case {
         const char* what;
         const char* title;
@@ -68,6 +77,8 @@ TEST(LateWindows, OneThatWasMissingIsPlacedAndNobodyElsesIsTouched) {
         {"it moves itself as it opens", "Two", 60s, itself, second, {"restored"}, 0},
         {"it gets its title late", "Loading", 60s, titled, second, {"restored"}, 0},
         {"it is dragged away and titled then", "Loading", 60s, draggedAndTitled, dragged, {}, 1},
+        {"it is dragged as soon as it opens", "Two", 60s, draggedAbout, dragged, {kept}, 0},
+        {"it is dragged while it is placed", "Two", 60s, draggedMeanwhile, dragged, {kept}, 0},
         {"another one", "Else", 60s, nothing, opened, {}, 1},
         {"too late", "Two", 6min, nothing, opened, {}, 1},
     };
@@ -121,21 +132,28 @@ TEST(LateWindows, NoneIsShownForIt) {
 }
 
 /// An application that is slower than the run's patience: its first window is one of those saved, whatever it
-/// says. It comes while the run still goes on, or after it.
+/// says, also where it was dragged away. It comes while the run still goes on, or after it.
 TEST(LateWindows, TheFirstOnesOfALaunchNeedNoTitle) {
-    for (const double seconds : {20.0, 60.0}) {
+    for (const auto& [seconds, isDragged] : {std::pair(20.0, false), {60.0, false}, {60.0, true}}) {
         SceneApplication slow = notRunning(sceneApplication("org.slow", {sceneWindow("Untitled", opened)}));
         TestDesktop desktop(scene({slow}));
         desktop.world().add(fault(FaultKind::lateWindows, "org.slow", 0, seconds));
         WorkspaceSnapshot saved = desktop.capture();
         saved.applications.push_back(
             {"org.slow", "org.slow", {}, {savedWindow(desktop, second, "Report")}, {}});
-        Restore::LateWindows late(desktop.access, {});
+        Texts told;
+        Restore::LateWindows late(
+            desktop.access, [&told](const RestoreReport::Item& item) { told.push_back(text(item.status)); });
         Job<void> placing(desktop.executor(), late.place());
         desktop.restore(saved, {.late = &late});
         late.runEnded(5min);
+        const auto window = [&desktop] { return desktop.world().window("org.slow", "Untitled"); };
+        desktop.executor().runUntil([&] { return window() != nullptr; }, 90s);
+        desktop.executor().runFor(1s);
+        if (isDragged) desktop.world().move(*window(), dragged);
         desktop.executor().runFor(90s);
-        EXPECT_EQ(desktop.world().window("org.slow", "Untitled")->state.frame, second) << seconds;
+        EXPECT_EQ(window()->state.frame, isDragged ? dragged : second) << seconds;
+        EXPECT_EQ(told, Texts{isDragged ? kept : "restored"}) << seconds;
     }
 }
 
