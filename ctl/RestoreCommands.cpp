@@ -4,6 +4,7 @@
 #include <chrono>
 
 #include "WindowEngine/capture/UndoCapture.hpp"
+#include "WindowEngine/library/DirectoryWatch.hpp"
 #include "WindowEngine/restore/CleanSlate.hpp"
 #include "WindowEngine/restore/ConsequenceWords.hpp"
 #include "WindowEngine/restore/LateWindows.hpp"
@@ -99,7 +100,8 @@ void keepRecord(CommandContext& context, const UndoRecord& record) {
     if (!kept) context.output.complain("undo will not be possible: " + printable(kept.error().text));
 }
 
-/// With a record for undo; afterwards it goes on for as long as --late says, for windows that are missing.
+/// With a record for undo; afterwards it goes on for as long as --late says, for windows that are missing, or
+/// until another program replaces or removes that record: it restores, or has put everything back.
 Task<RestoreReport> restoreUndoably(CommandContext& context, DesktopAccess& desktop, Workspace workspace,
                                     Restore::Options options, Capture::Options capturing, double lateSeconds,
                                     RestorePrinter& printer) {
@@ -118,17 +120,28 @@ Task<RestoreReport> restoreUndoably(CommandContext& context, DesktopAccess& desk
     });
     const Context here = co_await quillo::context();
     std::optional<Job<void>> placing;
+    std::optional<DirectoryWatch> others;
+    bool isLatest = true;
     if (lateSeconds > 0) {
         options.late = &late;
         placing = spawn(here, late.place());
+        others.emplace(desktop.platform.executor, context.files, undoFile(context).directory(), [&] {
+            isLatest = false;
+            placing->cancel();
+        });
     }
-    RestoreReport report = co_await Restore::runUndoably(
-        desktop, std::move(workspace), std::move(options), print, std::move(before),
-        [&context](const UndoRecord& record) { keepRecord(context, record); });
+    RestoreReport report =
+        co_await Restore::runUndoably(desktop, std::move(workspace), std::move(options), print,
+                                      std::move(before), [&](const UndoRecord& record) {
+                                          if (!isLatest) return;  // what stands there is another's
+                                          keepRecord(context, record);
+                                          if (others) others->look();
+                                      });
     if (placing && !report.cancelled) {
         late.runEnded(std::chrono::duration_cast<Duration>(std::chrono::duration<double>(lateSeconds)));
-        if (late.awaited() > 0) printer.waiting(late.awaited(), lateSeconds);
+        if (isLatest && late.awaited() > 0) printer.waiting(late.awaited(), lateSeconds);
         co_await placing->ended();
+        if (!isLatest && late.awaited() > 0) printer.waitingEnded();
     }
     for (RestoreReport::Item& item : came) report.amend(std::move(item));
     co_return report;

@@ -150,8 +150,15 @@ void RestorePrinter::printJson(const RestoreReport::Item& item) {
 }
 
 void RestorePrinter::waiting(std::int64_t windows, double seconds) {
-    const std::string text = fmt::format("Waiting up to {:g} s for {} to open; Ctrl-C ends that", seconds,
-                                         counted(windows, "more window"));
+    remark(fmt::format("Waiting up to {:g} s for {} to open; Ctrl-C ends that", seconds,
+                       counted(windows, "more window")));
+}
+
+void RestorePrinter::waitingEnded() {
+    remark("No longer waiting: another restore has begun since, or everything was put back");
+}
+
+void RestorePrinter::remark(const std::string& text) {
     if (!output_.json() && !output_.quiet()) output_.line(output_.painted(Style::dim, text));
 }
 

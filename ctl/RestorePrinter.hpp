@@ -27,9 +27,12 @@ class RestorePrinter {
     void item(const RestoreReport::Item& item);
     /// So many windows are missing and waited for.
     void waiting(std::int64_t windows, double seconds);
+    /// They are so no more, though some are missing.
+    void waitingEnded();
     void end(const RestoreReport& report);
 
   private:
+    void remark(const std::string& text);
     void printText(const RestoreReport::Item& item);
     void printJson(const RestoreReport::Item& item);
     void showProgress();

@@ -1,4 +1,4 @@
-// Ctrl-C during a restore that waits, on a real desktop: it ends in good order and says what was done.
+// What ends a restore that waits, on a real desktop: Ctrl-C, and another restore. It says what was done.
 #include <cstdlib>
 
 #include "tests/ctl/Quilloctl.hpp"
@@ -51,6 +51,17 @@ TEST_F(InterruptTest, EndsInGoodOrderWithWhatWasDone) {
         finished += line.find("restore finished: 1 items") != line.npos;
     EXPECT_EQ(finished, 3U);
     EXPECT_EQ(members(done({"list", "--json"}), "lastRestoredAt"), Texts{""}) << "a stopped restore is none";
+}
+
+TEST_F(InterruptTest, AnotherRestoreEndsTheWaitingForWindowsThatOpenLate) {
+    static constexpr const char* script = R"(cd; "$0" restore Work --yes --late 40 >out & restore=$!
+        until grep -qs "Waiting up to 40 s" out; do kill -0 $restore || exit 99; sleep 0.02; done
+        "$0" restore Work --yes --arrange >other; wait $restore; status=$?; cat out; exit $status)";
+    const Ran ran = runWith({"DISPLAY=" + desktop_.display()}, {"sh", "-c", script, QUILLOCTL});
+    EXPECT_EQ(ran.status, 3) << ran.err;
+    EXPECT_NE(ran.out.find("\nNo longer waiting: another restore has begun since"), std::string::npos)
+        << ran.out;
+    EXPECT_NE(members(done({"list", "--json"}), "lastRestoredAt"), Texts{""});
 }
 
 }  // namespace
