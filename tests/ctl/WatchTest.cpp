@@ -14,9 +14,9 @@ quilloctl() {{ "{0}" --desktop simulated:{1} "$@"; }}
 tell() {{ until [ "$(wc -l <{2})" -ge "$1" ]; do sleep 0.02; done; }}
 : >{2}
 quilloctl --json watch --count 5 >{2} & watching=$!
-tell 1; quilloctl import {3}
+cd; tell 1; quilloctl import {3}
 tell 2; quilloctl rename Morning Evening
-tell 3; quilloctl restore --yes Evening || :
+tell 3; sed -i 's/"schemaVersion"/"lastRestoredAt":"2026-01-02T03:04:05Z",&/' .local/share/Quillo/workspaces/*.json
 tell 4; quilloctl delete Evening
 tell 5; quilloctl save Desk
 wait $watching)sh",
