@@ -31,7 +31,7 @@ struct Arguments {
     std::int64_t number = 0;                // NUMBER of layout remove
     std::optional<std::int64_t> count;      // watch --count N
     bool longList = false;                  // list --long
-    bool force = false;                     // export --force, report --force, save --force
+    bool force = false;                     // of export, report, save and layout save
     bool exitCode = false;                  // plan --exit-code
     bool wait = false;                      // restore --wait
     double waitLimit = 30;                  // restore --wait-limit SECONDS

@@ -27,6 +27,8 @@ constexpr const char* closing =
     "4 the windows of other applications may not be read, 5 plan --exit-code found something to do,\n"
     "130 cancelled. See quilloctl(1).";
 
+constexpr const char* forceHelp = "renew it also from a desktop that may not be the one you want back";
+
 constexpr const char* desktopVariable = "QUILLO_DESKTOP";
 constexpr const char* dataDirectoryVariable = "QUILLO_DATA_DIR";
 
@@ -165,9 +167,7 @@ void addDesktopCommands(CommandSet& commands) {
         save->add_option("--update", arguments.update, "renew the workspace W, which keeps its name and look")
             ->type_name("W")
             ->excludes(name);
-    save->add_flag("--force", arguments.force,
-                   "renew it also from a desktop that may not be the one you want back")
-        ->needs(update);
+    save->add_flag("--force", arguments.force, forceHelp)->needs(update);
     addAdapters(save, arguments);
     CLI::App* plan = commands.add(
         "plan", "what a restore would do, window by window, and why; changes nothing", planRestore);
@@ -244,8 +244,10 @@ void addLibraryCommands(CommandSet& commands) {
         commands.addFamily("layout", "how a workspace stands on each set of displays: list, save, remove");
     layout.group = "Commands";
     layout.addForWorkspace("list", "the sets of displays that the workspace was arranged on", listLayouts);
-    layout.addForWorkspace("save", "keep how its windows stand now, for the displays that are attached",
-                           saveLayout);
+    layout
+        .addForWorkspace("save", "keep how its windows stand now, for the displays that are attached",
+                         saveLayout)
+        ->add_flag("--force", arguments.force, forceHelp);
     layout.addForWorkspace("remove", "forget the layout of this number", removeLayout)
         ->add_option("NUMBER", arguments.number, "as list prints it")
         ->required();

@@ -33,6 +33,9 @@ struct Captured {
     std::optional<CaptureHealth::Flaw> flaw;
 };
 Result<Captured, Failure> captureDesktop(CommandContext& context, const Arguments& arguments);
+/// What is stored is not renewed from a flawed one, unless --force says so.
+Result<void, Failure> refuseFlawed(const Workspace& workspace, const Captured& captured,
+                                   const Arguments& arguments);
 /// "3 windows of 2 applications"; remarks of the capture go to standard error.
 std::string reportCaptured(CommandContext& context, const Captured& captured);
 

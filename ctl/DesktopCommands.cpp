@@ -124,9 +124,8 @@ CommandResult renew(CommandContext& context, const Arguments& arguments) {
     const Capture::Options options = settingsFor(context, arguments).captureOptions();
     Result<Captured, Failure> captured = capture(context, **desktop, options);
     if (!captured) return std::unexpected(captured.error());
-    if (captured->flaw && !arguments.force)
-        return failure(fmt::format("{} stays as it was: {}; --force renews it all the same",
-                                   quotedName(workspace->name), CaptureHealth::words(*captured->flaw)));
+    if (const auto sound = refuseFlawed(*workspace, *captured, arguments); !sound)
+        return std::unexpected(sound.error());
     Applications& applications = (*desktop)->access().platform.applications;
     const LeftOut::Policy policy{Capture::neverSaved(applications, options), options.excludedDomains};
     const auto changed = context.store.change(workspace->id, [&](Workspace& stored) -> Result<void> {
@@ -298,6 +297,13 @@ CommandResult showDisplays(CommandContext& context, const Arguments&) {
     if (displays.empty() && !context.output.json()) context.output.line("No display is attached.");
     printDisplays(context.output, displays);
     return Exit::done;
+}
+
+Result<void, Failure> refuseFlawed(const Workspace& workspace, const Captured& captured,
+                                   const Arguments& arguments) {
+    if (!captured.flaw || arguments.force) return {};
+    return failure(fmt::format("{} stays as it was: {}; --force renews it all the same",
+                               quotedName(workspace.name), CaptureHealth::words(*captured.flaw)));
 }
 
 CommandResult saveWorkspace(CommandContext& context, const Arguments& arguments) {

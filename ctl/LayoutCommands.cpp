@@ -64,6 +64,8 @@ CommandResult saveLayout(CommandContext& context, const Arguments& arguments) {
     if (!workspace) return std::unexpected(workspace.error());
     const Result<Captured, Failure> captured = captureDesktop(context, arguments);
     if (!captured) return std::unexpected(captured.error());
+    if (const auto sound = refuseFlawed(*workspace, *captured, arguments); !sound)
+        return std::unexpected(sound.error());
     for (const std::string& warning : captured->warnings) context.output.complain(warning);
     const Result<Workspace, Failure> saved =
         change(context, *workspace, [&](Workspace& stored) -> Result<void> {

@@ -116,6 +116,7 @@ _quilloctl() {
     case $command in
         save) options="--update --force --adapter $options" ;;
         list) options="--long $options" ;;
+        layout) options="--force $options" ;;
         watch) options="--count $options" ;;
         history) options="--long --adapter $options" ;;
         plan) options="--exit-code --only --except --adapter --clean-slate --arrange --display $options" ;;

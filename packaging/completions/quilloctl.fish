@@ -119,7 +119,7 @@ complete -c quilloctl -n '__quilloctl_is undo' -l plan -d 'Say what would be put
 complete -c quilloctl -n '__quilloctl_is undo' -l quit-launched -d 'Also quit what was launched'
 complete -c quilloctl -n '__quilloctl_is save' -l update -x -a '(__quilloctl_names workspaces)' \
     -d 'Renew this workspace'
-complete -c quilloctl -n '__quilloctl_is save' -l force -d 'Also from a doubtful desktop'
+complete -c quilloctl -n '__quilloctl_is save; or __quilloctl_of layout save' -l force -d 'Also from a doubtful desktop'
 complete -c quilloctl -n '__quilloctl_is watch' -l count -x -d 'End after so many events'
 complete -c quilloctl -n '__quilloctl_is list history' -l long -d 'With more columns'
 complete -c quilloctl -n '__quilloctl_is export report' -l force -d 'Replace an existing file'

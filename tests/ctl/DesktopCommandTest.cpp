@@ -117,6 +117,8 @@ TEST_F(DesktopCommandTest, TheHistoryKeepsChangedSessionsBesideTheLibrary) {
          {on("locked", {"save", "Aside"}), 0, "desktop that you want back: the screen is locked.\n"},
          {on("locked", {"save", "--update", "Aside"}), 1, "Aside stays as it was: the screen is locked; --"},
          {on("locked", {"save", "--update", "Aside", "--force"}), 0, "in Aside"},
+         {on("locked", {"layout", "save", "Aside"}), 1, "Aside stays as it was: the screen is locked; --"},
+         {on("locked", {"layout", "save", "Aside", "--force"}), 0, "the screen is locked."},
          {{"delete", "Aside"}, 0, "Deleted"}});
     EXPECT_EQ(listed(), names);
 
