@@ -104,6 +104,7 @@ Task<> AppModel::prepareQuestion(Asked asked) {
                                .name = workspace.name,
                                .consequences = Restore::consequences(services_.desktop.platform.applications,
                                                                      preview, workspace, cleanSlate)};
+    if (!question_->reason) question_->consequences.launchedLater.clear();  // the answer is for this time
     Q_EMIT questionChanged();
     openMain();
 }
