@@ -9,6 +9,7 @@ T.CheckBox {
     property bool small: false
     property bool faded: false  // what it belongs to is off; a click brings that back, and this keeps its state
     property string label
+    property string hint  // what stands below its words, for whoever hears them only
 
     implicitWidth: Math.round((small ? 30 : 38) * Theme.scale)
     implicitHeight: Math.round((small ? 18 : 22) * Theme.scale)
@@ -18,6 +19,7 @@ T.CheckBox {
     onClicked: toggled()
     nextCheckState: () => checkState  // only what is bound changes it
     Accessible.name: label
+    Accessible.description: hint
     Accessible.checkable: true
     Accessible.checked: control.checked && !faded
     Accessible.onToggleAction: control.clicked()
