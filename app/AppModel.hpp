@@ -236,6 +236,8 @@ class AppModel final : public QObject {
     /// The desktop before the latest restore, also one of quilloctl's, until putBack() has put it back or its
     /// session has ended; null where there is none.
     const UndoRecord* undoRecord() const { return undo_ ? &*undo_ : nullptr; }
+    /// Whether putBack() undoes this run: it made that record.
+    bool putsBack(const RestoreRun* run) const { return undo_ && run && undoRun_.lock().get() == run; }
     /// Puts everything back as it was before that restore. Refused like a restore.
     void putBack();
     /// What putBack() leaves, in sentences without full stop.
@@ -402,7 +404,10 @@ class AppModel final : public QObject {
     void start(std::shared_ptr<RestoreRun> run, Task<> task);
     Task<> startTold(TwinsAsked told);
     bool asksAboutTwins(const Workspace& workspace, const Restore::Options& options, bool part);
-    Task<> closePanelLater(Duration delay);
+    void showRestorePanel();
+    void showLate(const RestoreRun& run);
+    void closePanelLater(const RestoreRun& run);
+    Task<> closePanelAfter(Duration delay);
     Task<> exportTask(Workspace workspace);
     Task<> exportAllTask(std::vector<Workspace> workspaces);
     Task<> addTask(Uuid id, InstalledApplication chosen);
@@ -493,11 +498,13 @@ class AppModel final : public QObject {
     std::map<Uuid, std::shared_ptr<RestoreRun>> lastRuns_;  // of workspaces in the library
     bool reportReopened_ = false;                           // restoreRun_ is one of these, shown once more
     std::optional<UndoRecord> undo_;
-    bool undoStored_ = false;  // in its file; else undo_ is all there is
-    int deletions_ = 0;        // of all data: no restore that was under way keeps its record
+    bool undoStored_ = false;            // in its file; else undo_ is all there is
+    std::weak_ptr<RestoreRun> undoRun_;  // whose record undo_ is; none where another start or program made it
+    int deletions_ = 0;                  // of all data: no restore that was under way keeps its record
     std::vector<UndoLaunch> launchedBefore_;
     std::shared_ptr<Restore::LateWindows> late_;  // of the latest restore
     std::weak_ptr<RestoreRun> lateRun_;
+    bool panelDismissed_ = false;  // of the latest restore, by the person
     std::shared_ptr<ResumePreview> preview_;
     std::optional<Asked> asked_;  // what question_ is about, or will be
     std::optional<ResumeQuestion> question_;

@@ -104,6 +104,7 @@ Task<> AppModel::prepareQuestion(Asked asked) {
                                .name = workspace.name,
                                .consequences = Restore::consequences(services_.desktop.platform.applications,
                                                                      preview, workspace, cleanSlate)};
+    if (!question_->reason) question_->consequences.launchedLater.clear();  // the answer is for this time
     Q_EMIT questionChanged();
     openMain();
 }
@@ -181,6 +182,11 @@ void AppModel::start(std::shared_ptr<RestoreRun> run, Task<> task) {
     Q_EMIT restoreChanged();
     Q_EMIT busyChanged();
     closePreview();
+    panelDismissed_ = false;
+    showRestorePanel();
+}
+
+void AppModel::showRestorePanel() {
     services_.surfaces.showPanel(PanelID::restore, panelPlace);
 }
 
@@ -254,14 +260,17 @@ void AppModel::restoreEnded(RestoreRun& run, RestoreReport report) {
         reload();
     }
     if (restoreRun_.get() != &run) return;  // whoever heard of its end has begun another
-    panelTimer_.start(executor(), closePanelLater(run.clean() ? cleanPanelTime : troubledPanelTime));
+    closePanelLater(run);
     Q_EMIT restoreChanged();
     Q_EMIT busyChanged();
 }
 
-/// A new run takes this timer's place before it ends, or begins its own only at its end: see
-/// restoreWorkspace.
-Task<> AppModel::closePanelLater(Duration delay) {
+void AppModel::closePanelLater(const RestoreRun& run) {
+    panelTimer_.start(executor(), closePanelAfter(run.clean() ? cleanPanelTime : troubledPanelTime));
+}
+
+/// A new run takes this timer's place before it ends, or begins its own only at its end.
+Task<> AppModel::closePanelAfter(Duration delay) {
     co_await sleepFor(delay);
     while (services_.surfaces.panelInUse(PanelID::restore)) co_await sleepFor(readingTime);
     services_.surfaces.closePanel(PanelID::restore);
@@ -283,6 +292,7 @@ bool AppModel::reportShown() const {
 
 void AppModel::closeRestorePanel() {
     if (restoreRunning()) restoreRun_->cancel();
+    panelDismissed_ = true;
     services_.surfaces.closePanel(PanelID::restore);
 }
 

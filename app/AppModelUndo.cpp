@@ -11,6 +11,7 @@ using namespace std::chrono_literals;
 
 void AppModel::keepUndo(const UndoRecord& record) {
     undo_ = record;
+    undoRun_ = restoreRun_;
     // Where it could not be written, our own serves as long as we run.
     undoStored_ = quillo::keepUndo(undoFile_, known_, record).has_value();
     undoWatch_.look();
@@ -43,7 +44,9 @@ void AppModel::reloadUndo() {
     undo_ = std::move(record);
     undoStored_ = undo_.has_value();
     // Dates are stored by the second. Whatever came after our restore ends the waiting for its windows.
-    if (before && (!when() || std::chrono::abs(*when() - *before) > 1s)) stopWaiting();
+    const bool same = before && when() && std::chrono::abs(*when() - *before) <= 1s;
+    if (!same) undoRun_.reset();
+    if (before && !same) stopWaiting();
     Q_EMIT undoChanged();
 }
 

@@ -22,13 +22,16 @@ bool StorageIssues::update(const WorkspaceScanResult& found) {
     for (const WorkspaceLoadIssue& issue : found.issues)
         if (!contains(dismissed_, issue)) now.push_back(issue);
     if (found.failure) now.push_back({WorkspaceLoadIssue::Kind::unreadable, {}, found.failure->text, {}});
+    moved_.insert(moved_.end(), found.moved.begin(), found.moved.end());
     const bool wasUnlisted = std::exchange(unlisted_, found.failure.has_value());
-    return std::exchange(shown_, std::move(now)) != shown_ || wasUnlisted != unlisted_;
+    return std::exchange(shown_, std::move(now)) != shown_ || wasUnlisted != unlisted_ ||
+           !found.moved.empty();
 }
 
 bool StorageIssues::dismiss() {
     dismissed_.insert(dismissed_.end(), shown_.begin(), shown_.end());
-    return !std::exchange(shown_, {}).empty();
+    const bool movedAny = !std::exchange(moved_, {}).empty();
+    return !std::exchange(shown_, {}).empty() || movedAny;
 }
 
 }  // namespace quillo

@@ -46,6 +46,7 @@ std::vector<ConsequenceGroup> consequenceGroups(const Consequences& consequences
     std::vector<ConsequenceGroup> groups;
     addOthers(groups, consequences);
     add(groups, "Launches", consequences.launched);
+    add(groups, "Launches another time (open now)", consequences.launchedLater);
     add(groups, "Opens", consequences.opened);
     if (consequences.desktops == 1) groups.push_back({"Makes 1 desktop", {}, 0});
     if (consequences.desktops > 1)

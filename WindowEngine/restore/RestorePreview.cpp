@@ -192,7 +192,6 @@ std::string location(const Url& url) {
 std::string launching(Applications& applications, const PlannedApplication& application) {
     const ApplicationSnapshot& saved = *application.saved;
     std::vector<std::string> remarks;
-    if (application.presence == Presence::running) remarks.emplace_back("not now, it runs");
     if (application.presence == Presence::missing) remarks.emplace_back("not installed now");
     if (saved.windows.size() > 1 && applications.openingWindows(saved.bundleIdentifier))
         remarks.push_back(fmt::format("up to {} windows", saved.windows.size()));
@@ -316,7 +315,8 @@ Consequences Restore::consequences(Applications& applications, const RestorePrev
         }
     }
     for (const PlannedApplication& application : preview.applications) {
-        all.launched.push_back(launching(applications, application));
+        auto& launched = application.presence == Presence::running ? all.launchedLater : all.launched;
+        launched.push_back(launching(applications, application));
         addDocuments(all, application);
     }
     // After the documents of all: there may be any number of addresses.

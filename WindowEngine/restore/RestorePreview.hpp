@@ -78,6 +78,7 @@ struct Consequences {
     std::vector<std::string> quit;                 // applications that are asked to
     std::vector<std::string> hidden;               // applications
     std::vector<std::string> launched;             // applications
+    std::vector<std::string> launchedLater;        // that run now, and are launched when they do not
     std::vector<Opening> opened;                   // documents first, then what integrations open
     std::int64_t desktops = 0;                     // made
 

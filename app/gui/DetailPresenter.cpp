@@ -164,7 +164,7 @@ void DetailPresenter::setColor(const QString& color) {
 void DetailPresenter::toggle(int row) {
     if (!workspace_ || row < 0 || row >= rows_.rowCount()) return;
     const auto asked = [&](int role) { return rows_.data(rows_.index(row), role); };
-    const bool brought = !asked(ReviewRows::IncludedRole).toBool();
+    const bool brought = !asked(ReviewRows::IncludedRole).toBool() || asked(ReviewRows::FadedRole).toBool();
     const std::string what = asked(ReviewRows::TitleRole).toString().toStdString();
     rows_.toggle(row);
     if (contents_->excluded() == whole_.excluded) return;

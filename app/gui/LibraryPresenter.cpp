@@ -118,6 +118,7 @@ QString LibraryPresenter::emptyHint() const {
 QStringList LibraryPresenter::issues() const {
     QStringList lines;
     for (const WorkspaceLoadIssue& issue : model_.storageIssues().shown()) lines << line(issue.text());
+    for (const std::string& file : model_.storageIssues().moved()) lines << line(file);
     return lines;
 }
 

@@ -117,9 +117,7 @@ void RestorePresenter::followEnd() {
 
 /// Of this restore, not of a later one.
 bool RestorePresenter::canPutBack() const {
-    const UndoRecord* const record = model_.undoRecord();
-    return undoable() && run_->report() && record && record->restored == run_->workspace().id &&
-           model_.canRelaunchForUpdate();
+    return undoable() && run_->report() && model_.putsBack(run_) && model_.canRelaunchForUpdate();
 }
 
 QString RestorePresenter::putBackLimits() const {

@@ -203,8 +203,13 @@ QHash<int, QByteArray> ReviewRows::roleNames() const {
 
 void ReviewRows::toggle(int row) {
     if (!draft_ || row < 0 || row >= rowCount()) return;
-    const Entry& entry = entries_[shown_[static_cast<std::size_t>(row)]];
-    const bool wanted = !included(entry);
+    const std::size_t self = shown_[static_cast<std::size_t>(row)];
+    if (entries_[self].kind == Kind::more) return;
+    if (included(entries_[self]) && !faded(entries_[self])) return include(entries_[self], false);
+    for (std::size_t i = self; i != none; i = entries_[i].parent) include(entries_[i], true);
+}
+
+void ReviewRows::include(const Entry& entry, bool wanted) {
     switch (entry.kind) {
         case Kind::app:
             return draft_->includeApp(entry.application, wanted);

@@ -60,7 +60,8 @@ class ReviewRows final : public QAbstractListModel {
     QVariant data(const QModelIndex& index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
 
-    /// Ticks or unticks; a row that is not there is left alone.
+    /// Ticks or unticks. What is faded is brought back, with all that it belongs to. A row that is not there
+    /// is left alone.
     void toggle(int row);
     void setOpen(int row, bool open);
     /// The row of a window by its key, whose application is opened for it; -1 where it is not listed.
@@ -87,6 +88,7 @@ class ReviewRows final : public QAbstractListModel {
         QString reason{};
     };
 
+    void include(const Entry& entry, bool wanted);
     const Url* addressOf(const Entry& entry) const;
 
     void addApplication(const ApplicationSnapshot& application, QString detail, bool open);

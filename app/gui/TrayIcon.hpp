@@ -29,6 +29,8 @@ class TrayIcon final : public QObject {
     /// Whether there is an icon to click on; without one, a main window that was closed comes back only by a
     /// second start of the program.
     bool shown() const;
+    /// No tray has been found yet, and one may come.
+    bool lookedFor() const { return !icon_; }
 
   private:
     void lookForTray();

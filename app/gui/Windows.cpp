@@ -9,6 +9,7 @@
 #include <QQuickItem>
 #include <QScreen>
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace quillo {
@@ -16,6 +17,8 @@ namespace {
 
 constexpr QSize mainMinimum{760, 520};
 constexpr int panelMargin = 20;
+/// Nothing tells of a compositing manager that comes or goes. What was translucent is black without one.
+constexpr std::chrono::seconds backdropInterval{1};
 /// Beyond it a panel's shadow is nothing (the largest in Shadow.qml).
 constexpr int shadowRoom = 72;
 
@@ -50,6 +53,8 @@ Windows::Windows(Theme& theme, Prepare prepare, PanelBackdrop backdrop, QObject*
     mainSizeSettled_.setSingleShot(true);
     mainSizeSettled_.setInterval(300);
     connect(&mainSizeSettled_, &QTimer::timeout, this, &Windows::noteMainSize);
+    backdropWatch_.setInterval(backdropInterval);
+    connect(&backdropWatch_, &QTimer::timeout, this, &Windows::followBackdrop);
     connect(&theme_, &Theme::changed, this, [this] {
         if (main_) main_->setColor(theme_.background());
         const auto recolour = [this](QQuickView& view) {
@@ -191,11 +196,21 @@ void Windows::showPanel(PanelID panel, PanelPlace where) {
         },
         Qt::SingleShotConnection);
     presses_.pageCame();
+    if (backdrop_.translucent) backdropWatch_.start();
     shown.show();
     if (where.activates) {
         shown.raise();
         shown.requestActivate();
     }
+}
+
+void Windows::followBackdrop() {
+    const bool translucent = translucentPanels();
+    for (const auto& [panel, view] : panels_) {
+        if (isTranslucent(*view) != translucent)
+            return showPanel(panel, standings_[panel].place);  // any other one the next time
+    }
+    if (panels_.empty()) backdropWatch_.stop();
 }
 
 void Windows::declareShadow(const QQuickView& view, PanelPlace where) const {

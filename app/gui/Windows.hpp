@@ -104,6 +104,8 @@ class Windows final : public QObject {
 
     std::unique_ptr<QQuickView> makePanel(PanelID panel, PanelPlace place);
     bool translucentPanels() const { return backdrop_.translucent && backdrop_.translucent(); }
+    /// Makes an open panel anew where its window does not fit any more what translucentPanels() says.
+    void followBackdrop();
     void declareShadow(const QQuickView& view, PanelPlace where) const;
     void place(QQuickView& view, Standing& standing) const;
     /// In its place again, whatever became of it meanwhile.
@@ -119,6 +121,7 @@ class Windows final : public QObject {
     PressGuard presses_;
     MainWindowSize mainSize_;
     QTimer mainSizeSettled_;
+    QTimer backdropWatch_;                // while a panel is open
     std::unique_ptr<QQmlEngine> engine_;  // before the views: they go first
     std::unique_ptr<QQuickView> main_;
     std::map<PanelID, std::unique_ptr<QQuickView>> panels_;  // that are open

@@ -22,7 +22,7 @@ Program::Program(const System& system)
                   .variant = system.variant,
                   .systemIcon = system.icon,
                   .panels = system.panels,
-                  .trayShown = [this] { return tray_.shown(); },
+                  .trayShown = [this] { return tray_.shown() || (startedAtLogin_ && tray_.lookedFor()); },
                   .quit = system.variant == TextVariant::onMac ? nullptr : &QCoreApplication::quit}),
       model_({system.services, system.data, system.digest, shell_, interface_}),
       automation_(model_),
@@ -62,6 +62,7 @@ void Program::carryOut(const Launch& launch) {
         case LaunchRequest::openAddress:
             return model_.openAddress(launch.address.toStdString());
         case LaunchRequest::logIn:
+            startedAtLogin_ = true;
             return unattended_.loggedIn();
         case LaunchRequest::stayInBackground:
             return;

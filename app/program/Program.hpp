@@ -58,6 +58,8 @@ class Program {
     UnattendedRestores unattended_;
     TrayMenu trayMenu_;
     TrayIcon tray_;
+    bool startedAtLogin_ =
+        false;  // unseen: a tray that is late is no reason to ask what closing a window means
     std::unique_ptr<MenuBar> menuBar_;  // on a Mac
     RestoreNotice notice_;
 };

@@ -37,8 +37,8 @@ Sheet {
                 SettingRow {
                     title: "After login"
                     caption: Settings.loginRefusal !== "" ? Settings.loginRefusal
-                             : !Settings.openAtLogin ? "Needs Open Quillo at login, in Settings."
-                             : "As soon as windows can be placed. One workspace at most."
+                             : !Settings.openAtLogin ? "Needs “Open Quillo at login” in Settings."
+                             : "As soon as windows can be placed. Only one workspace can have this."
                     captionColor: Automation.atLogin && !Settings.openAtLogin ? Theme.warning : Theme.text2
                     Toggle {
                         label: "After login"
@@ -73,6 +73,7 @@ Sheet {
                         maximumLength: 8
                         text: Automation.time
                         Accessible.name: "Time of day, as 09:30"
+                        Accessible.description: clock.refusal
                         onEdited: clock.refusal = ""
                         onEditingFinished: {
                             clock.refusal = Automation.setTime(text)
@@ -82,7 +83,7 @@ Sheet {
                 }
                 SettingRow {
                     title: "When its displays are attached"
-                    caption: "Exactly those that it was saved with, and only when they come."
+                    caption: "Exactly those it was saved with, and only at the moment they come."
                     Toggle {
                         label: "When its displays are attached"
                         checked: Automation.atDisplays
@@ -92,7 +93,7 @@ Sheet {
                 SettingRow {
                     separator: false
                     title: "When others ask, without a question"
-                    caption: "A link (quillo:restore?name=…) or another program may have it resumed. Else you are asked each time."
+                    caption: "A link (quillo:restore?name=…) or another program may have it resumed. Otherwise you are asked each time."
                     Toggle {
                         label: "When others ask, without a question"
                         checked: Automation.withoutAsking

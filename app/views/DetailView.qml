@@ -196,13 +196,14 @@ FocusScope {
     Scroller {
         id: right
         anchors.right: parent.right
-        anchors.rightMargin: 24 - padding
+        anchors.rightMargin: 24 - sides
         anchors.top: bar.bottom
         anchors.topMargin: -padding
         anchors.bottom: parent.bottom
-        width: root.side + 2 * padding
+        width: root.side + 2 * sides
         visible: !root.narrow
         padding: 12  // for the rings around what is at the edge
+        sides: 20
         Item { id: rightHead; width: parent.width; height: root.narrow ? 0 : head.height + 26 }
         Item { id: rightRest; width: parent.width; height: root.narrow ? 0 : rest.height + 12 }
     }

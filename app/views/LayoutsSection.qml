@@ -50,7 +50,7 @@ Column {
     }
     ActionRow {
         iconName: "monitor"
-        text: "Keep Layout for These Displays"
+        text: "Keep Layout for Attached Displays"
         enabled: Layouts.canKeep
         onClicked: Layouts.keep()
     }

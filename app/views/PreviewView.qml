@@ -93,7 +93,8 @@ FocusScope {
         Rectangle {
             readonly property var colors: Theme.workspaces[Preview.colorName] || Theme.workspaces["slate"]
             width: parent.width
-            height: root.narrow ? Math.max(220, Math.min(380, width * 0.48))
+            // In a narrow window with the button below it, which has the keyboard.
+            height: root.narrow ? Math.max(180, Math.min(380, width * 0.48, root.height - bar.height - 24 - resume.y - resume.height - 12))
                                 : Math.max(180, Math.min(Math.max(380, root.height * 0.5), width * 0.48, root.height - 330))
             radius: 16
             color: colors.tint
@@ -138,13 +139,14 @@ FocusScope {
     Scroller {
         id: right
         anchors.right: parent.right
-        anchors.rightMargin: 24 - padding
+        anchors.rightMargin: 24 - sides
         anchors.top: bar.bottom
         anchors.topMargin: -padding
         anchors.bottom: parent.bottom
-        width: root.side + 2 * padding
+        width: root.side + 2 * sides
         visible: !root.narrow
         padding: 12  // for the rings around what is at the edge
+        sides: 20
         Item { id: rightHead; width: parent.width; height: root.narrow ? 0 : head.height + 26 }
         Item { id: rightRest; width: parent.width; height: root.narrow ? 0 : rest.height + 12 }
     }
@@ -167,6 +169,7 @@ FocusScope {
         }
         Item { width: 1; height: 16 }
         PushButton {
+            id: resume
             width: parent.width
             large: true
             kind: "primary"

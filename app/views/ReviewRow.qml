@@ -41,7 +41,7 @@ Item {
     Accessible.name: title
     Accessible.description: [openable ? open ? "Expanded" : "Collapsed" : "", detail, reason].filter((part) => part !== "").join(", ")
     Accessible.checkable: !more
-    Accessible.checked: included
+    Accessible.checked: included && !faded
     Accessible.onToggleAction: toggled()
     Accessible.onPressAction: toggled()
 

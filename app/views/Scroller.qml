@@ -7,6 +7,7 @@ Flickable {
     default property alias content: holder.data
     property alias contentSpacing: holder.spacing
     property real padding: 0
+    property real sides: padding  // where the rings around what is at the edge must not reach below the scroll bar
 
     contentWidth: width
     contentHeight: holder.implicitHeight + 2 * padding
@@ -16,9 +17,9 @@ Flickable {
 
     Column {
         id: holder
-        x: root.padding
+        x: root.sides
         y: root.padding
-        width: root.width - 2 * root.padding
+        width: root.width - 2 * root.sides
     }
 
     readonly property Item focusItem: Window.activeFocusItem

@@ -23,6 +23,12 @@ Item {
     implicitHeight: stacked ? words.implicitHeight + 8 + place.height + 20
                             : Math.max(sub ? 44 : 52, words.implicitHeight + 18, place.height + 12)
 
+    Binding {
+        target: root.toggle
+        property: "hint"
+        value: root.caption
+        when: root.toggle !== null && root.toggle.hint !== undefined
+    }
     MouseArea {
         anchors.fill: parent
         enabled: root.toggle !== null && root.toggle.enabled && root.toggle.visible

@@ -7,19 +7,21 @@ import Quillo.Core
 T.CheckBox {
     id: control
     property bool small: false
-    property bool faded: false  // what it belongs to is off; it keeps its state
+    property bool faded: false  // what it belongs to is off; a click brings that back, and this keeps its state
     property string label
+    property string hint  // what stands below its words, for whoever hears them only
 
     implicitWidth: Math.round((small ? 30 : 38) * Theme.scale)
     implicitHeight: Math.round((small ? 18 : 22) * Theme.scale)
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
-    opacity: faded || !enabled ? 0.4 : 1
+    opacity: !enabled || faded && !hovered ? 0.4 : 1
     onClicked: toggled()
     nextCheckState: () => checkState  // only what is bound changes it
     Accessible.name: label
+    Accessible.description: hint
     Accessible.checkable: true
-    Accessible.checked: control.checked
+    Accessible.checked: control.checked && !faded
     Accessible.onToggleAction: control.clicked()
     Accessible.onPressAction: control.clicked()
     Keys.onReturnPressed: clicked()

@@ -1,4 +1,5 @@
 // The operations of the library and their failures.
+#include "WindowEngine/records/WorkspaceCoding.hpp"
 #include "platform/posix/FileDefaults.hpp"
 #include "tests/app/ModelFixture.hpp"
 
@@ -44,6 +45,7 @@ TEST(AppModel, WhatIsWrongWithFilesIsToldUntilItIsDismissedAndLookedAtOnceForEac
         model.run(1s);
         Names told;
         for (const WorkspaceLoadIssue& issue : model->storageIssues().shown()) told.push_back(issue.message);
+        for (const std::string& moved : model->storageIssues().moved()) told.push_back(moved);
         return told;
     };
     EXPECT_EQ(changed(), Names());
@@ -58,8 +60,11 @@ TEST(AppModel, WhatIsWrongWithFilesIsToldUntilItIsDismissedAndLookedAtOnceForEac
     EXPECT_EQ(model.names(), Names{"Work"});
 
     model.disk.createFailure.reset();
+    const Workspace home = samples::named(Uuid::random(), "Home");
+    model.directory.write("workspaces/Mine.json", WorkspaceCoding::encode(home).value());
     model->reload();
-    const Names repaired{"Recovered Work from its previous valid backup."};
+    const Names repaired{"Recovered Work from its previous valid backup.",
+                         "Mine.json: renamed to " + home.id.lower() + ".json"};
     for (int i = 0; i < 3; ++i) EXPECT_EQ(changed(), repaired);
     model->dismissStorageIssues();
     EXPECT_EQ(changed(), Names());
@@ -68,7 +73,7 @@ TEST(AppModel, WhatIsWrongWithFilesIsToldUntilItIsDismissedAndLookedAtOnceForEac
     model->reload();
     EXPECT_TRUE(model->storageIssues().unlisted());
     EXPECT_EQ(changed(), Names{"no"}) << "said beside the workspaces that were read before";
-    EXPECT_EQ(model.names(), Names{"Work"}) << "what was read before is still there";
+    EXPECT_EQ(model.names(), (Names{"Home", "Work"})) << "what was read before is still there";
 }
 
 TEST(AppModel, ACaptureIsReviewedAndSavedUnderAFreeName) {

@@ -58,6 +58,7 @@ TEST_F(AutomationTest, SavesPlansAndRestoresAndTellsOfIt) {
     model.run(std::chrono::seconds(1));
     ASSERT_TRUE(model->question());
     EXPECT_EQ(model->question()->asker, Asker::program);
+    EXPECT_EQ(model->question()->consequences, Consequences()) << "what runs is not launched";
     model->answerQuestion(false);
     EXPECT_TRUE(heard.empty());
     model->setAutomation(*saved, {.withoutAsking = true});

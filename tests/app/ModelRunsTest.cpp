@@ -191,6 +191,7 @@ TEST(ModelRuns, AWorkspaceFromElsewhereIsAskedAboutOnce) {
                                                    .quit = {"org.editor"},
                                                    .hidden = {},
                                                    .launched = {"org.viewer (saved as “viewer”)"},
+                                                   .launchedLater = {},
                                                    .opened = {}}));
     model->answerQuestion(false);
     model->answerQuestion(true);  // there is no question any more

@@ -1,4 +1,5 @@
 // Putting everything back in the application: for how long, by which record, and what is offered afterwards.
+#include "settings/UndoNote.hpp"
 #include "tests/app/ModelFixture.hpp"
 
 namespace quillo::samples {
@@ -31,6 +32,7 @@ TEST(PutBack, IsOfferedOnceForTheLatestRestoreAlsoOfAnotherStart) {
     Resumed model;
     EXPECT_EQ(model.notes().state.frame, saved);
     ASSERT_TRUE(model->undoRecord());
+    EXPECT_TRUE(model->putsBack(model->restoreRun()));
     model.start();
     ASSERT_TRUE(model->undoRecord()) << "what runs still runs";
     EXPECT_EQ(model->putBackLimits(),
@@ -46,6 +48,17 @@ TEST(PutBack, IsOfferedOnceForTheLatestRestoreAlsoOfAnotherStart) {
     EXPECT_FALSE(model.desktop.world().application("org.viewer")->running);
     model->putBack();
     EXPECT_EQ(model->toast(), "Nothing is left to be put back");
+}
+
+TEST(PutBack, IsNotOfferedWhereAnotherProgramHasResumedTheSameSince) {
+    Resumed model;
+    UndoRecord later = *model->undoRecord();
+    later.before.createdAt += 1min;
+    ASSERT_TRUE(keepUndo(UndoFile(model.posix, model.directory / "undo"), model.known, later));
+    model.disk.tellWatchers();
+    model.run(1s);
+    EXPECT_TRUE(model->undoRecord()) << "it can be put back as well, from the tray";
+    EXPECT_FALSE(model->putsBack(model->restoreRun()));
 }
 
 TEST(PutBack, GoesByTheFileUnlessItCouldNotBeWritten) {
@@ -103,14 +116,23 @@ struct Waiting : Resumed {
     }
 };
 
-TEST(LateWindow, IsPlacedAndThePanelSaysSo) {
-    Waiting model;
-    EXPECT_EQ(model->awaitedWindows(), 1);
-    EXPECT_EQ(model->restoreRun()->title(), "Work is mostly back");
-    model.run(1min);
-    EXPECT_EQ(model.open().state.frame, saved);
-    EXPECT_EQ(model->restoreRun()->title(), "Work is back");
-    EXPECT_EQ(model->awaitedWindows(), 0);
+TEST(LateWindow, IsPlacedAndThePanelSaysSoUnlessThePersonHasClosedIt) {
+    for (const bool dismissed : {false, true}) {
+        Waiting model;
+        EXPECT_EQ(model->awaitedWindows(), 1);
+        EXPECT_EQ(model->restoreRun()->title(), "Work is mostly back");
+        if (dismissed) model->closeRestorePanel();
+        model.run(1min);
+        EXPECT_FALSE(model.surfaces.panelVisible(PanelID::restore));
+        model.surfaces.panelsInUse = true;  // for as long as this looks at it
+        EXPECT_EQ(model.open().state.frame, saved);
+        EXPECT_EQ(model->restoreRun()->title(), "Work is back");
+        EXPECT_EQ(model->awaitedWindows(), 0);
+        EXPECT_EQ(model.surfaces.panelVisible(PanelID::restore), !dismissed);
+        model.surfaces.panelsInUse = false;
+        model.run(10s);
+        EXPECT_FALSE(model.surfaces.panelVisible(PanelID::restore));
+    }
 }
 
 TEST(LateWindow, IsLeftAloneWhereNobodyWaitsForIt) {

@@ -416,7 +416,8 @@ TEST_F(DesktopCommandTest, WhatWasNotSavedHereIsAskedAboutOnce) {
     };
     const std::string shown =
         " was not saved on this computer. Restoring it would do this:\r\n"
-        "  Launches\r\n    Editor (not now, it runs)\r\n    Terminal\r\n  Makes 1 desktop\r\nRestore it? "
+        "  Launches\r\n    Terminal\r\n  Launches another time (open now)\r\n    Editor\r\n  Makes 1 "
+        "desktop\r\nRestore it? "
         "[y/N] ";
     expectSteps({{on("disturbed", {"restore", "work 2"}), 1, refused},
                  {on("disturbed", {"restore", "work 2", "--json"}), 1, "--yes"},

@@ -14,7 +14,7 @@ TEST_F(LayoutsTest, AreKeptAndForgottenOnTheWorkspacesPage) {
     open({1080, 1000});
     click("Arrange windows when these displays come");
     EXPECT_TRUE(model->arrangesByItself(model.named("Work").id));
-    click("Keep Layout for These Displays");
+    click("Keep Layout for Attached Displays");
     const QString forget = QStringLiteral("Forget the layout for 1\u00A0display: 1400 × 900");
     ASSERT_TRUE(until([&] { return named(forget) != nullptr; }));
     click(forget);

@@ -139,7 +139,8 @@ TEST_F(PanelsTest, TheSwitcherStaysWhereItIsWhileItsRowsComeAndGo) {
 
 TEST_F(PanelsTest, WithACompositorPanelsStandOverTheirShadow) {
     std::map<int, QMargins> told;  // by the height of the window
-    panels = {.translucent = [] { return true; },
+    bool composited = true;
+    panels = {.translucent = [&] { return composited; },
               .declareShadow = [&](const QWindow& of, const QMargins& room) { told[of.height()] = room; }};
     model.put({"A", "B"});
     openSwitcher();
@@ -157,6 +158,10 @@ TEST_F(PanelsTest, WithACompositorPanelsStandOverTheirShadow) {
     const QRect screen = window()->screen()->availableGeometry();
     EXPECT_EQ(panel.bottomRight(), screen.bottomRight() - QPoint(20, 20));
     EXPECT_EQ(panel.width(), 380);
+    composited = false;
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        return window()->color() == theme.raised() && window()->geometry() == panel;
+    })) << "nothing of what was translucent stays, black";
 }
 
 TEST_F(PanelsTest, ARestoreFillsTheMapAndTheRowsAsItGoes) {

@@ -67,6 +67,11 @@ TEST_F(PreviewPageTest, TheSwitcherOpensItWithControlAndTheWindowsEndClosesIt) {
     QTest::keyClick(foremost(), Qt::Key_Return, Qt::ControlModifier);
     ASSERT_TRUE(until([&] { return model->preview() != nullptr; }));
     EXPECT_EQ(ui().page(), "preview");
+    open({760, 520});
+    EXPECT_TRUE(until([&] {
+        QQuickItem* const button = named("Resume");
+        return button && placeOf(*button).bottom() <= 520;
+    })) << "what has the keyboard is not below the edge";
     interface->windows().closeMain();
     EXPECT_FALSE(model->preview()) << "nobody looks at it any more";
 }

@@ -251,6 +251,9 @@ TEST_F(ReviewTest, ListsWhatTheFilterTakesAway) {
         rows.toggle(row);
         EXPECT_EQ(draft.filteredSnapshot(), snapshot);
     }
+    rows.toggle(0);
+    rows.toggle(1);
+    EXPECT_EQ(draft.filteredSnapshot(), snapshot) << "a window brings its application back with it";
     // Of thousands the first ones are listed, and how many there are besides.
     snapshot.applications.resize(1);
     snapshot.applications[0].context.reset();

@@ -183,7 +183,9 @@ TEST(RandomJourneys, APlanSaysWhatTheRestoreThenDoes) {
         EXPECT_EQ(report.totals().createdDesktops, announced.desktops);
         EXPECT_EQ(report.totals().launched, std::ranges::count(preview.applications, Presence::installed,
                                                                &PlannedApplication::presence));
-        EXPECT_EQ(announced.launched.size(), preview.applications.size());
+        EXPECT_EQ(std::ssize(announced.launchedLater),
+                  std::ranges::count(preview.applications, Presence::running, &PlannedApplication::presence));
+        EXPECT_EQ(announced.launched.size() + announced.launchedLater.size(), preview.applications.size());
         std::set<std::string> opened;
         for (const Report::Item& item : report.items) {
             if (std::holds_alternative<Report::opened>(item.status)) opened.insert(item.bundleIdentifier);

@@ -77,9 +77,10 @@ class TrayTest : public testing::Test {
   protected:
     /// The desktop's panel comes up after the program has started.
     TrayTest() {
-        EXPECT_FALSE(icon.shown());
+        EXPECT_TRUE(icon.lookedFor() && !icon.shown());
         tray.startDrawing();
         EXPECT_TRUE(untilQt([&] { return icon.shown() && tray.icons().size() == 1; }));
+        EXPECT_FALSE(icon.lookedFor());
     }
 
     /// The rows of a menu as they are shown; "(…)" for what cannot be chosen.
