@@ -214,39 +214,57 @@ class Editor final : public ForwardingApplications {
     bool documentsTravelWithLaunch() override { return true; }
     DocumentHanding handing(std::string_view, std::span<const Url>) override { return hands; }
     Task<Result<void>> launch(Url location, std::vector<Url> documents) override {
-        return ForwardingApplications::launch(std::move(location), {documents.back()});
+        std::vector<Url> shown{documents.back()};
+        if (slow) shown.clear();
+        const auto launched = co_await ForwardingApplications::launch(std::move(location), shown);
+        if (slow) {
+            world->openWindow(*world->application("org.editor"), sceneWindow("Editor", second));
+            executor->postAfter(1s, [this, last = documents.back()] { display(last); });
+        }
+        co_return launched;
     }
     Task<Result<void>> open(std::string identifier, std::vector<Url> documents) override {
         if (!tabs) co_return co_await ForwardingApplications::open(identifier, documents);
-        SceneWindow& front = world->windowsOf(identifier).front()->state;
-        front.title = simulated::World::documentTitle(documents.front());
-        front.document = documents.front().string();
+        display(documents.front());
         co_return Result<void>();
     }
     simulated::World* world = nullptr;
+    Executor* executor = nullptr;
     DocumentHanding hands{};
     bool tabs = false;
+    bool slow = false;  // shows an empty window first, and in it what it was launched with
+
+  private:
+    void display(const Url& document) {
+        SceneWindow& front = world->windowsOf("org.editor").front()->state;
+        front.title = simulated::World::documentTitle(document);
+        front.document = document.string();
+    }
 };
 
 TEST(Documents, ComeIntoAWindowEachAsFarAsTheirEditorDoesIt) {
     const struct {
         DocumentHanding hands;
         bool tabs;
+        bool slow;
         std::int64_t windows;
         double most;           // seconds
         const char* notes[2];  // about whose documents, of the first run and the second
     } cases[] = {
-        {DocumentHanding::together, true, 1, 10, {"", "a.txt"}},
-        {DocumentHanding::oneByOne, false, 2, 6, {"", ""}},
-        {DocumentHanding::oneByOne, true, 1, 6, {"b.txt", "b.txt"}},
-        {DocumentHanding::intoNewWindows, true, 2, 6, {"", ""}},
+        {DocumentHanding::together, true, false, 1, 10, {"", "a.txt"}},
+        {DocumentHanding::oneByOne, false, false, 2, 6, {"", ""}},
+        {DocumentHanding::oneByOne, true, false, 1, 6, {"b.txt", "b.txt"}},
+        {DocumentHanding::intoNewWindows, true, false, 2, 6, {"", ""}},
+        {DocumentHanding::intoNewWindows, true, true, 2, 6, {"", ""}},
     };
     for (const auto& c : cases) {
         Closed closed({document("a.txt", home), document("b.txt", second)});
         Editor editor(closed.desktop.plain.applications);
         editor.world = &closed.desktop.world();
+        editor.executor = &closed.desktop.executor();
         editor.hands = c.hands;
         editor.tabs = c.tabs;
+        editor.slow = c.slow;
         DesktopAccess access = closed.desktop.with(editor);
         for (const std::string about : c.notes) {
             const RestoreReport report = closed.desktop.restoreThrough(access, closed.snapshot);
