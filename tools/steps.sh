@@ -63,7 +63,7 @@ count_cases() {
         /\[  PASSED  \] [0-9]+ test/        { passed += number("PASSED") }
         /\[  FAILED  \] .* ms\)/            { failed++ }
         /\[  SKIPPED \] [0-9]+ test/        { skipped += number("SKIPPED") }
-        /^[0-9]+ passed, [0-9]+ failed/     { passed += $1; failed += $3 }   # journeys count themselves
+        /^([0-9]+: )?[0-9]+ passed, [0-9]+ failed/ { sub(/^[0-9]+: /, ""); passed += $1; failed += $3; finished++ }  # journeys
         function number(word,   rest) { rest = $0; sub(".*" word " *\\] *", "", rest); return rest + 0 }
         END { print passed + 0, failed + (started > finished ? started - finished : 0), skipped + 0 }' "$1"
 }

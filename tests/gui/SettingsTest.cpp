@@ -266,8 +266,8 @@ TEST_F(SettingsTest, AnEarlierSessionComesBack) {
     model.save("Desk");
     WorkspaceSnapshot snapshot = model->workspaces().front().snapshot;
     for (int i = 0; i < 3; ++i) {
-        ASSERT_TRUE(
-            saveSession(model.history, model.known, snapshot, Instant{std::chrono::hours{24 * (i + 1)}}));
+        snapshot.capturedAt = Instant{std::chrono::hours{24 * (i + 1)}};
+        ASSERT_TRUE(saveSession(model.history, model.known, snapshot, snapshot.capturedAt));
         snapshot.applications.front().windows.front().title = "Page " + std::to_string(i);
     }
     model.disk.tellWatchers();
