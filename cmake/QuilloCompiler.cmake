@@ -82,6 +82,10 @@ function(quillo_precompile name)
   set_property(GLOBAL PROPERTY ${group} ${name})
 endfunction()
 
+# Several sources of a library are compiled as one, which spares most of what they read and instantiate alike: a build from
+# nothing takes two thirds of the time. Who changes a file compiles its neighbours with it.
+option(QUILLO_UNITY "compile several sources of a library as one" ON)
+
 # A library of all sources directly in the folders under FOLDER (default: the present one), linked to what stands below
 # it, with the headers under PRECOMPILE precompiled beside the common ones.
 function(quillo_library name)
@@ -98,5 +102,6 @@ function(quillo_library name)
   endif()
   add_library(${name} STATIC ${sources})
   target_link_libraries(${name} PUBLIC quillo_flags ${arg_LINK})
+  set_target_properties(${name} PROPERTIES UNITY_BUILD ${QUILLO_UNITY} UNITY_BUILD_BATCH_SIZE 6)
   quillo_precompile(${name} ${arg_PRECOMPILE})
 endfunction()

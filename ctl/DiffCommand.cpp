@@ -15,7 +15,7 @@ namespace quillo::ctl {
 namespace {
 
 /// As diff(1) has it, so that 1 is no failure.
-constexpr Exit same = Exit::done, differs = Exit::failed, trouble = Exit::usage;
+constexpr Exit same = Exit::done, differs = Exit::failed, undecided = Exit::usage;
 
 class Differences {
   public:
@@ -152,7 +152,7 @@ CommandResult compare(CommandContext& context, const Arguments& arguments) {
 
 CommandResult diffWorkspace(CommandContext& context, const Arguments& arguments) {
     CommandResult result = compare(context, arguments);
-    if (!result && result.error().exit == Exit::failed) result.error().exit = trouble;
+    if (!result && result.error().exit == Exit::failed) result.error().exit = undecided;
     return result;
 }
 

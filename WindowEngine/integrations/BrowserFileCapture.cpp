@@ -12,7 +12,7 @@ using OpenBrowserTabs::Look;
 
 /// Chromium writes 2.6 s after the first change that it has not written, and never puts that off.
 constexpr Duration chromiumWrites = 2900ms;
-constexpr Duration windowComes = 20s, often = 500ms;
+constexpr Duration windowComes = 20s, lookingInterval = 500ms;
 
 /// From the first window until the file tells of it, with as much again: Chromium 3 s, Firefox 22 s.
 Duration firstWriting(BrowserFamily family) {
@@ -75,7 +75,7 @@ Task<std::optional<std::string>> awaitOwnWindows(DesktopAccess& desktop, Browser
         if (shows && !std::exchange(hasWindow, true))
             deadline = executor.timeAfter(firstWriting(browser.family));
         if (executor.now() >= deadline) break;
-        co_await sleepFor(often);
+        co_await sleepFor(lookingInterval);
     }
     co_return "The browser did not say in time which tabs it has; none were opened.";
 }

@@ -17,7 +17,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr std::string_view dock = "com.apple.dock", addDesktopButton = "mc.spaces.add";
-constexpr Duration buttonPatience = 2s, pollingInterval = 200ms;
+constexpr Duration buttonPatience = 2s, lookingInterval = 200ms;
 constexpr double messagingTimeout = 1.0;  // seconds
 constexpr int deepestLevel = 10;          // the button is known to stand on the fourth
 
@@ -94,7 +94,7 @@ Task<std::optional<std::string>> DesktopOverview::addDesktop(std::string display
         button = display ? addButton(*display) : std::nullopt;
         return button || !display;
     };
-    co_await pollUntil(looked, pollingInterval, buttonPatience);
+    co_await pollUntil(looked, lookingInterval, buttonPatience);
     if (!display) co_return std::string(displayDisconnected);
     if (!button) co_return "Mission Control did not expose its Add Desktop button";
     const AccessibilityCode pressed = desktop_.platform.accessibility.perform(*button, ax::press);

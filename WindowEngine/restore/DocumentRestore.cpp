@@ -216,7 +216,8 @@ Task<bool> awaitDocuments(ApplicationRestore& restore, std::vector<SavedDocument
         const std::size_t outstanding = documents.size();
         documents = SavedDocuments::missing(std::move(documents), infos);
         hidden = hiddenBy(asked, before, live);
-        // Before the next one is handed over, this one is looked for in its window: it may come a while after that.
+        // Before the next one is handed over, this one is looked for in its window: it may come a while after
+        // that.
         enough = documents.empty() ||
                  (restore.following.empty() && !namesDocuments(infos) && infos.size() >= wanted);
         if (enough || last) break;

@@ -28,6 +28,7 @@ struct Rect {
     Point origin() const { return {x, y}; }
     Point center() const { return {midX(), midY()}; }
     Size size() const { return {width, height}; }
+    bool empty() const { return width <= 0 || height <= 0; }
 
     /// Half-open: the left and top edges belong to the rectangle, the right and bottom ones do not, so
     /// that a point on the border of two displays belongs to exactly one.

@@ -25,13 +25,6 @@ std::string encoded(const icu::UnicodeString& s) {
     return s.toUTF8String(bytes);
 }
 
-// Without a way out of the loop, so that compilers take many bytes at once.
-bool isAscii(std::string_view s) {
-    unsigned char all = 0;
-    for (const char c : s) all |= static_cast<unsigned char>(c);
-    return all < 0x80;
-}
-
 char lowered(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
@@ -109,6 +102,19 @@ std::weak_ordering ordering(int comparison) {
 }
 
 }  // namespace
+
+// Without a way out of the loop, so that compilers take many bytes at once.
+bool isAscii(std::string_view s) {
+    unsigned char all = 0;
+    for (const char c : s) all |= static_cast<unsigned char>(c);
+    return all < 0x80;
+}
+
+int hexDigit(char c) {
+    if (c >= '0' && c <= '9') return c - '0';
+    const char low = lowered(c);
+    return low >= 'a' && low <= 'f' ? low - 'a' + 10 : -1;
+}
 
 std::string lowercase(std::string_view s) {
     if (!isAscii(s)) return encoded(decoded(s).toLower(icu::Locale::getRoot()));

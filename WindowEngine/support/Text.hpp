@@ -18,6 +18,9 @@ bool equalIgnoringCase(std::string_view a, std::string_view b);  // Unicode case
 std::string trim(std::string_view s);
 /// Blanks and tabs (Unicode space separators and U+0009) removed at both ends; line breaks stay.
 std::string trimBlanks(std::string_view s);
+bool isAscii(std::string_view s);
+/// The value of a hexadecimal digit; -1 for anything else.
+int hexDigit(char c);
 bool isValidUtf8(std::string_view s);
 /// Invalid sequences replaced by U+FFFD.
 std::string repaired(std::string_view s);

@@ -41,10 +41,6 @@ std::string folded(std::string_view s, std::uint32_t options) {
     return plain.toUTF8String(bytes);
 }
 
-bool isAscii(std::string_view s) {
-    return std::ranges::all_of(s, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
 std::vector<std::string> forms(std::string_view s, CaseRules rules) {
     std::vector<std::string> all{isAscii(s) ? lowercase(s) : folded(s, U_FOLD_CASE_DEFAULT)};
     if (rules == CaseRules::dotlessI) {

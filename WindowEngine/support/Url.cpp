@@ -91,12 +91,6 @@ std::string_view hostOf(std::string_view authority) {
     return authority.substr(0, authority.find(':'));
 }
 
-int hexValue(char c) {
-    if (isDigit(c)) return c - '0';
-    const char low = lowered(c);
-    return low >= 'a' && low <= 'f' ? low - 'a' + 10 : -1;
-}
-
 // Absent for an escape that is not two hexadecimal digits or that stands for NUL.
 std::optional<std::string> percentDecoded(std::string_view text) {
     std::string decoded;
@@ -107,7 +101,7 @@ std::optional<std::string> percentDecoded(std::string_view text) {
             continue;
         }
         if (i + 2 >= text.size()) return std::nullopt;
-        const int high = hexValue(text[i + 1]), low = hexValue(text[i + 2]);
+        const int high = text::hexDigit(text[i + 1]), low = text::hexDigit(text[i + 2]);
         if (high < 0 || low < 0 || high + low == 0) return std::nullopt;
         decoded += static_cast<char>(high << 4 | low);
         i += 2;

@@ -3,6 +3,8 @@
 #include <cstring>
 #include <random>
 
+#include "WindowEngine/support/Text.hpp"
+
 namespace quillo {
 namespace {
 
@@ -10,13 +12,6 @@ constexpr std::size_t textLength = 36;
 
 bool isHyphenPlace(std::size_t i) {
     return i == 8 || i == 13 || i == 18 || i == 23;
-}
-
-int hexValue(char c) {
-    if (c >= '0' && c <= '9') return c - '0';
-    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-    return -1;
 }
 
 std::string spell(const std::array<std::uint8_t, 16>& bytes, const char* digits) {
@@ -53,7 +48,7 @@ std::optional<Uuid> Uuid::parse(std::string_view text) {
             if (text[i++] != '-') return std::nullopt;
             continue;
         }
-        const int high = hexValue(text[i]), low = hexValue(text[i + 1]);
+        const int high = text::hexDigit(text[i]), low = text::hexDigit(text[i + 1]);
         if (high < 0 || low < 0) return std::nullopt;
         bytes[byte++] = static_cast<std::uint8_t>(high << 4 | low);
         i += 2;

@@ -7,7 +7,7 @@
 namespace quillo {
 namespace {
 
-QString text(std::string_view text) {
+QString shown(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
@@ -51,11 +51,11 @@ void ShortcutsPresenter::setEnabled(bool enabled) {
 }
 
 QString ShortcutsPresenter::hint() const {
-    return text(ShortcutTexts::hint);
+    return shown(ShortcutTexts::hint);
 }
 
 QString ShortcutsPresenter::help() const {
-    return text(ShortcutTexts::help);
+    return shown(ShortcutTexts::help);
 }
 
 void ShortcutsPresenter::stopRecording() {
@@ -98,7 +98,7 @@ void ShortcutsPresenter::follow() {
 QString ShortcutsPresenter::refusalOf(const HotKeyTarget& target) const {
     const auto refusal = model_.hotKeys().refusal(target);
     if (!refusal) return {};
-    return text(*refusal == HotKeys::Refusal::own ? ShortcutTexts::own : ShortcutTexts::taken);
+    return shown(*refusal == HotKeys::Refusal::own ? ShortcutTexts::own : ShortcutTexts::taken);
 }
 
 }  // namespace quillo

@@ -12,10 +12,6 @@ constexpr double bandHeight = 26;
 constexpr double discSize = 16;
 constexpr double cutOut = 2;  // what the tiles in front take beyond their edges
 
-bool empty(const Rect& rect) {
-    return rect.width <= 0 || rect.height <= 0;
-}
-
 double tileRadius(double height) {
     return height >= 70 ? 7 : height >= 30 ? 4 : 2;
 }
@@ -41,7 +37,7 @@ Rect visiblePart(const Rect& tile, const std::vector<Rect>& covers, bool titles)
 
 bool anyPixelVisible(const Rect& tile, const std::vector<Rect>& covers) {
     const auto area = [](const Rect& rect) { return rect.width * rect.height; };
-    return !empty(bestVisibleRectangle(tile, covers, area));
+    return !bestVisibleRectangle(tile, covers, area).empty();
 }
 
 MapContent iconOnly(const Rect& area) {

@@ -6,10 +6,6 @@
 namespace quillo {
 namespace {
 
-bool empty(const Rect& rect) {
-    return rect.width <= 0 || rect.height <= 0;
-}
-
 double area(const Rect& rect) {
     return rect.width * rect.height;
 }
@@ -102,7 +98,7 @@ Rect bestVisibleRectangle(const Rect& tile, std::span<const Rect> covers,
                           const std::function<double(const Rect&)>& score) {
     std::vector<Rect> inside;
     for (const Rect& cover : covers) {
-        if (const Rect shared = intersection(cover, tile); !empty(shared)) inside.push_back(shared);
+        if (const Rect shared = intersection(cover, tile); !shared.empty()) inside.push_back(shared);
     }
     const Cells cells(tile, inside);
     Best best(score);
