@@ -136,7 +136,8 @@ CommandResult compare(CommandContext& context, const Arguments& arguments) {
         chosenPart(context, access.platform.applications, workspace, *std::move(choice), arguments);
     if (!options) return std::unexpected(options.error());
     options->limited = false;  // nothing is opened
-    chooseDisplays(context, access, workspace, arguments, *options);
+    if (const auto chosen = chooseDisplays(context, access, workspace, arguments, *options); !chosen)
+        return std::unexpected(chosen.error());
     const std::optional<RestorePreview> preview =
         run(**desktop, Restore::preview(access, workspace.snapshot, *options));
     if (!preview) return failure("cancelled", Exit::cancelled);

@@ -54,7 +54,8 @@ CommandResult planRestore(CommandContext& context, const Arguments& arguments) {
         chosenPart(context, applications, workspace, *std::move(choice), arguments);
     if (!options) return std::unexpected(options.error());
     context.known.permit(whole, true, *options);
-    chooseDisplays(context, access, workspace, arguments, *options);
+    if (const auto chosen = chooseDisplays(context, access, workspace, arguments, *options); !chosen)
+        return std::unexpected(chosen.error());
     const std::optional<RestorePreview> plan =
         run(**desktop, Restore::preview(access, workspace.snapshot, *options));
     if (!plan) return failure("cancelled", Exit::cancelled);

@@ -123,6 +123,16 @@ bool touchesOthers(const Workspace& workspace, const Arguments& arguments) {
     return chosenCleanSlate(workspace, arguments).value_or(CleanSlateMode::keep) != CleanSlateMode::keep;
 }
 
+/// That one of `displays` has this identifier; `what` tells which they are.
+Result<void, Failure> namesDisplay(DisplayMapper::DisplayList displays, const std::string& id,
+                                   const std::string& what) {
+    if (std::ranges::count(displays, id, &DisplaySnapshot::id) > 0) return {};
+    std::vector<std::string> ids;
+    for (const DisplaySnapshot& display : displays) ids.push_back(display.id);
+    return failure(fmt::format("--display: no display {} is called {}; there is {}", what, quotedName(id),
+                               printable(fmt::format("{}", fmt::join(ids, ", ")))));
+}
+
 }  // namespace
 
 Result<RestoreChoice, Failure> choose(const Workspace& workspace, const Arguments& arguments) {
@@ -179,8 +189,8 @@ std::optional<CleanSlateMode> chosenCleanSlate(const Workspace& workspace, const
     return arguments.only.empty() ? workspace.cleanSlate : std::nullopt;
 }
 
-void chooseDisplays(CommandContext& context, DesktopAccess& desktop, Workspace& workspace,
-                    const Arguments& arguments, Restore::Options& options) {
+Result<void, Failure> chooseDisplays(CommandContext& context, DesktopAccess& desktop, Workspace& workspace,
+                                     const Arguments& arguments, Restore::Options& options) {
     if (arguments.arrange) {
         DisplayLayouts::keepRunning(workspace.snapshot, [&](const std::string& identifier) {
             return desktop.platform.applications.running(identifier).has_value();
@@ -192,19 +202,24 @@ void chooseDisplays(CommandContext& context, DesktopAccess& desktop, Workspace& 
     options.displays = answers.find(saved, present);
     for (const std::string& pair : arguments.displays) {
         const std::size_t sign = pair.find('=');
-        options.displays[pair.substr(0, sign)] = pair.substr(sign + 1);
+        const std::string was = pair.substr(0, sign), is = pair.substr(sign + 1);
+        if (const auto known = namesDisplay(saved, was, "saved with " + quotedName(workspace.name)); !known)
+            return known;
+        if (const auto known = namesDisplay(present, is, "attached"); !known) return known;
+        options.displays[was] = is;
     }
     if (!arguments.displays.empty()) {
         if (const Result<void> kept = answers.remember(saved, present, options.displays); !kept)
             context.output.complain("--display holds for this time only: " + printable(kept.error().text));
     }
     const DisplayTwins::Matching matching = DisplayTwins::match(saved, present, options.displays);
-    if (matching.unclear.empty()) return;
+    if (matching.unclear.empty()) return {};
     context.output.complain(
         fmt::format("the displays {} are alike, and nothing tells which of {} each is now; --display "
                     "SAVED=PRESENT says it",
                     printable(fmt::format("{}", fmt::join(matching.unclear, ", "))),
                     printable(fmt::format("{}", fmt::join(matching.choices, ", ")))));
+    return {};
 }
 
 }  // namespace quillo::ctl

@@ -34,8 +34,9 @@ std::optional<CleanSlateMode> chosenCleanSlate(const Workspace& workspace, const
 
 /// Leaves only what runs where only that is to be arranged, and sets which present displays stand for saved
 /// ones of their make: as the arguments say, which is remembered, else as was said before. Complains where
-/// nothing tells. To be called before the workspace's own displays are looked at.
-void chooseDisplays(CommandContext& context, DesktopAccess& desktop, Workspace& workspace,
-                    const Arguments& arguments, Restore::Options& options);
+/// nothing tells, and refuses names of no display. To be called before the workspace's own displays are
+/// looked at.
+Result<void, Failure> chooseDisplays(CommandContext& context, DesktopAccess& desktop, Workspace& workspace,
+                                     const Arguments& arguments, Restore::Options& options);
 
 }  // namespace quillo::ctl

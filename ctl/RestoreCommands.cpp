@@ -167,7 +167,9 @@ CommandResult restoreWorkspace(CommandContext& context, const Arguments& argumen
     Result<Restore::Options, Failure> options = chosenPart(
         context, (*desktop)->access().platform.applications, workspace, *std::move(choice), arguments);
     if (!options) return std::unexpected(options.error());
-    chooseDisplays(context, (*desktop)->access(), workspace, arguments, *options);
+    if (const auto chosen = chooseDisplays(context, (*desktop)->access(), workspace, arguments, *options);
+        !chosen)
+        return std::unexpected(chosen.error());
     if (const Result<void, Failure> agreed =
             consent(context, **desktop, whole, workspace, *options, arguments);
         !agreed) {

@@ -153,13 +153,16 @@ TEST_F(DesktopCommandTest, EachSetOfDisplaysHasItsLayoutAndTwinsAreToldApart) {
     desk("docked", -900, twin("T1", -1000, 0) + twin("T2", 1000, 0));
     desk("stacked", 10, twin("T7", 0, -800) + twin("T8", 0, 800));
     const std::string onOther = "300 × 200 at 100, 850";
-    expectSteps({{on("alone", {"save", "Pad"}), 0, "Saved"},
-                 {on("docked", {"layout", "save", "Pad"}), 0, "Saved the layout for these displays in Pad\n"},
-                 {{"layout", "list", "Pad"}, 0, "lid, T1, T2"},
-                 {on("alone", {"plan", "Pad", "--exit-code"}), 0, "in place"},
-                 {on("stacked", {"restore", "--arrange", "Pad"}), 0, "the displays T1, T2 are alike"},
-                 {on("stacked", {"plan", "Pad", "--display", "T1"}), 2, "give the saved display"},
-                 {on("stacked", {"plan", "Pad", "--display", "T1=T8"}), 0, onOther}});
+    expectSteps(
+        {{on("alone", {"save", "Pad"}), 0, "Saved"},
+         {on("docked", {"layout", "save", "Pad"}), 0, "Saved the layout for these displays in Pad\n"},
+         {{"layout", "list", "Pad"}, 0, "lid, T1, T2"},
+         {on("alone", {"plan", "Pad", "--exit-code"}), 0, "in place"},
+         {on("stacked", {"restore", "--arrange", "Pad"}), 0, "the displays T1, T2 are alike"},
+         {on("stacked", {"plan", "Pad", "--display", "T1"}), 2, "give the saved display"},
+         {on("stacked", {"plan", "Pad", "--display", "T1=T0"}), 1, "no display attached is called T0"},
+         {on("stacked", {"plan", "Pad", "--display", "T0=T8"}), 1, "saved with Pad is called T0"},
+         {on("stacked", {"plan", "Pad", "--display", "T1=T8"}), 0, onOther}});
     EXPECT_NE(done(on("stacked", {"plan", "Pad"})).find(onOther), std::string::npos) << "it is remembered";
     expectSteps({{{"layout", "remove", "Pad", "2"}, 1, "NUMBER: Pad has no layout 2"},
                  {{"layout", "remove", "Pad", "1"}, 0, "Removed a layout of Pad\n"},

@@ -231,7 +231,7 @@ def main():
     for server in arguments.server.split(","):
         for window_manager in arguments.wm.split(","):
             own = [name for name in JOURNEYS if (name == "tiled") == (window_manager == "i3")]
-            if window_manager != "openbox" or server != "xvfb" or not browsers.installed():
+            if window_manager not in ("openbox", "xfwm4") or server != "xvfb" or not browsers.installed():
                 print(f"left out: browsers with {window_manager} on {server}", flush=True)
                 own = [name for name in own if name != "browsers"]
             # The longest begin first. Of Xorg's own server there is one at a time.

@@ -1,46 +1,17 @@
 // Session files of browsers, written byte by byte, whole and damaged in every way.
 #include <gtest/gtest.h>
-#include <lz4.h>
 
-#include <cstring>
 #include <random>
+#include <string>
 
 #include "WindowEngine/integrations/ChromiumSessionLog.hpp"
 #include "WindowEngine/integrations/FirefoxSession.hpp"
+#include "tests/WindowEngine/SessionFileSamples.hpp"
 
 namespace quillo {
 namespace {
 
-template <class... Numbers>
-std::string raw(Numbers... numbers) {
-    std::string bytes;
-    ((bytes.append(reinterpret_cast<const char*>(&numbers), sizeof numbers)), ...);
-    return bytes;
-}
-std::string field(std::string_view text, std::size_t unit = 1) {
-    std::string bytes = raw(static_cast<std::int32_t>(text.size() / unit)) + std::string(text);
-    return bytes.append((4 - bytes.size() % 4) % 4, '\0');
-}
-std::string pickle(const std::string& fields) {
-    return raw(static_cast<std::uint32_t>(fields.size())) + fields;
-}
-std::string record(std::uint8_t command, const std::string& body) {
-    return raw(static_cast<std::uint16_t>(body.size() + 1), command) + body;
-}
-std::string log(const std::string& records, std::uint32_t version = 3) {
-    return "SNSS" + raw(version) + records + (version == 3 ? record(255, "") : "");
-}
-std::string entry(int tab, int index, std::string_view address, std::string_view title = {}) {
-    return record(6, pickle(raw(tab, index) + field(address) + field(title, 2)));
-}
-/// A tab at its place in a window, last in front at that time.
-std::string tab(int window, int number, int place, std::string_view address, std::int64_t when = 0) {
-    return record(0, raw(window, number)) + record(2, raw(number, place)) + entry(number, 0, address) +
-           record(7, raw(number, 0)) + record(21, raw(number, 0, when));
-}
-std::string window(int number, int type = 0) {
-    return record(9, raw(number, type));
-}
+using namespace samples::sessions;
 
 /// "a b* | c": the windows with their tabs, the selected one marked; a refusal is its kind.
 std::string told(const Result<BrowserSession>& session) {
@@ -107,16 +78,6 @@ TEST(ChromiumSessionLog, TellsOfOrdinaryWindowsAndTheirTabs) {
     };
     for (const auto& each : cases)
         EXPECT_EQ(told(ChromiumSessionLog::read(each.session, each.closedTabs)), each.told) << &each - cases;
-}
-
-std::string packed(std::string_view json, std::uint32_t claimed) {
-    std::string block(static_cast<std::size_t>(LZ4_compressBound(static_cast<int>(json.size()))), '\0');
-    const int length = LZ4_compress_default(json.data(), block.data(), static_cast<int>(json.size()),
-                                            static_cast<int>(block.size()));
-    return std::string("mozLz40\0", 8) + raw(claimed) + block.substr(0, static_cast<std::size_t>(length));
-}
-std::string packed(std::string_view json) {
-    return packed(json, static_cast<std::uint32_t>(json.size()));
 }
 
 const std::string state =
