@@ -1,10 +1,13 @@
 #include "WindowEngine/capture/UndoCapture.hpp"
 
 #include <algorithm>
+#include <optional>
 #include <set>
+#include <span>
 #include <unordered_map>
 #include <utility>
 
+#include "WindowEngine/desktop/DesktopSpaces.hpp"
 #include "WindowEngine/integrations/Adapters.hpp"
 #include "WindowEngine/records/UndoCoding.hpp"
 #include "WindowEngine/support/StableSort.hpp"
@@ -31,9 +34,27 @@ void withholdContents(WorkspaceSnapshot& snapshot, const std::set<std::string>& 
 
 using Processes = std::unordered_map<WindowNumber, ProcessID>;
 
+/// Tells an ordinary desktop that holds a window, and no other does.
+class OrdinarySpaces {
+  public:
+    explicit OrdinarySpaces(DesktopAccess& desktop) : desktop_(desktop) {}
+
+    std::optional<std::int64_t> operator()(WindowNumber number) const {
+        const auto facts = desktop_.platform.windowServer.facts(std::span(&number, 1));
+        if (facts.empty() || facts.front().spaces.size() != 1) return std::nullopt;
+        const SpaceID space = facts.front().spaces.front();
+        const auto ordinary = DesktopSpaces::current(desktop_);
+        if (std::ranges::find(ordinary, space, &NativeDesktop::id) == ordinary.end()) return std::nullopt;
+        return static_cast<std::int64_t>(space);
+    }
+
+  private:
+    DesktopAccess& desktop_;
+};
+
 /// A window with native tabs is each of its tabs: any of them that is left stands for it.
 std::vector<UndoWindow> windowsOf(const ApplicationSnapshot& application, const std::vector<Seen>& seen,
-                                  const Processes& processes) {
+                                  const Processes& processes, const OrdinarySpaces& space) {
     std::set<std::int64_t> indices;
     for (const WindowSnapshot& window : application.windows) indices.insert(window.index);
     std::vector<UndoWindow> windows;
@@ -46,7 +67,8 @@ std::vector<UndoWindow> windowsOf(const ApplicationSnapshot& application, const 
             windows.push_back({.application = application.bundleIdentifier,
                                .index = window.isFullscreen ? one.index : window.index,
                                .number = one.number,
-                               .process = process == processes.end() ? 0 : process->second});
+                               .process = process == processes.end() ? 0 : process->second,
+                               .space = window.isFullscreen ? space(one.number) : std::nullopt});
         }
     }
     return windows;
@@ -105,8 +127,9 @@ Task<UndoRecord> undoRecord(DesktopAccess& desktop, Options options, Workspace w
         places.emplace(entry.number, places.size());
     }
     for (const ApplicationSnapshot& application : record.before.snapshot.applications) {
-        std::ranges::move(windowsOf(application, seen[application.bundleIdentifier], processes),
-                          std::back_inserter(record.windows));
+        std::ranges::move(
+            windowsOf(application, seen[application.bundleIdentifier], processes, OrdinarySpaces(desktop)),
+            std::back_inserter(record.windows));
         if (const auto running = desktop.platform.applications.running(application.bundleIdentifier))
             record.applications.push_back(noted(*running));
     }

@@ -1,6 +1,7 @@
 // Desktops (spaces): what exists now, on which of them a window stands, and moving it to another. Which
 // desktop stands for a saved one is DesktopTargets' subject, making missing ones DesktopCreation's.
 #pragma once
+#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -23,6 +24,8 @@ struct NativeDesktop {
 };
 
 namespace DesktopSpaces {
+
+inline constexpr Duration arrivalPatience = std::chrono::seconds(2);  // for a window to arrive on a desktop
 
 /// In the order of displays and their desktops; empty where spaces cannot be read.
 std::vector<NativeDesktop> current(DesktopAccess& desktop);

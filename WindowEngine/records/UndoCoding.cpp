@@ -17,7 +17,8 @@ namespace quillo {
 template <>
 inline constexpr auto fieldsOf<UndoWindow> =
     std::tuple{Field{"application", &UndoWindow::application}, Field{"index", &UndoWindow::index},
-               Field{"number", &UndoWindow::number}, Field{"process", &UndoWindow::process}};
+               Field{"number", &UndoWindow::number}, Field{"process", &UndoWindow::process},
+               Field{"space", &UndoWindow::space}};
 
 template <>
 inline constexpr auto fieldsOf<UndoApplication> =

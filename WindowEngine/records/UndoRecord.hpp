@@ -16,6 +16,9 @@ struct UndoWindow {
     std::int64_t index = 0;   // WindowSnapshot::index; windows that are native tabs of one share it
     std::uint32_t number = 0;
     std::int64_t process = 0;  // 0 where that is not known
+    /// Of a window in full screen: its desktop, as the window server numbers it; absent where full screen is
+    /// a desktop of its own.
+    std::optional<std::int64_t> space = std::nullopt;
 
     bool operator==(const UndoWindow&) const = default;
 };

@@ -211,6 +211,23 @@ struct Undoing {
     std::optional<WindowNumber> inFront = desktop.platform.windowServer.windowInFront();
 };
 
+/// Where full screen is no desktop of its own, a window may have filled the screen on any.
+Task<void> moveFullscreen(Undoing& undoing, const UndoPlan::Application& application) {
+    for (const UndoWindow& known : undoing.record.windows) {
+        if (!known.space || known.application != application.saved->bundleIdentifier) continue;
+        const bool lives = std::ranges::any_of(application.windows, [&](const WindowPlan& plan) {
+            return plan.liveIndex &&
+                   application.live[static_cast<std::size_t>(*plan.liveIndex)].windowID == known.number;
+        });
+        if (!lives) continue;
+        const auto space = static_cast<SpaceID>(*known.space);
+        if (!co_await DesktopSpaces::move(undoing.desktop, known.number, space,
+                                          DesktopSpaces::arrivalPatience))
+            undoing.sink.add(*application.saved,
+                             RestoreReport::failed{"a full-screen window did not return to its desktop"});
+    }
+}
+
 Task<void> placeLiving(Undoing& undoing, const UndoPlan& plan) {
     const WorkspaceSnapshot& before = undoing.record.before.snapshot;
     for (const UndoPlan::Application& application : plan.applications) {
@@ -227,6 +244,7 @@ Task<void> placeLiving(Undoing& undoing, const UndoPlan& plan) {
         co_await placeWindows(undoing.desktop, *application.saved, application.live, application.windows,
                               {before.displays, displays, desktops, DisplayMapper::Edges::kept}, undoing.sink,
                               undoing.back);
+        co_await moveFullscreen(undoing, application);
     }
 }
 

@@ -18,7 +18,6 @@ namespace {
 using Status = RestoreReport::Status;
 using failed = RestoreReport::failed;
 
-constexpr Duration desktopPatience = std::chrono::seconds(2);        // for a window to arrive there
 constexpr Duration tilingPatience = std::chrono::milliseconds(200);  // for windows to be laid out anew
 constexpr Duration driftPatience = std::chrono::seconds(1);          // for one that moves itself
 constexpr Duration driftInterval = std::chrono::milliseconds(100);   // between looks when it does
@@ -119,8 +118,8 @@ WindowNumber movedWindow(const Pair& pair) {
 Task<Trouble> moveToDesktop(Pair& pair, std::string otherwise) {
     const std::optional<SpaceID> target = targetDesktop(pair.saved, pair.targets.desktops);
     if (!target) co_return std::nullopt;
-    if (pair.window.windowID &&
-        co_await DesktopSpaces::move(pair.desktop, movedWindow(pair), *target, desktopPatience))
+    if (pair.window.windowID && co_await DesktopSpaces::move(pair.desktop, movedWindow(pair), *target,
+                                                             DesktopSpaces::arrivalPatience))
         co_return std::nullopt;
     co_return failed{fmt::format("{} Desktop {} assignment failed", otherwise, pair.saved.desktop->number())};
 }

@@ -13,7 +13,7 @@ FocusScope {
     Shortcut { sequences: [StandardKey.Redo]; enabled: Detail.redoWords !== ""; onActivated: Detail.redo() }
 
     /// Back from there, the keyboard is where it was.
-    function afterPreview() { preview.forceActiveFocus(Qt.OtherFocusReason) }
+    function afterPreview() { preview.forceActiveFocus(Qt.PopupFocusReason) }  // and into view
     /// A window is picked in the map: its line is shown and chosen.
     function pick(key) {
         const row = Detail.reveal(key)

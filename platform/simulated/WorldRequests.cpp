@@ -80,7 +80,8 @@ bool World::requestSpace(WindowNumber number, SpaceID space) {
     const bool known = std::ranges::any_of(displays_, [&](const Display& display) {
         return std::ranges::find(display.desktops, space) != display.desktops.end();
     });
-    if (!window || !known || window->state.fullscreen || fault(FaultKind::desktopMoveRefused, *window))
+    if (!window || !known || (window->state.fullscreen && !likeX11_) ||
+        fault(FaultKind::desktopMoveRefused, *window))
         return false;
     if (fault(FaultKind::desktopMoveIgnored, *window)) return true;
     window->space = space;

@@ -36,21 +36,28 @@ struct Undoable : TestDesktop {
 };
 
 TEST(Undo, WindowsGoBackAlsoOverAnEdgeAndInTheirOrder) {
-    Undoable desktop(scene({sceneApplication("org.a", {sceneWindow("One", left), sceneWindow("Two", right)}),
-                            sceneApplication("org.b", {sceneWindow("Three", overTheEdge)})}));
-    const WorkspaceSnapshot saved = desktop.capture();
-    // Since then everything was changed.
-    desktop.world().requestMinimized(desktop.window("org.a", "Two").number, true);
-    desktop.world().move(*desktop.world().window("org.a", "One"), {40, 50, 300, 200});
-    desktop.world().requestSpace(desktop.window("org.b", "Three").number,
-                                 desktop.world().displays().front().desktops[1]);
-    const std::string before = desktop.simulated->sceneJson();
-    EXPECT_TRUE(desktop.restoreUndoably(saved).clean());
-    ASSERT_NE(desktop.simulated->sceneJson(), before);
-    desktop.world().raise(desktop.window("org.b", "Three").number);
-    const RestoreReport report = desktop.undo();
-    EXPECT_TRUE(report.clean()) << texts(report).front();
-    EXPECT_EQ(desktop.simulated->sceneJson(), before);
+    for (const bool likeX11 : {false, true}) {
+        SCOPED_TRACE(likeX11);
+        Scene desk = scene({sceneApplication("org.a", {sceneWindow("One", left), sceneWindow("Two", right)}),
+                            sceneApplication("org.b", {sceneWindow("Three", likeX11 ? left : overTheEdge)})});
+        desk.likeX11 = likeX11;
+        Undoable desktop(desk);
+        const WorkspaceSnapshot saved = desktop.capture();
+        // Since then everything was changed.
+        const WindowNumber three = desktop.window("org.b", "Three").number;
+        desktop.world().requestMinimized(desktop.window("org.a", "Two").number, true);
+        desktop.world().move(*desktop.world().window("org.a", "One"), {40, 50, 300, 200});
+        desktop.world().requestSpace(three, desktop.world().displays().front().desktops[1]);
+        if (likeX11) desktop.world().requestFullscreen(three, true);
+        desktop.executor().runFor(5s);
+        const std::string before = desktop.simulated->sceneJson();
+        EXPECT_TRUE(desktop.restoreUndoably(saved).clean());
+        ASSERT_NE(desktop.simulated->sceneJson(), before);
+        desktop.world().raise(three);
+        const RestoreReport report = desktop.undo();
+        EXPECT_TRUE(report.clean()) << texts(report).front();
+        EXPECT_EQ(desktop.simulated->sceneJson(), before);
+    }
 }
 
 TEST(Undo, WhatACleanSlateDidIsUndone) {
