@@ -28,6 +28,20 @@ xcb_window_t terminalWindow() {
     return window;
 }
 
+/// The application of which another process runs the same program under the same name: a new terminal begins
+/// with what it was told to run before its window manager has listed its window.
+const KnownApplication* twinOf(ProcessID pid, const std::vector<KnownApplication>& applications) {
+    const auto program = programOf(pid);
+    if (!program) return nullptr;
+    const auto isTwin = [&, name = nameOf(pid)](ProcessID other) {
+        return programOf(other) == program && nameOf(other) == name;
+    };
+    const auto found = std::ranges::find_if(applications, [&](const KnownApplication& one) {
+        return std::ranges::any_of(one.processes, isTwin);
+    });
+    return found == applications.end() ? nullptr : &*found;
+}
+
 }  // namespace
 
 std::vector<RunningApplication> X11Applications::running() {
@@ -53,7 +67,8 @@ std::vector<std::string> X11Applications::ownIdentifiers() {
             identifiers.push_back(identifier);
     };
     for (ProcessID pid = getpid(); pid > 1;) {
-        add(view_.applicationOf(pid));
+        const auto* application = view_.applicationOf(pid);
+        add(application ? application : twinOf(pid, view_.applications()));
         const auto process = processInfo(pid);
         pid = process ? process->parent : 0;
     }

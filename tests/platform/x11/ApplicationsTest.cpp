@@ -1,6 +1,8 @@
 // Which application a window belongs to, and what can be asked of it.
 #include <signal.h>
+#include <sys/wait.h>
 #include <unistd.h>
+#include <xcb/xcb.h>
 
 #include <algorithm>
 #include <fstream>
@@ -257,6 +259,20 @@ TEST_F(ApplicationsTest, QuittingAsksAndNeverForces) {
     EXPECT_TRUE(stubborn.lives() && deaf.lives());
 }
 
+/// Until it is killed.
+[[noreturn]] void showAWindowOfThisProgram(std::string_view name) {
+    auto* xcb = xcb_connect(nullptr, nullptr);
+    const auto root = xcb_setup_roots_iterator(xcb_get_setup(xcb)).data->root;
+    const auto window = xcb_generate_id(xcb);
+    xcb_create_window(xcb, XCB_COPY_FROM_PARENT, window, root, 0, 0, 200, 100, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+    xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
+                        static_cast<std::uint32_t>(name.size()), name.data());
+    xcb_map_window(xcb, window);
+    xcb_flush(xcb);
+    for (;;) pause();
+}
+
 TEST_F(ApplicationsTest, TheTerminalThisRunsInIsOneOfUs) {
     EXPECT_EQ(applications().ownIdentifiers(), std::vector<std::string>{"app.quillo.Quillo"});
     const auto terminal = openWindow("terminal", {"--class", "My-Terminal"});
@@ -265,6 +281,15 @@ TEST_F(ApplicationsTest, TheTerminalThisRunsInIsOneOfUs) {
     EXPECT_EQ(applications().ownIdentifiers(),
               (std::vector<std::string>{"app.quillo.Quillo", "my-terminal"}));
     unsetenv("WINDOWID");
+    nextTurn();
+
+    // Its window is not listed yet, but one of another process of the same program is.
+    const pid_t twin = fork();
+    if (twin == 0) showAWindowOfThisProgram("Sister");
+    ASSERT_TRUE(eventually([&] { return running("sister").has_value(); }));
+    EXPECT_EQ(applications().ownIdentifiers(), (std::vector<std::string>{"app.quillo.Quillo", "sister"}));
+    kill(twin, SIGKILL);
+    waitpid(twin, nullptr, 0);
 }
 
 }  // namespace
