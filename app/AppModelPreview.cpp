@@ -9,7 +9,7 @@
 namespace quillo {
 namespace {
 
-constexpr Duration lookInterval = std::chrono::seconds(2);
+constexpr Duration planInterval = std::chrono::seconds(2);
 
 }  // namespace
 
@@ -79,7 +79,7 @@ Task<> AppModel::planPreview() {
         preview->setPlan(std::move(plan), others, platform.applications.notInstalled());
         Duration took{};
         for (bool same = true; same;) {
-            co_await sleepFor(std::max(lookInterval, 2000 * took));
+            co_await sleepFor(std::max(planInterval, 2000 * took));
             const TimePoint began = executor().now();
             same = platform.windowServer.stamp() == seen;
             took = executor().now() - began;

@@ -11,7 +11,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr Duration lookInterval = 2s, restTime = 3s;
+constexpr Duration displaysInterval = 2s, restTime = 3s;
 
 }  // namespace
 
@@ -24,7 +24,7 @@ Task<> DisplayFollower::follow() {
     std::uint64_t stamp = screens_.stamp();
     std::vector<DisplaySnapshot> known = Displays::current(screens_);
     while (true) {
-        co_await sleepFor(lookInterval);
+        co_await sleepFor(displaysInterval);
         if (screens_.stamp() == stamp) continue;
         changing_ = true;
         while (stamp != screens_.stamp()) {

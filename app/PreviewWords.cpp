@@ -11,7 +11,7 @@
 namespace quillo::PreviewWords {
 namespace {
 
-constexpr std::size_t mostCharacters = 80;  // of a title within a sentence
+constexpr std::size_t sentenceCharacters = 80;  // of a title within a sentence
 constexpr const char* gone = "can't come back";
 
 std::string counted(std::int64_t count, std::string_view noun) {
@@ -68,7 +68,7 @@ std::int64_t openedItems(const ReopeningPlan& reopening) {
 }
 
 std::string titled(const std::optional<std::string>& title, const ApplicationSnapshot& application) {
-    return text::clipped(title && !title->empty() ? *title : application.name, mostCharacters);
+    return text::clipped(title && !title->empty() ? *title : application.name, sentenceCharacters);
 }
 
 void addTroubles(std::vector<std::string>& lines, const RestorePreview& preview,
@@ -153,7 +153,7 @@ std::vector<std::string> totals(const PlanTotals& totals, CleanSlateMode mode, s
 std::vector<std::string> troubles(const RestorePreview& preview, const std::string& notInstalled) {
     std::vector<std::string> lines = preview.desktops.failures;
     for (const RestoreReport::Item& item : preview.scope->leftOut)
-        lines.push_back(text::clipped(item.app, mostCharacters) + ": " +
+        lines.push_back(text::clipped(item.app, sentenceCharacters) + ": " +
                         std::string(detailOf(item.status).text));
     for (const PlannedApplication& application : preview.applications)
         addTroubles(lines, preview, application, notInstalled);

@@ -9,7 +9,7 @@
 namespace quillo {
 namespace {
 
-constexpr std::size_t mostCharacters = 200;  // of an application's name
+constexpr std::size_t reasonCharacters = 200;  // of an application's name
 
 struct Wording {
     std::string_view exact;  // or how it begins
@@ -56,7 +56,7 @@ std::string reasonInWords(const RestoreReport::Item& item) {
     if (known == wordings.end()) return std::string(exact);
     std::string words(known->words);
     if (const auto name = words.find('%'); name != std::string::npos)
-        words.replace(name, 1, text::clipped(item.app, mostCharacters));
+        words.replace(name, 1, text::clipped(item.app, reasonCharacters));
     return words;
 }
 

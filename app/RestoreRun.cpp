@@ -10,7 +10,7 @@
 namespace quillo {
 namespace {
 
-constexpr std::size_t mostCharacters = 200;  // of a stranger's names and titles
+constexpr std::size_t nameCharacters = 200;  // of a stranger's names and titles
 
 /// Where most windows stand; of several the first, and absent where no desktops are known.
 std::optional<std::int64_t> mostCommonDesktop(const WorkspaceSnapshot& snapshot) {
@@ -67,7 +67,7 @@ std::string RestoreRun::title() const {
         if (!report_) return "Putting everything back…";
         return clean() ? "Everything is back as it was" : "Most is back as it was";
     }
-    const std::string name = text::clipped(workspace_.name, mostCharacters);
+    const std::string name = text::clipped(workspace_.name, nameCharacters);
     if (!report_) return "Resuming " + name + "…";
     return name + (clean() ? " is back" : " is mostly back");
 }
@@ -112,8 +112,8 @@ void RestoreRun::cancel() {
 }
 
 RestoreRow RestoreRun::row(const RestoreReport::Item& item) const {
-    RestoreRow row{.application = text::clipped(item.app, mostCharacters),
-                   .subject = text::clipped(item.title.value_or(std::string()), mostCharacters),
+    RestoreRow row{.application = text::clipped(item.app, nameCharacters),
+                   .subject = text::clipped(item.title.value_or(std::string()), nameCharacters),
                    .desktop = {},
                    .outcome = restoreWords(item)};
     if (row.subject.empty()) row.subject = row.application;

@@ -15,7 +15,7 @@ std::string flagText(const FromTo<bool>& step, std::string_view yes, std::string
     return step.from ? arrow(yes, no) : arrow(no, yes);
 }
 
-std::string desktopText(const WindowChange::Desktop& desktop) {
+std::string placeOf(const WindowChange::Desktop& desktop) {
     return desktop ? fmt::format("desktop {}", *desktop + 1) : "no one desktop";
 }
 
@@ -33,7 +33,7 @@ std::string changeText(const WindowChange& change) {
     if (change.frame) add(arrow(frameText(change.frame->from), frameText(change.frame->to)));
     if (change.minimized) add(flagText(*change.minimized, "minimized", "shown"));
     if (change.fullscreen) add(flagText(*change.fullscreen, "full screen", "a window"));
-    if (change.desktop) add(arrow(desktopText(change.desktop->from), desktopText(change.desktop->to)));
+    if (change.desktop) add(arrow(placeOf(change.desktop->from), placeOf(change.desktop->to)));
     return text.empty() ? "in place" : text;
 }
 

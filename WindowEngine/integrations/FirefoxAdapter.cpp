@@ -9,7 +9,7 @@
 namespace quillo {
 namespace {
 
-BrowserFileTabs::Browser browser(std::string identifier) {
+BrowserFileTabs::Browser firefoxCalled(std::string identifier) {
     return {std::move(identifier), BrowserFamily::firefox, "firefox"};
 }
 
@@ -30,7 +30,7 @@ std::set<std::string> FirefoxAdapter::bundleIdentifiers() const {
 
 Task<AdapterCaptureResult> FirefoxAdapter::capture(DesktopAccess& desktop,
                                                    std::string bundleIdentifier) const {
-    return BrowserFileTabs::capture(desktop, browser(std::move(bundleIdentifier)));
+    return BrowserFileTabs::capture(desktop, firefoxCalled(std::move(bundleIdentifier)));
 }
 
 std::vector<AdapterStep> FirefoxAdapter::plan(const AppContext& saved, const AppContext& current) const {
@@ -39,13 +39,13 @@ std::vector<AdapterStep> FirefoxAdapter::plan(const AppContext& saved, const App
 
 Task<std::optional<std::string>> FirefoxAdapter::awaitOwnWindows(DesktopAccess& desktop,
                                                                  std::string bundleIdentifier) const {
-    return BrowserFileTabs::awaitOwnWindows(desktop, browser(std::move(bundleIdentifier)));
+    return BrowserFileTabs::awaitOwnWindows(desktop, firefoxCalled(std::move(bundleIdentifier)));
 }
 
 Task<AdapterRestoreResult> FirefoxAdapter::restore(DesktopAccess& desktop, AppContext saved,
                                                    std::optional<AppContext> current,
                                                    std::string bundleIdentifier) const {
-    return BrowserFileTabs::restore(desktop, browser(std::move(bundleIdentifier)), std::move(saved),
+    return BrowserFileTabs::restore(desktop, firefoxCalled(std::move(bundleIdentifier)), std::move(saved),
                                     std::move(current));
 }
 

@@ -17,7 +17,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr std::string_view couldNotReopen = "Safari could not reopen saved tabs.";
+constexpr std::string_view safariCouldNotReopen = "Safari could not reopen saved tabs.";
 constexpr Duration toolbarInterval = 100ms, toolbarPatience = 400ms;
 
 Script asking(auto request) {
@@ -190,7 +190,7 @@ std::optional<std::string> SafariAdapter::obstacle(DesktopAccess& desktop,
     if (known || !pid || SafariPrivacy::hasNoWindow(desktop, *pid)) return std::nullopt;
     if (verified(desktop).empty())
         return "Safari: no windows could be verified as normal browsing; nothing reopened.";
-    if (!current) return std::string(couldNotReopen);
+    if (!current) return std::string(safariCouldNotReopen);
     return std::nullopt;
 }
 
@@ -201,7 +201,7 @@ Task<AdapterRestoreResult> SafariAdapter::restore(DesktopAccess& desktop, AppCon
         result.failures.emplace_back("Safari is not running.");
         co_return result;
     }
-    if (!BrowserScripts::allWeb(saved.windows)) result.failures.emplace_back(couldNotReopen);
+    if (!BrowserScripts::allWeb(saved.windows)) result.failures.emplace_back(safariCouldNotReopen);
     if (plan(saved, current.value_or(AppContext{})).empty()) co_return result;
     try {
         if (obstacle(desktop, current)) {
@@ -213,7 +213,7 @@ Task<AdapterRestoreResult> SafariAdapter::restore(DesktopAccess& desktop, AppCon
             result.failures.push_back(*std::move(trouble));
             co_return result;
         }
-        TabReopening reopening{desktop, result, couldNotReopen};
+        TabReopening reopening{desktop, result, safariCouldNotReopen};
         co_await reopen(reopening, saved, current);
     } catch (const Cancelled&) {
         result.failures.emplace_back("Safari restore was cancelled.");

@@ -14,7 +14,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr Duration appearancePatience = 3s, pollingInterval = 200ms;
+constexpr Duration appearancePatience = 3s, creationInterval = 200ms;
 
 // Where the window server makes desktops itself no Mission Control is spoken of.
 constexpr std::string_view unreadableLayout =
@@ -51,7 +51,7 @@ class Creation {
         if (Trouble trouble = directly ? request() : co_await overview_.addDesktop(displayID_))
             co_return trouble;
         const auto settled = [&] { return count() > before || !isAttached(); };
-        const bool appeared = co_await pollUntil(settled, pollingInterval, appearancePatience,
+        const bool appeared = co_await pollUntil(settled, creationInterval, appearancePatience,
                                                  desktop_.platform.windowServer.watch(std::nullopt));
         if (!isAttached()) co_return std::string(displayDisconnected);
         if (!appeared) co_return std::string(directly ? nothingAppearedDirectly : nothingAppeared);

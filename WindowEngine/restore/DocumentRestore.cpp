@@ -56,7 +56,7 @@ std::vector<SavedDocument> hiddenBy(const std::set<std::string>& asked, const Sh
 
 /// An application that shows one document in the window of another has made tabs of them. The one that was in
 /// front comes there again: otherwise each restore would find another one missing, and bring that forward.
-Task<void> bringToFront(const ApplicationRestore& restore, std::vector<SavedDocument> documents) {
+Task<void> showAgain(const ApplicationRestore& restore, std::vector<SavedDocument> documents) {
     const Platform& platform = restore.desktop.platform;
     // A file manager would open the folder once more.
     std::erase_if(documents, [](const SavedDocument& one) { return one.url.string().ends_with('/'); });
@@ -231,7 +231,7 @@ Task<bool> awaitDocuments(ApplicationRestore& restore, std::vector<SavedDocument
     });
     if (!enough) std::ranges::move(documents, std::back_inserter(restore.late));
     if (hidden.empty()) co_return enough;
-    co_await bringToFront(restore, std::move(hidden));
+    co_await showAgain(restore, std::move(hidden));
     const auto live = infosOf(restore.live(false));
     for (const SavedDocument& document : SavedDocuments::missing(std::move(all), live))
         addAbout(restore, document, RestoreReport::note{"its document is a tab of another window"});

@@ -19,7 +19,7 @@ namespace {
 using namespace std::chrono_literals;
 
 /// New windows move themselves, and get their titles, within this time; nobody drags one as soon.
-constexpr Duration settling = 300ms;
+constexpr Duration restTime = 300ms;
 constexpr Duration interval = 1s;  // between looks where nothing is told
 /// For a fresh application to give its first windows the titles that they were saved with.
 constexpr Duration titlePatience = 2s;
@@ -77,7 +77,7 @@ Duration LateWindows::pause() const {
         std::min<Duration>(interval, deadline_ == TimePoint::max() ? interval : deadline_ - now());
     for (const Waiting& waiting : waiting_) {
         for (const auto& [number, arrival] : waiting.arrivals)
-            if (!arrival.settled) pause = std::min(pause, arrival.rests + settling - now());
+            if (!arrival.settled) pause = std::min(pause, arrival.rests + restTime - now());
     }
     return std::max<Duration>(pause, 10ms);
 }
@@ -127,12 +127,12 @@ void LateWindows::notice(Waiting& waiting, const LiveWindow& window) {
             .first->second;
     if (!standsAt(window.info.frame, arrival.frame)) {
         // It moved after the last look: by then it had had its time.
-        if (arrival.seen - arrival.since >= settling) return giveUp(waiting, window);
+        if (arrival.seen - arrival.since >= restTime) return giveUp(waiting, window);
         arrival.frame = window.info.frame;
         arrival.rests = now();
     }
     arrival.seen = now();
-    arrival.settled = now() - arrival.rests >= settling;
+    arrival.settled = now() - arrival.rests >= restTime;
 }
 
 std::vector<WindowSnapshot> LateWindows::missingWindows(const Waiting& waiting) const {

@@ -13,7 +13,7 @@ namespace {
 constexpr int troubleRole = Qt::UserRole + 9;
 constexpr int rowsWithoutScrolling = 8;
 /// Of all lines, and of those with trouble: nobody reads more.
-constexpr int mostRows = 200;
+constexpr int mostReportRows = 200;
 /// With up to 200 windows each item is shown at once; with more they wait, a millisecond for every twenty, so
 /// that showing what has become of all of them takes a small part of the time.
 constexpr std::int64_t windowsAtOnce = 200, windowsAMillisecond = 20;
@@ -159,8 +159,8 @@ void RestorePresenter::follow() {
     const std::size_t before = rows_.size();
     for (; rowCount_ < count; ++rowCount_) {
         const RestoreReport::Item& item = run_->items()[static_cast<std::size_t>(rowCount_)];
-        const bool listed = outcomeOf(item.status).trouble() ? troubleCount_++ < mostRows : false;
-        if (listed || rowCount_ < mostRows)
+        const bool listed = outcomeOf(item.status).trouble() ? troubleCount_++ < mostReportRows : false;
+        if (listed || rowCount_ < mostReportRows)
             rows_.push_back({QString::fromStdString(item.id.lower()), rowValues(item, *run_)});
     }
     if (rows_.size() != before || rows_.empty()) all_.setRows(rows_);

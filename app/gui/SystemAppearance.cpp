@@ -11,7 +11,7 @@
 namespace quillo {
 namespace {
 
-constexpr auto service = "org.freedesktop.portal.Desktop", path = "/org/freedesktop/portal/desktop",
+constexpr auto portal = "org.freedesktop.portal.Desktop", portalPath = "/org/freedesktop/portal/desktop",
                interface = "org.freedesktop.portal.Settings";
 constexpr auto appearance = "org.freedesktop.appearance", gnome = "org.gnome.desktop.interface";
 
@@ -22,9 +22,9 @@ using Settings = QMap<QString, QVariantMap>;  // by group, in each by key
 SystemAppearance::SystemAppearance(QDBusConnection bus, QObject* parent) : QObject(parent) {
     qDBusRegisterMetaType<Settings>();
     qGuiApp->installEventFilter(this);
-    bus.connect(service, path, interface, "SettingChanged", this,
+    bus.connect(portal, portalPath, interface, "SettingChanged", this,
                 SLOT(settingChanged(QString, QString, QDBusVariant)));
-    QDBusMessage question = QDBusMessage::createMethodCall(service, path, interface, "ReadAll");
+    QDBusMessage question = QDBusMessage::createMethodCall(portal, portalPath, interface, "ReadAll");
     question << QStringList{appearance, gnome};
     auto* const asked = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
     connect(asked, &QDBusPendingCallWatcher::finished, this, [this, asked] {

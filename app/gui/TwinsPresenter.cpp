@@ -6,11 +6,11 @@
 namespace quillo {
 namespace {
 
-constexpr std::size_t nameCharacters = 80;
+constexpr std::size_t labelCharacters = 80;
 constexpr std::size_t mostApplications = 4;
 
 QString named(const std::string& name) {
-    return qt(text::shortenedInMiddle(text::printable(name), nameCharacters));
+    return qt(text::shortenedInMiddle(text::printable(name), labelCharacters));
 }
 
 QString textOf(const TwinQuestion& question) {

@@ -53,22 +53,22 @@ std::vector<Rect> inRow(const std::vector<Rect>& frames) {
     return row;
 }
 
-struct Space {
+struct MapSpace {
     double x, y, width, height;
 };
 
-Space spaceFor(const MapRequest& request) {
+MapSpace spaceFor(const MapRequest& request) {
     const double padding = mapMeasures(request.style).padding;
     return {padding, padding, std::max(1.0, request.width - 2 * padding),
             std::max(1.0, request.height - 2 * padding - captionHeight(request))};
 }
 
-double scaleFor(const Rect& all, const Space& space) {
+double scaleFor(const Rect& all, const MapSpace& space) {
     return std::min(space.width / all.width, space.height / all.height);
 }
 
 /// Edges are rounded, not lengths: what touches on the desktop touches here.
-std::vector<Rect> scaled(const std::vector<Rect>& frames, const Space& space) {
+std::vector<Rect> scaled(const std::vector<Rect>& frames, const MapSpace& space) {
     const Rect all = bounds(frames);
     const double scale = scaleFor(all, space);
     const double left = std::round(space.x + (space.width - all.width * scale) / 2);
@@ -163,7 +163,7 @@ void placeDisplays(std::vector<PlacedDisplay>& displays, const MapRequest& reque
     if (displays.empty()) return;
     std::vector<Rect> frames;
     for (const PlacedDisplay& placed : displays) frames.push_back(placed.display->frame);
-    const Space space = spaceFor(request);
+    const MapSpace space = spaceFor(request);
     if (overlapping(frames) || (frames.size() > 1 && tooSmall(scaled(frames, space)))) frames = inRow(frames);
     const std::vector<Rect> pixels = scaled(frames, space);
     const MapMeasures measures = mapMeasures(request.style);

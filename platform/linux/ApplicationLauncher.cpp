@@ -18,8 +18,6 @@ namespace {
 using Launched = Result<std::optional<ProcessID>>;
 using Order = ApplicationLauncher::Order;
 
-constexpr auto folderType = "inode/directory";
-
 struct GListFree {
     void operator()(GList* list) const noexcept { g_list_free(list); }
 };

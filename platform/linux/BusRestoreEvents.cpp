@@ -13,7 +13,7 @@
 namespace quillo {
 namespace {
 
-constexpr auto service = "app.quillo.Quillo";
+constexpr auto ownService = "app.quillo.Quillo";
 constexpr auto path = "/app/quillo/Quillo/Workspaces";
 constexpr auto interface = "app.quillo.Workspaces1";
 
@@ -128,7 +128,7 @@ class BusRestoreEvents final : public RestoreEvents {
         if (!connection) return;
         g_dbus_connection_set_exit_on_close(connection.get(), false);
         const guint subscription = g_dbus_connection_signal_subscribe(
-            connection.get(), service, interface, nullptr, path, nullptr, G_DBUS_SIGNAL_FLAGS_NONE,
+            connection.get(), ownService, interface, nullptr, path, nullptr, G_DBUS_SIGNAL_FLAGS_NONE,
             [](GDBusConnection*, const char*, const char*, const char*, const char* signal,
                GVariant* parameters,
                gpointer self) { static_cast<BusRestoreEvents*>(self)->heard(signal, parameters); },

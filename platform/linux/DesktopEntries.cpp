@@ -14,8 +14,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr auto folderType = "inode/directory";
-
 std::string orEmpty(const char* text) {
     return text ? text : "";
 }

@@ -11,6 +11,9 @@
 
 namespace quillo {
 
+/// The type that entries declare who open folders.
+inline constexpr auto folderType = "inode/directory";
+
 struct OpenedKinds {
     bool documents = false;
     bool folders = false;  // a file manager among others

@@ -16,7 +16,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr Duration longestReading = 5s;
-constexpr auto longestEnd = 1s;
+constexpr auto readersEnd = 1s;
 
 }  // namespace
 
@@ -71,7 +71,7 @@ ProfileReader::~ProfileReader() {
     shared_->ending = true;
     shared_->waiting.clear();
     shared_->changed.notify_all();
-    const bool ended = shared_->changed.wait_for(lock, longestEnd, [this] { return shared_->ended; });
+    const bool ended = shared_->changed.wait_for(lock, readersEnd, [this] { return shared_->ended; });
     lock.unlock();
     ended ? thread_.join() : thread_.detach();
 }

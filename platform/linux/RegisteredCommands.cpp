@@ -18,7 +18,7 @@ struct StringsFree {
 };
 
 /// Runs in the child between fork and exec.
-void detach(gpointer) {
+void beginSession(gpointer) {
     setsid();
 }
 
@@ -63,7 +63,7 @@ Result<ProcessID> RegisteredCommands::start(std::string_view identifier, const s
     GPid pid = 0;
     GError* error = nullptr;
     const bool started = g_spawn_async(nullptr, arguments.data(), environmentFor(display).get(), flags,
-                                       detach, nullptr, &pid, &error);
+                                       beginSession, nullptr, &pid, &error);
     const GErrorPtr reason(error);
     if (started) return pid;
     // In words of our own: GLib's sentence names the program.

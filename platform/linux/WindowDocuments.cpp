@@ -20,9 +20,9 @@ using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
 constexpr auto longestWait = 250ms;
-constexpr auto longestReading = 200ms;  // of what applications answer
-constexpr auto longestPatience = 1s;    // where nobody is held up meanwhile
-constexpr auto longestEnd = 1s;
+constexpr auto longestAnswer = 200ms;  // of what applications answer
+constexpr auto longestPatience = 1s;   // where nobody is held up meanwhile
+constexpr auto documentsEnd = 1s;
 constexpr std::size_t mostRemembered = 4096;
 
 struct Inquiry {
@@ -92,7 +92,7 @@ WindowDocuments::Answers lookFor(const Inquiry& job, const std::string& home, Pa
         if (document) answers.emplace(question.window, std::move(*document));
     }
     if (job.patient) entries.startAnew();
-    const auto deadline = Clock::now() + (job.patient ? longestPatience : longestReading);
+    const auto deadline = Clock::now() + (job.patient ? longestPatience : longestAnswer);
     for (auto& [window, folder] : entries.read(managers, job.bus, home, deadline))
         answers[window] = {{std::move(folder), true}, false};
     return answers;
@@ -185,7 +185,7 @@ WindowDocuments::~WindowDocuments() {
     std::unique_lock lock(shared_->mutex);
     shared_->ending = true;
     shared_->changed.notify_all();
-    const bool ended = shared_->changed.wait_for(lock, longestEnd, [this] { return shared_->ended; });
+    const bool ended = shared_->changed.wait_for(lock, documentsEnd, [this] { return shared_->ended; });
     lock.unlock();
     ended ? thread_.join() : thread_.detach();
 }
