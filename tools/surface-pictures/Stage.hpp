@@ -248,8 +248,8 @@ class Stage : LookSet, public GuiTest {
                                       "A page that is no longer there, with a title that goes on and on")};
         viewer.windows.back().index = 1;
         workspace.snapshot.applications.push_back(viewer);
-        static constexpr std::array names{"Presenter of long decks", "ある長い名前のアプリ", "לוח שנה",
-                                          "Messages"};
+        static constexpr std::array names{"Presenter of long decks", "Messages", "ある長い名前のアプリ",
+                                          "לוח שנה"};
         for (int i = 0; i < notInstalled; ++i) {
             ApplicationSnapshot gone{
                 "org.gone" + std::to_string(i), names.at(static_cast<std::size_t>(i) % 4), {}, {}, {}};
@@ -267,6 +267,7 @@ class Stage : LookSet, public GuiTest {
         model.keep(workspace);
         model->openPreview(Workspace(model.named(workspace.name)), mode);
         EXPECT_TRUE(until([&] { return model->preview()->plan().has_value(); }));
+        model->dismissToast();
         settle();
     }
     /// One from elsewhere, with a list that is longer than its room.

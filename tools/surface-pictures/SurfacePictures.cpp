@@ -95,6 +95,7 @@ const Surface pages[] = {
     {"detail-end", [](Stage& s) { s.detail("Product launch"), s.toTheEnd(); }},
     {"library-question", [](Stage& s) { s.fill(3), s.askToResume("From a friend"); }},
     {"detail-delete", [](Stage& s) { s.detail("Product launch"), s.press("Delete Workspace"); }},
+    {"automation", [](Stage& s) { s.detail("Product launch"), s.press("Shortcut and Automation…"); }},
     {"detail-tip-rename", [](Stage& s) { s.detail("Product launch"), s.hover("Rename"); }, false, true},
 
     {"preview", [](Stage& s) { s.preview(s.saved("Morning")); }},
