@@ -9,6 +9,7 @@
 #include <iostream>
 #include <span>
 
+#include "WindowEngine/support/Text.hpp"
 #include "ctl/HumanText.hpp"
 #include "ctl/NearestName.hpp"
 #include "ctl/SystemLayer.hpp"
@@ -380,6 +381,30 @@ std::string complaint(const CLI::App& app, const CLI::ParseError& error) {
            quotedName(unknown.front()) + nearest;
 }
 
+/// Help in one form, whichever version of the library prints it: newer ones leave out "Usage:" where they
+/// name the command, and break the lines of what comes first and last anew.
+class HelpPage : public CLI::Formatter {
+  public:
+    std::string make_usage(const CLI::App* app, std::string name) const override {
+        std::string usage = text::trim(CLI::Formatter::make_usage(app, ""));
+        const std::string label = get_label("Usage") + ":";
+        if (!name.empty()) usage.insert(std::min(label.size(), usage.size()), " " + name);
+        return usage + "\n";
+    }
+};
+
+std::shared_ptr<HelpPage> helpPage() {
+    auto page = std::make_shared<HelpPage>();
+    const auto keepLines = [](auto& formatter) {
+        if constexpr (requires { formatter.enable_footer_formatting(false); }) {
+            formatter.enable_footer_formatting(false);
+            formatter.enable_description_formatting(false);
+        }
+    };
+    keepLines(*page);
+    return page;
+}
+
 /// help COMMAND...: what the command's own --help prints.
 Exit printHelp(const CLI::App& app, const std::vector<std::string>& command) {
     const CLI::App* subject = &app;
@@ -419,6 +444,7 @@ std::expected<Invocation, Exit> parseCommandLine(int argumentCount, const char* 
     app.require_subcommand(1, 1);
     app.fallthrough();
     app.footer(closing);
+    app.formatter(helpPage());
     addGlobalOptions(app, invocation.arguments);
     CommandSet commands(app, invocation);
     addDesktopCommands(commands);

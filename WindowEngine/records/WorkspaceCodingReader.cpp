@@ -87,7 +87,8 @@ Result<Workspace> readDocument(Element root) {
 }
 
 Result<Workspace> parse(simdjson::dom::parser& parser, std::string_view bytes, std::size_t readableBeyond) {
-    if (bytes.empty()) return fail(ErrorKind::invalidData, describeJsonDamage(bytes));
+    if (bytes.empty() || bytes.starts_with(byteOrderMark))
+        return fail(ErrorKind::invalidData, describeJsonDamage(bytes));
     if (parser.capacity() == 0 && parser.allocate(bytes.size(), maximumJsonDepth) != simdjson::SUCCESS) {
         return fail(ErrorKind::invalidData, "the document: too large to read");
     }

@@ -25,7 +25,7 @@ std::string asJsonString(std::string_view text) {
 /// One that may stand as it is within the file: nested far less than the parser follows.
 bool isJsonObject(const std::string& bytes) {
     simdjson::dom::parser parser;
-    if (parser.allocate(bytes.size(), maximumJsonDepth)) return false;
+    if (bytes.starts_with(byteOrderMark) || parser.allocate(bytes.size(), maximumJsonDepth)) return false;
     return parser.parse(simdjson::padded_string(bytes)).is_object();
 }
 

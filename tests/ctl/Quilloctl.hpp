@@ -57,7 +57,8 @@ class QuilloctlTest : public testing::Test {
     /// On a terminal.
     std::string onTerminal(const std::string& environment, const std::string& arguments, int columns = 60) {
         const std::string command = fmt::format("stty cols {}; exec " QUILLOCTL " {}", columns, arguments);
-        return runWith({"TERM=xterm", environment}, {"script", "-qec", command, "/dev/null"}).out;
+        return runWith({"TERM=xterm", "SHELL=/bin/sh", environment}, {"script", "-qec", command, "/dev/null"})
+            .out;
     }
     /// A command that must succeed without a complaint; its output.
     std::string done(const Texts& arguments) {
