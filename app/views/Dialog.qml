@@ -18,8 +18,7 @@ Sheet {
     onVisibleChanged: if (visible) cancel.forceActiveFocus(Qt.TabFocusReason)
     // Where the window comes up with it, the keyboard is there because of the window, which shows no ring.
     readonly property bool looked: visible && cancel.Window.active
-    onLookedChanged: if (looked) Qt.callLater(showFocus)
-    function showFocus() { if (cancel.activeFocus) cancel.focusReason = Qt.TabFocusReason }
+    onLookedChanged: if (looked) Qt.callLater(() => { if (cancel?.activeFocus) cancel.focusReason = Qt.TabFocusReason })
 
     contentItem: Column {
         spacing: 8

@@ -143,8 +143,8 @@ PanelFrame {
             // Only what came of it makes it taller, and nothing makes it smaller again.
             readonly property real wanted: root.over && count > 0 ? Math.min(contentHeight + topMargin + bottomMargin, most) : 0
             property real tallest: 0
-            onWantedChanged: Qt.callLater(grow)  // rows are measured as they come into view
-            function grow() { tallest = Math.max(tallest, wanted) }
+            // Rows are measured as they come into view.
+            onWantedChanged: Qt.callLater(() => { if (list) list.tallest = Math.max(list.tallest, list.wanted) })
             // Eight rows with their reasons, as far as the screen has room for them.
             readonly property real most: Math.min(Math.round(8 * 52 * Theme.scale) + 16, Math.max(120, Screen.desktopAvailableHeight - 300))
             topMargin: 6

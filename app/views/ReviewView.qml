@@ -32,11 +32,12 @@ FocusScope {
         if (busy) return
         list.marked = false
         choices.focusName()
-        Qt.callLater(() => { list.positionViewAtBeginning(); page.contentY = 0 })  // the map and the name
+        Qt.callLater(() => { list?.positionViewAtBeginning(); if (page) page.contentY = 0 })  // the map and the name
     }
-    Component.onCompleted: Qt.callLater(begin)  // once all stands in its place
+    function beginLater() { Qt.callLater(() => { if (page && !page.gone) begin() }) }
+    Component.onCompleted: beginLater()  // once all stands in its place
     onBusyChanged: begin()
-    onWideChanged: Qt.callLater(begin)
+    onWideChanged: beginLater()
     Keys.onEscapePressed: cancel()
     Shortcut {
         sequences: ["Ctrl+Return", "Ctrl+Enter"]

@@ -23,7 +23,9 @@ Flickable {
     }
 
     readonly property Item focusItem: Window.activeFocusItem
-    onFocusItemChanged: Qt.callLater(follow)  // by then it says whether it was the keyboard
+    onFocusItemChanged: Qt.callLater(() => { if (root && !root.gone) follow() })  // by then it says whether it was the keyboard
+    property bool gone: false  // what is asked for later may come when all that it names has ended
+    Component.onDestruction: gone = true
     // With the keyboard one comes to what a control belongs to as well: its words are around it.
     function follow() {
         let item = focusItem
