@@ -27,7 +27,10 @@ std::filesystem::path namedFile(const std::filesystem::path& path) {
     const std::filesystem::path absolute = absolutePath(path);
     std::error_code trouble;
     std::filesystem::path followed = std::filesystem::canonical(absolute, trouble);
-    return trouble ? absolute : followed;
+    if (!trouble) return followed;
+    if (trouble != std::errc::no_such_file_or_directory) return absolute;
+    const std::filesystem::path target = std::filesystem::read_symlink(absolute, trouble);
+    return trouble ? absolute : namedFile(absolute.parent_path() / target);
 }
 
 Result<std::filesystem::path, Failure> fileArgument(const Arguments& arguments) {

@@ -10,7 +10,8 @@ namespace quillo::ctl {
 
 constexpr std::string_view standardStream = "-";
 
-/// `path` seen from the working directory, with the links in it followed; as it is where it leads nowhere.
+/// `path` seen from the working directory, with the links in it followed, also where what the last one
+/// leads to is not there yet; as it is where that can't be told.
 std::filesystem::path namedFile(const std::filesystem::path& path);
 
 /// The FILE argument; an empty one is a usage error.

@@ -142,12 +142,15 @@ TEST_F(LibraryCommandTest, ExportWritesAtomicallyForItsOwnerAndOverwritesOnlyWhe
                  {{"export", "work", home_.path()}, 1, "Work.json: a file of this name exists; --force"}});
     store("a/b", otherId);
     std::filesystem::create_directory_symlink(home_.path(), home_ / "link");
-    expectSteps({{{"export", "work", "a/b", home_ / "link", "--force"},
+    std::filesystem::create_symlink("later.json", home_ / "linked.json");
+    expectSteps({{{"export", "work", home_ / "linked.json"}, 0, "Exported Work"},
+                 {{"export", "work", "a/b", home_ / "link", "--force"},
                   0,
                   "Exported a/b to " + (home_ / "link/a-b.json").string()},
                  {{"validate", home_ / "link/a-b.json"}, 0, "a sound workspace file, a/b\n"}});
     EXPECT_EQ(done({"export", "Work", "a/b", home_ / "link", "--force", "-q"}), "");
-    EXPECT_EQ(home_.names(), (std::set<std::string>{"work.json", "Work.json", "a-b.json", "link", ".local"}));
+    EXPECT_EQ(home_.names(), (std::set<std::string>{"work.json", "Work.json", "a-b.json", "link",
+                                                    "linked.json", "later.json", ".local"}));
     const Ran piped = runWith({}, {"sh", "-c", "\"$0\" export Work - | \"$0\" import -", QUILLOCTL});
     EXPECT_EQ(piped.out, "Imported \"Work 2\"\n") << piped.err;
     EXPECT_NE(runWith({}, {"sh", "-c", "echo '{' | \"$0\" validate -", QUILLOCTL})
