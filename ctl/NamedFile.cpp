@@ -24,7 +24,7 @@ Result<std::string> readStandardInput() {
 }  // namespace
 
 std::filesystem::path namedFile(const std::filesystem::path& path) {
-    const std::filesystem::path absolute = absolutePath(path);
+    std::filesystem::path absolute = absolutePath(path);
     std::error_code trouble;
     std::filesystem::path followed = std::filesystem::canonical(absolute, trouble);
     if (!trouble) return followed;
