@@ -127,7 +127,8 @@ Task<bool> openWindow(TabReopening& reopening, std::span<const Url> urls, bool i
     }
     const Target window{*number, true};
     if (urls.size() > 1) co_return co_await openTabs(reopening, window, urls.subspan(1), false);
-    co_return isLast || co_await mayBeTouched(reopening, window);
+    if (isLast) co_return true;  // not `isLast || co_await`, of which g++ 16 evaluates both
+    co_return co_await mayBeTouched(reopening, window);
 }
 
 Task<void> reopen(TabReopening& reopening, const AppContext& saved,

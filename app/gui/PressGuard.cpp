@@ -1,7 +1,6 @@
 #include "app/gui/PressGuard.hpp"
 
 #include <QGuiApplication>
-#include <QPointerEvent>
 #include <QQuickWindow>
 #include <QStyleHints>
 #include <utility>
@@ -10,13 +9,22 @@ namespace quillo {
 
 void PressGuard::pageCame() {
     until_.setRemainingTime(QGuiApplication::styleHints()->mouseDoubleClickInterval());
+    pressBefore_ = lastPress_;
+}
+
+bool PressGuard::holds(const QPointerEvent& press) const {
+    const auto time = static_cast<Timestamp>(QGuiApplication::styleHints()->mouseDoubleClickInterval());
+    return holding() || (pressBefore_ && press.timestamp() - *pressBefore_ < time);
 }
 
 bool PressGuard::eventFilter(QObject* watched, QEvent* event) {
     if (!qobject_cast<QQuickWindow*>(watched) || !event->isPointerEvent() || event->type() == QEvent::Wheel)
         return false;
     const auto& pointer = static_cast<const QPointerEvent&>(*event);  // NOLINT: Qt's own downcast
-    if (pointer.isBeginEvent()) swallowing_ = holding();
+    if (pointer.isBeginEvent()) {
+        swallowing_ = holds(pointer);
+        lastPress_ = pointer.timestamp();
+    }
     return pointer.isEndEvent() ? std::exchange(swallowing_, false) : swallowing_;
 }
 

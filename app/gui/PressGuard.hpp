@@ -3,6 +3,9 @@
 #pragma once
 #include <QDeadlineTimer>
 #include <QObject>
+#include <QPointerEvent>
+#include <optional>
+#include <utility>
 
 namespace quillo {
 
@@ -16,15 +19,22 @@ class PressGuard final : public QObject {
     using QObject::QObject;
 
     /// A page, a dialog or a panel has come, or has gone from over what is there: no press counts from now on
-    /// until the system's time for a double click is over (QStyleHints::mouseDoubleClickInterval).
+    /// until the system's time for a double click is over (QStyleHints::mouseDoubleClickInterval), nor does
+    /// one that was made within that time of the press before, however late a busy machine delivers it.
     Q_INVOKABLE void pageCame();
     Q_INVOKABLE bool holding() const { return !until_.hasExpired(); }
 
   private:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
+    using Timestamp =
+        decltype(std::declval<QInputEvent>().timestamp());  // milliseconds, by the window system's clock
+
+    bool holds(const QPointerEvent& press) const;
+
     QDeadlineTimer until_{0};
-    bool swallowing_ = false;  // a press that began while it held
+    std::optional<Timestamp> lastPress_, pressBefore_;  // of all; when the page came
+    bool swallowing_ = false;                           // a press that began while it held
 };
 
 }  // namespace quillo

@@ -1,5 +1,6 @@
 // The whole interface over the model: its windows and panels come and go, and everything in them has a name.
 #include "app/gui/LibraryPresenter.hpp"
+#include "app/gui/OnboardingPresenter.hpp"
 #include "settings/WindowMemory.hpp"
 #include "tests/gui/GuiFixture.hpp"
 
@@ -47,34 +48,40 @@ TEST_F(InterfaceTest, ClosingTheMainWindowLeavesThePanelAndTheProgram) {
 TEST_F(InterfaceTest, APageThatHasJustComeHearsNoPress) {
     for (int i = 0; i < 9; ++i) model.keep(samples::named(Uuid::random(), "Same"));
     open();
-    const auto twice = [&](QPoint at, int interval) {
-        QApplication::setDoubleClickInterval(interval);
-        for (int press = 0; press < 2; ++press) {
+    const auto timePasses = [&] {
+        QApplication::setDoubleClickInterval(0);
+        interface->windows().presses().pageCame();
+        QTest::lastMouseTimestamp += 60'000;
+    };
+    const auto twice = [&](QPoint at, std::array<int, 2> intervals) {
+        for (const int interval : intervals) {
+            QApplication::setDoubleClickInterval(interval);
             QTest::mouseClick(main(), Qt::LeftButton, {}, at);
             settle();
         }
-        QApplication::setDoubleClickInterval(0);  // and then the time is over
-        interface->windows().presses().pageCame();
+        timePasses();
     };
     const auto pointOf = [&](QQuickItem* item) { return placeOf(*item).center().toPoint(); };
-    for (const int interval : {60'000, 0}) {
-        SCOPED_TRACE(interval);
-        const bool heard = interval == 0;
+    // The second is heard at once; made in time, but heard late; a click of its own.
+    for (const auto intervals : {std::array{60'000, 60'000}, std::array{0, 60'000}, std::array{0, 0}}) {
+        SCOPED_TRACE(testing::PrintToString(intervals));
+        const bool heard = intervals[1] == 0;
         openDetail(model->workspaces().front().id);
         settle();
         const QPoint quit = placeOf(*named("Quit other apps")).topLeft().toPoint() + QPoint(30, 4);  // a card
         press(Qt::Key_Escape);
-        twice(quit, interval);
+        twice(quit, intervals);
         ASSERT_EQ(ui().page(), "detail");
         EXPECT_EQ(std::ranges::count(model->workspaces(), CleanSlateMode::quit, &Workspace::cleanSlate),
                   heard);
-        twice(pointOf(named("Done")), interval);
+        twice(pointOf(named("Done")), intervals);
         EXPECT_EQ(ui().page(), heard ? "settings" : "library");
 
         openDetail(model->workspaces().front().id);
         settle();
-        QApplication::setDoubleClickInterval(interval);
+        QApplication::setDoubleClickInterval(intervals[0]);
         click("Delete Workspace");
+        QApplication::setDoubleClickInterval(intervals[1]);
         const std::size_t all = model->workspaces().size();
         QQuickItem* agree = nullptr;  // the question stands over the page, so it is walked last
         named("Delete Workspace", [&](QAccessibleInterface* face) {
@@ -85,15 +92,17 @@ TEST_F(InterfaceTest, APageThatHasJustComeHearsNoPress) {
         // Where presses count, one does once the question has found its place.
         for (int press = 0; press < 20 && model->workspaces().size() == all; ++press) click(agree);
         EXPECT_EQ(model->workspaces().size(), all - heard);
-        QApplication::setDoubleClickInterval(0);
-        interface->windows().presses().pageCame();
+        timePasses();
         press(Qt::Key_Escape);
         ASSERT_TRUE(until([&] { return !named("Cancel"); }));
 
         model.change([](AppSettings& settings) { settings.onboarded = false; });
         settle();
-        twice(pointOf(named("Continue")), interval);
-        EXPECT_TRUE(named(heard ? "Step 4 of 4" : "Step 2 of 4"));
+        auto& onboarding = presenter<OnboardingPresenter>("Onboarding");
+        while (onboarding.place() > 0) onboarding.back();
+        settle();
+        twice(pointOf(named("Continue")), intervals);
+        EXPECT_EQ(onboarding.place(), 1 + heard);
         model.change([](AppSettings& settings) { settings.onboarded = true; });
         settle();
     }
