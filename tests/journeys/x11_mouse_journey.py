@@ -142,7 +142,7 @@ def in_front(journey):
 def double_clicks_only_open(journey, hand):
     """Quick and slow ones, from over where the detail has its buttons; the last one leaves the detail open."""
     before = files(journey)
-    for pause in (100, 260, 300, 380):
+    for pause in (100, 200, 300, 350):
         hand.click("Morning", times=2, milliseconds=pause)
         hand.click("Done", times=2, milliseconds=pause)  # over the settings of the library
     hand.click("Morning")
