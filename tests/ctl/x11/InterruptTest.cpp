@@ -28,7 +28,7 @@ class InterruptTest : public QuilloctlTest {
     /// Sends the signal once the application has been launched; what quilloctl said, and its status.
     Ran interruptedBy(const std::string& signal) {
         static constexpr const char* script = R"(cd; rm -f out; "$0" restore Work --yes >out & restore=$!
-            until grep -qs launched out; do kill -0 $restore || exit 99; sleep 0.02; done
+            until grep -qs launched out; do kill -0 $restore || { cat out; exit 99; }; sleep 0.02; done
             kill -s "$1" $restore; wait $restore; status=$?; cat out; exit $status)";
         return runWith({"DISPLAY=" + desktop_.display()}, {"sh", "-c", script, QUILLOCTL, signal});
     }
