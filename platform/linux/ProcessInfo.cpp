@@ -5,7 +5,6 @@
 #include <charconv>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <sstream>
 #include <string_view>
 
@@ -16,9 +15,12 @@ std::string procFile(ProcessID pid, std::string_view name) {
     return "/proc/" + std::to_string(pid) + "/" + std::string(name);
 }
 
+/// Up to where the process ended, if it does meanwhile.
 std::string contents(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    std::ostringstream text;
+    text << file.rdbuf();  // catches what the buffer throws when it cannot be read
+    return std::move(text).str();
 }
 
 std::chrono::nanoseconds bootTime() {
@@ -60,8 +62,9 @@ std::vector<ProcessID> childrenOf(ProcessID pid) {
     std::vector<ProcessID> children;
     std::error_code error;
     // Each thread has those that it made itself.
-    for (const auto& thread : std::filesystem::directory_iterator(procFile(pid, "task"), error)) {
-        std::istringstream numbers(contents(thread.path() / "children"));
+    std::filesystem::directory_iterator thread(procFile(pid, "task"), error), end;
+    for (; !error && thread != end; thread.increment(error)) {
+        std::istringstream numbers(contents(thread->path() / "children"));
         for (ProcessID child = 0; numbers >> child;) children.push_back(child);
     }
     return children;
