@@ -1,6 +1,7 @@
 #include "app/gui/PressGuard.hpp"
 
 #include <QGuiApplication>
+#include <QPointerEvent>
 #include <QQuickWindow>
 #include <QStyleHints>
 #include <utility>
@@ -13,8 +14,8 @@ void PressGuard::pageCame() {
 }
 
 bool PressGuard::holds(const QPointerEvent& press) const {
-    const auto time = static_cast<Timestamp>(QGuiApplication::styleHints()->mouseDoubleClickInterval());
-    return holding() || (pressBefore_ && press.timestamp() - *pressBefore_ < time);
+    const auto time = static_cast<quint64>(QGuiApplication::styleHints()->mouseDoubleClickInterval());
+    return holding() || (pressBefore_ != 0 && press.timestamp() - pressBefore_ < time);
 }
 
 bool PressGuard::eventFilter(QObject* watched, QEvent* event) {

@@ -3,9 +3,8 @@
 #pragma once
 #include <QDeadlineTimer>
 #include <QObject>
-#include <QPointerEvent>
-#include <optional>
-#include <utility>
+
+class QPointerEvent;
 
 namespace quillo {
 
@@ -27,14 +26,13 @@ class PressGuard final : public QObject {
   private:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
-    using Timestamp =
-        decltype(std::declval<QInputEvent>().timestamp());  // milliseconds, by the window system's clock
-
     bool holds(const QPointerEvent& press) const;
 
     QDeadlineTimer until_{0};
-    std::optional<Timestamp> lastPress_, pressBefore_;  // of all; when the page came
-    bool swallowing_ = false;                           // a press that began while it held
+    // Of all presses, and when the page came: milliseconds by the window system's clock, 0 where there was
+    // none.
+    quint64 lastPress_ = 0, pressBefore_ = 0;
+    bool swallowing_ = false;  // a press that began while it held
 };
 
 }  // namespace quillo

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <thread>
 
 #include "WindowEngine/capture/Capture.hpp"
 #include "platform/linux/ProcessInfo.hpp"
@@ -290,6 +291,17 @@ TEST_F(ApplicationsTest, TheTerminalThisRunsInIsOneOfUs) {
     EXPECT_EQ(applications().ownIdentifiers(), (std::vector<std::string>{"app.quillo.Quillo", "sister"}));
     kill(twin, SIGKILL);
     waitpid(twin, nullptr, 0);
+}
+
+/// Any process may end between the opening of what the system tells of it and the reading.
+TEST(ProcessInfo, IsAskedOfProcessesThatEndMeanwhile) {
+    for (int i = 0; i < 400; ++i) {
+        const pid_t pid = fork();
+        if (pid == 0) _exit(0);
+        const std::jthread buries([pid] { waitpid(pid, nullptr, 0); });
+        for (int look = 0; look < 30; ++look)
+            EXPECT_NO_THROW(((void)argumentsOf(pid), (void)childrenOf(pid), (void)processInfo(pid)));
+    }
 }
 
 }  // namespace
